@@ -1,0 +1,29 @@
+#pragma once
+
+#include "netcommon/netcommon_global.h"
+
+namespace netcommon {
+
+// The way to the device's menu system. One instance a process, made on first use and deleted by the program's main;
+// GUI thread only.
+class NETCOMMON_EXPORT Ipc {
+public:
+    static Ipc *getInstance();
+    ~Ipc();
+    Ipc(const Ipc &) = delete;
+    Ipc &operator=(const Ipc &) = delete;
+
+    // Sends one message; 0 when it was handed over, otherwise -1. Without a menu system it is dropped and 0 returned.
+    int sendIpcMsg(_NETWORK_MSG_T *msg);
+
+    // Asks for permission to exit. True when the request was handed over: IpcThread::signalExit(true, false) follows.
+    // Without a menu system it is granted at once. `isNetworkError` tells the menu system why.
+    static bool requestExit(bool isNetworkError);
+
+private:
+    Ipc();
+    struct Private;
+    Private *d;
+};
+
+} // namespace netcommon
