@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+class PlayerPort;
+class QWidget;
+class VelmoraParentWidget;
+
+// Makes screens for those who may not know their classes. main registers the product's; tests their own.
+// Every screen is returned hidden, deletes itself when it is closed, and has no parent unless one is given. The caller
+// connects what it needs by signal name.
+class ScreenFactory {
+public:
+    virtual ~ScreenFactory() = default;
+
+    static ScreenFactory *instance(); // never null after main's registration
+    static void setInstance(ScreenFactory *factory); // not owned
+
+    virtual VelmoraParentWidget *welcome() = 0;
+    virtual VelmoraParentWidget *loading() = 0;
+    virtual VelmoraParentWidget *selectUser(int loginState) = 0;
+    virtual VelmoraParentWidget *signIn() = 0;
+    // The sign-in screen that asks `account` for the password only. Shows itself.
+    virtual VelmoraParentWidget *signInFor(const QString &account) = 0;
+    virtual VelmoraParentWidget *activation(const QString &codeLine, const QString &pageLine) = 0;
+    virtual VelmoraParentWidget *emailPassword() = 0;
+    // The single player screen, made now if there is none.
+    virtual PlayerPort *player() = 0;
+    virtual VelmoraParentWidget *createStation(int mode) = 0;
+    virtual VelmoraParentWidget *renameStation(const QString &name, const QString &stationToken) = 0;
+    virtual VelmoraParentWidget *trackMenu(QWidget *parent) = 0;
+    virtual VelmoraParentWidget *about(QWidget *parent) = 0;
+    virtual VelmoraParentWidget *why(const QString &text, QWidget *parent) = 0;
+};

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "netcommon/netcommon_global.h"
+#include "velmora_ws.h"
+
+#include <QDialog>
+#include <QPointer>
+#include <QQueue>
+#include <QTimer>
+
+class MsgboxDlg;
+
+namespace viewcomponent {
+class BufferDlg;
+}
+
+// The screens that the navigation history can name.
+enum _VELMORA_UI_TYPE_E {
+    VELMORA_UI_TYPE_MAIN = 2,
+    VELMORA_UI_TYPE_SIGNIN = 3,
+    VELMORA_UI_TYPE_NONE = 4,
+    VELMORA_UI_TYPE_ACTIVATION = 5,
+    VELMORA_UI_TYPE_SELECT_USER = 6
+};
+
+// Kinds of message boxes.
+enum VelmoraMsgKind { MSG_ERROR = 0, MSG_WARNING = 1, MSG_INFO = 2, MSG_QUESTION = 3 };
+// Label sets of the next message box.
+enum VelmoraMsgLabels { LABELS_DEFAULT = -1, LABELS_YES_NO = 0, LABELS_ARTIST_TRACK = 1, LABELS_HOME = 2 };
+
+// Base of every full-screen dialog: navigation history and Back, exit, one message box at a time, the idle check, the
+// buffering animation, and what a screen does when the network goes. GUI thread only. Deleted on close.
+class VelmoraParentWidget : public QDialog {
+    Q_OBJECT
+public:
+    explicit VelmoraParentWidget(QWidget *parent = nullptr,
+                                 Qt::WindowFlags flags = Qt::Dialog | Qt::FramelessWindowHint);
+    ~VelmoraParentWidget() override;
+
+    // --- navigation history: one queue for all screens
+    static void recordHistroyUiType(_VELMORA_UI_TYPE_E e_ui_type);
+    static void delUiType();
+    static void clearAllRecordHistroyUiType();
+    static QQueue<_VELMORA_UI_TYPE_E> m_ui_type_queue;
+
+    // --- focus: subclasses move the highlight off and back onto their own widgets
+    virtual void loseFocus(bool fgMsgbox);
+    virtual void resetFocus(bool fgMsgbox);
+
+    // --- message box
+    void setMsgBoxInfoType(int type); // label set of the next box only
+    // Runs a box modally and returns 1 (OK, Yes, Artist, Home) or 0 (Cancel, No, Track, or destroyed from outside: ask
+    // isBoxDestroyed()). THIS SCREEN MAY BE GONE when it returns: guard with QPointer before touching a member.
+    virtual int showMsgbox(int type, const QString &text);
+    virtual void destroyedMsgbox();
+    void hideMsgbox();
+    void delMsgbox();
+    bool isMsgboxShown() const;
+    // The last box was taken away by the program, not answered: its 0 is no answer.
+    bool isBoxDestroyed() const;
+
+    // --- actions, animation, idle timer
+    bool fgActionInvalid(); // true: the action may go on (the name is the product's)
+    void controlAnimation(bool fgHide, const QString &text = QString());
+    bool isAnimationShown() const;
+    void showShadow(bool fgShow);
+    void runTimer();
+    void stopTimer();
+    void resetNohandleTimeOut();
+
+    // --- service errors
+    QString handleWSError(VLM_WS_EXT_ERRCODE_T code);
+    void handleWSError(int errType); // the inactive account only
+
+    bool m_isNetworkError = false;
+    bool m_isErrorMsg = false; // an error that ends the screen is shown; no further service errors are
+    bool isEixt = false;       // spelled so: an exit is under way
+
+public slots:
+    void NohandleTimeOut();
+
+signals:
+    void signalBlueBtn();
+    void signalReturnBtn();
+    void signalFatalErr(int errType);
+    void signalExit(bool isFromParent, bool isSystemError);
+    void signalResponseParent(int type);
+    void signalTimeoutPlay();
+    void signalTimeoutStop();
+    void signalTimeoutNohandle();
+
+protected slots:
+    void exitVelmora();
+    void exitVelmora(bool isFromParent, bool isSystemError);
+    void returnToLastWindow();
+    void handleNetworkEvent(NETWORk_EVENT_T event);
+    void gotoHome();
+    void handleBufferState(bool isLow);
+    void startAniTimer();
+
+private slots:
+    void handleScreenSaver(bool fgEnter);
+
+private:
+    void stopCurrentSong();
+    void playCurrentSong();
+
+    bool m_isLastWindow = false; // Back was pressed with an empty history
+    bool m_isAnimation = false;
+    bool m_isLoseFocus = false;
+    bool m_isBoxShown = false;
+    bool m_isBoxDestroyed = false;
+    int m_msgBoxInfoType = LABELS_DEFAULT;
+    QPointer<viewcomponent::BufferDlg> m_bufferDlg;
+    QTimer *m_idleTimer; // child
+    QPointer<MsgboxDlg> m_msgbox;
+    QPointer<QWidget> m_shadow;
+};
