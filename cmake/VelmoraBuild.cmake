@@ -62,6 +62,7 @@ endfunction()
 # velmora_library(name STATIC|SHARED|OBJECT sources...)
 function(velmora_library name kind)
   add_library(${name} ${kind} ${ARGN})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
   velmora_compile(${name})
 endfunction()
 

@@ -1,0 +1,76 @@
+# Debian 12 packages by what they are needed for. Sourced by ./run, ./test and the package builder.
+packages_build=(
+    cmake ninja-build pkg-config g++ ccache lld
+    qt6-base-dev qt6-base-dev-tools
+    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
+    libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libcpp-httplib-dev
+    libsqlite3-dev libsodium-dev libflac-dev libcairo2-dev
+)
+packages_run=(
+    gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa
+    libqt6network6 fonts-liberation xvfb
+)
+packages_test=(libgtest-dev binutils xdotool)
+
+# install_missing PACKAGE...: installs what is not installed yet, in one line; nothing is asked of the network when
+# nothing is missing.
+install_missing() {
+    local missing=() name
+    for name in "$@"; do
+        dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' || missing+=("$name")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            say "these packages are missing and there is no sudo; as root: apt-get install ${missing[*]}"
+            return 1
+        fi
+        as_root=(sudo)
+        say "installing ${#missing[@]} Debian packages with sudo: ${missing[*]}"
+    else
+        say "installing ${#missing[@]} Debian packages: ${missing[*]}"
+    fi
+    local log
+    log=$(mktemp)
+    # The first attempt may fail on a machine whose package lists were never fetched or are old.
+    if "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" >"$log" 2>&1 ||
+        { "${as_root[@]}" apt-get update -q >>"$log" 2>&1 || true
+          "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}" >>"$log" 2>&1; }; then
+        rm -f "$log"
+    else
+        tail -n 20 "$log" >&2
+        say "the packages could not be installed; the whole report: $log"
+        return 1
+    fi
+}
+
+# build_preset NAME TARGET...: configures when needed and builds, showing one moving line on a terminal.
+build_preset() {
+    local preset=$1 log dir
+    shift
+    dir=build/$preset
+    mkdir -p "$dir"
+    log=$dir/build.log
+    if [ ! -f "$dir/build.ninja" ]; then
+        say "configuring ($preset)"
+        cmake --preset "$preset" >"$log" 2>&1 || { tail -n 40 "$log" >&2; return 1; }
+    fi
+    if [ "$(ninja -C "$dir" -n "$@" 2>/dev/null | tail -n 1)" = "ninja: no work to do." ]; then
+        return 0
+    fi
+    say "building ($preset)"
+    if [ -t 1 ]; then
+        NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
+            awk '/^\[[0-9]+\/[0-9]+\]/ { printf "\r\033[K%.100s", $0; fflush(); next } { next } END { printf "\r\033[K" }'
+        [ "${PIPESTATUS[0]}" -eq 0 ] && return 0
+    else
+        # Without a terminal: a line every hundred steps.
+        NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
+            awk '/^\[[0-9]+\/[0-9]+\]/ { split($1, part, /[\[\/\]]/); step = int(part[2] / 100); if (step != last || part[2] == part[3]) { print; fflush(); last = step } }'
+        [ "${PIPESTATUS[0]}" -eq 0 ] && return 0
+    fi
+    grep -vE '^\[[0-9]+/[0-9]+\]' "$log" | tail -n 60 >&2
+    say "the build failed; the whole report: $log"
+    return 1
+}
