@@ -1,0 +1,246 @@
+// The on-screen keyboard as a dialog uses it: the field holds the focus, keys arrive at the dialog, the dialog passes on
+// what it allows.
+
+#include "virtualkb/qtvirtualkbdlg.h"
+
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+const char prompt[] = "Type something...";
+
+// A dialog in the manner of the radio's: presses are asked for, then passed on to QDialog; the field hands everything
+// but text to its dialog.
+class Dialog : public QDialog {
+public:
+    explicit Dialog(bool fgPrompt = true)
+        : field(new QLineEdit(this))
+        , keyboard(new QtVirtualKbDlg(this))
+    {
+        resize(1280, 720);
+        field->setReadOnly(fgPrompt);
+        field->setText(QString::fromLatin1(fgPrompt ? prompt : "Old name"));
+        keyboard->enableLineEdit(field, fgPrompt);
+        keyboard->move(137, 280);
+        keyboard->showWindow(false);
+        connect(keyboard, &QtVirtualKbDlg::signalRestoreInitState, field,
+                [this] { field->setText(QString::fromLatin1(prompt)); });
+        connect(keyboard, &QtVirtualKbDlg::signalFirstKey, field, [this] { field->setReadOnly(false); });
+        show();
+    }
+
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (isRefusing)
+            return;
+        QDialog::keyPressEvent(event);
+    }
+
+    void keyReleaseEvent(QKeyEvent *event) override
+    {
+        if (event->key() == Qt::Key_Right)
+            lastKeyAtRelease = keyboard->isLastKey();
+        QDialog::keyReleaseEvent(event);
+    }
+
+    void press(std::initializer_list<int> keys)
+    {
+        for (int key : keys)
+            QTest::keyClick(this, static_cast<Qt::Key>(key));
+    }
+
+    QLineEdit *field;
+    QtVirtualKbDlg *keyboard;
+    bool isRefusing = false;
+    bool lastKeyAtRelease = false;
+};
+
+constexpr int R = Qt::Key_Right;
+constexpr int L = Qt::Key_Left;
+constexpr int U = Qt::Key_Up;
+constexpr int D = Qt::Key_Down;
+constexpr int S = Qt::Key_Select;
+
+} // namespace
+
+class KeyboardTest : public QObject {
+    Q_OBJECT
+private slots:
+    void theFirstKeyReplacesThePrompt()
+    {
+        Dialog dialog;
+        QSignalSpy first(dialog.keyboard, &QtVirtualKbDlg::signalFirstKey);
+        dialog.press({S, R, S, D, S});
+        QCOMPARE(dialog.field->text(), QStringLiteral("qws"));
+        QCOMPARE(first.size(), 1);
+    }
+
+    void realTextIsEditedAtItsEnd()
+    {
+        Dialog dialog(false);
+        QSignalSpy first(dialog.keyboard, &QtVirtualKbDlg::signalFirstKey);
+        dialog.press({S});
+        QCOMPARE(dialog.field->text(), QStringLiteral("Old nameq"));
+        QCOMPARE(first.size(), 0);
+    }
+
+    void confirmingAnUntouchedPromptSendsNothing()
+    {
+        Dialog dialog;
+        QSignalSpy sent(dialog.keyboard, &QtVirtualKbDlg::signalSendContext);
+        dialog.press({U, L, S}); // row 4 from "q": Clear, then around to Done
+        QCOMPARE(sent.size(), 1);
+        QCOMPARE(sent.at(0).at(0).toString(), QString());
+        dialog.press({D, S}); // Done -> the top row's nearest key
+        dialog.press({U, S});
+        QCOMPARE(sent.size(), 2);
+        QCOMPARE(sent.at(1).at(0).toString(), dialog.field->text());
+        QVERIFY(!dialog.field->text().isEmpty());
+    }
+
+    void emptyingTheFieldGivesThePromptBackAndStartsAnew()
+    {
+        Dialog dialog;
+        QSignalSpy restored(dialog.keyboard, &QtVirtualKbDlg::signalRestoreInitState);
+        QSignalSpy first(dialog.keyboard, &QtVirtualKbDlg::signalFirstKey);
+        dialog.press({S, S});
+        dialog.press({U, S}); // Clear
+        QCOMPARE(restored.size(), 1);
+        QCOMPARE(dialog.field->text(), QString::fromLatin1(prompt));
+        dialog.press({S}); // Clear again: nothing to clear
+        QCOMPARE(restored.size(), 1);
+        dialog.press({D, S});
+        QCOMPARE(dialog.field->text().size(), 1);
+        QCOMPARE(first.size(), 2);
+    }
+
+    void aHeldDeleteGoesOnUntilSelectIsReleased()
+    {
+        Dialog dialog(false);
+        dialog.press({U, L, L}); // Clear -> Done -> Delete
+        QTest::keyPress(&dialog, Qt::Key_Select);
+        QTRY_VERIFY(dialog.field->text().size() <= 4);
+        QTest::keyRelease(&dialog, Qt::Key_Select);
+        const QString left = dialog.field->text();
+        QTest::qWait(200);
+        QCOMPARE(dialog.field->text(), left);
+    }
+
+    void arrowsWrapAroundOnEveryEdge()
+    {
+        struct Case {
+            std::initializer_list<int> keys;
+            const char *typed;
+        };
+        const Case cases[] = {{{L, S}, "p"},
+                              {{L, R, S}, "q"}, // right-most, nobody takes the highlight: around
+                              {{D, D, S}, "z"},
+                              {{D, D, D, D, S}, "q"},
+                              {{U, R, S}, ".com"},
+                              {{U, R, R, S}, " "},
+                              {{L, U, U, S}, "_"},
+                              {{L, D, S}, "@"}};
+        for (const Case &c : cases) {
+            Dialog dialog;
+            for (int key : c.keys) {
+                dialog.press({key});
+                QCoreApplication::processEvents(); // the wrap follows the release
+            }
+            QCOMPARE(dialog.field->text(), QString::fromLatin1(c.typed));
+        }
+    }
+
+    void onlyAFurtherRightLeavesTheRightMostKey()
+    {
+        Dialog dialog;
+        for (int i = 0; i < 9; ++i)
+            dialog.press({R});
+        QVERIFY(!dialog.lastKeyAtRelease); // this one has only just arrived
+        QTRY_VERIFY(dialog.keyboard->isLastKey());
+        dialog.press({R});
+        QVERIFY(dialog.lastKeyAtRelease);
+    }
+
+    void redChangesThePageAndGreenTheCapitals()
+    {
+        Dialog dialog;
+        QSignalSpy pages(dialog.keyboard, &QtVirtualKbDlg::signalPageNum);
+        dialog.keyboard->changeMode();
+        dialog.press({S});
+        QVERIFY(dialog.keyboard->m_isModeAble);
+        dialog.keyboard->changePage();
+        QVERIFY(!dialog.keyboard->m_isModeAble);
+        dialog.keyboard->changeMode(); // means nothing here
+        dialog.press({S});
+        dialog.keyboard->changePage();
+        dialog.press({S});
+        dialog.keyboard->changeMode();
+        dialog.press({S});
+        QCOMPARE(dialog.field->text(), QStringLiteral("Q1Qq"));
+        QCOMPARE(pages.size(), 2);
+        QCOMPARE(pages.at(0).at(0).toInt(), 2);
+        QCOMPARE(pages.at(1).at(0).toInt(), 1);
+    }
+
+    void noKeyArrivesWhileTheDialogRefusesOrTheHighlightIsAway()
+    {
+        Dialog dialog;
+        dialog.isRefusing = true;
+        dialog.press({S});
+        dialog.isRefusing = false;
+        dialog.keyboard->loseFocus();
+        dialog.press({S});
+        dialog.keyboard->restoreFocus();
+        emit dialog.keyboard->signalChangeHighlight(false);
+        dialog.press({S});
+        QCOMPARE(dialog.field->text(), QString::fromLatin1(prompt));
+        emit dialog.keyboard->signalChangeHighlight(true);
+        dialog.press({S});
+        QCOMPARE(dialog.field->text(), QStringLiteral("q"));
+    }
+
+    void aPcKeyboardTypesDiacriticsAndEnterConfirms()
+    {
+        Dialog dialog;
+        QSignalSpy sent(dialog.keyboard, &QtVirtualKbDlg::signalSendContext);
+        dialog.field->setFocus();
+        const QString name = QString::fromUtf8("Zoë");
+        for (QChar letter : name) {
+            QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+            QCoreApplication::sendEvent(dialog.field, &press);
+        }
+        QCOMPARE(dialog.field->text(), name);
+        dialog.press({S});
+        QCOMPARE(sent.size(), 1);
+        QCOMPARE(sent.at(0).at(0).toString(), name);
+    }
+
+    void aPcKeyboardNeverTypesBehindAPrompt()
+    {
+        Dialog dialog;
+        dialog.press({S});
+        dialog.field->setFocus();
+        QTest::keyClick(dialog.field, Qt::Key_Backspace); // empty: the prompt is back, the field still writable
+        QCOMPARE(dialog.field->text(), QString::fromLatin1(prompt));
+        QTest::keyClick(dialog.field, Qt::Key_Backspace);
+        QCOMPARE(dialog.field->text(), QString::fromLatin1(prompt));
+        QTest::keyClick(dialog.field, Qt::Key_X);
+        QCOMPARE(dialog.field->text(), QStringLiteral("x"));
+    }
+
+    void closingTheDialogFromTheConfirmedTextIsSafe()
+    {
+        auto *dialog = new Dialog(false);
+        connect(dialog->keyboard, &QtVirtualKbDlg::signalSendContext, dialog, [dialog] { dialog->deleteLater(); });
+        QPointer<Dialog> guard(dialog);
+        dialog->press({U, L, S});
+        QTRY_VERIFY(!guard);
+    }
+};
+
+QTEST_MAIN(KeyboardTest)
+#include "keyboard_test.moc"
