@@ -110,8 +110,10 @@ struct QtVirtualKbDlg::Private {
         if (!field)
             return;
         endPrompt();
-        if (field)
-            field->insert(text);
+        if (!field)
+            return;
+        field->deselect(); // a field that has just got the focus may have selected everything
+        field->insert(text);
     }
 
     void deleteLast()
@@ -265,6 +267,7 @@ void QtVirtualKbDlg::loseFocus()
 void QtVirtualKbDlg::restoreFocus()
 {
     d->hasHighlight = true;
+    d->isCovered = false;
     update();
 }
 

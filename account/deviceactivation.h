@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+// What account selection and the activation screen share: the two prepared lines, and the slot that the account to come
+// will have.
+namespace deviceactivation {
+
+QString codeLine(const QString &code); // "Your activation code is:    " and the code
+QString pageLine(const QString &url);  // "Please go to    " and the address
+
+// The login that follows the activation takes its slot from the last login: records ("", free slot) there and keeps what
+// stood there before. A second call keeps the first memory.
+void reserveSlot();
+// Leaving without an activation: the last login is what it was.
+void giveSlotBack();
+// The activation led to an account: nothing is to be given back.
+void forgetReservation();
+
+} // namespace deviceactivation

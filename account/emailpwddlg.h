@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/velmoraparentwidget.h"
+
+#include <memory>
+
+class QtVirtualKbDlg;
+
+namespace Ui {
+class EmailPwdDlg;
+}
+
+// Asks the service to send a password reminder to an e-mail address; returns to sign-in.
+class EmailPwdDlg : public VelmoraParentWidget {
+    Q_OBJECT
+public:
+    explicit EmailPwdDlg(QWidget *parent = nullptr);
+    ~EmailPwdDlg() override;
+
+    void loseFocus(bool fgMsgbox) override;
+    void resetFocus(bool fgMsgbox) override;
+
+signals:
+    void signalRetuenBtn(); // spelled so
+    void signalRedBtn();
+    void signalGreenBtn();
+    void signalChangeHighlight(bool highlight);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private slots:
+    void emailPassword(QString strUserName);
+    void emailPasswordDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
+    void recoverInitInputState();
+    void changeInitInputState();
+
+private:
+    void openSignIn();
+
+    std::unique_ptr<Ui::EmailPwdDlg> ui;
+    QtVirtualKbDlg *m_keyboard; // child
+};

@@ -1,0 +1,184 @@
+#include "account/internetradiodlg.h"
+
+#include "account/afterlogin.h"
+#include "account/deviceactivation.h"
+#include "service/deviceidentity.h"
+#include "service/velmoralogin.h"
+#include "service/velmorawebservice.h"
+#include "service/wshandle.h"
+#include "service/wsreply.h"
+#include "ui_internetradiodlg.h"
+
+#include <QDebug>
+#include <QKeyEvent>
+
+InternetRadioDlg::InternetRadioDlg(const QString &codeLine, const QString &pageLine, QWidget *parent)
+    : VelmoraParentWidget(parent)
+    , ui(new Ui::InternetRadioDlg)
+    , m_login(new VelmoraLogin(this))
+{
+    qDebug("New InternetRadioDlg...");
+    ui->setupUi(this);
+    if (!codeLine.isEmpty())
+        ui->descriptionLabel3->setText(codeLine);
+    if (!pageLine.isEmpty())
+        ui->descriptionLabel->setText(pageLine);
+    connect(ui->okBtn, &QPushButton::clicked, this, &InternetRadioDlg::userLoginWithDeviceID);
+    connect(VelmoraWebService::getInstance(), &VelmoraWebService::signalGenerateDeviceActivationCodeDone, this,
+            &InternetRadioDlg::generateDeviceActivationCodeDone);
+    connect(m_login, &VelmoraLogin::signalGetStationListDone, this, &InternetRadioDlg::enterVelmoraMainDlg);
+    connect(m_login, &VelmoraLogin::signalLoginWithDeviceIDDoneError, this, &InternetRadioDlg::displayError);
+    // Without it a failed login would leave the screen behind its "Please wait..." for ever.
+    connect(m_login, &VelmoraLogin::signaVelmoraLoginFatalError, this, &InternetRadioDlg::displayFatalError);
+    dress(true);
+    ui->okBtn->setFocus(Qt::OtherFocusReason);
+}
+
+InternetRadioDlg::~InternetRadioDlg()
+{
+    qDebug("Del InternetRadioDlg...");
+}
+
+void InternetRadioDlg::dress(bool isFocused)
+{
+    ui->okBtn->setStyleSheet(
+        isFocused ? QStringLiteral("border-image: url(:/images/Button_Focus_H.png);\ncolor: rgb(0, 0, 0);")
+                  : QStringLiteral("border-image: url(:/images/Button_Normal_H.png);\ncolor: rgb(255, 255, 255);"));
+}
+
+void InternetRadioDlg::warn(const QString &text)
+{
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    showMsgbox(MSG_WARNING, text);
+}
+
+void InternetRadioDlg::userLoginWithDeviceID()
+{
+    controlAnimation(false, tr("Please wait..."));
+    m_login->userLoginWithDeviceID();
+}
+
+void InternetRadioDlg::displayError()
+{
+    controlAnimation(true);
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    dress(false);
+    const QPointer<InternetRadioDlg> guard(this);
+    showMsgbox(MSG_WARNING, tr("Please activate your device to continue."));
+    if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
+        return;
+    dress(true);
+    generateDeviceActivationCode();
+}
+
+void InternetRadioDlg::displayFatalError(VLM_WS_EXT_ERRCODE_T e_ret)
+{
+    controlAnimation(true);
+    QString text = handleWSError(e_ret);
+    if (text == VelmoraParentWidget::tr("NULL"))
+        text = tr("Incorrect login,please try again!");
+    warn(text);
+}
+
+void InternetRadioDlg::generateDeviceActivationCode()
+{
+    qDebug("InternetRadioDlg,generateDeviceActivationCode...");
+    char mac[7] = {};
+    const VLM_WS_EXT_ERRCODE_T macResult = VelmoraWebService::getInstance()->getMac(mac, sizeof mac);
+    if (macResult != VLM_WS_ERR_OK) {
+        qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", int(macResult));
+        return;
+    }
+    deviceactivation::reserveSlot();
+    controlAnimation(false, tr("Please wait..."));
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->generateDeviceActivationCode(
+        macDigits(mac).toLatin1().constData(), false, nullptr, &handle);
+    if (result == VLM_WS_ERR_OK)
+        return;
+    qDebug("InternetRadioDlg,generateDeviceActivationCode failed,e_ret=%d.", int(result));
+    controlAnimation(true);
+    warn(tr("Can not generate device activation code!"));
+}
+
+void InternetRadioDlg::generateDeviceActivationCodeDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    qDebug("InternetRadioDlg,generateDeviceActivationCodeDone...");
+    WsHandle handle(h_handle);
+    controlAnimation(true);
+    if (e_ret == VLM_WS_ERR_OK) {
+        ui->descriptionLabel3->setText(deviceactivation::codeLine(wsreply::activationCode(h_handle).code));
+        return;
+    }
+    qDebug("InternetRadioDlg,generateDeviceActivationCodeDone.error,return=%d", int(e_ret));
+    handle.reset();
+    QString text = handleWSError(e_ret);
+    if (text == VelmoraParentWidget::tr("NULL"))
+        text = tr("Generate device activation code failed,you could try again!");
+    warn(text); // the old code stays on the screen
+}
+
+void InternetRadioDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
+{
+    qDebug("InternetRadioDlg,enterVelmoraMainDlg...");
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        const WsHandle owner(h_handle);
+        return;
+    }
+    qDebug("InternetRadioDlg,enterVelmoraMainDlg,station count=%d...", wsreply::StationList(h_handle).count());
+    deviceactivation::forgetReservation();
+    afterlogin::enterPlayer(this, m_login, h_handle);
+}
+
+void InternetRadioDlg::loseFocus(bool fgMsgbox)
+{
+    qDebug("InternetRadioDlg,loseFocus...");
+    dress(false);
+    ui->okBtn->clearFocus();
+    VelmoraParentWidget::loseFocus(fgMsgbox);
+}
+
+void InternetRadioDlg::resetFocus(bool fgMsgbox)
+{
+    qDebug("InternetRadioDlg,resetFocus...");
+    dress(true);
+    ui->okBtn->setFocus(Qt::OtherFocusReason);
+    VelmoraParentWidget::resetFocus(fgMsgbox);
+}
+
+void InternetRadioDlg::keyPressEvent(QKeyEvent *event)
+{
+    qDebug("InternetRadioDlg,keyPressEvent,event->key=%0x", event->key());
+    if (!fgActionInvalid()) {
+        qDebug("InternetRadioDlg,keyPressEvent,action invalid,return.");
+        return;
+    }
+    if (event->key() == Qt::Key_News)
+        qDebug("InternetRadioDlg,keyPressEvent.recv Qt::Key_News.");
+    VelmoraParentWidget::keyPressEvent(event);
+}
+
+void InternetRadioDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    qDebug("InternetRadioDlg,keyReleaseEvent,event->key=%0x", event->key());
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("InternetRadioDlg,keyReleaseEvent,action invalid,return.");
+        return;
+    }
+    if (event->key() == Qt::Key_Back) {
+        qDebug("InternetRadioDlg,keyReleaseEvent.recv Qt::Key_Back.");
+        // Before account selection reads which account was last.
+        deviceactivation::giveSlotBack();
+        emit signalReturnBtn();
+        return;
+    }
+    VelmoraParentWidget::keyReleaseEvent(event);
+}

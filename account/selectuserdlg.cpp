@@ -1,0 +1,443 @@
+#include "account/selectuserdlg.h"
+
+#include "account/afterlogin.h"
+#include "account/deviceactivation.h"
+#include "app/screenfactory.h"
+#include "service/deviceidentity.h"
+#include "service/devicepaths.h"
+#include "service/velmoralogin.h"
+#include "service/velmorasettings.h"
+#include "service/velmorawebservice.h"
+#include "service/wshandle.h"
+#include "service/wsreply.h"
+#include "ui_selectuserdlg.h"
+
+#include <QDebug>
+#include <QKeyEvent>
+
+namespace {
+
+QString largeButton(const char *picture, int padding)
+{
+    return QStringLiteral("border-image: url(:/images/%1.png);\ncolor: rgb(255, 255, 255);\ntext-align : left;\n"
+                          "padding: %2px;")
+        .arg(QLatin1String(picture))
+        .arg(padding);
+}
+
+QString deleteLook(const char *icon)
+{
+    return QStringLiteral("border-image: url(:/images/SIGN_IN_LIST_DELET_BG.png);\nimage: url(:/images/%1.png);\n\n")
+        .arg(QLatin1String(icon));
+}
+
+constexpr int newUserPadding = 80;
+constexpr int rowPadding = 120;
+constexpr int newUserDelayMs = 100;
+
+} // namespace
+
+SelectUserDlg::SelectUserDlg(int loginState, QWidget *parent)
+    : VelmoraParentWidget(parent)
+    , ui(new Ui::SelectUserDlg)
+    , m_login(new VelmoraLogin(this))
+{
+    qDebug("New SelectUserDlg...");
+    ui->setupUi(this);
+    for (int row = 1; row <= maxAccounts; ++row) {
+        rowIcon(row)->setAttribute(Qt::WA_TransparentForMouseEvents);
+        rowIcon(row)->raise();
+        rowButton(row)->setStyle(&m_style);
+        deleteButton(row)->setStyle(&m_style);
+        deleteButton(row)->setAccessibleName(tr("Delete"));
+        rowButton(row)->installEventFilter(this);
+        deleteButton(row)->installEventFilter(this);
+        connect(rowButton(row), &QPushButton::clicked, this, &SelectUserDlg::loadingToMainDlg);
+        // pressed, not clicked (deliberate): the question answers to the next press
+        connect(deleteButton(row), &QPushButton::pressed, this, &SelectUserDlg::deleteUser);
+    }
+    ui->newUserBtn->setStyle(&m_style);
+    ui->newUserBtn->installEventFilter(this);
+    ui->newUserIconLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
+    ui->newUserIconLabel->raise();
+    initRecordUserInfo(QString());
+
+    connect(ui->newUserBtn, &QPushButton::clicked, this, &SelectUserDlg::newUser);
+    VelmoraWebService *service = VelmoraWebService::getInstance();
+    connect(service, &VelmoraWebService::signalGenerateDeviceActivationCodeDone, this,
+            &SelectUserDlg::generateDeviceActivationCodeDone);
+    connect(service, &VelmoraWebService::signalDisassociateDeviceDone, this, &SelectUserDlg::deleteUserDone);
+    connect(m_login, &VelmoraLogin::signaVelmoraLoginFatalError, this, &SelectUserDlg::displayError);
+    connect(m_login, &VelmoraLogin::signalGetStationListDone, this, &SelectUserDlg::enterVelmoraMainDlg);
+    connect(m_login, &VelmoraLogin::signalLoginWithDeviceIDDoneError, this, &SelectUserDlg::handleDeviceError);
+
+    if (loginState == 0 || m_userCount == 0)
+        QTimer::singleShot(newUserDelayMs, this, &SelectUserDlg::newUser);
+    ui->returnContentLabel->hide();
+    ui->returnIconLabel->hide();
+    qDebug("New SelectUserDlg... ok");
+}
+
+SelectUserDlg::~SelectUserDlg()
+{
+    qDebug("del SelectUserDlg..");
+}
+
+QPushButton *SelectUserDlg::rowButton(int row) const
+{
+    QPushButton *const buttons[] = {ui->userListBtn_1, ui->userListBtn_2, ui->userListBtn_3, ui->userListBtn_4,
+                                    ui->userListBtn_5};
+    return buttons[row - 1];
+}
+
+QPushButton *SelectUserDlg::deleteButton(int row) const
+{
+    QPushButton *const buttons[] = {ui->userListDelBtn_1, ui->userListDelBtn_2, ui->userListDelBtn_3,
+                                    ui->userListDelBtn_4, ui->userListDelBtn_5};
+    return buttons[row - 1];
+}
+
+QLabel *SelectUserDlg::rowIcon(int row) const
+{
+    QLabel *const icons[] = {ui->userListIcon_1, ui->userListIcon_2, ui->userListIcon_3, ui->userListIcon_4,
+                             ui->userListIcon_5};
+    return icons[row - 1];
+}
+
+QPushButton *SelectUserDlg::control(int focusIndex) const
+{
+    if (focusIndex == 0)
+        return ui->newUserBtn;
+    const int row = (focusIndex + 1) / 2;
+    if (focusIndex < 0 || row > m_userCount)
+        return nullptr;
+    return focusIndex % 2 == 1 ? rowButton(row) : deleteButton(row);
+}
+
+void SelectUserDlg::dress(int focusIndex, bool isFocused)
+{
+    QPushButton *button = control(focusIndex);
+    if (!button)
+        return;
+    const char *large = isFocused ? "sign_user_btn_large_p" : "sign_user_btn_large_n";
+    if (focusIndex == 0)
+        button->setStyleSheet(largeButton(large, newUserPadding));
+    else if (focusIndex % 2 == 1)
+        button->setStyleSheet(largeButton(large, rowPadding));
+    else
+        button->setStyleSheet(deleteLook(isFocused ? "SIGN_IN_LIST_ICON_DELETE_S" : "SIGN_IN_LIST_ICON_DELETE_N"));
+}
+
+void SelectUserDlg::moveFocus(int focusIndex)
+{
+    if (!control(focusIndex))
+        return;
+    dress(m_focusIndex, false);
+    m_focusIndex = focusIndex;
+    dress(m_focusIndex, true);
+    control(m_focusIndex)->setFocus(Qt::OtherFocusReason);
+}
+
+void SelectUserDlg::initRecordUserInfo(const QString &strFocus)
+{
+    qDebug().noquote() << QStringLiteral("SelectUserDlg,initRecordUserInfo,strFocus=") + strFocus;
+    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+    QString focusName = strFocus;
+    if (strFocus.isEmpty()) {
+        qDebug("SelectUserDlg,initRecordUserInfo,read from Seetings.");
+        focusName = settings.getLastLogin().userName;
+    } else {
+        qDebug("SelectUserDlg,initRecordUserInfo,read from Input.");
+    }
+    const QStringList names = settings.getAllUserName();
+    // An activation can leave a sixth account in the file; there are five rows.
+    m_userCount = qMin(int(names.size()), maxAccounts);
+    qDebug("SelectUserDlg,m_userCount=%d.", m_userCount);
+    for (int row = 1; row <= maxAccounts; ++row) {
+        const bool isUsed = row <= m_userCount;
+        rowButton(row)->setText(isUsed ? names.at(row - 1) : QString());
+        rowButton(row)->setVisible(isUsed);
+        deleteButton(row)->setVisible(isUsed);
+        rowIcon(row)->setVisible(isUsed);
+        dress(2 * row - 1, false);
+        dress(2 * row, false);
+    }
+    dress(0, false);
+    const int found = int(names.indexOf(focusName)) + 1;
+    m_focusIndex = 0;
+    moveFocus(found >= 1 && found <= m_userCount ? 2 * found - 1 : m_userCount > 0 ? 1 : 0);
+}
+
+bool SelectUserDlg::warn(const QString &text)
+{
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return false;
+    }
+    showMsgbox(MSG_WARNING, text);
+    return true;
+}
+
+void SelectUserDlg::openSignIn(const QString &account)
+{
+    afterlogin::retire(this, m_login);
+    ScreenFactory *factory = ScreenFactory::instance();
+    recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
+    if (account.isEmpty())
+        factory->signIn()->show();
+    else
+        factory->signInFor(account);
+}
+
+void SelectUserDlg::loadingToMainDlg()
+{
+    qDebug("SelectUserDlg,loadingToMainDlg...");
+    if (m_focusIndex % 2 == 0)
+        return;
+    const QString userName = rowButton(focusRow())->text();
+    AccountRecord login;
+    {
+        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        settings.setLastLogin(userName);
+        login = settings.getLastLogin();
+        settings.setLastSlot(login.password);
+    }
+    if (login.password.isEmpty()) {
+        qDebug("SelectUserDlg,loadingToMainDlg password is null...");
+        openSignIn(userName);
+        return;
+    }
+    controlAnimation(false, tr("Please wait..."));
+    m_login->userLoginWithDeviceID();
+}
+
+void SelectUserDlg::newUser()
+{
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    setMsgBoxInfoType(LABELS_YES_NO);
+    const QPointer<SelectUserDlg> guard(this);
+    const int answer = showMsgbox(MSG_QUESTION, tr("Do you already have a Velmora account ? "));
+    if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
+        return;
+    const QString full = tr("We only keep max 5 accounts,you could delete one to continue.");
+    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+    // With all slots in use a code could not be linked either: the same words.
+    const bool isFull = settings.getAllUserName().size() > 4;
+    if (isFull)
+        warn(full);
+    else if (answer == 1)
+        openSignIn(QString());
+    else
+        generateDeviceActivationCode();
+}
+
+void SelectUserDlg::generateDeviceActivationCode()
+{
+    qDebug("SelectUserDlg,generateDeviceActivationCode...");
+    char mac[7] = {};
+    const VLM_WS_EXT_ERRCODE_T macResult = VelmoraWebService::getInstance()->getMac(mac, sizeof mac);
+    if (macResult != VLM_WS_ERR_OK) {
+        qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", int(macResult));
+        return;
+    }
+    deviceactivation::reserveSlot();
+    controlAnimation(false, tr("Please wait..."));
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->generateDeviceActivationCode(
+        macDigits(mac).toLatin1().constData(), false, nullptr, &handle);
+    if (result == VLM_WS_ERR_OK)
+        return;
+    controlAnimation(true);
+    deviceactivation::giveSlotBack();
+    warn(tr("Can not generate device activation code!"));
+}
+
+void SelectUserDlg::generateDeviceActivationCodeDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    qDebug("SelectUserDlg,generateDeviceActivationCodeDone...");
+    WsHandle handle(h_handle);
+    controlAnimation(true);
+    if (e_ret != VLM_WS_ERR_OK) {
+        qDebug("SelectUserDlg,generateDeviceActivationCodeDone.error,return=%d", int(e_ret));
+        handle.reset();
+        deviceactivation::giveSlotBack();
+        QString text = handleWSError(e_ret);
+        if (text == VelmoraParentWidget::tr("NULL"))
+            text = tr("Generate device activation code failed,you could try again!");
+        warn(text);
+        return;
+    }
+    const wsreply::ActivationCode code = wsreply::activationCode(h_handle);
+    handle.reset();
+    afterlogin::retire(this, m_login);
+    VelmoraParentWidget *screen = ScreenFactory::instance()->activation(deviceactivation::codeLine(code.code),
+                                                                        deviceactivation::pageLine(code.url));
+    recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
+    screen->show();
+    qDebug("SelectUserDlg,generateDeviceActivationCodeDone.2..");
+}
+
+void SelectUserDlg::deleteUser()
+{
+    qDebug("SelectUserDlg,deleteUser...");
+    if (m_focusIndex == 0 || m_focusIndex % 2 == 1)
+        return;
+    char mac[7] = {};
+    const VLM_WS_EXT_ERRCODE_T macResult = VelmoraWebService::getInstance()->getMac(mac, sizeof mac);
+    if (macResult != VLM_WS_ERR_OK) {
+        qDebug("VelmoraMainDlg,signout,getMac failed,e_ret=%d.", int(macResult));
+        return;
+    }
+    const QString userName = rowButton(focusRow())->text();
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    setMsgBoxInfoType(LABELS_YES_NO);
+    const QPointer<SelectUserDlg> guard(this);
+    const int answer = showMsgbox(MSG_QUESTION, tr("Are you sure you want to delete the user: ") + userName);
+    if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
+        return;
+    deleteButton(focusRow())->setDown(false); // its release went to the box
+    if (answer != 1)
+        return;
+    QString slot;
+    {
+        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        slot = settings.getPassword(userName);
+    }
+    m_deletedUser = userName;
+    controlAnimation(false, tr("Delete User..."));
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->disassociateDevice(
+        deviceIdentity(mac, slot).toLatin1().constData(), false, nullptr, &handle);
+    if (result != VLM_WS_ERR_OK)
+        deleteUserDone(0, result, nullptr);
+}
+
+void SelectUserDlg::deleteUserDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    { const WsHandle owner(h_handle); }
+    controlAnimation(true);
+    if (e_ret != VLM_WS_ERR_OK && e_ret != VLM_WS_ERR_DEVICE_NOT_FOUND) {
+        qDebug("VelmoraMainDlg,signout,disassociateDevice failed,e_ret=%d.", int(e_ret));
+        QString text = handleWSError(e_ret);
+        if (text == VelmoraParentWidget::tr("NULL"))
+            text = tr("Disassociate device failed because of network error. please try again later!");
+        warn(text);
+        return;
+    }
+    {
+        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        settings.deleteAccount(m_deletedUser);
+    }
+    m_deletedUser.clear();
+    initRecordUserInfo(QString());
+}
+
+void SelectUserDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
+{
+    qDebug("SelectUserDlg,enterVelmoraMainDlg...");
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        const WsHandle owner(h_handle);
+        return;
+    }
+    qDebug("SelectUserDlg,enterVelmoraMainDlg,station count=%d...", wsreply::StationList(h_handle).count());
+    afterlogin::enterPlayer(this, m_login, h_handle);
+}
+
+void SelectUserDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
+{
+    qDebug("SelectUserDlg,displayError,ret=%d.", int(e_ret));
+    controlAnimation(true);
+    QString text = handleWSError(e_ret);
+    if (text == VelmoraParentWidget::tr("NULL"))
+        text = tr("Incorrect login,please try again!");
+    warn(text);
+}
+
+void SelectUserDlg::handleDeviceError()
+{
+    qDebug("SelectUserDlg,loadingToMainDlg password is null...");
+    openSignIn(m_focusIndex % 2 == 1 ? rowButton(focusRow())->text() : QString());
+}
+
+void SelectUserDlg::loseFocus(bool fgMsgbox)
+{
+    qDebug("SelectUserDlg,loseFocus...");
+    dress(m_focusIndex, false);
+    if (QPushButton *button = control(m_focusIndex))
+        button->clearFocus();
+    VelmoraParentWidget::loseFocus(fgMsgbox);
+}
+
+void SelectUserDlg::resetFocus(bool fgMsgbox)
+{
+    qDebug("SelectUserDlg,resetFocus...");
+    moveFocus(m_focusIndex);
+    VelmoraParentWidget::resetFocus(fgMsgbox);
+}
+
+void SelectUserDlg::keyPressEvent(QKeyEvent *event)
+{
+    qDebug("SelectUserDlg,keyPressEvent,event->key=%0x", event->key());
+    if (event->key() == Qt::Key_Back)
+        qDebug("SelectUserDlg,keyPressEvent.recv Qt::Key_Back.");
+    if (event->key() == Qt::Key_TopMenu) {
+        qDebug("SelectUserDlg,keyPressEvent.recv Qt::Key_TopMenu,do nothing.");
+        return;
+    }
+    VelmoraParentWidget::keyPressEvent(event);
+}
+
+void SelectUserDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    qDebug("SelectUserDlg,keyReleaseEvent,event->key=%0x", event->key());
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("SelectUserDlg,keyReleaseEvent,action invalid,return.");
+        return;
+    }
+    const int row = focusRow();
+    switch (event->key()) {
+    case Qt::Key_Back:
+        qDebug("SelectUserDlg,keyReleaseEvent.recv Qt::Key_Back.");
+        emit signalReturnBtn();
+        return;
+    case Qt::Key_Left:
+        if (m_focusIndex != 0 && m_focusIndex % 2 == 0)
+            moveFocus(m_focusIndex - 1);
+        return;
+    case Qt::Key_Right:
+        if (m_focusIndex % 2 == 1)
+            moveFocus(m_focusIndex + 1);
+        return;
+    case Qt::Key_Down:
+        moveFocus(m_focusIndex == 0 ? 1 : m_focusIndex + 2); // stays where no row follows
+        return;
+    case Qt::Key_Up:
+        if (row > 1)
+            moveFocus(m_focusIndex - 2);
+        else if (row == 1 && m_userCount < maxAccounts) // with five accounts there is nothing to add (deliberate)
+            moveFocus(0);
+        return;
+    default:
+        VelmoraParentWidget::keyReleaseEvent(event);
+    }
+}
+
+bool SelectUserDlg::eventFilter(QObject *watched, QEvent *event)
+{
+    // The slots act on the focused row: a mouse moves the focus before it clicks.
+    if (event->type() == QEvent::MouseButtonPress) {
+        for (int index = 0; index <= 2 * m_userCount; ++index) {
+            if (control(index) == watched)
+                moveFocus(index);
+        }
+    }
+    return VelmoraParentWidget::eventFilter(watched, event);
+}

@@ -1,0 +1,254 @@
+#include "account/signindlg.h"
+
+#include "account/afterlogin.h"
+#include "account/loginfile.h"
+#include "service/devicepaths.h"
+#include "service/velmoralogin.h"
+#include "service/wshandle.h"
+#include "service/wsreply.h"
+#include "ui_signindlg.h"
+#include "widgets/textentry.h"
+
+#include <virtualkb/qtvirtualkbdlg.h>
+
+#include <QDebug>
+#include <QKeyEvent>
+
+SignInDlg::SignInDlg(QWidget *parent)
+    : VelmoraParentWidget(parent)
+    , ui(new Ui::SignInDlg)
+{
+    qDebug("new SignInDlg..");
+    ui->setupUi(this);
+    auto *entry = new TextEntry(this);
+    entry->add(ui->emailLineEdit);
+    entry->add(ui->passwordLineEdit);
+    TextEntry::setPromptStyle(ui->emailLineEdit);
+    TextEntry::setPromptStyle(ui->passwordLineEdit);
+    ui->emailLineEdit->setText(tr("Enter your Velmora account..."));
+    ui->emailLineEdit->setAccessibleName(ui->emailLabel->text());
+    ui->passwordLineEdit->setAccessibleName(ui->passwordLabel->text());
+    ui->passwordLineEdit->setEchoMode(QLineEdit::Password);
+    ui->blueContentLabel->hide();
+    ui->blueIconLabel->hide();
+
+    m_keyboard = new QtVirtualKbDlg(this);
+    m_keyboard->enableLineEdit(ui->emailLineEdit, true);
+    m_keyboard->move(320, 310);
+    showDigitHint(1);
+    m_keyboard->showWindow(false);
+    connect(m_keyboard, &QtVirtualKbDlg::signalSendContext, this, &SignInDlg::signInVelmora);
+    connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &SignInDlg::recoverInitInputState);
+    connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &SignInDlg::changeInitInputState);
+    connect(m_keyboard, &QtVirtualKbDlg::signalPageNum, this, &SignInDlg::showDigitHint);
+    connect(this, &SignInDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
+    connect(this, &SignInDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
+    connect(this, &SignInDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
+
+    m_login = new VelmoraLogin(this);
+    connect(m_login, &VelmoraLogin::signaVelmoraLoginFatalError, this, &SignInDlg::displayError);
+    connect(m_login, &VelmoraLogin::signalGetStationListDone, this, &SignInDlg::enterVelmoraMainDlg);
+    // The chain ends in a login by device identity, which the service may refuse.
+    connect(m_login, &VelmoraLogin::signalLoginWithDeviceIDDoneError, this, &SignInDlg::displayUnknownDevice);
+    ui->emailLineEdit->setFocus(Qt::OtherFocusReason);
+}
+
+SignInDlg::~SignInDlg()
+{
+    qDebug("del SignInDlg..");
+}
+
+QLineEdit *SignInDlg::activeField() const
+{
+    return m_stage == EmailStage ? ui->emailLineEdit : ui->passwordLineEdit;
+}
+
+void SignInDlg::showByAccount(const QString &account)
+{
+    ui->emailLineEdit->setText(account);
+    askForPassword();
+    show();
+}
+
+void SignInDlg::askForPassword()
+{
+    m_stage = PasswordStage;
+    ui->emailLineEdit->clearFocus();
+    TextEntry::setPromptStyle(ui->emailLineEdit);
+    ui->passwordLineEdit->setReadOnly(false);
+    ui->passwordLineEdit->setFocus(Qt::OtherFocusReason);
+    TextEntry::setTypingStyle(ui->passwordLineEdit);
+    m_keyboard->enableLineEdit(ui->passwordLineEdit, true);
+}
+
+void SignInDlg::askForEmailAgain()
+{
+    ui->passwordLineEdit->clear();
+    ui->passwordLineEdit->clearFocus();
+    TextEntry::setPromptStyle(ui->passwordLineEdit);
+    ui->emailLineEdit->setFocus(Qt::OtherFocusReason);
+    TextEntry::setTypingStyle(ui->emailLineEdit);
+    m_keyboard->enableLineEdit(ui->emailLineEdit, false);
+    m_stage = EmailStage;
+}
+
+bool SignInDlg::signInFromLoginFile()
+{
+    const std::optional<LoginFile> file = LoginFile::read(device::loginFile());
+    if (!file)
+        return false;
+    ui->emailLineEdit->setText(QString::fromLatin1(file->email));
+    ui->passwordLineEdit->setText(QString::fromLatin1(file->password));
+    // The values themselves: a field drops the line feed that a file without carriage returns leaves.
+    m_login->userLogin(QString::fromLatin1(file->email), QString::fromLatin1(file->password));
+    return true;
+}
+
+void SignInDlg::signInVelmora(QString strContent)
+{
+    qDebug("SignInDlg,signInVelmora,stage=%d.", m_stage);
+    if (strContent.isEmpty()) {
+        if (signInFromLoginFile())
+            return;
+        if (m_isErrorMsg) {
+            qDebug("Velmoraparent m_isErrorMsg is true.");
+            return;
+        }
+        showMsgbox(MSG_WARNING, tr("No information was entered.Please try again."));
+        return;
+    }
+    if (m_stage == EmailStage) {
+        askForPassword();
+        return;
+    }
+    ui->passwordLineEdit->clearFocus();
+    emit signalChangeHighlight(false);
+    controlAnimation(false, tr("Please wait..."));
+    m_login->userLogin(ui->emailLineEdit->text(), ui->passwordLineEdit->text());
+}
+
+void SignInDlg::displayUnknownDevice()
+{
+    displayError(VLM_WS_ERR_DEVICE_NOT_FOUND);
+}
+
+void SignInDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
+{
+    qDebug("SignInDlg,displayError,ret=%d.", int(e_ret));
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    emit signalChangeHighlight(true);
+    activeField()->setFocus(Qt::OtherFocusReason);
+    controlAnimation(true);
+    QString text = handleWSError(e_ret);
+    if (text == VelmoraParentWidget::tr("NULL"))
+        text = tr("Incorrect Login ,please try again!");
+    const QPointer<SignInDlg> guard(this);
+    showMsgbox(MSG_WARNING, text);
+    if (!guard)
+        return;
+    askForEmailAgain(); // the typed address stays
+}
+
+void SignInDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
+{
+    qDebug("SignInDlg,enterVelmoraMainDlg...");
+    emit signalChangeHighlight(true);
+    activeField()->setFocus(Qt::OtherFocusReason);
+    controlAnimation(true);
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        const WsHandle owner(h_handle);
+        return;
+    }
+    qDebug("SignInDlg,enterVelmoraMainDlg,station count=%d...", wsreply::StationList(h_handle).count());
+    ui->passwordLineEdit->clear();
+    afterlogin::enterPlayer(this, m_login, h_handle);
+}
+
+void SignInDlg::changeInitInputState()
+{
+    qDebug("SignInDlg,changeInitInputState...");
+    if (m_stage != EmailStage)
+        return;
+    TextEntry::setTypingStyle(ui->emailLineEdit);
+    ui->emailLineEdit->setReadOnly(false);
+}
+
+void SignInDlg::recoverInitInputState()
+{
+    qDebug("SignInDlg,recoverInitInputState...");
+    // The e-mail field only: a prompt never goes into the password.
+    if (!ui->emailLineEdit->text().isEmpty())
+        return;
+    TextEntry::setPromptStyle(ui->emailLineEdit);
+    ui->emailLineEdit->setText(tr("Enter your Velmora account..."));
+}
+
+void SignInDlg::showDigitHint(int pageNum)
+{
+    if (pageNum == 1) {
+        ui->blueContentLabel->hide();
+        ui->blueIconLabel->hide();
+        ui->greenContentLabel->show();
+        ui->greenIconLabel->show();
+    } else if (pageNum == 2) {
+        ui->greenContentLabel->hide();
+        ui->greenIconLabel->hide();
+    }
+}
+
+void SignInDlg::loseFocus(bool fgMsgbox)
+{
+    qDebug("SignInDlg,loseFocus..fgMsgbox=%d.", fgMsgbox);
+    activeField()->clearFocus();
+    emit signalChangeHighlight(false);
+    VelmoraParentWidget::loseFocus(fgMsgbox);
+}
+
+void SignInDlg::resetFocus(bool fgMsgbox)
+{
+    qDebug("SignInDlg,resetFocus..fgMsgbox=%d.", fgMsgbox);
+    emit signalChangeHighlight(true);
+    activeField()->setFocus(Qt::OtherFocusReason);
+    VelmoraParentWidget::resetFocus(fgMsgbox);
+}
+
+void SignInDlg::keyPressEvent(QKeyEvent *event)
+{
+    qDebug("SignInDlg,keyPressEvent,event->key=%0x", event->key());
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("SignInDlg,keyPressEvent,action invalid,return.");
+        return;
+    }
+    if (event->key() == Qt::Key_Calculator) {
+        qDebug("SignInDlg,keyPressEvent.recv Qt::Key_Calculator,red key.");
+        emit signalRedBtn();
+    } else if (event->key() == Qt::Key_AddFavorite && m_keyboard->m_isModeAble) {
+        qDebug("SignInDlg,keyPressEvent.recv Qt::Key_BookMark,green key.");
+        emit signalGreenBtn();
+    }
+    VelmoraParentWidget::keyPressEvent(event);
+}
+
+void SignInDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    qDebug("SignInDlg,keyReleaseEvent,event->key=%0x", event->key());
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("SignInDlg,keyReleaseEvent,action invalid,return.");
+        return;
+    }
+    if (event->key() == Qt::Key_Back) {
+        qDebug("SignInDlg,keyReleaseEvent.recv Qt::Key_Back.");
+        if (m_stage == PasswordStage)
+            askForEmailAgain();
+        else
+            emit signalReturnBtn();
+        return;
+    }
+    VelmoraParentWidget::keyReleaseEvent(event);
+}

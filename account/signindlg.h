@@ -1,0 +1,59 @@
+#pragma once
+
+#include "app/velmoraparentwidget.h"
+
+#include <memory>
+
+class QLineEdit;
+class QtVirtualKbDlg;
+class VelmoraLogin;
+
+namespace Ui {
+class SignInDlg;
+}
+
+// Sign-in with e-mail address and password, typed on the on-screen keyboard or read from a removable medium.
+class SignInDlg : public VelmoraParentWidget {
+    Q_OBJECT
+public:
+    explicit SignInDlg(QWidget *parent = nullptr);
+    ~SignInDlg() override;
+
+    // Shows the screen for a known account: only the password is asked.
+    void showByAccount(const QString &account);
+
+    void loseFocus(bool fgMsgbox) override;
+    void resetFocus(bool fgMsgbox) override;
+
+signals:
+    void signalRetuenBtn(); // spelled so
+    void signalRedBtn();
+    void signalGreenBtn();
+    void signalChangeHighlight(bool highlight);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private slots:
+    void signInVelmora(QString strContent);
+    void displayError(VLM_WS_EXT_ERRCODE_T e_ret);
+    void displayUnknownDevice();
+    void enterVelmoraMainDlg(HANDLE_T h_handle);
+    void recoverInitInputState();
+    void changeInitInputState();
+    void showDigitHint(int pageNum);
+
+private:
+    enum Stage { EmailStage = 0, PasswordStage = 1 };
+
+    QLineEdit *activeField() const;
+    void askForPassword();
+    void askForEmailAgain();
+    bool signInFromLoginFile();
+
+    std::unique_ptr<Ui::SignInDlg> ui;
+    QtVirtualKbDlg *m_keyboard; // child
+    VelmoraLogin *m_login;      // child
+    int m_stage = EmailStage;
+};

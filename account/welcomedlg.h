@@ -1,0 +1,31 @@
+#pragma once
+
+#include "app/velmoraparentwidget.h"
+
+namespace Ui {
+class WelcomeDlg;
+}
+
+// Greets a device that was never set up. "Activate Velmora" notes that it was seen and goes on to the loading screen;
+// Back asks whether to leave.
+class WelcomeDlg : public VelmoraParentWidget {
+    Q_OBJECT
+public:
+    explicit WelcomeDlg(QWidget *parent = nullptr);
+    ~WelcomeDlg() override;
+
+    void loseFocus(bool fgMsgbox) override;
+    void resetFocus(bool fgMsgbox) override;
+
+public slots:
+    void activateVelmora();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private:
+    void askToLeave();
+
+    Ui::WelcomeDlg *ui;
+};

@@ -1,0 +1,491 @@
+#include "station/createstationdlg.h"
+
+#include "app/playerport.h"
+#include "service/devicepaths.h"
+#include "service/velmorasettings.h"
+#include "service/velmorawebservice.h"
+#include "service/wshandle.h"
+#include "station/stationhandover.h"
+#include "ui_createstationdlg.h"
+#include "widgets/textentry.h"
+
+#include <virtualkb/qtvirtualkbdlg.h>
+
+#include <QDebug>
+#include <QKeyEvent>
+
+namespace {
+
+constexpr int selectDelayMs = 100;
+constexpr int longestSearchShown = 40;
+const QSize rowSize(324, 52);
+constexpr int rowsShown = 8;
+
+// The same picture for every mode, so that a selected row's icon is not tinted.
+QIcon plainIcon(const char *path)
+{
+    const QPixmap picture{QString::fromLatin1(path)};
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected);
+    return icon;
+}
+
+} // namespace
+
+CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
+    : VelmoraParentWidget(parent)
+    , ui(new Ui::CreateStationDlg)
+    , m_mode(mode)
+{
+    qDebug("new CreateStationDlg..");
+    ui->setupUi(this);
+    (new TextEntry(this))->add(ui->searchLabelLineEdit);
+    TextEntry::setPromptStyle(ui->searchLabelLineEdit);
+    ui->searchLabelLineEdit->setText(tr("Artist Or Track"));
+    ui->searchLabelLineEdit->setAccessibleName(ui->titleLabel->text());
+    ui->searchResultListWidget->setAccessibleName(ui->stationListLabel->text());
+    ui->searchResultListWidget->setPageSize(rowsShown);
+    ui->searchResultListWidget->setIconSize(QSize(32, 32));
+    ui->searchResultListWidget->hide();
+
+    m_keyboard = new QtVirtualKbDlg(this);
+    m_keyboard->enableLineEdit(ui->searchLabelLineEdit, true);
+    m_keyboard->move(137, 280);
+    showDigitHint(1);
+    m_keyboard->showWindow(false);
+    connect(m_keyboard, &QtVirtualKbDlg::signalSendContext, this, &CreateStationDlg::searchStation);
+    connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &CreateStationDlg::recoverInitInputState);
+    connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &CreateStationDlg::changeInitInputState);
+    connect(m_keyboard, &QtVirtualKbDlg::signalPageNum, this, &CreateStationDlg::showDigitHint);
+    connect(this, &CreateStationDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
+    connect(this, &CreateStationDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
+    connect(this, &CreateStationDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
+
+    VelmoraWebService *service = VelmoraWebService::getInstance();
+    connect(service, &VelmoraWebService::signalSearchDone, this, &CreateStationDlg::searchStationDone);
+    connect(service, &VelmoraWebService::signalCreateStationDone, this, &CreateStationDlg::createStationDone);
+    connect(service, &VelmoraWebService::signalGetStationListDone, this, &CreateStationDlg::getStationListDone);
+    connect(ui->searchResultListWidget, &ImageListWidget::currentRowChanged, this, &CreateStationDlg::showNum);
+    connect(this, &CreateStationDlg::signalSearchResultWidgetItemClicked, this, &CreateStationDlg::createStation);
+    connect(this, &CreateStationDlg::signalFatalErr, this, &CreateStationDlg::handleFatalErr);
+
+    ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
+    m_focusArea = KeyboardArea;
+}
+
+CreateStationDlg::~CreateStationDlg()
+{
+    qDebug("del CreateStationDlg..");
+}
+
+QString CreateStationDlg::messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
+{
+    const QString text = handleWSError(code);
+    return text == VelmoraParentWidget::tr("NULL") ? fallback : text;
+}
+
+bool CreateStationDlg::warn(const QString &text)
+{
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return false;
+    }
+    const QPointer<CreateStationDlg> guard(this);
+    showMsgbox(MSG_WARNING, text);
+    return guard && !isEixt && !m_isErrorMsg;
+}
+
+bool CreateStationDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
+{
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return false;
+    }
+    const QString text = messageFor(code, fallback);
+    const QPointer<CreateStationDlg> guard(this);
+    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
+        m_isErrorMsg = true;
+        emit signalFatalErr(code);
+    }
+    showMsgbox(MSG_WARNING, text);
+    if (!guard)
+        return false;
+    if (code == VLM_WS_ERR_ERROR_CURL_FAILURE) {
+        emit signalExit(false, true);
+        return false;
+    }
+    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
+        stationhandover::signOut(this);
+        return false;
+    }
+    return !isEixt && !m_isErrorMsg;
+}
+
+void CreateStationDlg::handleFatalErr(int errType)
+{
+    qDebug("CreateStationDlg,handleFatalErr,errType=%d.", errType);
+    if (errType != VLM_WS_ERR_ACCOUNT_INACTIVE)
+        return;
+    // The emitting step still shows its message: closing defers the deletion until that step has finished.
+    close();
+    clearAllRecordHistroyUiType();
+    stationhandover::showPlayer();
+}
+
+void CreateStationDlg::searchStation(QString content)
+{
+    qDebug("CreateStationDlg,searchStation...");
+    if (content.trimmed().isEmpty()) {
+        warn(tr("Please enter an artist or track name to create a new station"));
+        return;
+    }
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->search(
+        TextEntry::toServiceText(content).constData(), 0, false, nullptr, &handle);
+    if (result != VLM_WS_ERR_OK) {
+        qDebug("CreateStationDlg,searchStation,ret=%d.", int(result));
+        warn(tr("Search station failed!You could try again!"));
+        return;
+    }
+    ui->searchLabelLineEdit->clearFocus();
+    emit signalChangeHighlight(false);
+    controlAnimation(false, tr("Search..."));
+}
+
+void CreateStationDlg::searchStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    qDebug("CreateStationDlg,searchStationDone,ret=%d.", int(e_ret));
+    WsHandle handle(h_handle);
+    ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
+    emit signalChangeHighlight(true);
+    controlAnimation(true);
+    if (e_ret != VLM_WS_ERR_OK) {
+        handle.reset();
+        report(e_ret, tr("Search station failed,you could try again!"));
+        return;
+    }
+    const wsreply::SearchResult result = wsreply::search(h_handle);
+    handle.reset();
+    showSearchContent(result); // last: a question in it may outlive this screen
+}
+
+void CreateStationDlg::showSearchContent(const wsreply::SearchResult &result)
+{
+    const qsizetype artists = result.artists.size();
+    const qsizetype tracks = result.tracks.size();
+    if (artists == 0 && tracks == 0) {
+        const QString text = TextEntry::cut(ui->searchLabelLineEdit->text(), longestSearchShown);
+        warn(tr("No result for ") + QLatin1String("\n\"") + text + QLatin1Char('"'));
+        return;
+    }
+    if (tracks == 0) {
+        showArtists(result.artists);
+        return;
+    }
+    if (artists == 0) {
+        showSongs(result.tracks);
+        return;
+    }
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    // The missing and the additional blank are deliberate.
+    const QString question = tr("We found ") + QString::number(artists) + tr(" results by artists and ")
+        + QString::number(tracks) + tr(" results by tracks.Which did you mean ?");
+    setMsgBoxInfoType(LABELS_ARTIST_TRACK);
+    const QPointer<CreateStationDlg> guard(this);
+    const int answer = showMsgbox(MSG_QUESTION, question);
+    if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
+        return;
+    if (answer == 1) {
+        if (artists == 1)
+            createStation(result.artists.first().musicToken);
+        else
+            showArtists(result.artists);
+    } else {
+        if (tracks == 1)
+            createStation(result.tracks.first().musicToken);
+        else
+            showSongs(result.tracks);
+    }
+}
+
+void CreateStationDlg::beginRows()
+{
+    ui->descriptionLabel->hide();
+    ImageListWidget *list = ui->searchResultListWidget;
+    list->clearScroll();
+    list->clear();
+    m_tokens.clear();
+    list->show();
+    list->setStyle(&m_listStyle);
+}
+
+void CreateStationDlg::addRow(const QString &text, const QString &token, const QIcon &icon)
+{
+    auto *row = new QListWidgetItem(icon, text);
+    row->setSizeHint(rowSize);
+    row->setTextAlignment(Qt::AlignVCenter);
+    row->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    ui->searchResultListWidget->addItem(row);
+    m_tokens.insert(text, token);
+}
+
+void CreateStationDlg::endRows()
+{
+    ui->searchResultListWidget->setCurrentRow(0);
+    showNum(0);
+    focusList();
+    emit signalChangeHighlight(false);
+    m_isSelectAble = false;
+    QTimer::singleShot(selectDelayMs, this, &CreateStationDlg::selectAble);
+}
+
+void CreateStationDlg::showArtists(const QList<wsreply::SearchArtist> &artists)
+{
+    beginRows();
+    const QIcon icon = plainIcon(":/images/ArtisIcon.png");
+    for (const wsreply::SearchArtist &artist : artists)
+        addRow(artist.artistName, artist.musicToken, icon);
+    endRows();
+}
+
+void CreateStationDlg::showSongs(const QList<wsreply::SearchTrack> &tracks)
+{
+    beginRows();
+    const QIcon icon = plainIcon(":/images/NoThumbnail.png");
+    for (const wsreply::SearchTrack &track : tracks)
+        addRow(track.songName + tr(" by ") + track.artistName, track.musicToken, icon);
+    endRows();
+}
+
+void CreateStationDlg::showNum(int index)
+{
+    ui->searchResultNumLabel->setText(
+        QStringLiteral("%1/%2").arg(index + 1).arg(ui->searchResultListWidget->count()));
+}
+
+void CreateStationDlg::selectAble()
+{
+    m_isSelectAble = true;
+}
+
+void CreateStationDlg::createStation(QString strMusicToken)
+{
+    qDebug("CreateStationDlg,createStation...");
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->createStation(
+        strMusicToken.toUtf8().constData(), nullptr, nullptr, 0, false, nullptr, &handle);
+    if (result != VLM_WS_ERR_OK) {
+        qDebug("CreateStationDlg,createStation,ret=%d.", int(result));
+        warn(messageFor(result, tr("Create station list failed ,please try later!")));
+        return;
+    }
+    controlAnimation(false, tr("Buffering..."));
+}
+
+void CreateStationDlg::createStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    qDebug("CreateStationDlg,createStationDone,ret=%d.", int(e_ret));
+    WsHandle handle(h_handle);
+    controlAnimation(true);
+    if (e_ret != VLM_WS_ERR_OK) {
+        handle.reset();
+        report(e_ret, tr("Create station list failed ,please try later!"));
+        return;
+    }
+    if (!wsreply::station(h_handle)) {
+        handle.reset();
+        warn(tr("Create station failed,because system gets invalid data from Velmora!"));
+        return;
+    }
+    if (m_mode == 1) {
+        updateStationList(handle.take());
+    } else if (m_mode == 0) {
+        delUiType();
+        if (PlayerPort *player = PlayerPort::existing())
+            player->restartIdleTimer();
+        emit signalUpdateStationList(handle.take());
+    }
+}
+
+void CreateStationDlg::updateStationList(HANDLE_T h_handle)
+{
+    const WsHandle handle(h_handle);
+    const QString token = QString::fromLatin1(wsreply::station(h_handle)->stationToken);
+    {
+        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        settings.setStationInfo(settings.getLastLoginName(), token);
+    }
+    getStationList();
+}
+
+void CreateStationDlg::getStationList()
+{
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result =
+        VelmoraWebService::getInstance()->getStationList(1, "dateCreated", "desc", false, nullptr, &handle);
+    if (result == VLM_WS_ERR_OK) {
+        controlAnimation(false, tr("Buffering..."));
+        return;
+    }
+    qDebug("CreateStationDlg,getStationList,ret=%d.", int(result));
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    const QPointer<CreateStationDlg> guard(this);
+    showMsgbox(MSG_WARNING, messageFor(result, tr("Get station list failed ,please try later!")));
+    if (guard)
+        emit signalExit(false, true);
+}
+
+void CreateStationDlg::getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    qDebug("CreateStationDlg,getStationListDone,ret=%d.", int(e_ret));
+    WsHandle handle(h_handle);
+    controlAnimation(true);
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    if (e_ret == VLM_WS_ERR_OK) {
+        stationhandover::enterPlayer(this, handle.take());
+        return;
+    }
+    handle.reset();
+    if (report(e_ret, tr("Get station list failed ,please try later!")))
+        emit signalExit(false, true);
+}
+
+void CreateStationDlg::changeInitInputState()
+{
+    qDebug("CreateStationDlg,changeInitInputState...");
+    if (m_focusArea != KeyboardArea)
+        return;
+    TextEntry::setTypingStyle(ui->searchLabelLineEdit);
+    ui->searchLabelLineEdit->setReadOnly(false);
+    ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
+}
+
+void CreateStationDlg::recoverInitInputState()
+{
+    qDebug("CreateStationDlg,recoverInitInputState...");
+    if (!ui->searchLabelLineEdit->text().isEmpty())
+        return;
+    TextEntry::setPromptStyle(ui->searchLabelLineEdit);
+    ui->searchLabelLineEdit->setText(tr("Artist or Song")); // not the words of the start (deliberate)
+}
+
+void CreateStationDlg::showDigitHint(int pageNum)
+{
+    if (pageNum != 1 && pageNum != 2)
+        return;
+    const bool isLetters = pageNum == 1;
+    ui->digitalContentLable->setVisible(!isLetters);
+    ui->digitalIconLabel->setVisible(!isLetters);
+    ui->greenContentLabel->setVisible(isLetters);
+    ui->greenIconLabel->setVisible(isLetters);
+}
+
+void CreateStationDlg::focusKeyboard()
+{
+    m_focusArea = KeyboardArea;
+    ui->searchResultListWidget->clearFocus();
+    ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
+    TextEntry::setTypingStyle(ui->searchLabelLineEdit);
+    m_keyboard->restoreFocus();
+    emit signalChangeHighlight(true);
+}
+
+void CreateStationDlg::focusList()
+{
+    m_focusArea = ListArea;
+    ui->searchLabelLineEdit->clearFocus();
+    TextEntry::setPromptStyle(ui->searchLabelLineEdit);
+    m_keyboard->loseFocus();
+    ui->searchResultListWidget->setFocus();
+}
+
+void CreateStationDlg::loseFocus(bool fgMsgbox)
+{
+    qDebug("CreateStationDlg,loseFocus..fgMsgbox=%d.", fgMsgbox);
+    if (m_focusArea == ListArea)
+        ui->searchResultListWidget->clearFocus();
+    else
+        ui->searchLabelLineEdit->clearFocus();
+    emit signalChangeHighlight(false);
+    VelmoraParentWidget::loseFocus(fgMsgbox);
+}
+
+void CreateStationDlg::resetFocus(bool fgMsgbox)
+{
+    qDebug("CreateStationDlg,resetFocus..fgMsgbox=%d.", fgMsgbox);
+    emit signalChangeHighlight(true);
+    if (m_focusArea == ListArea)
+        ui->searchResultListWidget->setFocus();
+    else
+        ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
+    VelmoraParentWidget::resetFocus(fgMsgbox);
+}
+
+void CreateStationDlg::keyPressEvent(QKeyEvent *event)
+{
+    qDebug("CreateStationDlg,keyPressEvent,event->key=%0x", event->key());
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("CreateStationDlg,keyPressEvent,action invalid,return.");
+        return;
+    }
+    if (event->key() == Qt::Key_Calculator) {
+        qDebug("CreateStationDlg,keyPressEvent.recv Qt::Key_Calculator,red key.");
+        emit signalRedBtn();
+    } else if (event->key() == Qt::Key_AddFavorite && m_keyboard->m_isModeAble) {
+        qDebug("CreateStationDlg,keyPressEvent.recv Qt::Key_BookMark,green key.");
+        emit signalGreenBtn();
+    }
+    VelmoraParentWidget::keyPressEvent(event);
+}
+
+void CreateStationDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    qDebug("CreateStationDlg,keyReleaseEvent,event->key=%0x", event->key());
+    if (!fgActionInvalid()) {
+        qDebug("CreateStationDlg,keyReleaseEvent,action invalid,return.");
+        return;
+    }
+    runTimer();
+    switch (event->key()) {
+    case Qt::Key_Back:
+        qDebug("CreateStationDlg,keyReleaseEvent.recv Qt::Key_Back.");
+        emit signalReturnBtn();
+        return;
+    case Qt::Key_Select:
+        if (m_focusArea == ListArea && m_isSelectAble) {
+            const QString text = ui->searchResultListWidget->currentItemText();
+            if (m_tokens.contains(text))
+                emit signalSearchResultWidgetItemClicked(m_tokens.value(text));
+        }
+        return;
+    case Qt::Key_Right:
+        if (m_focusArea == KeyboardArea) {
+            if (ui->searchResultListWidget->count() > 0 && m_keyboard->isLastKey())
+                focusList();
+        } else {
+            ui->searchResultListWidget->setFocus();
+        }
+        return;
+    case Qt::Key_Left:
+        if (m_focusArea == ListArea)
+            focusKeyboard();
+        return;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        if (m_focusArea == KeyboardArea)
+            ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
+        return;
+    default:
+        VelmoraParentWidget::keyReleaseEvent(event);
+    }
+}

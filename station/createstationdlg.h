@@ -1,0 +1,81 @@
+#pragma once
+
+#include "app/velmoraparentwidget.h"
+#include "service/wsreply.h"
+
+#include <viewcomponent/mcommonstyle.h>
+
+#include <QMap>
+
+#include <memory>
+
+class QtVirtualKbDlg;
+
+namespace Ui {
+class CreateStationDlg;
+}
+
+// Makes a station from an artist or a track that the listener has searched for.
+class CreateStationDlg : public VelmoraParentWidget {
+    Q_OBJECT
+public:
+    // mode 1: afterwards fetches the station list and hands it to the player screen; 0: emits signalUpdateStationList.
+    explicit CreateStationDlg(int mode, QWidget *parent = nullptr);
+    ~CreateStationDlg() override;
+
+    void loseFocus(bool fgMsgbox) override;
+    void resetFocus(bool fgMsgbox) override;
+
+signals:
+    void signalRetuenBtn(); // spelled so
+    void signalRedBtn();
+    void signalGreenBtn();
+    void signalChangeHighlight(bool highlight);
+    void signalSearchResultWidgetItemClicked(QString strKey);
+    void signalUpdateStationList(HANDLE_T h_handle);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private slots:
+    void searchStation(QString content);
+    void searchStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
+    void createStation(QString strMusicToken);
+    void createStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
+    void getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
+    void showNum(int index);
+    void handleFatalErr(int errType);
+    void selectAble();
+    void recoverInitInputState();
+    void changeInitInputState();
+    void showDigitHint(int pageNum);
+
+private:
+    enum FocusArea { NoArea = -1, KeyboardArea = 0, ListArea = 1 };
+
+    void showSearchContent(const wsreply::SearchResult &result);
+    void showArtists(const QList<wsreply::SearchArtist> &artists);
+    void showSongs(const QList<wsreply::SearchTrack> &tracks);
+    void beginRows();
+    void addRow(const QString &text, const QString &token, const QIcon &icon);
+    void endRows();
+    void getStationList();
+    void updateStationList(HANDLE_T h_handle);
+    void focusKeyboard();
+    void focusList();
+    // A warning; false when a fatal message is up, or this screen did not survive its box.
+    bool warn(const QString &text);
+    // What every failed request says. False when nothing may be done afterwards: a fatal message is up, the screen is
+    // gone, or the failure has ended it.
+    bool report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
+    QString messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
+
+    std::unique_ptr<Ui::CreateStationDlg> ui;
+    viewcomponent::MCommonStyle m_listStyle;
+    QtVirtualKbDlg *m_keyboard; // child
+    const int m_mode;
+    int m_focusArea = NoArea;
+    bool m_isSelectAble = false; // the key that confirmed the search must not choose a row too
+    QMap<QString, QString> m_tokens; // displayed text -> music token; of two equal rows the last
+};

@@ -1,0 +1,276 @@
+#include "station/renamestationdlg.h"
+
+#include "service/velmorawebservice.h"
+#include "service/wshandle.h"
+#include "station/stationhandover.h"
+#include "ui_renamestationdlg.h"
+#include "widgets/textentry.h"
+
+#include <virtualkb/qtvirtualkbdlg.h>
+
+#include <QDebug>
+#include <QKeyEvent>
+
+namespace {
+
+constexpr int longestNameAsked = 40;
+constexpr int longestName = 64;
+
+} // namespace
+
+RenameStationDlg::RenameStationDlg(const QString &stationName, const QString &stationToken, QWidget *parent)
+    : VelmoraParentWidget(parent)
+    , ui(new Ui::RenameStationDlg)
+    , m_stationToken(stationToken)
+{
+    qDebug("new RenameStationDlg..");
+    ui->setupUi(this);
+    (new TextEntry(this))->add(ui->stationNameLineEdit);
+    TextEntry::setPromptStyle(ui->stationNameLineEdit);
+    ui->stationNameLineEdit->setMaxLength(longestName);
+    ui->stationNameLineEdit->setText(stationName);
+    ui->stationNameLineEdit->setAccessibleName(ui->titleLabel->text());
+
+    m_keyboard = new QtVirtualKbDlg(this);
+    m_keyboard->enableLineEdit(ui->stationNameLineEdit, false);
+    m_keyboard->move(137, 280);
+    showDigitHint(1);
+    m_keyboard->showWindow(false);
+    connect(m_keyboard, &QtVirtualKbDlg::signalSendContext, this, &RenameStationDlg::renameStation);
+    connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &RenameStationDlg::recoverInitInputState);
+    connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &RenameStationDlg::changeInitInputState);
+    connect(m_keyboard, &QtVirtualKbDlg::signalPageNum, this, &RenameStationDlg::showDigitHint);
+    connect(this, &RenameStationDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
+    connect(this, &RenameStationDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
+    connect(this, &RenameStationDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
+    // The field holds a real text: no first key is announced for it, the first change dresses it for typing.
+    connect(ui->stationNameLineEdit, &QLineEdit::textChanged, this, [this](const QString &text) {
+        if (!text.isEmpty() && ui->stationNameLineEdit->isReadOnly())
+            changeInitInputState();
+    });
+
+    VelmoraWebService *service = VelmoraWebService::getInstance();
+    connect(service, &VelmoraWebService::signalRenameStationDone, this, &RenameStationDlg::renameStationDone);
+    connect(service, &VelmoraWebService::signalGetStationListDone, this, &RenameStationDlg::getStationListDone);
+    connect(this, &RenameStationDlg::signalFatalErr, this, &RenameStationDlg::handleFatalErr);
+    ui->stationNameLineEdit->setFocus(Qt::OtherFocusReason);
+}
+
+RenameStationDlg::~RenameStationDlg()
+{
+    qDebug("del RenameStationDlg..");
+}
+
+void RenameStationDlg::backToPlayer()
+{
+    stationhandover::retire(this);
+    delUiType();
+    stationhandover::showPlayer();
+}
+
+void RenameStationDlg::renameStation(QString newStationName)
+{
+    qDebug("RenameStationDlg,renameStation...");
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    if (ui->stationNameLineEdit->text().isEmpty()) {
+        showMsgbox(MSG_WARNING, tr("Rename station failed, no station name supplied."));
+        return;
+    }
+    setMsgBoxInfoType(LABELS_YES_NO);
+    const QPointer<RenameStationDlg> guard(this);
+    const int answer = showMsgbox(MSG_QUESTION,
+                                  tr("Are you sure you want to rename this station as: \n")
+                                      + TextEntry::cut(newStationName, longestNameAsked) + QLatin1Char('?'));
+    if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
+        return;
+    if (answer == 0) {
+        qDebug("RenameStationDlg,renameStation,answer is no.");
+        return;
+    }
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->renameStation(
+        newStationName.toUtf8().constData(), m_stationToken.toLatin1().constData(), 0, false, nullptr, &handle);
+    if (result != VLM_WS_ERR_OK) {
+        qDebug("RenameStationDlg,renameStation,ret=%d.", int(result));
+        showMsgbox(MSG_WARNING, tr("Rename station failed,you could try again."));
+        if (guard && !isEixt)
+            backToPlayer();
+        return;
+    }
+    ui->stationNameLineEdit->clearFocus();
+    emit signalChangeHighlight(false);
+    controlAnimation(false, tr("Rename station..."));
+}
+
+bool RenameStationDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
+{
+    QString text = handleWSError(code);
+    if (text == VelmoraParentWidget::tr("NULL"))
+        text = fallback;
+    const QPointer<RenameStationDlg> guard(this);
+    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
+        m_isErrorMsg = true;
+        emit signalFatalErr(code);
+    }
+    showMsgbox(MSG_WARNING, text);
+    if (!guard)
+        return false;
+    if (code == VLM_WS_ERR_ERROR_CURL_FAILURE) {
+        emit signalExit(false, true);
+        return false;
+    }
+    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
+        stationhandover::signOut(this);
+        return false;
+    }
+    return !isEixt && !m_isErrorMsg;
+}
+
+void RenameStationDlg::renameStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    qDebug("RenameStationDlg,renameStationDone,ret=%d.", int(e_ret));
+    WsHandle handle(h_handle);
+    controlAnimation(true);
+    if (e_ret == VLM_WS_ERR_OK) {
+        updateStationList(handle.take());
+        return;
+    }
+    handle.reset();
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    if (report(e_ret, tr("Rename station list failed ,please try later!")))
+        backToPlayer();
+}
+
+void RenameStationDlg::updateStationList(HANDLE_T h_handle)
+{
+    { const WsHandle owner(h_handle); }
+    getStationList();
+}
+
+void RenameStationDlg::getStationList()
+{
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result =
+        VelmoraWebService::getInstance()->getStationList(1, "dateCreated", "desc", false, nullptr, &handle);
+    if (result == VLM_WS_ERR_OK) {
+        controlAnimation(false, tr("Buffering..."));
+        return;
+    }
+    qDebug("RenameStationDlg,getStationList,ret=%d.", int(result));
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    const QPointer<RenameStationDlg> guard(this);
+    showMsgbox(MSG_WARNING, tr("Get station list failed!"));
+    if (guard)
+        emit signalExit(false, true);
+}
+
+void RenameStationDlg::getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
+{
+    qDebug("RenameStationDlg,getStationListDone,ret=%d.", int(e_ret));
+    WsHandle handle(h_handle);
+    controlAnimation(true);
+    if (m_isErrorMsg) {
+        qDebug("RenameStationDlg m_isErrorMsg is true.");
+        return;
+    }
+    if (e_ret == VLM_WS_ERR_OK) {
+        stationhandover::enterPlayer(this, handle.take());
+        return;
+    }
+    handle.reset();
+    if (report(e_ret, tr("Get station list failed ,please try later!")))
+        emit signalExit(false, true);
+}
+
+void RenameStationDlg::handleFatalErr(int errType)
+{
+    qDebug("RenameStationDlg,handleFatalErr,errType=%d.", errType);
+    if (errType != VLM_WS_ERR_ACCOUNT_INACTIVE)
+        return;
+    // The emitting step still shows its message: closing defers the deletion until that step has finished.
+    close();
+    clearAllRecordHistroyUiType();
+    stationhandover::showPlayer();
+}
+
+void RenameStationDlg::changeInitInputState()
+{
+    qDebug("RenameStationDlg,changeInitInputState...");
+    TextEntry::setTypingStyle(ui->stationNameLineEdit);
+    ui->stationNameLineEdit->setReadOnly(false);
+    ui->stationNameLineEdit->setFocus(Qt::OtherFocusReason);
+}
+
+void RenameStationDlg::recoverInitInputState()
+{
+    qDebug("RenameStationDlg,recoverInitInputState...");
+    if (ui->stationNameLineEdit->text().isEmpty())
+        TextEntry::setPromptStyle(ui->stationNameLineEdit);
+}
+
+void RenameStationDlg::showDigitHint(int pageNum)
+{
+    if (pageNum != 1 && pageNum != 2)
+        return;
+    const bool isLetters = pageNum == 1;
+    ui->digitalContentLabel->setVisible(!isLetters);
+    ui->digitalIconLabel->setVisible(!isLetters);
+    ui->greenContentLabel->setVisible(isLetters);
+    ui->greenIconLabel->setVisible(isLetters);
+}
+
+void RenameStationDlg::loseFocus(bool fgMsgbox)
+{
+    qDebug("RenameStationDlg,loseFocus..fgMsgbox=%d.", fgMsgbox);
+    ui->stationNameLineEdit->clearFocus();
+    emit signalChangeHighlight(false);
+    VelmoraParentWidget::loseFocus(fgMsgbox);
+}
+
+void RenameStationDlg::resetFocus(bool fgMsgbox)
+{
+    qDebug("RenameStationDlg,resetFocus..fgMsgbox=%d.", fgMsgbox);
+    emit signalChangeHighlight(true);
+    ui->stationNameLineEdit->setFocus(Qt::OtherFocusReason);
+    VelmoraParentWidget::resetFocus(fgMsgbox);
+}
+
+void RenameStationDlg::keyPressEvent(QKeyEvent *event)
+{
+    qDebug("RenameStationDlg,keyPressEvent,event->key=%0x", event->key());
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("RenameStationDlg,keyPressEvent,action invalid,return.");
+        return;
+    }
+    if (event->key() == Qt::Key_Calculator) {
+        qDebug("RenameStationDlg,keyPressEvent.recv Qt::Key_Calculator,red key.");
+        emit signalRedBtn();
+    } else if (event->key() == Qt::Key_AddFavorite && m_keyboard->m_isModeAble) {
+        qDebug("RenameStationDlg,keyPressEvent.recv Qt::Key_BookMark,green key.");
+        emit signalGreenBtn();
+    }
+    VelmoraParentWidget::keyPressEvent(event);
+}
+
+void RenameStationDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    // No question whether an action is allowed here, unlike the other dialogs (deliberate).
+    qDebug("RenameStationDlg,keyReleaseEvent,event->key=%0x", event->key());
+    runTimer();
+    if (event->key() == Qt::Key_Back) {
+        qDebug("RenameStationDlg,keyReleaseEvent.recv Qt::Key_Back.");
+        emit signalReturnBtn();
+        return;
+    }
+    VelmoraParentWidget::keyReleaseEvent(event);
+}

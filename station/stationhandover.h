@@ -1,0 +1,19 @@
+#pragma once
+
+#include "velmora_ws.h"
+
+class VelmoraParentWidget;
+
+// How Create and Rename station end: back on the player screen. GUI thread.
+namespace stationhandover {
+
+// Closes `dialog` (deleted later) and cuts it off from the web service.
+void retire(VelmoraParentWidget *dialog);
+// Shows the player screen (made now if there is none) and restarts its idle timer.
+void showPlayer();
+// The account is no longer active: closes the dialog, forgets the history, signs out. Once.
+void signOut(VelmoraParentWidget *dialog);
+// A fresh station list: closes the dialog, forgets the history, shows the player and fills it. Takes the handle over.
+void enterPlayer(VelmoraParentWidget *dialog, HANDLE_T h_handle);
+
+} // namespace stationhandover

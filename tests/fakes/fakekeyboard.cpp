@@ -1,0 +1,172 @@
+#include "fakes/fakekeyboard.h"
+
+#include "virtualkb/qtvirtualkbdlg.h"
+
+#include <QLineEdit>
+
+namespace {
+
+struct State {
+    QStringList operations;
+    QPointer<QtVirtualKbDlg> current;
+    QPointer<QLineEdit> field;
+    bool isPrompt = false;
+    bool isHighlighted = false;
+    bool isLastKey = false;
+    int page = 1;
+    QList<bool> highlights;
+};
+
+State &state()
+{
+    static State instance;
+    return instance;
+}
+
+} // namespace
+
+struct QtVirtualKbDlg::Private {};
+
+QtVirtualKbDlg::QtVirtualKbDlg(QWidget *parent)
+    : QWidget(parent)
+    , d(nullptr)
+{
+    Q_UNUSED(d);
+    state() = State();
+    state().current = this;
+    setFocusPolicy(Qt::NoFocus);
+    connect(this, &QtVirtualKbDlg::signalChangeHighlight, this, [](bool highlight) {
+        state().highlights.append(highlight);
+        state().isHighlighted = highlight;
+    });
+}
+
+QtVirtualKbDlg::~QtVirtualKbDlg() = default;
+
+void QtVirtualKbDlg::enableLineEdit(QLineEdit *field, bool fgPrompt)
+{
+    state().field = field;
+    state().isPrompt = fgPrompt;
+    state().operations.append(QStringLiteral("enableLineEdit %1 %2")
+                                  .arg(field ? field->objectName() : QString(),
+                                       fgPrompt ? QStringLiteral("prompt") : QStringLiteral("text")));
+}
+
+void QtVirtualKbDlg::showWindow(bool)
+{
+    state().operations.append(QStringLiteral("showWindow"));
+    state().isHighlighted = true;
+    show();
+}
+
+void QtVirtualKbDlg::loseFocus()
+{
+    state().operations.append(QStringLiteral("loseFocus"));
+    state().isHighlighted = false;
+}
+
+void QtVirtualKbDlg::restoreFocus()
+{
+    state().operations.append(QStringLiteral("restoreFocus"));
+    state().isHighlighted = true;
+}
+
+bool QtVirtualKbDlg::isLastKey() const
+{
+    return state().isLastKey;
+}
+
+void QtVirtualKbDlg::changePage()
+{
+    state().operations.append(QStringLiteral("changePage"));
+    state().page = 3 - state().page;
+    m_isModeAble = state().page == 1;
+    emit signalPageNum(state().page);
+}
+
+void QtVirtualKbDlg::changeMode()
+{
+    state().operations.append(QStringLiteral("changeMode"));
+}
+
+bool QtVirtualKbDlg::eventFilter(QObject *watched, QEvent *event)
+{
+    return QWidget::eventFilter(watched, event);
+}
+
+void QtVirtualKbDlg::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+}
+
+void FakeKeyboard::reset()
+{
+    const QPointer<QtVirtualKbDlg> current = state().current;
+    const QPointer<QLineEdit> field = state().field;
+    const bool isPrompt = state().isPrompt;
+    state() = State();
+    state().current = current;
+    state().field = field;
+    state().isPrompt = isPrompt;
+}
+
+QtVirtualKbDlg *FakeKeyboard::current()
+{
+    return state().current;
+}
+QStringList FakeKeyboard::operations()
+{
+    return state().operations;
+}
+QLineEdit *FakeKeyboard::field()
+{
+    return state().field;
+}
+bool FakeKeyboard::isPrompt()
+{
+    return state().isPrompt;
+}
+bool FakeKeyboard::isHighlighted()
+{
+    return state().isHighlighted;
+}
+QList<bool> FakeKeyboard::highlights()
+{
+    return state().highlights;
+}
+void FakeKeyboard::setLastKey(bool isLastKey)
+{
+    state().isLastKey = isLastKey;
+}
+
+void FakeKeyboard::type(const QString &text)
+{
+    for (const QChar letter : text) {
+        if (!state().current || !state().field)
+            return;
+        if (state().isPrompt) {
+            state().isPrompt = false;
+            emit state().current->signalFirstKey();
+            if (!state().field)
+                return;
+            state().field->clear();
+        }
+        state().field->deselect();
+        state().field->insert(letter);
+    }
+}
+
+void FakeKeyboard::clear()
+{
+    if (!state().current || !state().field)
+        return;
+    state().field->clear();
+    state().isPrompt = true;
+    emit state().current->signalRestoreInitState();
+}
+
+void FakeKeyboard::confirm()
+{
+    if (state().current && state().field)
+        emit state().current->signalSendContext(state().isPrompt ? QString() : state().field->text());
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QList>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+class QLineEdit;
+class QtVirtualKbDlg;
+
+// Drives the fake on-screen keyboard: the newest living QtVirtualKbDlg. GUI thread only. It takes no keys by itself:
+// the test types and confirms.
+class FakeKeyboard {
+public:
+    static void reset(); // forgets what was recorded
+    static QtVirtualKbDlg *current();
+
+    // --- what the dialog asked for, in order: "enableLineEdit accountEdit prompt", "showWindow", "loseFocus", ...
+    static QStringList operations();
+    static QLineEdit *field(); // bound now; null when none or gone
+    static bool isPrompt();    // the bound field shows its prompt
+    static bool isHighlighted();
+    static QList<bool> highlights(); // signalChangeHighlight received from the dialog
+
+    // --- what the listener does
+    static void
+    type(const QString &text); // the first key after prompt state raises signalFirstKey and empties the field
+    static void clear();       // deletes everything: back to prompt state, signalRestoreInitState
+    static void confirm();     // signalSendContext with the field's text, empty in prompt state
+    static void setLastKey(bool isLastKey);
+};

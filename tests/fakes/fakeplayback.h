@@ -1,0 +1,40 @@
+#pragma once
+
+#include "netcommon/netcommon_global.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QStringList>
+
+// Drives the fakes of netcommon::Playback and netcommon::PlaybackThread. GUI thread only, except that the commands may
+// come from any thread. Nothing is played: the test says what happens, in the order of the contract.
+class FakePlayback {
+public:
+    static void reset(); // state 4, empty buffer, no commands recorded
+
+    // --- what the radio asked for, in order: "type 1", "url http://...", ...
+    static QStringList commands();
+    static QList<int> types();
+    static QList<QByteArray> urls(); // addresses that were taken
+    static QByteArray lastUrl();
+    static void clearCommands();
+    static int livingThreads();      // PlaybackThread objects
+    static QStringList violations(); // an address without PLAYBACK_TYPE_START, a thread deleted before its end
+
+    // --- what the radio reads
+    static void setState(int state);
+    static void setBuffer(quint32 startMs, quint32 endMs);
+    // On (the start): pause, resume and stop change the state at once and are reported by queued signals, like the
+    // real library. Off: the state is what setState says and nothing is reported.
+    static void setFollowing(bool isFollowing);
+    // Every address plays by itself: playOk(totalSeconds), queued. 0 (the start): the test says so.
+    static void setAutoPlay(int totalSeconds);
+
+    // --- what is reported, at once
+    static void playOk(int totalSeconds);         // address taken, result 0, playing, total time
+    static void playFailed(int result = -1);      // address taken, then the result
+    static void playRefused(int result = -1);     // the result without "address taken"
+    static void progress(int seconds, int total); // current time and percent
+    static void fileEof();                        // everything was received
+    static void finished();                       // state 4, fileEof if it was not yet, then the next-song signal
+};

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "velmora_ws.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <functional>
+#include <vector>
+
+// Memory of one request record: parameters and reply live in it and go with it.
+class FakeArena {
+public:
+    FakeArena() = default;
+    FakeArena(const FakeArena &) = delete;
+    FakeArena &operator=(const FakeArena &) = delete;
+    ~FakeArena();
+
+    char *text(const QByteArray &text); // a null QByteArray gives a null pointer
+    template <typename T>
+    T *make(int count = 1) // zeroed; null for 0
+    {
+        return static_cast<T *>(allocate(sizeof(T) * static_cast<size_t>(count)));
+    }
+
+private:
+    void *allocate(size_t size);
+    std::vector<void *> m_blocks;
+};
+
+// A null QByteArray stands for a null pointer everywhere below; "" for an empty text.
+struct FakeStation {
+    QByteArray token;
+    QByteArray name;
+    bool allowRename = true;
+    bool allowDelete = true;
+    bool isShared = false;
+    bool isTapestry = false;
+    bool allowAddMusic = true;
+    QByteArray id = "id";
+    QByteArray pictureUrl;
+    QByteArray createdAt = "2026-01-01T00:00:00Z";
+};
+
+struct FakeTrack {
+    QByteArray songName = "Song";
+    QByteArray artistName = "Artist";
+    QByteArray albumName = "Album";
+    QByteArray audioUrl = "http://127.0.0.1:1/track.flac";
+    QByteArray trackToken = "track-1";
+    QByteArray stationToken = "station-1";
+    QByteArray albumArtUrl = "http://127.0.0.1:1/cover.png";
+    int songRating = 0;
+    bool allowFeedback = true;
+    int durationSeconds = 180;
+};
+
+struct FakeEntry {
+    static FakeEntry track(const FakeTrack &track);
+    static FakeEntry ad(const QByteArray &adToken);
+    static FakeEntry withoutMap(bool isTrack); // the entry's map is a null pointer
+
+    bool isTrack = true;
+    bool hasMap = true;
+    FakeTrack music;
+    QByteArray adToken;
+};
+
+struct FakeAd {
+    QByteArray audioUrl = "http://127.0.0.1:1/ad.flac";
+    QByteArray title = "An announcement";
+    QByteArray line2 = "Announcer";
+    QByteArray imageUrl = "http://127.0.0.1:1/ad.png";
+    int durationSeconds = 15;
+};
+
+struct FakeSearchTrack {
+    QByteArray musicToken;
+    QByteArray songName;
+    QByteArray artistName;
+};
+struct FakeSearchArtist {
+    QByteArray musicToken;
+    QByteArray artistName;
+};
+
+// How to build a reply. Every completion builds its own copy, which dies with its handle.
+class FakeReply {
+public:
+    using Build = std::function<void *(FakeArena &)>;
+
+    FakeReply() = default; // no data: the record's reply is null
+    explicit FakeReply(Build build);
+
+    static FakeReply stationList(const QList<FakeStation> &stations); // element 0 is the Tapestry station
+    static FakeReply stationListOf(const QList<QByteArray> &tokens);  // Tapestry "tapestry" first, names are the tokens
+    static FakeReply station(const FakeStation &station);
+    static FakeReply playlist(const QList<FakeEntry> &entries);
+    static FakeReply adMetadata(const FakeAd &ad = {});
+    static FakeReply partnerLogin();
+    static FakeReply userLogin(const QByteArray &userName);
+    static FakeReply activationCode(const QByteArray &code, const QByteArray &url);
+    static FakeReply search(const QList<FakeSearchTrack> &tracks, const QList<FakeSearchArtist> &artists);
+    static FakeReply explanation(const QList<QByteArray> &traits);
+    static FakeReply flag(int flag);
+
+    void *build(FakeArena &arena) const;
+
+private:
+    Build m_build;
+};

@@ -1,0 +1,101 @@
+#include "fakes/fakescreens.h"
+
+#include "service/wshandle.h"
+#include "service/wsreply.h"
+
+class FakeScreens::Player : public PlayerPort {
+public:
+    explicit Player(FakeScreens &owner)
+        : m_owner(owner)
+        , m_screen(new VelmoraParentWidget)
+    {
+        m_screen->setObjectName(QStringLiteral("player"));
+        setExisting(this);
+    }
+    ~Player() override
+    {
+        setExisting(nullptr);
+        delete m_screen;
+    }
+
+    VelmoraParentWidget *screen() override { return m_screen; }
+    void stopCurrentSong() override {}
+    void playCurrentSong() override {}
+    void fillFromStationList(HANDLE_T h_handle) override
+    {
+        const WsHandle handle(h_handle);
+        m_owner.m_stationCounts.append(wsreply::StationList(h_handle).count());
+    }
+    void restartIdleTimer() override { ++m_owner.m_idleRestarts; }
+    void signOutAfterError() override { ++m_owner.m_signOuts; }
+
+private:
+    FakeScreens &m_owner;
+    QPointer<VelmoraParentWidget> m_screen;
+};
+
+FakeScreens::FakeScreens()
+{
+    ScreenFactory::setInstance(this);
+    VelmoraParentWidget::m_ui_type_queue.clear();
+}
+
+FakeScreens::~FakeScreens()
+{
+    delete m_player;
+    for (const QPointer<VelmoraParentWidget> &screen : std::as_const(m_screens))
+        delete screen;
+    VelmoraParentWidget::m_ui_type_queue.clear();
+    ScreenFactory::setInstance(nullptr);
+}
+
+VelmoraParentWidget *FakeScreens::make(const QString &name)
+{
+    auto *screen = new VelmoraParentWidget;
+    screen->setObjectName(name);
+    m_made.append(name);
+    m_screens.append(screen);
+    m_last = screen;
+    return screen;
+}
+
+VelmoraParentWidget *FakeScreens::selectUser(int loginState)
+{
+    return make(QStringLiteral("selectUser %1").arg(loginState));
+}
+
+VelmoraParentWidget *FakeScreens::signInFor(const QString &account)
+{
+    VelmoraParentWidget *screen = make(QStringLiteral("signInFor ") + account);
+    screen->show();
+    return screen;
+}
+
+VelmoraParentWidget *FakeScreens::activation(const QString &codeLine, const QString &pageLine)
+{
+    return make(QStringLiteral("activation ") + codeLine + QLatin1Char('|') + pageLine);
+}
+
+PlayerPort *FakeScreens::player()
+{
+    if (!m_player) {
+        m_player = new Player(*this);
+        m_made.append(QStringLiteral("player"));
+    }
+    return m_player;
+}
+
+VelmoraParentWidget *FakeScreens::createStation(int mode)
+{
+    return make(QStringLiteral("createStation %1").arg(mode));
+}
+
+VelmoraParentWidget *FakeScreens::renameStation(const QString &name, const QString &stationToken)
+{
+    return make(QStringLiteral("renameStation %1 %2").arg(name, stationToken));
+}
+
+VelmoraParentWidget *FakeScreens::why(const QString &text, QWidget *)
+{
+    return make(QStringLiteral("why ") + text);
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/playerport.h"
+#include "app/screenfactory.h"
+#include "app/velmoraparentwidget.h"
+
+#include <QPointer>
+#include <QStringList>
+
+// Screens that only say that they were asked for: a test of one screen sees where it leads. One instance a test; it
+// registers itself as the factory and takes itself back. Every screen it has made is gone afterwards. GUI thread only.
+class FakeScreens : public ScreenFactory {
+public:
+    FakeScreens();
+    ~FakeScreens() override;
+
+    QStringList made() const { return m_made; } // "selectUser 2", "activation code|page", "player", ...
+    VelmoraParentWidget *last() const { return m_last; }
+
+    // --- the player screen
+    QList<int> stationCounts() const { return m_stationCounts; } // of the lists it was filled from, in order
+    int signOuts() const { return m_signOuts; }
+    int idleRestarts() const { return m_idleRestarts; }
+
+    VelmoraParentWidget *welcome() override { return make(QStringLiteral("welcome")); }
+    VelmoraParentWidget *loading() override { return make(QStringLiteral("loading")); }
+    VelmoraParentWidget *selectUser(int loginState) override;
+    VelmoraParentWidget *signIn() override { return make(QStringLiteral("signIn")); }
+    VelmoraParentWidget *signInFor(const QString &account) override;
+    VelmoraParentWidget *activation(const QString &codeLine, const QString &pageLine) override;
+    VelmoraParentWidget *emailPassword() override { return make(QStringLiteral("emailPassword")); }
+    PlayerPort *player() override;
+    VelmoraParentWidget *createStation(int mode) override;
+    VelmoraParentWidget *renameStation(const QString &name, const QString &stationToken) override;
+    VelmoraParentWidget *trackMenu(QWidget *) override { return make(QStringLiteral("trackMenu")); }
+    VelmoraParentWidget *about(QWidget *) override { return make(QStringLiteral("about")); }
+    VelmoraParentWidget *why(const QString &text, QWidget *parent) override;
+
+private:
+    class Player;
+    VelmoraParentWidget *make(const QString &name);
+
+    QStringList m_made;
+    QPointer<VelmoraParentWidget> m_last;
+    QList<QPointer<VelmoraParentWidget>> m_screens;
+    QList<int> m_stationCounts;
+    int m_signOuts = 0;
+    int m_idleRestarts = 0;
+    Player *m_player = nullptr;
+};

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "fakes/fakews.h"
+
+#include <QHash>
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <type_traits>
+
+// A request record with the memory that hangs on it. A released record keeps its address until reset(), so that a
+// second release is recognised; its first bytes are poisoned against readers.
+struct FakeRequest {
+    VLM_WS_REQUEST_T record{};
+    FakeCall call;
+    VELMORA_WS_CALLBACK_T callback = nullptr;
+    std::unique_ptr<FakeArena> arena = std::make_unique<FakeArena>();
+    enum { Waiting, Queued, Completed, Released } state = Waiting;
+
+    HANDLE_T handle() const { return reinterpret_cast<HANDLE_T>(&record); }
+    void poison();
+    void unpoison();
+    ~FakeRequest() { unpoison(); }
+};
+
+struct FakeWs::Private {
+    struct Queued {
+        HANDLE_T handle;
+        VELMORA_WS_CALLBACK_T callback;
+        VLM_WS_EXT_ERRCODE_T code;
+        VOID *tag;
+    };
+
+    mutable std::mutex mutex;
+    std::condition_variable wake; // something was queued, delivered or stopped
+    std::thread worker;
+    bool isStopping = false;
+    bool isDelivering = false;
+    Delivery delivery = Delivery::Thread;
+
+    std::deque<Queued> queue;
+    std::vector<std::unique_ptr<FakeRequest>> requests; // in order, released ones too
+    QHash<HANDLE_T, FakeRequest *> byHandle;
+    QList<FakeCall> calls;
+    QHash<int, QList<VLM_WS_EXT_ERRCODE_T>> failures;
+    QHash<int, QList<FakeCompletion>> once;
+    QHash<int, std::function<FakeCompletion(const FakeCall &)>> always;
+    VELMORA_WS_CALLBACK_T lastCallback = nullptr;
+
+    QByteArray mac = QByteArray::fromHex("001a2b3c4d5e");
+    VLM_WS_EXT_ERRCODE_T macResult = VLM_WS_ERR_OK;
+    int macCalls = 0;
+    bool isInitialised = true;
+    int releases = 0, doubleReleases = 0, zeroReleases = 0, unknownReleases = 0;
+
+    VLM_WS_EXT_ERRCODE_T submit(std::unique_ptr<FakeRequest> request, HANDLE_T *outHandle);
+    void enqueue(FakeRequest *request, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply); // mutex held
+    bool deliverOne(std::unique_lock<std::mutex> &lock);
+    void run();
+    void startWorker(); // mutex held
+    void stopWorker();
+    VLM_WS_EXT_ERRCODE_T release(HANDLE_T handle);
+    void retire(FakeRequest *request); // mutex held
+};

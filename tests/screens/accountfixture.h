@@ -1,0 +1,71 @@
+#pragma once
+
+#include "app/velmoraparentwidget.h"
+#include "fakes/devicetwin.h"
+#include "fakes/fakeipc.h"
+#include "fakes/fakescreens.h"
+#include "fakes/fakewsfixture.h"
+#include "fakes/screentest.h"
+#include "service/devicepaths.h"
+#include "service/velmorasettings.h"
+#include "service/velmorawebservice.h"
+
+#include <QTemporaryDir>
+
+// One test of an account or station screen: a private device, a scripted service, screens that only say their names.
+class ScreenFixture {
+public:
+    ScreenFixture()
+    {
+        DeviceTwin::setPrivateRoot(m_root.path());
+        FakeIpc::reset();
+        VelmoraWebService::getInstance();
+        m_screens = std::make_unique<FakeScreens>();
+    }
+
+    ~ScreenFixture()
+    {
+        screentest::settle();
+        m_screens.reset();
+        m_service.ws.flush();
+        screentest::settle();
+        delete VelmoraWebService::getInstance();
+    }
+
+    FakeWs &ws() { return m_service.ws; }
+    FakeScreens &screens() { return *m_screens; }
+
+    static VelmoraSettings settings()
+    {
+        return {device::settingsFile(), QSettings::IniFormat, nullptr};
+    }
+
+    // Accounts with slots "0", "1", ... in this order; the first one logged in last.
+    static void storeAccounts(const QStringList &names)
+    {
+        VelmoraSettings file(device::settingsFile(), QSettings::IniFormat, nullptr);
+        for (int i = 0; i < names.size(); ++i)
+            file.addAccount(names.at(i), QString::number(i));
+        if (!names.isEmpty())
+            file.setLastLogin(names.first());
+    }
+
+private:
+    QTemporaryDir m_root;
+    FakeWsFixture m_service;
+    std::unique_ptr<FakeScreens> m_screens;
+};
+
+// Takes `screen`'s next message box away as soon as it shows, as the network or the menu system would.
+inline void destroyNextBox(VelmoraParentWidget *screen)
+{
+    auto *look = new QTimer(screen);
+    QObject::connect(look, &QTimer::timeout, screen, [screen, look] {
+        if (!screentest::visibleBox())
+            return;
+        look->deleteLater();
+        look->stop();
+        screen->destroyedMsgbox();
+    });
+    look->start(5);
+}

@@ -1,0 +1,116 @@
+// The activation screen.
+
+#include "account/deviceactivation.h"
+#include "account/internetradiodlg.h"
+#include "screens/accountfixture.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+using namespace screentest;
+
+namespace {
+
+const QString page = QStringLiteral("Please go to    http://radio.example/activate");
+
+QPointer<InternetRadioDlg> open()
+{
+    auto *dialog = new InternetRadioDlg(deviceactivation::codeLine(QStringLiteral("K7MPQ2XD")), page);
+    dialog->show();
+    return dialog;
+}
+
+QString code(QWidget *dialog)
+{
+    return child<QLabel>(dialog, "descriptionLabel3")->text();
+}
+
+} // namespace
+
+class ActivationTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { registerTypes(); }
+    void init() { deviceactivation::forgetReservation(); }
+
+    void continueBeforeThePageWasUsedBringsANewCode()
+    {
+        ScreenFixture fixture;
+        deviceactivation::reserveSlot();
+        fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_DEVICE_NOT_FOUND);
+        fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_OK,
+                               FakeReply::activationCode("NEWCODE9", "http://radio.example/activate"));
+        BoxAnswer box({BoxAnswer::Ok});
+        const auto dialog = open();
+        QCOMPARE(code(dialog), QStringLiteral("Your activation code is:    K7MPQ2XD"));
+        key(dialog, Select);
+        QTRY_COMPARE(code(dialog), QStringLiteral("Your activation code is:    NEWCODE9"));
+        QCOMPARE(box.texts(), QStringList(QStringLiteral("Please activate your device to continue.")));
+        QCOMPARE(fixture.ws().last(VLM_WS_MSGID_USER_LOGIN).params.at(3).toByteArray(), QByteArray("001A2B3C4D5E-0"));
+        QTRY_VERIFY(!dialog->isAnimationShown());
+        QTRY_VERIFY(child<QPushButton>(dialog, "okBtn")->hasFocus());
+        delete dialog;
+    }
+
+    void aFailedNewCodeLeavesTheOldOne()
+    {
+        ScreenFixture fixture;
+        fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_DEVICE_NOT_FOUND);
+        fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_INTERNAL);
+        BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
+        const auto dialog = open();
+        key(dialog, Select);
+        QTRY_COMPARE(box.shown(), 2);
+        QCOMPARE(box.texts().last(), QStringLiteral("Generate device activation code failed,you could try again!"));
+        QTRY_VERIFY(!visibleBox());
+        QCOMPARE(code(dialog), QStringLiteral("Your activation code is:    K7MPQ2XD"));
+        delete dialog;
+    }
+
+    void aFailedLoginDoesNotHideTheScreenBehindItsAnimation()
+    {
+        ScreenFixture fixture;
+        fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_ERROR_CURL_FAILURE);
+        BoxAnswer box({BoxAnswer::Ok});
+        const auto dialog = open();
+        key(dialog, Select);
+        QTRY_COMPARE(box.shown(), 1);
+        QTRY_VERIFY(!visibleBox());
+        QVERIFY(!dialog->isAnimationShown());
+        QTRY_VERIFY(child<QPushButton>(dialog, "okBtn")->hasFocus());
+        delete dialog;
+    }
+
+    void aFinishedActivationStoresTheAccountWithItsSlot()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts({QStringLiteral("anna@house.example")});
+        deviceactivation::reserveSlot();
+        fixture.ws().autoLogin("new@house.example", FakeReply::stationListOf({"one"}));
+        const auto dialog = open();
+        key(dialog, Select);
+        QTRY_COMPARE(fixture.screens().stationCounts().size(), 1);
+        QTRY_VERIFY(!dialog);
+        QCOMPARE(fixture.settings().getPassword(QStringLiteral("new@house.example")), QStringLiteral("1"));
+        QCOMPARE(fixture.settings().getLastLoginName(), QStringLiteral("new@house.example"));
+        deviceactivation::giveSlotBack(); // nothing is reserved any more
+        QCOMPARE(fixture.settings().getLastLoginName(), QStringLiteral("new@house.example"));
+    }
+
+    void backGivesTheLastLoginBack()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts({QStringLiteral("anna@house.example")});
+        deviceactivation::reserveSlot();
+        QCOMPARE(fixture.settings().getLastLoginName(), QString());
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
+        const auto dialog = open();
+        key(dialog, Back);
+        QCOMPARE(fixture.screens().made(), QStringList(QStringLiteral("selectUser 2")));
+        QCOMPARE(fixture.settings().getLastLogin().userName, QStringLiteral("anna@house.example"));
+        QCOMPARE(fixture.settings().getLastLogin().password, QStringLiteral("0"));
+    }
+};
+
+QTEST_MAIN(ActivationTest)
+#include "activation_test.moc"

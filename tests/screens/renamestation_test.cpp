@@ -1,0 +1,154 @@
+// Rename station: the question, refusal, failure, success.
+
+#include "fakes/fakekeyboard.h"
+#include "screens/accountfixture.h"
+#include "station/renamestationdlg.h"
+
+#include <QLineEdit>
+
+using namespace screentest;
+
+namespace {
+
+QPointer<RenameStationDlg> open(const QString &name = QStringLiteral("Rainy Sunday"))
+{
+    auto *dialog = new RenameStationDlg(name, QStringLiteral("station-7"));
+    dialog->show();
+    return dialog;
+}
+
+QLineEdit *field(QWidget *dialog)
+{
+    return child<QLineEdit>(dialog, "stationNameLineEdit");
+}
+
+} // namespace
+
+class RenameStationTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { registerTypes(); }
+    void init() { FakeKeyboard::reset(); }
+
+    void aNewNameIsAskedSentAndShownByThePlayer()
+    {
+        ScreenFixture fixture;
+        fixture.ws().autoReply(VLM_WS_MSGID_RENAME_STATION, VLM_WS_ERR_OK);
+        fixture.ws().autoReply(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, FakeReply::stationListOf({"station-7"}));
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
+        const auto dialog = open();
+        QVERIFY(!FakeKeyboard::isPrompt());
+        BoxAnswer box({BoxAnswer::Ok});
+        FakeKeyboard::type(QStringLiteral("s"));
+        QVERIFY(field(dialog)->styleSheet().contains(QLatin1String("InputBox_Focus_H")));
+        FakeKeyboard::confirm();
+        QTRY_COMPARE(fixture.screens().stationCounts(), QList<int>{2});
+        QCOMPARE(box.texts(),
+                 QStringList(QStringLiteral("Are you sure you want to rename this station as: \nRainy Sundays?")));
+        const QVariantList sent = fixture.ws().last(VLM_WS_MSGID_RENAME_STATION).params;
+        QCOMPARE(sent.at(0).toByteArray(), QByteArray("Rainy Sundays"));
+        QCOMPARE(sent.at(1).toByteArray(), QByteArray("station-7"));
+        QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
+        QTRY_VERIFY(!dialog);
+    }
+
+    void noKeepsTheDialogAndTheTypedName()
+    {
+        ScreenFixture fixture;
+        const QString name(64, QLatin1Char('n'));
+        const auto dialog = open(name);
+        BoxAnswer box({BoxAnswer::Cancel});
+        FakeKeyboard::confirm();
+        QCOMPARE(box.texts(), QStringList(QStringLiteral("Are you sure you want to rename this station as: \n")
+                                          + name.left(40) + QStringLiteral("...?")));
+        QCOMPARE(field(dialog)->text(), name);
+        QCOMPARE(fixture.ws().calls().size(), 0);
+        QTRY_VERIFY(field(dialog)->hasFocus());
+        delete dialog;
+    }
+
+    void anEmptyNameIsRefusedBeforeTheQuestionOneOfBlanksIsNot()
+    {
+        ScreenFixture fixture;
+        const auto dialog = open(QString());
+        {
+            BoxAnswer box({BoxAnswer::Ok});
+            FakeKeyboard::confirm();
+            QCOMPARE(box.texts(), QStringList(QStringLiteral("Rename station failed, no station name supplied.")));
+        }
+        FakeKeyboard::type(QStringLiteral("  "));
+        BoxAnswer box({BoxAnswer::Cancel});
+        FakeKeyboard::confirm();
+        QCOMPARE(box.shown(), 1);
+        delete dialog;
+    }
+
+    void everyFailureLeadsSomewhere()
+    {
+        enum Way { BackToPlayer, SignOut, Exit };
+        struct Case {
+            int failing;
+            VLM_WS_EXT_ERRCODE_T code;
+            bool isAtOnce; // refused by the library
+            QString text;
+            Way way;
+        };
+        const QString inactive = QStringLiteral("Sorry,this account is no longer active.Please contact");
+        const Case cases[] = {
+            {VLM_WS_MSGID_RENAME_STATION, VLM_WS_ERR_INTERNAL, true,
+             QStringLiteral("Rename station failed,you could try again."), BackToPlayer},
+            {VLM_WS_MSGID_RENAME_STATION, VLM_WS_ERR_INTERNAL, false,
+             QStringLiteral("Rename station list failed ,please try later!"), BackToPlayer},
+            {VLM_WS_MSGID_RENAME_STATION, VLM_WS_ERR_STATION_NOT_FOUND, false,
+             QStringLiteral("Station does not exist."), BackToPlayer},
+            {VLM_WS_MSGID_RENAME_STATION, VLM_WS_ERR_ACCOUNT_INACTIVE, false, inactive, SignOut},
+            {VLM_WS_MSGID_RENAME_STATION, VLM_WS_ERR_ERROR_CURL_FAILURE, false,
+             QStringLiteral("A network error has occurred.  Please"), Exit},
+            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_INTERNAL, true, QStringLiteral("Get station list failed!"), Exit},
+            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_INTERNAL, false,
+             QStringLiteral("Get station list failed ,please try later!"), Exit},
+            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_ACCOUNT_INACTIVE, false, inactive, SignOut}};
+        for (const Case &c : cases) {
+            ScreenFixture fixture;
+            fixture.screens().player();
+            VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
+            fixture.ws().autoReply(VLM_WS_MSGID_RENAME_STATION, VLM_WS_ERR_OK);
+            if (c.isAtOnce)
+                fixture.ws().failNext(c.failing, c.code);
+            else
+                fixture.ws().autoReply(c.failing, c.code);
+            const auto dialog = open();
+            BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
+            QSignalSpy exits(dialog.data(), &VelmoraParentWidget::signalExit);
+            FakeKeyboard::confirm();
+            QTRY_COMPARE(box.shown(), 2);
+            QVERIFY2(box.texts().last().startsWith(c.text), qPrintable(box.texts().last()));
+            QTRY_VERIFY(!visibleBox());
+            QTRY_COMPARE(exits.size(), c.way == Exit ? 1 : 0);
+            QTRY_COMPARE(fixture.screens().signOuts(), c.way == SignOut ? 1 : 0);
+            if (c.way != Exit) {
+                QTRY_VERIFY(!dialog);
+                QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
+                QVERIFY(fixture.screens().player()->screen()->isVisible());
+            }
+            delete dialog;
+        }
+    }
+
+    void backLeavesEvenWhileARequestIsInFlight()
+    {
+        ScreenFixture fixture;
+        fixture.screens().player();
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
+        const auto dialog = open();
+        BoxAnswer box({BoxAnswer::Ok});
+        FakeKeyboard::confirm();
+        QVERIFY(dialog->isAnimationShown());
+        key(dialog, Back);
+        QTRY_VERIFY(!dialog);
+        QVERIFY(fixture.screens().player()->screen()->isVisible());
+    }
+};
+
+QTEST_MAIN(RenameStationTest)
+#include "renamestation_test.moc"

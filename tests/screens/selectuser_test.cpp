@@ -1,0 +1,301 @@
+// Account selection: rows, focus, choosing, deleting, the ways to a new account.
+
+#include "account/selectuserdlg.h"
+#include "screens/accountfixture.h"
+
+#include <QPushButton>
+
+using namespace screentest;
+
+namespace {
+
+const QStringList threeNames = {QStringLiteral("anna@house.example"), QStringLiteral("ben@house.example"),
+                                QStringLiteral("cleo@house.example")};
+const QStringList fiveNames = threeNames + QStringList{QStringLiteral("dora@house.example"),
+                                                       QStringLiteral("emil@house.example")};
+
+QPointer<SelectUserDlg> open(int loginState)
+{
+    auto *dialog = new SelectUserDlg(loginState);
+    dialog->show();
+    return dialog;
+}
+
+void keys(SelectUserDlg *dialog, std::initializer_list<int> codes)
+{
+    for (int code : codes)
+        key(dialog, code);
+}
+
+QString focusedName(SelectUserDlg *dialog)
+{
+    return dialog->focusWidget() ? dialog->focusWidget()->objectName() : QString();
+}
+
+} // namespace
+
+class SelectUserTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { registerTypes(); }
+
+    void arrowsFollowTheTable()
+    {
+        struct Case {
+            int accounts;
+            std::initializer_list<int> codes;
+            const char *focused;
+        };
+        const Case cases[] = {
+            {3, {}, "userListBtn_1"},
+            {3, {Right}, "userListDelBtn_1"},
+            {3, {Right, Right}, "userListDelBtn_1"},
+            {3, {Right, Left}, "userListBtn_1"},
+            {3, {Down, Down}, "userListBtn_3"},
+            {3, {Down, Down, Down}, "userListBtn_3"},
+            {3, {Right, Down}, "userListDelBtn_2"},
+            {3, {Up}, "newUserBtn"},
+            {3, {Up, Up, Left, Right}, "newUserBtn"},
+            {3, {Up, Down}, "userListBtn_1"},
+            {5, {Up}, "userListBtn_1"}, // five accounts: nothing to add
+            {5, {Down, Down, Down, Down, Down}, "userListBtn_5"},
+        };
+        for (const Case &c : cases) {
+            ScreenFixture fixture;
+            fixture.storeAccounts(fiveNames.mid(0, c.accounts));
+            const auto dialog = open(1);
+            keys(dialog, c.codes);
+            QCOMPARE(focusedName(dialog), QLatin1String(c.focused));
+            QCOMPARE(dialog->findChildren<QPushButton *>(QRegularExpression(QStringLiteral("userListBtn_."))).size(), 5);
+            QVERIFY(child<QPushButton>(dialog, "userListBtn_5")->isHidden() == (c.accounts < 5));
+            delete dialog;
+        }
+    }
+
+    void aStoredAccountLogsInAndThePlayerOpens()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(threeNames);
+        fixture.ws().autoLogin("ben@house.example", FakeReply::stationListOf({"one", "two"}));
+        const auto dialog = open(1);
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SIGNIN);
+        keys(dialog, {Down, Select});
+        QTRY_COMPARE(fixture.screens().stationCounts().size(), 1);
+        QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
+        QCOMPARE(fixture.ws().last(VLM_WS_MSGID_USER_LOGIN).params.at(3).toByteArray(), QByteArray("001A2B3C4D5E-1"));
+        QCOMPARE(fixture.settings().getLastLoginName(), threeNames.at(1));
+        QTRY_VERIFY(!dialog);
+    }
+
+    void anAccountWithoutStationsLeadsToCreateStationAndBack()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(threeNames);
+        fixture.ws().autoLogin("anna@house.example", FakeReply::stationListOf({}));
+        fixture.ws().autoReply(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, FakeReply::stationList({}));
+        const auto dialog = open(1);
+        keys(dialog, {Select});
+        QTRY_COMPARE(fixture.screens().made(), QStringList(QStringLiteral("createStation 1")));
+        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.last(), VELMORA_UI_TYPE_SELECT_USER);
+        QTRY_VERIFY(!dialog);
+    }
+
+    void aStoredAccountWithoutAPasswordGoesToSignIn()
+    {
+        ScreenFixture fixture;
+        fixture.settings().addAccount(threeNames.first(), QString());
+        const auto dialog = open(1);
+        keys(dialog, {Select});
+        QCOMPARE(fixture.screens().made(), QStringList(QStringLiteral("signInFor ") + threeNames.first()));
+        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.last(), VELMORA_UI_TYPE_SELECT_USER);
+        QCOMPARE(fixture.ws().count(VLM_WS_MSGID_USER_LOGIN), 0);
+    }
+
+    void aRefusedDeviceLoginAsksForThePassword()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(threeNames);
+        fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_DEVICE_NOT_FOUND);
+        const auto dialog = open(1);
+        keys(dialog, {Select});
+        QTRY_COMPARE(fixture.screens().made(), QStringList(QStringLiteral("signInFor ") + threeNames.first()));
+    }
+
+    void aFailedLoginIsAWarningAndTheScreenStays()
+    {
+        struct Case {
+            int code;
+            QString text;
+        };
+        const Case cases[] = {
+            {VLM_WS_ERR_INVALID_LOGIN, QStringLiteral("Invalid username or password, please try again.")},
+            {9999, QStringLiteral("Incorrect login,please try again!")}};
+        for (const Case &c : cases) {
+            ScreenFixture fixture;
+            fixture.storeAccounts(threeNames);
+            fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, static_cast<VLM_WS_EXT_ERRCODE_T>(c.code));
+            const auto dialog = open(1);
+            BoxAnswer box({BoxAnswer::Ok});
+            keys(dialog, {Down, Select});
+            QTRY_COMPARE(box.texts(), QStringList(c.text));
+            QTRY_VERIFY(!visibleBox());
+            QCOMPARE(focusedName(dialog), QStringLiteral("userListBtn_2"));
+            QVERIFY(!dialog->isAnimationShown());
+            QVERIFY(fixture.screens().made().isEmpty());
+            delete dialog;
+        }
+    }
+
+    void anEmptyDeviceAsksByItselfAndYesLeadsToSignIn()
+    {
+        ScreenFixture fixture;
+        BoxAnswer box({BoxAnswer::Ok});
+        const auto dialog = open(0);
+        QTRY_COMPARE(fixture.screens().made(), QStringList(QStringLiteral("signIn")));
+        QCOMPARE(box.texts(), QStringList(QStringLiteral("Do you already have a Velmora account ? ")));
+        QCOMPARE(box.buttons(), QStringList(QStringLiteral("Yes|No")));
+    }
+
+    void noLeadsToACodeAndReservesASlotForTheAccountToCome()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(threeNames);
+        fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_OK,
+                               FakeReply::activationCode("K7MPQ2XD", "http://radio.example/activate"));
+        BoxAnswer box({BoxAnswer::Cancel});
+        const auto dialog = open(1);
+        keys(dialog, {Up, Select});
+        QTRY_COMPARE(fixture.screens().made(),
+                     QStringList(QStringLiteral("activation Your activation code is:    K7MPQ2XD|"
+                                                "Please go to    http://radio.example/activate")));
+        QCOMPARE(fixture.ws().last(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE).params.at(0).toByteArray(),
+                 QByteArray("001A2B3C4D5E"));
+        const AccountRecord login = fixture.settings().getLastLogin();
+        QCOMPARE(login.userName, QString());
+        QCOMPARE(login.password, QStringLiteral("3"));
+    }
+
+    void aCodeThatIsRefusedGivesTheLastLoginBack()
+    {
+        for (bool isRefusedAtOnce : {true, false}) {
+            ScreenFixture fixture;
+            fixture.storeAccounts(threeNames);
+            if (isRefusedAtOnce)
+                fixture.ws().failNext(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_NOT_INITIALISED);
+            else
+                fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_INTERNAL);
+            BoxAnswer box({BoxAnswer::Cancel, BoxAnswer::Ok});
+            const auto dialog = open(1);
+            keys(dialog, {Up, Select});
+            QTRY_COMPARE(box.shown(), 2);
+            QCOMPARE(box.texts().last(), isRefusedAtOnce
+                         ? QStringLiteral("Can not generate device activation code!")
+                         : QStringLiteral("Generate device activation code failed,you could try again!"));
+            QTRY_VERIFY(!visibleBox());
+            QCOMPARE(fixture.settings().getLastLoginName(), threeNames.first());
+            QVERIFY(dialog);
+            delete dialog;
+        }
+    }
+
+    void withFiveAccountsEitherAnswerOnlyWarns()
+    {
+        for (const BoxAnswer::Answer answer : {BoxAnswer::Ok, BoxAnswer::Cancel}) {
+            ScreenFixture fixture;
+            fixture.storeAccounts(fiveNames);
+            BoxAnswer box({answer, BoxAnswer::Ok});
+            const auto dialog = open(0);
+            QTRY_COMPARE(box.shown(), 2);
+            QCOMPARE(box.texts().last(),
+                     QStringLiteral("We only keep max 5 accounts,you could delete one to continue."));
+            QVERIFY(fixture.screens().made().isEmpty());
+            QCOMPARE(fixture.ws().count(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE), 0);
+            QTRY_VERIFY(!visibleBox());
+            delete dialog;
+        }
+    }
+
+    void deletingAsksThenForgetsTheRowAlsoWhenTheServiceDoesNotKnowIt()
+    {
+        for (const auto code : {VLM_WS_ERR_OK, VLM_WS_ERR_DEVICE_NOT_FOUND}) {
+            ScreenFixture fixture;
+            fixture.storeAccounts(threeNames);
+            fixture.ws().autoReply(VLM_WS_MSGID_DISASSOCIATE_DEVICE, code);
+            BoxAnswer box({BoxAnswer::Cancel, BoxAnswer::Ok});
+            const auto dialog = open(1);
+            keys(dialog, {Down, Right, Select});
+            QTRY_VERIFY(!visibleBox());
+            QCOMPARE(fixture.settings().getAllUserName(), threeNames); // No
+            QVERIFY(!child<QPushButton>(dialog, "userListDelBtn_2")->isDown());
+            keys(dialog, {Select});
+            QTRY_COMPARE(fixture.settings().getAllUserName(), QStringList({threeNames.at(0), threeNames.at(2)}));
+            QCOMPARE(box.texts().first(),
+                     QStringLiteral("Are you sure you want to delete the user: ") + threeNames.at(1));
+            QCOMPARE(fixture.ws().last(VLM_WS_MSGID_DISASSOCIATE_DEVICE).params.at(0).toByteArray(),
+                     QByteArray("001A2B3C4D5E-1"));
+            QTRY_COMPARE(focusedName(dialog), QStringLiteral("userListBtn_1"));
+            QCOMPARE(child<QPushButton>(dialog, "userListBtn_2")->text(), threeNames.at(2));
+            delete dialog;
+        }
+    }
+
+    void aFailedDeletionKeepsTheAccount()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(threeNames);
+        fixture.ws().autoReply(VLM_WS_MSGID_DISASSOCIATE_DEVICE, VLM_WS_ERR_INTERNAL);
+        BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
+        const auto dialog = open(1);
+        keys(dialog, {Right, Select});
+        QTRY_COMPARE(box.shown(), 2);
+        QCOMPARE(box.texts().last(),
+                 QStringLiteral("Disassociate device failed because of network error. please try again later!"));
+        QTRY_VERIFY(!visibleBox());
+        QCOMPARE(fixture.settings().getAllUserName(), threeNames);
+        delete dialog;
+    }
+
+    void aQuestionTakenAwayIsNoAnswer()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(threeNames);
+        BoxAnswer box({BoxAnswer::Nothing});
+        const auto dialog = open(1);
+        destroyNextBox(dialog);
+        keys(dialog, {Up, Select}); // returns when the box is gone
+        QVERIFY(!visibleBox());
+        settle();
+        QCOMPARE(fixture.ws().calls().size(), 0);
+        QVERIFY(fixture.screens().made().isEmpty());
+        delete dialog;
+    }
+
+    void aSixthAccountInTheFileHasNoRow()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(fiveNames + QStringList(QStringLiteral("fred@house.example")));
+        const auto dialog = open(1);
+        keys(dialog, {Down, Down, Down, Down, Down, Down});
+        QCOMPARE(focusedName(dialog), QStringLiteral("userListBtn_5"));
+        delete dialog;
+    }
+
+    void theFocusedControlGivesItsLookAwayToABox()
+    {
+        ScreenFixture fixture;
+        fixture.storeAccounts(threeNames);
+        const auto dialog = open(1);
+        auto *row = child<QPushButton>(dialog, "userListBtn_1");
+        QVERIFY(row->styleSheet().contains(QLatin1String("large_p")));
+        FakeIpc::screenSaver(true);
+        QVERIFY(row->styleSheet().contains(QLatin1String("large_n")));
+        QVERIFY(!row->hasFocus());
+        FakeIpc::screenSaver(false);
+        QVERIFY(row->styleSheet().contains(QLatin1String("large_p")));
+        QCOMPARE(focusedName(dialog), QStringLiteral("userListBtn_1"));
+        delete dialog;
+    }
+};
+
+QTEST_MAIN(SelectUserTest)
+#include "selectuser_test.moc"

@@ -1,0 +1,255 @@
+// Sign-in and the password reminder.
+
+#include "account/emailpwddlg.h"
+#include "account/loginfile.h"
+#include "account/signindlg.h"
+#include "fakes/fakekeyboard.h"
+#include "screens/accountfixture.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+
+using namespace screentest;
+
+namespace {
+
+const QString prompt = QStringLiteral("Enter your Velmora account...");
+
+void writeLoginFile(const QByteArray &content)
+{
+    QFile file(device::loginFile());
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
+    file.write(content);
+}
+
+QLineEdit *email(QWidget *dialog)
+{
+    return child<QLineEdit>(dialog, "emailLineEdit");
+}
+
+QLineEdit *password(QWidget *dialog)
+{
+    return child<QLineEdit>(dialog, "passwordLineEdit");
+}
+
+} // namespace
+
+class SignInTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { registerTypes(); }
+    void init() { FakeKeyboard::reset(); }
+
+    void typedNameAndPasswordSignIn()
+    {
+        ScreenFixture fixture;
+        fixture.ws().autoLogin("anna@house.example", FakeReply::stationListOf({"one"}));
+        QPointer<SignInDlg> dialog = new SignInDlg;
+        dialog->show();
+        QCOMPARE(email(dialog)->text(), prompt);
+        QVERIFY(email(dialog)->isReadOnly());
+        QCOMPARE(password(dialog)->echoMode(), QLineEdit::Password);
+        FakeKeyboard::type(QStringLiteral("anna@house.example"));
+        QVERIFY(!email(dialog)->isReadOnly());
+        FakeKeyboard::confirm();
+        QCOMPARE(FakeKeyboard::field(), password(dialog));
+        QTRY_VERIFY(password(dialog)->hasFocus());
+        FakeKeyboard::type(QStringLiteral("long and secret"));
+        FakeKeyboard::confirm();
+        QTRY_COMPARE(fixture.screens().stationCounts(), QList<int>{2});
+        const QVariantList first = fixture.ws().calls(VLM_WS_MSGID_USER_LOGIN).first().params;
+        QCOMPARE(first.at(0).toByteArray(), QByteArray("user"));
+        QCOMPARE(first.at(1).toByteArray(), QByteArray("long and secret"));
+        QCOMPARE(first.at(2).toByteArray(), QByteArray("anna@house.example"));
+        QCOMPARE(fixture.ws().count(VLM_WS_MSGID_ASSOCIATE_DEVICE), 1);
+        QTRY_VERIFY(!dialog);
+        QCOMPARE(fixture.settings().getAllUserName(), QStringList(QStringLiteral("anna@house.example")));
+    }
+
+    void aFailedLoginKeepsTheAddressAndAsksAgain()
+    {
+        struct Case {
+            int code;
+            QString text;
+        };
+        const Case cases[] = {
+            {VLM_WS_ERR_INVALID_LOGIN, QStringLiteral("Invalid username or password, please try again.")},
+            {9999, QStringLiteral("Incorrect Login ,please try again!")}};
+        for (const Case &c : cases) {
+            ScreenFixture fixture;
+            fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, static_cast<VLM_WS_EXT_ERRCODE_T>(c.code));
+            BoxAnswer box({BoxAnswer::Ok});
+            QPointer<SignInDlg> dialog = new SignInDlg;
+            dialog->showByAccount(QStringLiteral("anna@house.example"));
+            QCOMPARE(FakeKeyboard::field(), password(dialog));
+            FakeKeyboard::type(QStringLiteral("wrong"));
+            FakeKeyboard::confirm();
+            QTRY_COMPARE(box.texts(), QStringList(c.text));
+            QTRY_VERIFY(!visibleBox());
+            QCOMPARE(email(dialog)->text(), QStringLiteral("anna@house.example"));
+            QCOMPARE(password(dialog)->text(), QString());
+            QTRY_VERIFY(email(dialog)->hasFocus());
+            QVERIFY(!FakeKeyboard::isPrompt());
+            QVERIFY(!dialog->isAnimationShown());
+            delete dialog;
+        }
+    }
+
+    void anUnknownDeviceIsAFailedLoginToo()
+    {
+        ScreenFixture fixture;
+        fixture.ws().autoLogin("anna@house.example", FakeReply::stationListOf({"one"}));
+        fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, [](const FakeCall &call) {
+            const bool isDevice = call.params.at(0).toByteArray() == "deviceId";
+            return FakeCompletion{isDevice ? VLM_WS_ERR_DEVICE_NOT_FOUND : VLM_WS_ERR_OK,
+                                  FakeReply::userLogin("anna@house.example")};
+        });
+        BoxAnswer box({BoxAnswer::Ok});
+        SignInDlg *dialog = new SignInDlg;
+        dialog->showByAccount(QStringLiteral("anna@house.example"));
+        FakeKeyboard::type(QStringLiteral("right"));
+        FakeKeyboard::confirm();
+        QTRY_COMPARE(box.texts(), QStringList(QStringLiteral("Incorrect Login ,please try again!")));
+        QTRY_VERIFY(!visibleBox());
+        QVERIFY(!dialog->isAnimationShown());
+        delete dialog;
+    }
+
+    void backLeavesThePasswordFirstAndTheScreenThen()
+    {
+        ScreenFixture fixture;
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
+        QPointer<SignInDlg> dialog = new SignInDlg;
+        dialog->showByAccount(QStringLiteral("anna@house.example"));
+        key(dialog, Back); // arrives at the password field, which would swallow its release
+        QCOMPARE(email(dialog)->text(), QStringLiteral("anna@house.example"));
+        QCOMPARE(FakeKeyboard::field(), email(dialog));
+        QVERIFY(fixture.screens().made().isEmpty());
+        key(dialog, Back);
+        QCOMPARE(fixture.screens().made(), QStringList(QStringLiteral("selectUser 2")));
+        QTRY_VERIFY(!dialog);
+    }
+
+    void nothingTypedReadsTheLoginFileOrSaysSo()
+    {
+        ScreenFixture fixture;
+        QPointer<SignInDlg> dialog = new SignInDlg;
+        dialog->show();
+        {
+            BoxAnswer box({BoxAnswer::Ok});
+            FakeKeyboard::confirm();
+            QCOMPARE(box.texts(), QStringList(QStringLiteral("No information was entered.Please try again.")));
+        }
+        writeLoginFile("anna@house.example\r\nsecret\r\n");
+        fixture.ws().autoLogin("anna@house.example", FakeReply::stationListOf({"one"}));
+        FakeKeyboard::confirm();
+        QTRY_COMPARE(fixture.screens().stationCounts().size(), 1);
+        const QVariantList first = fixture.ws().calls(VLM_WS_MSGID_USER_LOGIN).first().params;
+        QCOMPARE(first.at(1).toByteArray(), QByteArray("secret"));
+        QCOMPARE(first.at(2).toByteArray(), QByteArray("anna@house.example"));
+    }
+
+    void aLoginFilesLinesAreCutAsTheDeviceReadsThem()
+    {
+        struct Case {
+            QByteArray content;
+            QByteArray email;
+            QByteArray password;
+        };
+        const QByteArray forty(40, 'x');
+        const Case cases[] = {{"a@b\r\nsecret\r\n", "a@b", "secret"},
+                              {"a@b\nsecret\n", "a@b\n", "secret\n"},
+                              {"a@b\r\nsecret", "a@b", "secret"},
+                              {forty + "\r\nsecret\r\n", forty.left(31), forty.mid(31)},
+                              {QByteArray(30, 'x') + "\r\nsecret\r\n", QByteArray(30, 'x'), "\n"},
+                              {"", "", ""}};
+        ScreenFixture fixture;
+        for (const Case &c : cases) {
+            writeLoginFile(c.content);
+            const auto file = LoginFile::read(device::loginFile());
+            QVERIFY(file);
+            QCOMPARE(file->email, c.email);
+            QCOMPARE(file->password, c.password);
+        }
+    }
+
+    void emptyingTheAddressBringsThePromptBackButNeverIntoThePassword()
+    {
+        ScreenFixture fixture;
+        SignInDlg dialog;
+        dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+        dialog.show();
+        FakeKeyboard::type(QStringLiteral("x"));
+        FakeKeyboard::clear();
+        QCOMPARE(email(&dialog)->text(), prompt);
+        FakeKeyboard::type(QStringLiteral("a@b"));
+        FakeKeyboard::confirm();
+        FakeKeyboard::type(QStringLiteral("y"));
+        FakeKeyboard::clear();
+        QCOMPARE(password(&dialog)->text(), QString());
+        QCOMPARE(email(&dialog)->text(), QStringLiteral("a@b"));
+    }
+
+    void thePageHintIsLopsided()
+    {
+        ScreenFixture fixture;
+        SignInDlg dialog;
+        dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+        dialog.show();
+        auto *caps = child<QLabel>(&dialog, "greenContentLabel");
+        auto *reminder = child<QLabel>(&dialog, "blueContentLabel");
+        key(&dialog, Red);
+        QVERIFY(caps->isHidden());
+        key(&dialog, Red);
+        QVERIFY(!caps->isHidden());
+        QVERIFY(reminder->isHidden());
+    }
+
+    void theReminderReturnsToSignInSilentlyOrWithItsWords()
+    {
+        struct Case {
+            int code;
+            QString text; // empty: no box
+        };
+        const Case cases[] = {
+            {0, QString()},
+            {VLM_WS_ERR_MAINTENANCE,
+             QStringLiteral("Velmora is conducting system maintenance. You will be able to listen to existing stations "
+                            "while they work on their systems, but you won't be able to create new stations, submit "
+                            "feedback or edit your account in any way until the maintenance is complete. Thanks for "
+                            "your patience.")},
+            {VLM_WS_ERR_INTERNAL, QStringLiteral("Please check the email address your provided for instructions on "
+                                                 "retrieving your Velmora password.")}};
+        for (const Case &c : cases) {
+            ScreenFixture fixture;
+            fixture.ws().autoReply(VLM_WS_MSGID_EMAIL_PASSWORD, static_cast<VLM_WS_EXT_ERRCODE_T>(c.code));
+            BoxAnswer box({BoxAnswer::Ok});
+            QPointer<EmailPwdDlg> dialog = new EmailPwdDlg;
+            dialog->show();
+            FakeKeyboard::type(QStringLiteral("anna@house.example"));
+            FakeKeyboard::confirm();
+            QTRY_COMPARE(fixture.screens().made(), QStringList(QStringLiteral("signIn")));
+            QCOMPARE(box.texts(), c.text.isEmpty() ? QStringList() : QStringList(c.text));
+            QTRY_VERIFY(!dialog);
+        }
+    }
+
+    void aReminderThatCannotBeSentStays()
+    {
+        ScreenFixture fixture;
+        fixture.ws().failNext(VLM_WS_MSGID_EMAIL_PASSWORD, VLM_WS_ERR_NOT_INITIALISED);
+        BoxAnswer box({BoxAnswer::Ok});
+        QPointer<EmailPwdDlg> dialog = new EmailPwdDlg;
+        dialog->show();
+        FakeKeyboard::type(QStringLiteral("a@b"));
+        FakeKeyboard::confirm();
+        QCOMPARE(box.texts(), QStringList(QStringLiteral("Can not get the password because of system error!")));
+        QCOMPARE(email(dialog)->text(), QStringLiteral("a@b"));
+        QVERIFY(fixture.screens().made().isEmpty());
+        delete dialog;
+    }
+};
+
+QTEST_MAIN(SignInTest)
+#include "signin_test.moc"

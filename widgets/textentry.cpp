@@ -1,0 +1,72 @@
+#include "widgets/textentry.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+TextEntry::TextEntry(QDialog *dialog)
+    : QObject(dialog)
+    , m_dialog(dialog)
+{
+}
+
+void TextEntry::add(QLineEdit *field)
+{
+    field->setReadOnly(true);
+    field->setFocusPolicy(Qt::ClickFocus);
+    field->setContextMenuPolicy(Qt::NoContextMenu);
+    field->installEventFilter(this);
+}
+
+void TextEntry::setPromptStyle(QLineEdit *field)
+{
+    field->setStyleSheet(
+        QStringLiteral("border-image: url(:/images/InputBox_Normal_H.png);\ncolor: rgb(197, 197, 197);"));
+}
+
+void TextEntry::setTypingStyle(QLineEdit *field)
+{
+    field->setStyleSheet(QStringLiteral("border-image: url(:/images/InputBox_Focus_H.png);\ncolor: rgb(0, 0, 0);"));
+}
+
+QByteArray TextEntry::toServiceText(const QString &text)
+{
+    QString plain;
+    for (const QChar letter : text) {
+        if (letter.unicode() <= 0xFF) {
+            plain.append(letter);
+            continue;
+        }
+        const QString parts = letter.decomposition();
+        if (!parts.isEmpty() && parts.at(0).unicode() <= 0xFF)
+            plain.append(parts.at(0));
+        else if (!letter.isLowSurrogate() && !letter.isMark())
+            plain.append(QLatin1Char('?'));
+    }
+    return plain.toLatin1();
+}
+
+QString TextEntry::cut(const QString &text, int length)
+{
+    return text.size() > length ? text.left(length) + QStringLiteral("...") : text;
+}
+
+bool TextEntry::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn) {
+        // The toolkit selects everything in a field that gets the focus; a remote has no use for a selection.
+        auto *field = static_cast<QLineEdit *>(watched);
+        QMetaObject::invokeMethod(field, [field] { field->end(false); }, Qt::QueuedConnection);
+    }
+    if (!m_dialog || (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease))
+        return QObject::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    const bool isDialogs = event->type() == QEvent::KeyRelease || key == Qt::Key_Left || key == Qt::Key_Right
+        || key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Select || key == Qt::Key_Return
+        || key == Qt::Key_Enter || key == Qt::Key_Back || key == Qt::Key_Escape;
+    if (!isDialogs)
+        return false;
+    QCoreApplication::sendEvent(m_dialog, event);
+    return true; // nothing of this object may be touched: the dialog can be gone
+}
