@@ -1,0 +1,101 @@
+// Ways in: typed, from a stick, a second account beside the first, and out again.
+
+#include "e2e/journey.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+const QString demoName = QStringLiteral("listener@velmora.invalid");
+
+QStringList demoAccount(const Journey &journey)
+{
+    QFile file(journey.root() + QStringLiteral("/server/demo-account.txt"));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+bool openSignIn(Journey &journey)
+{
+    return journey.waitForScreen(QStringLiteral("WelcomeDlg")) && journey.key({QStringLiteral("select")})
+        && journey.waitForBox(QStringLiteral("Do you already have a Velmora account ? "))
+        && journey.key({QStringLiteral("left"), QStringLiteral("select")})
+        && journey.waitForScreen(QStringLiteral("SignInDlg"));
+}
+
+bool typeAndConfirm(Journey &journey, const QString &text)
+{
+    return journey.key({QStringLiteral("text"), text}) && journey.key({QStringLiteral("enter")});
+}
+
+} // namespace
+
+class AccountJourney : public QObject {
+    Q_OBJECT
+private slots:
+    void aWrongPasswordThenTheRightOneEndsInMusic()
+    {
+        Journey::Options options;
+        options.isSetUp = false;
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(openSignIn(journey));
+        QVERIFY(typeAndConfirm(journey, demoName));
+        QVERIFY(typeAndConfirm(journey, QStringLiteral("not the password")));
+        QVERIFY(journey.waitForBox(QStringLiteral("Invalid username or password, please try again.")));
+        QVERIFY(journey.key({QStringLiteral("select")}));
+        QVERIFY(journey.waitForNoBox());
+        QCOMPARE(journey.label(QStringLiteral("emailLineEdit")), demoName); // nothing typed is lost
+        QVERIFY(journey.key({QStringLiteral("enter")})); // Done: the kept address is the right one
+        QVERIFY(typeAndConfirm(journey, demoAccount(journey).value(1)));
+        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QVERIFY(journey.waitForAudio(1));
+        QVERIFY(!journey.radioReport().contains(demoAccount(journey).value(1)));
+        QVERIFY(!journey.serverReport().contains(demoAccount(journey).value(1)));
+    }
+
+    void aStickWithTheAccountNeedsNoTyping()
+    {
+        Journey::Options options;
+        options.isSetUp = false;
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForScreen(QStringLiteral("WelcomeDlg")));
+        const QStringList account = demoAccount(journey);
+        const QString path = journey.root() + QStringLiteral("/device/mnt/sda1/velmora_login.ini");
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write((account.value(0) + QStringLiteral("\r\n") + account.value(1) + QStringLiteral("\r\n")).toUtf8());
+        file.close();
+        QVERIFY(openSignIn(journey));
+        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("left"), QStringLiteral("select")})); // Done at once
+        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QVERIFY(journey.waitForAudio(1));
+    }
+
+    void anAccountIsRemovedAlsoWhenTheServiceHasForgottenTheDevice()
+    {
+        Journey::Options options;
+        options.serverOptions = {QStringLiteral("--fail"), QStringLiteral("disassociateDevice=5105")};
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForAudio(1));
+        QVERIFY(journey.key({QStringLiteral("right"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("MenuDlg")));
+        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("SelectUserDlg")));
+        QVERIFY(journey.key({QStringLiteral("right"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForBox(QStringLiteral("Are you sure you want to delete the user: ") + demoName));
+        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.waitFor([](const QJsonObject &now) {
+            return now.value(QStringLiteral("focus")).toString() == QLatin1String("newUserBtn");
+        }));
+    }
+};
+
+QTEST_GUILESS_MAIN(AccountJourney)
+#include "account_journey.moc"

@@ -1,0 +1,339 @@
+#include "e2e/journey.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QRegularExpression>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+namespace {
+
+constexpr int lookMs = 100;
+constexpr int startSeconds = 60;
+
+QString readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+bool copyTree(const QString &from, const QString &to)
+{
+    if (!QDir().mkpath(to))
+        return false;
+    // Links, not copies: the files are never written again.
+    return QProcess::execute(QStringLiteral("cp"), {QStringLiteral("-alT"), from, to}) == 0;
+}
+
+} // namespace
+
+Journey::Journey(const Options &options)
+    : m_options(options)
+    , m_serverUrl(options.serverUrl)
+{
+    QDir(m_root.path()).mkpath(QStringLiteral("server"));
+    QFile::setPermissions(m_root.filePath(QStringLiteral("server")),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    copyTree(QStringLiteral(JOURNEY_LIBRARY "/demo"), m_root.filePath(QStringLiteral("server/demo")));
+}
+
+Journey::~Journey()
+{
+    if (QTest::currentTestFailed()) {
+        QDir().mkpath(QStringLiteral(JOURNEY_PICTURES));
+        screenshot(QLatin1String(QTest::currentTestFunction()));
+        for (const QString &report : {QStringLiteral("radio.log"), QStringLiteral("server.log")}) {
+            const QString kept = QStringLiteral(JOURNEY_PICTURES "/%1-%2")
+                                     .arg(QLatin1String(QTest::currentTestFunction()), report);
+            QFile::remove(kept);
+            QFile::copy(m_root.filePath(report), kept);
+        }
+        qWarning("last status: %s", QJsonDocument(m_last).toJson(QJsonDocument::Compact).constData());
+    }
+    if (m_menu && m_menu->state() != QProcess::NotRunning) {
+        m_menu->terminate();
+        if (!m_menu->waitForFinished(15000))
+            m_menu->kill();
+        m_menu->waitForFinished();
+    }
+    stopServer();
+}
+
+void Journey::dieWithUs(QProcess &process)
+{
+    process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+}
+
+QProcessEnvironment Journey::environment() const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("VELMORA_PRIVATE_ROOT"), m_root.filePath(QStringLiteral("device")));
+    environment.insert(QStringLiteral("VELMORA_WS_SERVER"), m_serverUrl);
+    environment.insert(QStringLiteral("VELMORA_WS_STATE_DIR"), m_root.filePath(QStringLiteral("state")));
+    environment.insert(QStringLiteral("VELMORA_AUDIO_SINK"),
+                       m_options.isShort ? QStringLiteral("fakesink sync=false") : QStringLiteral("fakesink sync=true"));
+    environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("qt.*=false"));
+    environment.remove(QStringLiteral("VELMORA_MENU_SOCKET"));
+    return environment;
+}
+
+bool Journey::startServer()
+{
+    m_server = std::make_unique<QProcess>();
+    dieWithUs(*m_server);
+    const QString report = m_root.filePath(QStringLiteral("server.log"));
+    m_server->setProcessChannelMode(QProcess::MergedChannels);
+    m_server->setStandardOutputFile(report, QIODevice::Append);
+    m_server->start(QStringLiteral(JOURNEY_SERVER),
+                    QStringList{QStringLiteral("--listen"), QStringLiteral("127.0.0.1:%1").arg(m_serverPort),
+                                QStringLiteral("--data"), m_root.filePath(QStringLiteral("server"))}
+                        + m_options.serverOptions);
+    static const QRegularExpression listening(QStringLiteral("listening on (http://127\\.0\\.0\\.1:(\\d+))"));
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < startSeconds * 1000 && m_server->state() != QProcess::NotRunning) {
+        QRegularExpressionMatch match;
+        auto matches = listening.globalMatch(readAll(report));
+        int found = 0;
+        while (matches.hasNext()) {
+            match = matches.next();
+            ++found;
+        }
+        if (found > 0 && (m_serverPort == 0 || match.captured(2).toInt() == m_serverPort)) {
+            m_serverUrl = match.captured(1);
+            m_serverPort = match.captured(2).toInt();
+            return true;
+        }
+        QTest::qWait(lookMs);
+    }
+    m_problem = QStringLiteral("the server did not start: ") + readAll(report);
+    return false;
+}
+
+void Journey::stopServer()
+{
+    if (!m_server || m_server->state() == QProcess::NotRunning)
+        return;
+    m_server->terminate();
+    if (!m_server->waitForFinished(10000))
+        m_server->kill();
+    m_server->waitForFinished();
+}
+
+bool Journey::makeLibrary()
+{
+    QDir().mkpath(QStringLiteral(JOURNEY_LIBRARY));
+    QFile::setPermissions(QStringLiteral(JOURNEY_LIBRARY), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QProcess server;
+    dieWithUs(server);
+    server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    server.start(QStringLiteral(JOURNEY_SERVER), {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
+                                                  QStringLiteral("--data"), QStringLiteral(JOURNEY_LIBRARY)});
+    static const QRegularExpression listening(QStringLiteral("listening on (http://[^ \\n]+)"));
+    QByteArray said;
+    QString url;
+    QElapsedTimer clock;
+    clock.start();
+    QNetworkAccessManager network;
+    bool isReady = false;
+    while (!isReady && clock.elapsed() < 800000 && server.state() != QProcess::NotRunning) {
+        server.waitForReadyRead(lookMs);
+        said += server.readAllStandardOutput();
+        const auto match = listening.match(QString::fromUtf8(said));
+        if (!match.hasMatch())
+            continue;
+        url = match.captured(1);
+        const std::unique_ptr<QNetworkReply> reply(network.get(QNetworkRequest(QUrl(url + QStringLiteral("/health")))));
+        QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+        finished.wait(5000);
+        const QJsonObject data = QJsonDocument::fromJson(reply->readAll()).object().value(QStringLiteral("data")).toObject();
+        const int total = data.value(QStringLiteral("total")).toInt();
+        isReady = total > 0 && data.value(QStringLiteral("tracks")).toInt() == total;
+        if (!isReady)
+            QTest::qWait(500);
+    }
+    server.terminate();
+    if (!server.waitForFinished(10000))
+        server.kill();
+    server.waitForFinished();
+    return isReady;
+}
+
+bool Journey::start()
+{
+    if (m_options.hasServer && m_serverUrl.isEmpty() && !startServer())
+        return false;
+    QDir().mkpath(m_root.filePath(QStringLiteral("device")));
+    if (m_options.isSetUp && m_options.hasServer) {
+        QProcess setup;
+        dieWithUs(setup);
+        setup.setProcessEnvironment(environment());
+        setup.setProcessChannelMode(QProcess::MergedChannels);
+        setup.start(QStringLiteral(JOURNEY_SETUP), {m_root.filePath(QStringLiteral("server/demo-account.txt"))});
+        if (!setup.waitForFinished(60000) || setup.exitCode() != 0) {
+            m_problem = QStringLiteral("setting up failed: ") + QString::fromUtf8(setup.readAll());
+            return false;
+        }
+    }
+    m_menu = std::make_unique<QProcess>();
+    dieWithUs(*m_menu);
+    m_menu->setProcessEnvironment(environment());
+    m_menu->setProcessChannelMode(QProcess::MergedChannels);
+    m_menu->setStandardOutputFile(m_root.filePath(QStringLiteral("radio.log")));
+    m_menu->start(QStringLiteral(JOURNEY_MENU),
+                  {QStringLiteral("--socket"), m_root.filePath(QStringLiteral("menu.sock")), QStringLiteral("--"),
+                   QStringLiteral(JOURNEY_RADIO)});
+    if (!waitFor([](const QJsonObject &now) { return now.value(QStringLiteral("screen")).isString(); }, startSeconds)) {
+        m_problem = QStringLiteral("the radio did not come up: ") + radioReport().right(2000);
+        return false;
+    }
+    return true;
+}
+
+QStringList Journey::command(const QStringList &arguments, int *exitCode)
+{
+    QProcess process;
+    dieWithUs(process);
+    process.setProcessEnvironment(environment());
+    process.start(QStringLiteral(JOURNEY_MENU),
+                  QStringList{QStringLiteral("--socket"), m_root.filePath(QStringLiteral("menu.sock"))} + arguments);
+    process.waitForFinished(30000);
+    *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    return QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+bool Journey::menu(const QStringList &arguments)
+{
+    int code = 0;
+    command(arguments, &code);
+    return code == 0;
+}
+
+bool Journey::key(const QStringList &names)
+{
+    return menu(QStringList{QStringLiteral("key")} + names);
+}
+
+QJsonObject Journey::status()
+{
+    int code = 0;
+    const QStringList lines = command({QStringLiteral("status")}, &code);
+    m_last = code == 0 && !lines.isEmpty() ? QJsonDocument::fromJson(lines.first().toUtf8()).object() : QJsonObject();
+    return m_last;
+}
+
+bool Journey::waitFor(const std::function<bool(const QJsonObject &)> &isReached, int seconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    do {
+        if (isReached(status()))
+            return true;
+        QTest::qWait(lookMs);
+    } while (clock.elapsed() < seconds * 1000);
+    return false;
+}
+
+bool Journey::waitForScreen(const QString &className, int seconds)
+{
+    return waitFor(
+        [&](const QJsonObject &now) {
+            return now.value(QStringLiteral("screen")).toString() == className
+                && now.value(QStringLiteral("box")).isNull();
+        },
+        seconds);
+}
+
+bool Journey::waitForBox(const QString &text, int seconds)
+{
+    return waitFor(
+        [&](const QJsonObject &now) {
+            return now.value(QStringLiteral("box")).isString()
+                && now.value(QStringLiteral("boxText")).toString().startsWith(text);
+        },
+        seconds);
+}
+
+bool Journey::waitForNoBox(int seconds)
+{
+    return waitFor([](const QJsonObject &now) { return now.value(QStringLiteral("box")).isNull(); }, seconds);
+}
+
+bool Journey::waitForAudio(double moreSeconds, int seconds)
+{
+    const double before = status().value(QStringLiteral("audioSeconds")).toDouble();
+    return waitFor(
+        [&](const QJsonObject &now) {
+            return now.value(QStringLiteral("audioSeconds")).toDouble() >= before + moreSeconds;
+        },
+        seconds);
+}
+
+QString Journey::label(const QString &objectName)
+{
+    return status().value(QStringLiteral("labels")).toObject().value(objectName).toString();
+}
+
+QStringList Journey::rows(const QString &listName)
+{
+    QStringList result;
+    const QJsonObject list = status().value(QStringLiteral("lists")).toObject().value(listName).toObject();
+    for (const QJsonValue row : list.value(QStringLiteral("rows")).toArray())
+        result.append(row.toString());
+    return result;
+}
+
+int Journey::row(const QString &listName)
+{
+    return status()
+        .value(QStringLiteral("lists"))
+        .toObject()
+        .value(listName)
+        .toObject()
+        .value(QStringLiteral("row"))
+        .toInt(-1);
+}
+
+void Journey::screenshot(const QString &name)
+{
+    QDir().mkpath(QStringLiteral(JOURNEY_PICTURES));
+    menu({QStringLiteral("screenshot"), QStringLiteral(JOURNEY_PICTURES "/%1.png").arg(name)});
+}
+
+bool Journey::waitForEnd(int seconds)
+{
+    return m_menu->state() == QProcess::NotRunning || m_menu->waitForFinished(seconds * 1000);
+}
+
+int Journey::exitCode() const
+{
+    return m_menu->exitStatus() == QProcess::NormalExit ? m_menu->exitCode() : -1;
+}
+
+qint64 Journey::radioPid()
+{
+    return status().value(QStringLiteral("pid")).toInteger();
+}
+
+QString Journey::settingsFile() const
+{
+    const QDir device(m_root.filePath(QStringLiteral("device")));
+    return device.filePath(QStringLiteral("var/local/misc/velmora/velmora_5.ini"));
+}
+
+QString Journey::radioReport()
+{
+    return readAll(m_root.filePath(QStringLiteral("radio.log")));
+}
+
+QString Journey::serverReport()
+{
+    return readAll(m_root.filePath(QStringLiteral("server.log")));
+}

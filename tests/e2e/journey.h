@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+// One person's evening with the radio: the real velmora (on a private device) under a real velmora-menu against a real
+// velmora-server. Nothing outlives it. When the test has failed, a picture of the screen and all reports are kept in
+// JOURNEY_PICTURES.
+class Journey {
+public:
+    struct Options {
+        bool hasServer = true;
+        bool isSetUp = true;       // the demo account is linked and was last
+        QStringList serverOptions; // beyond what every journey passes
+        QString serverUrl;         // instead of a server of its own
+        bool isShort = false;      // tracks as they are, but the sink takes them as fast as it can
+    };
+
+    explicit Journey(const Options &options);
+    Journey()
+        : Journey(Options())
+    {
+    }
+    ~Journey();
+    Journey(const Journey &) = delete;
+    Journey &operator=(const Journey &) = delete;
+
+    // Renders the demo catalogue into JOURNEY_LIBRARY; false when it cannot be made.
+    static bool makeLibrary();
+
+    bool start(); // the radio; false with a message in problem()
+    QString problem() const { return m_problem; }
+
+    // --- the remote
+    bool key(const QStringList &names); // "right", "select", ...
+    bool menu(const QStringList &arguments);
+
+    // --- what a person sees and hears
+    QJsonObject status();
+    bool waitFor(const std::function<bool(const QJsonObject &)> &isReached, int seconds = 30);
+    bool waitForScreen(const QString &className, int seconds = 30);
+    bool waitForBox(const QString &text, int seconds = 30); // begins with
+    bool waitForNoBox(int seconds = 30);
+    // This much more audio has reached the sink than when the call began.
+    bool waitForAudio(double moreSeconds, int seconds = 40);
+    QString label(const QString &objectName);
+    QStringList rows(const QString &listName);
+    int row(const QString &listName);
+    void screenshot(const QString &name);
+    QJsonObject last() const { return m_last; }
+
+    // --- the end
+    bool waitForEnd(int seconds = 20); // of the menu system and with it the radio
+    int exitCode() const;
+    qint64 radioPid();
+
+    // --- the service
+    QString serverUrl() const { return m_serverUrl; }
+    void stopServer();
+    bool startServer();
+    QString root() const { return m_root.path(); }
+    QString settingsFile() const;
+    QString radioReport(); // everything the radio has logged so far
+    QString serverReport();
+
+private:
+    QProcessEnvironment environment() const;
+    QStringList command(const QStringList &arguments, int *exitCode);
+    static void dieWithUs(QProcess &process);
+
+    Options m_options;
+    QTemporaryDir m_root;
+    std::unique_ptr<QProcess> m_server;
+    std::unique_ptr<QProcess> m_menu;
+    QString m_serverUrl;
+    int m_serverPort = 0;
+    QString m_problem;
+    QJsonObject m_last;
+};

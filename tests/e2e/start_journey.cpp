@@ -1,0 +1,130 @@
+// From the start to music, and what a person is told when there is none.
+
+#include "e2e/journey.h"
+
+#include <QFileInfo>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <csignal>
+
+namespace {
+
+const QString networkText =
+    QStringLiteral("A network error has occurred.  Please check your network connection and try again.");
+
+} // namespace
+
+class StartJourney : public QObject {
+    Q_OBJECT
+private slots:
+    void aSetUpDeviceEndsInMusicWithoutAKey()
+    {
+        Journey journey;
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QVERIFY(journey.waitForAudio(3));
+        const QJsonObject now = journey.status();
+        QCOMPARE(now.value(QStringLiteral("playback")).toInt(), 5);
+        QCOMPARE(now.value(QStringLiteral("focus")).toString(), QStringLiteral("stationListWidget"));
+        QVERIFY(journey.rows(QStringLiteral("stationListWidget")).size() > 3);
+        QCOMPARE(journey.rows(QStringLiteral("playListWidget")).size(), 1);
+        QVERIFY(!journey.label(QStringLiteral("songLabel")).isEmpty());
+        QVERIFY(journey.menu({QStringLiteral("exit")}));
+        QVERIFY(journey.waitForEnd());
+        QCOMPARE(journey.exitCode(), 0);
+        QVERIFY(journey.radioReport().contains(QStringLiteral("Velmora main function exit ok!")));
+        QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
+    }
+
+    void oneTrackFollowsAnotherWithoutAKey()
+    {
+        Journey::Options options;
+        options.isShort = true;
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        // More than a batch of four entries, so that the next one is fetched on the way.
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &) { return journey.rows(QStringLiteral("playListWidget")).size() >= 6; }, 120));
+        QVERIFY(journey.status().value(QStringLiteral("audioSeconds")).toDouble() > 200);
+    }
+
+    void anExpiredSessionIsRenewedInTheMiddleOfListening()
+    {
+        Journey::Options options;
+        options.isShort = true;
+        options.serverOptions = {QStringLiteral("--token-lifetime"), QStringLiteral("4,3")};
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &) { return journey.rows(QStringLiteral("playListWidget")).size() >= 8; }, 120));
+        QVERIFY(journey.radioReport().contains(QStringLiteral("VelmoraLogin,retrytempwebservice...")));
+    }
+
+    void aServerThatIsNotThereIsNamedAndLeftInAnOrderlyWay()
+    {
+        QTcpServer nobody;
+        QVERIFY(nobody.listen(QHostAddress::LocalHost));
+        const int port = nobody.serverPort();
+        nobody.close();
+        Journey::Options options;
+        options.hasServer = false;
+        options.serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(port);
+        Journey journey(options);
+        QVERIFY(QDir().mkpath(QFileInfo(journey.settingsFile()).path()));
+        QFile settings(journey.settingsFile());
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("[Welcome]\nisCheck=1\n");
+        settings.close();
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForBox(networkText));
+        QCOMPARE(journey.last().value(QStringLiteral("screen")).toString(), QStringLiteral("LoadingDlg"));
+        QVERIFY(journey.key({QStringLiteral("select")}));
+        QVERIFY(journey.waitForEnd());
+        QCOMPARE(journey.exitCode(), 0);
+    }
+
+    void aServerThatAnswersGarbageEndsInWordsNotInAFrozenScreen()
+    {
+        QTcpServer garbage;
+        QVERIFY(garbage.listen(QHostAddress::LocalHost));
+        connect(&garbage, &QTcpServer::newConnection, &garbage, [&garbage] {
+            QTcpSocket *socket = garbage.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+                socket->readAll();
+                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 12\r\nConnection: close\r\n\r\n{\"code\": 0, ");
+                socket->disconnectFromHost();
+            });
+        });
+        Journey::Options options;
+        options.hasServer = false;
+        options.serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(garbage.serverPort());
+        Journey journey(options);
+        QVERIFY(QDir().mkpath(QFileInfo(journey.settingsFile()).path()));
+        QFile settings(journey.settingsFile());
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("[Welcome]\nisCheck=1\n");
+        settings.close();
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForBox(QStringLiteral("Connect to Velmora failed!")));
+        QVERIFY(journey.key({QStringLiteral("select")}));
+        QVERIFY(journey.waitForEnd());
+    }
+
+    void aNewDeviceIsWelcomedAndMayLeave()
+    {
+        Journey::Options options;
+        options.isSetUp = false;
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForScreen(QStringLiteral("WelcomeDlg")));
+        QVERIFY(journey.key({QStringLiteral("back")}));
+        QVERIFY(journey.waitForBox(QStringLiteral("You have reached the last window.")));
+        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForEnd());
+        QCOMPARE(journey.exitCode(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(StartJourney)
+#include "start_journey.moc"
