@@ -60,7 +60,7 @@ void EmailPwdDlg::emailPassword(QString strUserName)
     qDebug("EmailPwdDlg,emailPassword...");
     HANDLE_T handle = 0;
     const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->emailPassword(
-        TextEntry::toServiceText(strUserName).constData(), false, nullptr, &handle);
+        strUserName.toUtf8().constData(), false, nullptr, &handle);
     if (result == VLM_WS_ERR_OK) {
         controlAnimation(false, tr("Email passowrd..."));
         return;

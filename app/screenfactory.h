@@ -13,7 +13,7 @@ class ScreenFactory {
 public:
     virtual ~ScreenFactory() = default;
 
-    static ScreenFactory *instance(); // never null after main's registration
+    static ScreenFactory *instance();                // never null after main's registration
     static void setInstance(ScreenFactory *factory); // not owned
 
     virtual VelmoraParentWidget *welcome() = 0;

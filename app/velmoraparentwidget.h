@@ -4,6 +4,7 @@
 #include "velmora_ws.h"
 
 #include <QDialog>
+#include <QList>
 #include <QPointer>
 #include <QQueue>
 #include <QTimer>
@@ -98,21 +99,32 @@ protected slots:
     void handleBufferState(bool isLow);
     void startAniTimer();
 
+protected:
+    // Swallows Escape, which would close and so delete the screen: Back is a key of its own.
+    bool event(QEvent *event) override;
+
 private slots:
     void handleScreenSaver(bool fgEnter);
 
 private:
+    void connectPlatform();
     void stopCurrentSong();
     void playCurrentSong();
+    void answerParentExit();
+    bool isNetworkBoxMine() const;
+    static QList<VelmoraParentWidget *> screens(); // all living ones
 
     bool m_isLastWindow = false; // Back was pressed with an empty history
     bool m_isAnimation = false;
     bool m_isLoseFocus = false;
     bool m_isBoxShown = false;
     bool m_isBoxDestroyed = false;
+    bool m_isExitGranted = false; // the exit was asked for or ordered: nothing clears isEixt any more
     int m_msgBoxInfoType = LABELS_DEFAULT;
     QPointer<viewcomponent::BufferDlg> m_bufferDlg;
     QTimer *m_idleTimer; // child
     QPointer<MsgboxDlg> m_msgbox;
     QPointer<QWidget> m_shadow;
+    QPointer<QWidget> m_focusUnderAnimation;
+    static QPointer<VelmoraParentWidget> m_networkScreen; // shows, or showed, the box of the present network loss
 };

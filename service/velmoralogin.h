@@ -24,7 +24,7 @@ public slots:
 signals:
     void signaVelmoraLoginFatalError(VLM_WS_EXT_ERRCODE_T e_ret); // spelled so
     void signalPartnerLoginDone();
-    void signalLoginWithDeviceIDDoneError(); // the service does not know this device identity
+    void signalLoginWithDeviceIDDoneError();          // the service does not know this device identity
     void signalGetStationListDone(HANDLE_T h_handle); // the receiver owns the handle
 
 private slots:

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QList>
+#include "service/skiprules.h"
+
 #include <QObject>
 #include <QString>
 #include <QTime>
@@ -28,10 +29,6 @@ private slots:
 private:
     VelmoraNextLimit();
 
-    struct SkipRecord {
-        QString stationToken;
-        QTime timeStamp;
-    };
     static VelmoraNextLimit *m_instance;
-    QList<SkipRecord> m_queue; // in insertion order
+    QList<skiprules::Record> m_queue; // in insertion order
 };

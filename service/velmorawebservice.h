@@ -118,10 +118,14 @@ private:
     VelmoraWebService();
     void webServiceDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
     void emitDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
+    void reportPending(VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
     void retrytempwebservice();
+    VLM_WS_EXT_ERRCODE_T sendAgain(HANDLE_T pending);
+    static void forgetRenewal();
     static void partnerLogin();
     static void userLoginWithDeviceID();
 
     static VelmoraWebService *m_instance;
-    static char *m_macAddress; // 7 bytes; null until first asked for
+    static char *m_macAddress; // null until first asked for
+    static int m_macSize;      // bytes in it, as first asked for: 7
 };

@@ -1,6 +1,7 @@
 #include "station/aboutdlg.h"
 
 #include "ui_aboutdlg.h"
+#include "widgets/roundcorners.h"
 
 #include <QDebug>
 #include <QKeyEvent>
@@ -11,7 +12,7 @@ AboutDlg::AboutDlg(QWidget *parent)
 {
     qDebug("new AboutDlg");
     ui->setupUi(this);
-    setAttribute(Qt::WA_TranslucentBackground); // round corners
+    showRoundCorners(this);
     ui->doneBtn->setFocus(Qt::OtherFocusReason);
     connect(ui->doneBtn, &QPushButton::clicked, this, &AboutDlg::destroyedWindow);
 }

@@ -141,7 +141,7 @@ void CreateStationDlg::searchStation(QString content)
     }
     HANDLE_T handle = 0;
     const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->search(
-        TextEntry::toServiceText(content).constData(), 0, false, nullptr, &handle);
+        content.toUtf8().constData(), 0, false, nullptr, &handle);
     if (result != VLM_WS_ERR_OK) {
         qDebug("CreateStationDlg,searchStation,ret=%d.", int(result));
         warn(tr("Search station failed!You could try again!"));

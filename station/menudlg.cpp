@@ -3,6 +3,7 @@
 #include "app/playerport.h"
 #include "netcommon/networknotify.h"
 #include "ui_menudlg.h"
+#include "widgets/roundcorners.h"
 
 #include <QDebug>
 #include <QKeyEvent>
@@ -22,7 +23,7 @@ MenuDlg::MenuDlg(QWidget *parent)
 {
     qDebug("new MenuDlg");
     ui->setupUi(this);
-    setAttribute(Qt::WA_TranslucentBackground); // round corners
+    showRoundCorners(this);
     QPushButton *const entries[entryCount] = {ui->bookmarkArtisteBtn, ui->bookmarkSongBtn,  ui->sleepBtn,
                                               ui->whyBtn,             ui->createstationBtn, ui->deletestationBtn,
                                               ui->renamestationBtn,   ui->signoutBtn,       ui->exitBtn,

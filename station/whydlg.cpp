@@ -1,6 +1,7 @@
 #include "station/whydlg.h"
 
 #include "ui_whydlg.h"
+#include "widgets/roundcorners.h"
 
 #include <QDebug>
 #include <QKeyEvent>
@@ -11,7 +12,7 @@ WhyDlg::WhyDlg(const QString &text, QWidget *parent)
 {
     qDebug("new WhyDlg");
     ui->setupUi(this);
-    setAttribute(Qt::WA_TranslucentBackground); // round corners
+    showRoundCorners(this);
     ui->whyLabel->setText(text);
     ui->doneBtn->setFocus(Qt::OtherFocusReason);
     connect(ui->doneBtn, &QPushButton::clicked, this, &WhyDlg::destroyedWindow);

@@ -30,23 +30,6 @@ void TextEntry::setTypingStyle(QLineEdit *field)
     field->setStyleSheet(QStringLiteral("border-image: url(:/images/InputBox_Focus_H.png);\ncolor: rgb(0, 0, 0);"));
 }
 
-QByteArray TextEntry::toServiceText(const QString &text)
-{
-    QString plain;
-    for (const QChar letter : text) {
-        if (letter.unicode() <= 0xFF) {
-            plain.append(letter);
-            continue;
-        }
-        const QString parts = letter.decomposition();
-        if (!parts.isEmpty() && parts.at(0).unicode() <= 0xFF)
-            plain.append(parts.at(0));
-        else if (!letter.isLowSurrogate() && !letter.isMark())
-            plain.append(QLatin1Char('?'));
-    }
-    return plain.toLatin1();
-}
-
 QString TextEntry::cut(const QString &text, int length)
 {
     return text.size() > length ? text.left(length) + QStringLiteral("...") : text;

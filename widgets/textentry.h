@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QObject>
 #include <QPointer>
 
@@ -21,9 +20,6 @@ public:
     static void setPromptStyle(QLineEdit *field); // idle, grey text
     static void setTypingStyle(QLineEdit *field); // focused, black text
 
-    // The 8-bit text that the service library is given: a character outside Latin-1 becomes the letter under its marks,
-    // or "?" where there is none.
-    static QByteArray toServiceText(const QString &text);
     // At most `length` characters, then "...".
     static QString cut(const QString &text, int length);
 

@@ -17,6 +17,7 @@ struct State {
     bool isHandedOver = true;
     int messageResult = 0;
     bool isGranting = false;
+    bool isMissing = false;
 };
 
 State &state()
@@ -91,6 +92,8 @@ IpcThread::~IpcThread()
 
 IpcThread *IpcThread::getInstance()
 {
+    if (state().isMissing)
+        return nullptr;
     if (!ipcThread)
         ipcThread = new IpcThread;
     return ipcThread;
@@ -136,6 +139,10 @@ QList<int> FakeIpc::responses()
 void FakeIpc::setRequestResult(bool isHandedOver)
 {
     state().isHandedOver = isHandedOver;
+}
+void FakeIpc::setMissing(bool isMissing)
+{
+    state().isMissing = isMissing;
 }
 void FakeIpc::setMessageResult(int result)
 {

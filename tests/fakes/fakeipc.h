@@ -17,6 +17,7 @@ public:
     // --- script
     static void setRequestResult(bool isHandedOver); // what requestExit returns
     static void setMessageResult(int result);        // what sendIpcMsg returns
+    static void setMissing(bool isMissing);          // IpcThread::getInstance() is null
     static void setGranting(bool isGranting);        // requestExit is followed by signalExit(true, false), queued
 
     // --- what the menu system does, at once

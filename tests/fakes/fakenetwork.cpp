@@ -12,12 +12,18 @@ NetworkNotify::NetworkNotify()
     Q_UNUSED(d);
 }
 
-NetworkNotify::~NetworkNotify() = default;
+static NetworkNotify *notifyInstance = nullptr;
+
+NetworkNotify::~NetworkNotify()
+{
+    notifyInstance = nullptr;
+}
 
 NetworkNotify *NetworkNotify::getInstance()
 {
-    static NetworkNotify *instance = new NetworkNotify;
-    return instance;
+    if (!notifyInstance)
+        notifyInstance = new NetworkNotify;
+    return notifyInstance;
 }
 
 } // namespace netcommon

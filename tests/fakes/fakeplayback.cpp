@@ -64,12 +64,18 @@ Playback::Playback()
     Q_UNUSED(d);
 }
 
-Playback::~Playback() = default;
+static Playback *playbackInstance = nullptr;
+
+Playback::~Playback()
+{
+    playbackInstance = nullptr;
+}
 
 Playback *Playback::getInstance()
 {
-    static Playback *instance = new Playback;
-    return instance;
+    if (!playbackInstance)
+        playbackInstance = new Playback;
+    return playbackInstance;
 }
 
 int Playback::getPbcState()

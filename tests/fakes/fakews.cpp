@@ -250,6 +250,11 @@ bool FakeWs::isInitialised() const
     const std::lock_guard lock(d->mutex);
     return d->isInitialised;
 }
+void FakeWs::setInitResult(VLM_WS_EXT_ERRCODE_T code)
+{
+    const std::lock_guard lock(d->mutex);
+    d->initResult = code;
+}
 
 // ---- record
 

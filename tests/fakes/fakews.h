@@ -60,6 +60,7 @@ public:
     void setMacResult(VLM_WS_EXT_ERRCODE_T code);
     int macCalls() const;
     bool isInitialised() const;
+    void setInitResult(VLM_WS_EXT_ERRCODE_T code); // what velmora_ws_init returns
 
     // --- record
     QList<FakeCall> calls() const;

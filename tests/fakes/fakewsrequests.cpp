@@ -67,8 +67,8 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_init(void)
 {
     FakeWs::Private *d = FakeWs::instance().d;
     const std::lock_guard lock(d->mutex);
-    d->isInitialised = true;
-    return VLM_WS_ERR_OK;
+    d->isInitialised = d->initResult == VLM_WS_ERR_OK;
+    return d->initResult;
 }
 
 VLM_WS_EXT_ERRCODE_T velmora_ws_uninit(void)

@@ -4,7 +4,6 @@
 #include "screens/accountfixture.h"
 #include "station/createstationdlg.h"
 #include "station/renamestationdlg.h"
-#include "widgets/textentry.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -74,13 +73,6 @@ private slots:
         QCOMPARE(field->text(), before);
         key(&dialog, Select);
         QCOMPARE(field->text(), QStringLiteral("q"));
-    }
-
-    void textsForTheServiceKeepWhatLatinOneHasAndTheLettersOfTheRest()
-    {
-        QCOMPARE(TextEntry::toServiceText(QString::fromUtf8("Café")), QByteArray("Caf\xe9"));
-        QCOMPARE(TextEntry::toServiceText(QString::fromUtf8("Dvořák")), QByteArray("Dvor\xe1k"));
-        QCOMPARE(TextEntry::toServiceText(QString::fromUtf8("a🎵b")), QByteArray("a?b"));
     }
 };
 

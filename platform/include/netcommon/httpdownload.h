@@ -22,7 +22,9 @@ public:
     void resquestDownload(char *url);
 
 signals:
-    // result >= 0: strInfo is the local file. Negative: nothing was written, strInfo says why.
+    // result >= 0: strInfo is the local file. Negative: nothing was written, strInfo says why: -1 the address, or what
+    // it leads to, is neither http nor https; -2 the folder cannot be used or written to; -3 the transfer failed; -4
+    // more than 8 MiB; -5 not a picture (PNG, JPEG, GIF or WebP of at most 4096 x 4096 pixels), or a damaged one.
     void signalDownloadResult(int result, QString strInfo);
 
 private:

@@ -1,0 +1,185 @@
+// The root widget: the ways out of the application: exit, idle check, network loss.
+#include "app/velmoraparentwidget.h"
+
+#include "app/playerport.h"
+#include "netcommon/ipc.h"
+#include "netcommon/playback.h"
+#include "widgets/msgboxdlg.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+constexpr int IdleRepeatMs = 3'000; // while nothing plays
+}
+
+QPointer<VelmoraParentWidget> VelmoraParentWidget::m_networkScreen;
+
+void VelmoraParentWidget::exitVelmora()
+{
+    qDebug("VelmoraParentWidget,exitVelmora...");
+    if (isEixt) {
+        qDebug("VelmoraParentWidget,exitVelmora,isEixt is true,do nothing...");
+        return;
+    }
+    isEixt = true;
+    emit signalExit(false, false);
+}
+
+void VelmoraParentWidget::exitVelmora(bool isFromParent, bool isSystemError)
+{
+    qDebug("VelmoraParentWidget,exitVelmora,isFromParent=%d,isSystemError=%d...", isFromParent, isSystemError);
+    destroyedMsgbox();
+    if (isFromParent) {
+        answerParentExit();
+        return;
+    }
+    const QPointer<VelmoraParentWidget> self(this);
+    if (!isSystemError) {
+        qDebug("VelmoraParentWidget,question exitVelmora...");
+        QString question;
+        if (m_isLastWindow)
+            question = tr("You have reached the last window.");
+        m_isLastWindow = false;
+        question += tr("Are you sure you want to exit Velmora? ");
+        setMsgBoxInfoType(LABELS_YES_NO);
+        const bool isYes = showMsgbox(MSG_QUESTION, question) != 0;
+        if (!self)
+            return;
+        if (!isYes || m_isBoxDestroyed) {
+            if (!m_isExitGranted)
+                isEixt = false;
+            return;
+        }
+    }
+    qDebug("VelmoraParentWidget,requestExit,m_isNetworkError=%d.", m_isNetworkError);
+    m_isExitGranted = netcommon::Ipc::requestExit(m_isNetworkError);
+    if (!self)
+        return;
+    if (!m_isExitGranted) {
+        isEixt = false;
+        qDebug("VelmoraParentWidget,exitVelmora,Can not exit Velmora,send exit Velmora signal failed.");
+        // Not translated: deliberate.
+        showMsgbox(MSG_ERROR, QStringLiteral("Can not exit Velmora,send exit Velmora signal failed!"));
+        return;
+    }
+    qDebug("VelmoraParentWidget,exitVelmora,send exit Velmora signal ok!");
+}
+
+void VelmoraParentWidget::answerParentExit()
+{
+    if (isEixt && m_isExitGranted && isHidden())
+        return; // ordered twice
+    qDebug("VelmoraParentWidget,exitVelmora,signal is from parent...");
+    // quit() closes all windows; a box that it closed would count as answered with No.
+    for (VelmoraParentWidget *screen : screens())
+        screen->destroyedMsgbox();
+    close();
+    qDebug("VelmoraParentWidget,exitVelmora,signal responseParent 2.");
+    isEixt = true;
+    m_isExitGranted = true;
+    emit signalResponseParent(2);
+    QCoreApplication::quit();
+}
+
+void VelmoraParentWidget::stopCurrentSong()
+{
+    PlayerPort *player = PlayerPort::existing();
+    if (!player)
+        return;
+    if (player->screen() == this)
+        emit signalTimeoutStop();
+    else
+        player->stopCurrentSong();
+}
+
+void VelmoraParentWidget::playCurrentSong()
+{
+    PlayerPort *player = PlayerPort::existing();
+    if (!player)
+        return;
+    if (player->screen() == this)
+        emit signalTimeoutPlay();
+    else
+        player->playCurrentSong();
+}
+
+void VelmoraParentWidget::NohandleTimeOut()
+{
+    qDebug("VelmoraParentWidget,NohandleTimeOut...");
+    auto *playback = netcommon::Playback::getInstance();
+    const int state = playback ? playback->getPbcState() : int(PLAYBACK_STATE_STOPPED);
+    m_idleTimer->stop();
+    // A paused track counts as going on: the water line pauses it as well as the listener.
+    if (m_isAnimation || (state != PLAYBACK_STATE_PLAYING && state != PLAYBACK_STATE_PAUSED)) {
+        m_idleTimer->start(IdleRepeatMs);
+        return;
+    }
+    stopCurrentSong();
+    setMsgBoxInfoType(LABELS_YES_NO);
+    const QPointer<VelmoraParentWidget> self(this);
+    // The blanks around the words are deliberate.
+    const bool isYes = showMsgbox(MSG_QUESTION, tr("    Are you still there ? ")) != 0;
+    if (!self || m_isBoxDestroyed)
+        return;
+    if (isYes) {
+        runTimer();
+        playCurrentSong();
+    } else {
+        emit signalExit(false, true);
+    }
+}
+
+// Every living screen hears of the loss, one box a process tells the listener: the visible screen's, or that of the
+// first one asked while none is visible.
+bool VelmoraParentWidget::isNetworkBoxMine() const
+{
+    if (m_networkScreen)
+        return m_networkScreen == this;
+    if (isVisible())
+        return true;
+    const QList<VelmoraParentWidget *> all = screens();
+    return std::none_of(all.begin(), all.end(), [](const VelmoraParentWidget *screen) { return screen->isVisible(); });
+}
+
+void VelmoraParentWidget::handleNetworkEvent(NETWORk_EVENT_T event)
+{
+    qDebug("VelmoraParentWidget,handleNetworkEvent=%d.", event);
+    if (event == NETWORK_EVENT_CONNECTED) {
+        m_isNetworkError = false;
+        controlAnimation(true);
+        if (m_networkScreen && !m_networkScreen->isMsgboxShown())
+            m_networkScreen.clear();
+        return;
+    }
+    if (event != NETWORK_EVENT_DISCONNECTED)
+        return;
+    stopCurrentSong();
+    destroyedMsgbox();
+    m_isErrorMsg = true;
+    if (!isNetworkBoxMine()) {
+        qDebug("VelmoraParentWidget,handleNetworkEvent,another screen shows it.");
+        m_isNetworkError = true;
+        return;
+    }
+    m_networkScreen = this;
+    setMsgBoxInfoType(LABELS_HOME);
+    const QPointer<VelmoraParentWidget> self(this);
+    showMsgbox(MSG_WARNING, tr("Unable to connect to network."));
+    if (!self)
+        return;
+    m_isNetworkError = true;
+    if (!m_isBoxDestroyed)
+        emit signalExit(false, true);
+}
+
+void VelmoraParentWidget::gotoHome()
+{
+    qDebug("VelmoraParentWidget,gotoHome...");
+    setMsgBoxInfoType(LABELS_HOME);
+    const QPointer<VelmoraParentWidget> self(this);
+    showMsgbox(MSG_WARNING, tr("There may be network congestion."));
+    if (self && !m_isBoxDestroyed)
+        emit signalExit(false, true);
+}

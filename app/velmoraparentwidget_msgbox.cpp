@@ -1,0 +1,110 @@
+// The root widget: message boxes and the words of service errors.
+#include "app/velmoraparentwidget.h"
+
+#include "app/errortexts.h"
+#include "widgets/msgboxdlg.h"
+
+void VelmoraParentWidget::setMsgBoxInfoType(int type)
+{
+    qDebug("VelmoraParentWidget,setMsgBoxInfoType.type=%d..", type);
+    m_msgBoxInfoType = type;
+}
+
+int VelmoraParentWidget::showMsgbox(int type, const QString &text)
+{
+    qDebug("VelmoraParentWidget,showMsgbox...");
+    destroyedMsgbox();
+    loseFocus(true);
+
+    const QPointer<VelmoraParentWidget> self(this);
+    const QPointer<MsgboxDlg> box(new MsgboxDlg(type, text, this));
+    m_msgbox = box;
+    switch (m_msgBoxInfoType) {
+    case LABELS_YES_NO:
+        box->setButtonText(tr("Yes"), tr("No"));
+        break;
+    case LABELS_ARTIST_TRACK:
+        box->setButtonText(tr("Artist"), tr("Track"));
+        break;
+    case LABELS_HOME:
+        box->setButtonText(tr("Home"), QString());
+        break;
+    default:
+        break;
+    }
+    m_msgBoxInfoType = LABELS_DEFAULT;
+    m_isBoxShown = true;
+    const int result = box->exec();
+    if (!self)
+        return 0; // the screen went with its box open
+    m_isBoxDestroyed = box.isNull();
+    m_isBoxShown = false;
+    resetFocus(false);
+    if (self)
+        destroyedMsgbox();
+    return result;
+}
+
+void VelmoraParentWidget::destroyedMsgbox()
+{
+    qDebug("VelmoraParentWidget,destroyedMsgbox...");
+    if (!m_msgbox)
+        return;
+    qDebug("VelmoraParentWidget,destroyedMsgbox.do..");
+    m_isBoxShown = false;
+    delete m_msgbox.data(); // its exec() returns 0 once control is back there
+}
+
+void VelmoraParentWidget::hideMsgbox()
+{
+    qDebug("VelmoraParentWidget,hideMsgbox...");
+    if (!m_msgbox)
+        return;
+    m_isBoxShown = false;
+    delete m_msgbox.data();
+    resetFocus(false);
+}
+
+void VelmoraParentWidget::delMsgbox()
+{
+    qDebug("VelmoraParentWidget,delMsgbox...");
+    if (!m_msgbox)
+        return;
+    qDebug("VelmoraParentWidget,delMsgbox.do..");
+    // Counts as confirmed: showMsgbox() returns 1 and deletes the box itself.
+    m_msgbox->deleteMsgBox();
+}
+
+bool VelmoraParentWidget::isMsgboxShown() const
+{
+    return m_isBoxShown;
+}
+
+bool VelmoraParentWidget::isBoxDestroyed() const
+{
+    return m_isBoxDestroyed;
+}
+
+QString VelmoraParentWidget::handleWSError(VLM_WS_EXT_ERRCODE_T code)
+{
+    qDebug("VelmoraParentWidget,handleWSError,VLM_WS_EXT_ERRCODE_T =%d", code);
+    const errortexts::ErrorText text = errortexts::textOf(code);
+    const QString words = tr(text.source);
+    return text.endsWithContact ? words + QStringLiteral(VELMORA_SUPPORT_CONTACT) : words;
+}
+
+void VelmoraParentWidget::handleWSError(int errType)
+{
+    if (errType != VLM_WS_ERR_ACCOUNT_INACTIVE)
+        return;
+    const QString text = handleWSError(VLM_WS_ERR_ACCOUNT_INACTIVE);
+    if (m_isErrorMsg) {
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+        return;
+    }
+    m_isErrorMsg = true;
+    const QPointer<VelmoraParentWidget> self(this);
+    showMsgbox(MSG_WARNING, text);
+    if (self && !m_isBoxDestroyed)
+        emit signalFatalErr(errType);
+}

@@ -1,0 +1,77 @@
+// The device's menu system, and its remote control on the command line.
+
+#include "arguments.h"
+#include "commandclient.h"
+#include "menuserver.h"
+#include "screenscale.h"
+#include "socketplace.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+using namespace menusystem;
+
+int fail(int code, const QString &text)
+{
+    std::fprintf(stderr, "velmora-menu: %s\n", qPrintable(text));
+    return code;
+}
+
+int runRadio(const Arguments &arguments, const QString &socket)
+{
+    sigset_t read;
+    ::sigemptyset(&read);
+    ::sigaddset(&read, SIGINT);
+    ::sigaddset(&read, SIGTERM);
+    ::sigprocmask(SIG_BLOCK, &read, nullptr);
+
+    MenuServer server(arguments);
+    double scale = arguments.scale.value_or(1);
+    if (!arguments.scale) {
+        const QSize screen = screenSize();
+        scale = scaleFor(screen, arguments.isWindowed);
+        if (!screen.isEmpty() && (screen.width() < 1280 || screen.height() < 720))
+            std::fprintf(stderr, "velmora-menu: the screen is smaller than 1280 x 720: not all will be seen\n");
+    }
+    QString reason;
+    if (!server.start(socket, scale, &reason))
+        return fail(1, QStringLiteral("cannot listen at %1: %2 (--socket takes another place)").arg(socket, reason));
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QStringList words;
+    for (int index = 1; index < argc; ++index)
+        words += QString::fromLocal8Bit(argv[index]);
+    QString reason;
+    const auto arguments = parseArguments(words, &reason);
+    if (!arguments) {
+        std::fprintf(stderr, "velmora-menu: %s\n%s", qPrintable(reason), qPrintable(usage()));
+        return 2;
+    }
+    using Mode = Arguments::Mode;
+    if (arguments->mode == Mode::Help) {
+        std::fputs(qPrintable(usage()), stdout);
+        return 0;
+    }
+    if (arguments->mode == Mode::MeasureScreen)
+        return printScreenSize(argc, argv);
+
+    const QCoreApplication application(argc, argv);
+    const bool isRadio = arguments->mode == Mode::Run;
+    QString socket = arguments->socket;
+    if (socket.isEmpty())
+        socket = usualSocket(qEnvironmentVariable("XDG_RUNTIME_DIR"), QDir::tempPath(), isRadio, &reason);
+    if (socket.isEmpty())
+        return fail(1, isRadio ? QStringLiteral("no place for the socket: %1").arg(reason)
+                               : QStringLiteral("no menu system runs (%1)").arg(reason));
+    return isRadio ? runRadio(*arguments, socket) : runCommand(arguments->requests, socket);
+}

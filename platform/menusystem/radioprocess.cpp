@@ -1,0 +1,53 @@
+#include "radioprocess.h"
+
+#include "menumessages.h"
+
+#include <csignal>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace menusystem {
+
+RadioProcess::RadioProcess(QObject *parent)
+    : QProcess(parent)
+{
+    setProcessChannelMode(ForwardedChannels);
+    setStandardInputFile(nullDevice());
+    setChildProcessModifier([menu = ::getpid()] {
+        ::umask(077);
+        // The radio hears the first request to terminate without following it, so nothing less is sure.
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != menu)
+            ::_exit(127);
+        sigset_t none;
+        ::sigemptyset(&none);
+        ::sigprocmask(SIG_SETMASK, &none, nullptr); // ours are blocked: they come through a descriptor
+    });
+}
+
+void RadioProcess::startRadio(const QStringList &program, const QString &socket, double scale, bool isWindowed)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QString::fromLatin1(netcommon::menu::socketVariable), socket);
+    // This factor and no other: fonts at 96 dots per inch whatever the screen says of itself.
+    for (const char *name : {"QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR", "QT_USE_PHYSICAL_DPI",
+                             "QT_ENABLE_HIGHDPI_SCALING", "VELMORA_WINDOWED"})
+        environment.remove(QString::fromLatin1(name));
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale, 'g', 12));
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR_ROUNDING_POLICY"), QStringLiteral("PassThrough"));
+    environment.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("96"));
+    if (isWindowed)
+        environment.insert(QStringLiteral("VELMORA_WINDOWED"), QStringLiteral("1"));
+    setProcessEnvironment(environment);
+    start(program.first(), program.mid(1));
+}
+
+int RadioProcess::resultCode() const
+{
+    if (error() == FailedToStart)
+        return 127;
+    return exitStatus() == CrashExit ? 128 + exitCode() : exitCode();
+}
+
+} // namespace menusystem

@@ -1,0 +1,229 @@
+#include "fetcher.h"
+
+#include "httpaddress.h"
+
+#include <QDebug>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+
+#include <utility>
+
+namespace netcommon {
+
+namespace {
+constexpr qint64 ReadAhead = 256 * 1024; // what Qt may hold; TCP slows the server down beyond it
+constexpr qint64 ChunkSize = 32 * 1024;
+} // namespace
+
+Fetcher::Fetcher(const FetchLimits &limits, QObject *parent)
+    : QObject(parent)
+    , m_limits(limits)
+    , m_network(new QNetworkAccessManager(this))
+    , m_idle(this)
+    , m_retry(this)
+{
+    m_network->setAutoDeleteReplies(false);
+    m_idle.setSingleShot(true);
+    m_idle.setInterval(limits.idleMs);
+    connect(&m_idle, &QTimer::timeout, this, [this] { retry("no data"); });
+    m_retry.setSingleShot(true);
+    connect(&m_retry, &QTimer::timeout, this, [this] { open(m_address); });
+}
+
+Fetcher::~Fetcher()
+{
+    close();
+}
+
+void Fetcher::start(const QUrl &address, std::shared_ptr<FetchSink> sink)
+{
+    QMetaObject::invokeMethod(
+        this, [this, address, sink = std::move(sink)] { begin(address, sink); }, Qt::QueuedConnection);
+}
+
+void Fetcher::stop()
+{
+    QMetaObject::invokeMethod(
+        this, [this] { begin({}, nullptr); }, Qt::QueuedConnection);
+}
+
+void Fetcher::wake()
+{
+    QMetaObject::invokeMethod(
+        this, [this] { pump(); }, Qt::QueuedConnection);
+}
+
+void Fetcher::begin(const QUrl &address, const std::shared_ptr<FetchSink> &sink)
+{
+    close();
+    m_sink = sink;
+    m_address = address;
+    m_progress = {};
+    m_askedAt = -1;
+    m_acceptsRanges = false;
+    m_attempts = 0;
+    if (m_sink) {
+        m_redirects = 0;
+        open(m_address);
+    }
+}
+
+void Fetcher::open(const QUrl &address)
+{
+    close();
+    QNetworkRequest request = httpaddress::request(address);
+    if (m_progress.delivered > 0) {
+        request.setRawHeader("Range", "bytes=" + QByteArray::number(m_progress.delivered) + '-');
+        if (!m_progress.etag.isEmpty())
+            request.setRawHeader("If-Range", m_progress.etag);
+    }
+    m_judged = m_finished = false;
+    m_reply = m_network->get(request);
+    m_reply->setReadBufferSize(ReadAhead);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &Fetcher::headArrived);
+    connect(m_reply, &QNetworkReply::readyRead, this, &Fetcher::pump);
+    connect(m_reply, &QNetworkReply::finished, this, &Fetcher::replyFinished);
+    m_idle.start();
+}
+
+void Fetcher::close()
+{
+    m_idle.stop();
+    m_retry.stop();
+    if (auto *const reply = std::exchange(m_reply, nullptr))
+        httpaddress::drop(reply, this);
+}
+
+// Reads the head once it is complete; also called when the reply ended without announcing one.
+void Fetcher::headArrived()
+{
+    if (m_judged || !m_reply)
+        return;
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status == 0)
+        return;
+    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    const QByteArray etag = strongEtag(m_reply->rawHeader("ETag"));
+    const FetchDecision decision = judgeResponse(
+        m_progress, {status, length.isValid() ? length.toLongLong() : -1, m_reply->rawHeader("Content-Range"), etag});
+    switch (decision.action) {
+    case FetchAction::Deliver:
+        m_judged = true;
+        m_skip = decision.skip;
+        m_acceptsRanges = m_reply->rawHeader("Accept-Ranges").trimmed().toLower() == "bytes";
+        if (decision.length >= 0)
+            m_progress.length = decision.length;
+        if (m_progress.delivered == 0)
+            m_progress.etag = etag;
+        return;
+    case FetchAction::Redirect: {
+        const QUrl to = httpaddress::redirected(m_reply->url(), m_reply->rawHeader("Location"));
+        if (!to.isValid() || ++m_redirects > httpaddress::MaxRedirects) {
+            qDebug("Fetcher,redirect,refused.");
+            finish(true);
+        } else {
+            open(to);
+        }
+        return;
+    }
+    case FetchAction::Retry:
+        qDebug("Fetcher,answer,status=%d.", status);
+        retry("server's trouble");
+        return;
+    case FetchAction::Refused:
+        qDebug("Fetcher,answer,status=%d.", status);
+        finish(true);
+        return;
+    case FetchAction::Complete:
+        finish(false);
+        return;
+    }
+}
+
+void Fetcher::replyFinished()
+{
+    m_finished = true;
+    headArrived();
+    if (m_reply && !m_judged && m_finished)
+        retry("no answer");
+    else
+        pump();
+}
+
+void Fetcher::pump()
+{
+    if (!m_reply || !m_sink)
+        return;
+    headArrived();
+    if (!m_reply || !m_judged)
+        return;
+    bool moved = false;
+    while (m_reply->bytesAvailable() > 0 && m_sink->wanted()) {
+        QByteArray bytes = m_reply->read(ChunkSize);
+        if (bytes.isEmpty())
+            break;
+        moved = true;
+        const qint64 drop = qMin(m_skip, qint64(bytes.size()));
+        m_skip -= drop;
+        if (drop == bytes.size())
+            continue;
+        if (drop > 0)
+            bytes.remove(0, drop);
+        m_progress.delivered += bytes.size();
+        m_attempts = 0;
+        m_redirects = 0;
+        m_sink->push(bytes);
+    }
+    if (m_finished && m_reply->bytesAvailable() == 0)
+        settle();
+    else if (!m_sink->wanted())
+        m_idle.stop(); // it is us who do not read
+    else if (moved || !m_idle.isActive())
+        m_idle.start();
+}
+
+// The reply is drained: is that all?
+void Fetcher::settle()
+{
+    const bool clean = m_reply->error() == QNetworkReply::NoError;
+    const FetchProgress &p = m_progress;
+    const bool all = p.length >= 0 ? p.delivered >= p.length : clean && m_skip == 0;
+    if (!all) {
+        retry("cut off");
+    } else if (p.length < 0 && p.delivered > 0 && m_acceptsRanges && m_askedAt != p.delivered) {
+        // Without a length an end may be a cut: Qt takes even a chunked body that was cut off for a whole one, at
+        // times.
+        m_askedAt = p.delivered;
+        open(m_address);
+    } else {
+        finish(p.delivered == 0);
+    }
+}
+
+void Fetcher::retry(const char *why)
+{
+    close();
+    ++m_attempts;
+    const bool onlyAsking = m_askedAt == m_progress.delivered && m_attempts >= m_limits.firstAttempts;
+    if (onlyAsking || !mayRetry(m_limits, m_progress, m_attempts)) {
+        finish(true);
+        return;
+    }
+    const int delay = retryDelayMs(m_limits, m_attempts);
+    qDebug("Fetcher,retry,%s after %lld bytes, in %d ms.", why, static_cast<long long>(m_progress.delivered), delay);
+    m_redirects = 0;
+    m_retry.start(delay);
+}
+
+// failed: no more bytes can be had. What is there is played to its end; without any it is a failure.
+void Fetcher::finish(bool failed)
+{
+    close();
+    const auto sink = std::exchange(m_sink, nullptr);
+    if (failed && m_progress.delivered == 0)
+        sink->failed();
+    else
+        sink->complete();
+}
+
+} // namespace netcommon

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "fetcher.h"
+#include "gstowner.h"
+#include "playbackinbox.h"
+
+#include <gst/app/gstappsrc.h>
+
+#include <atomic>
+#include <mutex>
+
+namespace netcommon {
+
+// Carries a fetch's bytes into one pipeline. Owned by the pipeline and, while it fetches, by the fetcher; after
+// detach() whatever still arrives is thrown away, so neither has to wait for the other.
+class FetcherFeed : public FetchSink {
+public:
+    FetcherFeed(quint64 pipelineId, PlaybackInbox &inbox, Fetcher &fetcher);
+
+    void attach(GstAppSrc *source); // before the pipeline leaves NULL
+    void detach();                  // before it is set to NULL again; any thread
+    // Milliseconds since the last byte came, or since attach().
+    qint64 silentMs() const;
+
+    bool wanted() const override { return m_wanted.load(); }
+    void push(const QByteArray &bytes) override;
+    void complete() override;
+    void failed() override;
+
+private:
+    static void needData(GstAppSrc *, guint, gpointer self);
+    static void enoughData(GstAppSrc *, gpointer self);
+
+    const quint64 m_id;
+    PlaybackInbox &m_inbox;
+    Fetcher &m_fetcher;
+    std::atomic<bool> m_wanted{false};
+    std::atomic<qint64> m_lastByte{0}; // milliseconds of the steady clock
+    std::mutex m_mutex;
+    GstOwner<GstAppSrc> m_source; // null: detached
+};
+
+} // namespace netcommon

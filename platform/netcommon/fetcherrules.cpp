@@ -1,0 +1,87 @@
+#include "fetcherrules.h"
+
+#include "httpaddress.h"
+
+#include <algorithm>
+
+namespace netcommon {
+
+namespace {
+
+struct Range {
+    qint64 first = -1;
+    qint64 total = -1;
+};
+
+// "bytes 100-199/200" or "bytes 100-199/*"
+Range parseRange(const QByteArray &header)
+{
+    const QByteArray text = header.trimmed();
+    if (!text.toLower().startsWith("bytes "))
+        return {};
+    const QByteArray span = text.mid(6);
+    const qsizetype dash = span.indexOf('-'), slash = span.indexOf('/');
+    if (dash <= 0 || slash < dash)
+        return {};
+    bool firstOk = false, totalOk = false;
+    Range range{span.left(dash).trimmed().toLongLong(&firstOk), span.mid(slash + 1).trimmed().toLongLong(&totalOk)};
+    if (!firstOk || range.first < 0)
+        range.first = -1;
+    if (!totalOk || range.total < 0)
+        range.total = -1;
+    return range;
+}
+
+bool differ(qint64 a, qint64 b)
+{
+    return a >= 0 && b >= 0 && a != b;
+}
+
+} // namespace
+
+FetchDecision judgeResponse(const FetchProgress &progress, const FetchResponse &response)
+{
+    const int status = response.status;
+    if (httpaddress::isRedirect(status))
+        return {FetchAction::Redirect};
+    const bool otherFile = !progress.etag.isEmpty() && !response.etag.isEmpty() && progress.etag != response.etag;
+    if (status == 200) {
+        if (progress.delivered > 0 && (otherFile || differ(progress.length, response.contentLength)))
+            return {FetchAction::Refused}; // joining two files would be noise
+        return {FetchAction::Deliver, progress.delivered, response.contentLength};
+    }
+    if (status == 206) {
+        const Range range = parseRange(response.contentRange);
+        if (otherFile || differ(progress.length, range.total) || range.first > progress.delivered)
+            return {FetchAction::Refused};
+        if (range.first < 0)
+            return {FetchAction::Retry};
+        return {FetchAction::Deliver, progress.delivered - range.first, range.total};
+    }
+    if (status == 416 && progress.delivered > 0)
+        return {progress.length < 0 || progress.delivered >= progress.length ? FetchAction::Complete
+                                                                             : FetchAction::Refused};
+    if (status == 408 || status == 425 || status == 429 || status >= 500)
+        return {FetchAction::Retry};
+    if (status >= 200)
+        return {FetchAction::Refused};
+    return {FetchAction::Retry};
+}
+
+bool mayRetry(const FetchLimits &limits, const FetchProgress &progress, int attempts)
+{
+    return progress.delivered > 0 || attempts < limits.firstAttempts;
+}
+
+int retryDelayMs(const FetchLimits &limits, int attempts)
+{
+    const int doublings = std::clamp(attempts - 1, 0, 16);
+    return static_cast<int>(std::min<qint64>(qint64(limits.firstRetryMs) << doublings, limits.longestRetryMs));
+}
+
+QByteArray strongEtag(const QByteArray &header)
+{
+    return header.startsWith('"') ? header : QByteArray();
+}
+
+} // namespace netcommon

@@ -1,0 +1,198 @@
+#include "netcommon/httpdownload.h"
+
+#include "httpaddress.h"
+#include "httpdownloadfolder.h"
+
+#include <QBuffer>
+#include <QDebug>
+#include <QImageReader>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+
+#include <utility>
+
+namespace netcommon {
+
+namespace {
+
+// The results of signalDownloadResult, as the header lists them.
+enum DownloadResult {
+    Downloaded = 0,
+    AddressRefused = -1,
+    FolderUnusable = -2,
+    TransferFailed = -3,
+    TooLarge = -4,
+    NotAPicture = -5,
+};
+
+constexpr qint64 MaxBytes = 8 * 1024 * 1024;
+constexpr int MaxSide = 4096; // pixels
+constexpr int SilenceMs = 15000;
+
+struct Kind {
+    const char *format; // as QImageReader names it
+    const char *suffix;
+};
+constexpr Kind Kinds[] = {{"png", ".png"}, {"jpeg", ".jpg"}, {"gif", ".gif"}, {"webp", ".webp"}};
+
+// The suffix for what the bytes are, whatever the server calls them; empty with a reason: no picture that we show.
+QByteArray pictureSuffix(QByteArray &bytes, QString *why)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const QByteArray format = reader.format();
+    for (const Kind &kind : Kinds) {
+        if (format != kind.format)
+            continue;
+        const QSize size = reader.size();
+        if (!size.isValid() || size.isEmpty() || size.width() > MaxSide || size.height() > MaxSide) {
+            *why = QStringLiteral("picture of %1 x %2 pixels").arg(size.width()).arg(size.height());
+            return {};
+        }
+        if (reader.read().isNull()) {
+            *why = QStringLiteral("damaged picture: %1").arg(reader.errorString());
+            return {};
+        }
+        return kind.suffix;
+    }
+    *why = QStringLiteral("not a picture");
+    return {};
+}
+
+} // namespace
+
+struct HttpDownload::Private {
+    explicit Private(HttpDownload *owner)
+        : q(owner)
+    {
+    }
+
+    void cancel();
+    void open(const QUrl &address);
+    void read();
+    void finished();
+    void end(int result, const QString &info);
+
+    HttpDownload *const q;
+    HttpDownloadFolder folder{QString()};
+    QNetworkAccessManager *network = nullptr; // made for the first request
+    QNetworkReply *reply = nullptr;           // null: nothing under way
+    QByteArray bytes;
+    int redirects = 0;
+    quint64 request = 0; // number of the newest
+};
+
+HttpDownload::HttpDownload(QObject *parent)
+    : QObject(parent)
+    , d(new Private(this))
+{
+}
+
+HttpDownload::~HttpDownload()
+{
+    d->cancel();
+    delete d;
+}
+
+void HttpDownload::setDownloadFolder(const QString &folder)
+{
+    d->folder = HttpDownloadFolder(folder);
+}
+
+void HttpDownload::resquestDownload(char *url)
+{
+    d->cancel();
+    const QUrl address = httpaddress::parse(QByteArray(url));
+    const QString complaint = d->folder.complaint();
+    if (!address.isValid())
+        d->end(AddressRefused, QStringLiteral("neither http nor https"));
+    else if (!complaint.isEmpty())
+        d->end(FolderUnusable, complaint);
+    else
+        d->open(address);
+}
+
+void HttpDownload::Private::cancel()
+{
+    ++request;
+    redirects = 0;
+    bytes.clear();
+    if (auto *const old = std::exchange(reply, nullptr))
+        httpaddress::drop(old, q);
+}
+
+void HttpDownload::Private::open(const QUrl &address)
+{
+    if (!network)
+        network = new QNetworkAccessManager(q);
+    QNetworkRequest wanted = httpaddress::request(address);
+    wanted.setTransferTimeout(SilenceMs);
+    reply = network->get(wanted);
+    reply->setReadBufferSize(256 * 1024);
+    QObject::connect(reply, &QNetworkReply::readyRead, q, [this] { read(); });
+    QObject::connect(reply, &QNetworkReply::finished, q, [this] { finished(); });
+}
+
+void HttpDownload::Private::read()
+{
+    bytes += reply->readAll();
+    const qint64 announced = reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+    if (qMax<qint64>(bytes.size(), announced) > MaxBytes)
+        end(TooLarge, QStringLiteral("more than %1 bytes").arg(MaxBytes));
+}
+
+void HttpDownload::Private::finished()
+{
+    read();
+    if (!reply)
+        return;
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (httpaddress::isRedirect(status)) {
+        const QUrl to = httpaddress::redirected(reply->url(), reply->rawHeader("Location"));
+        const int hops = redirects + 1;
+        if (!to.isValid() || hops > httpaddress::MaxRedirects) {
+            end(AddressRefused, QStringLiteral("leads elsewhere than to http or https"));
+            return;
+        }
+        cancel();
+        redirects = hops;
+        open(to);
+        return;
+    }
+    if (reply->error() != QNetworkReply::NoError || status != 200) {
+        end(TransferFailed, status >= 300 ? QStringLiteral("status %1").arg(status) : reply->errorString());
+        return;
+    }
+    const QVariant announced = reply->header(QNetworkRequest::ContentLengthHeader);
+    if (announced.isValid() && announced.toLongLong() != bytes.size()) { // Qt does not always call this an error
+        end(TransferFailed, QStringLiteral("cut off"));
+        return;
+    }
+    QString why;
+    const QByteArray suffix = pictureSuffix(bytes, &why);
+    if (suffix.isEmpty()) {
+        end(NotAPicture, why);
+        return;
+    }
+    const QString file = folder.store(bytes, suffix, &why);
+    end(file.isEmpty() ? FolderUnusable : Downloaded, file.isEmpty() ? why : file);
+}
+
+// Queued, so that nobody hears of a request before resquestDownload() has returned, nor of one that was replaced.
+void HttpDownload::Private::end(int result, const QString &info)
+{
+    cancel();
+    if (result < 0)
+        qDebug("HttpDownload,download,result=%d,%s.", result, qUtf8Printable(info));
+    QMetaObject::invokeMethod(
+        q,
+        [this, result, info, number = request] {
+            if (number == request)
+                emit q->signalDownloadResult(result, info);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace netcommon

@@ -1,0 +1,64 @@
+#include "netcommon/ipc.h"
+
+#include "menulink.h"
+#include "netcommon/ipcthread.h"
+
+#include <QDebug>
+
+namespace netcommon {
+
+struct Ipc::Private {
+    std::shared_ptr<MenuLink> link = MenuLink::shared();
+};
+
+namespace {
+
+Ipc *instance = nullptr;
+
+} // namespace
+
+Ipc *Ipc::getInstance()
+{
+    if (!instance)
+        instance = new Ipc;
+    return instance;
+}
+
+Ipc::Ipc()
+    : d(new Private)
+{
+}
+
+Ipc::~Ipc()
+{
+    instance = nullptr;
+    delete d;
+    MenuLink::forget();
+}
+
+int Ipc::sendIpcMsg(_NETWORK_MSG_T *msg)
+{
+    if (!msg)
+        return -1;
+    if (!d->link->isConnected())
+        return 0;
+    return d->link->send(*msg) ? 0 : -1;
+}
+
+bool Ipc::requestExit(bool isNetworkError)
+{
+    IpcThread *thread = IpcThread::getInstance();
+    const auto link = MenuLink::shared();
+    if (link->isConnected()) {
+        const bool sent = link->send(menu::makeMessage(menu::ExitRequest, 0, isNetworkError ? 1 : 0));
+        qDebug("Ipc,requestExit,isNetworkError=%d,sent=%d", isNetworkError, sent);
+        if (sent || link->isConnected())
+            return sent;
+    }
+    // Nobody to ask. Queued: the caller's own handling of its question comes to an end first.
+    qDebug("Ipc,requestExit,isNetworkError=%d,no menu system,granted", isNetworkError);
+    return QMetaObject::invokeMethod(
+        thread, [thread] { emit thread->signalExit(true, false); }, Qt::QueuedConnection);
+}
+
+} // namespace netcommon

@@ -1,0 +1,116 @@
+#include "netcommon/ipcthread.h"
+
+#include "menulink.h"
+#include "menurequests.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+
+#include <atomic>
+#include <cerrno>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace netcommon {
+
+struct IpcThread::Private {
+    std::shared_ptr<MenuLink> link = MenuLink::shared();
+    std::atomic<bool> isStarted{false};
+    std::atomic<bool> isEnding{false};
+    bool hasResponded = false; // GUI thread only
+    const int wake = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+
+    ~Private() { ::close(wake); }
+
+    void end()
+    {
+        isEnding = true;
+        const std::uint64_t one = 1;
+        [[maybe_unused]] const auto written = ::write(wake, &one, sizeof one);
+    }
+};
+
+namespace {
+
+IpcThread *instance = nullptr;
+
+} // namespace
+
+IpcThread *IpcThread::getInstance()
+{
+    if (!instance)
+        instance = new IpcThread;
+    return instance;
+}
+
+IpcThread::IpcThread()
+    : d(new Private)
+{
+    // The net under responseParent(2): main waits for this thread without a limit.
+    if (auto *application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this, [this] { d->end(); });
+}
+
+IpcThread::~IpcThread()
+{
+    d->end();
+    wait();
+    instance = nullptr;
+    delete d;
+}
+
+bool IpcThread::isStarted() const
+{
+    return d->isStarted;
+}
+
+void IpcThread::responseParent(int type)
+{
+    qDebug("IpcThread,responseParent,type=%d", type);
+    if (type != 2 || d->hasResponded)
+        return;
+    d->hasResponded = true; // every living screen answers; the menu system is told once
+    d->link->send(menu::makeMessage(menu::ExitResponse, 0, std::uint32_t(type)));
+    d->end();
+}
+
+// The IPC thread. What it emits reaches the screens queued; requests that look at widgets are queued to the GUI thread.
+void IpcThread::run()
+{
+    d->isStarted = true;
+    pollfd watched[2] = {{d->wake, POLLIN, 0}, {d->link->isConnected() ? d->link->descriptor() : -1, POLLIN, 0}};
+    while (!d->isEnding) {
+        if (::poll(watched, 2, -1) < 0) {
+            if (errno == EINTR)
+                continue;
+            qWarning("IpcThread,run,poll failed,errno=%d", errno);
+            return;
+        }
+        if (!watched[1].revents || d->isEnding)
+            continue;
+        menu::Packet packet;
+        switch (d->link->receive(packet)) {
+        case menu::Received::Nothing:
+            break;
+        case menu::Received::Closed:
+            // A radio goes on without its menu system, as one that was started without.
+            qDebug("IpcThread,run,menu system has gone");
+            watched[1].fd = -1;
+            break;
+        case menu::Received::Packet:
+            switch (packet.message.type) {
+            case menu::Exit:
+                emit signalExit(true, false);
+                break;
+            case menu::ScreenSaver:
+                emit signalScreenSaver(menu::field(packet.message, menu::valueOffset) != 0);
+                [[fallthrough]]; // answered when the screens have seen it
+            default:
+                MenuRequests::handleLater(packet, d->link);
+            }
+        }
+    }
+}
+
+} // namespace netcommon

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "netcommon/netcommon_global.h"
+
+#include <cstring>
+
+// What the radio's process and the device's menu system say to each other, and what the menu's own command line says
+// to the running menu. The socket keeps the borders of messages: one packet is one 68-byte record, and behind it a text
+// where the table says so. All numbers are in the machine's own byte order, for both ends run on one machine.
+//
+// | type | from -> to         | value                    | flag               | text             | answered |
+// |------|--------------------|--------------------------|--------------------|------------------|----------|
+// |  1   | radio -> menu      | 1: the network is lost   |                    |                  | by 2     |
+// |  2   | menu -> radio      |                          |                    |                  | by 3     |
+// |  2   | command -> menu    |                          |                    |                  | by 11    |
+// |  3   | radio -> menu      | as responseParent(int)   |                    |                  | no       |
+// |  4   | radio -> menu      | all zero: it has ended   |                    |                  | no       |
+// |  5   | command -> radio   | 1 begins, 0 ends         |                    |                  | by 11    |
+// |  6   | command -> radio   | 1 lost, 0 back           |                    |                  | by 11    |
+// |  7   | command -> radio   | Qt key code              | 1: a PC's keyboard |                  | by 11    |
+// |  8   | command -> radio   |                          |                    | what is typed    | by 11    |
+// |  9   | command -> radio   |                          |                    |                  | by 11    |
+// | 10   | command -> radio   |                          |                    | absolute path    | by 11    |
+// | 11   | answer             | 0 done, 1 failed         |                    | reply, or reason | no       |
+// | 12   | menu -> radio      |                          |                    |                  | by 11    |
+// | 13   | radio -> menu      | process id: first words  |                    |                  | no       |
+//
+// "command -> radio" passes through the menu, which puts a number of its own in the place of the command's.
+namespace netcommon::menu {
+
+enum MessageType : std::uint32_t {
+    ExitRequest = 1,
+    Exit = 2,
+    ExitResponse = 3,
+    Exited = 4,
+    ScreenSaver = 5,
+    Network = 6,
+    Key = 7,
+    Text = 8,
+    Status = 9,
+    Screenshot = 10,
+    Answer = 11,
+    Ping = 12,
+    Hello = 13
+};
+
+enum AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
+
+// The record's data: who asked (returned with the answer), value, flag.
+inline constexpr int idOffset = 0;
+inline constexpr int valueOffset = 4;
+inline constexpr int flagOffset = 8;
+
+// The radio finds its menu system's socket in this variable; without it there is no menu system.
+inline constexpr char socketVariable[] = "VELMORA_MENU_SOCKET";
+
+inline std::uint32_t field(const _NETWORK_MSG_T &message, int offset)
+{
+    std::uint32_t value = 0;
+    std::memcpy(&value, message.data + offset, sizeof value);
+    return value;
+}
+
+inline void setField(_NETWORK_MSG_T &message, int offset, std::uint32_t value)
+{
+    std::memcpy(message.data + offset, &value, sizeof value);
+}
+
+inline _NETWORK_MSG_T makeMessage(std::uint32_t type, std::uint32_t id = 0, std::uint32_t value = 0,
+                                  std::uint32_t flag = 0)
+{
+    _NETWORK_MSG_T message{};
+    message.type = type;
+    setField(message, idOffset, id);
+    setField(message, valueOffset, value);
+    setField(message, flagOffset, flag);
+    return message;
+}
+
+} // namespace netcommon::menu

@@ -1,0 +1,156 @@
+#include "netcommon/networknotify.h"
+
+#include "networkdecider.h"
+#include "networkinjection.h"
+#include "routetable.h"
+#include "serveraddress.h"
+
+#include <QDebug>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <cerrno>
+#include <linux/netlink.h>
+#include <linux/rtnetlink.h>
+#include <memory>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace netcommon {
+
+namespace {
+
+NetworkNotify *instance = nullptr;
+
+constexpr char configurationFile[] = "/etc/velmora/ws.conf";
+
+int listenToKernel()
+{
+    const int descriptor = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
+    sockaddr_nl address{};
+    address.nl_family = AF_NETLINK;
+    address.nl_groups =
+        RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE;
+    if (descriptor >= 0 && ::bind(descriptor, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0)
+        return descriptor;
+    qDebug("NetworkNotify,listen,failed,errno=%d", errno);
+    if (descriptor >= 0)
+        ::close(descriptor);
+    return -1;
+}
+
+bool isServerLocal()
+{
+    return isOnThisMachine(
+        serverAddress(qEnvironmentVariable("VELMORA_WS_SERVER"), QString::fromLatin1(configurationFile)));
+}
+
+bool readRoute(bool otherwise)
+{
+    bool isKnown = false;
+    const bool found = hasDefaultRoute(&isKnown);
+    return isKnown ? found : otherwise;
+}
+
+// Kernel and menu system in, events out.
+class Watch {
+public:
+    explicit Watch(NetworkNotify *owner)
+        : q(owner)
+        , m_descriptor(listenToKernel())
+        , m_hadRoute(readRoute(false))
+        , m_decider(isServerLocal(), m_hadRoute)
+    {
+        m_lossTimer.setSingleShot(true);
+        m_lossTimer.setInterval(NetworkDecider::lossDelayMs);
+        QObject::connect(&m_lossTimer, &QTimer::timeout, q, [this] { apply(m_decider.timePassed()); });
+        if (m_descriptor < 0)
+            return;
+        m_notifier = std::make_unique<QSocketNotifier>(m_descriptor, QSocketNotifier::Read);
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, q, [this] { kernelSpoke(); });
+    }
+
+    ~Watch()
+    {
+        m_notifier.reset();
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+
+    Watch(const Watch &) = delete;
+    Watch &operator=(const Watch &) = delete;
+
+    void injected(NETWORk_EVENT_T event) { apply(m_decider.injected(event)); }
+
+private:
+    // What the messages say is not looked at (and may be incomplete after an overrun): the table itself is read anew.
+    void kernelSpoke()
+    {
+        char ignored[8192];
+        ssize_t size = 0;
+        do
+            size = ::recv(m_descriptor, ignored, sizeof ignored, 0);
+        while (size > 0 || (size < 0 && (errno == ENOBUFS || errno == EINTR)));
+        m_hadRoute = readRoute(m_hadRoute);
+        apply(m_decider.routesRead(m_hadRoute));
+    }
+
+    void apply(const NetworkDecider::Action &action)
+    {
+        if (action.stopsTimer)
+            m_lossTimer.stop();
+        if (action.startsTimer)
+            m_lossTimer.start();
+        if (!action.event)
+            return;
+        qDebug("NetworkNotify,event,%d", *action.event);
+        emit q->signalSendNetowrkEvent(*action.event);
+    }
+
+    NetworkNotify *const q;
+    const int m_descriptor; // netlink socket, -1 when the kernel gives none
+    bool m_hadRoute;        // the last answer, kept while the kernel gives none
+    NetworkDecider m_decider;
+    QTimer m_lossTimer;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+Watch *watch = nullptr; // the instance's
+
+} // namespace
+
+struct NetworkNotify::Private {
+    explicit Private(NetworkNotify *owner)
+        : watch(owner)
+    {
+    }
+    Watch watch;
+};
+
+NetworkNotify *NetworkNotify::getInstance()
+{
+    if (!instance)
+        instance = new NetworkNotify;
+    return instance;
+}
+
+NetworkNotify::NetworkNotify()
+    : d(new Private(this))
+{
+    watch = &d->watch;
+}
+
+NetworkNotify::~NetworkNotify()
+{
+    instance = nullptr;
+    watch = nullptr;
+    delete d;
+}
+
+void injectNetworkEvent(NETWORk_EVENT_T event)
+{
+    if (watch)
+        watch->injected(event);
+}
+
+} // namespace netcommon

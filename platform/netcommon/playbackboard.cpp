@@ -1,0 +1,55 @@
+#include "playbackboard.h"
+
+#include <QMetaObject>
+
+namespace netcommon {
+
+PlaybackBoard &PlaybackBoard::instance()
+{
+    static PlaybackBoard board;
+    return board;
+}
+
+void PlaybackBoard::publish(quint64 generation, int state, const IMTK_PB_CTRL_BUFFER_STATUS_T &buffer)
+{
+    const std::lock_guard lock(m_mutex);
+    m_published = generation;
+    m_state = state;
+    m_buffer = buffer;
+}
+
+void PlaybackBoard::post(quint64 generation, std::function<void(Playback *)> report)
+{
+    postAlways([this, generation, report = std::move(report)](Playback *playback) {
+        if (m_generation.load() == generation)
+            report(playback);
+    });
+}
+
+void PlaybackBoard::postAlways(std::function<void(Playback *)> report)
+{
+    const std::lock_guard lock(m_receiverMutex); // the receiver cannot die while it is posted to
+    if (auto *const playback = m_receiver)
+        QMetaObject::invokeMethod(
+            playback, [playback, report = std::move(report)] { report(playback); }, Qt::QueuedConnection);
+}
+
+int PlaybackBoard::state() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_published == m_generation.load() ? m_state : PLAYBACK_STATE_STOPPED;
+}
+
+IMTK_PB_CTRL_BUFFER_STATUS_T PlaybackBoard::buffer() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_published == m_generation.load() ? m_buffer : IMTK_PB_CTRL_BUFFER_STATUS_T{};
+}
+
+void PlaybackBoard::setReceiver(Playback *receiver)
+{
+    const std::lock_guard lock(m_receiverMutex);
+    m_receiver = receiver;
+}
+
+} // namespace netcommon

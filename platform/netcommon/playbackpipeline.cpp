@@ -1,0 +1,339 @@
+#include "playbackpipeline.h"
+
+#include "playbackrendered.h"
+
+#include <QDebug>
+
+#include <cstring>
+#include <utility>
+
+namespace netcommon {
+
+namespace {
+
+// Holds more than the player screen's high water line, 7 s, of anything up to 9.6 Mbit/s; else it could never resume.
+constexpr guint QueueBytes = 8 * 1024 * 1024;
+constexpr guint64 SourceBytes = 512 * 1024;
+
+bool startsWith(const gchar *text, const char *prefix)
+{
+    return text && std::strncmp(text, prefix, std::strlen(prefix)) == 0;
+}
+
+bool isAudio(GstPad *pad)
+{
+    GstCapsOwner caps(gst_pad_get_current_caps(pad));
+    if (!caps)
+        caps.reset(gst_pad_query_caps(pad, nullptr));
+    return caps && gst_caps_get_size(caps.get()) > 0 &&
+           startsWith(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)), "audio/");
+}
+
+// GstAutoplugSelectResult has no public header.
+enum AutoplugSelect { AutoplugTry = 0, AutoplugSkip = 2 };
+
+// Playlists of other addresses (HLS, DASH, SDP) would be opened by GStreamer itself, whatever their scheme.
+int selectParser(GstElement *, GstPad *, GstCaps *, GstElementFactory *factory, gpointer)
+{
+    const gchar *const klass = gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS);
+    const bool opensAddresses = klass && (std::strstr(klass, "Adaptive") || std::strstr(klass, "Network"));
+    return opensAddresses ? AutoplugSkip : AutoplugTry;
+}
+
+} // namespace
+
+PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fetcher &fetcher)
+    : m_setup(setup)
+    , m_inbox(inbox)
+    , m_feed(std::make_shared<FetcherFeed>(setup.id, inbox, fetcher))
+    , m_pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))))
+{
+    gst_segment_init(&m_segment, GST_FORMAT_TIME);
+    GstElement *const source = add("appsrc", "source");
+    GstElement *const parse = add("parsebin", "parse");
+    m_queue = add("queue", "frames");
+    m_decode = add("decodebin", "decode");
+    m_convert = add("audioconvert", "convert");
+    GstElement *const resample = add("audioresample", "resample");
+    m_sink = addSink();
+    if (!m_missing.isEmpty())
+        return;
+
+    // No size: it would make parsers guess a length from it, which is wrong by minutes for variable bit rates.
+    g_object_set(source, "format", GST_FORMAT_BYTES, "stream-type", GST_APP_STREAM_TYPE_STREAM, "block", FALSE,
+                 "max-bytes", SourceBytes, "min-percent", 50u, nullptr);
+    g_object_set(m_queue, "max-size-bytes", QueueBytes, "max-size-buffers", 0u, "max-size-time", guint64(0), nullptr);
+    gst_element_link(source, parse);
+    gst_element_link(m_queue, m_decode);
+    gst_element_link_many(m_convert, resample, m_sink, nullptr);
+    m_feed->attach(GST_APP_SRC(source));
+
+    g_signal_connect(parse, "autoplug-select", G_CALLBACK(selectParser), nullptr);
+    using PadAdded = void (*)(GstElement *, GstPad *, gpointer);
+    g_signal_connect(parse, "pad-added", G_CALLBACK(PadAdded([](GstElement *, GstPad *pad, gpointer self) {
+                         static_cast<PlaybackPipeline *>(self)->linkParsed(pad);
+                     })),
+                     this);
+    g_signal_connect(m_decode, "pad-added", G_CALLBACK(PadAdded([](GstElement *, GstPad *pad, gpointer self) {
+                         static_cast<PlaybackPipeline *>(self)->linkDecoded(pad);
+                     })),
+                     this);
+
+    const GstOwner<GstPad> frames(gst_element_get_static_pad(m_queue, "sink"));
+    gst_pad_add_probe(
+        frames.get(),
+        static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
+                                     GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM),
+        [](GstPad *, GstPadProbeInfo *info, gpointer self) {
+            return static_cast<PlaybackPipeline *>(self)->parsedProbe(info);
+        },
+        this, nullptr);
+    const GstOwner<GstPad> decoded(gst_element_get_static_pad(resample, "src"));
+    gst_pad_add_probe(
+        decoded.get(), static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
+        [](GstPad *, GstPadProbeInfo *info, gpointer self) {
+            return static_cast<PlaybackPipeline *>(self)->renderProbe(info);
+        },
+        this, nullptr);
+    if (m_setup.startAtMs > 0) {
+        const GstOwner<GstPad> sinkPad(gst_element_get_static_pad(m_sink, "sink"));
+        gst_pad_set_offset(sinkPad.get(), -m_setup.startAtMs * GST_MSECOND);
+        m_position = m_setup.startAtMs;
+    }
+
+    // No main loop: messages go to the playback thread's inbox straight from the thread that posts them.
+    const GstOwner<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_sync_handler(
+        bus.get(),
+        [](GstBus *, GstMessage *message, gpointer self) {
+            static_cast<PlaybackPipeline *>(self)->busMessage(message);
+            gst_message_unref(message); // GST_BUS_DROP leaves our reference to us
+            return GST_BUS_DROP;
+        },
+        this, nullptr);
+}
+
+PlaybackPipeline::~PlaybackPipeline()
+{
+    m_feed->detach();
+    gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
+    const GstOwner<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
+}
+
+GstElement *PlaybackPipeline::add(const char *factory, const char *name)
+{
+    GstElement *const element = gst_element_factory_make(factory, name);
+    if (element)
+        gst_bin_add(GST_BIN(m_pipeline.get()), element);
+    else if (m_missing.isEmpty())
+        m_missing = factory;
+    return element;
+}
+
+GstElement *PlaybackPipeline::addSink()
+{
+    GError *error = nullptr;
+    GstElement *const sink = gst_parse_bin_from_description_full(m_setup.sink.constData(), TRUE, nullptr,
+                                                                 GST_PARSE_FLAG_FATAL_ERRORS, &error);
+    if (!sink) {
+        if (m_missing.isEmpty())
+            m_missing = m_setup.sink + " (" + (error ? error->message : "not understood") + ')';
+    } else {
+        gst_bin_add(GST_BIN(m_pipeline.get()), sink);
+    }
+    g_clear_error(&error);
+    return sink;
+}
+
+bool PlaybackPipeline::preroll()
+{
+    return gst_element_set_state(m_pipeline.get(), GST_STATE_PAUSED) != GST_STATE_CHANGE_FAILURE;
+}
+
+void PlaybackPipeline::setPlaying(bool playing)
+{
+    if (std::exchange(m_playing, playing) != playing)
+        gst_element_set_state(m_pipeline.get(), playing ? GST_STATE_PLAYING : GST_STATE_PAUSED);
+}
+
+qint64 PlaybackPipeline::positionMs()
+{
+    gint64 ns = 0;
+    if (gst_element_query_position(m_pipeline.get(), GST_FORMAT_TIME, &ns) && ns >= 0)
+        m_position = ns / GST_MSECOND;
+    return m_position;
+}
+
+qint64 PlaybackPipeline::lengthMs() const
+{
+    gint64 ns = -1;
+    if (!gst_element_query_duration(m_pipeline.get(), GST_FORMAT_TIME, &ns) || ns <= 0)
+        return -1;
+    return ns / GST_MSECOND;
+}
+
+bool PlaybackPipeline::playsIntoNothing() const
+{
+    GstIterator *const elements = gst_bin_iterate_recurse(GST_BIN(m_sink));
+    GValue found = G_VALUE_INIT;
+    const bool nothing = gst_iterator_find_custom(
+        elements,
+        [](gconstpointer value, gconstpointer) {
+            auto *const element = GST_ELEMENT(g_value_get_object(static_cast<const GValue *>(value)));
+            GstElementFactory *const factory = gst_element_get_factory(element);
+            return factory && g_strcmp0(GST_OBJECT_NAME(factory), "fakesink") == 0 ? 0 : 1;
+        },
+        &found, nullptr);
+    if (nothing)
+        g_value_unset(&found);
+    gst_iterator_free(elements);
+    return nothing;
+}
+
+// In front of the queue: what has been received, in time.
+GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
+{
+    if (info->type & GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM) {
+        // A serialized query would wait in the queue until everything before it is played; while we are paused that
+        // is for ever, and the download would stand still behind it.
+        return GST_QUERY_IS_SERIALIZED(GST_PAD_PROBE_INFO_QUERY(info)) ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+    }
+    if (info->type & GST_PAD_PROBE_TYPE_BUFFER) {
+        GstBuffer *const buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+        if (!GST_BUFFER_PTS_IS_VALID(buffer))
+            return GST_PAD_PROBE_OK; // headers
+        guint64 end = GST_BUFFER_PTS(buffer);
+        if (GST_BUFFER_DURATION_IS_VALID(buffer))
+            end += GST_BUFFER_DURATION(buffer);
+        if (m_segment.format == GST_FORMAT_TIME)
+            gst_segment_to_stream_time_full(&m_segment, GST_FORMAT_TIME, end, &end);
+        if (static_cast<qint64>(end) > m_endNs.load())
+            m_endNs = static_cast<qint64>(end);
+        return static_cast<qint64>(end) > m_setup.startAtMs * GST_MSECOND ? GST_PAD_PROBE_OK : GST_PAD_PROBE_DROP;
+    }
+    GstEvent *const event = GST_PAD_PROBE_INFO_EVENT(info);
+    if (GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT)
+        gst_event_copy_segment(event, &m_segment);
+    else if (GST_EVENT_TYPE(event) == GST_EVENT_EOS)
+        m_received = true;
+    return GST_PAD_PROBE_OK;
+}
+
+// In front of the sink, which returns from a buffer once it was heard (or taken by the device): so the previous buffer
+// is counted when the next one comes. One that is thrown away by a stop never is, nor what a decoder still sends to a
+// sink that has failed.
+GstPadProbeReturn PlaybackPipeline::renderProbe(GstPadProbeInfo *info)
+{
+    if (m_sinkFailed.load())
+        return GST_PAD_PROBE_OK;
+    if (info->type & GST_PAD_PROBE_TYPE_BUFFER) {
+        const GstBuffer *const buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+        addRenderedAudio(m_inSinkNs);
+        m_inSinkNs = GST_BUFFER_DURATION_IS_VALID(buffer) ? static_cast<qint64>(GST_BUFFER_DURATION(buffer)) : 0;
+        m_reachedSink = true;
+    } else if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_EOS) {
+        addRenderedAudio(std::exchange(m_inSinkNs, 0));
+    }
+    return GST_PAD_PROBE_OK;
+}
+
+void PlaybackPipeline::linkParsed(GstPad *pad)
+{
+    const GstOwner<GstPad> frames(gst_element_get_static_pad(m_queue, "sink"));
+    if (!gst_pad_is_linked(frames.get()) && isAudio(pad) && gst_pad_link(pad, frames.get()) == GST_PAD_LINK_OK) {
+        m_hasAudio = true;
+        return;
+    }
+    // Cover pictures and further streams must flow somewhere, or the parser stands still.
+    GstElement *const drain = gst_element_factory_make("fakesink", nullptr);
+    if (!drain)
+        return;
+    g_object_set(drain, "sync", FALSE, "async", FALSE, nullptr);
+    gst_bin_add(GST_BIN(m_pipeline.get()), drain);
+    gst_element_sync_state_with_parent(drain);
+    const GstOwner<GstPad> drainPad(gst_element_get_static_pad(drain, "sink"));
+    gst_pad_link(pad, drainPad.get());
+}
+
+void PlaybackPipeline::linkDecoded(GstPad *pad)
+{
+    const GstOwner<GstPad> target(gst_element_get_static_pad(m_convert, "sink"));
+    if (!gst_pad_is_linked(target.get()))
+        gst_pad_link(pad, target.get());
+}
+
+// Any thread.
+void PlaybackPipeline::busMessage(GstMessage *message)
+{
+    const auto tell = [this](PlaybackEvent::Kind kind, const char *text = "") {
+        m_inbox.push({kind, m_setup.id, 0, text});
+    };
+    switch (GST_MESSAGE_TYPE(message)) {
+    case GST_MESSAGE_ASYNC_DONE:
+        if (GST_MESSAGE_SRC(message) == GST_OBJECT(m_pipeline.get()))
+            tell(PlaybackEvent::Prerolled);
+        break;
+    case GST_MESSAGE_EOS:
+        tell(PlaybackEvent::Ended);
+        break;
+    case GST_MESSAGE_ERROR: {
+        GError *error = nullptr;
+        gst_message_parse_error(message, &error, nullptr);
+        const bool sink = gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_sink));
+        if (sink)
+            m_sinkFailed = true;
+        tell(sink ? PlaybackEvent::SinkFailed : PlaybackEvent::ContentFailed, error ? error->message : "");
+        g_clear_error(&error);
+        break;
+    }
+    case GST_MESSAGE_ELEMENT: {
+        const GstStructure *const s = gst_message_get_structure(message);
+        if (!s || !gst_structure_has_name(s, "missing-plugin"))
+            break;
+        const GValue *const detail = gst_structure_get_value(s, "detail");
+        const bool caps = detail && GST_VALUE_HOLDS_CAPS(detail) && gst_caps_get_size(gst_value_get_caps(detail)) > 0;
+        const gchar *const name =
+            caps ? gst_structure_get_name(gst_caps_get_structure(gst_value_get_caps(detail), 0)) : "";
+        // Only behind the parser is it certain that this is audio; in front of it a name is a guess from a few bytes.
+        const bool decoder = g_strcmp0(gst_structure_get_string(s, "type"), "decoder") == 0 &&
+                             gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_decode));
+        if (decoder && startsWith(name, "audio/"))
+            tell(PlaybackEvent::DecoderMissing, name);
+        else if (!m_hasAudio.load() && (startsWith(name, "text/") || startsWith(name, "application/")))
+            tell(PlaybackEvent::ContentFailed, name);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+bool initialiseGStreamer()
+{
+    gst_segtrap_set_enabled(FALSE); // signals are the application's
+    GError *error = nullptr;
+    if (!gst_init_check(nullptr, nullptr, &error)) {
+        qDebug("PlaybackThread,start,GStreamer: %s", error ? error->message : "failed");
+        g_clear_error(&error);
+        return false;
+    }
+    // libav's MP3 decoders rank first and bring 35 MB of libraries with them; mpg123 does it for nothing.
+    GstRegistry *const registry = gst_registry_get();
+    const auto feature = [registry](const char *name) {
+        return GstOwner<GstPluginFeature>(gst_registry_lookup_feature(registry, name));
+    };
+    const auto mpg123 = feature("mpg123audiodec");
+    if (mpg123 && gst_plugin_feature_get_rank(mpg123.get()) > GST_RANK_NONE)
+        for (const char *const name : {"avdec_mp3", "avdec_mp3float"})
+            if (const auto libav = feature(name))
+                gst_plugin_feature_set_rank(libav.get(), GST_RANK_NONE);
+    for (const char *const name :
+         {"appsrc", "parsebin", "queue", "decodebin", "audioconvert", "audioresample", "typefind", "mpegaudioparse",
+          "mpg123audiodec", "flacparse", "flacdec", "oggdemux", "vorbisdec", "opusdec", "wavparse"})
+        if (!feature(name))
+            qDebug("PlaybackThread,start,not installed: %s", name);
+    return true;
+}
+
+} // namespace netcommon

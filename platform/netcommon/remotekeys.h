@@ -1,0 +1,33 @@
+#pragma once
+
+#include "remotekeytable.h"
+
+#include <QObject>
+
+namespace netcommon {
+
+// Turns the keys of a PC's keyboard into the remote's, for the whole application. It is installed by the library
+// itself when the application object is made, and lives as long as that. GUI thread only.
+//
+// It works on windows, before a key is handed to a widget, so that each key is looked at once however many widgets it
+// then travels through; keys that are sent to a widget itself are left alone.
+class RemoteKeys : public QObject {
+    Q_OBJECT
+public:
+    // Presses and releases a key in the window that has the focus, as if it had come from the keyboard. `isTyped`: a
+    // key of a PC's keyboard, which is translated; otherwise the remote's own code. False when no screen takes keys.
+    static bool press(int key, bool isTyped);
+    // Types the text, one key a character.
+    static bool type(const QString &text);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    friend void installRemoteKeys();
+    explicit RemoteKeys(QObject *application);
+
+    keys::HeldKeys m_held;
+    bool m_hasBegun = false; // the first key has come
+};
+
+} // namespace netcommon

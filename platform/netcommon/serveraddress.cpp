@@ -1,0 +1,79 @@
+#include "serveraddress.h"
+
+#include <QFile>
+#include <QSysInfo>
+#include <QUrl>
+
+#include <arpa/inet.h>
+#include <ifaddrs.h>
+#include <net/if.h>
+
+namespace netcommon {
+
+namespace {
+
+// The text of an address in one spelling; empty for a name.
+QString canonical(const QString &host)
+{
+    unsigned char bytes[sizeof(in6_addr)];
+    char text[INET6_ADDRSTRLEN];
+    const QByteArray latin = host.toLatin1();
+    for (const int family : {AF_INET, AF_INET6})
+        if (::inet_pton(family, latin.constData(), bytes) == 1 && ::inet_ntop(family, bytes, text, sizeof text))
+            return QString::fromLatin1(text);
+    return {};
+}
+
+bool isOwnAddress(const QString &address)
+{
+    ifaddrs *list = nullptr;
+    if (::getifaddrs(&list) != 0)
+        return false;
+    bool isOwn = false;
+    for (const ifaddrs *entry = list; entry && !isOwn; entry = entry->ifa_next) {
+        if (!entry->ifa_addr)
+            continue;
+        char text[INET6_ADDRSTRLEN] = "";
+        if (entry->ifa_addr->sa_family == AF_INET)
+            ::inet_ntop(AF_INET, &reinterpret_cast<const sockaddr_in *>(entry->ifa_addr)->sin_addr, text, sizeof text);
+        else if (entry->ifa_addr->sa_family == AF_INET6)
+            ::inet_ntop(AF_INET6, &reinterpret_cast<const sockaddr_in6 *>(entry->ifa_addr)->sin6_addr, text,
+                        sizeof text);
+        isOwn = address == QLatin1String(text);
+    }
+    ::freeifaddrs(list);
+    return isOwn;
+}
+
+} // namespace
+
+QString serverAddress(const QString &fromEnvironment, const QString &configurationFile)
+{
+    if (!fromEnvironment.trimmed().isEmpty())
+        return fromEnvironment.trimmed();
+    QFile file(configurationFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    // As the library reads it: one "name = value" a line, the last one of a name counts.
+    QString address;
+    const auto lines = QString::fromUtf8(file.read(64 * 1024)).split(QLatin1Char('\n'));
+    for (const QString &line : lines)
+        if (line.section(QLatin1Char('='), 0, 0).trimmed() == QLatin1String("server"))
+            address = line.section(QLatin1Char('='), 1).trimmed();
+    return address;
+}
+
+bool isOnThisMachine(const QString &address)
+{
+    const QString host = QUrl(address).host().toLower();
+    if (host.isEmpty())
+        return false;
+    if (host == QLatin1String("localhost") || host.endsWith(QLatin1String(".localhost")))
+        return true;
+    const QString literal = canonical(host);
+    if (literal.isEmpty())
+        return host == QSysInfo::machineHostName().toLower();
+    return literal == QLatin1String("::1") || literal.startsWith(QLatin1String("127.")) || isOwnAddress(literal);
+}
+
+} // namespace netcommon

@@ -1,0 +1,81 @@
+#include "backdrop.h"
+
+#include "canvasgeometry.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+
+#if QT_CONFIG(xcb)
+#include <xcb/xcb.h>
+#endif
+
+namespace viewcomponent {
+
+namespace {
+
+// The server fills the window by itself, from its first appearance on.
+void paintByServer([[maybe_unused]] WId window)
+{
+#if QT_CONFIG(xcb)
+    if (auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        const quint32 black = xcb_setup_roots_iterator(xcb_get_setup(x11->connection())).data->black_pixel;
+        xcb_change_window_attributes(x11->connection(), xcb_window_t(window), XCB_CW_BACK_PIXEL, &black);
+    }
+#endif
+}
+
+} // namespace
+
+bool Backdrop::isNeeded()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+Backdrop::Backdrop(bool isWindowed)
+    : m_isWindowed(isWindowed)
+{
+    setObjectName(QStringLiteral("backdrop"));
+    setTitle(QStringLiteral("Velmora"));
+    if (isWindowed) {
+        setMinimumSize(canvasSize);
+        setMaximumSize(canvasSize);
+        const QRect free = screen()->availableGeometry();
+        setGeometry(QRect(free.center() - QRect(QPoint(), canvasSize).center(), canvasSize));
+    } else {
+        setFlags(Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+    }
+    create();
+    paintByServer(winId());
+}
+
+void Backdrop::cover(const QRect &screen)
+{
+    if (m_isWindowed) {
+        show();
+        return;
+    }
+    setGeometry(screen);
+    setWindowStates(Qt::WindowFullScreen);
+    show(); // showFullScreen() would ask for the focus
+}
+
+bool Backdrop::event(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::FocusIn:
+        emit focused();
+        break;
+    case QEvent::Close:
+        // The desktop's own way to end a program.
+        event->ignore();
+        QCoreApplication::quit();
+        return true;
+    default:
+        break;
+    }
+    return QWindow::event(event);
+}
+
+} // namespace viewcomponent

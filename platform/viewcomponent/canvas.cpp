@@ -1,0 +1,150 @@
+#include "canvas.h"
+
+#include "backdrop.h"
+#include "canvasgeometry.h"
+#include "windowstack.h"
+
+#include <QApplication>
+#include <QMoveEvent>
+#include <QPointer>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QWidget>
+
+namespace viewcomponent {
+
+using platform::WindowStack;
+
+namespace {
+
+// Read by whoever needs the screen's part that is ours: a QRect in logical pixels.
+constexpr char canvasProperty[] = "velmoraCanvas";
+
+// The platforms that draw nowhere have no order of windows, and complain of each attempt.
+bool hasOrder()
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
+
+} // namespace
+
+Canvas::Canvas(QObject *application)
+    : QObject(application)
+{
+    // Filters run in the reverse order of their installation: places are made before the stack is looked at.
+    connect(&WindowStack::instance(), &WindowStack::changed, this, &Canvas::settleLater);
+    application->installEventFilter(this);
+}
+
+Canvas::~Canvas() = default;
+
+bool Canvas::eventFilter(QObject *watched, QEvent *event)
+{
+    if ((event->type() != QEvent::Move && event->type() != QEvent::Show) || m_isPlacing || event->spontaneous() ||
+        !watched->isWidgetType())
+        return false;
+    auto *window = static_cast<QWidget *>(watched);
+    if (!WindowStack::isScreen(window))
+        return false;
+    begin();
+    const auto known = m_places.constFind(window);
+    if (event->type() == QEvent::Move) {
+        const QPoint to = static_cast<QMoveEvent *>(event)->pos();
+        // Qt reports a move of a hidden window when it shows next; that one may be ours, or none at all.
+        if (window->testAttribute(Qt::WA_Moved) && (known == m_places.constEnd() || known->onScreen != to))
+            place(window, to);
+        return false;
+    }
+    if (known != m_places.constEnd())
+        place(window, known->onCanvas);
+    else
+        place(window, window->testAttribute(Qt::WA_Moved) ? window->pos() : restingPlace(window->size()));
+    // A window manager keeps a window above the one that it belongs to.
+    if (m_backdrop && !window->parentWidget() && window->windowHandle())
+        window->windowHandle()->setTransientParent(m_backdrop.get());
+    return false;
+}
+
+void Canvas::begin()
+{
+    if (m_hasBegun)
+        return;
+    m_hasBegun = true;
+    const bool isWindowed = qEnvironmentVariableIntValue("VELMORA_WINDOWED") == 1;
+    if (Backdrop::isNeeded()) {
+        m_backdrop = std::make_unique<Backdrop>(isWindowed);
+        connect(m_backdrop.get(), &Backdrop::focused, this, &Canvas::settleLater);
+        if (isWindowed) {
+            connect(m_backdrop.get(), &QWindow::xChanged, this, &Canvas::spread);
+            connect(m_backdrop.get(), &QWindow::yChanged, this, &Canvas::spread);
+        }
+    }
+    connect(qApp, &QGuiApplication::primaryScreenChanged, this, &Canvas::spread);
+    if (QScreen *screen = QGuiApplication::primaryScreen())
+        connect(screen, &QScreen::geometryChanged, this, &Canvas::spread);
+    spread();
+}
+
+// The screen or the window around the canvas has changed.
+void Canvas::spread()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const QRect whole = screen ? screen->geometry() : QRect(QPoint(), canvasSize);
+    const bool isWindowed = m_backdrop && !(m_backdrop->flags() & Qt::FramelessWindowHint);
+    if (m_backdrop && (!isWindowed || !m_backdrop->isVisible()))
+        m_backdrop->cover(whole);
+    m_canvas = isWindowed ? m_backdrop->geometry() : canvasOn(whole);
+    qApp->setProperty(canvasProperty, m_canvas);
+    for (auto entry = m_places.cbegin(); entry != m_places.cend(); ++entry)
+        place(entry.key(), entry->onCanvas);
+}
+
+void Canvas::place(QWidget *window, const QPoint &onCanvas)
+{
+    const QPoint onScreen = m_canvas.topLeft() + onCanvas;
+    if (!m_places.contains(window))
+        connect(window, &QObject::destroyed, this, [this, window] { m_places.remove(window); });
+    m_places[window] = {onCanvas, onScreen};
+    // Also where it stands there already: a dialog that was never moved would move itself when it shows.
+    const QScopedValueRollback guard(m_isPlacing, true);
+    window->move(onScreen);
+}
+
+void Canvas::settleLater()
+{
+    if (m_isSettling)
+        return;
+    m_isSettling = true;
+    QMetaObject::invokeMethod(this, &Canvas::settle, Qt::QueuedConnection);
+}
+
+// Without a window manager nobody gives a new window the focus, nor the one below when it closes; and a window that is
+// shown again comes back at its old place in the order.
+void Canvas::settle()
+{
+    m_isSettling = false;
+    const auto windows = WindowStack::instance().bottomToTop();
+    if (hasOrder())
+        for (QWidget *window : windows)
+            window->raise();
+    if (!windows.isEmpty() && !windows.last()->testAttribute(Qt::WA_ShowWithoutActivating) &&
+        !QApplication::activePopupWidget())
+        windows.last()->activateWindow();
+}
+
+// Runs while the application object is being made. A program without widgets has no canvas.
+void installCanvas()
+{
+    auto *application = qobject_cast<QApplication *>(QCoreApplication::instance());
+    if (!application)
+        return;
+    static QPointer<Canvas> canvas;
+    canvas = new Canvas(application);
+    // The application's children outlive its connection to the display server; the backdrop must not.
+    qAddPostRoutine([] { delete canvas; });
+}
+
+Q_COREAPP_STARTUP_FUNCTION(installCanvas)
+
+} // namespace viewcomponent

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPoint>
+#include <QRect>
+
+#include <memory>
+
+class QWidget;
+
+namespace viewcomponent {
+
+class Backdrop;
+
+// Puts every window of the screens onto a canvas of 1280 x 720 that lies in the middle of the real screen. A screen
+// moves itself to a place on the canvas and is moved on to the place on the screen; on a screen of just that size both
+// are the same. Windows keep their order, and the uppermost has the focus, whether or not a window manager cares.
+// It is installed by the library itself when the application object is made, and lives as long as that. GUI thread only.
+class Canvas : public QObject {
+    Q_OBJECT
+public:
+    ~Canvas() override;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    friend void installCanvas();
+    explicit Canvas(QObject *application);
+
+    struct Place {
+        QPoint onCanvas;
+        QPoint onScreen; // where place() has put it last
+    };
+
+    void begin(); // when the first window shows: the screen is known then
+    void spread();
+    void place(QWidget *window, const QPoint &onCanvas);
+    void settleLater();
+    void settle();
+
+    bool m_hasBegun = false;
+    bool m_isPlacing = false; // moves are our own
+    bool m_isSettling = false; // settle() is on its way
+    QRect m_canvas;
+    QHash<QWidget *, Place> m_places; // of living windows
+    std::unique_ptr<Backdrop> m_backdrop; // null where the platform shows nothing else
+};
+
+} // namespace viewcomponent

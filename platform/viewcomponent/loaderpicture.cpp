@@ -1,0 +1,54 @@
+#include "loaderpicture.h"
+
+#include <QIcon>
+#include <QPainter>
+
+namespace viewcomponent {
+
+namespace {
+
+struct Bar {
+    int height;
+    QRgb colour;
+};
+
+// By the way that the light has gone since it stood on the bar; the last is the bar that it reaches next.
+constexpr Bar lit[] = {{21, 0xffffcb52}, {17, 0xffe8a83f}, {13, 0xffb87a45}, {10, 0xff8a5a58}};
+constexpr Bar ahead{11, 0xff6e4a78};
+constexpr Bar resting{7, 0xff4a2f60};
+
+Bar barAt(int distance)
+{
+    if (distance < int(std::size(lit)))
+        return lit[distance];
+    return distance == loaderFrames - 1 ? ahead : resting;
+}
+
+} // namespace
+
+QPixmap drawnLoader(int frame, qreal devicePixelRatio)
+{
+    QPixmap picture((QSizeF(loaderSize) * devicePixelRatio).toSize());
+    picture.setDevicePixelRatio(devicePixelRatio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    for (int index = 0; index < loaderFrames; ++index) {
+        const Bar bar = barAt((frame - index + loaderFrames) % loaderFrames);
+        painter.setBrush(QColor::fromRgb(bar.colour));
+        const QRectF place(4 + 18 * index, (loaderSize.height() - bar.height) / 2.0, 10, bar.height);
+        painter.drawRoundedRect(place, 3, 3);
+    }
+    return picture;
+}
+
+QPixmap loaderPicture(int frame, qreal devicePixelRatio)
+{
+    // An icon finds the picture of double size beside the plain one.
+    const QPixmap picture =
+        QIcon(QStringLiteral(":/images/Loading_%1.png").arg(frame)).pixmap(loaderSize, devicePixelRatio);
+    return picture.isNull() ? drawnLoader(frame, devicePixelRatio) : picture;
+}
+
+} // namespace viewcomponent

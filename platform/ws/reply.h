@@ -1,0 +1,25 @@
+#pragma once
+
+#include "arena.h"
+#include "commands.h"
+
+#include <string_view>
+
+namespace velmora::ws {
+
+// Limits of a reply; whatever passes them ends with VLM_WS_ERR_REPLY_TOO_LARGE.
+constexpr std::size_t maxReplyBytes = 4 * 1024 * 1024;
+constexpr int maxReplyDepth = 32;
+constexpr int maxReplyValues = 200'000; // a small reply text can still blow up to a large tree
+
+struct Reply {
+    VLM_WS_EXT_ERRCODE_T code = VLM_WS_ERR_MALFORMED_REPLY;
+    void *record = nullptr; // in the arena, whole or null; never with a code other than 0
+    SecretText token;       // of the session that a login has opened
+    int32_t expiresIn = 0;  // seconds, with `token`
+};
+
+// Reads the body of an answer. Never throws but std::bad_alloc; whatever does not have the agreed shape is malformed.
+Reply parseReply(const Command &command, long httpStatus, std::string_view body, Arena &memory);
+
+} // namespace velmora::ws

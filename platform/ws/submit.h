@@ -1,0 +1,14 @@
+#pragma once
+
+#include "velmora_ws.h"
+
+namespace velmora::ws {
+
+// Checks and copies the command's parameter structure and queues the request. `params` is null for commands without.
+VLM_WS_EXT_ERRCODE_T submit(VLM_WS_MSGID_T id, const void *params, VELMORA_WS_CALLBACK_T callback, VOID *tag,
+                            HANDLE_T *outHandle);
+
+// The records' texts are not const because they belong to their reader; nothing is written through the result.
+char *plain(const char *text);
+
+} // namespace velmora::ws

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "arena.h"
+#include "config.h"
+#include "pace.h"
+
+#include <curl/curl.h>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace velmora::ws {
+
+struct Answer {
+    enum class End { Complete, Broken, TooLarge };
+    End end = End::Broken;
+    long httpStatus = 0;
+    std::string body;
+};
+
+// One HTTP transfer at a time over a connection that is kept. One thread, but for wake().
+class Transport {
+public:
+    explicit Transport(const Config &config); // throws std::bad_alloc
+    ~Transport();
+    Transport(const Transport &) = delete;
+    Transport &operator=(const Transport &) = delete;
+
+    // Ends run() early. Any thread.
+    void wake();
+
+    // Sends POST /v1/<function>; an empty token sends none. False: could not even be begun.
+    bool start(const char *function, const SecretText &token, SecretText body);
+    bool isBusy() const { return m_isBusy; }
+
+    // Waits for network, wake() or `until`, and works on what has come. The answer when the transfer has ended.
+    std::optional<Answer> run(std::optional<Clock::time_point> until);
+
+    // Breaks off.
+    void stop();
+
+private:
+    static std::size_t takeBody(char *data, std::size_t size, std::size_t count, void *self);
+    static std::size_t takeHeader(char *data, std::size_t size, std::size_t count, void *self);
+    bool isOverdue(Clock::time_point now) const;
+
+    // CURL and CURLM are both void.
+    struct EasyCleanup {
+        void operator()(CURL *easy) const { curl_easy_cleanup(easy); }
+    };
+    struct MultiCleanup {
+        void operator()(CURLM *multi) const { curl_multi_cleanup(multi); }
+    };
+    struct ListCleanup {
+        void operator()(curl_slist *list) const { curl_slist_free_all(list); }
+    };
+
+    const Config m_config;
+    // The multi handle keeps the connection; the easy handle must go first.
+    std::unique_ptr<CURLM, MultiCleanup> m_multi;
+    std::unique_ptr<CURL, EasyCleanup> m_easy;
+    // Of the transfer under way:
+    std::unique_ptr<curl_slist, ListCleanup> m_headers;
+    SecretText m_sent;
+    Answer m_answer;
+    std::size_t m_headerBytes = 0;
+    Clock::time_point m_started;
+    Clock::time_point m_lastByte;
+    bool m_isBusy = false;
+};
+
+} // namespace velmora::ws

@@ -1,0 +1,325 @@
+#include "worker.h"
+
+#include "devicestate.h"
+#include "handles.h"
+#include "requestbody.h"
+
+#include <algorithm>
+#include <csignal>
+#include <new>
+#include <pthread.h>
+
+namespace velmora::ws {
+
+namespace {
+
+// The process's signals are for its other threads; broken pipes of TLS connections are reported as errors.
+void blockSignals()
+{
+    sigset_t signals;
+    sigfillset(&signals);
+    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS})
+        sigdelset(&signals, fault);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+Reply readAnswer(const Command &command, const Answer &answer, Arena &memory)
+{
+    Reply reply;
+    switch (answer.end) {
+    case Answer::End::Broken:
+        reply.code = VLM_WS_ERR_ERROR_CURL_FAILURE;
+        return reply;
+    case Answer::End::TooLarge:
+        reply.code = VLM_WS_ERR_REPLY_TOO_LARGE;
+        return reply;
+    case Answer::End::Complete:
+        break;
+    }
+    try {
+        return parseReply(command, answer.httpStatus, answer.body, memory);
+    } catch (const std::bad_alloc &) {
+        reply.code = VLM_WS_ERR_OUT_OF_MEMORY;
+        return reply;
+    }
+}
+
+bool isLogin(const Command &command)
+{
+    return command.id == VLM_WS_MSGID_PARTNER_LOGIN || command.id == VLM_WS_MSGID_USER_LOGIN;
+}
+
+} // namespace
+
+Worker::Worker(const Config &config)
+    : m_config(config)
+    , m_transport(config)
+{
+}
+
+void Worker::start()
+{
+    m_thread = std::thread([self = shared_from_this()] {
+        pthread_setname_np(pthread_self(), "velmora-ws");
+        blockSignals();
+        self->loop();
+    });
+}
+
+bool Worker::add(std::unique_ptr<Request> request, HANDLE_T *outHandle)
+{
+    std::lock_guard lock(m_mutex);
+    if (m_isEnding)
+        return false;
+    const HANDLE_T handle = request->handle();
+    m_incoming.push_back(request.get());
+    try {
+        Handles::instance().add(std::move(request));
+    } catch (...) {
+        m_incoming.pop_back();
+        throw;
+    }
+    if (outHandle)
+        *outHandle = handle;
+    m_transport.wake();
+    return true;
+}
+
+void Worker::end()
+{
+    m_isEnding = true;
+    m_transport.wake();
+    if (m_thread.get_id() == std::this_thread::get_id())
+        m_thread.detach();
+    else
+        m_thread.join();
+}
+
+void Worker::loop()
+{
+    while (!m_isEnding) {
+        accept();
+        if (!m_transport.isBusy() && sendNext())
+            continue;
+        const auto answer = m_transport.run(m_transport.isBusy() ? std::nullopt : m_nextDue);
+        if (answer && !m_isEnding)
+            finish(*answer);
+    }
+    m_transport.stop();
+    dropAll();
+}
+
+void Worker::accept()
+{
+    std::deque<Request *> incoming;
+    {
+        std::lock_guard lock(m_mutex);
+        incoming.swap(m_incoming);
+    }
+    for (Request *request : incoming) {
+        Job job{};
+        job.handle = request->handle();
+        job.request = request;
+        job.command = findCommand(request->record.vlm_ws_CmdID);
+        if (job.command->id == VLM_WS_MSGID_PARTNER_LOGIN)
+            job.loginDue = m_loginPace.schedule(Clock::now());
+        if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST)
+            job.station = static_cast<VLM_WS_TEXT_FLAG_PARAMS_T *>(request->record.params)->text;
+        m_waiting.push_back(std::move(job));
+    }
+}
+
+bool Worker::sendNext()
+{
+    const auto now = Clock::now();
+    m_nextDue.reset();
+    for (auto it = m_waiting.begin(); it != m_waiting.end(); ++it) {
+        const auto due = dueTime(*it, now);
+        if (!due)
+            continue;
+        if (*due <= now) {
+            Job job = std::move(*it);
+            m_waiting.erase(it);
+            send(std::move(job), now);
+            return true;
+        }
+        m_nextDue = m_nextDue ? std::min(*m_nextDue, *due) : *due;
+    }
+    return false;
+}
+
+std::optional<Clock::time_point> Worker::dueTime(Job &job, Clock::time_point now)
+{
+    if (isHeld(job, now))
+        return {};
+    if (job.command->id == VLM_WS_MSGID_PARTNER_LOGIN)
+        return job.loginDue;
+    if (mustRenew(job, now)) {
+        if (!job.loginDue)
+            job.loginDue = m_loginPace.schedule(now);
+        return job.loginDue;
+    }
+    if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST)
+        return m_playlistPace.earliest(job.station, now);
+    return now;
+}
+
+void Worker::send(Job job, Clock::time_point now)
+{
+    bool isStarted = false;
+    job.isRenewing = mustRenew(job, now);
+    job.tokenSent = tokenFor(job);
+    try {
+        if (job.isRenewing) {
+            VLM_WS_PARTNER_LOGIN_PARAMS_T params{};
+            params.includeExtras = 1;
+            const Command &login = *findCommand(VLM_WS_MSGID_PARTNER_LOGIN);
+            isStarted = m_transport.start(login.function, {}, requestBody(login, &params, deviceKey()));
+        } else {
+            static const SecretText none;
+            const bool isPartnerLogin = job.command->id == VLM_WS_MSGID_PARTNER_LOGIN;
+            const Session *open = session(job.tokenSent);
+            isStarted = m_transport.start(
+                job.command->function, open ? open->token : none,
+                requestBody(*job.command, job.request->record.params, isPartnerLogin ? deviceKey() : none));
+        }
+    } catch (const std::bad_alloc &) {
+        complete(job, VLM_WS_ERR_OUT_OF_MEMORY, nullptr);
+        return;
+    }
+    if (isStarted)
+        m_current = std::move(job);
+    else
+        complete(job, VLM_WS_ERR_ERROR_CURL_FAILURE, nullptr);
+}
+
+void Worker::finish(const Answer &answer)
+{
+    Job job = std::move(*m_current);
+    m_current.reset();
+    if (job.isRenewing) {
+        finishRenewal(std::move(job), answer);
+        return;
+    }
+    const auto now = Clock::now();
+    Reply reply = readAnswer(*job.command, answer, job.request->memory);
+    if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST)
+        m_playlistPace.replied(job.station, now);
+    if (!reply.token.empty()) {
+        Session &opened = job.command->reply == ReplyShape::PartnerLogin ? m_partner : m_user;
+        opened = {std::move(reply.token), now + std::chrono::seconds(reply.expiresIn)};
+    }
+    if (reply.code == VLM_WS_ERR_INVALID_AUTH_TOKEN) {
+        if (Session *refused = session(job.tokenSent))
+            refused->close();
+        if (job.command->renewsPartner && !job.hasRenewed) {
+            m_waiting.push_front(std::move(job));
+            return;
+        }
+    }
+    complete(job, reply.code, reply.record);
+}
+
+void Worker::finishRenewal(Job job, const Answer &answer)
+{
+    Arena scratch;
+    Reply reply = readAnswer(*findCommand(VLM_WS_MSGID_PARTNER_LOGIN), answer, scratch);
+    if (reply.code != VLM_WS_ERR_OK) {
+        complete(job, reply.code, nullptr);
+        return;
+    }
+    m_partner = {std::move(reply.token), Clock::now() + std::chrono::seconds(reply.expiresIn)};
+    job.isRenewing = false;
+    job.hasRenewed = true;
+    m_waiting.push_front(std::move(job));
+}
+
+void Worker::complete(const Job &job, VLM_WS_EXT_ERRCODE_T code, void *record)
+{
+    Request &request = *job.request;
+    if (m_isEnding) {
+        Handles::instance().drop(job.handle);
+        return;
+    }
+    request.record.reply = record;
+    const VELMORA_WS_CALLBACK_T callback = request.callback;
+    VOID *tag = request.tag;
+    Handles::instance().markCompleted(job.handle);
+    // From here on the record is the receiver's.
+    if (callback)
+        callback(job.handle, code, tag);
+    else
+        Handles::instance().release(job.handle);
+}
+
+void Worker::dropAll()
+{
+    std::lock_guard lock(m_mutex);
+    for (const Request *request : m_incoming)
+        Handles::instance().drop(request->handle());
+    m_incoming.clear();
+    for (const Job &job : m_waiting)
+        Handles::instance().drop(job.handle);
+    m_waiting.clear();
+    if (m_current)
+        Handles::instance().drop(m_current->handle);
+    m_current.reset();
+}
+
+Token Worker::tokenFor(const Job &job) const
+{
+    // Without a name the question is about the session's own user.
+    if (job.command->id == VLM_WS_MSGID_GET_USER_INFO && !m_user.token.empty() &&
+        !static_cast<VLM_WS_GET_USER_INFO_PARAMS_T *>(job.request->record.params)->userName)
+        return Token::User;
+    return job.command->token;
+}
+
+Worker::Session *Worker::session(Token token)
+{
+    switch (token) {
+    case Token::None:
+        return nullptr;
+    case Token::Partner:
+        return &m_partner;
+    case Token::User:
+        return &m_user;
+    }
+    return nullptr;
+}
+
+bool Worker::mustRenew(const Job &job, Clock::time_point now) const
+{
+    return job.command->renewsPartner && !job.hasRenewed && tokenFor(job) == Token::Partner && !m_partner.isOpen(now);
+}
+
+bool Worker::isHeld(const Job &job, Clock::time_point now) const
+{
+    const Token token = tokenFor(job);
+    if (token == Token::None)
+        return false;
+    const bool isUserLogin = job.command->id == VLM_WS_MSGID_USER_LOGIN;
+    for (const Job &other : m_waiting) {
+        if (other.handle == job.handle && isUserLogin)
+            return false; // logins keep their order
+        if (!isLogin(*other.command) || other.handle == job.handle)
+            continue;
+        const bool isPartnerLogin = other.command->id == VLM_WS_MSGID_PARTNER_LOGIN;
+        if (isUserLogin && isPartnerLogin)
+            return true;
+        if (token == Token::Partner && isPartnerLogin && !m_partner.isOpen(now))
+            return true;
+        if (token == Token::User && !m_user.isOpen(now))
+            return true;
+    }
+    return false;
+}
+
+const SecretText &Worker::deviceKey()
+{
+    if (m_deviceKey.empty())
+        m_deviceKey = deviceState(m_config.stateDir).key;
+    return m_deviceKey;
+}
+
+} // namespace velmora::ws

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "commands.h"
+#include "config.h"
+#include "pace.h"
+#include "reply.h"
+#include "request.h"
+#include "transport.h"
+
+#include <atomic>
+#include <deque>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace velmora::ws {
+
+// The library's one thread: sends the requests one at a time, in the order in which they were made, and runs the
+// callbacks. A request whose session is known to be closed waits for a login that was made after it.
+class Worker : public std::enable_shared_from_this<Worker> {
+public:
+    explicit Worker(const Config &config); // throws
+    void start();
+
+    // Any thread. False: ended already. `outHandle` (may be null) is written before the worker can see the request.
+    bool add(std::unique_ptr<Request> request, HANDLE_T *outHandle);
+
+    // Breaks off and ends the thread; no callback begins after the return. From a callback it returns at once, and the
+    // thread ends when the callback has returned. Once only.
+    void end();
+
+private:
+    struct Job {
+        HANDLE_T handle;
+        Request *request; // owned by Handles
+        const Command *command;
+        std::string station;                       // of getPlaylist
+        std::optional<Clock::time_point> loginDue; // when the partner login of it or before it may be sent
+        bool hasRenewed = false;                   // the partner session was renewed for this job
+        bool isRenewing = false;                   // its own partner login is under way
+        Token tokenSent = Token::None;
+    };
+    struct Session {
+        SecretText token;
+        Clock::time_point expires;
+        bool isOpen(Clock::time_point now) const { return !token.empty() && now < expires; }
+        void close() { forget(token); }
+    };
+
+    void loop();
+    void accept();
+    bool sendNext();                                                           // false: none can go before m_nextDue
+    std::optional<Clock::time_point> dueTime(Job &job, Clock::time_point now); // empty: held back by a waiting login
+    void send(Job job, Clock::time_point now);
+    void finish(const Answer &answer);
+    void finishRenewal(Job job, const Answer &answer);
+    void complete(const Job &job, VLM_WS_EXT_ERRCODE_T code, void *record);
+    void dropAll();
+
+    Token tokenFor(const Job &job) const;
+    Session *session(Token token);
+    bool mustRenew(const Job &job, Clock::time_point now) const;
+    bool isHeld(const Job &job, Clock::time_point now) const;
+    const SecretText &deviceKey();
+
+    const Config m_config;
+    Transport m_transport;
+    std::thread m_thread;
+
+    std::mutex m_mutex; // guards m_incoming
+    std::deque<Request *> m_incoming;
+    std::atomic<bool> m_isEnding = false;
+
+    // The worker thread's own:
+    std::list<Job> m_waiting;
+    std::optional<Clock::time_point> m_nextDue;
+    std::optional<Job> m_current;
+    Session m_partner;
+    Session m_user;
+    LoginPace m_loginPace;
+    PlaylistPace m_playlistPace;
+    SecretText m_deviceKey;
+};
+
+} // namespace velmora::ws

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+// May the listener rate, put to sleep, bookmark or ask about the playing entry now, and which words are due if not.
+namespace feedbackrules {
+
+enum class Action { ThumbUp, ThumbDown, Sleep, BookmarkSong, BookmarkArtist, Explain };
+
+struct Situation {
+    bool isActionAllowed = true; // the root widget's check
+    bool isPlayReady = true;
+    bool isEntryValid = true; // index inside the playlist
+    bool isPermitted = true;  // no request of this kind is under way for this track
+    bool isAd = false;
+    bool hasTrack = true;     // the entry has its map
+    bool isRatingAllowed = true;
+};
+
+enum class Verdict { Go, Ignore, NotForAds, NotForSharedStations };
+
+Verdict judge(Action action, const Situation &situation);
+
+// "A,B." and nothing for no traits.
+QString joinTraits(const QStringList &traits);
+
+} // namespace feedbackrules

@@ -1,0 +1,17 @@
+#pragma once
+
+// The thumbs of the history's rows, at most thirty, in the order in which the rows were added: row 0 of the list, the
+// newest, is the last of them.
+namespace trackhistory {
+
+inline constexpr int capacity = 30;
+enum Thumb { ThumbDown = -1, NoThumb = 0, ThumbUp = 1 };
+
+// Place of list row `row` of `count` rows; -1 outside.
+int indexOfRow(int row, int count);
+// Makes room for one more row in front of `count` rows. True: the oldest row falls out.
+bool makeRoom(int (&thumbs)[capacity], int count);
+int thumbOfRow(const int (&thumbs)[capacity], int row, int count);
+void setThumbOfRow(int (&thumbs)[capacity], int row, int count, Thumb thumb);
+
+} // namespace trackhistory

@@ -1,0 +1,361 @@
+// The player screen: focus ring, keys, and the dialogs that cover it.
+#include "app/screenfactory.h"
+#include "player/focusring.h"
+#include "player/menuactions.h"
+#include "player/velmoramaindlg.h"
+#include "ui_velmoramaindlg.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QFocusEvent>
+#include <QKeyEvent>
+
+namespace {
+
+// The colour keys of the remote.
+constexpr int keyGreen = 0x010000C0;
+constexpr int keyRed = 0x010000CB;
+constexpr int ringPositions[] = {focusring::StationList, focusring::History,   focusring::Menu,   focusring::Play,
+                                 focusring::Next,        focusring::ThumbDown, focusring::ThumbUp};
+
+} // namespace
+
+void VelmoraMainDlg::wireFocus()
+{
+    // A button keeps its Select release for itself: the idle timer is restarted here instead of by the key.
+    for (const int position : ringPositions)
+        if (QPushButton *button = buttonAt(position))
+            connect(button, &QPushButton::clicked, this, &VelmoraMainDlg::restartIdleTimer);
+    connect(ui->menuBtn, &QPushButton::clicked, this, &VelmoraMainDlg::menuSong);
+    connect(ui->playBtn, &QPushButton::clicked, this, &VelmoraMainDlg::pauseSong);
+    connect(ui->nextBtn, &QPushButton::clicked, this, &VelmoraMainDlg::nextSong);
+    connect(ui->thumbdownBtn, &QPushButton::clicked, this, &VelmoraMainDlg::thumbDownSong);
+    connect(ui->thumbupBtn, &QPushButton::clicked, this, &VelmoraMainDlg::thumbUpSong);
+    connect(this, &VelmoraMainDlg::signalMenuSong, this, &VelmoraMainDlg::menuSong);
+    ui->stationListWidget->installEventFilter(this);
+    ui->playListWidget->installEventFilter(this);
+    for (const int position : ringPositions)
+        if (QPushButton *button = buttonAt(position))
+            button->installEventFilter(this);
+}
+
+// ---- ring
+
+ImageListWidget *VelmoraMainDlg::listAt(int position) const
+{
+    if (position == focusring::StationList)
+        return ui->stationListWidget;
+    return position == focusring::History ? ui->playListWidget : nullptr;
+}
+
+QPushButton *VelmoraMainDlg::buttonAt(int position) const
+{
+    switch (position) {
+    case focusring::Menu:
+        return ui->menuBtn;
+    case focusring::Play:
+        return ui->playBtn;
+    case focusring::Next:
+        return ui->nextBtn;
+    case focusring::ThumbDown:
+        return ui->thumbdownBtn;
+    case focusring::ThumbUp:
+        return ui->thumbupBtn;
+    default:
+        return nullptr;
+    }
+}
+
+void VelmoraMainDlg::moveFocusOnFedbackBtn(bool isLeftToRight)
+{
+    moveFocusTo(focusring::neighbour(m_focusPosition, isLeftToRight));
+}
+
+void VelmoraMainDlg::moveFocusTo(int position)
+{
+    if (position == m_focusPosition)
+        return;
+    showUnfocused(m_focusPosition);
+    if (ImageListWidget *left = listAt(m_focusPosition))
+        left->clearBg(left->currentItem());
+    m_focusPosition = position;
+    showFocused(position);
+}
+
+// While the buffering animation shows, the keyboard stays with it, and nothing looks focused.
+void VelmoraMainDlg::showFocused(int position)
+{
+    if (isAnimationShown())
+        return;
+    if (ImageListWidget *list = listAt(position)) {
+        if (position == focusring::History)
+            ui->stationListWidget->clearFocus();
+        list->setFocus();
+    } else if (QPushButton *button = buttonAt(position)) {
+        button->setFocus(Qt::OtherFocusReason);
+        button->setStyleSheet(focusring::buttonStyle(position, true, m_isPaused));
+    }
+}
+
+void VelmoraMainDlg::showUnfocused(int position)
+{
+    if (ImageListWidget *list = listAt(position)) {
+        list->clearFocus();
+    } else if (QPushButton *button = buttonAt(position)) {
+        button->clearFocus();
+        button->setStyleSheet(focusring::buttonStyle(position, false, m_isPaused));
+    }
+}
+
+// The root widget gives the keyboard back to the control that has it now.
+void VelmoraMainDlg::showAnimation(const QString &text)
+{
+    if (ImageListWidget *list = listAt(m_focusPosition))
+        list->setFocusDisable(list->currentItem());
+    else if (QPushButton *button = buttonAt(m_focusPosition))
+        button->setStyleSheet(focusring::buttonStyle(m_focusPosition, false, m_isPaused));
+    controlAnimation(false, text);
+    if (!isAnimationShown() && m_isFocusable && !m_isErrorMsg)
+        showFocused(m_focusPosition);
+}
+
+void VelmoraMainDlg::loseFocus(bool fgMsgbox)
+{
+    qDebug("VelmoraMainDlg,loseFocus,position=%d.", m_focusPosition);
+    showUnfocused(m_focusPosition);
+    VelmoraParentWidget::loseFocus(fgMsgbox);
+}
+
+void VelmoraMainDlg::resetFocus(bool fgMsgbox)
+{
+    if (!m_isFocusable || m_isErrorMsg || m_isGoing) {
+        qDebug("VelmoraMainDlg,resetFocus.invalid,return.");
+        return;
+    }
+    showFocused(m_focusPosition);
+    VelmoraParentWidget::resetFocus(fgMsgbox);
+    if (m_playing_station_info_t.isGetPlaylistWait) {
+        m_playing_station_info_t.isGetPlaylistWait = false;
+        m_playing_song_info_t.playingSongIndex = -1;
+        getPlayListNormal();
+    }
+}
+
+void VelmoraMainDlg::resetFocus()
+{
+    if (m_boxDepth > 0) {
+        m_isFocusableAfterBox = true; // the box keeps the keys until it is answered
+        return;
+    }
+    m_isFocusable = !m_isGoing;
+    activateTopScreen();
+    resetFocus(false);
+}
+
+// A mouse takes the focus by itself: the ring follows.
+bool VelmoraMainDlg::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason)
+        for (const int position : ringPositions)
+            if (watched == listAt(position) || watched == buttonAt(position))
+                moveFocusTo(position);
+    return VelmoraParentWidget::eventFilter(watched, event);
+}
+
+void VelmoraMainDlg::showEvent(QShowEvent *event)
+{
+    VelmoraParentWidget::showEvent(event);
+    if (!m_wasShown) {
+        m_wasShown = true;
+        emit signalMovePlaybackWidget();
+    }
+    resetFocus(false);
+}
+
+// ---- message boxes
+
+// While a box is open the screen may not show focus, so that an answer of the service that arrives meanwhile gives no
+// keys back to the screen under the box.
+int VelmoraMainDlg::showMsgbox(int type, const QString &text)
+{
+    const QPointer<VelmoraMainDlg> self(this);
+    if (m_boxDepth++ == 0)
+        m_isFocusableAfterBox = m_isFocusable;
+    m_isFocusable = false;
+    const int result = VelmoraParentWidget::showMsgbox(type, text);
+    if (!self)
+        return 0;
+    if (--m_boxDepth > 0)
+        return result; // another box of this screen is still on its way out
+    m_isFocusable = m_isFocusableAfterBox && !m_isGoing && !isDialogOpen();
+    activateTopScreen();
+    resetFocus(false);
+    return result;
+}
+
+bool VelmoraMainDlg::isDialogOpen() const
+{
+    return m_childDlg && m_childDlg->isVisible();
+}
+
+// The keys go to what lies on top: an open dialog of this screen, this screen, or the one that hides it.
+void VelmoraMainDlg::activateTopScreen()
+{
+    if (m_isGoing || isMsgboxShown())
+        return;
+    if (isDialogOpen()) {
+        m_childDlg->activateWindow();
+    } else if (isVisible()) {
+        activateWindow();
+    } else {
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            if (widget != this && widget->isVisible() && qobject_cast<VelmoraParentWidget *>(widget))
+                widget->activateWindow();
+    }
+}
+
+// ---- keys
+
+void VelmoraMainDlg::keyPressEvent(QKeyEvent *event)
+{
+    qDebug("VelmoraMainDlg,keyPressEvent,key=%0x", static_cast<unsigned>(event->key()));
+    if (!fgActionInvalid()) {
+        qDebug("VelmoraMainDlg,keyPressEvent,action invalid");
+        return;
+    }
+    const QPointer<VelmoraMainDlg> self(this);
+    switch (event->key()) {
+    case Qt::Key_TopMenu:
+        qDebug("VelmoraMainDlg,keyPressEvent,top menu");
+        break;
+    case Qt::Key_MediaPlay:
+        emit signalPlayBtn();
+        break;
+    case Qt::Key_MediaNext:
+        emit signalNextBtn();
+        break;
+    case Qt::Key_MediaStop:
+        emit signalStopBtn();
+        break;
+    case Qt::Key_Pause:
+        emit signalPauseBtn();
+        break;
+    default:
+        break;
+    }
+    if (self)
+        QDialog::keyPressEvent(event);
+}
+
+void VelmoraMainDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    qDebug("VelmoraMainDlg,keyReleaseEvent,key=%0x", static_cast<unsigned>(event->key()));
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("VelmoraMainDlg,keyReleaseEvent,action invalid");
+        return;
+    }
+    const QPointer<VelmoraMainDlg> self(this);
+    switch (event->key()) {
+    case Qt::Key_Back:
+        qDebug("VelmoraMainDlg,keyReleaseEvent,dothing");
+        break;
+    case Qt::Key_Select:
+        if (m_focusPosition != focusring::StationList)
+            break;
+        if (!m_strCurrentStationToken.isEmpty()
+            && ui->stationListWidget->currentRow() == m_playing_station_info_t.selectedStationIndex)
+            qDebug("VelmoraMainDlg,keyReleaseEvent,it plays already");
+        else
+            emit signalStationListWidgetItemClicked();
+        break;
+    case Qt::Key_Left:
+        moveFocusOnFedbackBtn(false);
+        break;
+    case Qt::Key_Right:
+        moveFocusOnFedbackBtn(true);
+        break;
+    case keyGreen:
+        emit signalThumbUpSong();
+        break;
+    case keyRed:
+        emit signalThumbDownSong();
+        break;
+    default:
+        break;
+    }
+    if (self)
+        QDialog::keyReleaseEvent(event);
+}
+
+// ---- menu and about
+
+// `endSlot` (as by SLOT()) hears of the dialog's end.
+void VelmoraMainDlg::openDialog(VelmoraParentWidget *dialog, const char *endSlot, const QPoint &place)
+{
+    loseFocus(false);
+    m_isFocusable = false;
+    m_isFocusableAfterBox = false;
+    m_childDlg = dialog;
+    connect(dialog, SIGNAL(signalDestroyedWindow()), this, endSlot);
+    dialog->move(place);
+    dialog->show();
+}
+
+void VelmoraMainDlg::menuSong()
+{
+    if (!fgActionInvalid()) {
+        qDebug("VelmoraMainDlg,menuSong,action invalid");
+        return;
+    }
+    stopTimer();
+    VelmoraParentWidget *menu = ScreenFactory::instance()->trackMenu(this);
+    connect(menu, SIGNAL(itemCliecked(int)), this, SLOT(hanleMenuOp(int)));
+    openDialog(menu, SLOT(resetFocus()), QPoint(450, 215));
+}
+
+void VelmoraMainDlg::showAboutVelmora()
+{
+    openDialog(ScreenFactory::instance()->about(this), SLOT(resetFocus()), QPoint(240, 110));
+}
+
+void VelmoraMainDlg::hanleMenuOp(int index)
+{
+    using menuactions::Action;
+    qDebug("VelmoraMainDlg,hanleMenuOp,index=%d.", index);
+    runTimer();
+    switch (menuactions::ofIndex(index)) {
+    case Action::None:
+        break;
+    case Action::BookmarkArtist:
+        emit signalAddArtistBookmark();
+        break;
+    case Action::BookmarkSong:
+        emit signalAddSongBookmark();
+        break;
+    case Action::Sleep:
+        emit signalSleepSong();
+        break;
+    case Action::CreateStation:
+        emit signalCreateStation();
+        break;
+    case Action::DeleteStation:
+        emit signalDeleteStation();
+        break;
+    case Action::RenameStation:
+        emit signalRenameStation();
+        break;
+    case Action::SignOut:
+        signout();
+        break;
+    case Action::Exit:
+        emit signalExit(false, true);
+        break;
+    case Action::IdlePrompt:
+        NohandleTimeOut();
+        break;
+    case Action::Explain:
+        emit signalExplainTrack();
+        break;
+    }
+}

@@ -1,0 +1,225 @@
+#include "server/accounts/accounts.h"
+
+#include "server/store/store.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr size_t longestUserName = 254; // of an e-mail address
+
+// Addresses are told apart without regard to case; only ASCII letters fold, which is what mail servers do.
+std::string foldedName(std::string name)
+{
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return name;
+}
+
+// Waiting attempts hold a thread each; more than these are told to come again.
+constexpr int mostWaiting = 12;
+std::atomic<int> s_waiting{0};
+
+LoginThrottle::Time now()
+{
+    return std::chrono::steady_clock::now();
+}
+
+} // namespace
+
+Accounts::Accounts(Store &store, PasswordHasher &hasher, Clock clock)
+    : m_store(store)
+    , m_hasher(hasher)
+    , m_clock(std::move(clock))
+{
+}
+
+bool Accounts::isUserName(const std::string &text)
+{
+    const size_t at = text.find('@');
+    return text.size() <= longestUserName && at != std::string::npos && at > 0 && at + 1 < text.size()
+        && text.find('@', at + 1) == std::string::npos
+        && std::none_of(text.begin(), text.end(), [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+}
+
+bool Accounts::isPassword(const std::string &text)
+{
+    return text.size() >= shortestPassword && text.size() <= longestPassword;
+}
+
+CreateResult Accounts::create(const std::string &userName, const std::string &password, const Profile &profile,
+                              AccountId *id, const std::function<void(AccountId)> &furnish)
+{
+    if (!isUserName(userName))
+        return CreateResult::badUserName;
+    if (!isPassword(password))
+        return CreateResult::badPassword;
+    const std::string hash = m_hasher.hash(password);
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    try {
+        db->run("INSERT INTO accounts (user_name, folded_name, password_hash, created_at, birth_year, gender, zip_code, "
+                "country_code, email_opt_in) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
+                userName, foldedName(userName), hash, m_clock(), profile.birthYear, profile.gender, profile.zipCode,
+                profile.countryCode, profile.emailOptIn);
+    } catch (const StoreError &error) {
+        if (error.isConstraint())
+            return CreateResult::taken;
+        throw;
+    }
+    *id = db->lastRowId();
+    if (furnish)
+        furnish(*id);
+    change.commit();
+    return CreateResult::done;
+}
+
+LoginResult Accounts::login(const std::string &userName, const std::string &password, const std::string &address,
+                            Account *account)
+{
+    const std::string name = foldedName(userName.substr(0, longestUserName));
+    if (!waitTurn(name, address))
+        return LoginResult::tooMany;
+    std::string hash;
+    const std::optional<Account> found = findWhere("folded_name = ?1", name, &hash);
+    const bool isRight = password.size() <= longestPassword
+        && (found ? m_hasher.verify(hash, password) : m_hasher.verifyNothing(password));
+    if (!isRight) {
+        m_throttle.failed(name, address, now());
+        return LoginResult::wrong;
+    }
+    m_throttle.succeeded(name, address);
+    if (!found->isActive)
+        return LoginResult::inactive;
+    *account = *found;
+    return LoginResult::done;
+}
+
+bool Accounts::waitTurn(const std::string &account, const std::string &address)
+{
+    const std::optional<LoginThrottle::Milliseconds> wait = m_throttle.admit(account, address, now());
+    if (!wait)
+        return false;
+    if (wait->count() == 0)
+        return true;
+    const bool hasPlace = ++s_waiting <= mostWaiting;
+    if (hasPlace)
+        std::this_thread::sleep_for(*wait);
+    --s_waiting;
+    return hasPlace;
+}
+
+std::optional<Account> Accounts::findWhere(const std::string &condition, const std::string &value,
+                                           std::string *passwordHash)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT id, user_name, is_active, explicit_filter, explicit_pin_hash IS NOT NULL, "
+                                "password_hash FROM accounts WHERE "
+                                + condition);
+    row.with(value);
+    if (!row.step())
+        return std::nullopt;
+    if (passwordHash)
+        *passwordHash = row.text(5);
+    return Account{row.integer(0), row.text(1), row.integer(2) != 0, row.integer(3) != 0, row.integer(4) != 0};
+}
+
+std::optional<Account> Accounts::find(AccountId id)
+{
+    return findWhere("id = CAST(?1 AS INTEGER)", std::to_string(id), nullptr);
+}
+
+std::optional<Account> Accounts::find(const std::string &userName)
+{
+    return findWhere("folded_name = ?1", foldedName(userName), nullptr);
+}
+
+void Accounts::setActive(AccountId id, bool isActive)
+{
+    m_store.lock()->run("UPDATE accounts SET is_active = ?2 WHERE id = ?1", id, isActive);
+}
+
+CreateResult Accounts::changePassword(AccountId id, const std::string &newPassword, const std::string &keptSessionHash)
+{
+    if (!isPassword(newPassword))
+        return CreateResult::badPassword;
+    const std::string hash = m_hasher.hash(newPassword);
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("UPDATE accounts SET password_hash = ?2 WHERE id = ?1", id, hash);
+    db->run("DELETE FROM sessions WHERE account_id = ?1 AND token_hash <> ?2", id, keptSessionHash);
+    db->run("DELETE FROM resets WHERE account_id = ?1 AND purpose = ?2", id, passwordPurpose);
+    change.commit();
+    return CreateResult::done;
+}
+
+std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64_t seconds)
+{
+    const std::string token = randomToken();
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("DELETE FROM resets WHERE expires_at <= ?1 OR (account_id = ?2 AND purpose = ?3)", m_clock(), id, purpose);
+    db->run("INSERT INTO resets (token_hash, purpose, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)", tokenHash(token),
+            purpose, id, m_clock() + seconds);
+    change.commit();
+    return token;
+}
+
+std::optional<AccountId> Accounts::peekReset(const std::string &token, const std::string &purpose)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT account_id FROM resets WHERE token_hash = ?1 AND purpose = ?2 AND expires_at > ?3");
+    row.with(tokenHash(token), purpose, m_clock());
+    return row.step() ? std::optional<AccountId>(row.integer(0)) : std::nullopt;
+}
+
+std::optional<AccountId> Accounts::redeemReset(const std::string &token, const std::string &purpose)
+{
+    const Store::Lock db = m_store.lock();
+    const std::optional<AccountId> id = peekReset(token, purpose);
+    if (id)
+        db->run("DELETE FROM resets WHERE token_hash = ?1", tokenHash(token));
+    return id;
+}
+
+void Accounts::setExplicitFilter(AccountId id, bool isOn)
+{
+    m_store.lock()->run("UPDATE accounts SET explicit_filter = ?2 WHERE id = ?1", id, isOn);
+}
+
+LoginResult Accounts::checkExplicitPin(AccountId id, const std::string &pin, const std::string &address)
+{
+    std::string hash;
+    {
+        const Store::Lock db = m_store.lock();
+        Statement row = db->prepare("SELECT explicit_pin_hash FROM accounts WHERE id = ?1");
+        row.with(id);
+        if (!row.step() || row.isNull(0))
+            return LoginResult::done;
+        hash = row.text(0);
+    }
+    const std::string name = "pin " + std::to_string(id);
+    if (!waitTurn(name, address))
+        return LoginResult::tooMany;
+    if (!m_hasher.verify(hash, pin)) {
+        m_throttle.failed(name, address, now());
+        return LoginResult::wrong;
+    }
+    m_throttle.succeeded(name, address);
+    return LoginResult::done;
+}
+
+void Accounts::setExplicitPin(AccountId id, const std::string &pin)
+{
+    std::optional<std::string> hash;
+    if (!pin.empty())
+        hash = m_hasher.hash(pin);
+    m_store.lock()->run("UPDATE accounts SET explicit_pin_hash = ?2 WHERE id = ?1", id, hash);
+}
+
+} // namespace velmora::server

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "server/accounts/loginthrottle.h"
+#include "server/accounts/passwordhasher.h"
+#include "server/accounts/secrets.h"
+
+#include <optional>
+#include <string>
+
+namespace velmora::server {
+
+class Database;
+class Store;
+
+using AccountId = int64_t;
+
+struct Account {
+    AccountId id = 0;
+    std::string userName; // as it was typed when the account was made; an e-mail address
+    bool isActive = true;
+    bool isExplicitFilterOn = false;
+    bool hasExplicitPin = false;
+};
+
+// What a person may say of themselves; nothing of it is needed.
+struct Profile {
+    std::optional<int> birthYear;
+    std::string gender;
+    std::string zipCode;
+    std::string countryCode;
+    bool emailOptIn = false;
+};
+
+enum class CreateResult { done, badUserName, badPassword, taken };
+enum class LoginResult { done, wrong, inactive, tooMany };
+
+// The people of this service. All functions may be called from any thread; those that look at a password take the time
+// of one argon2id hash, and login() waits some seconds after many failures.
+class Accounts {
+public:
+    static constexpr size_t shortestPassword = 8; // characters, as bytes of UTF-8
+    static constexpr size_t longestPassword = 1024;
+
+    Accounts(Store &store, PasswordHasher &hasher, Clock clock);
+
+    // Makes an account; on `done` the id is set. What belongs to every account is added by `furnish`, in the same
+    // transaction.
+    CreateResult create(const std::string &userName, const std::string &password, const Profile &profile, AccountId *id,
+                        const std::function<void(AccountId)> &furnish = {});
+    // Checks a password, slowed as LoginThrottle says. An unknown account takes the time of a known one and is `wrong`.
+    LoginResult login(const std::string &userName, const std::string &password, const std::string &address, Account *account);
+
+    std::optional<Account> find(AccountId id);
+    std::optional<Account> find(const std::string &userName);
+    void setActive(AccountId id, bool isActive);
+
+    // Ends every session of the account but the one with this hash (empty: all). The old password has been checked.
+    CreateResult changePassword(AccountId id, const std::string &newPassword, const std::string &keptSessionHash = {});
+
+    // A token for a link that is sent by mail: single-use, valid for so many seconds; older ones of the same purpose end.
+    std::string issueReset(AccountId id, const std::string &purpose, int64_t seconds);
+    // Whose it is, without using it up: for showing the page.
+    std::optional<AccountId> peekReset(const std::string &token, const std::string &purpose);
+    // Uses it up.
+    std::optional<AccountId> redeemReset(const std::string &token, const std::string &purpose);
+
+    void setExplicitFilter(AccountId id, bool isOn);
+    // True also when no PIN is set. Slowed as login() is.
+    LoginResult checkExplicitPin(AccountId id, const std::string &pin, const std::string &address);
+    void setExplicitPin(AccountId id, const std::string &pin); // empty: none
+
+    static bool isUserName(const std::string &text);
+    static bool isPassword(const std::string &text);
+
+private:
+    std::optional<Account> findWhere(const std::string &condition, const std::string &value, std::string *passwordHash);
+    // Waits its turn; false when there are too many waiting.
+    bool waitTurn(const std::string &account, const std::string &address);
+
+    Store &m_store;
+    PasswordHasher &m_hasher;
+    Clock m_clock;
+    LoginThrottle m_throttle;
+};
+
+// Purposes of reset tokens.
+inline constexpr const char *passwordPurpose = "password";
+inline constexpr const char *pinPurpose = "pin";
+
+} // namespace velmora::server

@@ -1,0 +1,107 @@
+#include "server/accounts/activationcodes.h"
+
+#include "server/store/store.h"
+
+namespace velmora::server {
+
+ActivationCodes::ActivationCodes(Store &store, std::string hashKey, Clock clock)
+    : m_store(store)
+    , m_hashKey(std::move(hashKey))
+    , m_clock(std::move(clock))
+{
+}
+
+std::string ActivationCodes::issueForDevice(const std::string &digits, const std::string &keyHash)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    std::string code = issue(digits, keyHash, std::nullopt);
+    db->run("DELETE FROM activation_codes WHERE id IN (SELECT id FROM activation_codes WHERE digits = ?1 AND "
+            "key_hash = ?2 ORDER BY id DESC LIMIT -1 OFFSET ?3)",
+            digits, keyHash, mostOfOneDevice);
+    change.commit();
+    return code;
+}
+
+std::string ActivationCodes::issueForAccount(AccountId account)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("DELETE FROM activation_codes WHERE account_id = ?1", account);
+    std::string code = issue(std::nullopt, std::nullopt, account);
+    change.commit();
+    return code;
+}
+
+std::string ActivationCodes::issue(const std::optional<std::string> &digits, const std::optional<std::string> &keyHash,
+                                   std::optional<AccountId> account)
+{
+    const std::string_view letters = alphabet;
+    std::string code;
+    for (int i = 0; i < codeLength; ++i)
+        code += letters[randomBelow(static_cast<uint32_t>(letters.size()))];
+    const int64_t now = m_clock();
+    const Store::Lock db = m_store.lock();
+    db->run("DELETE FROM activation_codes WHERE expires_at <= ?1", now);
+    db->run("INSERT INTO activation_codes (code_hash, digits, key_hash, account_id, created_at, expires_at) "
+            "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
+            hashOf(code), digits, keyHash, account, now, now + codeSeconds);
+    return code;
+}
+
+std::optional<ActivationCodes::Subject> ActivationCodes::find(const std::string &code)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT digits, key_hash, account_id FROM activation_codes "
+                                "WHERE code_hash = ?1 AND expires_at > ?2");
+    row.with(hashOf(normalised(code)), m_clock());
+    if (!row.step())
+        return std::nullopt;
+    return Subject{row.text(0), row.text(1), row.integer(2)};
+}
+
+bool ActivationCodes::grant(const std::string &code, AccountId account)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    const std::optional<Subject> subject = find(code);
+    if (!subject || subject->digits.empty())
+        return false;
+    // The person has finished with this device: its other codes, still on a note perhaps, end with this one.
+    db->run("DELETE FROM activation_codes WHERE digits = ?1 AND key_hash = ?2", subject->digits, subject->keyHash);
+    db->run("DELETE FROM grants WHERE digits = ?1 AND key_hash = ?2", subject->digits, subject->keyHash);
+    db->run("INSERT INTO grants (digits, key_hash, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)", subject->digits,
+            subject->keyHash, account, m_clock() + grantSeconds);
+    change.commit();
+    return true;
+}
+
+std::optional<AccountId> ActivationCodes::redeemForAccount(const std::string &code)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    const std::optional<Subject> subject = find(code);
+    if (!subject || subject->accountId == 0)
+        return std::nullopt;
+    db->run("DELETE FROM activation_codes WHERE code_hash = ?1", hashOf(normalised(code)));
+    change.commit();
+    return subject->accountId;
+}
+
+std::string ActivationCodes::normalised(const std::string &typed)
+{
+    std::string code;
+    for (const char c : typed) {
+        if (c == ' ' || c == '-')
+            continue;
+        code += c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    }
+    return code;
+}
+
+std::string ActivationCodes::hashOf(const std::string &code) const
+{
+    return keyedHash(m_hashKey, "activation " + code);
+}
+
+} // namespace velmora::server

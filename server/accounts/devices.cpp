@@ -1,0 +1,139 @@
+#include "server/accounts/devices.h"
+
+#include "server/store/store.h"
+
+#include <algorithm>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr size_t digitCount = 12;
+
+} // namespace
+
+Devices::Devices(Store &store, Clock clock)
+    : m_store(store)
+    , m_clock(std::move(clock))
+{
+}
+
+bool Devices::isDigits(const std::string &text)
+{
+    return text.size() == digitCount
+        && std::all_of(text.begin(), text.end(),
+                       [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'); });
+}
+
+bool Devices::isDeviceId(const std::string &text)
+{
+    return text.size() == digitCount + 2 && isDigits(text.substr(0, digitCount)) && text[digitCount] == '-'
+        && text[digitCount + 1] >= '0' && text[digitCount + 1] <= '9';
+}
+
+bool Devices::associate(const std::string &deviceId, const std::string &keyHash, AccountId account)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    {
+        Statement row = db->prepare("SELECT key_hash, account_id FROM devices WHERE device_id = ?1");
+        row.with(deviceId);
+        if (row.step()) {
+            if (!equalSecrets(row.text(0), keyHash))
+                return false;
+            if (row.integer(1) == account)
+                return true;
+        }
+    }
+    end(*db, deviceId);
+    db->run("INSERT INTO devices (device_id, account_id, key_hash, associated_at) VALUES (?1, ?2, ?3, ?4)", deviceId,
+            account, keyHash, m_clock());
+    change.commit();
+    return true;
+}
+
+std::optional<Device> Devices::find(const std::string &deviceId, const std::string &keyHash)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT key_hash, account_id, associated_at FROM devices WHERE device_id = ?1");
+    row.with(deviceId);
+    if (!row.step() || !equalSecrets(row.text(0), keyHash))
+        return std::nullopt;
+    return Device{deviceId, row.integer(1), row.integer(2)};
+}
+
+bool Devices::disassociate(const std::string &deviceId, const std::string &keyHash)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    const std::optional<Device> device = find(deviceId, keyHash);
+    if (!device)
+        return false;
+    // Logins by name from this device that were never bound to a slot go with it.
+    db->run("DELETE FROM sessions WHERE account_id = ?1 AND key_hash = ?2 AND device_id IS NULL", device->accountId,
+            keyHash);
+    end(*db, deviceId);
+    change.commit();
+    return true;
+}
+
+std::vector<Device> Devices::ofAccount(AccountId account)
+{
+    std::vector<Device> devices;
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT device_id, associated_at FROM devices WHERE account_id = ?1 ORDER BY associated_at");
+    row.with(account);
+    while (row.step())
+        devices.push_back({row.text(0), account, row.integer(1)});
+    return devices;
+}
+
+bool Devices::revoke(AccountId account, const std::string &deviceId)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    std::string keyHash;
+    {
+        Statement row = db->prepare("SELECT key_hash FROM devices WHERE device_id = ?1 AND account_id = ?2");
+        row.with(deviceId, account);
+        if (!row.step())
+            return false;
+        keyHash = row.text(0);
+    }
+    db->run("DELETE FROM sessions WHERE account_id = ?1 AND key_hash = ?2 AND device_id IS NULL", account, keyHash);
+    db->run("DELETE FROM grants WHERE account_id = ?1 AND digits = ?2", account, deviceId.substr(0, digitCount));
+    end(*db, deviceId);
+    change.commit();
+    return true;
+}
+
+std::optional<Device> Devices::takeGrant(const std::string &deviceId, const std::string &keyHash)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("DELETE FROM grants WHERE expires_at <= ?1", m_clock());
+    AccountId account = 0;
+    {
+        Statement known = db->prepare("SELECT 1 FROM devices WHERE device_id = ?1");
+        known.with(deviceId);
+        if (known.step())
+            return std::nullopt;
+        Statement row = db->prepare("SELECT id, account_id FROM grants WHERE digits = ?1 AND key_hash = ?2 ORDER BY id DESC");
+        row.with(deviceId.substr(0, digitCount), keyHash);
+        if (!row.step())
+            return std::nullopt;
+        account = row.integer(1);
+        db->run("DELETE FROM grants WHERE id = ?1", row.integer(0));
+    }
+    associate(deviceId, keyHash, account);
+    change.commit();
+    return Device{deviceId, account, m_clock()};
+}
+
+void Devices::end(Database &db, const std::string &deviceId)
+{
+    db.run("DELETE FROM sessions WHERE device_id = ?1", deviceId);
+    db.run("DELETE FROM devices WHERE device_id = ?1", deviceId);
+}
+
+} // namespace velmora::server

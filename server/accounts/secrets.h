@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace velmora::server {
+
+// Unix seconds. The service's only clock, so that a test can turn it.
+using Clock = std::function<int64_t()>;
+Clock systemClock();
+
+// Prepares libsodium; called by whoever makes the service, before any thread. Throws std::runtime_error.
+void initialiseSecrets();
+
+// A random token of so many bytes, base64url without padding.
+std::string randomToken(int bytes = 32);
+// Uniform in [0, bound); bound > 0.
+uint32_t randomBelow(uint32_t bound);
+// SHA-256 as 64 hexadecimal digits: what is stored of a token that is itself 32 random bytes.
+std::string tokenHash(std::string_view token);
+// HMAC-SHA-256 as 64 hexadecimal digits: for signatures, and for codes short enough to be tried out.
+std::string keyedHash(std::string_view key, std::string_view message);
+// Compares in a time that does not depend on where they differ.
+bool equalSecrets(std::string_view a, std::string_view b);
+// Whether the text is base64url of exactly so many bytes.
+bool isToken(std::string_view text, int bytes);
+
+} // namespace velmora::server

@@ -1,0 +1,63 @@
+#include "server/accounts/sessions.h"
+
+#include "server/store/store.h"
+
+namespace velmora::server {
+
+Sessions::Sessions(Store &store, TokenLifetimes lifetimes, Clock clock)
+    : m_store(store)
+    , m_lifetimes(lifetimes)
+    , m_clock(std::move(clock))
+{
+}
+
+std::string Sessions::openPartner(const std::string &deviceKey)
+{
+    return open("partner", std::nullopt, tokenHash(deviceKey), std::nullopt, m_lifetimes.partnerSeconds);
+}
+
+std::string Sessions::openUser(AccountId account, const std::string &keyHash, const std::string &deviceId)
+{
+    return open("user", account, keyHash, deviceId.empty() ? std::nullopt : std::optional(deviceId),
+                m_lifetimes.userSeconds);
+}
+
+std::string Sessions::open(const char *kind, std::optional<AccountId> account, const std::string &keyHash,
+                           const std::optional<std::string> &deviceId, int64_t seconds)
+{
+    const std::string token = randomToken();
+    const int64_t now = m_clock();
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("DELETE FROM sessions WHERE expires_at <= ?1", now);
+    db->run("INSERT INTO sessions (token_hash, kind, account_id, key_hash, device_id, expires_at) "
+            "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
+            tokenHash(token), kind, account, keyHash, deviceId, now + seconds);
+    change.commit();
+    return token;
+}
+
+std::optional<Session> Sessions::find(const std::string &token)
+{
+    const std::string hash = tokenHash(token);
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT kind, account_id, key_hash, device_id FROM sessions "
+                                "WHERE token_hash = ?1 AND expires_at > ?2");
+    row.with(hash, m_clock());
+    if (!row.step())
+        return std::nullopt;
+    return Session{row.text(0) == "user" ? TokenKind::user : TokenKind::partner, hash, row.text(2), row.integer(1),
+                   row.text(3)};
+}
+
+void Sessions::close(const std::string &token)
+{
+    m_store.lock()->run("DELETE FROM sessions WHERE token_hash = ?1", tokenHash(token));
+}
+
+void Sessions::bindToDevice(const Session &session, const std::string &deviceId)
+{
+    m_store.lock()->run("UPDATE sessions SET device_id = ?2 WHERE token_hash = ?1", session.tokenHash, deviceId);
+}
+
+} // namespace velmora::server

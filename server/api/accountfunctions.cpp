@@ -1,0 +1,286 @@
+// The functions of the interface that concern accounts, sessions and devices.
+
+#include "server/api/routes.h"
+#include "server/catalogue/textfolding.h"
+
+#include <algorithm>
+
+namespace velmora::server::functions {
+
+namespace {
+
+constexpr int keyBytes = 32;
+
+LoginThrottle::Time now()
+{
+    return std::chrono::steady_clock::now();
+}
+
+[[noreturn]] void tooMany(int retryAfter)
+{
+    throw ApiError(Code::tooMany, "too many requests", json{{"retryAfter", retryAfter}});
+}
+
+void limit(RateLimit &limit, const std::string &key)
+{
+    if (const std::optional<int> seconds = limit.refuse(key, now()))
+        tooMany(*seconds);
+}
+
+[[noreturn]] void noSuchDevice()
+{
+    throw ApiError(Code::noSuchDevice, "no such device, or not with this device key");
+}
+
+// What must be an identity. One that is not written like an identity is no device either.
+std::string deviceIdOf(const Call &call)
+{
+    std::string id = call.parameters.text("deviceId");
+    if (!Devices::isDeviceId(id))
+        noSuchDevice();
+    return id;
+}
+
+Account checkedLogin(Call &call, const std::string &userName, const std::string &password)
+{
+    Account account;
+    switch (call.service.accounts.login(userName, password, call.address, &account)) {
+    case LoginResult::done:
+        return account;
+    case LoginResult::wrong:
+        throw ApiError(Code::badLogin, "wrong user name or password");
+    case LoginResult::inactive:
+        throw ApiError(Code::inactive, "the account is no longer active");
+    case LoginResult::tooMany:
+        break;
+    }
+    tooMany(5);
+}
+
+json openUserSession(Call &call, const Account &account, const std::string &deviceId)
+{
+    const std::string token = call.service.sessions.openUser(account.id, call.session.keyHash, deviceId);
+    return {{"userToken", token},
+            {"userName", account.userName},
+            {"userId", std::to_string(account.id)},
+            {"expiresIn", call.service.sessions.lifetimes().userSeconds}};
+}
+
+json deviceLogin(Call &call)
+{
+    const std::string id = deviceIdOf(call);
+    std::optional<Device> device = call.service.devices.find(id, call.session.keyHash);
+    if (!device)
+        device = call.service.devices.takeGrant(id, call.session.keyHash);
+    if (!device)
+        noSuchDevice();
+    const std::optional<Account> account = call.service.accounts.find(device->accountId);
+    if (!account || !account->isActive)
+        throw ApiError(Code::inactive, "the account is no longer active");
+    return openUserSession(call, *account, id);
+}
+
+json codeAnswer(const Call &call, const std::string &code)
+{
+    return {{"activationCode", code},
+            {"activationUrl", call.service.addresses.base() + "/activate"},
+            {"expiresIn", ActivationCodes::codeSeconds}};
+}
+
+Mailer &mailerOf(Call &call)
+{
+    if (!call.service.mailer)
+        throw ApiError(Code::internal, "no mail is set up");
+    return *call.service.mailer;
+}
+
+constexpr int64_t resetSeconds = 3600;
+
+std::string shortText(const Call &call, const char *name, size_t characters)
+{
+    return std::string(firstCharacters(call.parameters.optionalText(name).value_or(""), characters));
+}
+
+bool isPin(const std::string &text)
+{
+    return text.size() >= 4 && text.size() <= 8
+        && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// Throws unless the PIN is right or none is set.
+void checkPin(Call &call, const std::string &pin)
+{
+    switch (call.service.accounts.checkExplicitPin(call.account(), pin, call.address)) {
+    case LoginResult::done:
+        return;
+    case LoginResult::tooMany:
+        tooMany(5);
+    default:
+        throw ApiError(Code::notAuthorised, "not the PIN");
+    }
+}
+
+} // namespace
+
+json partnerLogin(Call &call)
+{
+    const std::string key = call.parameters.text("deviceKey");
+    if (!isToken(key, keyBytes))
+        throw ApiError(Code::malformed, "not a device key");
+    return {{"partnerToken", call.service.sessions.openPartner(key)},
+            {"expiresIn", call.service.sessions.lifetimes().partnerSeconds}};
+}
+
+json userLogin(Call &call)
+{
+    const std::string type = call.parameters.text("loginType");
+    if (type == "deviceId")
+        return deviceLogin(call);
+    if (type != "user")
+        throw ApiError(Code::malformed, "no such login type");
+    const std::string userName = call.parameters.text("userName");
+    return openUserSession(call, checkedLogin(call, userName, call.parameters.text("password")), {});
+}
+
+json associateDevice(Call &call)
+{
+    const std::string id = deviceIdOf(call);
+    if (!call.service.devices.associate(id, call.session.keyHash, call.account()))
+        noSuchDevice();
+    call.service.sessions.bindToDevice(call.session, id);
+    return json::object();
+}
+
+json disassociateDevice(Call &call)
+{
+    if (!call.service.devices.disassociate(deviceIdOf(call), call.session.keyHash))
+        noSuchDevice();
+    return json::object();
+}
+
+json getDeviceInfo(Call &call)
+{
+    const std::optional<Device> device = call.service.devices.find(deviceIdOf(call), call.session.keyHash);
+    if (!device)
+        noSuchDevice();
+    const std::optional<Account> account = call.service.accounts.find(device->accountId);
+    return {{"deviceId", device->deviceId},
+            {"userName", account ? account->userName : std::string()},
+            {"associatedAt", isoTime(device->associatedAt)}};
+}
+
+json generateDeviceActivationCode(Call &call)
+{
+    const std::string digits = call.parameters.text("deviceId");
+    if (!Devices::isDigits(digits))
+        throw ApiError(Code::malformed, "not the twelve digits of a device");
+    limit(call.limits.codesOfDevice, call.session.keyHash);
+    limit(call.limits.codesOfAddress, call.address);
+    return codeAnswer(call, call.service.activationCodes.issueForDevice(digits, call.session.keyHash));
+}
+
+json generateUserActivationCode(Call &call)
+{
+    limit(call.limits.codesOfAddress, call.address);
+    return codeAnswer(call, call.service.activationCodes.issueForAccount(call.account()));
+}
+
+json createUser(Call &call)
+{
+    const std::string userName = call.parameters.text("userName");
+    const std::string password = call.parameters.text("password");
+    std::string deviceId = call.parameters.optionalText("deviceId").value_or("");
+    if (!deviceId.empty() && !Devices::isDeviceId(deviceId))
+        noSuchDevice();
+    Profile profile;
+    if (const std::optional<int64_t> year = call.parameters.optionalInteger("birthYear"); year && *year > 1800 && *year < 3000)
+        profile.birthYear = static_cast<int>(*year);
+    profile.gender = shortText(call, "gender", 32);
+    profile.zipCode = shortText(call, "zipCode", 32);
+    profile.countryCode = shortText(call, "countryCode", 8);
+    profile.emailOptIn = call.parameters.optionalFlag("emailOptIn").value_or(false);
+    limit(call.limits.accountsOfAddress, call.address);
+
+    AccountId id = 0;
+    switch (call.service.createAccount(userName, password, profile, &id)) {
+    case CreateResult::done:
+        break;
+    case CreateResult::badPassword:
+        throw ApiError(Code::badPassword, "not a password");
+    default: // a name that is taken says no more than one that is none
+        throw ApiError(Code::badUserName, "not a user name");
+    }
+    // The account stands even when the identity is another device's; the radio then associates another slot.
+    if (!deviceId.empty() && !call.service.devices.associate(deviceId, call.session.keyHash, id))
+        deviceId.clear();
+    return openUserSession(call, *call.service.accounts.find(id), deviceId);
+}
+
+json emailPassword(Call &call)
+{
+    const std::string userName = call.parameters.text("userName");
+    if (!Accounts::isUserName(userName))
+        throw ApiError(Code::badUserName, "not a user name");
+    limit(call.limits.mailsOfAddress, call.address);
+    Mailer &mailer = mailerOf(call);
+    // The answer does not tell whether there is such an account.
+    const std::optional<Account> account = call.service.accounts.find(userName);
+    if (account && account->isActive && !call.limits.mailsToAccount.refuse(std::to_string(account->id), now()))
+        mailer.sendPasswordReset(account->userName,
+                                 call.service.accounts.issueReset(account->id, passwordPurpose, resetSeconds));
+    return json::object();
+}
+
+json getUserInfo(Call &call)
+{
+    Account account;
+    if (call.session.kind == TokenKind::partner) {
+        const std::string userName = call.parameters.text("userName");
+        account = checkedLogin(call, userName, call.parameters.text("password"));
+    } else {
+        account = *call.service.accounts.find(call.account());
+    }
+    return {{"userName", account.userName},
+            {"userId", std::to_string(account.id)},
+            {"stationCount", call.service.stations.count(account.id)},
+            {"isActive", account.isActive}};
+}
+
+json getExplicitContentFilter(Call &call)
+{
+    return {{"isEnabled", call.service.accounts.find(call.account())->isExplicitFilterOn}};
+}
+
+json isExplicitContentFilterPINProtected(Call &call)
+{
+    return {{"isProtected", call.service.accounts.find(call.account())->hasExplicitPin}};
+}
+
+json setExplicitContentFilter(Call &call)
+{
+    const bool isEnabled = call.parameters.flag("isEnabled");
+    checkPin(call, call.parameters.optionalText("pin").value_or(""));
+    call.service.accounts.setExplicitFilter(call.account(), isEnabled);
+    return {{"isEnabled", isEnabled}};
+}
+
+json setExplicitPIN(Call &call)
+{
+    const std::string newPin = call.parameters.text("newPin");
+    if (!isPin(newPin))
+        throw ApiError(Code::badPassword, "not a PIN: four to eight digits");
+    checkPin(call, call.parameters.optionalText("oldPin").value_or(""));
+    call.service.accounts.setExplicitPin(call.account(), newPin);
+    return json::object();
+}
+
+json emailExplicitPINRescue(Call &call)
+{
+    Mailer &mailer = mailerOf(call);
+    limit(call.limits.mailsToAccount, std::to_string(call.account()));
+    const std::optional<Account> account = call.service.accounts.find(call.account());
+    mailer.sendPinRescue(account->userName, call.service.accounts.issueReset(account->id, pinPurpose, resetSeconds));
+    return json::object();
+}
+
+} // namespace velmora::server::functions

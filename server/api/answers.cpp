@@ -1,0 +1,111 @@
+#include "server/api/answers.h"
+
+#include "server/api/mediafiles.h"
+
+namespace velmora::server {
+
+using nlohmann::json;
+
+std::string pictureAddress(const Call &call, const std::string &publicId)
+{
+    return call.service.addresses.address(MediaKind::picture, publicId + pictureExtension, call.account());
+}
+
+json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable)
+{
+    if (!isPlayable)
+        return nullptr;
+    return call.service.addresses.address(MediaKind::audio, publicId + audioExtension(mediaType), call.account());
+}
+
+json stationAnswer(Call &call, const Station &station)
+{
+    const std::optional<std::string> picture = call.service.stations.pictureId(station);
+    return {{"stationToken", station.token},
+            {"stationId", std::to_string(station.id)},
+            {"stationName", station.name},
+            {"isTapestry", station.isTapestry},
+            {"isShared", station.isShared},
+            {"allowRename", station.allowRename},
+            {"allowDelete", station.allowDelete},
+            {"allowAddMusic", station.allowAddMusic},
+            {"artUrl", picture ? pictureAddress(call, *picture) : std::string()},
+            {"dateCreated", isoTime(station.createdAt)}};
+}
+
+json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued)
+{
+    const Track &track = issued.track;
+    MusicTokens &tokens = call.service.musicTokens;
+    return {{"trackToken", issued.token},
+            {"songName", track.song},
+            {"artistName", track.artist},
+            {"albumName", track.album},
+            {"albumYear", track.year},
+            {"durationSeconds", track.durationSeconds},
+            {"style", track.style},
+            {"mood", track.mood},
+            {"tempo", track.tempo},
+            {"artistToken", tokens.tokenFor(call.account(), MusicKind::artist, track.artistId)},
+            {"albumToken", tokens.tokenFor(call.account(), MusicKind::album, track.albumId)},
+            {"songToken", tokens.tokenFor(call.account(), MusicKind::track, track.id)},
+            {"stationToken", station.token},
+            {"albumArtUrl", track.pictureFile.empty() ? std::string() : pictureAddress(call, track.publicId)},
+            {"audioUrl", audioAddress(call, track.publicId, track.audioType, track.isPlayable)},
+            {"audioType", track.audioType},
+            {"bitrate", track.bitrate},
+            {"allowFeedback", station.allowFeedback},
+            {"songRating", call.service.feedback.isThumbedUp(station.id, track.id) ? 1 : 0},
+            {"expiresIn", MediaAddresses::lifeSeconds}};
+}
+
+Station requiredStation(Call &call)
+{
+    const std::optional<Station> station = call.service.stations.find(call.account(), call.parameters.text("stationToken"));
+    if (!station)
+        throw ApiError(Code::noSuchStation, "no such station");
+    return *station;
+}
+
+IssuedTrack requiredTrack(Call &call)
+{
+    std::optional<IssuedTrack> track = call.service.playlists.findTrack(call.account(), call.parameters.text("trackToken"));
+    if (!track)
+        throw ApiError(Code::noSuchMusic, "no such track");
+    return *std::move(track);
+}
+
+IssuedAd requiredAd(Call &call)
+{
+    std::optional<IssuedAd> ad = call.service.playlists.findAd(call.account(), call.parameters.text("adToken"));
+    if (!ad)
+        throw ApiError(Code::noSuchMusic, "no such ad");
+    return *std::move(ad);
+}
+
+Music requiredMusic(Call &call, const std::string &token)
+{
+    const std::optional<Music> music = call.service.musicTokens.find(call.account(), token);
+    if (!music)
+        throw ApiError(Code::noSuchMusic, "no such music");
+    return *music;
+}
+
+void throwUnlessDone(StationResult result)
+{
+    switch (result) {
+    case StationResult::done:
+        return;
+    case StationResult::tooMany:
+        throw ApiError(Code::tooManyStations, "the account has 100 stations");
+    case StationResult::noSuchStation:
+        throw ApiError(Code::noSuchStation, "no such station");
+    case StationResult::noSuchMusic:
+        throw ApiError(Code::noSuchMusic, "no such music");
+    case StationResult::notAllowed:
+        break;
+    }
+    throw ApiError(Code::notAuthorised, "this station does not allow it");
+}
+
+} // namespace velmora::server

@@ -1,0 +1,125 @@
+#include "server/api/dispatcher.h"
+
+#include <cstdio>
+
+namespace velmora::server {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char *currentVersion = "v1";
+
+bool accepts(Access access, TokenKind kind)
+{
+    switch (access) {
+    case Access::nobody:
+        return true;
+    case Access::partner:
+        return kind == TokenKind::partner;
+    case Access::user:
+        return kind == TokenKind::user;
+    case Access::partnerOrUser:
+        return kind != TokenKind::none;
+    }
+    return false;
+}
+
+json failure(Code code, const std::string &message, const json &data)
+{
+    json body = {{"code", static_cast<int>(code)}, {"message", message}};
+    if (!data.is_null())
+        body["data"] = data;
+    return body;
+}
+
+} // namespace
+
+Dispatcher::Dispatcher(StationService &service)
+    : m_service(service)
+{
+}
+
+void Dispatcher::failOnPurpose(const std::string &function, int code, int times)
+{
+    const std::lock_guard guard(m_mutex);
+    m_failures[function] = {code, times};
+}
+
+Answer Dispatcher::refusal(int httpStatus, Code code, const std::string &message)
+{
+    return {httpStatus, code, failure(code, message, nullptr), "unknown"};
+}
+
+Answer Dispatcher::answer(const std::string &version, const std::string &function, const std::string &body,
+                          const std::string &authorization, const std::string &address)
+{
+    if (version != currentVersion) {
+        Answer refused = refusal(404, Code::versionRefused, "this service speaks v1");
+        refused.body["data"] = {{"supported", json::array({currentVersion})}};
+        return refused;
+    }
+    const Route *route = findRoute(function);
+    if (!route)
+        return refusal(404, Code::noSuchFunction, "no such function");
+    Answer answer;
+    answer.function = route->name;
+    try {
+        answer.httpStatus = 400; // until the body is known to be a JSON object
+        const Parameters parameters = Parameters::parse(body);
+        answer.httpStatus = 200;
+        answer.body = {{"code", 0}, {"data", call(*route, parameters, authorization, address)}};
+    } catch (const ApiError &error) {
+        answer.code = error.code();
+        answer.body = failure(error.code(), error.what(), error.data());
+    } catch (const std::exception &error) {
+        // The text comes from the database or the system, never from the request.
+        std::fprintf(stderr, "velmora-server: %s: %s\n", route->name, error.what());
+        answer.code = Code::internal;
+        answer.body = failure(Code::internal, "internal error", nullptr);
+    }
+    return answer;
+}
+
+json Dispatcher::call(const Route &route, const Parameters &parameters, const std::string &authorization,
+                      const std::string &address)
+{
+    throwFailureOnPurpose(route.name);
+    const Session session = checkedSession(route, authorization);
+    if (route.writes && m_service.isUnderMaintenance)
+        throw ApiError(Code::maintenance, "maintenance");
+    Call call{m_service, m_limits, parameters, session, address};
+    return route.handler(call);
+}
+
+Session Dispatcher::checkedSession(const Route &route, const std::string &authorization)
+{
+    if (route.access == Access::nobody)
+        return {};
+    constexpr std::string_view scheme = "Bearer ";
+    std::optional<Session> session;
+    if (authorization.starts_with(scheme))
+        session = m_service.sessions.find(authorization.substr(scheme.size()));
+    if (!session || !accepts(route.access, session->kind))
+        throw ApiError(Code::badToken, "the token is unknown or has expired");
+    if (session->kind == TokenKind::user) {
+        const std::optional<Account> account = m_service.accounts.find(session->accountId);
+        if (!account || !account->isActive)
+            throw ApiError(Code::inactive, "the account is no longer active");
+    }
+    return *session;
+}
+
+void Dispatcher::throwFailureOnPurpose(const std::string &function)
+{
+    const std::lock_guard guard(m_mutex);
+    const auto found = m_failures.find(function);
+    if (found == m_failures.end())
+        return;
+    const int code = found->second.code;
+    if (found->second.left > 0 && --found->second.left == 0)
+        m_failures.erase(found);
+    throw ApiError(static_cast<Code>(code), "failing on purpose");
+}
+
+} // namespace velmora::server

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velmora::server {
+
+// One request's parameters. What must be there throws ApiError (malformed) when it is missing or of another type; what
+// may be there counts as missing when it is of another type.
+class Parameters {
+public:
+    static constexpr size_t mostBytes = 64 * 1024;
+    static constexpr int mostLevels = 16;
+
+    // Throws ApiError when the text is not one JSON object within these limits.
+    static Parameters parse(std::string_view text);
+
+    std::string text(const char *name) const;
+    bool flag(const char *name) const;
+    std::optional<std::string> optionalText(const char *name) const;
+    std::optional<bool> optionalFlag(const char *name) const;
+    std::optional<int64_t> optionalInteger(const char *name) const;
+
+private:
+    const nlohmann::json *find(const char *name) const;
+
+    nlohmann::json m_object;
+};
+
+} // namespace velmora::server

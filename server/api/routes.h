@@ -1,0 +1,93 @@
+#pragma once
+
+#include "server/accounts/loginthrottle.h"
+#include "server/api/apierror.h"
+#include "server/api/parameters.h"
+#include "server/api/stationservice.h"
+
+#include <span>
+
+namespace velmora::server {
+
+// Limits that the functions share; one object a server.
+struct CallLimits {
+    RateLimit codesOfDevice{20, std::chrono::minutes(10)};
+    RateLimit codesOfAddress{60, std::chrono::minutes(10)};
+    RateLimit accountsOfAddress{20, std::chrono::hours(1)};
+    RateLimit mailsToAccount{3, std::chrono::hours(1)};
+    RateLimit mailsOfAddress{10, std::chrono::hours(1)};
+};
+
+// One call of one function, its token already checked.
+struct Call {
+    StationService &service;
+    CallLimits &limits;
+    const Parameters &parameters;
+    Session session;     // kind none for partnerLogin
+    std::string address; // where the caller is
+
+    AccountId account() const { return session.accountId; } // calls with a user token
+};
+
+enum class Access { nobody, partner, user, partnerOrUser };
+
+// A function of the interface: which token it takes, whether maintenance stops it, and what it does. The handler gives
+// the data of the answer or throws ApiError.
+struct Route {
+    const char *name;
+    Access access;
+    bool writes;
+    nlohmann::json (*handler)(Call &call);
+};
+
+std::span<const Route> routes();
+const Route *findRoute(std::string_view name);
+
+namespace functions {
+
+using nlohmann::json;
+
+// Accounts and devices
+json partnerLogin(Call &call);
+json userLogin(Call &call);
+json associateDevice(Call &call);
+json disassociateDevice(Call &call);
+json getDeviceInfo(Call &call);
+json generateDeviceActivationCode(Call &call);
+json generateUserActivationCode(Call &call);
+json createUser(Call &call);
+json emailPassword(Call &call);
+json getUserInfo(Call &call);
+json getExplicitContentFilter(Call &call);
+json isExplicitContentFilterPINProtected(Call &call);
+json setExplicitContentFilter(Call &call);
+json setExplicitPIN(Call &call);
+json emailExplicitPINRescue(Call &call);
+// Stations
+json getStationList(Call &call);
+json getStationListChecksum(Call &call);
+json getStation(Call &call);
+json getGenreStations(Call &call);
+json search(Call &call);
+json createStation(Call &call);
+json deleteStation(Call &call);
+json renameStation(Call &call);
+json addMusic(Call &call);
+json transformSharedStation(Call &call);
+// Playlists and what the listener says of them
+json getPlaylist(Call &call);
+json getAdMetadata(Call &call);
+json registerAd(Call &call);
+json addFeedback(Call &call);
+json sleepSong(Call &call);
+json addSongBookmark(Call &call);
+json addArtistBookmark(Call &call);
+json explainTrack(Call &call);
+json trackEvent(Call &call);
+
+} // namespace functions
+
+// "2024-03-09T18:20:00Z"
+std::string isoTime(int64_t unixSeconds);
+
+} // namespace velmora::server

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "server/accounts/activationcodes.h"
+#include "server/accounts/devices.h"
+#include "server/accounts/sessions.h"
+#include "server/api/mediaaddresses.h"
+#include "server/catalogue/catalogue.h"
+#include "server/catalogue/search.h"
+#include "server/stations/feedback.h"
+#include "server/store/store.h"
+
+namespace velmora::server {
+
+// Sends the service's mails. Implemented by whoever knows how; both return at once and tell nobody whether it worked.
+class Mailer {
+public:
+    virtual ~Mailer() = default;
+    // The token goes into a link of the mail; it is the only way to have it.
+    virtual void sendPasswordReset(const std::string &address, const std::string &token) = 0;
+    virtual void sendPinRescue(const std::string &address, const std::string &token) = 0;
+};
+
+struct ServiceSettings {
+    std::filesystem::path dataDirectory; // made, owner-only, when it does not exist
+    TokenLifetimes lifetimes;
+    PasswordCost passwordCost;
+    Clock clock = systemClock();
+    Random random = randomBelow;
+};
+
+// Everything the service knows and can do, without a network: the one object that the functions, the media, the pages and
+// the demo catalogue work on. Its parts may be used from any thread.
+class StationService {
+    // First of all members: the others need the directory and the library that keeps secrets.
+    struct Ground {
+        explicit Ground(const ServiceSettings &settings);
+        std::filesystem::path directory;
+    } m_ground;
+
+public:
+    // Throws StoreError or std::runtime_error, with a text for the person who started the program.
+    explicit StationService(const ServiceSettings &settings);
+
+    const std::filesystem::path &dataDirectory() const { return m_ground.directory; }
+
+    Store store;
+    PasswordHasher hasher;
+    Accounts accounts;
+    Sessions sessions;
+    Devices devices;
+    ActivationCodes activationCodes;
+    Catalogue catalogue;
+    Search search;
+    MusicTokens musicTokens;
+    Stations stations;
+    Playlists playlists;
+    Feedback feedback;
+    MediaAddresses addresses;
+
+    // Not owned; set before the server answers. Without one, functions that send mail fail.
+    Mailer *mailer = nullptr;
+    // When set, everything that writes answers 5096. Set before the server answers.
+    bool isUnderMaintenance = false;
+
+    // Makes an account and its Tapestry station.
+    CreateResult createAccount(const std::string &userName, const std::string &password, const Profile &profile,
+                               AccountId *id);
+
+private:
+    // A random key that is made once and kept in the store.
+    std::string keptKey(const std::string &name);
+};
+
+} // namespace velmora::server

@@ -1,0 +1,309 @@
+#include "server/catalogue/catalogue.h"
+
+#include "server/accounts/secrets.h"
+#include "server/catalogue/searchtext.h"
+#include "server/store/store.h"
+
+#include <map>
+#include <set>
+
+namespace velmora::server {
+
+namespace {
+
+// Finds or makes the artists and albums of a batch of tracks, remembering what it has seen.
+class Owners {
+public:
+    explicit Owners(Database &db)
+        : m_db(db)
+    {
+    }
+
+    int64_t artist(const std::string &name)
+    {
+        const auto known = m_artists.find(name);
+        if (known != m_artists.end())
+            return known->second;
+        int64_t id = 0;
+        Statement row = m_db.prepare("SELECT id FROM artists WHERE folded = ?1 AND name = ?2");
+        row.with(foldedText(name), name);
+        if (row.step()) {
+            id = row.integer(0);
+        } else {
+            m_db.run("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3)", randomToken(9), name,
+                     foldedText(name));
+            id = m_db.lastRowId();
+            m_db.run("INSERT INTO artist_search (rowid, name) VALUES (?1, ?2)", id, indexedText(name));
+        }
+        return m_artists[name] = id;
+    }
+
+    int64_t album(int64_t artist, const std::string &title, int year)
+    {
+        const auto key = std::make_pair(artist, title);
+        const auto known = m_albums.find(key);
+        if (known != m_albums.end())
+            return known->second;
+        int64_t id = 0;
+        Statement row = m_db.prepare("SELECT id FROM albums WHERE artist_id = ?1 AND title = ?2");
+        row.with(artist, title);
+        if (row.step()) {
+            id = row.integer(0);
+        } else {
+            m_db.run("INSERT INTO albums (public_id, artist_id, title, year) VALUES (?1, ?2, ?3, ?4)", randomToken(9), artist,
+                     title, year);
+            id = m_db.lastRowId();
+        }
+        return m_albums[key] = id;
+    }
+
+private:
+    Database &m_db;
+    std::map<std::string, int64_t> m_artists;
+    std::map<std::pair<int64_t, std::string>, int64_t> m_albums;
+};
+
+constexpr const char *trackColumns
+    = "SELECT t.id, t.public_id, t.artist_id, t.album_id, t.song, a.name, b.title, t.style, t.mood, t.tempo, t.year, "
+      "t.duration, t.audio_path, t.audio_type, t.bitrate, t.picture_path, t.is_explicit, t.is_playable FROM tracks t JOIN "
+      "artists a ON a.id = t.artist_id JOIN albums b ON b.id = t.album_id WHERE ";
+
+Track readTrack(const Statement &row)
+{
+    Track track;
+    track.id = row.integer(0);
+    track.publicId = row.text(1);
+    track.artistId = row.integer(2);
+    track.albumId = row.integer(3);
+    track.song = row.text(4);
+    track.artist = row.text(5);
+    track.album = row.text(6);
+    track.style = row.text(7);
+    track.mood = row.text(8);
+    track.tempo = static_cast<int>(row.integer(9));
+    track.year = static_cast<int>(row.integer(10));
+    track.durationSeconds = static_cast<int>(row.integer(11));
+    track.audioFile = row.text(12);
+    track.audioType = row.text(13);
+    track.bitrate = static_cast<int>(row.integer(14));
+    track.pictureFile = row.text(15);
+    track.isExplicit = row.integer(16) != 0;
+    track.isPlayable = row.integer(17) != 0;
+    return track;
+}
+
+} // namespace
+
+Catalogue::Catalogue(Store &store)
+    : m_store(store)
+{
+}
+
+void Catalogue::put(const std::vector<Track> &tracks)
+{
+    {
+        const Store::Lock db = m_store.lock();
+        Transaction change(*db);
+        Owners owners(*db);
+        Statement insert = db->prepare(
+            "INSERT INTO tracks (public_id, artist_id, album_id, song, folded, style, mood, tempo, year, duration, "
+            "audio_path, audio_type, bitrate, picture_path, is_explicit, is_playable) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, "
+            "?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16) ON CONFLICT (public_id) DO UPDATE SET artist_id = ?2, album_id = ?3, "
+            "song = ?4, folded = ?5, style = ?6, mood = ?7, tempo = ?8, year = ?9, duration = ?10, audio_path = ?11, "
+            "audio_type = ?12, bitrate = ?13, picture_path = ?14, is_explicit = ?15, is_playable = ?16 RETURNING id");
+        Statement unindex = db->prepare("DELETE FROM track_search WHERE rowid = ?1");
+        Statement index = db->prepare("INSERT INTO track_search (rowid, song, artist) VALUES (?1, ?2, ?3)");
+        for (const Track &track : tracks) {
+            const int64_t artist = owners.artist(track.artist);
+            const int64_t album = owners.album(artist, track.album, track.year);
+            insert.with(track.publicId, artist, album, track.song, foldedText(track.song), track.style, track.mood,
+                        track.tempo, track.year, track.durationSeconds, track.audioFile.string(), track.audioType,
+                        track.bitrate, track.pictureFile.string(), track.isExplicit, track.isPlayable);
+            insert.step();
+            const int64_t id = insert.integer(0);
+            insert.reset();
+            unindex.with(id).step();
+            unindex.reset();
+            index.with(id, indexedText(track.song), indexedText(track.artist)).step();
+            index.reset();
+        }
+        change.commit();
+    }
+    m_becamePlayable.notify_all();
+}
+
+void Catalogue::put(const std::vector<Ad> &ads)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    for (const Ad &ad : ads) {
+        db->run("INSERT INTO ads (public_id, title, line2, duration, audio_path, audio_type, picture_path, is_playable) "
+                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT (public_id) DO UPDATE SET title = ?2, line2 = ?3, "
+                "duration = ?4, audio_path = ?5, audio_type = ?6, picture_path = ?7, is_playable = ?8",
+                ad.publicId, ad.title, ad.line2, ad.durationSeconds, ad.audioFile.string(), ad.audioType,
+                ad.pictureFile.string(), ad.isPlayable);
+    }
+    change.commit();
+}
+
+void Catalogue::keepOnly(const std::vector<std::string> &trackIds, const std::vector<std::string> &adIds)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    const std::set<std::string> keptTracks(trackIds.begin(), trackIds.end());
+    const std::set<std::string> keptAds(adIds.begin(), adIds.end());
+    std::vector<int64_t> gone;
+    {
+        Statement row = db->prepare("SELECT id, public_id FROM tracks");
+        while (row.step()) {
+            if (!keptTracks.contains(row.text(1)))
+                gone.push_back(row.integer(0));
+        }
+    }
+    for (const int64_t id : gone) {
+        db->run("DELETE FROM track_search WHERE rowid = ?1", id);
+        db->run("DELETE FROM tracks WHERE id = ?1", id);
+    }
+    gone.clear();
+    {
+        Statement row = db->prepare("SELECT id, public_id FROM ads");
+        while (row.step()) {
+            if (!keptAds.contains(row.text(1)))
+                gone.push_back(row.integer(0));
+        }
+    }
+    for (const int64_t id : gone)
+        db->run("DELETE FROM ads WHERE id = ?1", id);
+    db->run("DELETE FROM albums WHERE id NOT IN (SELECT album_id FROM tracks)");
+    const char *idle = "(SELECT id FROM artists WHERE id NOT IN (SELECT artist_id FROM tracks))";
+    db->run(std::string("DELETE FROM artist_search WHERE rowid IN ") + idle);
+    db->run(std::string("DELETE FROM artists WHERE id IN ") + idle);
+    change.commit();
+}
+
+void Catalogue::setTrackPlayable(const std::string &publicId, bool isPlayable, int bitrate)
+{
+    m_store.lock()->run("UPDATE tracks SET is_playable = ?2, bitrate = ?3 WHERE public_id = ?1", publicId, isPlayable,
+                        bitrate);
+    m_becamePlayable.notify_all();
+}
+
+void Catalogue::setAdPlayable(const std::string &publicId, bool isPlayable)
+{
+    m_store.lock()->run("UPDATE ads SET is_playable = ?2 WHERE public_id = ?1", publicId, isPlayable);
+}
+
+std::optional<Track> Catalogue::trackWhere(const char *condition, const std::string &value)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare(std::string(trackColumns) + condition);
+    row.with(value);
+    return row.step() ? std::optional<Track>(readTrack(row)) : std::nullopt;
+}
+
+std::optional<Track> Catalogue::track(int64_t id)
+{
+    return trackWhere("t.id = CAST(?1 AS INTEGER)", std::to_string(id));
+}
+
+std::optional<Track> Catalogue::track(const std::string &publicId)
+{
+    return trackWhere("t.public_id = ?1", publicId);
+}
+
+std::optional<Ad> Catalogue::adWhere(const char *condition, const std::string &value)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare(std::string("SELECT id, public_id, title, line2, duration, audio_path, audio_type, "
+                                            "picture_path, is_playable FROM ads WHERE ")
+                                + condition);
+    row.with(value);
+    if (!row.step())
+        return std::nullopt;
+    return Ad{row.integer(0), row.text(1), row.text(2), row.text(3), static_cast<int>(row.integer(4)),
+              row.text(5),    row.text(6), row.text(7), row.integer(8) != 0};
+}
+
+std::optional<Ad> Catalogue::ad(int64_t id)
+{
+    return adWhere("id = CAST(?1 AS INTEGER)", std::to_string(id));
+}
+
+std::optional<Ad> Catalogue::ad(const std::string &publicId)
+{
+    return adWhere("public_id = ?1", publicId);
+}
+
+std::string Catalogue::artistName(int64_t id)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT name FROM artists WHERE id = ?1");
+    row.with(id);
+    return row.step() ? row.text(0) : std::string();
+}
+
+std::vector<std::string> Catalogue::styles()
+{
+    std::vector<std::string> styles;
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT DISTINCT style FROM tracks ORDER BY style");
+    while (row.step())
+        styles.push_back(row.text(0));
+    return styles;
+}
+
+std::optional<std::string> Catalogue::pictureOfStyle(const std::string &style)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT public_id FROM tracks WHERE is_playable IN (0, 1) AND style = ?1 AND "
+                                "picture_path <> '' LIMIT 1");
+    row.with(style);
+    return row.step() ? std::optional(row.text(0)) : std::nullopt;
+}
+
+std::optional<std::string> Catalogue::pictureOfArtist(int64_t artistId)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT public_id FROM tracks WHERE artist_id = ?1 AND picture_path <> '' LIMIT 1");
+    row.with(artistId);
+    return row.step() ? std::optional(row.text(0)) : std::nullopt;
+}
+
+Counts Catalogue::counts()
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT COALESCE(SUM(is_playable), 0), COUNT(*) FROM tracks");
+    row.step();
+    return {row.integer(0), row.integer(1)};
+}
+
+void Catalogue::want(const std::set<std::string> &styles)
+{
+    const std::lock_guard guard(m_mutex);
+    m_wanted = styles;
+}
+
+bool Catalogue::isWanted(const std::string &style)
+{
+    const std::lock_guard guard(m_mutex);
+    return m_wanted.contains(style);
+}
+
+bool Catalogue::waitUntil(const std::function<bool()> &isEnough, std::chrono::milliseconds longest)
+{
+    if (isEnough())
+        return true;
+    // Notified without the mutex, so a notice may be missed: it looks again every fifth of a second.
+    const auto end = std::chrono::steady_clock::now() + longest;
+    while (std::chrono::steady_clock::now() < end) {
+        {
+            std::unique_lock guard(m_mutex);
+            m_becamePlayable.wait_for(guard, std::chrono::milliseconds(200));
+        }
+        if (isEnough())
+            return true;
+    }
+    return false;
+}
+
+} // namespace velmora::server

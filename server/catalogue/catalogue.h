@@ -1,0 +1,99 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace velmora::server {
+
+class Store;
+
+struct Track {
+    int64_t id = 0;
+    std::string publicId; // ASCII letters, digits, '-' and '_'; stands in media addresses
+    int64_t artistId = 0;
+    int64_t albumId = 0;
+    std::string song;
+    std::string artist;
+    std::string album;
+    std::string style;
+    std::string mood;
+    int tempo = 0; // beats a minute, 0 when it has none
+    int year = 0;
+    int durationSeconds = 0;
+    std::filesystem::path audioFile;
+    std::string audioType; // media type
+    int bitrate = 0;       // bits a second
+    std::filesystem::path pictureFile;
+    bool isExplicit = false;
+    bool isPlayable = false; // its audio file is there, whole
+};
+
+struct Ad {
+    int64_t id = 0;
+    std::string publicId;
+    std::string title;
+    std::string line2;
+    int durationSeconds = 0;
+    std::filesystem::path audioFile;
+    std::string audioType;
+    std::filesystem::path pictureFile;
+    bool isPlayable = false;
+};
+
+struct Counts {
+    int64_t playable = 0;
+    int64_t total = 0;
+    bool isGrowing() const { return playable < total; } // files are still being made
+};
+
+// What the service has to play. Artists and albums come into being with their tracks: an artist is told by the name, an
+// album by artist and title. Any thread.
+class Catalogue {
+public:
+    explicit Catalogue(Store &store);
+
+    // Adds tracks or brings known ones (by public id) up to date, in one transaction; the ids inside are ignored. For a
+    // large catalogue hand over thousands at a time. Throws StoreError; then none of them is there.
+    void put(const std::vector<Track> &tracks);
+    void put(const std::vector<Ad> &ads);
+    // Drops every track and ad whose public id is not in these lists; tokens issued for them end.
+    void keepOnly(const std::vector<std::string> &trackIds, const std::vector<std::string> &adIds);
+    void setTrackPlayable(const std::string &publicId, bool isPlayable, int bitrate);
+    void setAdPlayable(const std::string &publicId, bool isPlayable);
+
+    std::optional<Track> track(int64_t id);
+    std::optional<Track> track(const std::string &publicId);
+    std::optional<Ad> ad(int64_t id);
+    std::optional<Ad> ad(const std::string &publicId);
+    std::string artistName(int64_t id); // empty when unknown
+    std::vector<std::string> styles();  // of all tracks, in alphabetical order
+    // Any track of the style or artist with a picture, for showing a station. Nothing when there is none.
+    std::optional<std::string> pictureOfStyle(const std::string &style);
+    std::optional<std::string> pictureOfArtist(int64_t artistId);
+    Counts counts();
+
+    // Somebody waits for music of these styles: who makes files makes theirs first.
+    void want(const std::set<std::string> &styles);
+    bool isWanted(const std::string &style);
+    // Waits while tracks become playable until it is enough, or the time is over; false then.
+    bool waitUntil(const std::function<bool()> &isEnough, std::chrono::milliseconds longest);
+
+private:
+    std::optional<Track> trackWhere(const char *condition, const std::string &value);
+    std::optional<Ad> adWhere(const char *condition, const std::string &value);
+
+    Store &m_store;
+    std::mutex m_mutex; // guards m_wanted
+    std::set<std::string> m_wanted;
+    std::condition_variable m_becamePlayable;
+};
+
+} // namespace velmora::server

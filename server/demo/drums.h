@@ -1,0 +1,28 @@
+#pragma once
+
+#include "oscillator.h"
+
+#include <cstdint>
+
+namespace velmora::demo {
+
+// Single strokes; at velocity 1 their peaks stand to each other as in a kit: kick and snare 1, cymbals and hands about a
+// half, shaker and brush a quarter. `seed` makes one stroke differ a little from the next.
+
+Buffer dryKick(float velocity);                  // rock: beater and shell
+Buffer deepKick(float velocity);                 // dance: a falling sine
+Buffer feltKick(float velocity);                 // small jazz drum
+Buffer snare(float velocity, uint64_t seed);
+Buffer brushTap(float velocity, uint64_t seed);
+Buffer brushSweep(double seconds, float velocity, uint64_t seed); // round the skin
+Buffer clap(float velocity, uint64_t seed);
+Buffer rimClick(float velocity);
+Buffer tom(float velocity, double hertz, uint64_t seed);
+Buffer hat(float velocity, double seconds, uint64_t seed); // short: closed, long: open
+Buffer ride(float velocity, uint64_t seed);
+Buffer crash(float velocity, uint64_t seed);
+Buffer shaker(float velocity, uint64_t seed);
+Buffer tambourine(float velocity, uint64_t seed);
+Buffer stomp(float velocity); // a foot on boards
+
+} // namespace velmora::demo

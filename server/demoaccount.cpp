@@ -1,0 +1,70 @@
+#include "server/demoaccount.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace velmora::server {
+
+namespace {
+
+// Letters that are easily told apart and typed with a remote control; 14 of them are 69 bits.
+std::string randomPassword()
+{
+    constexpr std::string_view letters = "abcdefghjkmnpqrstuvwxyz23456789";
+    std::string password;
+    for (int i = 0; i < 14; ++i)
+        password += letters[randomBelow(static_cast<uint32_t>(letters.size()))];
+    return password;
+}
+
+bool writePrivately(const std::filesystem::path &file, const std::string &text)
+{
+    const std::filesystem::path beside = file.string() + ".new";
+    ::unlink(beside.c_str());
+    const int fd = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+    if (fd < 0)
+        return false;
+    const bool isWritten = ::write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()) && ::fsync(fd) == 0;
+    ::close(fd);
+    if (isWritten && ::rename(beside.c_str(), file.c_str()) == 0)
+        return true;
+    ::unlink(beside.c_str());
+    return false;
+}
+
+void makeStations(StationService &service, AccountId account)
+{
+    Station station;
+    const std::vector<std::string> styles = service.catalogue.styles();
+    for (const std::string &style : styles)
+        service.stations.create(account, {MusicKind::style, style}, &station);
+    if (styles.empty())
+        return;
+    if (const std::optional<std::string> id = service.catalogue.pictureOfStyle(styles.front())) {
+        const std::optional<Track> track = service.catalogue.track(*id);
+        service.stations.create(account, {MusicKind::artist, std::to_string(track->artistId)}, &station);
+    }
+    service.stations.createShared(account, {MusicKind::style, styles.back()}, "Evening at the neighbours'", &station);
+}
+
+} // namespace
+
+std::filesystem::path demoAccountFile(const StationService &service)
+{
+    return service.dataDirectory() / "demo-account.txt";
+}
+
+void ensureDemoAccount(StationService &service)
+{
+    if (service.accounts.find(demoUserName))
+        return;
+    const std::string password = randomPassword();
+    const std::filesystem::path file = demoAccountFile(service);
+    if (!writePrivately(file, std::string(demoUserName) + "\n" + password + "\n"))
+        throw std::runtime_error("cannot write " + file.string());
+    AccountId account = 0;
+    if (service.createAccount(demoUserName, password, {}, &account) == CreateResult::done)
+        makeStations(service, account);
+}
+
+} // namespace velmora::server

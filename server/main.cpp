@@ -1,0 +1,115 @@
+// velmora-server: the station service as a program.
+
+#include "server/api/apiserver.h"
+#include "server/catalogue/demolibrary.h"
+#include "server/demoaccount.h"
+#include "server/serveroptions.h"
+
+#include <csignal>
+#include <cstdio>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace velmora::server;
+
+constexpr int exitUsage = 2;
+constexpr int exitFailure = 1;
+
+void say(const std::string &line)
+{
+    std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+// The signals that end the program, held back in every thread and taken by waitForEnd().
+sigset_t endSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGHUP);
+    return signals;
+}
+
+void waitForEnd()
+{
+    const sigset_t signals = endSignals();
+    int signal = 0;
+    while (sigwait(&signals, &signal) != 0) {
+    }
+}
+
+// The parent may have gone before the request was made.
+bool dieWithParent(pid_t parent)
+{
+    return ::prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && ::getppid() == parent;
+}
+
+int run(const ServerOptions &options)
+{
+    ServiceSettings settings;
+    settings.dataDirectory = options.dataDirectory;
+    settings.lifetimes = options.lifetimes;
+    StationService service(settings);
+    service.isUnderMaintenance = options.isUnderMaintenance;
+
+    DemoLibrary demo(service.catalogue,
+                     {velmora::demo::tracks(), velmora::demo::ads(), velmora::demo::renderTrack, velmora::demo::renderAd,
+                      velmora::demo::renderPicture},
+                     service.dataDirectory() / "demo", say);
+    if (options.hasDemo) {
+        demo.start();
+        ensureDemoAccount(service);
+    }
+
+    ApiServer server(service, options.listen);
+    for (const ServerOptions::Failure &failure : options.failures)
+        server.dispatcher().failOnPurpose(failure.function, failure.code, failure.times);
+    server.start();
+    say("velmora-server listening on " + server.url());
+    if (options.hasDemo)
+        say("demo account: " + demoAccountFile(service).string());
+    waitForEnd();
+    server.stop();
+
+    // Making a track takes seconds and cannot be interrupted, but leaves only whole files behind.
+    if (!demo.stop(std::chrono::milliseconds(500))) {
+        const Store::Lock held = service.store.lock();
+        std::fflush(nullptr);
+        std::_Exit(0);
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const pid_t parent = ::getppid();
+    const auto parsed = parseOptions({argv + 1, argv + argc});
+    if (const auto *problem = std::get_if<std::string>(&parsed)) {
+        std::fprintf(stderr, "velmora-server: %s\n%s", problem->c_str(), usage().c_str());
+        return exitUsage;
+    }
+    const auto &options = std::get<ServerOptions>(parsed);
+    if (options.showsHelp) {
+        std::fputs(usage().c_str(), stdout);
+        return 0;
+    }
+    ::umask(077);
+    std::signal(SIGPIPE, SIG_IGN);
+    const sigset_t signals = endSignals();
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    if (options.diesWithParent && !dieWithParent(parent))
+        return 0;
+    try {
+        return run(options);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "velmora-server: %s\n", error.what());
+        return exitFailure;
+    }
+}

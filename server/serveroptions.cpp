@@ -1,0 +1,192 @@
+#include "server/serveroptions.h"
+
+#include <charconv>
+#include <cstdlib>
+
+namespace velmora::server {
+
+namespace {
+
+std::filesystem::path defaultDataDirectory()
+{
+    const char *base = std::getenv("XDG_DATA_HOME");
+    if (base && base[0] == '/')
+        return std::filesystem::path(base) / "velmora-server";
+    const char *home = std::getenv("HOME");
+    return std::filesystem::path(home ? home : "/") / ".local/share/velmora-server";
+}
+
+template <typename Number>
+bool readNumber(std::string_view text, Number lowest, Number highest, Number *value)
+{
+    Number number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || number < lowest || number > highest)
+        return false;
+    *value = number;
+    return true;
+}
+
+// "HOST:PORT", "[IPv6]:PORT"
+bool readListen(const std::string &text, ListenSettings *listen)
+{
+    const size_t colon = text.rfind(':');
+    if (colon == std::string::npos || colon == 0 || !readNumber(std::string_view(text).substr(colon + 1), 0, 65535, &listen->port))
+        return false;
+    std::string host = text.substr(0, colon);
+    if (host.size() > 2 && host.front() == '[' && host.back() == ']')
+        host = host.substr(1, host.size() - 2);
+    else if (host.find(':') != std::string::npos)
+        return false;
+    listen->host = host;
+    return true;
+}
+
+bool readUrl(std::string text, std::string *url)
+{
+    while (!text.empty() && text.back() == '/')
+        text.pop_back();
+    if (!(text.starts_with("http://") || text.starts_with("https://")) || text.find_first_of(" \"?#@") != std::string::npos)
+        return false;
+    *url = text;
+    return true;
+}
+
+// A password does not belong here: every process can read a command line.
+bool readMailServer(const std::string &text, std::string *server)
+{
+    *server = text;
+    return (text.starts_with("smtp://") || text.starts_with("smtps://")) && text.find('@') == std::string::npos;
+}
+
+// "PARTNER,USER", seconds
+bool readLifetimes(const std::string &text, TokenLifetimes *lifetimes)
+{
+    const size_t comma = text.find(',');
+    constexpr int64_t most = 365 * 24 * 3600;
+    return comma != std::string::npos
+        && readNumber<int64_t>(std::string_view(text).substr(0, comma), 1, most, &lifetimes->partnerSeconds)
+        && readNumber<int64_t>(std::string_view(text).substr(comma + 1), 1, most, &lifetimes->userSeconds);
+}
+
+// "FUNCTION=CODE[,TIMES]"
+bool readFailure(const std::string &text, std::vector<ServerOptions::Failure> *failures)
+{
+    const size_t equals = text.find('=');
+    if (equals == std::string::npos)
+        return false;
+    ServerOptions::Failure failure;
+    failure.function = text.substr(0, equals);
+    const std::string_view rest = std::string_view(text).substr(equals + 1);
+    const size_t comma = rest.find(',');
+    if (!findRoute(failure.function) || !readNumber(rest.substr(0, comma), 1, 99999, &failure.code))
+        return false;
+    if (comma != std::string_view::npos && !readNumber(rest.substr(comma + 1), 1, 1000000, &failure.times))
+        return false;
+    failures->push_back(failure);
+    return true;
+}
+
+bool take(ServerOptions &options, const std::string &name, const std::string &value)
+{
+    if (name == "--listen")
+        return readListen(value, &options.listen);
+    if (name == "--public-url")
+        return readUrl(value, &options.listen.publicUrl);
+    if (name == "--token-lifetime")
+        return readLifetimes(value, &options.lifetimes);
+    if (name == "--throttle")
+        return readNumber<int64_t>(value, 1, int64_t(1) << 40, &options.listen.throttleBytesPerSecond);
+    if (name == "--smtp")
+        return readMailServer(value, &options.smtp);
+    if (name == "--fail")
+        return readFailure(value, &options.failures);
+    if (name == "--data")
+        options.dataDirectory = value;
+    else if (name == "--tls-cert")
+        options.listen.tlsCertificate = value;
+    else if (name == "--tls-key")
+        options.listen.tlsKey = value;
+    else if (name == "--smtp-login")
+        options.smtpLogin = value;
+    else if (name == "--outbox")
+        options.outbox = value;
+    return !value.empty();
+}
+
+constexpr const char *namesWithValue[]
+    = {"--listen", "--data", "--public-url", "--tls-cert", "--tls-key", "--token-lifetime",
+       "--throttle", "--fail", "--smtp", "--smtp-login", "--outbox"};
+
+bool takesValue(const std::string &name)
+{
+    for (const char *known : namesWithValue) {
+        if (name == known)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::string> &arguments)
+{
+    ServerOptions options;
+    options.dataDirectory = defaultDataDirectory();
+    bool isInsecureLan = false;
+    for (size_t i = 0; i < arguments.size(); ++i) {
+        const std::string &argument = arguments[i];
+        if (argument == "--help") {
+            options.showsHelp = true;
+        } else if (argument == "--demo" || argument == "--no-demo") {
+            options.hasDemo = argument == "--demo";
+        } else if (argument == "--insecure-lan") {
+            isInsecureLan = true;
+        } else if (argument == "--die-with-parent") {
+            options.diesWithParent = true;
+        } else if (argument == "--maintenance") {
+            options.isUnderMaintenance = true;
+        } else if (takesValue(argument)) {
+            if (i + 1 == arguments.size())
+                return argument + " needs a value";
+            if (!take(options, argument, arguments[++i]))
+                return argument + " cannot be \"" + arguments[i] + "\"";
+        } else {
+            return "unknown option " + argument;
+        }
+    }
+    if (options.listen.tlsCertificate.empty() != options.listen.tlsKey.empty())
+        return std::string("--tls-cert and --tls-key go together");
+    if (!ApiServer::isLoopback(options.listen.host) && options.listen.tlsCertificate.empty() && !isInsecureLan
+        && !options.showsHelp)
+        return "listening on " + options.listen.host
+            + " lets other machines in: give a certificate (--tls-cert, --tls-key) or say --insecure-lan";
+    return options;
+}
+
+std::string usage()
+{
+    return R"(usage: velmora-server [OPTION]...
+
+  --listen HOST:PORT        where to listen (127.0.0.1:7480); port 0 picks one
+  --data DIR                where everything is kept ($XDG_DATA_HOME/velmora-server)
+  --public-url URL          what radios and browsers reach, when that is not where it listens
+  --tls-cert FILE --tls-key FILE
+                            HTTPS with this certificate chain and key (PEM)
+  --insecure-lan            listen beyond this machine without a certificate
+  --demo, --no-demo         make the demo catalogue and the demo account (on)
+  --token-lifetime P,U      seconds that partner and user sessions live (86400,14400)
+  --smtp URL                mail server, smtp[s]://host[:port]
+  --smtp-login FILE         its user name and password, one a line
+  --outbox DIR              where mails are written when there is no mail server
+  --maintenance             refuse everything that changes something (5096)
+  --die-with-parent         end when the program that started this one ends
+  --help                    this text
+
+For trying out how a radio behaves:
+  --throttle BYTES          no media stream gets more bytes a second
+  --fail FUNCTION=CODE[,N]  the function answers this code, N times or always
+)";
+}
+
+} // namespace velmora::server

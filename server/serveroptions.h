@@ -1,0 +1,35 @@
+#pragma once
+
+#include "server/api/apiserver.h"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace velmora::server {
+
+// The command line of velmora-server.
+struct ServerOptions {
+    ListenSettings listen;
+    std::filesystem::path dataDirectory;
+    TokenLifetimes lifetimes;
+    bool hasDemo = true;
+    bool diesWithParent = false;
+    bool isUnderMaintenance = false;
+    bool showsHelp = false;
+    std::string smtp;                // for the mails: smtp[s]://host[:port]; empty: none
+    std::filesystem::path smtpLogin; // a file: the user name in its first line, the password in its second
+    std::filesystem::path outbox;    // where mails are written when there is no SMTP server
+    struct Failure {
+        std::string function;
+        int code = 0;
+        int times = 0; // 0: always
+    };
+    std::vector<Failure> failures;
+};
+
+// The options, or what is wrong with them, for the person who typed them.
+std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::string> &arguments);
+std::string usage();
+
+} // namespace velmora::server

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "server/stations/playlists.h"
+
+namespace velmora::server {
+
+// What a listener says of a track that was handed out: it changes what the playlists choose next. Any thread.
+class Feedback {
+public:
+    Feedback(Store &store, Clock clock);
+
+    // The latest thumb on a station counts.
+    void rate(const IssuedTrack &track, bool isPositive);
+    bool isThumbedUp(int64_t stationId, int64_t trackId);
+    // Keeps the track away from all stations of the account for a month.
+    void sleep(const IssuedTrack &track);
+    void bookmarkTrack(const IssuedTrack &track);
+    void bookmarkArtist(const IssuedTrack &track);
+    // What the radio did with it: "start", "end", "skip".
+    void event(const IssuedTrack &track, const std::string &type, int64_t seconds);
+
+    struct Bookmarks {
+        std::vector<int64_t> tracks;
+        std::vector<int64_t> artists;
+    };
+    Bookmarks bookmarks(AccountId account);
+
+private:
+    void bookmark(AccountId account, const char *kind, int64_t target);
+
+    Store &m_store;
+    Clock m_clock;
+};
+
+} // namespace velmora::server

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "server/accounts/accounts.h"
+
+namespace velmora::server {
+
+enum class MusicKind { artist, track, album, style };
+const char *musicKindName(MusicKind kind);
+
+// What a station can be made from: an artist, track or album by its id, a style by its name.
+struct Music {
+    MusicKind kind = MusicKind::track;
+    std::string target;
+};
+
+// Names for music that mean something to one account only. A thing keeps its token. Any thread.
+class MusicTokens {
+public:
+    explicit MusicTokens(Store &store)
+        : m_store(store)
+    {
+    }
+    std::string tokenFor(AccountId account, MusicKind kind, const std::string &target);
+    std::string tokenFor(AccountId account, MusicKind kind, int64_t id) { return tokenFor(account, kind, std::to_string(id)); }
+    std::optional<Music> find(AccountId account, const std::string &token);
+
+private:
+    Store &m_store;
+};
+
+} // namespace velmora::server

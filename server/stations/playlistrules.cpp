@@ -1,0 +1,192 @@
+#include "server/stations/playlistrules.h"
+
+#include "server/catalogue/textfolding.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+
+namespace velmora::server {
+
+namespace {
+
+struct ReasonName {
+    Reason reason;
+    const char *id;
+    double score; // each point doubles the chance
+};
+
+constexpr std::array reasonNames = {
+    ReasonName{Reason::artist, "artist", 2.5}, ReasonName{Reason::style, "style", 3.0}, ReasonName{Reason::mood, "mood", 1.5},
+    ReasonName{Reason::tempo, "tempo", 1.0},   ReasonName{Reason::liked, "liked", 1.5}, ReasonName{Reason::mix, "mix", 0.0},
+    ReasonName{Reason::change, "change", 0.0},
+};
+
+// Tempos this near are heard as alike.
+constexpr double tempoTolerance = 0.12;
+
+double scoreOf(const std::vector<Reason> &reasons)
+{
+    double score = 0;
+    for (const Reason reason : reasons) {
+        for (const ReasonName &entry : reasonNames) {
+            if (entry.reason == reason)
+                score += entry.score;
+        }
+    }
+    return score;
+}
+
+struct Weighed {
+    const Candidate *candidate;
+    std::vector<Reason> reasons;
+};
+
+// Drops what was played most recently, at most half of them.
+void dropRecent(std::vector<Weighed> &pool, const std::vector<int64_t> &recent)
+{
+    size_t spare = pool.size() / 2;
+    for (auto track = recent.rbegin(); track != recent.rend() && spare > 0; ++track) {
+        const auto found = std::find_if(pool.begin(), pool.end(), [&](const Weighed &entry) {
+            return entry.candidate->trackId == *track;
+        });
+        if (found == pool.end())
+            continue;
+        pool.erase(found);
+        --spare;
+    }
+}
+
+std::string asciiWord(const std::string &text, const char *fallback)
+{
+    const std::string folded = foldedText(text);
+    const bool isAscii = std::all_of(folded.begin(), folded.end(), [](unsigned char c) { return c < 0x80; });
+    return isAscii && !folded.empty() ? folded : fallback;
+}
+
+std::string withArticle(const std::string &words)
+{
+    return (std::string("aeiou").find(words[0]) != std::string::npos ? "an " : "a ") + words;
+}
+
+const char *tempoWords(int tempo)
+{
+    if (tempo < 80)
+        return "a slow tempo";
+    if (tempo < 105)
+        return "an unhurried tempo";
+    if (tempo < 125)
+        return "a lively tempo";
+    return "a fast tempo";
+}
+
+} // namespace
+
+std::vector<Reason> reasonsFor(const Taste &taste, const Candidate &candidate)
+{
+    std::vector<Reason> reasons;
+    if (taste.artists.contains(candidate.artistId))
+        reasons.push_back(Reason::artist);
+    if (taste.styles.contains(candidate.style))
+        reasons.push_back(Reason::style);
+    if (taste.moods.contains(candidate.mood))
+        reasons.push_back(Reason::mood);
+    // A tempo alone makes no likeness: half of all music shares it.
+    const bool sharesTempo = candidate.tempo > 0
+        && std::any_of(taste.tempos.begin(), taste.tempos.end(), [&](int tempo) {
+               return std::abs(tempo - candidate.tempo) <= tempo * tempoTolerance;
+           });
+    if (sharesTempo && !reasons.empty())
+        reasons.push_back(Reason::tempo);
+    if (taste.likedTracks.contains(candidate.trackId) || taste.likedArtists.contains(candidate.artistId)
+        || taste.likedStyles.contains(candidate.style))
+        reasons.push_back(Reason::liked);
+    return reasons;
+}
+
+std::optional<Choice> chooseNext(const Taste &taste, const std::vector<Candidate> &candidates, int64_t lastArtist,
+                                 const std::vector<int64_t> &recentTracks, const Random &random)
+{
+    std::vector<Weighed> related;
+    std::vector<Weighed> others; // unrelated, but by another artist than the last
+    for (const Candidate &candidate : candidates) {
+        std::vector<Reason> reasons = taste.isEmpty() ? std::vector{Reason::mix} : reasonsFor(taste, candidate);
+        if (!reasons.empty())
+            related.push_back({&candidate, std::move(reasons)});
+        else if (candidate.artistId != lastArtist)
+            others.push_back({&candidate, {Reason::change}});
+    }
+    std::vector<Weighed> pool;
+    std::copy_if(related.begin(), related.end(), std::back_inserter(pool),
+                 [&](const Weighed &entry) { return entry.candidate->artistId != lastArtist; });
+    if (pool.empty())
+        pool = std::move(others);
+    if (pool.empty())
+        pool = std::move(related);
+    if (pool.empty()) {
+        for (const Candidate &candidate : candidates)
+            pool.push_back({&candidate, {Reason::change}});
+    }
+    if (pool.empty())
+        return std::nullopt;
+    dropRecent(pool, recentTracks);
+
+    std::vector<double> upTo;
+    double sum = 0;
+    for (const Weighed &entry : pool) {
+        sum += std::exp2(scoreOf(entry.reasons));
+        upTo.push_back(sum);
+    }
+    constexpr uint32_t steps = 1u << 30;
+    const double point = sum * random(steps) / steps;
+    const auto hit = std::upper_bound(upTo.begin(), upTo.end(), point);
+    const size_t index = std::min(static_cast<size_t>(hit - upTo.begin()), pool.size() - 1);
+    return Choice{pool[index].candidate->trackId, pool[index].candidate->artistId, pool[index].reasons};
+}
+
+int adPosition(const Random &random)
+{
+    return 1 + static_cast<int>(random(3));
+}
+
+std::string traitText(Reason reason, const std::string &style, const std::string &mood, int tempo)
+{
+    switch (reason) {
+    case Reason::artist:
+        return "an artist whom this station began with";
+    case Reason::style:
+        return withArticle(asciiWord(style, "kindred") + " style");
+    case Reason::mood:
+        return withArticle(asciiWord(mood, "kindred") + " mood");
+    case Reason::tempo:
+        return tempoWords(tempo);
+    case Reason::liked:
+        return "a likeness to music that you gave a thumbs up";
+    case Reason::mix:
+        return "a place in the mix of everything we have for you";
+    case Reason::change:
+        return "a change from the artist before";
+    }
+    return {};
+}
+
+const char *traitId(Reason reason)
+{
+    for (const ReasonName &entry : reasonNames) {
+        if (entry.reason == reason)
+            return entry.id;
+    }
+    return "";
+}
+
+std::optional<Reason> reasonOf(const std::string &traitId)
+{
+    for (const ReasonName &entry : reasonNames) {
+        if (traitId == entry.id)
+            return entry.reason;
+    }
+    return std::nullopt;
+}
+
+} // namespace velmora::server

@@ -1,0 +1,291 @@
+#include "server/stations/stations.h"
+
+#include "server/catalogue/catalogue.h"
+#include "server/catalogue/textfolding.h"
+#include "server/store/store.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr const char *columns = "SELECT id, account_id, token, name, is_tapestry, is_shared, allow_rename, allow_delete, "
+                                "allow_add_music, allow_feedback, created_at, lists_issued FROM stations ";
+
+Station readStation(const Statement &row)
+{
+    Station station;
+    station.id = row.integer(0);
+    station.accountId = row.integer(1);
+    station.token = row.text(2);
+    station.name = row.text(3);
+    station.isTapestry = row.integer(4) != 0;
+    station.isShared = row.integer(5) != 0;
+    station.allowRename = row.integer(6) != 0;
+    station.allowDelete = row.integer(7) != 0;
+    station.allowAddMusic = row.integer(8) != 0;
+    station.allowFeedback = row.integer(9) != 0;
+    station.createdAt = row.integer(10);
+    station.listsIssued = static_cast<int>(row.integer(11));
+    return station;
+}
+
+int64_t idOf(const std::string &text)
+{
+    int64_t id = 0;
+    std::from_chars(text.data(), text.data() + text.size(), id);
+    return id;
+}
+
+std::string capitalised(std::string text)
+{
+    if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
+        text[0] = static_cast<char>(text[0] - 32);
+    return text;
+}
+
+} // namespace
+
+Stations::Stations(Store &store, Catalogue &catalogue, Clock clock)
+    : m_store(store)
+    , m_catalogue(catalogue)
+    , m_clock(std::move(clock))
+{
+}
+
+std::vector<Station> Stations::list(AccountId account, Order order, bool isDescending)
+{
+    std::vector<Station> stations;
+    {
+        const Store::Lock db = m_store.lock();
+        Statement row = db->prepare(std::string(columns) + "WHERE account_id = ?1 ORDER BY is_tapestry DESC, created_at, id");
+        row.with(account);
+        while (row.step())
+            stations.push_back(readStation(row));
+    }
+    const auto own = std::find_if(stations.begin(), stations.end(), [](const Station &s) { return !s.isTapestry; });
+    if (order == Order::byName)
+        std::stable_sort(own, stations.end(),
+                         [](const Station &a, const Station &b) { return foldedText(a.name) < foldedText(b.name); });
+    if (isDescending)
+        std::reverse(own, stations.end());
+    return stations;
+}
+
+std::optional<Station> Stations::find(AccountId account, const std::string &token)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare(std::string(columns) + "WHERE token = ?1 AND account_id = ?2");
+    row.with(token, account);
+    return row.step() ? std::optional<Station>(readStation(row)) : std::nullopt;
+}
+
+std::optional<Station> Stations::find(int64_t id)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare(std::string(columns) + "WHERE id = ?1");
+    row.with(id);
+    return row.step() ? std::optional<Station>(readStation(row)) : std::nullopt;
+}
+
+int Stations::count(AccountId account)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT COUNT(*) FROM stations WHERE account_id = ?1");
+    row.with(account);
+    row.step();
+    return static_cast<int>(row.integer(0));
+}
+
+std::string Stations::checksum(AccountId account)
+{
+    std::string all;
+    for (const Station &station : list(account)) {
+        all += station.token + '\n' + station.name + '\n';
+        for (const bool flag : {station.isShared, station.allowRename, station.allowDelete, station.allowAddMusic})
+            all += flag ? '1' : '0';
+        all += '\n';
+    }
+    return tokenHash(all).substr(0, 16);
+}
+
+Station Stations::insert(AccountId account, const std::string &name, const std::optional<Music> &seed, bool isTapestry)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("INSERT INTO stations (account_id, token, name, is_tapestry, allow_rename, allow_delete, allow_add_music, "
+            "created_at) VALUES (?1, ?2, ?3, ?4, ?5, ?5, ?5, ?6)",
+            account, randomToken(15), std::string(firstCharacters(name, longestName)), isTapestry, !isTapestry, m_clock());
+    const int64_t id = db->lastRowId();
+    if (seed)
+        db->run("INSERT INTO seeds (station_id, kind, target) VALUES (?1, ?2, ?3)", id, musicKindName(seed->kind),
+                seed->target);
+    change.commit();
+    return *find(id);
+}
+
+Station Stations::createTapestry(AccountId account)
+{
+    return insert(account, "Tapestry", std::nullopt, true);
+}
+
+StationResult Stations::create(AccountId account, const Music &music, Station *station)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    const std::optional<std::string> name = nameOf(music);
+    if (!name)
+        return StationResult::noSuchMusic;
+    if (const std::optional<Station> existing = withOnlySeed(account, music)) {
+        *station = *existing;
+        return StationResult::done;
+    }
+    if (count(account) >= mostStations)
+        return StationResult::tooMany;
+    *station = insert(account, *name + " Radio", music, false);
+    change.commit();
+    return StationResult::done;
+}
+
+StationResult Stations::createShared(AccountId account, const Music &music, const std::string &name, Station *station)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    if (!nameOf(music))
+        return StationResult::noSuchMusic;
+    if (count(account) >= mostStations)
+        return StationResult::tooMany;
+    const Station made = insert(account, name, music, false);
+    db->run("UPDATE stations SET is_shared = 1, allow_rename = 0, allow_add_music = 0, allow_feedback = 0 WHERE id = ?1",
+            made.id);
+    change.commit();
+    *station = *find(made.id);
+    return StationResult::done;
+}
+
+StationResult Stations::rename(AccountId account, const std::string &token, const std::string &name, Station *station)
+{
+    const Store::Lock db = m_store.lock();
+    const std::optional<Station> found = find(account, token);
+    if (!found)
+        return StationResult::noSuchStation;
+    if (!found->allowRename)
+        return StationResult::notAllowed;
+    db->run("UPDATE stations SET name = ?2 WHERE id = ?1", found->id, name);
+    *station = *find(found->id);
+    return StationResult::done;
+}
+
+StationResult Stations::remove(AccountId account, const std::string &token)
+{
+    const Store::Lock db = m_store.lock();
+    const std::optional<Station> found = find(account, token);
+    if (!found)
+        return StationResult::noSuchStation;
+    if (!found->allowDelete)
+        return StationResult::notAllowed;
+    db->run("DELETE FROM stations WHERE id = ?1", found->id);
+    return StationResult::done;
+}
+
+StationResult Stations::addMusic(AccountId account, const std::string &token, const Music &music)
+{
+    const Store::Lock db = m_store.lock();
+    const std::optional<Station> found = find(account, token);
+    if (!found)
+        return StationResult::noSuchStation;
+    if (!found->allowAddMusic)
+        return StationResult::notAllowed;
+    if (music.kind == MusicKind::album || !nameOf(music))
+        return StationResult::noSuchMusic;
+    db->run("INSERT OR IGNORE INTO seeds (station_id, kind, target) VALUES (?1, ?2, ?3)", found->id,
+            musicKindName(music.kind), music.target);
+    return StationResult::done;
+}
+
+StationResult Stations::makeOwn(AccountId account, const std::string &token, Station *station)
+{
+    const Store::Lock db = m_store.lock();
+    const std::optional<Station> found = find(account, token);
+    if (!found)
+        return StationResult::noSuchStation;
+    if (!found->isShared)
+        return StationResult::notAllowed;
+    db->run("UPDATE stations SET is_shared = 0, allow_rename = 1, allow_add_music = 1, allow_feedback = 1 WHERE id = ?1",
+            found->id);
+    *station = *find(found->id);
+    return StationResult::done;
+}
+
+std::vector<Music> Stations::seeds(int64_t stationId)
+{
+    std::vector<Music> seeds;
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT kind, target FROM seeds WHERE station_id = ?1");
+    row.with(stationId);
+    while (row.step()) {
+        const std::string kind = row.text(0);
+        seeds.push_back({kind == "artist"      ? MusicKind::artist
+                             : kind == "track" ? MusicKind::track
+                                               : MusicKind::style,
+                         row.text(1)});
+    }
+    return seeds;
+}
+
+std::optional<std::string> Stations::pictureId(const Music &music)
+{
+    if (music.kind == MusicKind::style)
+        return m_catalogue.pictureOfStyle(music.target);
+    if (music.kind == MusicKind::artist)
+        return m_catalogue.pictureOfArtist(idOf(music.target));
+    const std::optional<Track> track = m_catalogue.track(idOf(music.target));
+    return track && !track->pictureFile.empty() ? std::optional(track->publicId) : std::nullopt;
+}
+
+std::optional<std::string> Stations::pictureId(const Station &station)
+{
+    for (const Music &music : seeds(station.id)) {
+        if (const std::optional<std::string> id = pictureId(music))
+            return id;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> Stations::nameOf(const Music &music)
+{
+    std::string name;
+    switch (music.kind) {
+    case MusicKind::artist:
+        name = m_catalogue.artistName(idOf(music.target));
+        break;
+    case MusicKind::track:
+        if (const std::optional<Track> track = m_catalogue.track(idOf(music.target)))
+            name = track->song;
+        break;
+    case MusicKind::style: {
+        const std::vector<std::string> styles = m_catalogue.styles();
+        if (std::find(styles.begin(), styles.end(), music.target) != styles.end())
+            name = capitalised(music.target);
+        break;
+    }
+    case MusicKind::album:
+        break;
+    }
+    return name.empty() ? std::nullopt : std::optional(name);
+}
+
+std::optional<Station> Stations::withOnlySeed(AccountId account, const Music &music)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare(std::string(columns)
+                                + "WHERE account_id = ?1 AND is_shared = 0 AND "
+                                  "EXISTS (SELECT 1 FROM seeds WHERE station_id = stations.id AND kind = ?2 AND target = ?3) "
+                                  "AND (SELECT COUNT(*) FROM seeds WHERE station_id = stations.id) = 1");
+    row.with(account, musicKindName(music.kind), music.target);
+    return row.step() ? std::optional<Station>(readStation(row)) : std::nullopt;
+}
+
+} // namespace velmora::server

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "server/stations/musictokens.h"
+
+#include <vector>
+
+namespace velmora::server {
+
+class Catalogue;
+
+struct Station {
+    int64_t id = 0;
+    AccountId accountId = 0;
+    std::string token;
+    std::string name;
+    bool isTapestry = false; // the one station of every account that mixes all others; cannot be renamed or deleted
+    bool isShared = false;   // another listener's, heard along
+    bool allowRename = true;
+    bool allowDelete = true;
+    bool allowAddMusic = true;
+    bool allowFeedback = true;
+    int64_t createdAt = 0; // Unix seconds
+    int listsIssued = 0;
+};
+
+enum class StationResult { done, tooMany, noSuchStation, noSuchMusic, notAllowed };
+
+// The listeners' stations. Every look-up names the account; another account's station does not exist. Any thread.
+class Stations {
+public:
+    static constexpr int mostStations = 100; // of one account, the Tapestry station among them
+    static constexpr size_t longestName = 64; // characters
+
+    Stations(Store &store, Catalogue &catalogue, Clock clock);
+
+    enum class Order { byDate, byName };
+    // The Tapestry station first, the others as asked for.
+    std::vector<Station> list(AccountId account, Order order = Order::byDate, bool isDescending = true);
+    std::optional<Station> find(AccountId account, const std::string &token);
+    std::optional<Station> find(int64_t id);
+    int count(AccountId account);
+    // Changes whenever the list would look different.
+    std::string checksum(AccountId account);
+
+    // Every account has one, made with the account.
+    Station createTapestry(AccountId account);
+    // A station that begins with this music. The same music again gives the station there already is.
+    StationResult create(AccountId account, const Music &music, Station *station);
+    // One that stands for another listener's station; no feedback, no new name.
+    StationResult createShared(AccountId account, const Music &music, const std::string &name, Station *station);
+    StationResult rename(AccountId account, const std::string &token, const std::string &name, Station *station);
+    StationResult remove(AccountId account, const std::string &token);
+    StationResult addMusic(AccountId account, const std::string &token, const Music &music);
+    // Makes a shared station the listener's own.
+    StationResult makeOwn(AccountId account, const std::string &token, Station *station);
+
+    std::vector<Music> seeds(int64_t stationId);
+    // Public id of a track whose picture stands for the station; nothing when there is none.
+    std::optional<std::string> pictureId(const Station &station);
+    std::optional<std::string> pictureId(const Music &music);
+
+private:
+    Station insert(AccountId account, const std::string &name, const std::optional<Music> &seed, bool isTapestry);
+    // The music's name for people; nothing when there is no such music.
+    std::optional<std::string> nameOf(const Music &music);
+    std::optional<Station> withOnlySeed(AccountId account, const Music &music);
+
+    Store &m_store;
+    Catalogue &m_catalogue;
+    Clock m_clock;
+};
+
+} // namespace velmora::server

@@ -1,0 +1,90 @@
+#include "server/store/database.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr int busyMilliseconds = 5000;
+
+} // namespace
+
+void Database::Closer::operator()(sqlite3 *db) const
+{
+    sqlite3_close_v2(db);
+}
+
+Database::Database(const std::filesystem::path &file)
+{
+    // Made here, because SQLite would make it with the umask's mode; its companions take the mode of the file.
+    const int fd = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0)
+        throw StoreError("cannot open " + file.string());
+    ::close(fd);
+
+    sqlite3 *db = nullptr;
+    const int result = sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    m_handle.reset(db);
+    if (result != SQLITE_OK)
+        throw StoreError("cannot open " + file.string());
+    sqlite3_busy_timeout(db, busyMilliseconds);
+    execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON;");
+}
+
+void Database::execute(const std::string &script)
+{
+    char *message = nullptr;
+    if (sqlite3_exec(m_handle.get(), script.c_str(), nullptr, nullptr, &message) == SQLITE_OK)
+        return;
+    const std::string text = message ? message : "unknown";
+    sqlite3_free(message);
+    throw StoreError("the database refuses: " + text);
+}
+
+int64_t Database::lastRowId() const
+{
+    return sqlite3_last_insert_rowid(m_handle.get());
+}
+
+int Database::changes() const
+{
+    return sqlite3_changes(m_handle.get());
+}
+
+bool Database::inTransaction() const
+{
+    return sqlite3_get_autocommit(m_handle.get()) == 0;
+}
+
+Transaction::Transaction(Database &db)
+    : m_db(db)
+{
+    if (db.inTransaction())
+        return;
+    db.execute("BEGIN IMMEDIATE");
+    m_isOpen = true;
+}
+
+Transaction::~Transaction()
+{
+    if (!m_isOpen || !m_db.inTransaction())
+        return;
+    try {
+        m_db.execute("ROLLBACK");
+    } catch (const StoreError &) {
+        // The connection has rolled back by itself (a full disk does that).
+    }
+}
+
+void Transaction::commit()
+{
+    if (m_isOpen)
+        m_db.execute("COMMIT");
+    m_isOpen = false;
+}
+
+} // namespace velmora::server

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "server/store/statement.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace velmora::server {
+
+// One connection to one SQLite file: write-ahead log, foreign keys on, five seconds of patience with another process.
+// Not thread-safe; Store hands it to one thread at a time.
+class Database {
+public:
+    // Creates the file, readable by its owner only, when it does not exist. Throws StoreError.
+    explicit Database(const std::filesystem::path &file);
+
+    Statement prepare(std::string_view sql) { return Statement(m_handle.get(), sql); }
+
+    // Runs one statement to its end, its rows unread.
+    template <typename... Values>
+    void run(std::string_view sql, const Values &...values)
+    {
+        Statement statement = prepare(sql);
+        statement.with(values...);
+        while (statement.step()) {
+        }
+    }
+    // Runs several statements separated by semicolons, without values.
+    void execute(const std::string &script);
+
+    int64_t lastRowId() const;
+    int changes() const; // rows touched by the last writing statement
+    bool inTransaction() const;
+
+private:
+    struct Closer {
+        void operator()(sqlite3 *db) const;
+    };
+    std::unique_ptr<sqlite3, Closer> m_handle;
+};
+
+// All or nothing: rolled back unless commit() was called. Inside another transaction it joins that one.
+class Transaction {
+public:
+    explicit Transaction(Database &db);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+    void commit();
+
+private:
+    Database &m_db;
+    bool m_isOpen = false; // ours to end
+};
+
+} // namespace velmora::server

@@ -1,0 +1,237 @@
+#include "server/store/migrations.h"
+
+#include "server/store/database.h"
+
+#include <array>
+
+namespace velmora::server {
+
+namespace {
+
+// Times are Unix seconds. Tokens of sessions and codes are stored as hashes only; tokens of stations, tracks, ads and
+// music are not secrets without a session, so they are stored as they are and always looked up with their account.
+constexpr const char *accountsAndDevices = R"sql(
+CREATE TABLE settings (name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
+CREATE TABLE accounts (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  user_name TEXT NOT NULL,
+  folded_name TEXT NOT NULL UNIQUE,
+  password_hash TEXT NOT NULL,
+  created_at INTEGER NOT NULL,
+  is_active INTEGER NOT NULL DEFAULT 1,
+  birth_year INTEGER,
+  gender TEXT,
+  zip_code TEXT,
+  country_code TEXT,
+  email_opt_in INTEGER NOT NULL DEFAULT 0,
+  explicit_filter INTEGER NOT NULL DEFAULT 0,
+  explicit_pin_hash TEXT
+);
+CREATE TABLE devices (
+  device_id TEXT PRIMARY KEY,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  key_hash TEXT NOT NULL,
+  associated_at INTEGER NOT NULL
+) WITHOUT ROWID;
+CREATE INDEX devices_by_account ON devices(account_id);
+CREATE TABLE sessions (
+  token_hash TEXT PRIMARY KEY,
+  kind TEXT NOT NULL CHECK (kind IN ('partner', 'user')),
+  account_id INTEGER REFERENCES accounts(id) ON DELETE CASCADE,
+  key_hash TEXT NOT NULL,
+  device_id TEXT,
+  expires_at INTEGER NOT NULL,
+  CHECK ((kind = 'user') = (account_id IS NOT NULL))
+) WITHOUT ROWID;
+CREATE INDEX sessions_by_account ON sessions(account_id);
+CREATE INDEX sessions_by_expiry ON sessions(expires_at);
+CREATE TABLE activation_codes (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  code_hash TEXT NOT NULL UNIQUE,
+  digits TEXT,
+  key_hash TEXT,
+  account_id INTEGER REFERENCES accounts(id) ON DELETE CASCADE,
+  created_at INTEGER NOT NULL,
+  expires_at INTEGER NOT NULL
+);
+CREATE INDEX activation_codes_by_digits ON activation_codes(digits);
+CREATE TABLE grants (
+  id INTEGER PRIMARY KEY,
+  digits TEXT NOT NULL,
+  key_hash TEXT NOT NULL,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  expires_at INTEGER NOT NULL
+);
+CREATE INDEX grants_by_digits ON grants(digits);
+CREATE TABLE resets (
+  token_hash TEXT PRIMARY KEY,
+  purpose TEXT NOT NULL,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  expires_at INTEGER NOT NULL
+) WITHOUT ROWID;
+)sql";
+
+// The search table holds folded text in which two blanks stand before every word, so that the index of three-letter
+// pieces also answers words of one and two letters, by their beginning.
+constexpr const char *catalogue = R"sql(
+CREATE TABLE artists (id INTEGER PRIMARY KEY, public_id TEXT NOT NULL UNIQUE, name TEXT NOT NULL, folded TEXT NOT NULL);
+CREATE INDEX artists_by_folded ON artists(folded);
+CREATE TABLE albums (
+  id INTEGER PRIMARY KEY,
+  public_id TEXT NOT NULL UNIQUE,
+  artist_id INTEGER NOT NULL REFERENCES artists(id),
+  title TEXT NOT NULL,
+  year INTEGER NOT NULL
+);
+CREATE TABLE tracks (
+  id INTEGER PRIMARY KEY,
+  public_id TEXT NOT NULL UNIQUE,
+  artist_id INTEGER NOT NULL REFERENCES artists(id),
+  album_id INTEGER NOT NULL REFERENCES albums(id),
+  song TEXT NOT NULL,
+  folded TEXT NOT NULL,
+  style TEXT NOT NULL,
+  mood TEXT NOT NULL,
+  tempo INTEGER NOT NULL,
+  year INTEGER NOT NULL,
+  duration INTEGER NOT NULL,
+  audio_path TEXT NOT NULL,
+  audio_type TEXT NOT NULL,
+  bitrate INTEGER NOT NULL,
+  picture_path TEXT NOT NULL,
+  is_explicit INTEGER NOT NULL DEFAULT 0,
+  is_playable INTEGER NOT NULL
+);
+CREATE INDEX tracks_by_folded ON tracks(folded);
+CREATE INDEX tracks_by_style ON tracks(is_playable, style, id);
+CREATE INDEX tracks_by_artist ON tracks(artist_id);
+CREATE TABLE ads (
+  id INTEGER PRIMARY KEY,
+  public_id TEXT NOT NULL UNIQUE,
+  title TEXT NOT NULL,
+  line2 TEXT NOT NULL,
+  duration INTEGER NOT NULL,
+  audio_path TEXT NOT NULL,
+  audio_type TEXT NOT NULL,
+  picture_path TEXT NOT NULL,
+  is_playable INTEGER NOT NULL
+);
+CREATE VIRTUAL TABLE track_search USING fts5(song, artist, tokenize = 'trigram case_sensitive 1');
+CREATE VIRTUAL TABLE artist_search USING fts5(name, tokenize = 'trigram case_sensitive 1');
+)sql";
+
+constexpr const char *stations = R"sql(
+CREATE TABLE stations (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  token TEXT NOT NULL UNIQUE,
+  name TEXT NOT NULL,
+  is_tapestry INTEGER NOT NULL DEFAULT 0,
+  is_shared INTEGER NOT NULL DEFAULT 0,
+  allow_rename INTEGER NOT NULL DEFAULT 1,
+  allow_delete INTEGER NOT NULL DEFAULT 1,
+  allow_add_music INTEGER NOT NULL DEFAULT 1,
+  allow_feedback INTEGER NOT NULL DEFAULT 1,
+  created_at INTEGER NOT NULL,
+  lists_issued INTEGER NOT NULL DEFAULT 0
+);
+CREATE INDEX stations_by_account ON stations(account_id);
+CREATE TABLE seeds (
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  kind TEXT NOT NULL CHECK (kind IN ('artist', 'track', 'style')),
+  target TEXT NOT NULL,
+  PRIMARY KEY (station_id, kind, target)
+) WITHOUT ROWID;
+CREATE TABLE music_tokens (
+  token TEXT PRIMARY KEY,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  kind TEXT NOT NULL CHECK (kind IN ('artist', 'track', 'album', 'style')),
+  target TEXT NOT NULL,
+  UNIQUE (account_id, kind, target)
+) WITHOUT ROWID;
+CREATE TABLE issued_tracks (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  token TEXT NOT NULL UNIQUE,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  reasons TEXT NOT NULL,
+  issued_at INTEGER NOT NULL
+);
+CREATE INDEX issued_tracks_by_station ON issued_tracks(station_id, id);
+CREATE INDEX issued_tracks_by_time ON issued_tracks(issued_at);
+CREATE TABLE issued_ads (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  token TEXT NOT NULL UNIQUE,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  ad_id INTEGER NOT NULL REFERENCES ads(id) ON DELETE CASCADE,
+  issued_at INTEGER NOT NULL,
+  registered_at INTEGER
+);
+CREATE INDEX issued_ads_by_account ON issued_ads(account_id, id);
+CREATE INDEX issued_ads_by_time ON issued_ads(issued_at);
+CREATE TABLE feedback (
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  is_positive INTEGER NOT NULL,
+  given_at INTEGER NOT NULL,
+  PRIMARY KEY (station_id, track_id)
+) WITHOUT ROWID;
+CREATE INDEX feedback_by_account ON feedback(account_id, track_id);
+CREATE TABLE sleeps (
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  until INTEGER NOT NULL,
+  PRIMARY KEY (account_id, track_id)
+) WITHOUT ROWID;
+CREATE TABLE bookmarks (
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  kind TEXT NOT NULL CHECK (kind IN ('artist', 'track')),
+  target INTEGER NOT NULL,
+  created_at INTEGER NOT NULL,
+  PRIMARY KEY (account_id, kind, target)
+) WITHOUT ROWID;
+CREATE TABLE track_events (
+  id INTEGER PRIMARY KEY,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  type TEXT NOT NULL,
+  seconds INTEGER NOT NULL,
+  happened_at INTEGER NOT NULL
+);
+CREATE INDEX track_events_by_time ON track_events(happened_at);
+)sql";
+
+// Step n brings a file from version n to n + 1. A step that has been released is never changed.
+constexpr std::array steps = {accountsAndDevices, catalogue, stations};
+
+} // namespace
+
+int newestSchemaVersion()
+{
+    return static_cast<int>(steps.size());
+}
+
+void migrate(Database &db)
+{
+    int64_t version = 0;
+    {
+        Statement statement = db.prepare("PRAGMA user_version");
+        statement.step();
+        version = statement.integer(0);
+    }
+    if (version < 0 || version > newestSchemaVersion())
+        throw StoreError("the database has version " + std::to_string(version) + ", this program knows versions up to "
+                         + std::to_string(newestSchemaVersion()) + "; use the newer velmora-server that wrote it");
+    for (; version < newestSchemaVersion(); ++version) {
+        Transaction step(db);
+        db.execute(steps[static_cast<size_t>(version)]);
+        db.execute("PRAGMA user_version = " + std::to_string(version + 1));
+        step.commit();
+    }
+}
+
+} // namespace velmora::server

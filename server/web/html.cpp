@@ -1,0 +1,127 @@
+#include "server/web/html.h"
+
+namespace velmora::server::html {
+
+std::string escape(const std::string &text)
+{
+    std::string safe;
+    safe.reserve(text.size());
+    for (const char c : text) {
+        switch (c) {
+        case '&':
+            safe += "&amp;";
+            break;
+        case '<':
+            safe += "&lt;";
+            break;
+        case '>':
+            safe += "&gt;";
+            break;
+        case '"':
+            safe += "&quot;";
+            break;
+        case '\'':
+            safe += "&#39;";
+            break;
+        default:
+            safe += c;
+        }
+    }
+    return safe;
+}
+
+std::string render(const Page &page)
+{
+    std::string text = "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+                       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>"
+        + escape(page.title) + " - Velmora</title>\n<link rel=\"stylesheet\" href=\"/style.css\">\n</head>\n<body>\n"
+        + "<header><a href=\"/account\">velmora</a></header>\n<main>\n" + page.body;
+    if (!page.isEncrypted)
+        text += "<p class=\"note\">This page is not encrypted: everybody in this network could read along. "
+                "Do not use a password that opens anything else.</p>\n";
+    return text + "</main>\n</body>\n</html>\n";
+}
+
+std::string heading(const std::string &text)
+{
+    return "<h1>" + escape(text) + "</h1>\n";
+}
+
+std::string paragraph(const std::string &text)
+{
+    return "<p>" + escape(text) + "</p>\n";
+}
+
+std::string error(const std::string &text)
+{
+    return text.empty() ? std::string() : "<p class=\"error\" role=\"alert\">" + escape(text) + "</p>\n";
+}
+
+std::string form(const std::string &action, const std::string &csrf, const std::string &fields)
+{
+    return "<form method=\"post\" action=\"" + escape(action) + "\">\n" + hidden("csrf", csrf) + fields + "</form>\n";
+}
+
+std::string field(const Field &field)
+{
+    std::string text = "<label>" + escape(field.label) + "<input name=\"" + escape(field.name) + "\" type=\""
+        + escape(field.type) + "\" value=\"" + escape(field.value) + "\" autocomplete=\"" + escape(field.autocomplete)
+        + "\" maxlength=\"254\" required";
+    if (field.isCode)
+        text += " class=\"code\" autocapitalize=\"characters\" autocorrect=\"off\" spellcheck=\"false\"";
+    text += "></label>\n";
+    if (!field.hint.empty())
+        text += "<p class=\"hint\">" + escape(field.hint) + "</p>\n";
+    return text;
+}
+
+std::string hidden(const std::string &name, const std::string &value)
+{
+    return "<input type=\"hidden\" name=\"" + escape(name) + "\" value=\"" + escape(value) + "\">\n";
+}
+
+std::string button(const std::string &label, const std::string &name, const std::string &value)
+{
+    std::string text = "<button type=\"submit\"";
+    if (!name.empty())
+        text += " name=\"" + escape(name) + "\" value=\"" + escape(value) + "\"";
+    return text + ">" + escape(label) + "</button>\n";
+}
+
+std::string link(const std::string &address, const std::string &label)
+{
+    return "<p><a href=\"" + escape(address) + "\">" + escape(label) + "</a></p>\n";
+}
+
+const char *styleSheet()
+{
+    return R"(:root { color-scheme: dark; }
+* { box-sizing: border-box; }
+body { margin: 0; min-height: 100vh; background: linear-gradient(#1c0f29, #0d0615) fixed; color: #fff;
+  font: 18px/1.5 Arial, "Liberation Sans", sans-serif; }
+header { max-width: 34rem; margin: 0 auto; padding: 1.5rem 1.25rem 0; font-size: 1.5rem; letter-spacing: .04em; }
+header a { color: #fff8ea; text-decoration: none; }
+main { max-width: 34rem; margin: 0 auto; padding: 0 1.25rem 3rem; }
+h1 { font-size: 1.7rem; line-height: 1.2; margin: 1.2rem 0 .8rem; }
+h2 { font-size: 1.2rem; margin: 2rem 0 .5rem; }
+form { background: #2b1839; border: 2px solid #5b4472; border-radius: 16px; padding: 1.1rem; margin: 1rem 0; }
+label { display: block; margin: 0 0 1rem; color: #c5c5c5; }
+input { display: block; width: 100%; margin-top: .3rem; padding: .7rem .9rem; font: inherit; color: #fff;
+  background: #170b22; border: 2px solid #7d6298; border-radius: 12px; }
+input:focus { outline: none; border-color: #ffb400; }
+input.code { font-size: 1.6rem; letter-spacing: .25em; text-transform: uppercase; }
+button { display: block; width: 100%; min-height: 3rem; font: inherit; font-weight: bold; color: #000; cursor: pointer;
+  background: linear-gradient(#ffcb52, #ffac12); border: 2px solid #ffe3a6; border-radius: 10px; }
+button + button, label + button { margin-top: .6rem; }
+button:focus-visible, a:focus-visible { outline: 3px solid #fff; outline-offset: 2px; }
+a { color: #ffcb52; }
+.error { background: #3a0f1d; border: 2px solid #ff6178; border-radius: 12px; padding: .7rem 1rem; }
+.note, .hint { color: #c5c5c5; font-size: .95rem; }
+.hint { margin: -.6rem 0 1rem; }
+.device { display: flex; gap: 1rem; align-items: center; justify-content: space-between; }
+.device p { margin: 0; }
+.device button { width: auto; padding: 0 1.2rem; color: #fff; background: #43295a; border-color: #7d6298; }
+)";
+}
+
+} // namespace velmora::server::html

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+// The pieces that every page is made of. Whatever comes from outside goes through escape().
+namespace velmora::server::html {
+
+std::string escape(const std::string &text);
+
+struct Page {
+    std::string title;
+    std::string body;      // made of the pieces below
+    bool isEncrypted = true; // otherwise the page says that it is not
+};
+std::string render(const Page &page);
+
+std::string heading(const std::string &text);
+std::string paragraph(const std::string &text);
+std::string error(const std::string &text); // empty for an empty text
+
+// A form that posts to `action`; `csrf` comes along in it. `fields` are made of the pieces below.
+std::string form(const std::string &action, const std::string &csrf, const std::string &fields);
+struct Field {
+    std::string name;
+    std::string label;
+    std::string type = "text";         // or "email", "password"
+    std::string value;                 // what was typed before; never a password
+    std::string autocomplete = "off";
+    std::string hint;
+    bool isCode = false; // an activation code: large, capitals, no corrections
+};
+std::string field(const Field &field);
+std::string hidden(const std::string &name, const std::string &value);
+std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
+std::string link(const std::string &address, const std::string &label);
+
+// The style sheet, served as /style.css: dark, one column, large enough for a thumb.
+const char *styleSheet();
+
+} // namespace velmora::server::html

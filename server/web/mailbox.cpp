@@ -1,0 +1,194 @@
+#include "server/web/mailbox.h"
+
+#include <curl/curl.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <fstream>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr size_t mostWaiting = 100;
+constexpr long connectSeconds = 10;
+constexpr long wholeSeconds = 30;
+
+struct Upload {
+    const std::string &text;
+    size_t sent = 0;
+};
+
+size_t read(char *buffer, size_t size, size_t count, void *user)
+{
+    auto *upload = static_cast<Upload *>(user);
+    const size_t part = std::min(size * count, upload->text.size() - upload->sent);
+    std::memcpy(buffer, upload->text.data() + upload->sent, part);
+    upload->sent += part;
+    return part;
+}
+
+std::string mailDate(int64_t now)
+{
+    const std::time_t seconds = now;
+    std::tm parts{};
+    ::gmtime_r(&seconds, &parts);
+    char text[64];
+    std::strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S +0000", &parts);
+    return text;
+}
+
+} // namespace
+
+Mailbox::Mailbox(MailSettings settings)
+    : m_settings(std::move(settings))
+    , m_thread([this] { work(); })
+{
+}
+
+Mailbox::~Mailbox()
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        m_isEnding = true;
+    }
+    m_wake.notify_all();
+    m_thread.join();
+}
+
+std::string Mailbox::message(const std::string &sender, const std::string &recipient, const std::string &subject,
+                             const std::string &text, int64_t now)
+{
+    // A line break would begin a header of the sender's choice.
+    if (recipient.find_first_of("\r\n<>") != std::string::npos)
+        return {};
+    std::string mail = "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient
+        + ">\r\nSubject: " + subject + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n"
+        + "MIME-Version: 1.0\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Transfer-Encoding: 8bit\r\n"
+        + "Auto-Submitted: auto-generated\r\n\r\n";
+    for (const char c : text)
+        mail += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    return mail;
+}
+
+void Mailbox::sendPasswordReset(const std::string &address, const std::string &token)
+{
+    enqueue(address, "Your Velmora password",
+            "Somebody, probably you, has asked for a new password for this Velmora account.\n\n"
+            "This page sets one. It opens once, within one hour:\n\n"
+                + m_settings.address() + "/reset?token=" + token
+                + "\n\nIf it was not you, do nothing: your password stays as it is.\n");
+}
+
+void Mailbox::sendPinRescue(const std::string &address, const std::string &token)
+{
+    enqueue(address, "Your Velmora PIN",
+            "Somebody, probably you, has forgotten the PIN of this Velmora account.\n\n"
+            "This page sets a new one. It opens once, within one hour:\n\n"
+                + m_settings.address() + "/pin?token=" + token
+                + "\n\nIf it was not you, do nothing: the PIN stays as it is.\n");
+}
+
+void Mailbox::enqueue(const std::string &recipient, const std::string &subject, const std::string &text)
+{
+    Mail mail{recipient, message(m_settings.sender, recipient, subject, text, std::time(nullptr))};
+    if (mail.text.empty())
+        return;
+    {
+        const std::lock_guard guard(m_mutex);
+        if (m_waiting.size() >= mostWaiting) {
+            std::fputs("velmora-server: too many mails wait to be sent, one was dropped\n", stderr);
+            return;
+        }
+        m_waiting.push_back(std::move(mail));
+    }
+    m_wake.notify_all();
+}
+
+void Mailbox::work()
+{
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        m_wake.wait(lock, [this] { return m_isEnding || !m_waiting.empty(); });
+        if (m_waiting.empty())
+            return;
+        const Mail mail = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        const bool isEnding = m_isEnding;
+        lock.unlock();
+        // At the end nobody waits for a slow mail server: the outbox keeps it.
+        if (isEnding || m_settings.smtp.empty() || !deliver(mail))
+            keep(mail);
+        lock.lock();
+    }
+}
+
+bool Mailbox::deliver(const Mail &mail) const
+{
+    const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> curl(curl_easy_init(), &curl_easy_cleanup);
+    if (!curl)
+        return false;
+    const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> recipients(
+        curl_slist_append(nullptr, ("<" + mail.recipient + ">").c_str()), &curl_slist_free_all);
+    Upload upload{mail.text};
+    curl_easy_setopt(curl.get(), CURLOPT_URL, m_settings.smtp.c_str());
+    curl_easy_setopt(curl.get(), CURLOPT_PROTOCOLS_STR, "smtp,smtps");
+    curl_easy_setopt(curl.get(), CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_TRY));
+    curl_easy_setopt(curl.get(), CURLOPT_MAIL_FROM, ("<" + m_settings.sender + ">").c_str());
+    curl_easy_setopt(curl.get(), CURLOPT_MAIL_RCPT, recipients.get());
+    curl_easy_setopt(curl.get(), CURLOPT_READFUNCTION, &read);
+    curl_easy_setopt(curl.get(), CURLOPT_READDATA, &upload);
+    curl_easy_setopt(curl.get(), CURLOPT_UPLOAD, 1L);
+    curl_easy_setopt(curl.get(), CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl.get(), CURLOPT_CONNECTTIMEOUT, connectSeconds);
+    curl_easy_setopt(curl.get(), CURLOPT_TIMEOUT, wholeSeconds);
+    if (!m_settings.smtpLogin.empty()) {
+        std::ifstream file(m_settings.smtpLogin);
+        std::string name;
+        std::string password;
+        std::getline(file, name);
+        std::getline(file, password);
+        curl_easy_setopt(curl.get(), CURLOPT_USERNAME, name.c_str());
+        curl_easy_setopt(curl.get(), CURLOPT_PASSWORD, password.c_str());
+        // A password is not sent in the clear.
+        curl_easy_setopt(curl.get(), CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
+    }
+    const CURLcode result = curl_easy_perform(curl.get());
+    if (result != CURLE_OK)
+        std::fprintf(stderr, "velmora-server: a mail was not delivered (%s) and lies in %s\n", curl_easy_strerror(result),
+                     m_settings.outbox.c_str());
+    return result == CURLE_OK;
+}
+
+void Mailbox::keep(const Mail &mail) const
+{
+    std::error_code ignored;
+    std::filesystem::create_directories(m_settings.outbox, ignored);
+    std::filesystem::permissions(m_settings.outbox, std::filesystem::perms::owner_all, ignored);
+    const std::filesystem::path file =
+        m_settings.outbox / (std::to_string(std::time(nullptr)) + "-" + randomToken(6) + ".eml");
+    const int handle = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    size_t written = 0;
+    while (handle >= 0 && written < mail.text.size()) {
+        const ssize_t part = ::write(handle, mail.text.data() + written, mail.text.size() - written);
+        if (part < 0 && errno == EINTR)
+            continue;
+        if (part <= 0)
+            break;
+        written += static_cast<size_t>(part);
+    }
+    if (handle >= 0)
+        ::close(handle);
+    if (written == mail.text.size())
+        std::fprintf(stderr, "velmora-server: a mail lies in %s\n", file.c_str());
+    else
+        std::fprintf(stderr, "velmora-server: a mail could not be kept in %s\n", m_settings.outbox.c_str());
+}
+
+} // namespace velmora::server

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "server/api/stationservice.h"
+
+#include <condition_variable>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace velmora::server {
+
+struct MailSettings {
+    std::string smtp;                 // smtp[s]://host[:port]; empty: into the outbox
+    std::filesystem::path smtpLogin;  // user name and password, a line each; empty: without
+    std::filesystem::path outbox;     // a folder, made owner-only
+    std::string sender = "velmora@localhost";
+    std::function<std::string()> address; // of the pages, configured, never a request's own; asked when a mail is written
+};
+
+// Sends the mails, one after another, on a thread of its own. With an SMTP server through libcurl (TLS where the server
+// offers it); what cannot be delivered, and everything without a server, is written to the outbox, owner-only.
+class Mailbox : public Mailer {
+public:
+    explicit Mailbox(MailSettings settings);
+    ~Mailbox() override; // sends what waits, for a few seconds at the most
+
+    void sendPasswordReset(const std::string &address, const std::string &token) override;
+    void sendPinRescue(const std::string &address, const std::string &token) override;
+
+    // The whole message, headers and all; recipients with line breaks are refused (empty).
+    static std::string message(const std::string &sender, const std::string &recipient, const std::string &subject,
+                               const std::string &text, int64_t now);
+
+private:
+    struct Mail {
+        std::string recipient;
+        std::string text; // whole
+    };
+    void enqueue(const std::string &recipient, const std::string &subject, const std::string &text);
+    void work();
+    bool deliver(const Mail &mail) const;
+    void keep(const Mail &mail) const;
+
+    MailSettings m_settings;
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::deque<Mail> m_waiting;
+    bool m_isEnding = false;
+    std::thread m_thread;
+};
+
+} // namespace velmora::server

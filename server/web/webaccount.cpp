@@ -1,0 +1,143 @@
+// The account page: who is signed in, which radios have access, a new password.
+#include "server/web/html.h"
+#include "server/web/webpages.h"
+
+#include <httplib.h>
+
+#include <ctime>
+
+namespace velmora::server {
+
+namespace {
+
+std::string day(int64_t seconds)
+{
+    const std::time_t time = seconds;
+    std::tm parts{};
+    ::gmtime_r(&time, &parts);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%d", &parts);
+    return text;
+}
+
+} // namespace
+
+void WebPages::addAccount(httplib::Server &server)
+{
+    const auto page = [this](Handler handler) {
+        return [this, handler](const httplib::Request &request, httplib::Response &response) {
+            visit(request, response, handler);
+        };
+    };
+    server.Get("/account", page(&WebPages::showAccount));
+    server.Post("/account/signin", page(&WebPages::takeSignIn));
+    server.Post("/account/signout", page(&WebPages::takeSignOut));
+    server.Post("/account/revoke", page(&WebPages::takeRevoke));
+    server.Post("/account/password", page(&WebPages::takePassword));
+}
+
+void WebPages::signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
+{
+    show(visit, "Sign in",
+         html::heading("Your account") + html::error(problem)
+             + html::form("/account/signin", visit.session.csrf,
+                          html::field({.name = "email", .label = "E-mail address", .type = "email", .value = userName,
+                                       .autocomplete = "username", .hint = {}})
+                              + html::field({.name = "password", .label = "Password", .type = "password", .value = {},
+                                             .autocomplete = "current-password", .hint = {}})
+                              + html::button("Sign in"))
+             + html::link("/activate", "Activate a radio"),
+         status);
+}
+
+void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
+{
+    const auto account = m_service.accounts.find(visit.session.account);
+    if (!account) {
+        visit.session.account = 0;
+        m_sessions.keep(visit.cookie, visit.session);
+        signInPage(visit, {}, {});
+        return;
+    }
+    std::string body = html::heading("Your account") + html::paragraph(account->userName) + html::error(problem)
+        + "<h2>Radios with access</h2>\n";
+    const auto devices = m_service.devices.ofAccount(account->id);
+    if (devices.empty())
+        body += html::paragraph("None.");
+    for (const Device &device : devices) {
+        body += html::form("/account/revoke", visit.session.csrf,
+                           "<div class=\"device\">" + html::paragraph(device.deviceId + ", since " + day(device.associatedAt))
+                               + html::button("Remove", "device", device.deviceId) + "</div>");
+    }
+    body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n"
+        + html::form("/account/password", visit.session.csrf,
+                     html::field({.name = "password", .label = "Password now", .type = "password", .value = {},
+                                  .autocomplete = "current-password", .hint = {}})
+                         + html::field({.name = "new", .label = "New password", .type = "password", .value = {},
+                                        .autocomplete = "new-password", .hint = "At least eight characters."})
+                         + html::button("Change"))
+        + html::form("/account/signout", visit.session.csrf, html::button("Sign out"));
+    show(visit, "Your account", body, status);
+}
+
+void WebPages::showAccount(Visit &visit)
+{
+    if (visit.session.account == 0)
+        signInPage(visit, {}, {});
+    else
+        devicesPage(visit, {});
+}
+
+void WebPages::takeSignIn(Visit &visit)
+{
+    AccountId id = 0;
+    std::string problem;
+    if (!checkLogin(visit, &id, &problem)) {
+        signInPage(visit, problem, visit.value("email"), 422);
+        return;
+    }
+    signIn(visit, id);
+    redirect(visit, "/account");
+}
+
+void WebPages::takeSignOut(Visit &visit)
+{
+    m_sessions.end(visit.cookie);
+    redirect(visit, "/account");
+}
+
+void WebPages::takeRevoke(Visit &visit)
+{
+    if (visit.session.account == 0) {
+        signInPage(visit, {}, {});
+        return;
+    }
+    // Its tokens and its key end with it.
+    const bool isDone = m_service.devices.revoke(visit.session.account, visit.value("device"));
+    devicesPage(visit, isDone ? "" : "There is no such radio.", isDone ? 200 : 422);
+}
+
+void WebPages::takePassword(Visit &visit)
+{
+    const auto account = m_service.accounts.find(visit.session.account);
+    if (!account) {
+        signInPage(visit, {}, {});
+        return;
+    }
+    Account checked;
+    if (m_service.accounts.login(account->userName, visit.value("password"), visit.request.remote_addr, &checked)
+        != LoginResult::done) {
+        devicesPage(visit, "The password is not right.", 422);
+        return;
+    }
+    if (m_service.accounts.changePassword(account->id, visit.value("new")) != CreateResult::done) {
+        devicesPage(visit, "The new password needs at least eight characters.", 422);
+        return;
+    }
+    m_sessions.endOfAccount(account->id, visit.cookie);
+    show(visit, "Done",
+         html::heading("The password was changed") + html::paragraph("Other browsers were signed out.")
+             + html::link("/account", "Your account"));
+}
+
+} // namespace velmora::server

@@ -1,0 +1,162 @@
+// The page on which a radio is linked with an account: code, account, permission, done.
+#include "server/web/html.h"
+#include "server/web/webpages.h"
+
+#include <httplib.h>
+
+namespace velmora::server {
+
+namespace {
+
+// "00:1A:2B:3C:4D:5E", as it stands on the device.
+std::string deviceName(const std::string &digits)
+{
+    std::string text;
+    for (size_t i = 0; i < digits.size(); ++i) {
+        if (i > 0 && i % 2 == 0)
+            text += ':';
+        text += digits[i];
+    }
+    return text;
+}
+
+constexpr char codeGone[] = "This code is not valid, or no longer. The radio shows a new one after \"Continue\".";
+
+} // namespace
+
+void WebPages::addActivation(httplib::Server &server)
+{
+    const auto page = [this](Handler handler) {
+        return [this, handler](const httplib::Request &request, httplib::Response &response) {
+            visit(request, response, handler);
+        };
+    };
+    server.Get("/activate", page(&WebPages::showCodeForm));
+    server.Post("/activate", page(&WebPages::takeCode));
+    server.Post("/activate/account", page(&WebPages::takeAccount));
+    server.Post("/activate/allow", page(&WebPages::allow));
+}
+
+void WebPages::codePage(Visit &visit, const std::string &problem, int status)
+{
+    html::Field code;
+    code.name = "code";
+    code.label = "Code";
+    code.hint = "Eight letters and digits, as the television shows them.";
+    code.isCode = true;
+    show(visit, "Activate a radio",
+         html::heading("Activate a radio") + html::error(problem)
+             + html::form("/activate", visit.session.csrf, html::field(code) + html::button("Next")),
+         status);
+}
+
+void WebPages::showCodeForm(Visit &visit)
+{
+    codePage(visit, {});
+}
+
+void WebPages::takeCode(Visit &visit)
+{
+    const std::string code = ActivationCodes::normalised(visit.value("code"));
+    if (!m_service.activationCodes.find(code) || m_service.activationCodes.find(code)->digits.empty()) {
+        if (m_codeTries.refuse(visit.request.remote_addr, LoginThrottle::Time::clock::now()))
+            codePage(visit, "Too many tries. Please wait ten minutes.", 429);
+        else
+            codePage(visit, codeGone, 422);
+        return;
+    }
+    visit.session.code = code;
+    m_sessions.keep(visit.cookie, visit.session);
+    if (visit.session.account != 0)
+        allowPage(visit);
+    else
+        accountPage(visit, {}, {});
+}
+
+void WebPages::accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
+{
+    const std::string email = html::field({.name = "email", .label = "E-mail address", .type = "email", .value = userName,
+                                           .autocomplete = "username", .hint = {}});
+    show(visit, "Your account",
+         html::heading("Whose radio is it?") + html::error(problem) + "<h2>I have an account</h2>\n"
+             + html::form("/activate/account", visit.session.csrf,
+                          email
+                              + html::field({.name = "password", .label = "Password", .type = "password", .value = {},
+                                             .autocomplete = "current-password", .hint = {}})
+                              + html::button("Sign in", "action", "signin"))
+             + "<h2>I am new here</h2>\n"
+             + html::form("/activate/account", visit.session.csrf,
+                          email
+                              + html::field({.name = "password", .label = "Password", .type = "password", .value = {},
+                                             .autocomplete = "new-password", .hint = "At least eight characters."})
+                              + html::button("Create an account", "action", "create")),
+         status);
+}
+
+void WebPages::takeAccount(Visit &visit)
+{
+    const std::string userName = visit.value("email");
+    if (visit.session.code.empty()) {
+        codePage(visit, codeGone, 422);
+        return;
+    }
+    AccountId id = 0;
+    std::string problem;
+    if (visit.value("action") == "create") {
+        if (m_newAccounts.refuse(visit.request.remote_addr, LoginThrottle::Time::clock::now())) {
+            accountPage(visit, "Too many new accounts from here. Please wait an hour.", userName, 429);
+            return;
+        }
+        switch (m_service.createAccount(userName, visit.value("password"), {}, &id)) {
+        case CreateResult::done:
+            break;
+        case CreateResult::badUserName:
+            problem = "This is not an e-mail address.";
+            break;
+        case CreateResult::badPassword:
+            problem = "The password needs at least eight characters.";
+            break;
+        case CreateResult::taken:
+            problem = "There is an account with this address. Sign in with its password, or have a new one sent.";
+            break;
+        }
+    } else if (!checkLogin(visit, &id, &problem)) {
+        id = 0;
+    }
+    if (!problem.empty()) {
+        accountPage(visit, problem, userName, 422); // the address stays, a password does not
+        return;
+    }
+    signIn(visit, id);
+    allowPage(visit);
+}
+
+void WebPages::allowPage(Visit &visit)
+{
+    const auto subject = m_service.activationCodes.find(visit.session.code);
+    const auto account = m_service.accounts.find(visit.session.account);
+    if (!subject || subject->digits.empty() || !account) {
+        codePage(visit, codeGone, 422);
+        return;
+    }
+    show(visit, "Allow this radio?",
+         html::heading("Allow this radio?")
+             + html::paragraph("The radio with the address " + deviceName(subject->digits) + " will play the stations of "
+                               + account->userName + ", and may change them.")
+             + html::form("/activate/allow", visit.session.csrf, html::button("Allow")));
+}
+
+void WebPages::allow(Visit &visit)
+{
+    if (visit.session.account == 0 || !m_service.activationCodes.grant(visit.session.code, visit.session.account)) {
+        codePage(visit, codeGone, 422);
+        return;
+    }
+    visit.session.code.clear();
+    m_sessions.keep(visit.cookie, visit.session);
+    show(visit, "Done",
+         html::heading("Done") + html::paragraph("Go back to the television and choose \"Continue\".")
+             + html::link("/account", "Your account"));
+}
+
+} // namespace velmora::server

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "server/accounts/loginthrottle.h"
+#include "server/api/stationservice.h"
+#include "server/web/websessions.h"
+
+#include <functional>
+#include <string>
+
+namespace httplib {
+class Server;
+struct Request;
+struct Response;
+} // namespace httplib
+
+namespace velmora::server {
+
+// The pages for people: /activate (a radio shows a code), /account (devices, password), /reset and /pin (links of mails).
+// Plain HTML without scripts; a strict content security policy; every post carries the session's token; cookies are
+// same-site, and secure where the service is encrypted. Called from the server's threads.
+class WebPages {
+public:
+    // `isEncrypted`: browsers reach the pages through TLS.
+    WebPages(StationService &service, bool isEncrypted, Clock clock = systemClock());
+
+    void addTo(httplib::Server &server);
+
+private:
+    // One request with its browser's session.
+    struct Visit {
+        const httplib::Request &request;
+        httplib::Response &response;
+        std::string cookie;
+        WebSession session;
+        std::string value(const std::string &name) const; // of the posted form
+    };
+    using Handler = void (WebPages::*)(Visit &);
+
+    // Finds or makes the session; a post without the session's token is refused with a page that says so.
+    void visit(const httplib::Request &request, httplib::Response &response, Handler handler);
+    void setCookie(httplib::Response &response, const std::string &cookie) const;
+    void show(Visit &visit, const std::string &title, const std::string &body, int status = 200) const;
+    static void redirect(Visit &visit, const std::string &address);
+    void signIn(Visit &visit, AccountId account);
+    // Checks name and password as the radio's login does; what to say when it failed goes into `problem`.
+    bool checkLogin(Visit &visit, AccountId *account, std::string *problem);
+
+    // webactivation.cpp
+    void addActivation(httplib::Server &server);
+    void showCodeForm(Visit &visit);
+    void takeCode(Visit &visit);
+    void takeAccount(Visit &visit);
+    void allow(Visit &visit);
+    void codePage(Visit &visit, const std::string &problem, int status = 200);
+    void accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
+    void allowPage(Visit &visit);
+
+    // webaccount.cpp
+    void addAccount(httplib::Server &server);
+    void showAccount(Visit &visit);
+    void takeSignIn(Visit &visit);
+    void takeSignOut(Visit &visit);
+    void takeRevoke(Visit &visit);
+    void takePassword(Visit &visit);
+    void signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
+    void devicesPage(Visit &visit, const std::string &problem, int status = 200);
+
+    // webreset.cpp
+    void addReset(httplib::Server &server);
+    void showReset(Visit &visit);
+    void takeReset(Visit &visit);
+    void showPin(Visit &visit);
+    void takePin(Visit &visit);
+
+    StationService &m_service;
+    const bool m_isEncrypted;
+    WebSessions m_sessions;
+    RateLimit m_codeTries{10, std::chrono::minutes(10)};   // wrong codes of one address
+    RateLimit m_newAccounts{10, std::chrono::minutes(60)}; // of one address
+};
+
+} // namespace velmora::server

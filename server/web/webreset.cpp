@@ -1,0 +1,120 @@
+// The links of mails: a new password, a new PIN. Each opens once and expires.
+#include "server/web/html.h"
+#include "server/web/webpages.h"
+
+#include <httplib.h>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr char linkGone[] = "This link is not valid, or no longer. Ask the radio for a new one.";
+
+std::string gone()
+{
+    return html::heading("Too late") + html::error(linkGone) + html::link("/account", "Your account");
+}
+
+std::string passwordForm(const std::string &csrf, const std::string &token, const std::string &problem)
+{
+    return html::heading("A new password") + html::error(problem)
+        + html::form("/reset", csrf,
+                     html::hidden("token", token)
+                         + html::field({.name = "new", .label = "New password", .type = "password", .value = {},
+                                        .autocomplete = "new-password", .hint = "At least eight characters."})
+                         + html::button("Set it"));
+}
+
+std::string pinForm(const std::string &csrf, const std::string &token, const std::string &problem)
+{
+    return html::heading("A new PIN") + html::error(problem)
+        + html::form("/pin", csrf,
+                     html::hidden("token", token)
+                         + html::field({.name = "new", .label = "New PIN", .type = "password", .value = {},
+                                        .autocomplete = "off", .hint = "Four to twelve digits."})
+                         + html::button("Set it"));
+}
+
+bool isPin(const std::string &text)
+{
+    return text.size() >= 4 && text.size() <= 12 && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+} // namespace
+
+void WebPages::addReset(httplib::Server &server)
+{
+    const auto page = [this](Handler handler) {
+        return [this, handler](const httplib::Request &request, httplib::Response &response) {
+            visit(request, response, handler);
+        };
+    };
+    server.Get("/reset", page(&WebPages::showReset));
+    server.Post("/reset", page(&WebPages::takeReset));
+    server.Get("/pin", page(&WebPages::showPin));
+    server.Post("/pin", page(&WebPages::takePin));
+}
+
+void WebPages::showReset(Visit &visit)
+{
+    const std::string token = visit.value("token");
+    if (m_service.accounts.peekReset(token, passwordPurpose))
+        show(visit, "A new password", passwordForm(visit.session.csrf, token, {}));
+    else
+        show(visit, "Too late", gone(), 410);
+}
+
+void WebPages::takeReset(Visit &visit)
+{
+    const std::string token = visit.value("token");
+    if (!m_service.accounts.peekReset(token, passwordPurpose)) {
+        show(visit, "Too late", gone(), 410);
+        return;
+    }
+    // Looked at before the link is used up: a password that is too short does not cost it.
+    if (!Accounts::isPassword(visit.value("new"))) {
+        show(visit, "A new password",
+             passwordForm(visit.session.csrf, token, "The password needs at least eight characters."), 422);
+        return;
+    }
+    const auto account = m_service.accounts.redeemReset(token, passwordPurpose);
+    if (!account || m_service.accounts.changePassword(*account, visit.value("new")) != CreateResult::done) {
+        show(visit, "Too late", gone(), 410);
+        return;
+    }
+    m_sessions.endOfAccount(*account, {});
+    show(visit, "Done",
+         html::heading("The password was changed") + html::paragraph("Sign in on the radio with the new one.")
+             + html::link("/account", "Your account"));
+}
+
+void WebPages::showPin(Visit &visit)
+{
+    const std::string token = visit.value("token");
+    if (m_service.accounts.peekReset(token, pinPurpose))
+        show(visit, "A new PIN", pinForm(visit.session.csrf, token, {}));
+    else
+        show(visit, "Too late", gone(), 410);
+}
+
+void WebPages::takePin(Visit &visit)
+{
+    const std::string token = visit.value("token");
+    if (!m_service.accounts.peekReset(token, pinPurpose)) {
+        show(visit, "Too late", gone(), 410);
+        return;
+    }
+    if (!isPin(visit.value("new"))) {
+        show(visit, "A new PIN", pinForm(visit.session.csrf, token, "A PIN has four to twelve digits."), 422);
+        return;
+    }
+    const auto account = m_service.accounts.redeemReset(token, pinPurpose);
+    if (!account) {
+        show(visit, "Too late", gone(), 410);
+        return;
+    }
+    m_service.accounts.setExplicitPin(*account, visit.value("new"));
+    show(visit, "Done", html::heading("The PIN was changed"));
+}
+
+} // namespace velmora::server

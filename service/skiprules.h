@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QTime>
+
+// At most six skips a station within an hour, by the wall clock's hours, minutes and seconds.
+namespace skiprules {
+
+enum { MaxSkips = 6, Window = 3601 }; // a record counts while it is younger than Window seconds
+
+struct Record {
+    QString stationToken;
+    QTime timeStamp;
+};
+
+int secondsOfDay(const QTime &time);
+
+struct Answer {
+    bool isAllowed = true;
+    int count = 0;               // records of the station
+    int first = -1;              // position of its oldest record, -1 when it has none
+    bool isFirstExpired = false; // the oldest record has left the window and is to be removed
+};
+Answer ask(const QList<Record> &records, const QString &stationToken, const QTime &now);
+
+// Older than the window at `now`. Midnight is not allowed for (deliberate): a record of yesterday evening counts as
+// one of the future until the clock has passed it by an hour.
+bool isOverdue(const Record &record, const QTime &now);
+
+} // namespace skiprules

@@ -1,0 +1,64 @@
+#include "menu_fixture.h"
+
+#include <QJsonDocument>
+#include <QtTest>
+
+#include <csignal>
+#include <sys/prctl.h>
+
+MenuFixture::~MenuFixture()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.kill(); // its radio goes with it
+    m_process.waitForFinished();
+}
+
+void MenuFixture::prepare(QProcess &process)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("VELMORA_MENU_SOCKET"));
+    process.setProcessEnvironment(environment);
+    process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+}
+
+bool MenuFixture::start(const QStringList &options, const QStringList &words)
+{
+    prepare(m_process);
+    m_process.start(QStringLiteral(VELMORA_MENU), QStringList{QStringLiteral("--socket"), socket()} + options +
+                                                      QStringList{QStringLiteral("--"), QStringLiteral(MENU_SAMPLE)} +
+                                                      words);
+    return QTest::qWaitFor([this] { return status()[QStringLiteral("answering")].toBool(); }, 20000);
+}
+
+Outcome MenuFixture::command(const QStringList &words) const
+{
+    QProcess process;
+    prepare(process);
+    process.start(QStringLiteral(VELMORA_MENU), QStringList{QStringLiteral("--socket"), socket()} + words);
+    if (!process.waitForFinished())
+        return {};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QJsonObject MenuFixture::status() const
+{
+    return QJsonDocument::fromJson(command({QStringLiteral("status")}).output).object();
+}
+
+int MenuFixture::waitForEnd()
+{
+    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(20000))
+        return -1;
+    return m_process.exitCode();
+}
+
+QByteArray MenuFixture::output()
+{
+    return m_output += m_process.readAllStandardOutput();
+}
+
+QByteArray MenuFixture::errors()
+{
+    return m_errors += m_process.readAllStandardError();
+}

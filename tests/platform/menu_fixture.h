@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+struct Outcome {
+    int code = -1;
+    QByteArray output;
+    QByteArray errors;
+};
+
+// A menu system under a socket of its own with a sample program in the radio's place; both end with the fixture.
+class MenuFixture {
+public:
+    MenuFixture() = default;
+    ~MenuFixture();
+
+    // A child that dies with the test.
+    static void prepare(QProcess &process);
+
+    // Returns when the program answers.
+    bool start(const QStringList &options = {}, const QStringList &words = {});
+    // Runs velmora-menu with these words at this menu's socket.
+    Outcome command(const QStringList &words) const;
+    QJsonObject status() const;
+    int waitForEnd();
+
+    QString path(const QString &name) const { return m_directory.filePath(name); }
+    QString socket() const { return path(QStringLiteral("menu.sock")); }
+    QProcess &process() { return m_process; }
+    QByteArray output();
+    QByteArray errors();
+
+private:
+    QTemporaryDir m_directory;
+    QProcess m_process;
+    QByteArray m_output;
+    QByteArray m_errors;
+};

@@ -1,0 +1,174 @@
+// A program in the radio's place. Red opens a message box, green focuses the field, yellow hangs, blue asks to exit.
+// Words: --deaf (ends for nobody), --ask (asks to exit at once), --code N (ends with N).
+#include "menu_sample.h"
+
+#include "netcommon/ipc.h"
+#include "netcommon/ipcthread.h"
+#include "netcommon/networknotify.h"
+#include "viewcomponent/bufferdlg.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTimer>
+
+#include <csignal>
+#include <cstdio>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+void say(const QString &text)
+{
+    std::printf("%s\n", qPrintable(text));
+    std::fflush(stdout);
+}
+
+void sayKey(const char *what, const QKeyEvent *event)
+{
+    say(QStringLiteral("%1 %2").arg(QLatin1String(what)).arg(event->key(), 8, 16, QLatin1Char('0')));
+}
+
+} // namespace
+
+SampleDlg::SampleDlg()
+    : QDialog(nullptr, Qt::Dialog | Qt::FramelessWindowHint)
+    , m_list(new QListWidget(this))
+{
+    resize(1280, 720);
+    setStyleSheet(QStringLiteral("SampleDlg { background: #204060; }"));
+    m_list->setObjectName(QStringLiteral("stationListWidget"));
+    m_list->setGeometry(64, 130, 324, 300);
+    m_list->addItems({QStringLiteral("Quiet Evening"), QStringLiteral("Morning Walk")});
+    m_list->setFocusPolicy(Qt::ClickFocus);
+    auto *label = new QLabel(QStringLiteral("Station List"), this);
+    label->setObjectName(QStringLiteral("stationLabel"));
+    label->setGeometry(64, 92, 200, 32);
+    auto *button = new QPushButton(QStringLiteral("Menu"), this);
+    button->setObjectName(QStringLiteral("menuBtn"));
+    button->setGeometry(500, 130, 200, 48);
+    button->setFocusPolicy(Qt::ClickFocus);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, [] { say(QStringLiteral("clicked")); });
+    auto *field = new QLineEdit(this);
+    field->setObjectName(QStringLiteral("nameEdit"));
+    field->setGeometry(500, 230, 400, 48);
+    field->setFocusPolicy(Qt::ClickFocus);
+    connect(field, &QLineEdit::textChanged, this, [](const QString &text) { say(QStringLiteral("text %1").arg(text)); });
+    auto *password = new QLineEdit(QStringLiteral("a secret"), this);
+    password->setObjectName(QStringLiteral("passwordEdit"));
+    password->setEchoMode(QLineEdit::Password);
+    password->setGeometry(500, 330, 400, 48);
+    password->setFocusPolicy(Qt::ClickFocus);
+    m_list->setCurrentRow(0);
+    button->setFocus();
+}
+
+void SampleDlg::handleExit(bool isFromParent, bool isSystemError)
+{
+    say(QStringLiteral("exit %1 %2").arg(isFromParent).arg(isSystemError));
+    if (QCoreApplication::arguments().contains(QStringLiteral("--deaf")))
+        return;
+    close();
+    emit signalResponseParent(2);
+    emit signalResponseParent(2);
+    QCoreApplication::quit();
+}
+
+void SampleDlg::handleScreenSaver(bool fgEnter)
+{
+    say(QStringLiteral("screensaver %1").arg(fgEnter));
+}
+
+void SampleDlg::keyPressEvent(QKeyEvent *event)
+{
+    sayKey("press", event);
+    switch (event->key()) {
+    case 0x010000CB:
+        QTimer::singleShot(0, this, [this] {
+            SampleBoxDlg box(this);
+            say(QStringLiteral("box %1").arg(box.exec()));
+        });
+        break;
+    case 0x010000C0:
+        findChild<QLineEdit *>(QStringLiteral("nameEdit"))->setFocus();
+        break;
+    case Qt::Key_Yellow:
+        say(QStringLiteral("hanging"));
+        for (;;)
+            ::pause();
+    case Qt::Key_Blue:
+        say(QStringLiteral("request %1").arg(netcommon::Ipc::requestExit(false)));
+        break;
+    case Qt::Key_MediaPlay:
+        (new viewcomponent::BufferDlg(QStringLiteral("Buffering..."), this))->show();
+        break;
+    default:
+        break;
+    }
+}
+
+void SampleDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    sayKey("release", event);
+}
+
+SampleBoxDlg::SampleBoxDlg(QWidget *parent)
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
+{
+    resize(780, 339);
+    move(240, 175);
+    setStyleSheet(QStringLiteral("SampleBoxDlg { background: #603020; }"));
+    auto *content = new QLabel(QStringLiteral("Really?"), this);
+    content->setObjectName(QStringLiteral("contentLabel"));
+    content->setGeometry(140, 20, 601, 201);
+    auto *button = new QPushButton(QStringLiteral("OK"), this);
+    button->setObjectName(QStringLiteral("okBtn"));
+    button->setGeometry(260, 230, 250, 45);
+    button->setFocusPolicy(Qt::ClickFocus);
+    connect(button, &QPushButton::clicked, this, &QDialog::accept);
+    button->setFocus();
+}
+
+void SampleBoxDlg::keyReleaseEvent(QKeyEvent *event)
+{
+    sayKey("box release", event);
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    say(QStringLiteral("umask %1").arg(mask, 3, 8, QLatin1Char('0')));
+    if (application.arguments().contains(QStringLiteral("--deaf")))
+        ::signal(SIGTERM, SIG_IGN);
+
+    auto *thread = netcommon::IpcThread::getInstance();
+    thread->start();
+    SampleDlg screen;
+    QObject::connect(thread, &netcommon::IpcThread::signalExit, &screen, &SampleDlg::handleExit);
+    QObject::connect(thread, &netcommon::IpcThread::signalScreenSaver, &screen, &SampleDlg::handleScreenSaver);
+    QObject::connect(&screen, &SampleDlg::signalResponseParent, thread, &netcommon::IpcThread::responseParent);
+    QObject::connect(netcommon::NetworkNotify::getInstance(), &netcommon::NetworkNotify::signalSendNetowrkEvent,
+                     [](NETWORk_EVENT_T event) { say(QStringLiteral("network %1").arg(event)); });
+    screen.show();
+    if (application.arguments().contains(QStringLiteral("--ask")))
+        QTimer::singleShot(0, &screen, [] { netcommon::Ipc::requestExit(false); });
+    application.exec();
+    say(QStringLiteral("thread ended %1").arg(thread->wait()));
+    delete thread;
+    delete netcommon::NetworkNotify::getInstance();
+    _NETWORK_MSG_T notice{};
+    notice.type = 4;
+    netcommon::Ipc::getInstance()->sendIpcMsg(&notice);
+    delete netcommon::Ipc::getInstance();
+    const auto place = application.arguments().indexOf(QStringLiteral("--code"));
+    return place > 0 ? application.arguments().value(place + 1).toInt() : 0;
+}

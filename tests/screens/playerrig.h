@@ -1,0 +1,78 @@
+#pragma once
+
+#include "fakes/fakedownload.h"
+#include "fakes/fakeipc.h"
+#include "fakes/fakenetwork.h"
+#include "fakes/fakeplayback.h"
+#include "fakes/fakescreens.h"
+#include "fakes/fakewsfixture.h"
+#include "fakes/logcapture.h"
+#include "fakes/screentest.h"
+#include "player/velmoramaindlg.h"
+#include "widgets/imagelistwidget.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+// The screens that the player opens over itself are the real ones, all others only say that they were asked for.
+class PlayerScreens : public FakeScreens {
+public:
+    PlayerPort *player() override;
+    VelmoraParentWidget *trackMenu(QWidget *parent) override;
+    VelmoraParentWidget *about(QWidget *parent) override;
+    VelmoraParentWidget *why(const QString &text, QWidget *parent) override;
+};
+
+// One test's player screen over the fakes: "listener" is signed in, the player is made and shown. At the end it is
+// closed, and handles, threads or screens that it left behind fail the test.
+class PlayerRig {
+public:
+    explicit PlayerRig(const QByteArray &lastStation = "b");
+    ~PlayerRig();
+
+    // --- service
+    static QList<FakeStation> stations(const QList<QByteArray> &tokens = {"a", "b", "c"}); // Tapestry is added
+    static FakeEntry track(const QByteArray &name);
+    static FakeReply tracks(int count); // "Song 1" and so on
+    HANDLE_T stationList(const QList<FakeStation> &own);
+    HANDLE_T createdStation(const FakeStation &station);
+    void fill(const QList<FakeStation> &own = stations());
+    // Fills the list and starts the last station, whose playlist is this one; its first track plays.
+    void play(const QList<FakeEntry> &entries = {track("Song 1"), track("Song 2"), track("Song 3")});
+    void answer(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {}); // the oldest that waits; then run()
+    void run(); // everything that is on its way has arrived
+    int sent(int cmd) const { return service.ws.count(cmd); }
+    QByteArray sentText(int cmd, int parameter = 0) const; // of the last request
+
+    // --- screen
+    ImageListWidget *stationsList() const { return list("stationListWidget"); }
+    ImageListWidget *history() const { return list("playListWidget"); }
+    ImageListWidget *list(const char *name) const { return screentest::child<ImageListWidget>(player, name); }
+    QPushButton *button(const char *name) const { return screentest::child<QPushButton>(player, name); }
+    QString text(const char *label) const { return screentest::child<QLabel>(player, label)->text(); }
+    QString style(const char *name) const { return screentest::childWidget(player, name)->styleSheet(); }
+    void key(int code) const { screentest::key(player, code); }
+    void call(const char *slot) const; // by its name; then run() is up to the caller
+    template <typename T>
+    T *dialog() const // the open one of this class, else null
+    {
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            if (widget->isVisible())
+                if (T *found = qobject_cast<T *>(widget))
+                    return found;
+        return nullptr;
+    }
+    bool isAnimationShown() const { return player->isAnimationShown(); }
+    // Object names of the controls of the player that look focused: exactly one, or none under a box or dialog.
+    QStringList focused() const;
+    QString lastStation() const; // of the settings
+    // Uses them up.
+    int skipsLeft(const QString &station) const;
+    // A picture into the folder of VELMORA_PICTURES, if that is set.
+    static void keepPicture(const QString &name);
+
+    LogCapture log;
+    FakeWsFixture service;
+    PlayerScreens screens;
+    QPointer<VelmoraMainDlg> player;
+};

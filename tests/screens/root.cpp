@@ -1,0 +1,564 @@
+// The root widget: history and Back, message boxes, exit, idle check, network loss, screen saver, animation.
+#include "fakes/fakeipc.h"
+#include "fakes/fakenetwork.h"
+#include "fakes/fakeplayback.h"
+#include "fakes/fakescreens.h"
+#include "fakes/screentest.h"
+#include "screens/rootscreens.h"
+
+#include "viewcomponent/bufferdlg.h"
+
+#include <QApplication>
+#include <QLabel>
+
+namespace {
+
+const QString exitQuestion = QStringLiteral("Are you sure you want to exit Velmora? ");
+const QString lastWindowQuestion = QStringLiteral("You have reached the last window.") + exitQuestion;
+const QString networkText = QStringLiteral("Unable to connect to network.");
+
+// Runs `act` once, as soon as a box shows and `answers`, if any, have noted it.
+template <class Act>
+void onBox(QObject *context, Act act, const BoxAnswer *answers = nullptr)
+{
+    auto *timer = new QTimer(context);
+    QObject::connect(timer, &QTimer::timeout, context, [timer, act, answers] {
+        if (!screentest::visibleBox() || (answers && answers->shown() == 0))
+            return;
+        timer->stop();
+        act();
+    });
+    timer->start(1);
+}
+
+// Runs the event loop; 99 when nothing ends it.
+int execute()
+{
+    QTimer net;
+    QObject::connect(&net, &QTimer::timeout, qApp, [] { QCoreApplication::exit(99); });
+    net.start(10'000);
+    return QApplication::exec();
+}
+
+QTimer *idleTimer(const VelmoraParentWidget &screen)
+{
+    return screen.findChild<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+} // namespace
+
+class Root : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        screentest::registerTypes();
+        QApplication::setQuitOnLastWindowClosed(false);
+    }
+    void init()
+    {
+        FakeIpc::reset();
+        FakePlayback::reset();
+        m_context = std::make_unique<QObject>();
+        m_screens = std::make_unique<FakeScreens>();
+        m_screen = new ProbeScreen;
+        m_screen->show();
+    }
+    void cleanup()
+    {
+        FakeNetwork::back();
+        delete m_screen;
+        m_screens.reset();
+        m_context.reset();
+        screentest::settle();
+        QCOMPARE(screentest::livingScreens(), 0);
+    }
+
+    // --- history and Back
+
+    void theHistoryIsAQueueWithTheNewestLast()
+    {
+        VelmoraParentWidget::delUiType(); // of an empty history: nothing
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SIGNIN);
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
+        VelmoraParentWidget::delUiType();
+        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.size(), 1);
+        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.last(), VELMORA_UI_TYPE_SIGNIN);
+        VelmoraParentWidget::clearAllRecordHistroyUiType();
+        QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
+    }
+
+    void backRebuildsTheScreenOfTheNewestEntry_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QStringList>("made");
+        QTest::newRow("player") << 2 << QStringList{"player"};
+        QTest::newRow("sign-in") << 3 << QStringList{"signIn"};
+        QTest::newRow("none") << 4 << QStringList{};
+        QTest::newRow("activation") << 5 << QStringList{"activation |"};
+        QTest::newRow("account selection") << 6 << QStringList{"selectUser 2"};
+        QTest::newRow("unknown") << 7 << QStringList{};
+    }
+    void backRebuildsTheScreenOfTheNewestEntry()
+    {
+        QFETCH(int, type);
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_NONE);
+        VelmoraParentWidget::recordHistroyUiType(static_cast<_VELMORA_UI_TYPE_E>(type));
+        emit m_screen->signalReturnBtn();
+        QTEST(m_screens->made(), "made");
+        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.size(), 1);
+        if (type == VELMORA_UI_TYPE_MAIN) {
+            QVERIFY(PlayerPort::existing()->screen()->isVisible());
+            QCOMPARE(m_screens->idleRestarts(), 1);
+        } else if (m_screens->last()) {
+            QVERIFY(m_screens->last()->isVisible());
+        }
+        screentest::settle();
+        QVERIFY2(!m_screen, "the screen that was left is deleted");
+    }
+
+    void backWhileABoxIsOpenNeitherClosesNorPops()
+    {
+        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SIGNIN);
+        onBox(m_context.get(), [this] {
+            m_screen->returnToLastWindow();
+            m_screen->delMsgbox();
+        });
+        m_screen->showMsgbox(MSG_INFO, QStringLiteral("text"));
+        QVERIFY(m_screen->isVisible());
+        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.size(), 1);
+        QVERIFY(m_screens->made().isEmpty());
+    }
+
+    void backWithAnEmptyHistoryAsksWhetherToExit()
+    {
+        BoxAnswer answers({BoxAnswer::Cancel, BoxAnswer::Cancel});
+        emit m_screen->signalReturnBtn();
+        m_screen->exitVelmora(); // the sentence about the last window was for Back only
+        QCOMPARE(answers.texts(), QStringList({lastWindowQuestion, exitQuestion}));
+        QCOMPARE(answers.buttons(), QStringList({"Yes|No", "Yes|No"}));
+        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        QVERIFY(!m_screen->isEixt && m_screen->isVisible());
+    }
+
+    void escapeNeverClosesAScreen()
+    {
+        QTest::keyClick(m_screen->button, Qt::Key_Escape);
+        QTest::keyClick(m_screen.data(), Qt::Key_Escape);
+        screentest::settle();
+        QVERIFY(m_screen && m_screen->isVisible());
+    }
+
+    void aScreenWithAParentIsAWindowOfItsOwn()
+    {
+        ProbeScreen child(m_screen);
+        QVERIFY(child.isWindow());
+        QVERIFY(child.windowFlags().testFlag(Qt::FramelessWindowHint));
+    }
+
+    // --- exit
+
+    void yesAsksTheMenuSystemForTheExit()
+    {
+        BoxAnswer answers({BoxAnswer::Ok});
+        m_screen->m_isNetworkError = true;
+        emit m_screen->signalBlueBtn();
+        QCOMPARE(answers.texts(), QStringList{exitQuestion});
+        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true});
+        QVERIFY(m_screen->isEixt);
+        QVERIFY(m_screen->isVisible());
+    }
+
+    void anotherBlueKeyWhileAnExitIsUnderWayDoesNothing()
+    {
+        BoxAnswer answers({BoxAnswer::Nothing});
+        onBox(
+            m_context.get(),
+            [this] {
+                emit m_screen->signalBlueBtn();
+                emit m_screen->signalReturnBtn();
+                m_screen->delMsgbox();
+            },
+            &answers);
+        emit m_screen->signalBlueBtn();
+        QCOMPARE(answers.shown(), 1);
+        QCOMPARE(FakeIpc::exitRequests().size(), 1);
+    }
+
+    void aRefusedExitSaysSoAndTheRadioStays()
+    {
+        FakeIpc::setRequestResult(false);
+        BoxAnswer answers({BoxAnswer::Ok});
+        m_screen->isEixt = true;
+        emit m_screen->signalExit(false, true);
+        QCOMPARE(answers.texts(), QStringList{"Can not exit Velmora,send exit Velmora signal failed!"});
+        QVERIFY(answers.icon().contains("MsgBox_Error"));
+        QVERIFY(!m_screen->isEixt && m_screen->isVisible());
+    }
+
+    void theMenuSystemsExitEndsTheEventLoopAndEveryScreen()
+    {
+        auto *hidden = new ProbeScreen;
+        bool isAnsweredOutside = false;
+        int answer = -1;
+        QTimer::singleShot(0, hidden, [&] {
+            const QPointer<ProbeScreen> guard(hidden);
+            answer = hidden->showMsgbox(MSG_QUESTION, QStringLiteral("question"));
+            isAnsweredOutside = !guard || guard->isBoxDestroyed();
+        });
+        onBox(m_context.get(), [] { FakeIpc::exitFromMenu(); });
+        QCOMPARE(execute(), 0);
+        QCOMPARE(answer, 0);
+        QVERIFY2(isAnsweredOutside, "a box that the exit took away was not answered with No");
+        QVERIFY(!FakeIpc::responses().isEmpty());
+        QCOMPARE(FakeIpc::responses().first(), 2);
+        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        screentest::settle();
+        QVERIFY(!m_screen);
+    }
+
+    void anExitThatIsGrantedEndsTheEventLoop()
+    {
+        FakeIpc::setGranting(true);
+        BoxAnswer answers({BoxAnswer::Ok});
+        QTimer::singleShot(0, m_screen, [this] { emit m_screen->signalReturnBtn(); });
+        QCOMPARE(execute(), 0);
+        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
+        QCOMPARE(FakeIpc::responses().first(), 2);
+    }
+
+    // --- message boxes
+
+    void buttonLabelsHoldForTheNextBoxOnly()
+    {
+        BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Cancel, BoxAnswer::Ok, BoxAnswer::Ok, BoxAnswer::Ok});
+        for (int labels : {LABELS_YES_NO, LABELS_DEFAULT, LABELS_ARTIST_TRACK, LABELS_HOME}) {
+            if (labels != LABELS_DEFAULT)
+                m_screen->setMsgBoxInfoType(labels);
+            QCOMPARE(m_screen->showMsgbox(MSG_QUESTION, QString()), labels == LABELS_DEFAULT ? 0 : 1);
+        }
+        m_screen->setMsgBoxInfoType(LABELS_HOME);
+        m_screen->showMsgbox(MSG_WARNING, QString());
+        QCOMPARE(answers.buttons(), QStringList({"Yes|No", "OK|Cancel", "Artist|Track", "Home|Cancel", "Home"}));
+    }
+
+    void aBoxTakesTheFocusOffTheScreenAndGivesItBack()
+    {
+        BoxAnswer answers({BoxAnswer::Ok});
+        QVERIFY(m_screen->fgActionInvalid());
+        onBox(m_context.get(), [this] { m_screen->notes += m_screen->fgActionInvalid() ? "may act" : "may not"; });
+        m_screen->showMsgbox(MSG_INFO, QString());
+        QVERIFY(m_screen->notes.startsWith("lose box") && m_screen->notes.endsWith("reset"));
+        QVERIFY(!m_screen->notes.contains("may act"));
+        QVERIFY(m_screen->fgActionInvalid());
+        QVERIFY(!m_screen->isMsgboxShown() && !m_screen->isBoxDestroyed());
+    }
+
+    void aBoxTakenAwayIsNoAnswer_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<bool>("isDestroyed");
+        QTest::newRow("destroyed") << "destroy" << 0 << true;
+        QTest::newRow("hidden") << "hide" << 0 << true;
+        QTest::newRow("replaced by another box") << "replace" << 0 << true;
+        QTest::newRow("closed as confirmed") << "del" << 1 << false;
+        QTest::newRow("answered with No") << "no" << 0 << false;
+    }
+    void aBoxTakenAwayIsNoAnswer()
+    {
+        QFETCH(QString, how);
+        onBox(m_context.get(), [this, how] {
+            if (how == "destroy")
+                m_screen->destroyedMsgbox();
+            else if (how == "hide")
+                m_screen->hideMsgbox();
+            else if (how == "del")
+                m_screen->delMsgbox();
+            else if (how == "no")
+                screentest::child<QPushButton>(screentest::visibleBox(), "cancelBtn")->click();
+            else {
+                BoxAnswer inner({BoxAnswer::Ok});
+                QCOMPARE(m_screen->showMsgbox(MSG_INFO, QString()), 1);
+                QVERIFY(!m_screen->isBoxDestroyed());
+            }
+        });
+        QTEST(m_screen->showMsgbox(MSG_QUESTION, QString()), "result");
+        QTEST(m_screen->isBoxDestroyed(), "isDestroyed");
+        QVERIFY(!screentest::visibleBox());
+        QCOMPARE(screentest::livingScreens(), 1);
+    }
+
+    void aQuestionTakenAwayTakesNoBranch()
+    {
+        ProbePlayer player;
+        FakePlayback::setState(PLAYBACK_STATE_PLAYING);
+        onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
+        m_screen->NohandleTimeOut();
+        onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
+        emit m_screen->signalBlueBtn();
+        onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
+        m_screen->gotoHome();
+        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        QCOMPARE(player.notes, QStringList{"stop"});
+        QVERIFY2(!m_screen->isEixt, "the blue key still works");
+    }
+
+    void aScreenMayGoUnderItsOpenBox()
+    {
+        QSignalSpy gone(m_screen, &QObject::destroyed);
+        onBox(m_context.get(), [this] { m_screen->close(); });
+        QCOMPARE(m_screen->showMsgbox(MSG_QUESTION, QString()), 0);
+        QCOMPARE(gone.count(), 1);
+        QVERIFY(!screentest::visibleBox());
+    }
+
+    void everyQuestionSurvivesTheEndOfItsScreen_data()
+    {
+        QTest::addColumn<int>("question");
+        for (int question = 0; question < 5; ++question)
+            QTest::addRow("question %d", question) << question;
+    }
+    void everyQuestionSurvivesTheEndOfItsScreen()
+    {
+        QFETCH(int, question);
+        FakePlayback::setState(PLAYBACK_STATE_PLAYING);
+        onBox(m_context.get(), [this] { m_screen->close(); });
+        if (question == 0)
+            m_screen->exitVelmora();
+        else if (question == 1)
+            m_screen->NohandleTimeOut();
+        else if (question == 2)
+            m_screen->gotoHome();
+        else if (question == 3)
+            FakeNetwork::lost();
+        else
+            m_screen->handleWSError(5099);
+        QVERIFY(!m_screen);
+        QVERIFY(FakeIpc::exitRequests().isEmpty());
+    }
+
+    // --- errors of the service
+
+    void errorTextsNameTheSupportContact()
+    {
+        QCOMPARE(m_screen->handleWSError(VLM_WS_ERR_INVALID_AUTH_TOKEN_2),
+                 m_screen->handleWSError(VLM_WS_ERR_INVALID_AUTH_TOKEN));
+        const QString text = m_screen->handleWSError(VLM_WS_ERR_ACCOUNT_INACTIVE);
+        QVERIFY(text.startsWith("Sorry,this account is no longer active.Please contact Velmora listener support at "));
+        QVERIFY2(text.section(" at ", 1).contains('@'), qPrintable(text));
+        QCOMPARE(m_screen->handleWSError(VLM_WS_ERR_DEVICE_NOT_FOUND), QStringLiteral("NULL"));
+    }
+
+    void anInactiveAccountIsSaidOnceAndReported()
+    {
+        BoxAnswer answers({BoxAnswer::Ok});
+        QSignalSpy fatal(m_screen, &VelmoraParentWidget::signalFatalErr);
+        m_screen->handleWSError(5098); // the twin knows one code only
+        m_screen->handleWSError(5099);
+        m_screen->handleWSError(5099);
+        QCOMPARE(answers.shown(), 1);
+        QVERIFY(answers.icon().contains("MsgBox_Warning"));
+        QCOMPARE(fatal.count(), 1);
+        QCOMPARE(fatal.first().first().toInt(), 5099);
+        QVERIFY(m_screen->m_isErrorMsg);
+    }
+
+    // --- idle check
+
+    void theIdleCheckAsksOnlyWhileATrackGoesOn_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("isAnimation");
+        QTest::addColumn<bool>("asks");
+        QTest::newRow("stopped") << 4 << false << false;
+        QTest::newRow("playing") << 5 << false << true;
+        QTest::newRow("paused") << 6 << false << true;
+        QTest::newRow("playing under the animation") << 5 << true << false;
+        QTest::newRow("nothing yet") << 0 << false << false;
+    }
+    void theIdleCheckAsksOnlyWhileATrackGoesOn()
+    {
+        QFETCH(int, state);
+        QFETCH(bool, isAnimation);
+        QFETCH(bool, asks);
+        ProbePlayer player;
+        FakePlayback::setState(state);
+        m_screen->runTimer();
+        QCOMPARE(idleTimer(*m_screen)->interval(), 28'800'000);
+        if (isAnimation)
+            m_screen->controlAnimation(false, QStringLiteral("text"));
+        BoxAnswer answers({BoxAnswer::Ok});
+        m_screen->NohandleTimeOut();
+        QCOMPARE(answers.texts(), asks ? QStringList{"    Are you still there ? "} : QStringList{});
+        QVERIFY(idleTimer(*m_screen)->isActive());
+        QCOMPARE(idleTimer(*m_screen)->interval(), asks ? 28'800'000 : 3'000);
+        QCOMPARE(player.notes, asks ? QStringList({"stop", "play"}) : QStringList{});
+    }
+
+    void nobodyThereEndsTheRadioWithoutAnotherQuestion()
+    {
+        ProbePlayer player;
+        player.probe->show();
+        FakePlayback::setState(PLAYBACK_STATE_PLAYING);
+        player.probe->runTimer();
+        BoxAnswer answers({BoxAnswer::Cancel});
+        QVERIFY(QMetaObject::invokeMethod(idleTimer(*player.probe), "timeout"));
+        QCOMPARE(answers.buttons(), QStringList{"Yes|No"});
+        QCOMPARE(player.notes, QStringList{"own stop"}); // the player is told by its own signal
+        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
+        QVERIFY(!idleTimer(*player.probe)->isActive());
+    }
+
+    // --- network
+
+    void aLossIsToldOnceByTheVisibleScreen()
+    {
+        ProbePlayer player; // hidden
+        ProbeScreen newer;
+        BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok});
+        QWidget *owner = nullptr;
+        onBox(m_context.get(), [&owner] { owner = screentest::visibleBox()->parentWidget(); });
+        FakeNetwork::lost();
+        QCOMPARE(answers.texts(), QStringList{networkText});
+        QCOMPARE(answers.buttons(), QStringList{"Home"});
+        QVERIFY(answers.icon().contains("MsgBox_Warning"));
+        QCOMPARE(owner, m_screen.data());
+        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true});
+        for (VelmoraParentWidget *screen : {static_cast<VelmoraParentWidget *>(m_screen), player.screen(),
+                                            static_cast<VelmoraParentWidget *>(&newer)})
+            QVERIFY(screen->m_isErrorMsg && screen->m_isNetworkError);
+        QVERIFY(player.notes.contains("stop") && player.notes.contains("own stop"));
+    }
+
+    void aHiddenOlderScreenLeavesTheBoxToTheVisibleOne()
+    {
+        m_screen->hide();
+        ProbeScreen visible;
+        visible.show();
+        BoxAnswer answers({BoxAnswer::Ok});
+        QWidget *owner = nullptr;
+        onBox(m_context.get(), [&owner] { owner = screentest::visibleBox()->parentWidget(); });
+        FakeNetwork::lost();
+        QCOMPARE(owner, &visible);
+        QCOMPARE(answers.shown(), 1);
+        QCOMPARE(FakeIpc::exitRequests().size(), 1);
+    }
+
+    void aLossDuringAQuestionTakesItAway()
+    {
+        BoxAnswer answers({BoxAnswer::Nothing, BoxAnswer::Ok});
+        onBox(
+            m_context.get(), [] { FakeNetwork::lost(); }, &answers);
+        emit m_screen->signalBlueBtn();
+        QCOMPARE(answers.texts(), QStringList({exitQuestion, networkText}));
+        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true}); // one, by the network box
+        QVERIFY(!screentest::visibleBox());
+    }
+
+    void theNextLossIsToldAgainAfterTheNetworkCameBack()
+    {
+        FakeIpc::setRequestResult(false); // the radio stays
+        BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok, BoxAnswer::Ok, BoxAnswer::Ok});
+        FakeNetwork::lost();
+        QVERIFY(m_screen->m_isNetworkError);
+        FakeNetwork::back();
+        QVERIFY(!m_screen->m_isNetworkError);
+        m_screen->hide();
+        ProbeScreen next;
+        next.show();
+        FakeNetwork::lost();
+        QCOMPARE(answers.texts().count(networkText), 2);
+    }
+
+    void congestionLeadsHome()
+    {
+        BoxAnswer answers({BoxAnswer::Ok});
+        m_screen->gotoHome();
+        QCOMPARE(answers.texts(), QStringList{"There may be network congestion."});
+        QCOMPARE(answers.buttons(), QStringList{"Home"});
+        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
+    }
+
+    // --- screen saver, animation, veil
+
+    void theScreenSaverTakesTheFocusUnlessABoxIsOpen()
+    {
+        FakeIpc::screenSaver(true);
+        QVERIFY(!m_screen->fgActionInvalid());
+        FakeIpc::screenSaver(false);
+        QVERIFY(m_screen->fgActionInvalid());
+        QCOMPARE(m_screen->notes, QStringList({"lose", "reset"}));
+        m_screen->notes.clear();
+        onBox(m_context.get(), [this] {
+            m_screen->notes.clear();
+            FakeIpc::screenSaver(true);
+            FakeIpc::screenSaver(false);
+            m_screen->notes += "end";
+            m_screen->delMsgbox();
+        });
+        m_screen->showMsgbox(MSG_INFO, QString());
+        QCOMPARE(m_screen->notes.first(), QStringLiteral("end"));
+    }
+
+    void theAnimationKeepsKeysFromTheScreen()
+    {
+        int clicks = 0;
+        connect(m_screen->button, &QPushButton::clicked, this, [&clicks] { ++clicks; });
+        m_screen->controlAnimation(false, QStringLiteral("Delete station..."));
+        QVERIFY(m_screen->isAnimationShown());
+        QVERIFY(!m_screen->fgActionInvalid());
+        QVERIFY(m_screen->focusWidget() != m_screen->button);
+        screentest::key(m_screen, screentest::Select);
+        QCOMPARE(clicks, 0);
+        m_screen->controlAnimation(false, QStringLiteral("again")); // one at a time
+        QCOMPARE(m_screen->findChildren<viewcomponent::BufferDlg *>().size(), 1);
+        m_screen->controlAnimation(true);
+        screentest::settle();
+        QVERIFY(m_screen->fgActionInvalid());
+        QCOMPARE(m_screen->focusWidget(), m_screen->button);
+        screentest::key(m_screen, screentest::Select);
+        QCOMPARE(clicks, 1);
+        QCOMPARE(m_screen->findChildren<viewcomponent::BufferDlg *>().size(), 0);
+    }
+
+    void noAnimationUnderABox()
+    {
+        onBox(m_context.get(), [this] {
+            m_screen->controlAnimation(false, QStringLiteral("text"));
+            m_screen->delMsgbox();
+        });
+        m_screen->showMsgbox(MSG_INFO, QString());
+        QVERIFY(!m_screen->isAnimationShown());
+    }
+
+    void theNetworkComingBackEndsTheAnimation()
+    {
+        m_screen->startAniTimer();
+        QVERIFY2(!m_screen->isAnimationShown(), "only while the network is down");
+        m_screen->m_isNetworkError = true;
+        m_screen->startAniTimer();
+        QVERIFY(m_screen->isAnimationShown());
+        FakeNetwork::back();
+        QVERIFY(!m_screen->isAnimationShown());
+    }
+
+    void theVeilCoversTheScreen()
+    {
+        m_screen->showShadow(true);
+        auto *veil = m_screen->findChild<QLabel *>();
+        QVERIFY(veil && veil->isVisible());
+        QCOMPARE(veil->geometry(), m_screen->rect());
+        QCOMPARE(veil->styleSheet(), QStringLiteral("border-image: url(:/images/mst_thumnail_mask.png);\n"));
+        m_screen->showShadow(false);
+        QVERIFY(!m_screen->findChild<QLabel *>());
+    }
+
+private:
+    std::unique_ptr<QObject> m_context;
+    std::unique_ptr<FakeScreens> m_screens;
+    QPointer<ProbeScreen> m_screen;
+};
+
+QTEST_MAIN(Root)
+#include "root.moc"

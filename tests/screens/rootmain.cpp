@@ -1,0 +1,190 @@
+// The program itself, on the fakes: which screen it shows first, and the order of its end.
+#include "app/velmoraparentwidget.h"
+#include "fakes/devicetwin.h"
+#include "fakes/fakeipc.h"
+#include "fakes/fakeplayback.h"
+#include "fakes/fakews.h"
+#include "fakes/screentest.h"
+#include "service/devicepaths.h"
+#include "service/velmorasettings.h"
+#include "service/velmorawebservice.h"
+#include "unit/stdoutcapture.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <csignal>
+#include <functional>
+
+int velmoraMain(int argc, char **argv); // main() of the radio
+
+namespace {
+
+// Done in the event loop of the application that the radio makes; then the menu system ends it.
+std::function<void()> inTheRadio;
+
+void scheduleActs()
+{
+    QTimer::singleShot(0, qApp, [] {
+        if (inTheRadio)
+            inTheRadio();
+        FakeIpc::exitFromMenu();
+    });
+}
+
+// The debug log of the radio's main().
+QStringList mainLog;
+
+void noteMainLog(QtMsgType, const QMessageLogContext &, const QString &text)
+{
+    const bool isMain =
+        text.startsWith(QLatin1String("Velmora main function")) || text == QLatin1String("startVelmora...");
+    if (isMain && !text.endsWith(QLatin1String("wait start..."))) // as often as it takes
+        mainLog.append(text);
+}
+
+int run()
+{
+    char name[] = "velmora";
+    char *arguments[] = {name, nullptr};
+    return velmoraMain(1, arguments);
+}
+
+} // namespace
+
+class RootMain : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { qAddPreRoutine(scheduleActs); }
+    void init()
+    {
+        m_root = std::make_unique<QTemporaryDir>();
+        DeviceTwin::setPrivateRoot(m_root->path());
+        FakeWs::instance().reset();
+        FakeIpc::reset();
+        FakePlayback::reset();
+        inTheRadio = nullptr;
+        // The test keeps its own handlers of fatal signals.
+        for (int i = 0; i < SignalCount; ++i)
+            sigaction(fatalSignals[i], nullptr, &m_kept[i]);
+    }
+    void cleanup()
+    {
+        for (int i = 0; i < SignalCount; ++i)
+            sigaction(fatalSignals[i], &m_kept[i], nullptr);
+        delete qApp;
+    }
+
+    void theWelcomeShowsUntilItWasPassed_data()
+    {
+        QTest::addColumn<QString>("check");
+        QTest::addColumn<QString>("screen");
+        QTest::newRow("no settings") << QString() << "WelcomeDlg";
+        QTest::newRow("passed") << "1"
+                                << "LoadingDlg";
+        QTest::newRow("not passed") << "0"
+                                    << "WelcomeDlg";
+        QTest::newRow("compared exactly") << " 1"
+                                          << "WelcomeDlg";
+        QTest::newRow("a word") << "true"
+                                << "WelcomeDlg";
+    }
+    void theWelcomeShowsUntilItWasPassed()
+    {
+        QFETCH(QString, check);
+        if (!check.isNull())
+            VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setWelcomeCheck(check);
+        QStringList shown;
+        inTheRadio = [&shown] { shown = screentest::visibleWindows(); };
+        QCOMPARE(run(), 0);
+        QTEST(shown.filter(QStringLiteral("Dlg")).join(u','), "screen");
+    }
+
+    void theRadioIsSetUpBeforeTheFirstScreen()
+    {
+        inTheRadio = [] {
+            QVERIFY(QCoreApplication::testAttribute(Qt::AA_Use96Dpi));
+            QVERIFY(!QApplication::quitOnLastWindowClosed());
+            QVERIFY(qApp->styleSheet().contains(QLatin1String("ImageListWidget::item:selected:focus")));
+            QVERIFY(QMetaType::fromName("NETWORk_EVENT_T").isValid() && QMetaType::fromName("HANDLE_T").isValid());
+            struct sigaction action;
+            for (int signo : fatalSignals) {
+                sigaction(signo, nullptr, &action);
+                QVERIFY(action.sa_flags & SA_SIGINFO);
+            }
+            QVERIFY(DeviceTwin::shellCommands().first().startsWith(QLatin1String("mkdir ")));
+            VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
+        };
+        QCOMPARE(run(), 0);
+    }
+
+    void theEndIsToldToTheMenuSystemLast()
+    {
+        mainLog.clear();
+        const QtMessageHandler kept = qInstallMessageHandler(noteMainLog);
+        StdoutCapture capture;
+        const int result = run();
+        const QByteArray text = capture.take();
+        qInstallMessageHandler(kept);
+        QCOMPARE(result, 0);
+        QCOMPARE(mainLog,
+                 QStringList({"Velmora main function ...", "Velmora main function,load qss file...",
+                              "Velmora main function,load qss file,done!", "startVelmora...",
+                              "Velmora main function,a exec.", "Velmora main function,ipc thread return true.",
+                              "Velmora main function exit..", "Velmora main function ,delete VelmoraWebService",
+                              "Velmora main function,delete VelmoraPlayback",
+                              "Velmora main function,delete NetworkNotify"}));
+        QCOMPARE(text, QByteArray("Velmora main function emit exit signal...\n\r"
+                                  "Velmora main function,delete VelmoraIpc.\n\r"
+                                  "Velmora main function exit ok!\n\r"));
+        QCOMPARE(FakeIpc::responses(), QList<int>{2});
+        QCOMPARE(FakeIpc::messages().size(), 1);
+        const _NETWORK_MSG_T message = FakeIpc::messages().first();
+        QCOMPARE(message.type, 4u);
+        QVERIFY(std::all_of(std::begin(message.data), std::end(message.data), [](char c) { return c == 0; }));
+        QVERIFY(!qApp);
+        QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
+        QVERIFY(!FakeWs::instance().isInitialised());
+        const QStringList commands = DeviceTwin::shellCommands();
+        QVERIFY2(commands.last().startsWith("rm -rf ") && commands.last().endsWith("/tmp/velmora"),
+                 qPrintable(commands.last()));
+    }
+
+    void withoutTheIpcThreadNoScreenIsShownButTheEndIsTold()
+    {
+        FakeIpc::setMissing(true);
+        bool isLoopEntered = false;
+        inTheRadio = [&isLoopEntered] { isLoopEntered = true; };
+        QCOMPARE(run(), 0);
+        QVERIFY(!isLoopEntered);
+        QCOMPARE(FakeIpc::messages().size(), 1);
+        QVERIFY(DeviceTwin::shellCommands().last().startsWith("rm -rf "));
+    }
+
+    void aServiceThatCannotStartEndsEverythingAtOnce()
+    {
+        FakeWs::instance().setInitResult(VLM_WS_ERR_OUT_OF_MEMORY);
+        mainLog.clear();
+        const QtMessageHandler kept = qInstallMessageHandler(noteMainLog);
+        const int result = run();
+        qInstallMessageHandler(kept);
+        QCOMPARE(result, 0);
+        QCOMPARE(mainLog, QStringList({"Velmora main function ...", "Velmora main function,webService_init failed!"}));
+        QVERIFY(FakeIpc::messages().isEmpty());
+        QVERIFY(qApp);
+        QCOMPARE(screentest::livingScreens(), 0);
+        QCOMPARE(DeviceTwin::shellCommands().size(), 1); // the scratch directory stays
+        delete VelmoraWebService::getInstance();
+    }
+
+private:
+    static constexpr int SignalCount = 6;
+    static constexpr int fatalSignals[SignalCount] = {SIGINT, SIGILL, SIGTERM, SIGFPE, SIGABRT, SIGSEGV};
+
+    std::unique_ptr<QTemporaryDir> m_root;
+    struct sigaction m_kept[SignalCount];
+};
+
+QTEST_APPLESS_MAIN(RootMain)
+#include "rootmain.moc"

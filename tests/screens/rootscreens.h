@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/playerport.h"
+#include "app/velmoraparentwidget.h"
+
+#include <QPointer>
+#include <QPushButton>
+#include <QStringList>
+
+// A screen with one button, whose protected slots can be called; notes what the root widget tells it.
+class ProbeScreen : public VelmoraParentWidget {
+    Q_OBJECT
+public:
+    explicit ProbeScreen(QWidget *parent = nullptr)
+        : VelmoraParentWidget(parent)
+        , button(new QPushButton(this))
+    {
+        resize(1280, 720);
+        button->setFocusPolicy(Qt::ClickFocus);
+        button->setAutoDefault(false);
+        button->setFocus();
+    }
+    void loseFocus(bool fgMsgbox) override
+    {
+        VelmoraParentWidget::loseFocus(fgMsgbox);
+        notes.append(fgMsgbox ? QStringLiteral("lose box") : QStringLiteral("lose"));
+    }
+    void resetFocus(bool fgMsgbox) override
+    {
+        VelmoraParentWidget::resetFocus(fgMsgbox);
+        notes.append(QStringLiteral("reset"));
+    }
+    using VelmoraParentWidget::exitVelmora;
+    using VelmoraParentWidget::gotoHome;
+    using VelmoraParentWidget::handleNetworkEvent;
+    using VelmoraParentWidget::returnToLastWindow;
+    using VelmoraParentWidget::startAniTimer;
+
+    QPushButton *button;
+    QStringList notes;
+};
+
+// A player as the rest of the radio knows it: notes its commands.
+class ProbePlayer : public PlayerPort {
+public:
+    ProbePlayer()
+        : probe(new ProbeScreen)
+    {
+        QObject::connect(probe, &VelmoraParentWidget::signalTimeoutStop, probe, [this] { notes += "own stop"; });
+        QObject::connect(probe, &VelmoraParentWidget::signalTimeoutPlay, probe, [this] { notes += "own play"; });
+        setExisting(this);
+    }
+    ~ProbePlayer() override
+    {
+        setExisting(nullptr);
+        delete probe;
+    }
+    VelmoraParentWidget *screen() override { return probe; }
+    void stopCurrentSong() override { notes += "stop"; }
+    void playCurrentSong() override { notes += "play"; }
+    void fillFromStationList(HANDLE_T) override {}
+    void restartIdleTimer() override {}
+    void signOutAfterError() override {}
+
+    QPointer<ProbeScreen> probe;
+    QStringList notes;
+};

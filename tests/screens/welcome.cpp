@@ -1,0 +1,158 @@
+// The welcome screen: the one button, and Back.
+#include "account/welcomedlg.h"
+#include "screens/accountfixture.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+using screentest::child;
+
+class Welcome : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        screentest::registerTypes();
+        QApplication::setQuitOnLastWindowClosed(false);
+    }
+    void init()
+    {
+        m_fixture = std::make_unique<ScreenFixture>();
+        m_screen = new WelcomeDlg;
+        m_screen->show();
+    }
+    void cleanup()
+    {
+        delete m_screen;
+        m_fixture.reset();
+        screentest::settle();
+        QCOMPARE(screentest::livingScreens(), 0);
+    }
+
+    void selectActivatesAndIsRemembered()
+    {
+        QVERIFY(ScreenFixture::settings().getWelcomeCheck() != QLatin1String("1"));
+        screentest::key(m_screen, screentest::Select);
+        QCOMPARE(m_fixture->screens().made(), QStringList{"loading"});
+        QVERIFY(m_fixture->screens().last()->isVisible());
+        QCOMPARE(ScreenFixture::settings().getWelcomeCheck(), QStringLiteral("1"));
+        screentest::settle();
+        QVERIFY(!m_screen);
+    }
+
+    void backAsksAndNoStays()
+    {
+        BoxAnswer answers({BoxAnswer::Cancel});
+        screentest::key(m_screen, screentest::Back);
+        QCOMPARE(answers.texts(),
+                 QStringList{"You have reached the last window.Are you sure you want to exit Velmora? \n"});
+        QCOMPARE(answers.buttons(), QStringList{"Yes|No"});
+        QVERIFY(answers.icon().contains("MsgBox_Question"));
+        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        QVERIFY(m_screen->isVisible());
+        QCOMPARE(m_screen->focusWidget(), button());
+        QVERIFY(button()->styleSheet().contains("Button_Focus_H"));
+        screentest::key(m_screen, screentest::Select); // still alive
+        QCOMPARE(m_fixture->screens().made(), QStringList{"loading"});
+    }
+
+    void backAndYesLeavesWithoutAnotherQuestion()
+    {
+        BoxAnswer answers({BoxAnswer::Ok});
+        screentest::key(m_screen, screentest::Back);
+        QCOMPARE(answers.shown(), 1);
+        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
+    }
+
+    void aQuestionTakenAwayNeitherLeavesNorStaysDeaf()
+    {
+        QTimer::singleShot(0, m_screen, [this] { m_screen->destroyedMsgbox(); });
+        screentest::keyRelease(m_screen, screentest::Back);
+        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        QVERIFY(m_screen->fgActionInvalid());
+    }
+
+    void aScreenClosedUnderItsQuestionEndsQuietly()
+    {
+        QTimer::singleShot(0, m_screen, [this] { m_screen->close(); });
+        screentest::keyRelease(m_screen, screentest::Back);
+        QVERIFY(!m_screen);
+        QVERIFY(FakeIpc::exitRequests().isEmpty());
+    }
+
+    void backUnderAnErrorAsksNothing()
+    {
+        BoxAnswer answers({});
+        m_screen->m_isErrorMsg = true;
+        QTest::ignoreMessage(QtDebugMsg, "Velmoraparent m_isErrorMsg is true.");
+        screentest::key(m_screen, screentest::Back);
+        QCOMPARE(answers.shown(), 0);
+    }
+
+    void keysUnderABoxAreInvalid()
+    {
+        QTimer::singleShot(0, m_screen, [this] {
+            QTest::ignoreMessage(QtDebugMsg, "WelcomeDlg,keyPressEvent,action invalid");
+            QTest::ignoreMessage(QtDebugMsg, "WelcomeDlg,keyReleaseEvent,action invalid");
+            QKeyEvent press(QEvent::KeyPress, screentest::Select, Qt::NoModifier);
+            QCoreApplication::sendEvent(m_screen, &press);
+            QKeyEvent release(QEvent::KeyRelease, screentest::Back, Qt::NoModifier);
+            QCoreApplication::sendEvent(m_screen, &release);
+            QVERIFY2(button()->styleSheet().contains("Button_Normal_H"), "only the box is amber");
+            m_screen->delMsgbox();
+        });
+        m_screen->showMsgbox(MSG_INFO, QStringLiteral("text"));
+        QVERIFY(m_fixture->screens().made().isEmpty());
+    }
+
+    void everyKeyRestartsTheIdleTimer()
+    {
+        const auto timers = m_screen->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+        QCOMPARE(timers.size(), 1);
+        QVERIFY(!timers.first()->isActive());
+        screentest::keyPress(m_screen, screentest::TopMenu);
+        QVERIFY(timers.first()->isActive());
+        m_screen->stopTimer();
+        screentest::keyRelease(m_screen, screentest::Down);
+        QCOMPARE(timers.first()->interval(), 28'800'000);
+        QVERIFY(timers.first()->isActive());
+    }
+
+    void arrowsAndOtherKeysLeaveTheFocusOnTheButton()
+    {
+        for (int key : {int(screentest::Left), int(screentest::Up), int(screentest::Right), int(screentest::Down),
+                        int(Qt::Key_Tab), int(Qt::Key_Escape), int(screentest::TopMenu)})
+            screentest::key(m_screen, key);
+        QCOMPARE(m_screen->focusWidget(), button());
+        QVERIFY(m_screen->isVisible());
+        QVERIFY(m_fixture->screens().made().isEmpty());
+    }
+
+    void theFormIsLaidOutAsDesigned()
+    {
+        QCOMPARE(m_screen->size(), QSize(1280, 720));
+        QCOMPARE(child<QWidget>(m_screen, "welcomeWidget")->geometry(), QRect(64, 36, 1152, 584));
+        QCOMPARE(button()->geometry(), QRect(384, 408, 360, 60));
+        QCOMPARE(child<QWidget>(m_screen, "helpInfoWidget")->geometry(), QRect(64, 632, 1152, 52));
+        QCOMPARE(child<QLabel>(m_screen, "welcomeLable")->text(), QStringLiteral("Welcome to Velmora"));
+        QCOMPARE(child<QLabel>(m_screen, "descriptionLabel")->text(),
+                 QStringLiteral("To experience free personalized radio playing only the music you love\n"
+                                "you will need to activate Velmora on this device.\n\n"
+                                "Please select \u201cActivate Velmora\u201d below."));
+        QCOMPARE(button()->text(), QStringLiteral("Activate Velmora"));
+        QCOMPARE(child<QLabel>(m_screen, "returnBtnLabel")->text(), QStringLiteral("Return"));
+        QCOMPARE(child<QLabel>(m_screen, "mediaCenterContentLabel")->text(), QStringLiteral("Exit"));
+        QVERIFY(child<QPushButton>(m_screen, "returnBtn")->isFlat());
+        for (QWidget *widget : m_screen->findChildren<QWidget *>())
+            QVERIFY2(widget == button() || widget->focusPolicy() == Qt::NoFocus, qPrintable(widget->objectName()));
+    }
+
+private:
+    QPushButton *button() { return child<QPushButton>(m_screen, "activateBtn"); }
+
+    std::unique_ptr<ScreenFixture> m_fixture;
+    QPointer<WelcomeDlg> m_screen;
+};
+
+QTEST_MAIN(Welcome)
+#include "welcome.moc"

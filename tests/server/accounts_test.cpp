@@ -1,0 +1,373 @@
+// People and devices: passwords, the slow-down, sessions, the device key, activation codes and grants, reset tokens.
+
+#include "serverfixture.h"
+
+#include <algorithm>
+#include <set>
+
+namespace velmora::server {
+namespace {
+
+using namespace std::chrono_literals;
+
+class AccountsTest : public ServerTest {
+protected:
+    const std::string m_keyHash = tokenHash("a key");
+    const std::string m_otherKeyHash = tokenHash("another key");
+    const std::string m_slot = "001A2B3C4D5E-3";
+};
+
+TEST_F(AccountsTest, PasswordsAreStoredAsArgon2id)
+{
+    const AccountId id = addAccount("mira@example.org");
+    const Store::Lock db = m_service->store.lock();
+    Statement row = db->prepare("SELECT password_hash FROM accounts WHERE id = ?1");
+    row.with(id);
+    ASSERT_TRUE(row.step());
+    EXPECT_TRUE(row.text(0).starts_with("$argon2id$"));
+    EXPECT_EQ(row.text(0).find(password), std::string::npos);
+}
+
+TEST_F(AccountsTest, TheServicesOwnHashesCostAtLeast64MebibytesAndTwoPasses)
+{
+    const PasswordCost cost;
+    EXPECT_GE(cost.memoryBytes, 64u * 1024 * 1024);
+    EXPECT_GE(cost.passes, 2u);
+    const std::string hash = PasswordHasher().hash(password);
+    EXPECT_NE(hash.find("m=65536,t=2"), std::string::npos) << hash;
+}
+
+TEST_F(AccountsTest, UserNamesAndPasswordsAreCheckedBeforeAnAccountIsMade)
+{
+    struct Case {
+        std::string userName;
+        std::string password;
+        CreateResult result;
+    };
+    const Case cases[] = {
+        {"mira@example.org", "12345678", CreateResult::done},
+        {"MIRA@example.org", "12345678", CreateResult::taken},
+        {"mira", "12345678", CreateResult::badUserName},
+        {"@example.org", "12345678", CreateResult::badUserName},
+        {"mira@", "12345678", CreateResult::badUserName},
+        {"a@b@c", "12345678", CreateResult::badUserName},
+        {"mi ra@example.org", "12345678", CreateResult::badUserName},
+        {"mira@example.org\nBcc: x@y", "12345678", CreateResult::badUserName},
+        {std::string(250, 'a') + "@example.org", "12345678", CreateResult::badUserName},
+        {"tomas@example.org", "1234567", CreateResult::badPassword},
+        {"tomas@example.org", std::string(1025, 'x'), CreateResult::badPassword},
+    };
+    for (const Case &c : cases) {
+        AccountId id = 0;
+        EXPECT_EQ(m_service->createAccount(c.userName, c.password, {}, &id), c.result) << c.userName;
+    }
+}
+
+TEST_F(AccountsTest, AnUnknownAccountTakesTheTimeOfAKnownOne)
+{
+    addAccount("mira@example.org");
+    // Dear enough that the hash outweighs everything else.
+    PasswordHasher hasher({2, 16 * 1024 * 1024});
+    Accounts accounts(m_service->store, hasher, [] { return int64_t(0); });
+    accounts.changePassword(m_service->accounts.find("mira@example.org")->id, "another password");
+    const auto timeOf = [&](const std::string &userName, int number) {
+        Account account;
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(accounts.login(userName, "wrong password", std::to_string(number), &account), LoginResult::wrong);
+        return std::chrono::steady_clock::now() - start;
+    };
+    std::vector<std::chrono::nanoseconds> known;
+    std::vector<std::chrono::nanoseconds> unknown;
+    for (int i = 0; i < 7; ++i) {
+        known.push_back(timeOf("mira@example.org", i));
+        unknown.push_back(timeOf("nobody@example.org", i));
+    }
+    // The quickest of each: what the machine does besides only adds.
+    const auto k = static_cast<double>(std::min_element(known.begin(), known.end())->count());
+    const auto u = static_cast<double>(std::min_element(unknown.begin(), unknown.end())->count());
+    EXPECT_GT(u, 0.5 * k);
+    EXPECT_LT(u, 2.0 * k);
+}
+
+TEST(LoginThrottleTest, TheWaitGrowsWithTheFailuresUpToAFewSecondsAndASuccessEndsIt)
+{
+    LoginThrottle throttle;
+    LoginThrottle::Time now{};
+    std::vector<int64_t> waits;
+    for (int i = 0; i < 12; ++i) {
+        const auto wait = throttle.admit("mira", "1.2.3.4", now);
+        ASSERT_TRUE(wait.has_value());
+        waits.push_back(wait->count());
+        now += *wait + 1ms;
+        throttle.failed("mira", "1.2.3.4", now);
+    }
+    EXPECT_EQ(waits, (std::vector<int64_t>{0, 0, 0, 0, 0, 250, 500, 1000, 2000, 4000, 4000, 4000}));
+    EXPECT_EQ(throttle.admit("mira", "5.6.7.8", now), 0ms) << "the right person elsewhere is not kept waiting";
+    EXPECT_EQ(throttle.admit("tomas", "1.2.3.4", now), 0ms);
+    throttle.succeeded("mira", "1.2.3.4");
+    EXPECT_EQ(throttle.admit("mira", "1.2.3.4", now), 0ms);
+}
+
+TEST(LoginThrottleTest, FailuresAreForgottenAfterAQuietWhile)
+{
+    LoginThrottle throttle;
+    LoginThrottle::Time now{};
+    for (int i = 0; i < 10; ++i)
+        throttle.failed("mira", "1.2.3.4", now);
+    EXPECT_GT(throttle.admit("mira", "1.2.3.4", now), 0ms);
+    EXPECT_EQ(throttle.admit("mira", "1.2.3.4", now + LoginThrottle::memory + 1s), 0ms);
+}
+
+TEST(LoginThrottleTest, AttemptsSideBySideQueueAndThenAreRefused)
+{
+    LoginThrottle throttle;
+    const LoginThrottle::Time now{};
+    for (int i = 0; i < 7; ++i)
+        throttle.failed("mira", "1.2.3.4", now);
+    std::vector<int64_t> waits;
+    int refused = 0;
+    for (int i = 0; i < 20; ++i) {
+        if (const auto wait = throttle.admit("mira", "1.2.3.4", now))
+            waits.push_back(wait->count());
+        else
+            ++refused;
+    }
+    EXPECT_EQ(waits, (std::vector<int64_t>{1000, 2000, 3000, 4000}));
+    EXPECT_EQ(refused, 16);
+}
+
+TEST(LoginThrottleTest, OneAccountGuessedFromManyAddressesIsSlowedToo)
+{
+    LoginThrottle throttle;
+    const LoginThrottle::Time now{};
+    for (int i = 0; i < 50; ++i)
+        throttle.failed("mira", std::to_string(i), now);
+    EXPECT_GT(throttle.admit("mira", "fresh address", now), 0ms);
+    EXPECT_LE(throttle.admit("mira", "fresh address", now), LoginThrottle::longestWait) << "but is never locked out";
+}
+
+TEST_F(AccountsTest, TenWrongPasswordsDoNotKeepTheRightOneOut)
+{
+    addAccount("mira@example.org");
+    const TestDevice device = addDevice();
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(call("userLogin", {{"loginType", "user"}, {"userName", "mira@example.org"}, {"password", "wrong one"}},
+                       device.partnerToken)
+                      .code,
+                  5098);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(logIn("mira@example.org", device).empty());
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 400ms) << "the seventh attempt waits";
+}
+
+TEST(RateLimitTest, RefusesFromTheLimitOnAndSaysWhenToComeAgain)
+{
+    RateLimit limit(2, 60s);
+    RateLimit::Time now{};
+    EXPECT_FALSE(limit.refuse("a", now));
+    EXPECT_FALSE(limit.refuse("a", now + 10s));
+    EXPECT_EQ(limit.refuse("a", now + 20s), 41);
+    EXPECT_FALSE(limit.refuse("b", now + 20s));
+    EXPECT_FALSE(limit.refuse("a", now + 61s));
+}
+
+TEST_F(AccountsTest, TokensAreStoredOnlyAsHashes)
+{
+    const std::string partner = m_service->sessions.openPartner("key");
+    const std::string user = m_service->sessions.openUser(addAccount("mira@example.org"), m_keyHash);
+    const Store::Lock db = m_service->store.lock();
+    Statement row = db->prepare("SELECT COUNT(*) FROM sessions WHERE token_hash IN (?1, ?2)");
+    row.with(partner, user);
+    row.step();
+    EXPECT_EQ(row.integer(0), 0);
+    EXPECT_EQ(m_service->sessions.find(user)->keyHash, m_keyHash);
+}
+
+TEST_F(AccountsTest, SessionsEndWithTheirTime)
+{
+    const std::string partner = m_service->sessions.openPartner("key");
+    const std::string user = m_service->sessions.openUser(addAccount("mira@example.org"), m_keyHash);
+    const TokenLifetimes lifetimes;
+    *m_now += lifetimes.userSeconds - 1;
+    EXPECT_TRUE(m_service->sessions.find(user));
+    *m_now += 1;
+    EXPECT_FALSE(m_service->sessions.find(user));
+    EXPECT_TRUE(m_service->sessions.find(partner));
+    *m_now += lifetimes.partnerSeconds;
+    EXPECT_FALSE(m_service->sessions.find(partner));
+}
+
+TEST_F(AccountsTest, AnIdentityBelongsToTheKeyThatAssociatedIt)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const AccountId tomas = addAccount("tomas@example.org");
+    ASSERT_TRUE(m_service->devices.associate(m_slot, m_keyHash, mira));
+    EXPECT_FALSE(m_service->devices.associate(m_slot, m_otherKeyHash, tomas));
+    EXPECT_FALSE(m_service->devices.find(m_slot, m_otherKeyHash));
+    EXPECT_FALSE(m_service->devices.disassociate(m_slot, m_otherKeyHash));
+    ASSERT_TRUE(m_service->devices.find(m_slot, m_keyHash));
+    EXPECT_EQ(m_service->devices.find(m_slot, m_keyHash)->accountId, mira);
+    EXPECT_TRUE(m_service->devices.associate(m_slot, m_keyHash, tomas)) << "the device itself may give its slot away";
+    EXPECT_EQ(m_service->devices.find(m_slot, m_keyHash)->accountId, tomas);
+}
+
+TEST_F(AccountsTest, DisassociatingEndsTheDevicesSessionsAtOnceAndNoOthers)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    m_service->devices.associate(m_slot, m_keyHash, mira);
+    const std::string ofDevice = m_service->sessions.openUser(mira, m_keyHash, m_slot);
+    const std::string byName = m_service->sessions.openUser(mira, m_keyHash);
+    const std::string elsewhere = m_service->sessions.openUser(mira, m_otherKeyHash);
+    const std::string otherSlot = m_service->sessions.openUser(mira, m_keyHash, "001A2B3C4D5E-4");
+    ASSERT_TRUE(m_service->devices.disassociate(m_slot, m_keyHash));
+    EXPECT_FALSE(m_service->sessions.find(ofDevice));
+    EXPECT_FALSE(m_service->sessions.find(byName));
+    EXPECT_TRUE(m_service->sessions.find(elsewhere));
+    EXPECT_TRUE(m_service->sessions.find(otherSlot));
+    EXPECT_TRUE(m_service->devices.associate(m_slot, m_otherKeyHash, mira)) << "its key is forgotten";
+}
+
+TEST_F(AccountsTest, AnAccountSeesAndRevokesItsOwnDevicesOnly)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const AccountId tomas = addAccount("tomas@example.org");
+    m_service->devices.associate(m_slot, m_keyHash, mira);
+    const std::string session = m_service->sessions.openUser(mira, m_keyHash, m_slot);
+    EXPECT_EQ(m_service->devices.ofAccount(tomas).size(), 0u);
+    EXPECT_FALSE(m_service->devices.revoke(tomas, m_slot));
+    ASSERT_EQ(m_service->devices.ofAccount(mira).size(), 1u);
+    EXPECT_TRUE(m_service->devices.revoke(mira, m_slot));
+    EXPECT_FALSE(m_service->sessions.find(session));
+    EXPECT_EQ(m_service->devices.ofAccount(mira).size(), 0u);
+}
+
+TEST_F(AccountsTest, DeviceIdentitiesAreTwelveDigitsAndASlot)
+{
+    EXPECT_TRUE(Devices::isDeviceId("001A2B3C4D5E-0"));
+    for (const char *wrong : {"", "001A2B3C4D5E", "001a2b3c4d5e-0", "001A2B3C4D5E-", "001A2B3C4D5E-12", "001A2B3C4D5G-1",
+                              "001A2B3C4D5E_1", " 001A2B3C4D5E-1"})
+        EXPECT_FALSE(Devices::isDeviceId(wrong)) << wrong;
+}
+
+class ActivationTest : public AccountsTest {
+protected:
+    ActivationCodes &codes() { return m_service->activationCodes; }
+    const std::string m_digits = "001A2B3C4D5E";
+};
+
+TEST_F(ActivationTest, CodesAreEightLettersWithoutLookAlikesAndAreStoredHashed)
+{
+    std::set<std::string> seen;
+    for (int i = 0; i < 50; ++i) {
+        const std::string code = codes().issueForDevice(m_digits, m_keyHash);
+        EXPECT_EQ(code.size(), 8u);
+        EXPECT_EQ(code.find_first_of("01IOL"), std::string::npos) << code;
+        seen.insert(code);
+    }
+    EXPECT_EQ(seen.size(), 50u);
+    const Store::Lock db = m_service->store.lock();
+    Statement row = db->prepare("SELECT code_hash FROM activation_codes");
+    while (row.step())
+        EXPECT_FALSE(seen.contains(row.text(0)));
+}
+
+TEST_F(ActivationTest, OnlyTheLatestThreeCodesOfADeviceAreValid)
+{
+    std::vector<std::string> issued;
+    for (int i = 0; i < 4; ++i)
+        issued.push_back(codes().issueForDevice(m_digits, m_keyHash));
+    const std::string otherDevice = codes().issueForDevice("AAAAAAAAAAAA", m_otherKeyHash);
+    EXPECT_FALSE(codes().find(issued[0]));
+    for (int i = 1; i < 4; ++i)
+        EXPECT_TRUE(codes().find(issued[static_cast<size_t>(i)])) << i;
+    EXPECT_TRUE(codes().find(otherDevice));
+}
+
+TEST_F(ActivationTest, ACodeIsReadAsPeopleTypeItAndEndsWithItsTime)
+{
+    const std::string code = codes().issueForDevice(m_digits, m_keyHash);
+    std::string typed = " " + code.substr(0, 4) + "-" + code.substr(4) + " ";
+    std::transform(typed.begin(), typed.end(), typed.begin(), [](unsigned char c) { return std::tolower(c); });
+    ASSERT_TRUE(codes().find(typed));
+    EXPECT_EQ(codes().find(typed)->digits, m_digits);
+    *m_now += ActivationCodes::codeSeconds;
+    EXPECT_FALSE(codes().find(code));
+    EXPECT_FALSE(codes().grant(code, addAccount("mira@example.org")));
+}
+
+TEST_F(ActivationTest, AFinishedPageGivesTheDevicesFirstLoginToTheAccountOnce)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const std::string older = codes().issueForDevice(m_digits, m_keyHash);
+    const std::string code = codes().issueForDevice(m_digits, m_keyHash);
+    EXPECT_FALSE(m_service->devices.takeGrant(m_slot, m_keyHash)) << "nothing before the page is finished";
+    ASSERT_TRUE(codes().grant(code, mira));
+    EXPECT_FALSE(codes().grant(code, mira)) << "single use";
+    EXPECT_FALSE(codes().find(older)) << "the device's other codes end too";
+    EXPECT_FALSE(m_service->devices.takeGrant(m_slot, m_otherKeyHash)) << "another key";
+    EXPECT_FALSE(m_service->devices.takeGrant("AAAAAAAAAAAA-3", m_keyHash)) << "other digits";
+    const std::optional<Device> device = m_service->devices.takeGrant(m_slot, m_keyHash);
+    ASSERT_TRUE(device);
+    EXPECT_EQ(device->accountId, mira);
+    EXPECT_TRUE(m_service->devices.find(m_slot, m_keyHash));
+    EXPECT_FALSE(m_service->devices.takeGrant("001A2B3C4D5E-4", m_keyHash)) << "used up";
+}
+
+TEST_F(ActivationTest, AGrantDoesNotTouchAnAssociatedIdentityAndExpires)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const AccountId tomas = addAccount("tomas@example.org");
+    m_service->devices.associate(m_slot, m_keyHash, mira);
+    codes().grant(codes().issueForDevice(m_digits, m_keyHash), tomas);
+    EXPECT_FALSE(m_service->devices.takeGrant(m_slot, m_keyHash));
+    EXPECT_EQ(m_service->devices.find(m_slot, m_keyHash)->accountId, mira);
+    *m_now += ActivationCodes::grantSeconds;
+    EXPECT_FALSE(m_service->devices.takeGrant("001A2B3C4D5E-4", m_keyHash));
+}
+
+TEST_F(ActivationTest, AListenersOwnCodeNamesTheAccountAndGrantsNoDevice)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const std::string code = codes().issueForAccount(mira);
+    EXPECT_FALSE(codes().grant(code, mira));
+    EXPECT_EQ(codes().redeemForAccount(code), mira);
+    EXPECT_FALSE(codes().redeemForAccount(code));
+    const std::string ofDevice = codes().issueForDevice(m_digits, m_keyHash);
+    EXPECT_FALSE(codes().redeemForAccount(ofDevice));
+    EXPECT_TRUE(codes().find(ofDevice));
+}
+
+TEST_F(AccountsTest, ResetTokensWorkOnceForTheirPurposeAndTime)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    Accounts &accounts = m_service->accounts;
+    const std::string first = accounts.issueReset(mira, passwordPurpose, 100);
+    const std::string second = accounts.issueReset(mira, passwordPurpose, 100);
+    EXPECT_FALSE(accounts.peekReset(first, passwordPurpose)) << "a newer one ends it";
+    EXPECT_FALSE(accounts.redeemReset(second, pinPurpose));
+    EXPECT_EQ(accounts.peekReset(second, passwordPurpose), mira);
+    EXPECT_EQ(accounts.redeemReset(second, passwordPurpose), mira);
+    EXPECT_FALSE(accounts.redeemReset(second, passwordPurpose));
+    const std::string third = accounts.issueReset(mira, passwordPurpose, 100);
+    *m_now += 100;
+    EXPECT_FALSE(accounts.redeemReset(third, passwordPurpose));
+}
+
+TEST_F(AccountsTest, ANewPasswordEndsEverySessionButTheOneThatChangedIt)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const std::string kept = m_service->sessions.openUser(mira, m_keyHash);
+    const std::string other = m_service->sessions.openUser(mira, m_keyHash);
+    const std::string reset = m_service->accounts.issueReset(mira, passwordPurpose, 100);
+    EXPECT_EQ(m_service->accounts.changePassword(mira, "short"), CreateResult::badPassword);
+    EXPECT_EQ(m_service->accounts.changePassword(mira, "nine brown kites", tokenHash(kept)), CreateResult::done);
+    EXPECT_TRUE(m_service->sessions.find(kept));
+    EXPECT_FALSE(m_service->sessions.find(other));
+    EXPECT_FALSE(m_service->accounts.peekReset(reset, passwordPurpose));
+    Account account;
+    EXPECT_EQ(m_service->accounts.login("mira@example.org", password, "x", &account), LoginResult::wrong);
+    EXPECT_EQ(m_service->accounts.login("mira@example.org", "nine brown kites", "x", &account), LoginResult::done);
+}
+
+} // namespace
+} // namespace velmora::server

@@ -1,0 +1,390 @@
+// The functions over a Dispatcher: tokens, malformed requests, the codes of refusals, devices and stations from end to end.
+
+#include "serverfixture.h"
+
+#include "server/catalogue/textfolding.h"
+
+namespace velmora::server {
+namespace {
+
+class ApiTest : public ServerTest {
+protected:
+    int rawCode(const std::string &function, const std::string &body, const std::string &token, int *httpStatus = nullptr)
+    {
+        const Answer answer = m_dispatcher->answer("v1", function, body, "Bearer " + token, "192.0.2.7");
+        if (httpStatus)
+            *httpStatus = answer.httpStatus;
+        return static_cast<int>(answer.code);
+    }
+};
+
+TEST_F(ApiTest, AnotherVersionIsRefusedAndToldWhichThereIs)
+{
+    const Answer answer = m_dispatcher->answer("v2", "partnerLogin", "{}", "", "");
+    EXPECT_EQ(answer.httpStatus, 404);
+    EXPECT_EQ(answer.body, (json{{"code", 5003}, {"message", answer.body["message"]}, {"data", {{"supported", {"v1"}}}}}));
+}
+
+TEST_F(ApiTest, AnUnknownFunctionIs5005AndItsNameIsNotLogged)
+{
+    const Answer answer = m_dispatcher->answer("v1", "secret\nname", "{}", "", "");
+    EXPECT_EQ(answer.httpStatus, 404);
+    EXPECT_EQ(static_cast<int>(answer.code), 5005);
+    EXPECT_EQ(answer.function, "unknown");
+}
+
+TEST_F(ApiTest, BodiesThatAreNoJsonObjectAre5001)
+{
+    std::string deep;
+    for (int i = 0; i < 17; ++i)
+        deep += R"({"a":)";
+    const std::string tooDeep = deep + "1" + std::string(17, '}');
+    const std::string deepEnough = deep.substr(5) + "1" + std::string(16, '}');
+    const std::string brackets = R"({"deviceKey":")" + std::string(50, '[') + "\"}";
+    struct Case {
+        std::string body;
+        int httpStatus;
+    };
+    const Case cases[] = {{"", 400},
+                          {"[]", 400},
+                          {"\"text\"", 400},
+                          {"{", 400},
+                          {"{} trailing", 400},
+                          {std::string("{\"a\":\"\xff\"}"), 400},
+                          {tooDeep, 400},
+                          {deepEnough, 200},
+                          {brackets, 200},
+                          {"{\"a\":\"" + std::string(70000, 'x') + "\"}", 400}};
+    for (const Case &c : cases) {
+        int httpStatus = 0;
+        EXPECT_EQ(rawCode("partnerLogin", c.body, "", &httpStatus), 5001) << c.body.substr(0, 40);
+        EXPECT_EQ(httpStatus, c.httpStatus) << c.body.substr(0, 40);
+    }
+}
+
+TEST_F(ApiTest, MissingAndWronglyTypedParametersAre5001AndUnknownOnesIgnored)
+{
+    const std::string user = newListener();
+    const std::string partner = addDevice().partnerToken;
+    struct Case {
+        const char *function;
+        json parameters;
+        bool needsUser;
+    };
+    const Case cases[] = {
+        {"partnerLogin", {{"deviceKey", 7}}, false},
+        {"partnerLogin", {{"deviceKey", "too short"}}, false},
+        {"userLogin", {{"loginType", "guess"}}, false},
+        {"userLogin", {{"loginType", "user"}, {"userName", "mira@example.org"}}, false},
+        {"userLogin", {{"loginType", "deviceId"}}, false},
+        {"generateDeviceActivationCode", {{"deviceId", "001A2B3C4D5E-3"}}, false},
+        {"getUserInfo", json::object(), false},
+        {"getStation", {{"stationToken", nullptr}}, true},
+        {"getPlaylist", json::object(), true},
+        {"addFeedback", {{"isPositive", "yes"}, {"trackToken", "x"}}, true},
+        {"search", {{"text", {{"a", 1}}}}, true},
+        {"createStation", json::object(), true},
+        {"createStation", {{"trackToken", "x"}, {"musicType", "album"}}, true},
+        {"renameStation", {{"newName", ""}, {"stationToken", "x"}}, true},
+        {"trackEvent", {{"trackToken", "x"}, {"eventType", "dance"}}, true},
+        {"setExplicitContentFilter", {{"isEnabled", 1}}, true},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(call(c.function, c.parameters, c.needsUser ? user : partner).code, 5001) << c.function << c.parameters;
+    EXPECT_EQ(call("getStationList", {{"sortField", 12}, {"what", "ever"}, {"sortOrder", nullptr}}, user).code, 0);
+}
+
+TEST_F(ApiTest, EveryFunctionWantsItsOwnKindOfToken)
+{
+    const std::string user = newListener();
+    const std::string partner = addDevice().partnerToken;
+    for (const Route &route : routes()) {
+        if (route.access == Access::nobody)
+            continue;
+        for (const std::string &token : {std::string(), std::string("made up"), randomToken()})
+            EXPECT_EQ(call(route.name, json::object(), token).code, 5097) << route.name;
+        EXPECT_EQ(call(route.name, json::object(), user).code == 5097, route.access == Access::partner) << route.name;
+        EXPECT_EQ(call(route.name, json::object(), partner).code == 5097, route.access == Access::user) << route.name;
+    }
+    const Answer noScheme = m_dispatcher->answer("v1", "getStationList", "{}", user, "");
+    EXPECT_EQ(static_cast<int>(noScheme.code), 5097);
+}
+
+TEST_F(ApiTest, AnExpiredUserTokenIs5097AndThePartnerSessionStillWorks)
+{
+    addAccount("mira@example.org");
+    const TestDevice device = addDevice();
+    const std::string user = logIn("mira@example.org", device);
+    *m_now += 4 * 3600;
+    EXPECT_EQ(call("getStationList", json::object(), user).code, 5097);
+    EXPECT_FALSE(logIn("mira@example.org", device).empty());
+}
+
+TEST_F(ApiTest, LoginRefusalsSayNoMoreThanTheyMust)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const TestDevice device = addDevice();
+    const auto login = [&](const std::string &userName, const std::string &secret) {
+        return m_dispatcher
+            ->answer("v1", "userLogin", json{{"loginType", "user"}, {"userName", userName}, {"password", secret}}.dump(),
+                     "Bearer " + device.partnerToken, "192.0.2.7")
+            .body;
+    };
+    EXPECT_EQ(login("mira@example.org", "wrong one").at("code"), 5098);
+    EXPECT_EQ(login("mira@example.org", "wrong one"), login("nobody@example.org", password));
+    EXPECT_EQ(login("mira@example.org", password).at("code"), 0);
+    EXPECT_EQ(login("Mira@Example.ORG", password).at("code"), 0);
+    const std::string user = logIn("mira@example.org", device);
+    m_service->accounts.setActive(mira, false);
+    EXPECT_EQ(login("mira@example.org", password).at("code"), 5099);
+    EXPECT_EQ(login("mira@example.org", "wrong one").at("code"), 5098) << "only the right person learns of it";
+    EXPECT_EQ(call("getStationList", json::object(), user).code, 5099);
+}
+
+TEST_F(ApiTest, ADeviceIsAssociatedLogsInAndIsDisassociated)
+{
+    addAccount("mira@example.org");
+    const TestDevice device = addDevice();
+    const TestDevice thief = addDevice();
+    const std::string slot = device.slot(3);
+    const json deviceLogin = {{"loginType", "deviceId"}, {"deviceId", slot}};
+    EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 5105);
+    const std::string byName = logIn("mira@example.org", device);
+    data("associateDevice", {{"deviceId", slot}}, byName);
+    EXPECT_EQ(call("userLogin", deviceLogin, thief.partnerToken).code, 5105) << "the same identity with another key";
+    EXPECT_EQ(call("getDeviceInfo", {{"deviceId", slot}}, thief.partnerToken).code, 5105);
+    EXPECT_EQ(call("disassociateDevice", {{"deviceId", slot}}, thief.partnerToken).code, 5105);
+    EXPECT_EQ(data("getDeviceInfo", {{"deviceId", slot}}, device.partnerToken).at("userName"), "mira@example.org");
+    const std::string byDevice = data("userLogin", deviceLogin, device.partnerToken).at("userToken");
+    EXPECT_EQ(call("getStationList", json::object(), byDevice).code, 0);
+    data("disassociateDevice", {{"deviceId", slot}}, device.partnerToken);
+    EXPECT_EQ(call("getStationList", json::object(), byDevice).code, 5097);
+    EXPECT_EQ(call("getStationList", json::object(), byName).code, 5097);
+    EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 5105);
+}
+
+TEST_F(ApiTest, AnActivationCodeBecomesALogin)
+{
+    const AccountId mira = addAccount("mira@example.org");
+    const TestDevice device = addDevice();
+    const TestDevice thief = addDevice();
+    const json answer = data("generateDeviceActivationCode", {{"deviceId", device.digits}}, device.partnerToken);
+    EXPECT_EQ(answer.at("activationUrl"), "http://127.0.0.1:7480/activate");
+    const json deviceLogin = {{"loginType", "deviceId"}, {"deviceId", device.slot(1)}};
+    EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 5105);
+    ASSERT_TRUE(m_service->activationCodes.grant(answer.at("activationCode"), mira));
+    EXPECT_EQ(call("userLogin", deviceLogin, thief.partnerToken).code, 5105);
+    EXPECT_EQ(data("userLogin", deviceLogin, device.partnerToken).at("userName"), "mira@example.org");
+    EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 0) << "associated from now on";
+    EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(2)}}, device.partnerToken).code, 5105);
+}
+
+TEST_F(ApiTest, CodesAreRateLimited)
+{
+    const TestDevice device = addDevice();
+    int code = 0;
+    Reply reply;
+    for (int i = 0; i < 30 && code == 0; ++i) {
+        reply = call("generateDeviceActivationCode", {{"deviceId", device.digits}}, device.partnerToken);
+        code = reply.code;
+    }
+    EXPECT_EQ(code, 5004);
+    EXPECT_GT(reply.data.at("retryAfter").get<int>(), 0);
+}
+
+TEST_F(ApiTest, CreateUserMakesAnAccountWithItsTapestryStationAndDevice)
+{
+    const TestDevice device = addDevice();
+    const auto create = [&](const std::string &userName, const std::string &secret) {
+        return call("createUser", {{"userName", userName}, {"password", secret}, {"deviceId", device.slot(0)}},
+                    device.partnerToken);
+    };
+    EXPECT_EQ(create("no address", "12345678").code, 5107);
+    EXPECT_EQ(create("ines@example.org", "short").code, 5108);
+    const Reply made = create("ines@example.org", "two tin trumpets");
+    ASSERT_EQ(made.code, 0);
+    EXPECT_EQ(create("ines@example.org", "two tin trumpets").code, 5107);
+    const json stations = data("getStationList", json::object(), made.data.at("userToken")).at("stations");
+    ASSERT_EQ(stations.size(), 1u);
+    EXPECT_EQ(stations[0].at("isTapestry"), true);
+    EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(0)}}, device.partnerToken).code, 0);
+}
+
+TEST_F(ApiTest, AMailGoesOnlyToAnAccountAndTheAnswerDoesNotTell)
+{
+    struct Recorder : Mailer {
+        void sendPasswordReset(const std::string &address, const std::string &token) override
+        {
+            addresses.push_back(address);
+            tokens.push_back(token);
+        }
+        void sendPinRescue(const std::string &, const std::string &) override {}
+        std::vector<std::string> addresses;
+        std::vector<std::string> tokens;
+    } mailer;
+    const AccountId mira = addAccount("mira@example.org");
+    const std::string partner = addDevice().partnerToken;
+    EXPECT_EQ(call("emailPassword", {{"userName", "mira@example.org"}}, partner).code, 5000) << "no mail is set up";
+    m_service->mailer = &mailer;
+    EXPECT_EQ(call("emailPassword", {{"userName", "mira"}}, partner).code, 5107);
+    EXPECT_EQ(call("emailPassword", {{"userName", "nobody@example.org"}}, partner).code, 0);
+    EXPECT_EQ(call("emailPassword", {{"userName", "mira@example.org"}}, partner).code, 0);
+    ASSERT_EQ(mailer.addresses, std::vector<std::string>{"mira@example.org"});
+    EXPECT_EQ(m_service->accounts.redeemReset(mailer.tokens[0], passwordPurpose), mira);
+}
+
+TEST_F(ApiTest, TheStationListComesTapestryFirstAndInTheOrderAskedFor)
+{
+    const std::string user = newListener();
+    for (const char *style : {"rock", "ambient", "swing"}) {
+        addStation(user, style);
+        *m_now += 60;
+    }
+    const auto names = [&](const json &parameters) {
+        std::string all;
+        for (const json &station : list("getStationList", parameters, user, "stations"))
+            all += station.at("stationName").get<std::string>().substr(0, 1);
+        return all;
+    };
+    EXPECT_EQ(names({{"sortField", "dateCreated"}, {"sortOrder", "desc"}}), "TSAR");
+    EXPECT_EQ(names({{"sortField", "dateCreated"}, {"sortOrder", "asc"}}), "TRAS");
+    EXPECT_EQ(names({{"sortField", "name"}, {"sortOrder", "asc"}}), "TARS");
+    EXPECT_EQ(names({{"sortField", "name"}, {"sortOrder", "desc"}}), "TSRA");
+}
+
+TEST_F(ApiTest, StationsAreMadeRenamedDeletedAndTheChecksumFollows)
+{
+    const std::string user = newListener();
+    const auto checksum = [&] { return data("getStationListChecksum", json::object(), user).at("checksum"); };
+    const json before = checksum();
+    const std::string station = addStation(user, "folk");
+    EXPECT_EQ(addStation(user, "folk"), station) << "the same seed gives the same station";
+    const json withIt = checksum();
+    EXPECT_NE(before, withIt);
+    const std::string longest = "Für Élise " + std::string(54, 'x');
+    ASSERT_EQ(characterCount(longest), 64u);
+    EXPECT_EQ(call("renameStation", {{"newName", longest + "x"}, {"stationToken", station}}, user).code, 5001);
+    EXPECT_EQ(call("renameStation", {{"newName", "two\nlines"}, {"stationToken", station}}, user).code, 5001);
+    EXPECT_EQ(data("renameStation", {{"newName", longest}, {"stationToken", station}}, user)["station"]["stationName"], longest);
+    EXPECT_NE(checksum(), withIt);
+    data("deleteStation", {{"stationToken", station}}, user);
+    EXPECT_EQ(checksum(), before);
+    for (const char *function : {"deleteStation", "getStation", "getPlaylist", "transformSharedStation"})
+        EXPECT_EQ(call(function, {{"stationToken", station}}, user).code, 5102) << function;
+    EXPECT_EQ(call("renameStation", {{"newName", "x"}, {"stationToken", station}}, user).code, 5102);
+}
+
+TEST_F(ApiTest, TheTapestryStationKeepsItsNameAndPlace)
+{
+    const std::string user = newListener();
+    const std::string tapestry = tapestryToken(user);
+    EXPECT_EQ(call("renameStation", {{"newName", "Mine"}, {"stationToken", tapestry}}, user).code, 5100);
+    EXPECT_EQ(call("deleteStation", {{"stationToken", tapestry}}, user).code, 5100);
+    EXPECT_EQ(call("transformSharedStation", {{"stationToken", tapestry}}, user).code, 5100);
+}
+
+TEST_F(ApiTest, TheHundredAndFirstStationIsRefused)
+{
+    const std::string user = newListener();
+    const AccountId mira = m_service->accounts.find("mira@example.org")->id;
+    std::vector<Track> many;
+    for (int i = 0; i < 100; ++i) {
+        Track track;
+        track.publicId = "m" + std::to_string(i);
+        track.song = track.artist = track.album = "M" + std::to_string(i);
+        track.style = "ambient";
+        many.push_back(track);
+    }
+    m_service->catalogue.put(many);
+    StationResult result = StationResult::done;
+    int made = 1;
+    for (const Track &track : many) {
+        Station station;
+        result = m_service->stations.create(mira, {MusicKind::track, std::to_string(m_service->catalogue.track(track.publicId)->id)},
+                                            &station);
+        if (result != StationResult::done)
+            break;
+        ++made;
+    }
+    EXPECT_EQ(made, 100);
+    EXPECT_EQ(result, StationResult::tooMany);
+    const json found = data("search", {{"text", "M99"}}, user).at("artists").at(0);
+    EXPECT_EQ(call("createStation", {{"musicToken", found.at("musicToken")}}, user).code, 5101);
+    EXPECT_EQ(data("getUserInfo", json::object(), user).at("stationCount"), 100);
+}
+
+TEST_F(ApiTest, ASharedStationTakesNoFeedbackUntilItIsTheListenersOwn)
+{
+    const std::string user = newListener();
+    const AccountId mira = m_service->accounts.find("mira@example.org")->id;
+    Station shared;
+    ASSERT_EQ(m_service->stations.createShared(mira, {MusicKind::style, "rock"}, "Next door", &shared), StationResult::done);
+    const json track = firstTrack(user, shared.token);
+    EXPECT_EQ(track.at("allowFeedback"), false);
+    const json thumb = {{"isPositive", true}, {"trackToken", track.at("trackToken")}};
+    EXPECT_EQ(call("addFeedback", thumb, user).code, 5100);
+    EXPECT_EQ(call("renameStation", {{"newName", "Mine"}, {"stationToken", shared.token}}, user).code, 5100);
+    EXPECT_EQ(call("addMusic", {{"stationToken", shared.token}, {"musicToken", track.at("songToken")}}, user).code, 5100);
+    const json own = data("transformSharedStation", {{"stationToken", shared.token}}, user).at("station");
+    EXPECT_EQ(own.at("isShared"), false);
+    EXPECT_EQ(call("addFeedback", thumb, user).code, 0);
+    EXPECT_EQ(call("addMusic", {{"stationToken", shared.token}, {"musicToken", track.at("albumToken")}}, user).code, 5002);
+}
+
+TEST_F(ApiTest, AStationIsMadeFromThePlayingTrackOrItsArtist)
+{
+    const std::string user = newListener();
+    const json track = firstTrack(user, tapestryToken(user));
+    const auto nameOf = [&](const char *type) {
+        return data("createStation", {{"trackToken", track["trackToken"]}, {"musicType", type}}, user)["station"]["stationName"];
+    };
+    EXPECT_EQ(nameOf("artist"), track["artistName"].get<std::string>() + " Radio");
+    EXPECT_EQ(nameOf("song"), track["songName"].get<std::string>() + " Radio");
+}
+
+TEST_F(ApiTest, MaintenanceStopsWritingAndNotListening)
+{
+    const std::string user = newListener();
+    const std::string station = addStation(user, "folk");
+    m_service->isUnderMaintenance = true;
+    const json track = firstTrack(user, station);
+    EXPECT_EQ(call("addFeedback", {{"isPositive", true}, {"trackToken", track.at("trackToken")}}, user).code, 5096);
+    EXPECT_EQ(call("deleteStation", {{"stationToken", station}}, user).code, 5096);
+    EXPECT_EQ(call("getStationList", json::object(), user).code, 0);
+    EXPECT_FALSE(logIn("mira@example.org", addDevice()).empty());
+}
+
+TEST_F(ApiTest, AFunctionFailsOnPurposeAsOftenAsAsked)
+{
+    const std::string user = newListener();
+    m_dispatcher->failOnPurpose("getStationList", 5097, 2);
+    m_dispatcher->failOnPurpose("search", 5000, 0);
+    std::vector<int> codes;
+    for (int i = 0; i < 3; ++i)
+        codes.push_back(call("getStationList", json::object(), user).code);
+    EXPECT_EQ(codes, (std::vector<int>{5097, 5097, 0}));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(call("search", {{"text", "x"}}, user).code, 5000);
+}
+
+TEST_F(ApiTest, TheExplicitFilterIsGuardedByItsPinAndKeepsSuchTracksAway)
+{
+    const std::string user = newListener();
+    const std::string station = addStation(user, "folk");
+    std::vector<Track> tracks = smallCatalogue(m_directory.path() / "media");
+    for (Track &track : tracks)
+        track.isExplicit = track.style == "folk" && track.artist.ends_with("0");
+    m_service->catalogue.put(tracks);
+    EXPECT_EQ(call("setExplicitPIN", {{"newPin", "12"}}, user).code, 5108);
+    data("setExplicitPIN", {{"newPin", "4071"}}, user);
+    EXPECT_EQ(data("isExplicitContentFilterPINProtected", json::object(), user).at("isProtected"), true);
+    EXPECT_EQ(call("setExplicitContentFilter", {{"isEnabled", true}, {"pin", "0000"}}, user).code, 5100);
+    EXPECT_EQ(call("setExplicitPIN", {{"newPin", "8812"}, {"oldPin", "0000"}}, user).code, 5100);
+    data("setExplicitContentFilter", {{"isEnabled", true}, {"pin", "4071"}}, user);
+    EXPECT_EQ(data("getExplicitContentFilter", json::object(), user).at("isEnabled"), true);
+    for (int i = 0; i < 20; ++i)
+        EXPECT_NE(firstTrack(user, station).at("artistName"), "Artist folk 0");
+}
+
+} // namespace
+} // namespace velmora::server

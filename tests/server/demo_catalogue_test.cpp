@@ -1,0 +1,338 @@
+// The catalogue's table and its files.
+
+#include "server/demo/democatalogue.h"
+
+#include <algorithm>
+#include <cairo.h>
+#include <csignal>
+#include <cmath>
+#include <FLAC/metadata.h>
+#include <FLAC/stream_decoder.h>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <set>
+#include <stdlib.h>
+#include <sys/resource.h>
+#include <thread>
+
+using namespace velmora::demo;
+namespace fs = std::filesystem;
+
+namespace {
+
+class TemporaryDirectory {
+public:
+    TemporaryDirectory()
+    {
+        std::string name = (fs::temp_directory_path() / "velmora-demo.XXXXXX").string();
+        m_path = ::mkdtemp(name.data()) ? name : std::string();
+    }
+    ~TemporaryDirectory()
+    {
+        std::error_code ignored;
+        fs::remove_all(m_path, ignored);
+    }
+    TemporaryDirectory(const TemporaryDirectory &) = delete;
+    TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
+    fs::path operator/(const std::string &name) const { return m_path / name; }
+    size_t entries() const { return size_t(std::distance(fs::directory_iterator(m_path), fs::directory_iterator())); }
+
+private:
+    fs::path m_path;
+};
+
+std::string bytes(const fs::path &file)
+{
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    std::string content(stream ? size_t(stream.tellg()) : 0, 0);
+    stream.seekg(0).read(content.data(), std::streamsize(content.size()));
+    return content;
+}
+
+// A decoded file, and what its samples say.
+struct Decoded {
+    uint64_t promised = 0, samples = 0;
+    unsigned rate = 0, channels = 0, bits = 0;
+    std::vector<float> left, right;
+    bool whole = false; // checksum included
+
+    double decibels(double from, double to) const
+    {
+        double sum = 0;
+        size_t count = 0;
+        for (size_t i = size_t(from * rate); i < std::min(left.size(), size_t(to * rate)); ++i, count += 2)
+            sum += double(left[i] * left[i] + right[i] * right[i]);
+        return 10 * std::log10(sum / double(std::max<size_t>(1, count)) + 1e-12);
+    }
+    double seconds() const { return double(left.size()) / rate; }
+    float peak() const
+    {
+        float most = 0;
+        for (size_t i = 0; i < left.size(); ++i)
+            most = std::max({most, std::abs(left[i]), std::abs(right[i])});
+        return most;
+    }
+    double offset() const
+    {
+        double sum = 0;
+        for (size_t i = 0; i < left.size(); ++i)
+            sum += double(left[i] + right[i]) / 2;
+        return sum / double(left.size());
+    }
+};
+
+FLAC__StreamDecoderWriteStatus write(const FLAC__StreamDecoder *, const FLAC__Frame *frame, const FLAC__int32 *const channels[],
+                                     void *client)
+{
+    auto *decoded = static_cast<Decoded *>(client);
+    for (unsigned i = 0; i < frame->header.blocksize; ++i) {
+        decoded->left.push_back(float(channels[0][i]) / 32768.0f);
+        decoded->right.push_back(float(channels[1][i]) / 32768.0f);
+    }
+    decoded->samples += frame->header.blocksize;
+    return FLAC__STREAM_DECODER_WRITE_STATUS_CONTINUE;
+}
+
+void metadata(const FLAC__StreamDecoder *, const FLAC__StreamMetadata *block, void *client)
+{
+    if (block->type != FLAC__METADATA_TYPE_STREAMINFO)
+        return;
+    auto *decoded = static_cast<Decoded *>(client);
+    decoded->promised = block->data.stream_info.total_samples;
+    decoded->rate = block->data.stream_info.sample_rate;
+    decoded->channels = block->data.stream_info.channels;
+    decoded->bits = block->data.stream_info.bits_per_sample;
+}
+
+void failed(const FLAC__StreamDecoder *, FLAC__StreamDecoderErrorStatus status, void *)
+{
+    ADD_FAILURE() << FLAC__StreamDecoderErrorStatusString[status];
+}
+
+Decoded decode(const fs::path &file)
+{
+    Decoded decoded;
+    FLAC__StreamDecoder *decoder = FLAC__stream_decoder_new();
+    FLAC__stream_decoder_set_md5_checking(decoder, true);
+    if (FLAC__stream_decoder_init_file(decoder, file.c_str(), write, metadata, failed, &decoded)
+        == FLAC__STREAM_DECODER_INIT_STATUS_OK) {
+        const bool processed = FLAC__stream_decoder_process_until_end_of_stream(decoder);
+        decoded.whole = FLAC__stream_decoder_finish(decoder) && processed;
+    }
+    FLAC__stream_decoder_delete(decoder);
+    return decoded;
+}
+
+void expectSound(const Decoded &sound, int seconds)
+{
+    EXPECT_TRUE(sound.whole);
+    EXPECT_EQ(sound.rate, 44100u);
+    EXPECT_EQ(sound.channels, 2u);
+    EXPECT_EQ(sound.bits, 16u);
+    EXPECT_EQ(sound.promised, uint64_t(seconds) * 44100);
+    EXPECT_EQ(sound.samples, sound.promised);
+    EXPECT_LE(sound.peak(), 0.8913f); // never above -1 dB
+    EXPECT_GE(sound.peak(), 0.5f);    // nor below -6
+    EXPECT_NEAR(sound.decibels(0, seconds), -19, 3);
+    EXPECT_LT(std::abs(sound.offset()), 0.001);
+    EXPECT_LT(sound.decibels(seconds - 0.05, seconds), -80) << "ends in silence";
+}
+
+TEST(catalogue, hasSixStylesOfFourTracksByTwoArtists)
+{
+    std::map<std::string, int> count;
+    std::map<std::string, std::set<std::string>> artists;
+    std::set<std::string> all, moods;
+    for (const DemoTrack &track : tracks()) {
+        ++count[track.style];
+        artists[track.style].insert(track.artist);
+        all.insert(track.artist);
+        moods.insert(track.mood);
+    }
+    EXPECT_EQ(count.size(), 6u);
+    for (const auto &[style, number] : count) {
+        EXPECT_GE(number, 4) << style;
+        EXPECT_GE(artists[style].size(), 2u) << style;
+    }
+    EXPECT_GE(all.size(), 10u);
+    EXPECT_GE(moods.size(), 4u);
+    EXPECT_LE(moods.size(), 6u);
+}
+
+TEST(catalogue, idsAreUniqueAndPlain)
+{
+    std::set<std::string> ids;
+    const auto take = [&](const std::string &id) {
+        EXPECT_TRUE(ids.insert(id).second) << id;
+        EXPECT_FALSE(id.empty());
+        EXPECT_EQ(id.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-"), std::string::npos) << id;
+    };
+    for (const DemoTrack &track : tracks())
+        take(track.id);
+    for (const DemoAd &ad : ads())
+        take(ad.id);
+}
+
+TEST(catalogue, lengthsYearsAndTemposAreInTheirBounds)
+{
+    for (const DemoTrack &track : tracks()) {
+        EXPECT_GE(track.durationSeconds, 60) << track.id;
+        EXPECT_LE(track.durationSeconds, 100) << track.id;
+        EXPECT_GE(track.tempo, 50) << track.id;
+        EXPECT_LE(track.tempo, 160) << track.id;
+        EXPECT_GE(track.year, 1990) << track.id;
+        EXPECT_FALSE(track.song.empty() || track.artist.empty() || track.album.empty() || track.mood.empty());
+    }
+    EXPECT_GE(ads().size(), 4u);
+    for (const DemoAd &ad : ads()) {
+        EXPECT_GE(ad.durationSeconds, 5) << ad.id;
+        EXPECT_LE(ad.durationSeconds, 12) << ad.id;
+        EXPECT_FALSE(ad.title.empty() || ad.line2.empty());
+    }
+}
+
+TEST(catalogue, hasNamesThatTrySearchAndMarquee)
+{
+    const auto foreign = [](const std::string &text) {
+        return std::any_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; });
+    };
+    EXPECT_TRUE(std::any_of(tracks().begin(), tracks().end(), [&](const auto &track) { return foreign(track.artist); }));
+    EXPECT_GE(std::count_if(tracks().begin(), tracks().end(), [&](const auto &track) { return foreign(track.song); }), 2);
+    EXPECT_TRUE(std::any_of(tracks().begin(), tracks().end(), [](const auto &track) { return track.song.size() > 60; }));
+}
+
+TEST(files, anAdvertisementIsTheSameBytesEachTime)
+{
+    TemporaryDirectory directory;
+    const DemoAd &ad = ads().front();
+    ASSERT_TRUE(renderAd(ad, directory / "a.flac"));
+    ASSERT_TRUE(renderAd(ad, directory / "b.flac"));
+    EXPECT_GT(bytes(directory / "a.flac").size(), 100000u);
+    EXPECT_EQ(bytes(directory / "a.flac"), bytes(directory / "b.flac"));
+}
+
+TEST(files, aTrackIsTheSameBytesFromTwoThreadsAtOnce)
+{
+    TemporaryDirectory directory;
+    const DemoTrack &track = tracks().back();
+    bool first = false, second = false;
+    {
+        std::jthread one([&] { first = renderTrack(track, directory / "a.flac"); });
+        std::jthread two([&] { second = renderTrack(track, directory / "b.flac"); });
+    }
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(bytes(directory / "a.flac"), bytes(directory / "b.flac"));
+}
+
+TEST(files, everyAdvertisementSounds)
+{
+    TemporaryDirectory directory;
+    for (const DemoAd &ad : ads()) {
+        SCOPED_TRACE(ad.id);
+        ASSERT_TRUE(renderAd(ad, directory / "ad.flac"));
+        expectSound(decode(directory / "ad.flac"), ad.durationSeconds);
+    }
+}
+
+TEST(files, oneTrackOfEachStyleSoundsFromTheFirstSecondsToTheLast)
+{
+    TemporaryDirectory directory;
+    std::set<std::string> styles;
+    for (const DemoTrack &track : tracks()) {
+        if (!styles.insert(track.style).second)
+            continue;
+        SCOPED_TRACE(track.id);
+        ASSERT_TRUE(renderTrack(track, directory / "track.flac"));
+        const Decoded sound = decode(directory / "track.flac");
+        expectSound(sound, track.durationSeconds);
+        for (double at = 2; at < track.durationSeconds - 6; at += 2)
+            EXPECT_GT(sound.decibels(at, at + 2), -42) << "a hole at " << at;
+    }
+}
+
+TEST(files, picturesAreSquareAndShownByAllTracksOfAnAlbum)
+{
+    TemporaryDirectory directory;
+    std::map<std::string, std::string> albums;
+    std::set<std::string> different;
+    std::vector<std::string> ids;
+    for (const DemoTrack &track : tracks())
+        ids.push_back(track.id);
+    for (const DemoAd &ad : ads())
+        ids.push_back(ad.id);
+    for (const std::string &id : ids) {
+        const fs::path file = directory / (id + ".png");
+        ASSERT_TRUE(renderPicture(id, file)) << id;
+        cairo_surface_t *surface = cairo_image_surface_create_from_png(file.c_str());
+        EXPECT_EQ(cairo_surface_status(surface), CAIRO_STATUS_SUCCESS) << id;
+        EXPECT_EQ(cairo_image_surface_get_width(surface), 480) << id;
+        EXPECT_EQ(cairo_image_surface_get_height(surface), 480) << id;
+        cairo_surface_destroy(surface);
+        different.insert(bytes(file));
+    }
+    for (const DemoTrack &track : tracks()) {
+        const std::string picture = bytes(directory / (track.id + ".png"));
+        EXPECT_EQ(albums.try_emplace(track.album, picture).first->second, picture) << track.id;
+    }
+    EXPECT_EQ(different.size(), albums.size() + ads().size()) << "albums and advertisements have pictures of their own";
+}
+
+TEST(files, anUnknownEntryIsRefusedAndLeavesNothing)
+{
+    TemporaryDirectory directory;
+    DemoTrack track = tracks().front();
+    track.id = "unknown";
+    EXPECT_FALSE(renderTrack(track, directory / "a.flac"));
+    EXPECT_FALSE(renderAd({"unknown", "", "", 5}, directory / "a.flac"));
+    EXPECT_FALSE(renderPicture("unknown", directory / "a.png"));
+    EXPECT_EQ(directory.entries(), 0u);
+}
+
+TEST(files, aPlaceThatCannotBeWrittenLeavesNothingBehind)
+{
+    TemporaryDirectory directory;
+    // A directory in the file's place: the temporary file can be written, the last step cannot be done.
+    ASSERT_TRUE(fs::create_directory(directory / "taken"));
+    std::ofstream(directory / "taken/inside") << "kept";
+    EXPECT_FALSE(renderAd(ads().front(), directory / "taken"));
+    EXPECT_FALSE(renderPicture(ads().front().id, directory / "taken"));
+    EXPECT_EQ(directory.entries(), 1u);
+    EXPECT_EQ(bytes(directory / "taken/inside"), "kept");
+    // No directory at all.
+    EXPECT_FALSE(renderAd(ads().front(), directory / "missing/a.flac"));
+    EXPECT_FALSE(renderPicture(ads().front().id, directory / "missing/a.png"));
+    EXPECT_FALSE(fs::exists(directory / "missing"));
+}
+
+TEST(files, aFullDiskIsNoticedAndLeavesTheOldFile)
+{
+    TemporaryDirectory directory;
+    const fs::path file = directory / "a.flac";
+    std::ofstream(file) << "old";
+    // The process may not write files of this size: what a full disk answers, without one.
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{60000, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool written = renderAd(ads().front(), file);
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(written);
+    EXPECT_EQ(bytes(file), "old");
+    EXPECT_EQ(directory.entries(), 1u);
+}
+
+TEST(files, anOlderFileIsReplaced)
+{
+    TemporaryDirectory directory;
+    const fs::path file = directory / "a.png";
+    std::ofstream(file) << "old";
+    ASSERT_TRUE(renderPicture(ads().front().id, file));
+    EXPECT_EQ(bytes(file).substr(1, 3), "PNG");
+    EXPECT_EQ(directory.entries(), 1u);
+}
+
+} // namespace

@@ -1,0 +1,111 @@
+// One listener's data is never read or changed by another: every token of one account, tried with another account's session.
+
+#include "serverfixture.h"
+
+namespace velmora::server {
+namespace {
+
+class IsolationTest : public ServerTest {};
+
+TEST_F(IsolationTest, NoTokenOfOneAccountMeansAnythingToAnother)
+{
+    const std::string mira = newListener("mira@example.org");
+    const std::string tomas = newListener("tomas@example.org");
+    const std::string station = addStation(mira, "folk");
+    const std::string ownStation = addStation(tomas, "folk");
+    json track;
+    json ad;
+    for (const json &entry : list("getPlaylist", {{"stationToken", station}}, mira, "entries"))
+        (entry.at("type") == "track" ? track : ad) = entry.at(entry.at("type"));
+    const json ownTrack = firstTrack(tomas, ownStation);
+    const json trackOnly = {{"trackToken", track["trackToken"]}};
+    const json stationOnly = {{"stationToken", station}};
+
+    struct Case {
+        const char *function;
+        json parameters; // as Mira would send them
+        int code;        // to Tomas
+    };
+    const Case cases[] = {
+        {"getStation", stationOnly, 5102},
+        {"getPlaylist", stationOnly, 5102},
+        {"deleteStation", stationOnly, 5102},
+        {"renameStation", {{"stationToken", station}, {"newName", "Taken"}}, 5102},
+        {"transformSharedStation", stationOnly, 5102},
+        {"addMusic", {{"stationToken", station}, {"musicToken", ownTrack["songToken"]}}, 5102},
+        {"addMusic", {{"stationToken", ownStation}, {"musicToken", track["songToken"]}}, 5002},
+        {"createStation", {{"musicToken", track["songToken"]}}, 5002},
+        {"createStation", {{"musicToken", track["artistToken"]}}, 5002},
+        {"createStation", {{"trackToken", track["trackToken"]}, {"musicType", "song"}}, 5002},
+        {"addFeedback", {{"trackToken", track["trackToken"]}, {"isPositive", false}}, 5002},
+        {"sleepSong", trackOnly, 5002},
+        {"addSongBookmark", trackOnly, 5002},
+        {"addArtistBookmark", trackOnly, 5002},
+        {"explainTrack", trackOnly, 5002},
+        {"trackEvent", {{"trackToken", track["trackToken"]}, {"eventType", "skip"}}, 5002},
+        {"getAdMetadata", {{"adToken", ad["adToken"]}}, 5002},
+        {"registerAd", {{"stationToken", ownStation}, {"adToken", ad["adToken"]}}, 5002},
+        {"registerAd", {{"stationToken", station}, {"adToken", ad["adToken"]}}, 5102},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(call(c.function, c.parameters, tomas).code, c.code) << c.function << c.parameters;
+    // None of them touched Mira's: the same calls, but deletion, still work for her.
+    for (const Case &c : cases) {
+        if (std::string_view(c.function) == "deleteStation" || std::string_view(c.function) == "transformSharedStation")
+            continue;
+        json parameters = c.parameters;
+        if (parameters.value("stationToken", "") == ownStation)
+            parameters["stationToken"] = station;
+        if (parameters.contains("musicToken"))
+            parameters["musicToken"] = track["songToken"];
+        EXPECT_EQ(call(c.function, parameters, mira).code, 0) << c.function;
+    }
+}
+
+TEST_F(IsolationTest, ListsAndCountsShowTheCallersOwn)
+{
+    const std::string mira = newListener("mira@example.org");
+    const std::string tomas = newListener("tomas@example.org");
+    addStation(mira, "folk");
+    EXPECT_EQ(data("getStationList", json::object(), mira).at("stations").size(), 2u);
+    EXPECT_EQ(data("getStationList", json::object(), tomas).at("stations").size(), 1u);
+    EXPECT_EQ(data("getUserInfo", json::object(), tomas).at("stationCount"), 1);
+    EXPECT_EQ(data("getUserInfo", json::object(), tomas).at("userName"), "tomas@example.org");
+}
+
+TEST_F(IsolationTest, ThumbsAndSleepsOfOneListenerDoNotChangeWhatAnotherHears)
+{
+    const std::string mira = newListener("mira@example.org");
+    const std::string tomas = newListener("tomas@example.org");
+    const std::string miras = addStation(mira, "folk");
+    const std::string his = addStation(tomas, "folk");
+    std::set<std::string> banned;
+    for (int i = 0; i < 3; ++i) {
+        const json track = firstTrack(mira, miras);
+        data("addFeedback", {{"trackToken", track["trackToken"]}, {"isPositive", false}}, mira);
+        data("sleepSong", {{"trackToken", track["trackToken"]}}, mira);
+        banned.insert(track.at("songName"));
+    }
+    std::set<std::string> heard;
+    for (int i = 0; i < 40; ++i)
+        heard.insert(firstTrack(tomas, his).at("songName"));
+    for (const std::string &song : banned)
+        EXPECT_TRUE(heard.contains(song)) << song;
+}
+
+TEST_F(IsolationTest, AMediaAddressIsBoundToItsAccount)
+{
+    const MediaAddresses &addresses = m_service->addresses;
+    const std::string address = addresses.address(MediaKind::audio, "folk-00.flac", 7);
+    const auto parameter = [&](const std::string &name) {
+        const size_t at = address.find(name + "=") + 2;
+        return address.substr(at, address.find('&', at) - at);
+    };
+    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "7", parameter("e"), parameter("s")), MediaCheck::valid);
+    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "8", parameter("e"), parameter("s")), MediaCheck::badSignature);
+    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-01.flac", "7", parameter("e"), parameter("s")), MediaCheck::badSignature);
+    EXPECT_EQ(addresses.check(MediaKind::picture, "folk-00.flac", "7", parameter("e"), parameter("s")), MediaCheck::badSignature);
+}
+
+} // namespace
+} // namespace velmora::server

@@ -1,0 +1,167 @@
+#include "serverfixture.h"
+
+#include <cstdlib>
+#include <fstream>
+
+namespace velmora::server {
+
+TemporaryDirectory::TemporaryDirectory()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "velmora-server-test-XXXXXX").string();
+    if (!::mkdtemp(name.data()))
+        throw std::runtime_error("no temporary directory");
+    m_path = name;
+}
+
+TemporaryDirectory::~TemporaryDirectory()
+{
+    std::error_code error;
+    std::filesystem::remove_all(m_path, error);
+}
+
+ServerTest::ServerTest()
+{
+    ServiceSettings settings;
+    settings.dataDirectory = m_directory.path() / "data";
+    settings.passwordCost = {1, 8192};
+    settings.clock = [now = m_now] { return now->load(); };
+    m_service = std::make_unique<StationService>(settings);
+    m_service->addresses.setBase("http://127.0.0.1:7480");
+    m_dispatcher = std::make_unique<Dispatcher>(*m_service);
+    fillCatalogue();
+}
+
+ServerTest::~ServerTest() = default;
+
+std::vector<Track> ServerTest::smallCatalogue(const std::filesystem::path &mediaDirectory)
+{
+    const std::array styles = {"ambient", "folk", "rock", "swing"};
+    const std::array moods = {"calm", "warm", "restless", "bright"};
+    std::vector<Track> tracks;
+    for (size_t style = 0; style < styles.size(); ++style) {
+        for (int artist = 0; artist < 3; ++artist) {
+            for (int song = 0; song < 2; ++song) {
+                Track track;
+                const std::string name = std::string(styles[style]) + "-" + std::to_string(artist) + std::to_string(song);
+                track.publicId = name;
+                track.song = "Song " + name;
+                track.artist = "Artist " + std::string(styles[style]) + " " + std::to_string(artist);
+                track.album = "Album " + std::to_string(artist);
+                track.style = styles[style];
+                track.mood = moods[(style + static_cast<size_t>(song)) % moods.size()];
+                track.tempo = 60 + 25 * static_cast<int>(style) + artist;
+                track.year = 2000 + artist;
+                track.durationSeconds = 90;
+                track.audioFile = mediaDirectory / (name + ".flac");
+                track.audioType = "audio/flac";
+                track.bitrate = 600000;
+                track.pictureFile = mediaDirectory / (name + ".png");
+                track.isPlayable = true;
+                tracks.push_back(track);
+            }
+        }
+    }
+    return tracks;
+}
+
+void ServerTest::fillCatalogue()
+{
+    const std::filesystem::path media = m_directory.path() / "media";
+    std::filesystem::create_directory(media);
+    const std::vector<Track> tracks = smallCatalogue(media);
+    std::vector<Ad> ads;
+    for (const char *id : {"ad-1", "ad-2"})
+        ads.push_back(Ad{0, id, "Fresh bread at seven", "Corner Mill Bakery", 8, media / (std::string(id) + ".flac"), "audio/flac",
+                         media / (std::string(id) + ".png"), true});
+    const auto write = [](const std::filesystem::path &file, const std::string &id) {
+        std::ofstream stream(file, std::ios::binary);
+        for (int i = 0; i < 1000; ++i)
+            stream << id << ' ' << i << '\n';
+    };
+    for (const Track &track : tracks) {
+        write(track.audioFile, track.publicId);
+        write(track.pictureFile, track.publicId);
+    }
+    for (const Ad &ad : ads) {
+        write(ad.audioFile, ad.publicId);
+        write(ad.pictureFile, ad.publicId);
+    }
+    m_service->catalogue.put(tracks);
+    m_service->catalogue.put(ads);
+}
+
+Reply ServerTest::call(const std::string &function, const json &parameters, const std::string &token)
+{
+    const Answer answer = m_dispatcher->answer("v1", function, parameters.dump(), "Bearer " + token, "192.0.2.7");
+    return {answer.httpStatus, answer.body.at("code").get<int>(), answer.body.value("data", json::object())};
+}
+
+json ServerTest::data(const std::string &function, const json &parameters, const std::string &token)
+{
+    const Reply reply = call(function, parameters, token);
+    EXPECT_EQ(reply.code, 0) << function;
+    return reply.data;
+}
+
+AccountId ServerTest::addAccount(const std::string &userName)
+{
+    AccountId id = 0;
+    EXPECT_EQ(m_service->createAccount(userName, password, {}, &id), CreateResult::done);
+    return id;
+}
+
+TestDevice ServerTest::addDevice(const std::string &digits)
+{
+    TestDevice device;
+    device.digits = digits;
+    device.partnerToken = data("partnerLogin", {{"deviceKey", device.key}}).value("partnerToken", "");
+    return device;
+}
+
+std::string ServerTest::logIn(const std::string &userName, const TestDevice &device)
+{
+    return data("userLogin", {{"loginType", "user"}, {"userName", userName}, {"password", password}}, device.partnerToken)
+        .value("userToken", "");
+}
+
+std::string ServerTest::newListener(const std::string &userName)
+{
+    addAccount(userName);
+    return logIn(userName, addDevice());
+}
+
+std::string ServerTest::addStation(const std::string &token, const std::string &style)
+{
+    for (const json &station : list("getGenreStations", json::object(), token, "stations")) {
+        if (station.at("stationId") == "style-" + style)
+            return data("createStation", {{"musicToken", station.at("stationToken")}}, token).at("station").at("stationToken");
+    }
+    ADD_FAILURE() << "no such style: " << style;
+    return {};
+}
+
+json ServerTest::firstTrack(const std::string &userToken, const std::string &stationToken)
+{
+    for (const json &entry : list("getPlaylist", {{"stationToken", stationToken}}, userToken, "entries")) {
+        if (entry.at("type") == "track")
+            return entry.at("track");
+    }
+    ADD_FAILURE() << "no track in the list";
+    return {};
+}
+
+std::string ServerTest::tapestryToken(const std::string &userToken)
+{
+    return data("getStationList", json::object(), userToken).at("stations").at(0).at("stationToken");
+}
+
+ApiServer &ServerTest::listen(ListenSettings settings)
+{
+    settings.port = 0;
+    settings.logsRequests = false;
+    m_server = std::make_unique<ApiServer>(*m_service, std::move(settings));
+    m_server->start();
+    return *m_server;
+}
+
+} // namespace velmora::server

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "server/api/apiserver.h"
+
+#include <gtest/gtest.h>
+#include <httplib.h>
+
+namespace velmora::server {
+
+using nlohmann::json;
+
+// A directory that goes with the object.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory();
+    ~TemporaryDirectory();
+    TemporaryDirectory(const TemporaryDirectory &) = delete;
+    TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
+    const std::filesystem::path &path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+// The code and data of an answer.
+struct Reply {
+    int httpStatus = 0;
+    int code = -1;
+    json data;
+};
+
+// A device with its key; logs in as the radio does.
+struct TestDevice {
+    std::string digits = "001A2B3C4D5E";
+    std::string key = randomToken();
+    std::string partnerToken;
+    std::string slot(int number) const { return digits + "-" + std::to_string(number); }
+};
+
+// A service with a small catalogue: four styles, three artists each, two tracks of each artist; two ads. Its clock stands
+// until the test turns it; its passwords cost next to nothing.
+class ServerTest : public testing::Test {
+protected:
+    static constexpr const char *password = "seven small lamps";
+
+    ServerTest();
+    ~ServerTest() override;
+
+    // A function called without a network.
+    Reply call(const std::string &function, const json &parameters, const std::string &token = {});
+    // Its data; the test fails unless the code is 0.
+    json data(const std::string &function, const json &parameters, const std::string &token = {});
+
+    // A list inside it, by value: nothing is kept of an answer that has gone.
+    json list(const std::string &function, const json &parameters, const std::string &token, const char *name)
+    {
+        return data(function, parameters, token).value(name, json::array());
+    }
+
+    AccountId addAccount(const std::string &userName);
+    TestDevice addDevice(const std::string &digits = "001A2B3C4D5E");
+    // A user token of the account, logged in by name on this device.
+    std::string logIn(const std::string &userName, const TestDevice &device);
+    // Both at once, for tests of what comes after.
+    std::string newListener(const std::string &userName = "mira@example.org");
+    // A station of the style, by its token.
+    std::string addStation(const std::string &token, const std::string &style);
+    // The first track entry of a new list of the station.
+    json firstTrack(const std::string &userToken, const std::string &stationToken);
+    std::string tapestryToken(const std::string &userToken);
+
+    void fillCatalogue();
+    static std::vector<Track> smallCatalogue(const std::filesystem::path &mediaDirectory);
+
+    // Answers over HTTP from now on, on a port of its own.
+    ApiServer &listen(ListenSettings settings = {});
+
+    TemporaryDirectory m_directory;
+    std::shared_ptr<std::atomic<int64_t>> m_now = std::make_shared<std::atomic<int64_t>>(1'800'000'000);
+    std::unique_ptr<StationService> m_service;
+    std::unique_ptr<Dispatcher> m_dispatcher;
+    std::unique_ptr<ApiServer> m_server;
+};
+
+} // namespace velmora::server

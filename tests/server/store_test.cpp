@@ -1,0 +1,116 @@
+// The database file: made private, brought up to date, refused when it is newer, whole after a failed change.
+
+#include "server/store/migrations.h"
+#include "server/store/store.h"
+#include "serverfixture.h"
+
+#include <fstream>
+#include <sys/stat.h>
+
+namespace velmora::server {
+namespace {
+
+class StoreTest : public testing::Test {
+protected:
+    int64_t version()
+    {
+        Database db(m_file);
+        Statement row = db.prepare("PRAGMA user_version");
+        row.step();
+        return row.integer(0);
+    }
+
+    TemporaryDirectory m_directory;
+    std::filesystem::path m_file = m_directory.path() / "velmora.db";
+};
+
+TEST_F(StoreTest, ANewFileGetsTheNewestSchemaAndOnlyItsOwnerReadsIt)
+{
+    const Store store(m_file);
+    EXPECT_EQ(version(), newestSchemaVersion());
+    struct stat status {};
+    ASSERT_EQ(::stat(m_file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
+{
+    { Store(m_file).setSetting("kept", "yes"); }
+    {
+        // As the first version left it: what later steps made is not there.
+        Database db(m_file);
+        db.execute("PRAGMA foreign_keys = OFF; DROP TABLE issued_tracks; DROP TABLE issued_ads; DROP TABLE feedback; DROP TABLE "
+                   "sleeps; DROP TABLE bookmarks; DROP TABLE track_events; DROP TABLE seeds; DROP TABLE music_tokens; DROP "
+                   "TABLE stations; DROP TABLE tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "
+                   "track_search; DROP TABLE artist_search; PRAGMA user_version = 1;");
+    }
+    Store store(m_file);
+    EXPECT_EQ(store.setting("kept"), "yes");
+    EXPECT_EQ(version(), newestSchemaVersion());
+}
+
+TEST_F(StoreTest, ANewerFileIsRefusedByNameOfItsVersionAndLeftAsItWas)
+{
+    { Store(m_file).setSetting("kept", "yes"); }
+    Database(m_file).execute("PRAGMA user_version = 1000");
+    try {
+        const Store store(m_file);
+        FAIL() << "a newer database was opened";
+    } catch (const StoreError &error) {
+        EXPECT_NE(std::string(error.what()).find("1000"), std::string::npos) << error.what();
+    }
+    EXPECT_EQ(version(), 1000);
+}
+
+TEST_F(StoreTest, AStepThatFailsLeavesTheVersionBeforeIt)
+{
+    {
+        Database db(m_file);
+        db.execute("CREATE TABLE artists (x); PRAGMA user_version = 1;"); // the second step cannot make this table
+    }
+    EXPECT_THROW({ const Store store(m_file); }, StoreError);
+    EXPECT_EQ(version(), 1);
+    Database db(m_file);
+    Statement row = db.prepare("SELECT COUNT(*) FROM sqlite_master WHERE name = 'albums'");
+    row.step();
+    EXPECT_EQ(row.integer(0), 0);
+}
+
+TEST_F(StoreTest, SomethingElseThanADatabaseIsRefused)
+{
+    std::ofstream(m_file) << "this was never a database, and is longer than its header would be";
+    EXPECT_THROW({ const Store store(m_file); }, StoreError);
+}
+
+TEST_F(StoreTest, AChangeWithoutCommitIsTakenBack)
+{
+    Store store(m_file);
+    {
+        const Store::Lock db = store.lock();
+        const Transaction change(*db);
+        store.setSetting("name", "lost");
+    }
+    EXPECT_EQ(store.setting("name"), "");
+}
+
+TEST_F(StoreTest, ForeignKeysHold)
+{
+    Store store(m_file);
+    try {
+        store.lock()->run("INSERT INTO devices (device_id, account_id, key_hash, associated_at) VALUES ('x', 77, 'y', 0)");
+        FAIL() << "a device of nobody";
+    } catch (const StoreError &error) {
+        EXPECT_TRUE(error.isConstraint());
+    }
+}
+
+TEST_F(StoreTest, TextsWithQuotesAndZeroBytesComeBackAsTheyWent)
+{
+    Store store(m_file);
+    const std::string odd("it's \"odd\" \0 -- ; DROP TABLE settings", 37);
+    store.setSetting("odd", odd);
+    EXPECT_EQ(store.setting("odd"), odd);
+}
+
+} // namespace
+} // namespace velmora::server

@@ -1,0 +1,115 @@
+#include "fakes/logcapture.h"
+#include "service/velmoranextlimit.h"
+
+#include <QtTest>
+
+class ServiceNextLimitTest : public QObject {
+    Q_OBJECT
+    QTime m_now;
+    const QString a = QStringLiteral("station a"), b = QStringLiteral("station b");
+
+    VelmoraNextLimit &limit() { return *VelmoraNextLimit::getInstance(); }
+    void skip(const QString &station, int times)
+    {
+        for (int i = 0; i < times; ++i)
+            limit().addIntoQueue(station);
+    }
+
+private slots:
+    void init()
+    {
+        m_now = QTime(12, 0);
+        VelmoraNextLimit::setClock([this] { return m_now; });
+    }
+    void cleanup()
+    {
+        delete VelmoraNextLimit::existing();
+        VelmoraNextLimit::setClock(nullptr);
+    }
+
+    void theSeventhSkipOfAStationIsRefusedAndOthersAreNot()
+    {
+        for (int i = 0; i < 6; ++i) {
+            QVERIFY(limit().isAllowedNext(a));
+            limit().addIntoQueue(a);
+        }
+        QVERIFY(!limit().isAllowedNext(a));
+        QVERIFY(limit().isAllowedNext(b));
+        QVERIFY(limit().isAllowedNext(QStringLiteral("Station a"))); // exactly this token
+    }
+
+    void askingIsNotSkipping()
+    {
+        skip(a, 5);
+        for (int i = 0; i < 10; ++i)
+            QVERIFY(limit().isAllowedNext(a));
+    }
+
+    void anAllowedSkipTakesTheOldestRecordAway()
+    {
+        skip(a, 1);
+        m_now = QTime(12, 30);
+        skip(a, 5);
+        m_now = QTime(13, 0, 0);
+        QVERIFY(!limit().isAllowedNext(a));
+        m_now = QTime(13, 0, 1);
+        QVERIFY(limit().isAllowedNext(a));
+        LogCapture log;
+        QVERIFY(limit().isAllowedNext(a));
+        QVERIFY(log.contains(QStringLiteral("count < 6.count=5")));
+    }
+
+    void aSkipBeforeMidnightCountsAfterIt()
+    {
+        m_now = QTime(23, 30);
+        skip(a, 6);
+        m_now = QTime(0, 20);
+        QVERIFY(!limit().isAllowedNext(a));
+        m_now = QTime(0, 30, 1);
+        QVERIFY(limit().isAllowedNext(a));
+    }
+
+    void theWalkOverOverdueRecordsStepsOverEverySecond()
+    {
+        skip(a, 6);
+        m_now = QTime(13, 0, 1);
+        QVERIFY(QMetaObject::invokeMethod(&limit(), "checkOverdue"));
+        LogCapture log;
+        QVERIFY(limit().isAllowedNext(a)); // records 0, 2 and 4 are gone
+        QVERIFY(log.contains(QStringLiteral("count=3")));
+    }
+
+    void recordsOfAnHourStay()
+    {
+        skip(a, 6);
+        m_now = QTime(13, 0, 0);
+        QVERIFY(QMetaObject::invokeMethod(&limit(), "checkOverdue"));
+        QVERIFY(!limit().isAllowedNext(a));
+    }
+
+    void signOutForgetsTheSkips()
+    {
+        skip(a, 6);
+        delete VelmoraNextLimit::existing();
+        QVERIFY(!VelmoraNextLimit::existing());
+        QVERIFY(limit().isAllowedNext(a));
+    }
+
+    void theLogNamesTokenAndTimes()
+    {
+        skip(a, 6);
+        m_now = QTime(12, 5, 7);
+        LogCapture log;
+        limit().isAllowedNext(a);
+        const QStringList expected{
+            QStringLiteral("VelmoraNextLimit,isAllowedNext,stationToken=\"station a\""),
+            QStringLiteral("VelmoraNextLimit,isAllowedNext...curtimeStamp = 12:5:7"),
+            QStringLiteral("VelmoraNextLimit,isAllowedNext...fsttimeStamp = 12:0:0"),
+            QStringLiteral("VelmoraNextLimit,isAllowedNext,count>=6.count=6"),
+        };
+        QCOMPARE(log.lines(), expected);
+    }
+};
+
+QTEST_GUILESS_MAIN(ServiceNextLimitTest)
+#include "service_nextlimit_test.moc"

@@ -1,0 +1,354 @@
+#include "fakes/devicetwin.h"
+#include "fakes/fakewsfixture.h"
+#include "fakes/logcapture.h"
+#include "service/devicepaths.h"
+#include "service/velmorametatypes.h"
+#include "service/velmorasettings.h"
+#include "service/velmorawebservice.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+
+#include <memory>
+
+// What the screens would see: every completion signal that a renewal can touch, released like a screen does.
+class Receiver : public QObject {
+public:
+    explicit Receiver(VelmoraWebService *service)
+    {
+        const auto watch = [this, service](auto signal, const char *name) {
+            connect(service, signal, this, [this, name](HANDLE_T handle, VLM_WS_EXT_ERRCODE_T code, VOID *tag) {
+                seen.append(QStringLiteral("%1 %2 tag %3")
+                                .arg(QString::fromLatin1(name))
+                                .arg(code)
+                                .arg(reinterpret_cast<quintptr>(tag)));
+                velmora_ws_release_handle(handle);
+            });
+        };
+        watch(&VelmoraWebService::signalParterLoginDone, "partnerLogin");
+        watch(&VelmoraWebService::signalUserLoginDone, "userLogin");
+        watch(&VelmoraWebService::signalGetStationListDone, "stationList");
+        watch(&VelmoraWebService::signalGetPlaylistDone, "playlist");
+        watch(&VelmoraWebService::signalGetUserInfoDone, "userInfo");
+        watch(&VelmoraWebService::signalGenerateDeviceActivationCodeDone, "code");
+        watch(&VelmoraWebService::signalAddFeedbackDone, "feedback");
+    }
+    QStringList seen;
+};
+
+class ServiceRenewalTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<QTemporaryDir> m_root;
+    std::unique_ptr<FakeWsFixture> m_fixture;
+    std::unique_ptr<Receiver> m_receiver;
+    VelmoraWebService *m_service = nullptr;
+    bool m_isLossExpected = false;
+
+    FakeWs &ws() { return m_fixture->ws; }
+    VOID *tag() { return reinterpret_cast<VOID *>(quintptr(77)); }
+    HANDLE_T requestStationList()
+    {
+        HANDLE_T handle = 0;
+        m_service->getStationList(1, "dateCreated", "desc", false, tag(), &handle);
+        return handle;
+    }
+    void expireNext(int cmd) { ws().replyNext(cmd, VLM_WS_ERR_INVALID_AUTH_TOKEN); }
+    void logIn()
+    {
+        ws().autoReply(2, VLM_WS_ERR_OK, FakeReply::partnerLogin());
+        ws().autoReply(3, VLM_WS_ERR_OK, FakeReply::userLogin("ann"));
+    }
+
+private slots:
+    void initTestCase() { registerVelmoraMetaTypes(); }
+    void init()
+    {
+        m_root = std::make_unique<QTemporaryDir>();
+        DeviceTwin::setPrivateRoot(m_root->path());
+        m_fixture = std::make_unique<FakeWsFixture>(FakeWs::Delivery::OnDemand);
+        m_service = VelmoraWebService::getInstance();
+        m_receiver = std::make_unique<Receiver>(m_service);
+        m_isLossExpected = false;
+        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr)
+            .setLastLogin(QStringLiteral("ann"), QStringLiteral("3"));
+    }
+    void cleanup()
+    {
+        m_receiver.reset();
+        delete m_service;
+        if (m_isLossExpected)
+            ws().reset();
+        m_fixture.reset();
+    }
+
+    void anExpiredTokenIsRenewedUnseenAndTheRequestSentAgainWithoutItsTag()
+    {
+        logIn();
+        expireNext(29);
+        ws().autoReply(29, VLM_WS_ERR_OK, FakeReply::stationListOf({"s1"}));
+        const HANDLE_T first = requestStationList();
+        ws().deliver();
+        QCOMPARE(ws().commands(), QList<int>({29, 2, 3, 29}));
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 0 tag 0")));
+        QCOMPARE(ws().calls().at(1).params, QVariantList({QVariant(), QVariant(), QVariant(), 1}));
+        QCOMPARE(ws().calls().at(2).params,
+                 QVariantList({QByteArray("deviceId"), QVariant(), QVariant(), QByteArray("001A2B3C4D5E-3")}));
+        QCOMPARE(ws().calls().at(3).params, ws().calls().at(0).params);
+        QVERIFY(!ws().isLive(first));
+    }
+
+    void everyMarkedRequestIsSentAgainWithItsParameters_data()
+    {
+        using S = VelmoraWebService;
+        using Send = std::function<void(S *, HANDLE_T *)>;
+        QTest::addColumn<int>("cmd");
+        QTest::addColumn<Send>("send");
+        const auto row = [](int cmd, const char *name, Send send) { QTest::newRow(name) << cmd << std::move(send); };
+        row(0, "getAdMetadata", [](S *s, HANDLE_T *h) { s->getAdMetadata("ad", 5, false, nullptr, h); });
+        row(3, "userLogin",
+            [](S *s, HANDLE_T *h) { s->userLogin("user", "pw", "ann", "\0\1\2\3\4\5", false, nullptr, h); });
+        row(4, "addArtistBookmark", [](S *s, HANDLE_T *h) { s->addArtistBookmark("t", false, nullptr, h); });
+        row(5, "addSongBookmark", [](S *s, HANDLE_T *h) { s->addSongBookmark("t", false, nullptr, h); });
+        row(6, "disassociateDevice", [](S *s, HANDLE_T *h) { s->disassociateDevice("id", false, nullptr, h); });
+        row(8, "code", [](S *s, HANDLE_T *h) { s->generateDeviceActivationCode("id", false, nullptr, h); });
+        row(9, "search", [](S *s, HANDLE_T *h) { s->search("abc", 6, false, nullptr, h); });
+        row(10, "addFeedback", [](S *s, HANDLE_T *h) { s->addFeedback(1, "t", false, nullptr, h); });
+        row(12, "createStation",
+            [](S *s, HANDLE_T *h) { s->createStation("m", nullptr, "song", 2, false, nullptr, h); });
+        row(13, "deleteStation", [](S *s, HANDLE_T *h) { s->deleteStation("st", false, nullptr, h); });
+        row(15, "getPlaylist", [](S *s, HANDLE_T *h) { s->getPlaylist("st", 8, false, nullptr, h); });
+        row(17, "renameStation", [](S *s, HANDLE_T *h) { s->renameStation("n", "st", 9, false, nullptr, h); });
+        row(21, "explainTrack", [](S *s, HANDLE_T *h) { s->explainTrack("t", false, nullptr, h); });
+        row(23, "associateDevice", [](S *s, HANDLE_T *h) { s->associateDevice("id", false, nullptr, h); });
+        row(29, "getStationList", [](S *s, HANDLE_T *h) { s->getStationList(1, "k", "o", false, nullptr, h); });
+        row(35, "sleepSong", [](S *s, HANDLE_T *h) { s->sleepSong("t", false, nullptr, h); });
+    }
+    void everyMarkedRequestIsSentAgainWithItsParameters()
+    {
+        QFETCH(int, cmd);
+        using Send = std::function<void(VelmoraWebService *, HANDLE_T *)>;
+        QFETCH(Send, send);
+        expireNext(cmd);
+        logIn();
+        HANDLE_T handle = 0;
+        send(m_service, &handle);
+        ws().deliver();
+        const bool isPartnerTokenOnly = QList<int>{3, 6, 8}.contains(cmd);
+        QCOMPARE(ws().commands(), isPartnerTokenOnly ? QList<int>({cmd, 2, cmd}) : QList<int>({cmd, 2, 3, cmd}));
+        QCOMPARE(ws().calls().last().params, ws().calls().first().params);
+        QVERIFY(!ws().calls().last().tag);
+        ws().completeNext(cmd, VLM_WS_ERR_OK);
+        ws().deliver();
+    }
+
+    void aRequestThatIsNotSentAgainIsDroppedSilently()
+    {
+        logIn();
+        expireNext(31);
+        HANDLE_T handle = 0;
+        m_service->getUserInfo("ann", "pw", "id", 1, false, tag(), &handle);
+        ws().deliver();
+        QCOMPARE(ws().commands(), QList<int>({31, 2})); // the partner token was enough
+        QVERIFY(m_receiver->seen.isEmpty());
+        QVERIFY(!ws().isLive(handle));
+    }
+
+    void theSlotOfTheLastLoginIsInTheIdentity_data()
+    {
+        QTest::addColumn<QString>("slot");
+        QTest::addColumn<QByteArray>("identity");
+        QTest::newRow("0") << QStringLiteral("0") << QByteArray("001A2B3C4D5E-0");
+        QTest::newRow("none") << QString() << QByteArray("001A2B3C4D5E-9");
+        QTest::newRow("a real password") << QStringLiteral("hunter") << QByteArray("001A2B3C4D5E-9");
+    }
+    void theSlotOfTheLastLoginIsInTheIdentity()
+    {
+        QFETCH(QString, slot);
+        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr)
+            .setLastLogin(QStringLiteral("ann"), slot);
+        logIn();
+        expireNext(29);
+        requestStationList();
+        ws().deliver();
+        QTEST(ws().last(3).params.value(3).toByteArray(), "identity");
+    }
+
+    void anInactiveAccountDuringARenewalEndsTheWaitingRequestAtOnce()
+    {
+        ws().autoReply(2, VLM_WS_ERR_OK);
+        ws().autoReply(3, VLM_WS_ERR_ACCOUNT_INACTIVE);
+        expireNext(29);
+        requestStationList();
+        ws().deliver();
+        QCOMPARE(ws().commands(), QList<int>({29, 2, 3}));
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 5099 tag 0")));
+        // and the renewal is over: the next partner login is a screen's again
+        HANDLE_T handle = 0;
+        m_service->partnerLogin(nullptr, nullptr, nullptr, 1, false, nullptr, &handle);
+        ws().deliver();
+        QCOMPARE(m_receiver->seen.last(), QStringLiteral("partnerLogin 0 tag 0"));
+    }
+
+    void anInactiveAccountThatWaitsItselfIsReportedAndDoesNotStartOver()
+    {
+        logIn();
+        expireNext(3);
+        HANDLE_T handle = 0;
+        m_service->userLogin("user", "pw", "ann", "\0\1\2\3\4\5", false, tag(), &handle);
+        ws().replyNext(2, VLM_WS_ERR_ACCOUNT_INACTIVE);
+        ws().deliver();
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("userLogin 5099 tag 0")));
+        QCOMPARE(ws().commands(), QList<int>({3, 2}));
+    }
+
+    void immediateFailuresAreReportedAsTheWaitingRequestsResult_data()
+    {
+        QTest::addColumn<QList<int>>("fails"); // the how-many-th request of a command is refused
+        QTest::addColumn<QList<int>>("commands");
+        QTest::newRow("the partner login") << QList<int>{2} << QList<int>{29, 2};
+        QTest::newRow("the device login") << QList<int>{3} << QList<int>{29, 2, 3};
+        QTest::newRow("the request itself") << QList<int>{29} << QList<int>{29, 2, 3, 29};
+    }
+    void immediateFailuresAreReportedAsTheWaitingRequestsResult()
+    {
+        QFETCH(QList<int>, fails);
+        QFETCH(QList<int>, commands);
+        logIn();
+        const HANDLE_T first = requestStationList();
+        ws().failNext(fails.first(), VLM_WS_ERR_ERROR_CURL_FAILURE);
+        ws().complete(first, VLM_WS_ERR_INVALID_AUTH_TOKEN);
+        ws().deliver();
+        QCOMPARE(ws().commands(), commands);
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList -504 tag 0")));
+        QVERIFY(!ws().isLive(first)); // the receiver has given it back, and the adapter must not touch it again
+        m_receiver->seen.clear();
+
+        // Nothing waits any more: logins go to the screens and an inactive account is the request's own result.
+        HANDLE_T handle = 0;
+        m_service->partnerLogin(nullptr, nullptr, nullptr, 1, false, nullptr, &handle);
+        ws().deliver();
+        ws().replyNext(15, VLM_WS_ERR_ACCOUNT_INACTIVE);
+        m_service->getPlaylist("s", 0, false, tag(), &handle);
+        ws().deliver();
+        QCOMPARE(m_receiver->seen,
+                 QStringList({QStringLiteral("partnerLogin 0 tag 0"), QStringLiteral("playlist 5099 tag 77")}));
+    }
+
+    void aRefusedDeviceLoginLeavesNothingForTheNextCompletionEvenIfItIsInactive()
+    {
+        logIn();
+        ws().failNext(3, VLM_WS_ERR_ERROR_CURL_FAILURE);
+        expireNext(29);
+        requestStationList();
+        ws().deliver();
+        ws().replyNext(3, VLM_WS_ERR_ACCOUNT_INACTIVE);
+        HANDLE_T handle = 0;
+        m_service->userLogin("deviceId", nullptr, nullptr, "id", false, nullptr, &handle);
+        ws().deliver();
+        QCOMPARE(m_receiver->seen,
+                 QStringList({QStringLiteral("stationList -504 tag 0"), QStringLiteral("userLogin 5099 tag 0")}));
+    }
+
+    void aWaitingUserLoginThatCannotBeSentAgainIsReportedOnce()
+    {
+        logIn();
+        expireNext(3);
+        HANDLE_T handle = 0;
+        m_service->userLogin("user", "pw", "ann", "\0\1\2\3\4\5", false, tag(), &handle);
+        ws().failNext(3, VLM_WS_ERR_OUT_OF_MEMORY);
+        ws().deliver();
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("userLogin -503 tag 0")));
+        QCOMPARE(ws().commands(), QList<int>({3, 2, 3}));
+    }
+
+    void anUnreadableAddressLeavesTheRequestWaiting()
+    {
+        ws().setMacResult(VLM_WS_ERR_INTERNAL);
+        logIn();
+        expireNext(29);
+        const HANDLE_T handle = requestStationList();
+        LogCapture log;
+        ws().deliver();
+        QVERIFY(log.contains(QStringLiteral("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=5000.")));
+        QCOMPARE(ws().commands(), QList<int>({29, 2}));
+        QVERIFY(m_receiver->seen.isEmpty());
+        QVERIFY(ws().isLive(handle)); // released with the adapter, as cleanup() checks
+    }
+
+    void aFailedLoginInsideARenewalStillSendsTheRequestAgain()
+    {
+        ws().autoReply(2, VLM_WS_ERR_ERROR_CURL_FAILURE);
+        ws().autoReply(3, VLM_WS_ERR_DEVICE_NOT_FOUND);
+        expireNext(29);
+        ws().autoReply(29, VLM_WS_ERR_MAINTENANCE);
+        requestStationList();
+        ws().deliver();
+        QCOMPARE(ws().commands(), QList<int>({29, 2, 3, 29}));
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 5096 tag 0")));
+    }
+
+    void aSecondExpiredRequestTakesThePlaceOfTheFirst()
+    {
+        m_isLossExpected = true; // the first record is neither reported nor given back
+        const HANDLE_T first = requestStationList();
+        HANDLE_T second = 0;
+        m_service->getPlaylist("s", 0, false, tag(), &second);
+        ws().complete(first, VLM_WS_ERR_INVALID_AUTH_TOKEN);
+        ws().complete(second, VLM_WS_ERR_INVALID_AUTH_TOKEN);
+        ws().deliver();
+        QCOMPARE(ws().commands(), QList<int>({29, 15, 2, 2}));
+        logIn();
+        ws().autoReply(15, VLM_WS_ERR_OK, FakeReply::playlist({}));
+        ws().completeNext(2, VLM_WS_ERR_OK);
+        ws().deliver();
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("playlist 0 tag 0")));
+        QVERIFY(ws().isLive(first));
+        QCOMPARE(ws().doubleReleases(), 0);
+    }
+
+    void otherCompletionsPassDuringARenewal()
+    {
+        expireNext(29);
+        requestStationList();
+        ws().deliver();
+        HANDLE_T handle = 0;
+        m_service->addFeedback(1, "t", false, tag(), &handle);
+        ws().complete(handle, VLM_WS_ERR_OK);
+        ws().deliver();
+        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("feedback 0 tag 77")));
+    }
+
+    void theRenewalIsLoggedInItsOwnWords()
+    {
+        logIn();
+        expireNext(29);
+        requestStationList();
+        LogCapture log;
+        ws().deliver();
+        const QStringList words =
+            log.lines().filter(QRegularExpression(QStringLiteral("^VelmoraWebService|^VelmoraLogin")));
+        QCOMPARE(words, QStringList({
+                            QStringLiteral("VelmoraWebService,partnerLogin...."),
+                            QStringLiteral("VelmoraWebService,userLoginWithDeviceID..."),
+                            QStringLiteral("VelmoraWebService,webServiceDone,vlm_ws_CmdID=3, ret = 0"),
+                            QStringLiteral("VelmoraLogin,retrytempwebservice..."),
+                            QStringLiteral("VelmoraWebService,webServiceDone,vlm_ws_CmdID=29"),
+                        }));
+    }
+
+    void aRenewalRunsOnTheLibrarysThreadToo()
+    {
+        ws().reset(FakeWs::Delivery::Thread);
+        logIn();
+        expireNext(29);
+        ws().autoReply(29, VLM_WS_ERR_OK, FakeReply::stationListOf({"s1"}));
+        requestStationList();
+        QTRY_COMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 0 tag 0")));
+        QCOMPARE(ws().commands(), QList<int>({29, 2, 3, 29}));
+    }
+};
+
+QTEST_GUILESS_MAIN(ServiceRenewalTest)
+#include "service_renewal_test.moc"

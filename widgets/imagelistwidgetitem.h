@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QLabel>
+#include <QPixmap>
+
+class QTimer;
+
+// The marquee of an ImageListWidget: a label over one row that runs the row's text to the left. It paints its part of
+// the row's bar and of what lies under the list itself, so that it is opaque and a step uncovers one column only.
+class ImageListWidgetItem : public QLabel {
+    Q_OBJECT
+public:
+    explicit ImageListWidgetItem(QWidget *parent);
+
+    void setText(const QString &text); // replaces the label's own text, which is not drawn
+    // What is painted under the text; both cover the label from its upper left corner.
+    void setBackdrop(const QPixmap &backdrop);
+    void setBar(const QPixmap &bar);
+    QSize sizeHint() const override;
+    void startScroll();
+    void stopScroll();
+
+public slots:
+    void startTimerEngine();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    void resetScroll();
+    int bandWidth() const;
+
+    QString m_text; // the row's text and the gap behind it
+    QPixmap m_backdrop;
+    QPixmap m_bar;
+    int m_offset = 0;
+    int m_timerId = 0; // 0: the text stands still
+    QTimer *m_delayTimer = nullptr; // child, made by the first startScroll()
+};
