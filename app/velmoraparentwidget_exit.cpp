@@ -72,10 +72,13 @@ void VelmoraParentWidget::answerParentExit()
     if (isEixt && m_isExitGranted && isHidden())
         return; // ordered twice
     qDebug("VelmoraParentWidget,exitVelmora,signal is from parent...");
-    // quit() closes all windows; a box that it closed would count as answered with No.
-    for (VelmoraParentWidget *screen : screens())
+    // quit() closes the windows that show. A box that it closed would count as answered with No, and a hidden screen
+    // would outlive the application: the player's playback thread with it.
+    const QList<VelmoraParentWidget *> all = screens();
+    for (VelmoraParentWidget *screen : all)
         screen->destroyedMsgbox();
-    close();
+    for (VelmoraParentWidget *screen : all)
+        screen->close();
     qDebug("VelmoraParentWidget,exitVelmora,signal responseParent 2.");
     isEixt = true;
     m_isExitGranted = true;

@@ -119,11 +119,12 @@ std::optional<Arguments> parseArguments(const QStringList &all, QString *reason)
 
 QString usage()
 {
-    return QStringLiteral("usage: velmora-menu [--socket PATH] [--windowed] [--scale auto|FACTOR] [--hang-after SECONDS]"
-                          " [--insist-after SECONDS] -- PROGRAM [ARGUMENT]...\n"
-                          "       velmora-menu [--socket PATH] key NAME... | screensaver on|off | network down|up |"
-                          " exit | status | screenshot FILE.png\n"
-                          "key names: %1 text \"LETTERS\"\n")
+    return QStringLiteral(
+               "usage: velmora-menu [--socket PATH] [--windowed] [--scale auto|FACTOR] [--hang-after SECONDS]"
+               " [--insist-after SECONDS] -- PROGRAM [ARGUMENT]...\n"
+               "       velmora-menu [--socket PATH] key NAME... | screensaver on|off | network down|up |"
+               " exit | status | screenshot FILE.png\n"
+               "key names: %1 text \"LETTERS\"\n")
         .arg(netcommon::keys::allKeyNames());
 }
 

@@ -25,7 +25,7 @@ struct Arguments {
     QString socket; // empty: the usual place
 
     // Mode::Run
-    QStringList program;         // with its arguments
+    QStringList program; // with its arguments
     bool isWindowed = false;
     std::optional<double> scale; // none: as fits the screen
     int hangSeconds = 30;        // without an answer: the radio hangs

@@ -161,15 +161,16 @@ void MenuServer::answered(const menu::Packet &packet)
     const auto waiting = m_waiting.find(menu::field(packet.message, menu::idOffset));
     if (packet.message.type != menu::Answer || waiting == m_waiting.end())
         return;
-    answer(waiting->second.peer, waiting->second.id,
-           menu::field(packet.message, menu::valueOffset) == menu::Done, packet.text);
+    answer(waiting->second.peer, waiting->second.id, menu::field(packet.message, menu::valueOffset) == menu::Done,
+           packet.text);
     m_waiting.erase(waiting);
 }
 
 void MenuServer::answer(int number, std::uint32_t id, bool done, const QByteArray &text)
 {
     if (const auto peer = m_peers.find(number); peer != m_peers.end())
-        menu::send(peer->second.descriptor, menu::makeMessage(menu::Answer, id, done ? menu::Done : menu::Failed), text);
+        menu::send(peer->second.descriptor, menu::makeMessage(menu::Answer, id, done ? menu::Done : menu::Failed),
+                   text);
 }
 
 // What can be said of the radio without its help.

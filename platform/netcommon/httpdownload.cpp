@@ -63,7 +63,7 @@ QByteArray pictureSuffix(QByteArray &bytes, QString *why)
 
 } // namespace
 
-struct HttpDownload::Private {
+struct Q_DECL_HIDDEN HttpDownload::Private {
     explicit Private(HttpDownload *owner)
         : q(owner)
     {

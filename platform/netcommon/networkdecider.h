@@ -30,8 +30,8 @@ private:
     bool m_isServerLocal;
     bool m_hasRoute;
     bool m_isTimerRunning = false;
-    bool m_isLost = false;         // told so
-    bool m_isHeldDown = false;     // by the menu system
+    bool m_isLost = false;     // told so
+    bool m_isHeldDown = false; // by the menu system
 };
 
 } // namespace netcommon

@@ -8,7 +8,7 @@
 
 namespace netcommon {
 
-struct PlaybackThread::Private {
+struct Q_DECL_HIDDEN PlaybackThread::Private {
     PlaybackInbox inbox;
 };
 

@@ -75,8 +75,8 @@ bool RemoteKeys::press(int key, bool isTyped)
     if (!window)
         return false;
     for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent *event = isTyped ? new QKeyEvent(type, key, Qt::NoModifier)
-                                   : new FinalKeyEvent(type, key, Qt::NoModifier);
+        QKeyEvent *event =
+            isTyped ? new QKeyEvent(type, key, Qt::NoModifier) : new FinalKeyEvent(type, key, Qt::NoModifier);
         QCoreApplication::postEvent(window, event);
     }
     return true;
@@ -110,8 +110,7 @@ bool RemoteKeys::eventFilter(QObject *watched, QEvent *event)
     }
     const auto *key = static_cast<QKeyEvent *>(event);
     const keys::Stroke stroke{key->key(), key->modifiers(), key->text(), key->isAutoRepeat(), key->timestamp()};
-    const auto deliveries =
-        isPress ? m_held.pressed(stroke, isTextEntry()) : m_held.released(stroke, isTextEntry());
+    const auto deliveries = isPress ? m_held.pressed(stroke, isTextEntry()) : m_held.released(stroke, isTextEntry());
     if (deliveries.size() == 1 &&
         deliveries.front() == keys::HeldKeys::Delivery{isPress, stroke.key, stroke.isAutoRepeat})
         return false; // as it is

@@ -82,8 +82,7 @@ bool hasDefaultRoute(bool *isKnown)
     RouteDump dump;
     const int descriptor = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE);
     const timeval limit{1, 0};
-    *isKnown = descriptor >= 0 &&
-               ::setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit) == 0 &&
+    *isKnown = descriptor >= 0 && ::setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit) == 0 &&
                readAll(descriptor, AF_INET, dump) && readAll(descriptor, AF_INET6, dump);
     if (descriptor >= 0)
         ::close(descriptor);

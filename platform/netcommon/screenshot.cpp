@@ -26,7 +26,8 @@ constexpr QRect plainCanvas(0, 0, 1280, 720);
 
 QImage canvasPicture()
 {
-    const QRect canvas = qApp->property(canvasProperty).isValid() ? qApp->property(canvasProperty).toRect() : plainCanvas;
+    const QRect canvas =
+        qApp->property(canvasProperty).isValid() ? qApp->property(canvasProperty).toRect() : plainCanvas;
     const auto windows = platform::WindowStack::instance().bottomToTop();
     const qreal ratio = windows.isEmpty() ? 1.0 : windows.first()->devicePixelRatioF();
     QImage picture((QSizeF(canvas.size()) * ratio).toSize(), QImage::Format_RGB32);

@@ -16,7 +16,8 @@ class Backdrop;
 // Puts every window of the screens onto a canvas of 1280 x 720 that lies in the middle of the real screen. A screen
 // moves itself to a place on the canvas and is moved on to the place on the screen; on a screen of just that size both
 // are the same. Windows keep their order, and the uppermost has the focus, whether or not a window manager cares.
-// It is installed by the library itself when the application object is made, and lives as long as that. GUI thread only.
+// It is installed by the library itself when the application object is made, and lives as long as that. GUI thread
+// only.
 class Canvas : public QObject {
     Q_OBJECT
 public:
@@ -40,10 +41,10 @@ private:
     void settle();
 
     bool m_hasBegun = false;
-    bool m_isPlacing = false; // moves are our own
+    bool m_isPlacing = false;  // moves are our own
     bool m_isSettling = false; // settle() is on its way
     QRect m_canvas;
-    QHash<QWidget *, Place> m_places; // of living windows
+    QHash<QWidget *, Place> m_places;     // of living windows
     std::unique_ptr<Backdrop> m_backdrop; // null where the platform shows nothing else
 };
 

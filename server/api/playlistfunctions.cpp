@@ -25,13 +25,13 @@ json getPlaylist(Call &call)
 {
     const Station station = requiredStation(call);
     StationService &service = call.service;
-    if (service.catalogue.counts().isGrowing()) {
+    if (service.catalogue.isGrowing()) {
         service.catalogue.want(service.playlists.styles(station));
         service.catalogue.waitUntil(
-            [&] { return service.playlists.hasOwnMusic(station) || !service.catalogue.counts().isGrowing(); }, patience);
+            [&] { return service.playlists.hasOwnMusic(station) || !service.catalogue.isGrowing(); }, patience);
     }
     const std::vector<PlaylistEntry> list = service.playlists.next(station);
-    if (list.empty() && service.catalogue.counts().isGrowing())
+    if (list.empty() && service.catalogue.isGrowing())
         throw ApiError(Code::internal, "no track is ready to be played yet");
     if (list.empty())
         throw ApiError(Code::noSuchMusic, "nothing is left to play on this station");

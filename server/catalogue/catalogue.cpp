@@ -277,6 +277,12 @@ Counts Catalogue::counts()
     return {row.integer(0), row.integer(1)};
 }
 
+bool Catalogue::isGrowing()
+{
+    const Store::Lock db = m_store.lock();
+    return db->prepare("SELECT 1 FROM tracks WHERE is_playable = 0 LIMIT 1").step();
+}
+
 void Catalogue::want(const std::set<std::string> &styles)
 {
     const std::lock_guard guard(m_mutex);

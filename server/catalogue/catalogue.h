@@ -51,7 +51,6 @@ struct Ad {
 struct Counts {
     int64_t playable = 0;
     int64_t total = 0;
-    bool isGrowing() const { return playable < total; } // files are still being made
 };
 
 // What the service has to play. Artists and albums come into being with their tracks: an artist is told by the name, an
@@ -79,6 +78,7 @@ public:
     std::optional<std::string> pictureOfStyle(const std::string &style);
     std::optional<std::string> pictureOfArtist(int64_t artistId);
     Counts counts();
+    bool isGrowing(); // some track's file is still to be made
 
     // Somebody waits for music of these styles: who makes files makes theirs first.
     void want(const std::set<std::string> &styles);

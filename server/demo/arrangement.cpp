@@ -12,9 +12,9 @@ Arrangement::Arrangement(const Piece &piece, Mixer &mixer)
     , m_tempo(tempoMap(piece))
 {
     for (const Section &section : m_sections) {
-        const auto bars = parseBars(section.kind == 'B' ? piece.contrast
-                                        : section.kind == 'E' ? piece.ending
-                                                              : piece.verse);
+        const auto bars = parseBars(section.kind == 'B'   ? piece.contrast
+                                    : section.kind == 'E' ? piece.ending
+                                                          : piece.verse);
         // An introduction leads into the verse: it takes the last chords of it.
         const int first = section.kind == 'I' ? int(bars.size()) * section.bars - section.bars : 0;
         for (int bar = 0; bar < section.bars; ++bar) {

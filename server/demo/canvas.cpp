@@ -13,7 +13,7 @@ constexpr double turn = 2 * std::numbers::pi;
 cairo_status_t append(void *stream, const unsigned char *data, unsigned int length)
 {
     return std::fwrite(data, 1, length, static_cast<FILE *>(stream)) == length ? CAIRO_STATUS_SUCCESS
-                                                                                : CAIRO_STATUS_WRITE_ERROR;
+                                                                               : CAIRO_STATUS_WRITE_ERROR;
 }
 
 } // namespace
@@ -34,14 +34,16 @@ Canvas::~Canvas()
 
 void Canvas::paint(Colour colour, double alpha)
 {
-    cairo_set_source_rgba(m_cairo, (colour >> 16 & 255) / 255.0, (colour >> 8 & 255) / 255.0, (colour & 255) / 255.0, alpha);
+    cairo_set_source_rgba(m_cairo, (colour >> 16 & 255) / 255.0, (colour >> 8 & 255) / 255.0, (colour & 255) / 255.0,
+                          alpha);
     cairo_fill(m_cairo);
 }
 
 void Canvas::stroke(double width, Colour colour, double alpha)
 {
     cairo_set_line_width(m_cairo, width);
-    cairo_set_source_rgba(m_cairo, (colour >> 16 & 255) / 255.0, (colour >> 8 & 255) / 255.0, (colour & 255) / 255.0, alpha);
+    cairo_set_source_rgba(m_cairo, (colour >> 16 & 255) / 255.0, (colour >> 8 & 255) / 255.0, (colour & 255) / 255.0,
+                          alpha);
     cairo_stroke(m_cairo);
 }
 
@@ -130,8 +132,8 @@ void Canvas::leaf(double x1, double y1, double x2, double y2, double belly, Colo
 bool Canvas::write(const std::filesystem::path &pngFile) const
 {
     AtomicFile file(pngFile);
-    return file.isOpen() && cairo_status(m_cairo) == CAIRO_STATUS_SUCCESS
-        && cairo_surface_write_to_png_stream(m_surface, append, file.stream()) == CAIRO_STATUS_SUCCESS && file.commit();
+    return file.isOpen() && cairo_status(m_cairo) == CAIRO_STATUS_SUCCESS &&
+           cairo_surface_write_to_png_stream(m_surface, append, file.stream()) == CAIRO_STATUS_SUCCESS && file.commit();
 }
 
 } // namespace velmora::demo

@@ -39,19 +39,21 @@ Sound sound(const Piece &piece)
 template <typename Entries>
 auto *find(const Entries &entries, const std::string &id, std::string (*key)(const typename Entries::value_type &))
 {
-    const auto found
-        = std::find_if(entries.begin(), entries.end(), [&](const auto &entry) { return key(entry) == id; });
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [&](const auto &entry) { return key(entry) == id; });
     return found == entries.end() ? nullptr : &*found;
 }
 
 const TrackEntry *findTrack(const std::string &id)
 {
-    return find(trackEntries(), id, +[](const TrackEntry &entry) { return entry.track.id; });
+    return find(
+        trackEntries(), id, +[](const TrackEntry &entry) { return entry.track.id; });
 }
 
 const AdEntry *findAd(const std::string &id)
 {
-    return find(adEntries(), id, +[](const AdEntry &entry) { return entry.ad.id; });
+    return find(
+        adEntries(), id, +[](const AdEntry &entry) { return entry.ad.id; });
 }
 
 } // namespace

@@ -6,8 +6,8 @@
 
 // The bundled demo catalogue: original music, audio advertisements and pictures, all made by the program itself.
 //
-// Every file is a pure function of its entry: rendering it again with the same build gives the same bytes. All functions
-// may be called from any thread at the same time, also for the same entry. Texts are UTF-8.
+// Every file is a pure function of its entry: rendering it again with the same build gives the same bytes. All
+// functions may be called from any thread at the same time, also for the same entry. Texts are UTF-8.
 namespace velmora::demo {
 
 struct DemoTrack {

@@ -6,12 +6,12 @@
 
 namespace velmora::demo {
 
-// Single strokes; at velocity 1 their peaks stand to each other as in a kit: kick and snare 1, cymbals and hands about a
-// half, shaker and brush a quarter. `seed` makes one stroke differ a little from the next.
+// Single strokes; at velocity 1 their peaks stand to each other as in a kit: kick and snare 1, cymbals and hands about
+// a half, shaker and brush a quarter. `seed` makes one stroke differ a little from the next.
 
-Buffer dryKick(float velocity);                  // rock: beater and shell
-Buffer deepKick(float velocity);                 // dance: a falling sine
-Buffer feltKick(float velocity);                 // small jazz drum
+Buffer dryKick(float velocity);  // rock: beater and shell
+Buffer deepKick(float velocity); // dance: a falling sine
+Buffer feltKick(float velocity); // small jazz drum
 Buffer snare(float velocity, uint64_t seed);
 Buffer brushTap(float velocity, uint64_t seed);
 Buffer brushSweep(double seconds, float velocity, uint64_t seed); // round the skin

@@ -72,9 +72,10 @@ bool writeFlac(const Buffer &left, const Buffer &right, const FlacTags &tags, co
     FLAC__stream_encoder_set_compression_level(encoder.get(), 3);
     FLAC__stream_encoder_set_total_samples_estimate(encoder.get(), left.size());
     FLAC__stream_encoder_set_metadata(encoder.get(), blocks, 1);
-    // The encoder closes the stream, whatever happens; it goes back to the header at the end, which a seekable file allows.
-    if (FLAC__stream_encoder_init_FILE(encoder.get(), target.takeStream(), nullptr, nullptr)
-        != FLAC__STREAM_ENCODER_INIT_STATUS_OK)
+    // The encoder closes the stream, whatever happens; it goes back to the header at the end, which a seekable file
+    // allows.
+    if (FLAC__stream_encoder_init_FILE(encoder.get(), target.takeStream(), nullptr, nullptr) !=
+        FLAC__STREAM_ENCODER_INIT_STATUS_OK)
         return false;
     const bool encoded = encode(encoder.get(), left, right);
     const bool finished = FLAC__stream_encoder_finish(encoder.get());

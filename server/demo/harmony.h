@@ -24,15 +24,15 @@ private:
 };
 
 struct Chord {
-    int root = 0;           // semitones above the key note, 0 to 11
-    int bass = 0;           // the same, of the lowest voice
-    std::vector<int> tones; // semitones above the root, ascending, 0 first
+    int root = 0;                           // semitones above the key note, 0 to 11
+    int bass = 0;                           // the same, of the lowest voice
+    std::vector<int> tones;                 // semitones above the root, ascending, 0 first
     bool contains(int pitchAboveKey) const; // in any octave
 };
 
 // One chord in Roman numerals, relative to the major scale: "I", "vi7", "bVII", "V7sus4", "IVmaj7", "iim7b5", "I/3"
-// (slash: which tone of the chord is in the bass). Numerals outside this grammar throw std::invalid_argument: the texts are
-// part of the program.
+// (slash: which tone of the chord is in the bass). Numerals outside this grammar throw std::invalid_argument: the texts
+// are part of the program.
 Chord parseChord(std::string_view numeral);
 
 // The chords of bars: "I V,vi IV" are three bars, the second of them divided. Never empty.

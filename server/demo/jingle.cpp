@@ -77,7 +77,8 @@ void play(const Jingle &jingle, Mixer &mixer)
     const bool lively = jingle.tempo > 100;
 
     for (const Tone &tone : tones(jingle.melody)) {
-        const Note note{double(scale.pitch(tone.degree)), tone.beats * second * 0.95, tone.beat == std::floor(tone.beat) ? 0.85f : 0.7f};
+        const Note note{double(scale.pitch(tone.degree)), tone.beats * second * 0.95,
+                        tone.beat == std::floor(tone.beat) ? 0.85f : 0.7f};
         mixer.add(lead(jingle.voice, note), tone.beat * second, {0.8f, 0.1f, 0.25f});
     }
 
@@ -93,14 +94,16 @@ void play(const Jingle &jingle, Mixer &mixer)
         if (lively) {
             for (double off : {0.5, 1.5})
                 if (!last)
-                    mixer.add(strum(voicing, second * 0.5, 0.7f, 0.008, nylonGuitar), (beat + off) * second, {0.4f, -0.4f, 0.15f});
+                    mixer.add(strum(voicing, second * 0.5, 0.7f, 0.008, nylonGuitar), (beat + off) * second,
+                              {0.4f, -0.4f, 0.15f});
             for (int k = 0; k < 4 && !last; ++k)
                 mixer.add(shaker(k % 2 ? 0.5f : 0.8f, random.next()), (beat + k / 2.0) * second, {0.2f, 0.4f, 0.1f});
             if (!last)
                 mixer.add(rimClick(0.5f), (beat + 1) * second, {0.3f, 0.2f, 0.15f});
         } else {
             for (size_t k = 0; k < voicing.size(); ++k)
-                mixer.add(pluck({double(voicing[k]), second * 2, 0.5f}, harp), (beat + 0.25 * double(k)) * second, {0.45f, -0.3f, 0.3f});
+                mixer.add(pluck({double(voicing[k]), second * 2, 0.5f}, harp), (beat + 0.25 * double(k)) * second,
+                          {0.45f, -0.3f, 0.3f});
         }
         if (last)
             mixer.add(strum(voicing, 2, 0.8f, 0.03, lively ? steelGuitar : harp), beat * second, {0.5f, -0.25f, 0.3f});

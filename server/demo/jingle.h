@@ -16,7 +16,8 @@ struct Jingle {
     int key; // pitch class, C is 0
     Mode mode;
     int tempo;
-    const char *melody; // one word an eighth: a degree of the scale with ' (octave up) or , (octave down), - holds, . rests
+    const char
+        *melody; // one word an eighth: a degree of the scale with ' (octave up) or , (octave down), - holds, . rests
     const char *chords; // two beats each
 };
 

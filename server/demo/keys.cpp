@@ -72,8 +72,8 @@ Buffer electricPiano(const Note &note)
     Buffer out(samples(note.seconds + 0.25));
     float phase = 0;
     for (float &sample : out) {
-        const float modulation = (0.03f + 0.24f * note.velocity) * bite.next() * modulator.sineWave(step)
-            + 0.02f * note.velocity * tine.next() * high.sineWave(std::min(0.45f, step * 14));
+        const float modulation = (0.03f + 0.24f * note.velocity) * bite.next() * modulator.sineWave(step) +
+                                 0.02f * note.velocity * tine.next() * high.sineWave(std::min(0.45f, step * 14));
         phase += step;
         if (phase >= 1)
             phase -= 1;
@@ -89,8 +89,8 @@ Buffer organ(const Note &note, float brightness)
     const float step = float(frequency(note.pitch) / sampleRate);
     constexpr float ratios[] = {0.5f, 1, 1.5f, 2, 3, 4};
     const float bars[] = {0.5f, 1, 0.45f, 0.6f * brightness + 0.15f, 0.45f * brightness, 0.35f * brightness};
-    Oscillator voices[6] = {Oscillator(0.1f), Oscillator(0.3f), Oscillator(0.5f), Oscillator(0.7f), Oscillator(0.2f),
-                            Oscillator(0.9f)};
+    Oscillator voices[6] = {Oscillator(0.1f), Oscillator(0.3f), Oscillator(0.5f),
+                            Oscillator(0.7f), Oscillator(0.2f), Oscillator(0.9f)};
     Oscillator rotor;
     const EnvelopeShape shape{0.012f, 1, 1, 0.12f};
     Envelope envelope(shape, note.seconds);
@@ -122,8 +122,8 @@ Buffer accordion(const Note &note)
     tone.tune(float(std::min(frequency(note.pitch) * 5, 4500.0)), 0.15f);
     Buffer out(samples(Envelope::length(shape, note.seconds)));
     for (float &sample : out) {
-        const float reeds
-            = one.pulse(step * 1.0025f, 0.3f) + two.pulse(step * 0.9975f, 0.35f) + 0.6f * three.pulse(step * 0.5f, 0.4f);
+        const float reeds =
+            one.pulse(step * 1.0025f, 0.3f) + two.pulse(step * 0.9975f, 0.35f) + 0.6f * three.pulse(step * 0.5f, 0.4f);
         sample = 0.13f * tone.low(reeds) * envelope.next() * note.velocity;
     }
     fadeEnd(out, 0.01);

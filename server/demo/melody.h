@@ -7,7 +7,7 @@ namespace velmora::demo {
 // What a melody is made of. A rhythm is two bars of slots: 'x' begins a note, '-' holds it, '.' is a rest; spaces are
 // ignored.
 struct MelodyPlan {
-    std::vector<std::string> rhythms; // of ordinary units
+    std::vector<std::string> rhythms;  // of ordinary units
     std::vector<std::string> cadences; // of the unit that closes a phrase; end long
     int slotsPerBeat = 2;
     int low = 60, high = 79; // range of pitches
@@ -15,8 +15,8 @@ struct MelodyPlan {
     float chromatic = 0;     // how often a short note leads into the next by a semitone
 };
 
-// The melody of a section: units of two bars that come back (a b a c; the last closes), each a motif of rhythm and contour
-// that follows the chords. The same random generator gives the same motifs over other chords.
+// The melody of a section: units of two bars that come back (a b a c; the last closes), each a motif of rhythm and
+// contour that follows the chords. The same random generator gives the same motifs over other chords.
 std::vector<MelodyNote> composeMelody(const Arrangement &arrangement, const Section &section, const MelodyPlan &plan,
                                       Random random);
 

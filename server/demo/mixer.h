@@ -7,9 +7,9 @@ namespace velmora::demo {
 // Where and how loud a sound stands.
 struct Placement {
     float gain = 1;
-    float pan = 0;    // -1 left, 1 right
-    float reverb = 0; // how much of it goes into the room
-    float echo = 0;   // how much of it goes into the echo
+    float pan = 0;       // -1 left, 1 right
+    float reverb = 0;    // how much of it goes into the room
+    float echo = 0;      // how much of it goes into the echo
     bool ducked = false; // gives way to the beats of Mixer::duck
 };
 

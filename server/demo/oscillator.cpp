@@ -102,8 +102,9 @@ Buffer PartialBank::render(double seconds) const
         const std::complex<double> turn(-damping, 2 * std::numbers::pi * partial.hertz / sampleRate);
         float re[lanes], im[lanes];
         for (size_t k = 0; k < lanes; ++k) {
-            const std::complex<double> z = partial.level
-                * std::exp(turn * double(k) + std::complex<double>(0, 2 * std::numbers::pi * partial.phase));
+            const std::complex<double> z =
+                partial.level *
+                std::exp(turn * double(k) + std::complex<double>(0, 2 * std::numbers::pi * partial.phase));
             re[k] = float(z.real());
             im[k] = float(z.imag());
         }

@@ -8,14 +8,17 @@ namespace velmora::demo {
 constexpr int sampleRate = 44100;
 using Buffer = std::vector<float>; // one channel, full scale is 1
 
-float sine(float turns); // one period is 1; any value that is not negative
+float sine(float turns);        // one period is 1; any value that is not negative
 double frequency(double pitch); // Hz of a MIDI pitch; 69 is 440 Hz
 size_t samples(double seconds); // never negative
 
 // Saw and pulse without audible aliasing (polynomial band-limited steps). `step` is frequency / sample rate, below 0.5.
 class Oscillator {
 public:
-    explicit Oscillator(float phase = 0) : m_phase(phase) {}
+    explicit Oscillator(float phase = 0)
+        : m_phase(phase)
+    {
+    }
     float saw(float step);
     float pulse(float step, float width = 0.5f);
     float sineWave(float step);

@@ -6,7 +6,7 @@
 namespace velmora::demo {
 
 // Write a PNG of 480 by 480; false when there is no such picture or the file cannot be written (nothing is left then).
-bool drawCover(int album, const std::filesystem::path &pngFile);            // index in the catalogue's album table
+bool drawCover(int album, const std::filesystem::path &pngFile);              // index in the catalogue's album table
 bool drawSign(const std::string &adId, const std::filesystem::path &pngFile); // picture of an advertisement
 
 } // namespace velmora::demo

@@ -78,7 +78,8 @@ void ferry(Canvas &canvas, Random random)
     canvas.fill(p.ground);
     canvas.circle(280, 200, 110, p.main);
     for (int i = 0; i < 5; ++i)
-        canvas.wave(290 + i * 40, 10 + 2 * i, 220 + 30 * i, random.unit(), i % 2 ? 0xc73e1d : p.accent, 0.55 + 0.09 * i);
+        canvas.wave(290 + i * 40, 10 + 2 * i, 220 + 30 * i, random.unit(), i % 2 ? 0xc73e1d : p.accent,
+                    0.55 + 0.09 * i);
     canvas.polygon({{120, 318}, {240, 318}, {216, 352}, {144, 352}}, p.light);
     canvas.polygon({{176, 312}, {176, 236}, {226, 312}}, 0xf8f1dc);
     canvas.wave(362, 8, 160, 0.2, p.accent);
@@ -99,7 +100,8 @@ void bramble(Canvas &canvas, Random random)
     for (const auto &[x, y] : {std::pair{150.0, 200.0}, {334.0, 300.0}, {240.0, 96.0}})
         for (int k = 0; k < 7; ++k) {
             const double a = k * 0.8976;
-            canvas.circle(x + (k ? 17 * std::cos(a) : 0), y + (k ? 17 * std::sin(a) : 0), 12, k % 2 ? 0xc73e1d : 0x8e2440);
+            canvas.circle(x + (k ? 17 * std::cos(a) : 0), y + (k ? 17 * std::sin(a) : 0), 12,
+                          k % 2 ? 0xc73e1d : 0x8e2440);
         }
 }
 
@@ -234,7 +236,8 @@ void gate(Canvas &canvas, Random)
     canvas.box(0, 400, side, 80, p.accent);
     for (int i = 0; i < 9; ++i) {
         const double x = 46 + i * 44, top = 150 + 60 * std::pow((i - 4) / 4.0, 2);
-        canvas.polygon({{x, top + 20}, {x + 15, top}, {x + 30, top + 20}, {x + 30, 440}, {x, 440}}, i % 2 ? p.ground : 0xa84632);
+        canvas.polygon({{x, top + 20}, {x + 15, top}, {x + 30, top + 20}, {x + 30, 440}, {x, 440}},
+                       i % 2 ? p.ground : 0xa84632);
     }
     canvas.box(30, 250, 420, 22, p.deep);
     canvas.box(30, 370, 420, 22, p.deep);

@@ -93,8 +93,16 @@ void ferryboat(Canvas &canvas)
 void observatory(Canvas &canvas)
 {
     sign(canvas, 0x4a1942, 0x22223b, 0xf7c548);
-    for (const auto &[x, y] : {std::pair{150.0, 150.0}, {330.0, 140.0}, {370.0, 210.0}, {200.0, 110.0}, {120.0, 220.0}, {270.0, 106.0}}) {
-        canvas.polygon({{x, y - 13}, {x + 4, y - 4}, {x + 13, y}, {x + 4, y + 4}, {x, y + 13}, {x - 4, y + 4}, {x - 13, y}, {x - 4, y - 4}},
+    for (const auto &[x, y] :
+         {std::pair{150.0, 150.0}, {330.0, 140.0}, {370.0, 210.0}, {200.0, 110.0}, {120.0, 220.0}, {270.0, 106.0}}) {
+        canvas.polygon({{x, y - 13},
+                        {x + 4, y - 4},
+                        {x + 13, y},
+                        {x + 4, y + 4},
+                        {x, y + 13},
+                        {x - 4, y + 4},
+                        {x - 13, y},
+                        {x - 4, y - 4}},
                        0xf7c548);
     }
     canvas.wedge(240, 290, 84, 0.5, 1, 0xc9ada7);
@@ -108,7 +116,7 @@ struct Sign {
     const char *adId;
     void (*draw)(Canvas &);
 };
-constexpr Sign signs[] = {{"ad-bakery", bakery},     {"ad-library", library},  {"ad-bicycles", bicycles},
+constexpr Sign signs[] = {{"ad-bakery", bakery},     {"ad-library", library}, {"ad-bicycles", bicycles},
                           {"ad-teahouse", teahouse}, {"ad-ferry", ferryboat}, {"ad-observatory", observatory}};
 
 } // namespace

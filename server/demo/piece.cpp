@@ -74,13 +74,15 @@ TempoMap tempoMap(const Piece &piece)
     const Motion how = motion(piece);
     const Section last = sections(piece).back();
     // The last bar is the last chord: nothing slows any more.
-    return {piece.tempo, how.swing, last.beat - piece.beatsPerBar, last.beat + last.beats - piece.beatsPerBar, how.slowing};
+    return {piece.tempo, how.swing, last.beat - piece.beatsPerBar, last.beat + last.beats - piece.beatsPerBar,
+            how.slowing};
 }
 
 int durationSeconds(const Piece &piece)
 {
     const Section last = sections(piece).back();
-    return int(std::ceil(tempoMap(piece).seconds(last.beat + last.beats - piece.beatsPerBar) + motion(piece).ringSeconds));
+    return int(
+        std::ceil(tempoMap(piece).seconds(last.beat + last.beats - piece.beatsPerBar) + motion(piece).ringSeconds));
 }
 
 } // namespace velmora::demo

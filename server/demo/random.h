@@ -10,7 +10,10 @@ namespace velmora::demo {
 // implementations, and a catalogue that sounds different after an upgrade would lose its cached files' meaning.
 class Random {
 public:
-    explicit Random(uint64_t seed) : m_state(seed) {}
+    explicit Random(uint64_t seed)
+        : m_state(seed)
+    {
+    }
 
     uint64_t next()
     {
@@ -25,7 +28,10 @@ public:
     int below(int count) { return int(next() % uint64_t(count)); } // 0 .. count-1; count > 0
     bool chance(float probability) { return unit() < probability; }
     template <typename T>
-    const T &pick(const std::vector<T> &from) { return from[size_t(below(int(from.size())))]; }
+    const T &pick(const std::vector<T> &from)
+    {
+        return from[size_t(below(int(from.size())))];
+    }
     // A generator of its own for a named part, so that parts do not disturb each other's sequences.
     Random fork(uint64_t name) const { return Random((m_state ^ (name * 0xd1342543de82ef95ULL)) + name); }
 

@@ -28,7 +28,8 @@ Buffer excitation(size_t period, const Note &note, const StringTone &tone)
     Buffer burst(period);
     for (float &sample : burst)
         sample = random.bipolar();
-    const double edge = tone.brightness * (0.35 + 0.65 * double(note.velocity)) * (0.6 + 0.4 * frequency(note.pitch) / 220);
+    const double edge =
+        tone.brightness * (0.35 + 0.65 * double(note.velocity)) * (0.6 + 0.4 * frequency(note.pitch) / 220);
     OnePole first(std::min(edge, 15000.0)), second(std::min(edge * 2, 15000.0));
     // Twice round, so that the filters have settled and the period closes on itself.
     for (int turn = 0; turn < 2; ++turn)
@@ -141,7 +142,8 @@ Buffer bow(const Note &note, float vibrato)
         if (i % 16 == 0) {
             const float since = float(i) / sampleRate;
             const float depth = vibrato * std::clamp((since - 0.15f) * 3, 0.0f, 1.0f);
-            bend = 1 + depth * 0.006f * swing.sineWave(5.3f * 16 / sampleRate) + 0.03f * drift.low(random.bipolar()) * 0.1f;
+            bend = 1 + depth * 0.006f * swing.sineWave(5.3f * 16 / sampleRate) +
+                   0.03f * drift.low(random.bipolar()) * 0.1f;
             tone.tune(900 + 2600 * level * note.velocity + 500 * note.velocity, 0.1f);
         }
         level = envelope.next();

@@ -15,7 +15,8 @@ struct StringTone {
     double body;         // 0 to 1: how much wooden box there is
 };
 
-extern const StringTone steelGuitar, nylonGuitar, mandolin, harp, uprightBass, electricBass, electricString, mutedString;
+extern const StringTone steelGuitar, nylonGuitar, mandolin, harp, uprightBass, electricBass, electricString,
+    mutedString;
 
 Buffer pluck(const Note &note, const StringTone &tone);
 

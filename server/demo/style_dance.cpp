@@ -111,7 +111,8 @@ private:
             return;
         }
         // Sixteenths of one bar; 'o' an octave up.
-        const char *patterns[] = {"..x...x...x...xo", "..xx..xx..xx..xo", "x.....x...x..x..", "x..x..x...x.x...", "x.xxo.x.x.xox.ox"};
+        const char *patterns[] = {"..x...x...x...xo", "..xx..xx..xx..xo", "x.....x...x..x..", "x..x..x...x.x...",
+                                  "x.xxo.x.x.xox.ox"};
         const char *pattern = patterns[m_variant];
         for (int i = 0; i < int(std::lround(span.beats * 4)); ++i) {
             const double beat = span.beat + i / 4.0;
@@ -128,8 +129,8 @@ private:
                 // The acid line opens slowly over the section.
                 const float open = float((beat - section.beat) / section.beats);
                 const float bite = m_variant == Acid ? 700 + 3000 * open + (accent ? 900.0f : 0.0f) : 1300;
-                m_a.play(synthBass({double(pitch), seconds, accent ? 1.0f : 0.8f}, m_variant == Acid ? 180 : 240, bite), beat,
-                         {0.5f, 0, 0.02f, 0, true});
+                m_a.play(synthBass({double(pitch), seconds, accent ? 1.0f : 0.8f}, m_variant == Acid ? 180 : 240, bite),
+                         beat, {0.5f, 0, 0.02f, 0, true});
             }
         }
     }
@@ -178,7 +179,8 @@ private:
             const float velocity = step % 4 == 0 ? 0.85f : 0.6f;
             m_a.play(synthPluck({double(m_voicing[which] + octave), m_a.length(beat, unit * 0.8), velocity},
                                 900 + 3600 * open),
-                     beat, {section.kind == 'B' ? 0.6f : 0.55f, step % 2 ? 0.4f : -0.4f, 0.15f, 0.3f, section.kind != 'B'});
+                     beat,
+                     {section.kind == 'B' ? 0.6f : 0.55f, step % 2 ? 0.4f : -0.4f, 0.15f, 0.3f, section.kind != 'B'});
         }
     }
 
@@ -194,10 +196,11 @@ private:
         plan.leaps = 0.3f;
         auto melody = composeMelody(m_a, section, plan, m_a.random('l'));
         for (const MelodyNote &note : melody) {
-            const Note sung{double(note.pitch), m_a.length(note.beat, note.beats * 0.9), std::min(1.0f, note.accent + 0.25f)};
-            const Buffer sound = m_variant == Deep ? glassBell({sung.pitch, sung.seconds, sung.velocity * 0.8f})
-                : m_variant == Broken              ? synthPluck(sung, 4200)
-                                                   : synthLead(sung, 4200);
+            const Note sung{double(note.pitch), m_a.length(note.beat, note.beats * 0.9),
+                            std::min(1.0f, note.accent + 0.25f)};
+            const Buffer sound = m_variant == Deep     ? glassBell({sung.pitch, sung.seconds, sung.velocity * 0.8f})
+                                 : m_variant == Broken ? synthPluck(sung, 4200)
+                                                       : synthLead(sung, 4200);
             m_a.play(sound, note.beat, {m_variant == Deep ? 0.7f : 0.9f, 0, 0.2f, 0.32f});
         }
     }

@@ -50,7 +50,8 @@ private:
             const double seconds = m_a.length(beat, beats) - 1;
             m_a.play(pad({double(low), seconds, 0.9f}, dark, m_random.next()), beat, {0.8f, 0, 0.2f});
             const PadTone fifth{5, 4, 180, 420, 0.08f, 0.004f, 3};
-            m_a.play(pad({double(low + 7), seconds - 2, 0.55f}, fifth, m_random.next()), beat + bar, {0.6f, 0.2f, 0.3f});
+            m_a.play(pad({double(low + 7), seconds - 2, 0.55f}, fifth, m_random.next()), beat + bar,
+                     {0.6f, 0.2f, 0.3f});
         }
     }
 
@@ -61,7 +62,8 @@ private:
         for (double beat = 0; beat < m_end;) {
             const double beats = double(m_random.between(7, 13));
             const float top = m_random.between(500, m_variant == Bowls ? 1600 : 2600);
-            const Buffer wave = noiseSweep(m_a.length(beat, beats), m_random.between(200, 400), top, 0.45f, m_random.next());
+            const Buffer wave =
+                noiseSweep(m_a.length(beat, beats), m_random.between(200, 400), top, 0.45f, m_random.next());
             m_a.play(wave, beat, {level, m_random.bipolar() * 0.7f, 0.5f});
             beat += beats * double(m_random.between(0.4f, 0.7f));
         }
@@ -77,7 +79,8 @@ private:
             switch (m_variant) {
             case Bowed:
                 for (int player = 0; player < 2; ++player) {
-                    Buffer sound = bow({pitch + 0.06 * player - 0.03 - (i == 0 ? 12 : 0), seconds, 0.35f + 0.25f * loud}, 0.7f);
+                    Buffer sound =
+                        bow({pitch + 0.06 * player - 0.03 - (i == 0 ? 12 : 0), seconds, 0.35f + 0.25f * loud}, 0.7f);
                     soften(sound, 2.2, 2.4);
                     m_a.play(sound, span.beat, {0.33f * loud, pan + 0.3f * float(player), 0.55f}, late);
                 }
@@ -88,8 +91,9 @@ private:
                 break;
             default: {
                 const float cutoff = m_variant == Shimmer ? 700 : 380;
-                const PadTone tone{2.4f, 3.2f, cutoff, cutoff * (section.kind == 'B' ? 5.0f : 2.6f),
-                                   m_random.between(0.07f, 0.16f), 0.005f, 4};
+                const PadTone tone{
+                    2.4f,   3.2f, cutoff, cutoff * (section.kind == 'B' ? 5.0f : 2.6f), m_random.between(0.07f, 0.16f),
+                    0.005f, 4};
                 m_a.play(pad({pitch, seconds, 0.8f * loud}, tone, m_random.next()), span.beat, {0.5f, pan, 0.5f}, late);
             }
             }
@@ -98,7 +102,8 @@ private:
 
     static void soften(Buffer &sound, double inSeconds, double outSeconds)
     {
-        const size_t in = std::min(sound.size() / 2, samples(inSeconds)), out = std::min(sound.size() / 2, samples(outSeconds));
+        const size_t in = std::min(sound.size() / 2, samples(inSeconds)),
+                     out = std::min(sound.size() / 2, samples(outSeconds));
         for (size_t i = 0; i < in; ++i)
             sound[i] *= float(i) / float(in);
         for (size_t i = 0; i < out; ++i)
@@ -119,12 +124,13 @@ private:
             const double beat = span.beat + at;
             switch (m_variant) {
             case Bowls:
-                m_a.play(singingBowl({double(nearest(tone - m_key, m_key, i ? 69 : 55)), m_a.length(beat, 6), 0.75f * loud}),
-                         beat, {0.55f, pan * 0.6f, 0.45f});
+                m_a.play(
+                    singingBowl({double(nearest(tone - m_key, m_key, i ? 69 : 55)), m_a.length(beat, 6), 0.75f * loud}),
+                    beat, {0.55f, pan * 0.6f, 0.45f});
                 break;
             case Shimmer:
-                m_a.play(glassBell({double(tone + 12 + 12 * random.below(2)), 1, 0.25f + 0.3f * random.unit() * loud}), beat,
-                         {0.3f, pan, 0.55f, 0.4f});
+                m_a.play(glassBell({double(tone + 12 + 12 * random.below(2)), 1, 0.25f + 0.3f * random.unit() * loud}),
+                         beat, {0.3f, pan, 0.55f, 0.4f});
                 break;
             case Bowed:
                 m_a.play(pluck({double(tone + 12), 3, 0.5f}, harp), beat, {0.45f, pan, 0.6f, 0.3f});

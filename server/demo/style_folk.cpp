@@ -47,7 +47,8 @@ public:
 private:
     double loose(double amount = 0.008) { return double(m_random.bipolar()) * amount; }
 
-    void string(int pitch, double beat, double beats, float velocity, const StringTone &tone, float pan, float gain = 0.55f)
+    void string(int pitch, double beat, double beats, float velocity, const StringTone &tone, float pan,
+                float gain = 0.55f)
     {
         m_a.play(pluck({double(pitch), m_a.length(beat, beats), velocity}, tone), beat, {gain, pan, 0.16f}, loose());
     }
@@ -84,7 +85,8 @@ private:
                     string(m_voicing[size_t(count - 1)], beat, end - beat, loud * 0.7f, tone, pan);
             } else {
                 const int finger = step == 1 ? count - 2 : step == 3 ? count - 1 : step == 5 ? count - 3 : count - 2;
-                string(m_voicing[size_t(std::max(0, finger))], beat, std::max(0.5, end - beat), loud * 0.62f, tone, pan);
+                string(m_voicing[size_t(std::max(0, finger))], beat, std::max(0.5, end - beat), loud * 0.62f, tone,
+                       pan);
             }
         }
     }
@@ -107,7 +109,10 @@ private:
                 while (until < end - 0.01 && !strummed(until))
                     until += 0.5;
                 if (strummed(beat))
-                    strumAt(span, beat, until - beat, loud * (step % 4 == 0 ? 0.9f : step == 2 ? 0.95f : 0.6f),
+                    strumAt(span, beat, until - beat,
+                            loud * (step % 4 == 0 ? 0.9f
+                                    : step == 2   ? 0.95f
+                                                  : 0.6f),
                             step % 2 == 1, -0.35f);
             }
             if (full)
@@ -119,7 +124,8 @@ private:
             for (double beat = span.beat + 1; beat < end - 0.01; beat += full ? 0.5 : 1) {
                 const int step = int(std::lround((beat - span.beat) * 2));
                 if (full)
-                    string(m_voicing[size_t(step) % m_voicing.size()], beat, end - beat, loud * 0.62f, nylonGuitar, -0.3f);
+                    string(m_voicing[size_t(step) % m_voicing.size()], beat, end - beat, loud * 0.62f, nylonGuitar,
+                           -0.3f);
                 else
                     for (size_t i = 1; i < m_voicing.size(); ++i)
                         string(m_voicing[i], beat, 0.95, loud * 0.55f, nylonGuitar, -0.3f, 0.42f);
@@ -148,7 +154,8 @@ private:
         }
         if (m_variant == Strummed && section.kind == 'B')
             for (int pitch : m_voicing)
-                m_a.play(accordion({double(pitch), m_a.length(span.beat, span.beats), 0.5f}), span.beat, {0.35f, 0.3f, 0.2f});
+                m_a.play(accordion({double(pitch), m_a.length(span.beat, span.beats), 0.5f}), span.beat,
+                         {0.35f, 0.3f, 0.2f});
     }
 
     void bass(const ChordSpan &span, float loud)
@@ -226,8 +233,11 @@ private:
             const uint64_t seed = m_random.next();
             if (m_variant == Jig) { // a frame drum
                 const bool strong = step % 3 == 0;
-                m_a.play(tom(loud * (strong ? 0.8f : step % 3 == 2 ? 0.4f : 0.2f), strong ? 88 : 116, seed), beat,
-                         {0.4f, 0.2f, 0.15f}, loose(0.004));
+                m_a.play(tom(loud * (strong          ? 0.8f
+                                     : step % 3 == 2 ? 0.4f
+                                                     : 0.2f),
+                             strong ? 88 : 116, seed),
+                         beat, {0.4f, 0.2f, 0.15f}, loose(0.004));
             } else if (m_variant != Waltz && m_variant != TwoGuitars) {
                 m_a.play(shaker(loud * (step % 2 ? 0.55f : 0.85f), seed), beat, {0.22f, 0.5f, 0.1f}, loose(0.004));
             }
@@ -249,7 +259,8 @@ private:
         StringTone ringing = tone;
         ringing.decay *= 1.6;
         m_a.play(strum(grip(span.chord), seconds, 0.75f, 0.05, ringing), span.beat, {0.6f, -0.2f, 0.25f});
-        m_a.play(pluck({double(bassNote(span.chord, m_key, 30)), seconds, 0.7f}, uprightBass), span.beat, {0.8f, 0, 0.1f});
+        m_a.play(pluck({double(bassNote(span.chord, m_key, 30)), seconds, 0.7f}, uprightBass), span.beat,
+                 {0.8f, 0, 0.1f});
         const Note top{double(nearest(0, m_key, 74)), m_a.length(span.beat, span.beats) * 0.8, 0.6f};
         m_a.play(leadSound(top), span.beat, {0.5f, 0.12f, 0.3f}, 0.1);
     }

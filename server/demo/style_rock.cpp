@@ -42,8 +42,8 @@ public:
                     bass(section, span, loud);
                 if (m_variant == Anthem || (m_variant == HalfTime && open))
                     for (int pitch : m_voicing)
-                        m_a.play(organ({double(pitch), m_a.length(span.beat, span.beats), loud * 0.6f}, 0.6f), span.beat,
-                                 {0.32f, 0.25f, 0.2f});
+                        m_a.play(organ({double(pitch), m_a.length(span.beat, span.beats), loud * 0.6f}, 0.6f),
+                                 span.beat, {0.32f, 0.25f, 0.2f});
             }
             if (section.kind == 'C' || section.kind == 'B' || (section.kind == 'A' && m_variant == Jangle))
                 lead(section, loud);
@@ -62,15 +62,15 @@ private:
     }
 
     // The same part twice, by two players who are never quite together.
-    void twoGuitars(const std::vector<int> &pitches, double beat, double beats, float velocity, float drive, bool muted, float gain)
+    void twoGuitars(const std::vector<int> &pitches, double beat, double beats, float velocity, float drive, bool muted,
+                    float gain)
     {
         const double seconds = m_a.length(beat, beats);
         for (float side : {-0.75f, 0.75f}) {
             std::vector<int> strings = pitches;
             if (side > 0 && !muted && strings.size() > 2)
                 strings.push_back(strings[0] + 24 - (strings[0] > 48 ? 12 : 0)); // another grip
-            m_a.play(drivenChord(strings, seconds, velocity, drive, muted), beat, {gain, side, 0.08f},
-                     0.004 + loose());
+            m_a.play(drivenChord(strings, seconds, velocity, drive, muted), beat, {gain, side, 0.08f}, 0.004 + loose());
         }
     }
 
@@ -108,7 +108,8 @@ private:
                 if (parts[i] >= span.beats - 0.01)
                     break;
                 const double until = i < 2 && parts[i + 1] < span.beats ? parts[i + 1] : span.beats;
-                twoGuitars(chord, span.beat + parts[i], (until - parts[i]) * 0.97, loud * (i ? 0.85f : 1.0f), 0.75f, false, 0.52f);
+                twoGuitars(chord, span.beat + parts[i], (until - parts[i]) * 0.97, loud * (i ? 0.85f : 1.0f), 0.75f,
+                           false, 0.52f);
             }
             return;
         }
@@ -126,7 +127,8 @@ private:
             const bool accent = m_variant == HalfTime ? step == 0 || step == 5 : step == 0 || step == 3 || step == 6;
             if (m_variant == Anthem && step % 2 == 1)
                 continue;
-            twoGuitars({chord[0], chord[1]}, beat, accent ? 0.48 : 0.4, loud * (accent ? 1.0f : 0.75f), 0.6f, !accent, 0.58f);
+            twoGuitars({chord[0], chord[1]}, beat, accent ? 0.48 : 0.4, loud * (accent ? 1.0f : 0.75f), 0.6f, !accent,
+                       0.58f);
         }
     }
 
@@ -146,8 +148,8 @@ private:
             else if (step == 7 && m_random.chance(0.4f))
                 pitch = root + 7;
             const float velocity = std::min(1.0f, loud + (step % 2 == 0 ? 0.2f : 0.05f));
-            m_a.play(pluck({double(pitch), m_a.length(beat, unit * 0.92), velocity}, electricBass), beat, {0.95f, 0, 0.03f},
-                     loose(0.003));
+            m_a.play(pluck({double(pitch), m_a.length(beat, unit * 0.92), velocity}, electricBass), beat,
+                     {0.95f, 0, 0.03f}, loose(0.003));
         }
     }
 
@@ -190,9 +192,11 @@ private:
                     const double heights[] = {168, 132, 108, 86};
                     if (step == 4)
                         m_a.play(snare(v * 0.9f, seed), beat, {0.6f, 0, 0.14f});
-                    m_a.play(tom(v, heights[step - 4], seed), beat, {0.6f, 0.5f - 0.3f * float(step - 4), 0.14f}, loose(0.003));
+                    m_a.play(tom(v, heights[step - 4], seed), beat, {0.6f, 0.5f - 0.3f * float(step - 4), 0.14f},
+                             loose(0.003));
                     if (step >= 6)
-                        m_a.play(tom(v * 0.85f, heights[step - 4], seed + 1), beat + 0.25, {0.6f, 0.5f - 0.3f * float(step - 4), 0.14f});
+                        m_a.play(tom(v * 0.85f, heights[step - 4], seed + 1), beat + 0.25,
+                                 {0.6f, 0.5f - 0.3f * float(step - 4), 0.14f});
                     continue;
                 }
                 if (pattern.kick[step] == 'x')
@@ -202,9 +206,11 @@ private:
                 if (pattern.hat[step] == 'x') {
                     const float hit = v * (step % 2 ? 0.55f : 0.85f);
                     if (open && step % 2 == 0)
-                        m_a.play(m_variant == Jangle ? tambourine(hit, seed) : ride(hit, seed), beat, {0.6f, 0.4f, 0.08f});
+                        m_a.play(m_variant == Jangle ? tambourine(hit, seed) : ride(hit, seed), beat,
+                                 {0.6f, 0.4f, 0.08f});
                     if (!open || m_variant == Driving)
-                        m_a.play(hat(hit, section.kind == 'A' ? 0.06 : 0.22, seed), beat, {0.5f, -0.4f, 0.06f}, loose(0.003));
+                        m_a.play(hat(hit, section.kind == 'A' ? 0.06 : 0.22, seed), beat, {0.5f, -0.4f, 0.06f},
+                                 loose(0.003));
                 }
             }
         }
@@ -223,14 +229,16 @@ private:
 
     void lead(const Section &section, float loud)
     {
-        auto melody = composeMelody(m_a, section, plan(), m_a.random(section.kind == 'C' ? 'b' : uint64_t(section.kind)));
+        auto melody =
+            composeMelody(m_a, section, plan(), m_a.random(section.kind == 'C' ? 'b' : uint64_t(section.kind)));
         if (section.kind == 'C')
             melody = ornamented(melody, m_a, m_a.random('o'), 0.5f);
         const float drive = m_variant == Jangle ? 0.3f : 0.6f;
         for (const MelodyNote &note : melody) {
             const double seconds = m_a.length(note.beat, note.beats * 0.96);
             const float velocity = std::clamp(loud * (0.7f + 0.4f * note.accent), 0.4f, 1.0f);
-            m_a.play(drivenLead({double(note.pitch), seconds, velocity}, drive), note.beat, {0.72f, 0.1f, 0.22f, 0.22f}, loose());
+            m_a.play(drivenLead({double(note.pitch), seconds, velocity}, drive), note.beat, {0.72f, 0.1f, 0.22f, 0.22f},
+                     loose());
             if (section.kind == 'C' && note.beats >= 1)
                 m_a.play(drivenLead({double(harmonyBelow(note, m_a)), seconds, velocity * 0.8f}, drive), note.beat,
                          {0.5f, -0.3f, 0.22f, 0.15f}, 0.008 + loose());
@@ -244,8 +252,8 @@ private:
         const double four = 4.0 * m_a.piece().beatsPerBar;
         for (const MelodyNote &note : melody)
             if (std::fmod(note.beat - section.beat, four) >= four / 2)
-                m_a.play(drivenLead({double(note.pitch), m_a.length(note.beat, note.beats * 0.9), loud}, 0.35f), note.beat,
-                         {0.55f, 0.15f, 0.2f, 0.2f}, loose());
+                m_a.play(drivenLead({double(note.pitch), m_a.length(note.beat, note.beats * 0.9), loud}, 0.35f),
+                         note.beat, {0.55f, 0.15f, 0.2f, 0.2f}, loose());
     }
 
     void finish(const ChordSpan &span)
@@ -260,7 +268,8 @@ private:
             }
             m_a.play(chord, span.beat, {0.55f, side, 0.15f}, 0.004 + loose());
         }
-        m_a.play(pluck({double(bassNote(span.chord, m_key, 28)), seconds, 1}, electricBass), span.beat, {0.95f, 0, 0.05f});
+        m_a.play(pluck({double(bassNote(span.chord, m_key, 28)), seconds, 1}, electricBass), span.beat,
+                 {0.95f, 0, 0.05f});
         m_a.play(dryKick(1), span.beat, {0.85f, 0, 0.08f});
         m_a.play(crash(1, 9), span.beat, {0.5f, 0.3f, 0.25f});
         m_a.play(crash(0.8f, 10), span.beat, {0.4f, -0.4f, 0.25f});

@@ -86,7 +86,7 @@ void accompany(PianoPlayer &player, const Arrangement &arrangement, const ChordS
         const int line[] = {bass, fifth, voicing[0], voicing[1], voicing.back(), voicing[1], voicing[0], fifth};
         const double step = fullness < 0.6f ? 1 : 0.5;
         int index = step > 0.6 ? 2 : 1;
-        for (double beat = span.beat + step; beat < end - 0.01; beat += step, index += step > 0.6 ? 2 : 1)
+        for (double beat = span.beat + step; beat<end - 0.01; beat += step, index += step> 0.6 ? 2 : 1)
             player.key(line[index % 8], beat, held(beat), v * 0.66f);
         break;
     }
@@ -120,8 +120,8 @@ void playMelody(PianoPlayer &player, Arrangement &arrangement, const Section &se
         melody = ornamented(melody, arrangement, arrangement.random(which + 7), 0.4f);
     for (const MelodyNote &note : melody) {
         // A phrase swells towards its middle.
-        const double inPhrase = std::fmod(note.beat - section.beat, 4.0 * arrangement.piece().beatsPerBar)
-            / (4.0 * arrangement.piece().beatsPerBar);
+        const double inPhrase = std::fmod(note.beat - section.beat, 4.0 * arrangement.piece().beatsPerBar) /
+                                (4.0 * arrangement.piece().beatsPerBar);
         const float swell = 0.08f * float(std::sin(3.14159 * inPhrase));
         player.key(note.pitch, note.beat, note.beats + 0.3, loud * (note.accent + 0.28f) + swell);
         if (section.kind == 'B' && note.beats >= 1)

@@ -66,10 +66,12 @@ private:
             const int root = nearestBass(span.chord, m_last == 0 ? 38 : m_last);
             stringBass(root, span.beat, count >= 3 ? 1.4 : 0.9, loud);
             if (count >= 4) {
-                stringBass(root + (m_variant == Even ? 7 : m_random.chance(0.5f) ? 7 : 12), span.beat + (m_variant == Even ? 1.5 : 2),
-                          m_variant == Even ? 0.45 : 1.2, loud * 0.8f);
+                stringBass(root + (m_variant == Even       ? 7
+                                   : m_random.chance(0.5f) ? 7
+                                                           : 12),
+                           span.beat + (m_variant == Even ? 1.5 : 2), m_variant == Even ? 0.45 : 1.2, loud * 0.8f);
                 stringBass(m_variant == Even ? root + 7 : approach(target), span.beat + (m_variant == Even ? 2 : 3),
-                          m_variant == Even ? 1.4 : 0.9, loud * 0.85f);
+                           m_variant == Even ? 1.4 : 0.9, loud * 0.85f);
             }
             m_last = std::clamp(root, 31, 48);
             return;
@@ -82,8 +84,8 @@ private:
                 pitch = approach(target);
             } else if (i > 0) {
                 const int next = m_random.chance(0.6f)
-                    ? nearestTone(span.chord, m_key, pitch + direction * 3.6)
-                    : m_a.scale().pitch(m_a.scale().degreeNear(pitch + direction * 2.0));
+                                     ? nearestTone(span.chord, m_key, pitch + direction * 3.6)
+                                     : m_a.scale().pitch(m_a.scale().degreeNear(pitch + direction * 2.0));
                 pitch = next == pitch ? pitch + direction * 2 : next;
                 if (pitch > 50 || pitch < 30) {
                     direction = -direction;
@@ -114,17 +116,22 @@ private:
                  {0.72f, -0.08f, 0.06f}, loose(0.005));
     }
 
-    Buffer compSound(const Note &note) const { return m_variant == Vibes || m_variant == Late ? electricPiano(note) : piano(note, 0.2f); }
+    Buffer compSound(const Note &note) const
+    {
+        return m_variant == Vibes || m_variant == Late ? electricPiano(note) : piano(note, 0.2f);
+    }
 
     void comp(const Section &section, const ChordSpan &span, float loud)
     {
         // Two bars of eighths; where in them this chord falls decides what is played of it.
-        static const std::vector<std::string> four = {"x..x.... ...x..x.", "..x..x.. x......x", "x..x.... ..x....x", ".x....x. ..x..x..",
-                                                      "...x..x. x...x..."};
+        static const std::vector<std::string> four = {"x..x.... ...x..x.", "..x..x.. x......x", "x..x.... ..x....x",
+                                                      ".x....x. ..x..x..", "...x..x. x...x..."};
         static const std::vector<std::string> three = {"x..x.. ..x.x.", "..x.x. x...x.", "x...x. ..x..x"};
         const auto &patterns = m_beats == 3 ? three : four;
         const int bar = int(std::lround(std::floor(span.beat / m_beats)));
-        std::string pattern = m_variant == Even ? "x..x..x. ..x..x.." : patterns[size_t(m_a.random(uint64_t(bar / 2) + 900).below(int(patterns.size())))];
+        std::string pattern = m_variant == Even
+                                  ? "x..x..x. ..x..x.."
+                                  : patterns[size_t(m_a.random(uint64_t(bar / 2) + 900).below(int(patterns.size())))];
         pattern.erase(std::remove(pattern.begin(), pattern.end(), ' '), pattern.end());
         for (double beat = span.beat; beat < span.beat + span.beats - 0.01; beat += 0.5) {
             const size_t slot = size_t(std::lround(std::fmod(beat, 2.0 * m_beats) * 2)) % pattern.size();
@@ -134,7 +141,8 @@ private:
             const double beats = hold ? span.beats : m_variant == Even || m_random.chance(0.35f) ? 1.1 : 0.42;
             const float velocity = loud * (section.kind == 'C' ? 0.6f : 0.5f) * m_random.between(0.85f, 1.1f);
             for (int pitch : m_voicing)
-                m_a.play(compSound({double(pitch), m_a.length(beat, beats), velocity}), beat, {0.6f, 0.5f, 0.2f}, loose());
+                m_a.play(compSound({double(pitch), m_a.length(beat, beats), velocity}), beat, {0.6f, 0.5f, 0.2f},
+                         loose());
         }
     }
 
@@ -147,13 +155,15 @@ private:
                 const uint64_t seed = m_random.next();
                 const bool back = m_beats == 3 ? beatInBar == 1 : beatInBar % 2 == 1;
                 // The left hand goes round, the right one taps the swing.
-                m_a.play(brushSweep(m_a.length(beat, 1.1), loud * (back ? 0.5f : 0.75f), seed), beat, {0.8f, -0.35f, 0.12f}, -0.03);
+                m_a.play(brushSweep(m_a.length(beat, 1.1), loud * (back ? 0.5f : 0.75f), seed), beat,
+                         {0.6f, -0.35f, 0.12f}, -0.03);
                 if (m_variant == Even) {
                     m_a.play(shaker(loud * 0.6f, seed + 1), beat, {0.42f, 0.5f, 0.1f}, loose(0.004));
                     m_a.play(shaker(loud * 0.4f, seed + 2), beat + 0.5, {0.42f, 0.5f, 0.1f}, loose(0.004));
                     const bool clave = bar % 2 == 0 ? beatInBar == 0 || beatInBar == 3 : beatInBar == 1;
                     if (clave)
-                        m_a.play(rimClick(loud * 0.6f), beat + (bar % 2 == 0 && beatInBar == 0 ? 0.0 : 0.5), {0.35f, -0.3f, 0.2f});
+                        m_a.play(rimClick(loud * 0.6f), beat + (bar % 2 == 0 && beatInBar == 0 ? 0.0 : 0.5),
+                                 {0.35f, -0.3f, 0.2f});
                 } else if (m_variant != Late || section.kind == 'B') {
                     const bool cymbal = section.kind == 'C' || section.kind == 'B';
                     const auto tap = [&](double at, float velocity) {
@@ -172,7 +182,8 @@ private:
                     m_a.play(feltKick(loud * 0.4f), beat, {0.6f, 0, 0.05f});
                 if (bar == bars - 1 && bars >= 4 && beatInBar >= m_beats - 2) // a turn into the next section
                     for (double off : {0.0, 0.5})
-                        m_a.play(brushTap(loud * (0.7f + 0.3f * float(off)), seed + 5), beat + off, {0.7f, 0.1f, 0.15f}, loose(0.004));
+                        m_a.play(brushTap(loud * (0.7f + 0.3f * float(off)), seed + 5), beat + off, {0.7f, 0.1f, 0.15f},
+                                 loose(0.004));
             }
     }
 
@@ -207,10 +218,14 @@ private:
             plan.rhythms = {"xxxxxxxx x-x---..", ".xxxx-xx xxxxx-..", "x-xxx.xx xxx-x-..", "xxx-xxx. .xxxxxx-"};
             plan.cadences = {"xxxxxxxx x-----..", "x-xxxxxx x---...."};
         } else {
-            plan.rhythms = {"x--xx-xx -...x-xx", "..x-xxx- x---....", "x-xx-x-x ----..xx", ".xx-x-x- xx------", "x--x--x- .xx-x-.."};
+            plan.rhythms = {"x--xx-xx -...x-xx", "..x-xxx- x---....", "x-xx-x-x ----..xx", ".xx-x-x- xx------",
+                            "x--x--x- .xx-x-.."};
             plan.cadences = {"x-xx-x-x -----...", "xxx-x-xx ------.."};
         }
-        auto melody = composeMelody(m_a, section, plan, m_a.random(solo ? 'c' + uint64_t(section.pass) : section.kind == 'B' ? 'b' : 'a'));
+        auto melody = composeMelody(m_a, section, plan,
+                                    m_a.random(solo                  ? 'c' + uint64_t(section.pass)
+                                               : section.kind == 'B' ? 'b'
+                                                                     : 'a'));
         if (section.kind == 'A' && section.pass > 0)
             melody = ornamented(melody, m_a, m_a.random('o' + uint64_t(section.pass)), 0.35f);
         const float gain = m_variant == Vibes ? 0.75f : m_variant == Even ? 1.1f : 0.8f;
@@ -219,11 +234,11 @@ private:
             const float velocity = std::clamp(loud * (note.accent + 0.35f + (offBeat ? 0.1f : 0.0f)), 0.25f, 1.0f);
             const double beats = note.beats <= 0.5 ? note.beats * 0.95 : note.beats * 0.85;
             // The front plays a little behind the beat.
-            m_a.play(frontSound({double(note.pitch), m_a.length(note.beat, beats), velocity}), note.beat, {gain, -0.2f, 0.26f},
-                     0.012 + loose());
+            m_a.play(frontSound({double(note.pitch), m_a.length(note.beat, beats), velocity}), note.beat,
+                     {gain, -0.2f, 0.26f}, 0.012 + loose());
             if (section.kind == 'B' && note.beats >= 1 && m_variant != Late)
-                m_a.play(frontSound({double(harmonyBelow(note, m_a)), m_a.length(note.beat, beats), velocity * 0.7f}), note.beat,
-                         {gain * 0.7f, 0.2f, 0.22f}, 0.016 + loose());
+                m_a.play(frontSound({double(harmonyBelow(note, m_a)), m_a.length(note.beat, beats), velocity * 0.7f}),
+                         note.beat, {gain * 0.7f, 0.2f, 0.22f}, 0.016 + loose());
         }
     }
 
@@ -231,7 +246,8 @@ private:
     {
         const double seconds = m_a.length(span.beat, span.beats) + 2.5;
         for (size_t i = 0; i < m_voicing.size(); ++i)
-            m_a.play(compSound({double(m_voicing[i]), seconds, 0.55f}), span.beat, {0.6f, 0.2f, 0.25f}, 0.04 * double(i));
+            m_a.play(compSound({double(m_voicing[i]), seconds, 0.55f}), span.beat, {0.6f, 0.2f, 0.25f},
+                     0.04 * double(i));
         m_a.play(frontSound({double(nearest(span.chord.root, m_key, 74)), m_a.length(span.beat, 3), 0.7f}), span.beat,
                  {0.7f, -0.12f, 0.3f}, 0.15);
         m_a.play(pluck({double(nearestBass(span.chord, 34)), seconds, 0.9f}, uprightBass), span.beat, {1.0f, 0, 0.1f});

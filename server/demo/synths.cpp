@@ -61,7 +61,8 @@ Buffer choir(const Note &note, float brightness, uint64_t seed)
         if (i % 64 == 0) {
             const float open = std::clamp(brightness + 0.35f * vowel.sineWave(0.07f * 64 / sampleRate), 0.0f, 1.0f);
             for (int k = 0; k < 3; ++k) {
-                bends[k] = 1 + 0.0045f * swing[k].sineWave((4.4f + 0.5f * float(k)) * 64 / sampleRate) + 0.003f * float(k - 1);
+                bends[k] =
+                    1 + 0.0045f * swing[k].sineWave((4.4f + 0.5f * float(k)) * 64 / sampleRate) + 0.003f * float(k - 1);
                 formants[k].tune(from[k] + (to[k] - from[k]) * open, 0.8f);
             }
         }
@@ -104,7 +105,8 @@ Buffer subBass(const Note &note)
     const float step = float(frequency(note.pitch) / sampleRate);
     Buffer out(samples(Envelope::length(shape, note.seconds)));
     for (float &sample : out)
-        sample = 0.42f * envelope.next() * note.velocity * std::tanh(1.5f * low.sineWave(step) + 0.3f * second.sineWave(2 * step));
+        sample = 0.42f * envelope.next() * note.velocity *
+                 std::tanh(1.5f * low.sineWave(step) + 0.3f * second.sineWave(2 * step));
     fadeEnd(out, 0.01);
     return out;
 }
@@ -144,7 +146,8 @@ Buffer synthLead(const Note &note, float cutoff)
             filter.tune(cutoff * (0.5f + 0.5f * level * note.velocity), 0.2f);
         }
         level = envelope.next();
-        const float raw = one.saw(step * bend) + 0.8f * two.saw(step * bend * 1.006f) + 0.8f * three.saw(step * bend * 0.994f);
+        const float raw =
+            one.saw(step * bend) + 0.8f * two.saw(step * bend * 1.006f) + 0.8f * three.saw(step * bend * 0.994f);
         out[i] = 0.15f * filter.low(raw) * level * note.velocity;
     }
     fadeEnd(out, 0.02);

@@ -50,8 +50,8 @@ Buffer whistle(const Note &note)
         if (i % 16 == 0)
             bend = breath.next16();
         const float level = envelope.next();
-        const float tone = first.sineWave(step * bend) + 0.22f * note.velocity * second.sineWave(2 * step * bend)
-            + 0.08f * note.velocity * third.sineWave(3 * step * bend);
+        const float tone = first.sineWave(step * bend) + 0.22f * note.velocity * second.sineWave(2 * step * bend) +
+                           0.08f * note.velocity * third.sineWave(3 * step * bend);
         const float chiff = i < 2600 ? 0.16f * (1 - float(i) / 2600) : 0;
         out[i] = note.velocity * 0.34f * (level * tone + (0.03f * level + chiff) * air.band(random.bipolar()));
     }

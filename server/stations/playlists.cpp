@@ -87,7 +87,7 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station)
         std::reverse(recent.begin(), recent.end());
     }
     const int adPlace = adPosition(m_random);
-    const bool isGrowing = m_catalogue.counts().isGrowing();
+    const bool isGrowing = m_catalogue.isGrowing();
     std::set<int64_t> inList;
     while (entries.size() < entriesInList) {
         if (static_cast<int>(entries.size()) == adPlace) {
@@ -174,7 +174,7 @@ std::vector<Candidate> Playlists::candidatesFor(Database &db, const Station &sta
     std::set<int64_t> seen;
     // On the Tapestry station a thumb down counts from wherever it was given.
     const std::string allowed = std::string("SELECT t.id, t.artist_id, t.style, t.mood, t.tempo FROM tracks t WHERE "
-                                            "t.is_playable = 1 AND NOT EXISTS (SELECT 1 FROM sleeps z WHERE z.track_id = t.id "
+                                            "NOT EXISTS (SELECT 1 FROM sleeps z WHERE z.track_id = t.id "
                                             "AND z.account_id = ?1 AND z.until > ?2) AND NOT EXISTS (SELECT 1 FROM feedback f "
                                             "WHERE f.track_id = t.id AND f.is_positive = 0 AND ")
         + (station.isTapestry ? "f.account_id = ?1" : "f.station_id = ?3")
@@ -202,14 +202,15 @@ std::vector<Candidate> Playlists::candidatesFor(Database &db, const Station &sta
     }
     const int64_t from = 1 + m_random(static_cast<uint32_t>(highest) + 1);
     for (const int64_t artist : taste.artists)
-        sample("AND t.artist_id = CAST(?4 AS INTEGER) AND ", std::to_string(artist), from, artistSampleSize);
+        sample("AND t.is_playable = 1 AND t.artist_id = CAST(?4 AS INTEGER) AND ", std::to_string(artist), from, artistSampleSize);
     std::set<std::string> styles = taste.styles;
     styles.insert(taste.likedStyles.begin(), taste.likedStyles.end());
     for (const std::string &style : styles)
-        sample("AND t.style = ?4 AND ", style, from, sampleSize);
+        sample("AND t.is_playable = 1 AND t.style = ?4 AND ", style, from, sampleSize);
     for (const int64_t track : taste.likedTracks)
-        sample("AND t.id = CAST(?4 AS INTEGER) AND ", std::to_string(track), 0, 1);
-    sample("AND ?4 IS NULL AND ", std::nullopt, from, sampleSize);
+        sample("AND t.is_playable = 1 AND t.id = CAST(?4 AS INTEGER) AND ", std::to_string(track), 0, 1);
+    // The plus keeps the planner from sorting the whole catalogue: here the tracks' own order is the index.
+    sample("AND ?4 IS NULL AND +t.is_playable = 1 AND ", std::nullopt, from, sampleSize);
     return candidates;
 }
 

@@ -83,6 +83,7 @@ CREATE TABLE albums (
   title TEXT NOT NULL,
   year INTEGER NOT NULL
 );
+CREATE INDEX albums_by_artist ON albums(artist_id, title);
 CREATE TABLE tracks (
   id INTEGER PRIMARY KEY,
   public_id TEXT NOT NULL UNIQUE,

@@ -40,11 +40,11 @@ void CanvasX11Test::cleanup()
 bool CanvasX11Test::startServer(const QString &geometry)
 {
     MenuFixture::prepare(m_server);
-    m_server.start(QStringLiteral("Xvfb"), {"-displayfd", "1", "-screen", "0", geometry + "x24", "-nolisten", "tcp",
-                                            "-noreset"});
+    m_server.start(QStringLiteral("Xvfb"),
+                   {"-displayfd", "1", "-screen", "0", geometry + "x24", "-nolisten", "tcp", "-noreset"});
     QByteArray number;
-    const bool started = QTest::qWaitFor([&] { return (number += m_server.readAllStandardOutput()).endsWith('\n'); },
-                                         20000);
+    const bool started =
+        QTest::qWaitFor([&] { return (number += m_server.readAllStandardOutput()).endsWith('\n'); }, 20000);
     qputenv("DISPLAY", ":" + number.trimmed());
     return started;
 }

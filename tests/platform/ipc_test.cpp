@@ -119,7 +119,7 @@ void IpcTest::theThreadEndsWhenTheApplicationQuits()
 {
     IpcThread *thread = IpcThread::getInstance();
     thread->start();
-    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
     QCoreApplication::exec();
     QVERIFY(thread->wait(5000));
 }
@@ -179,7 +179,7 @@ void IpcTest::theScreenSaverIsDeliveredToTheGuiThread()
     QList<bool> states;
     QObject receiver;
     connect(thread, &IpcThread::signalScreenSaver, &receiver, [&](bool entered) {
-        QCOMPARE(QThread::currentThread(), qApp->thread());
+        QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
         states += entered;
     });
     thread->start();

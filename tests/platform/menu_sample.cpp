@@ -58,7 +58,8 @@ SampleDlg::SampleDlg()
     field->setObjectName(QStringLiteral("nameEdit"));
     field->setGeometry(500, 230, 400, 48);
     field->setFocusPolicy(Qt::ClickFocus);
-    connect(field, &QLineEdit::textChanged, this, [](const QString &text) { say(QStringLiteral("text %1").arg(text)); });
+    connect(field, &QLineEdit::textChanged, this,
+            [](const QString &text) { say(QStringLiteral("text %1").arg(text)); });
     auto *password = new QLineEdit(QStringLiteral("a secret"), this);
     password->setObjectName(QStringLiteral("passwordEdit"));
     password->setEchoMode(QLineEdit::Password);

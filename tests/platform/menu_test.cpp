@@ -183,7 +183,8 @@ void MenuTest::screensaverAndNetworkArrive()
     QCOMPARE(menu.command({"network", "down"}).code, 0);
     QCOMPARE(menu.command({"network", "up"}).code, 0);
     QTRY_VERIFY(menu.output().contains("screensaver 1\nscreensaver 0\n"));
-    QTRY_VERIFY2(menu.output().contains("network 1\n") && menu.output().contains("network 0\n"), menu.output().constData());
+    QTRY_VERIFY2(menu.output().contains("network 1\n") && menu.output().contains("network 0\n"),
+                 menu.output().constData());
 }
 
 void MenuTest::theRadioRunsWithItsFilesClosedToOthers()

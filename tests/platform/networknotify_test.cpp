@@ -64,20 +64,34 @@ void NetworkNotifyTest::aLossIsToldWhenItLasts_data()
     QTest::addColumn<bool>("hasRoute");
     QTest::addColumn<QString>("steps");
     QTest::addColumn<QString>("results");
-    QTest::newRow("a loss that lasts") << false << true << "dt" << "+1";
-    QTest::newRow("and its end") << false << true << "dtu" << "+10";
-    QTest::newRow("a short one") << false << true << "duu" << "+-.";
-    QTest::newRow("a time that was stopped") << false << true << "dut" << "+-.";
-    QTest::newRow("told once") << false << true << "ddtdd" << "+.1..";
-    QTest::newRow("never there") << false << false << "dtd" << "...";
-    QTest::newRow("comes later") << false << false << "uudt" << "..+1";
-    QTest::newRow("again") << false << true << "dtudtu" << "+10+10";
-    QTest::newRow("server here") << true << true << "dtudt" << ".....";
-    QTest::newRow("menu") << false << true << "LB" << "10";
-    QTest::newRow("menu, server here") << true << true << "LB" << "10";
-    QTest::newRow("menu holds it down") << false << true << "LuduB" << "1...0";
-    QTest::newRow("menu during a short one") << false << true << "dLt" << "+1.";
-    QTest::newRow("menu says back") << false << true << "dtB" << "+10";
+    QTest::newRow("a loss that lasts") << false << true << "dt"
+                                       << "+1";
+    QTest::newRow("and its end") << false << true << "dtu"
+                                 << "+10";
+    QTest::newRow("a short one") << false << true << "duu"
+                                 << "+-.";
+    QTest::newRow("a time that was stopped") << false << true << "dut"
+                                             << "+-.";
+    QTest::newRow("told once") << false << true << "ddtdd"
+                               << "+.1..";
+    QTest::newRow("never there") << false << false << "dtd"
+                                 << "...";
+    QTest::newRow("comes later") << false << false << "uudt"
+                                 << "..+1";
+    QTest::newRow("again") << false << true << "dtudtu"
+                           << "+10+10";
+    QTest::newRow("server here") << true << true << "dtudt"
+                                 << ".....";
+    QTest::newRow("menu") << false << true << "LB"
+                          << "10";
+    QTest::newRow("menu, server here") << true << true << "LB"
+                                       << "10";
+    QTest::newRow("menu holds it down") << false << true << "LuduB"
+                                        << "1...0";
+    QTest::newRow("menu during a short one") << false << true << "dLt"
+                                             << "+1.";
+    QTest::newRow("menu says back") << false << true << "dtB"
+                                    << "+10";
 }
 
 void NetworkNotifyTest::aLossIsToldWhenItLasts()
@@ -101,7 +115,7 @@ void NetworkNotifyTest::aLossIsToldWhenItLasts()
         default:
             action = decider.routesRead(step == u'u');
         }
-        seen += action.event        ? QChar('0' + *action.event)
+        seen += action.event         ? QChar('0' + *action.event)
                 : action.startsTimer ? QChar('+')
                 : action.stopsTimer  ? QChar('-')
                                      : QChar('.');

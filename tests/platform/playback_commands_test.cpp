@@ -6,7 +6,9 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
+#include <algorithm>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -65,13 +67,14 @@ void PlaybackCommandsTest::randomCommandsNeverHearOfAReplacedTrack()
     PlaybackRig rig;
     QRandomGenerator random(20);
     const Track *current = nullptr;
-    int stops = 0, allStops = 0, longest = 0;
+    int stops = 0, allStops = 0;
+    std::vector<qint64> times; // milliseconds of each call
     connect(rig.playback, &netcommon::Playback::signalStopOk, &rig, [&] { ++allStops; });
     const auto timed = [&](auto call) {
         QElapsedTimer clock;
         clock.start();
         call();
-        longest = qMax(longest, int(clock.elapsed()));
+        times.push_back(clock.elapsed());
     };
     // What may have been heard of a track at any moment is the beginning of its whole story.
     const auto check = [&] {
@@ -120,7 +123,9 @@ void PlaybackCommandsTest::randomCommandsNeverHearOfAReplacedTrack()
     const qsizetype before = rig.heard.size();
     QTRY_COMPARE(allStops, stops);
     QCOMPARE(rig.heard.mid(before).removeAll("stop"), rig.heard.size() - before);
-    QVERIFY2(longest < 50, qPrintable(QString::number(longest)));
+    // A busy machine may interrupt one call or another; a call that waited for the pipeline would do so nearly always.
+    std::sort(times.begin(), times.end());
+    QVERIFY2(times[times.size() * 9 / 10] < 5, qPrintable(QString::number(times[times.size() * 9 / 10])));
 }
 
 void PlaybackCommandsTest::commandsFromManyThreadsAreSurvived()

@@ -9,8 +9,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QWindow>
 #include <QtTest>
+#include <QWindow>
 
 using namespace netcommon::keys;
 
@@ -116,19 +116,29 @@ void RemoteKeysTest::aHeldKeyActsOnceUnlessItMoves_data()
     QTest::addColumn<int>("key");
     QTest::addColumn<QString>("events");
     QTest::addColumn<QString>("passedOn");
-    for (const auto &[name, key] : {std::pair{"arrow", int(Qt::Key_Down)}, {"page", int(Qt::Key_PageUp)},
-                                    {"delete", int(Qt::Key_Delete)}}) {
-        QTest::addRow("%s, pairs", name) << key << "+rprp-" << "+rprp-";
-        QTest::addRow("%s, marked presses", name) << key << "+pp-" << "+rprp-";
-        QTest::addRow("%s, plain presses", name) << key << "+++-" << "+rprp-";
+    for (const auto &[name, key] :
+         {std::pair{"arrow", int(Qt::Key_Down)}, {"page", int(Qt::Key_PageUp)}, {"delete", int(Qt::Key_Delete)}}) {
+        QTest::addRow("%s, pairs", name) << key << "+rprp-"
+                                         << "+rprp-";
+        QTest::addRow("%s, marked presses", name) << key << "+pp-"
+                                                  << "+rprp-";
+        QTest::addRow("%s, plain presses", name) << key << "+++-"
+                                                 << "+rprp-";
     }
-    for (const auto &[name, key] : {std::pair{"select", int(Qt::Key_Select)}, {"return", int(Qt::Key_Return)},
-                                    {"back", int(Qt::Key_Back)}, {"escape", int(Qt::Key_Escape)},
-                                    {"colour", int(Qt::Key_F1)}, {"end", int(Qt::Key_End)}}) {
-        QTest::addRow("%s, pairs", name) << key << "+rprp-" << "+-";
-        QTest::addRow("%s, marked presses", name) << key << "+pp-" << "+-";
-        QTest::addRow("%s, plain presses", name) << key << "+++-" << "+-";
-        QTest::addRow("%s, twice", name) << key << "+-+-" << "+-+-";
+    for (const auto &[name, key] : {std::pair{"select", int(Qt::Key_Select)},
+                                    {"return", int(Qt::Key_Return)},
+                                    {"back", int(Qt::Key_Back)},
+                                    {"escape", int(Qt::Key_Escape)},
+                                    {"colour", int(Qt::Key_F1)},
+                                    {"end", int(Qt::Key_End)}}) {
+        QTest::addRow("%s, pairs", name) << key << "+rprp-"
+                                         << "+-";
+        QTest::addRow("%s, marked presses", name) << key << "+pp-"
+                                                  << "+-";
+        QTest::addRow("%s, plain presses", name) << key << "+++-"
+                                                 << "+-";
+        QTest::addRow("%s, twice", name) << key << "+-+-"
+                                         << "+-+-";
     }
 }
 

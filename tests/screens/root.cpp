@@ -196,8 +196,15 @@ private slots:
         QVERIFY(!m_screen->isEixt && m_screen->isVisible());
     }
 
+    void theMenuSystemsExitEndsTheEventLoopAndEveryScreen_data()
+    {
+        QTest::addColumn<bool>("isTogether");
+        QTest::newRow("told to all screens at once") << true;
+        QTest::newRow("told to the first screen, whose end takes the others along") << false;
+    }
     void theMenuSystemsExitEndsTheEventLoopAndEveryScreen()
     {
+        QFETCH(bool, isTogether);
         auto *hidden = new ProbeScreen;
         bool isAnsweredOutside = false;
         int answer = -1;
@@ -206,7 +213,12 @@ private slots:
             answer = hidden->showMsgbox(MSG_QUESTION, QStringLiteral("question"));
             isAnsweredOutside = !guard || guard->isBoxDestroyed();
         });
-        onBox(m_context.get(), [] { FakeIpc::exitFromMenu(); });
+        onBox(m_context.get(), [this, isTogether] {
+            if (isTogether)
+                FakeIpc::exitFromMenu();
+            else
+                m_screen->exitVelmora(true, false);
+        });
         QCOMPARE(execute(), 0);
         QCOMPARE(answer, 0);
         QVERIFY2(isAnsweredOutside, "a box that the exit took away was not answered with No");

@@ -13,11 +13,14 @@ class ProbeScreen : public VelmoraParentWidget {
 public:
     explicit ProbeScreen(QWidget *parent = nullptr)
         : VelmoraParentWidget(parent)
+        , other(new QPushButton(this))
         , button(new QPushButton(this))
     {
         resize(1280, 720);
-        button->setFocusPolicy(Qt::ClickFocus);
-        button->setAutoDefault(false);
+        for (QPushButton *each : {other, button}) {
+            each->setFocusPolicy(Qt::ClickFocus);
+            each->setAutoDefault(false);
+        }
         button->setFocus();
     }
     void loseFocus(bool fgMsgbox) override
@@ -36,7 +39,8 @@ public:
     using VelmoraParentWidget::returnToLastWindow;
     using VelmoraParentWidget::startAniTimer;
 
-    QPushButton *button;
+    QPushButton *other;
+    QPushButton *button; // has the focus at the start
     QStringList notes;
 };
 

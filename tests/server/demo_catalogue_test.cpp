@@ -1,11 +1,13 @@
 // The catalogue's table and its files.
 
+#include "server/demo/atomicfile.h"
 #include "server/demo/democatalogue.h"
+#include "server/demo/flacfile.h"
 
 #include <algorithm>
 #include <cairo.h>
-#include <csignal>
 #include <cmath>
+#include <csignal>
 #include <FLAC/metadata.h>
 #include <FLAC/stream_decoder.h>
 #include <fstream>
@@ -83,8 +85,8 @@ struct Decoded {
     }
 };
 
-FLAC__StreamDecoderWriteStatus write(const FLAC__StreamDecoder *, const FLAC__Frame *frame, const FLAC__int32 *const channels[],
-                                     void *client)
+FLAC__StreamDecoderWriteStatus write(const FLAC__StreamDecoder *, const FLAC__Frame *frame,
+                                     const FLAC__int32 *const channels[], void *client)
 {
     auto *decoded = static_cast<Decoded *>(client);
     for (unsigned i = 0; i < frame->header.blocksize; ++i) {
@@ -116,8 +118,8 @@ Decoded decode(const fs::path &file)
     Decoded decoded;
     FLAC__StreamDecoder *decoder = FLAC__stream_decoder_new();
     FLAC__stream_decoder_set_md5_checking(decoder, true);
-    if (FLAC__stream_decoder_init_file(decoder, file.c_str(), write, metadata, failed, &decoded)
-        == FLAC__STREAM_DECODER_INIT_STATUS_OK) {
+    if (FLAC__stream_decoder_init_file(decoder, file.c_str(), write, metadata, failed, &decoded) ==
+        FLAC__STREAM_DECODER_INIT_STATUS_OK) {
         const bool processed = FLAC__stream_decoder_process_until_end_of_stream(decoder);
         decoded.whole = FLAC__stream_decoder_finish(decoder) && processed;
     }
@@ -196,11 +198,15 @@ TEST(catalogue, lengthsYearsAndTemposAreInTheirBounds)
 TEST(catalogue, hasNamesThatTrySearchAndMarquee)
 {
     const auto foreign = [](const std::string &text) {
-        return std::any_of(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; });
+        return std::any_of(text.begin(), text.end(),
+                           [](char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; });
     };
-    EXPECT_TRUE(std::any_of(tracks().begin(), tracks().end(), [&](const auto &track) { return foreign(track.artist); }));
-    EXPECT_GE(std::count_if(tracks().begin(), tracks().end(), [&](const auto &track) { return foreign(track.song); }), 2);
-    EXPECT_TRUE(std::any_of(tracks().begin(), tracks().end(), [](const auto &track) { return track.song.size() > 60; }));
+    EXPECT_TRUE(
+        std::any_of(tracks().begin(), tracks().end(), [&](const auto &track) { return foreign(track.artist); }));
+    EXPECT_GE(std::count_if(tracks().begin(), tracks().end(), [&](const auto &track) { return foreign(track.song); }),
+              2);
+    EXPECT_TRUE(
+        std::any_of(tracks().begin(), tracks().end(), [](const auto &track) { return track.song.size() > 60; }));
 }
 
 TEST(files, anAdvertisementIsTheSameBytesEachTime)
@@ -323,6 +329,65 @@ TEST(files, aFullDiskIsNoticedAndLeavesTheOldFile)
     EXPECT_FALSE(written);
     EXPECT_EQ(bytes(file), "old");
     EXPECT_EQ(directory.entries(), 1u);
+}
+
+TEST(files, whatIsTooLoudIsClippedAndNotWrappedAround)
+{
+    TemporaryDirectory directory;
+    const Buffer loud{0, 2, -2, 1, -1, 0.5f};
+    ASSERT_TRUE(writeFlac(loud, loud, {}, directory / "a.flac"));
+    const Decoded sound = decode(directory / "a.flac");
+    ASSERT_EQ(sound.samples, 6u);
+    EXPECT_EQ(sound.left[0], 0); // silence stays silent
+    EXPECT_NEAR(sound.left[1], 1, 1e-4);
+    EXPECT_NEAR(sound.left[2], -1, 1e-4);
+    EXPECT_NEAR(sound.left[5], 0.5, 1e-4);
+}
+
+TEST(files, channelsOfDifferentLengthsAreRefused)
+{
+    TemporaryDirectory directory;
+    EXPECT_FALSE(writeFlac({0, 0}, {0}, {}, directory / "a.flac"));
+    EXPECT_EQ(directory.entries(), 0u);
+}
+
+TEST(files, aTrackTellsItsNames)
+{
+    TemporaryDirectory directory;
+    ASSERT_TRUE(
+        writeFlac({0, 0}, {0, 0}, {{"TITLE", "Sjö í Þoku"}, {"ARTIST", "Kvartet Žárovka"}}, directory / "a.flac"));
+    FLAC__StreamMetadata *tags = nullptr;
+    ASSERT_TRUE(FLAC__metadata_get_tags((directory / "a.flac").c_str(), &tags));
+    const auto find = [&](const char *text) {
+        const auto &comment = tags->data.vorbis_comment;
+        return std::any_of(comment.comments, comment.comments + comment.num_comments, [&](const auto &entry) {
+            return std::string(reinterpret_cast<const char *>(entry.entry), entry.length) == text;
+        });
+    };
+    EXPECT_TRUE(find("TITLE=Sjö í Þoku"));
+    EXPECT_TRUE(find("ARTIST=Kvartet Žárovka"));
+    FLAC__metadata_object_delete(tags);
+}
+
+TEST(files, severalWritersOfOneFileDoNotDisturbEachOther)
+{
+    TemporaryDirectory directory;
+    const fs::path file = directory / "a";
+    {
+        AtomicFile first(file), second(file), dropped(file);
+        ASSERT_TRUE(first.isOpen() && second.isOpen() && dropped.isOpen());
+        std::fputs("first", first.stream());
+        std::fputs("second", second.stream());
+        std::fputs("dropped", dropped.stream());
+        EXPECT_FALSE(fs::exists(file));
+        EXPECT_TRUE(second.commit());
+        EXPECT_EQ(bytes(file), "second");
+        EXPECT_TRUE(first.commit());
+        EXPECT_FALSE(first.commit()) << "once only";
+    }
+    EXPECT_EQ(bytes(file), "first");
+    EXPECT_EQ(directory.entries(), 1u);
+    EXPECT_EQ(fs::status(file).permissions() & (fs::perms::group_all | fs::perms::others_all), fs::perms::none);
 }
 
 TEST(files, anOlderFileIsReplaced)

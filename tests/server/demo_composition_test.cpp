@@ -24,11 +24,11 @@ struct ChordCase {
 TEST(chords, numeralsAreReadAsWritten)
 {
     const ChordCase cases[] = {
-        {"I", 0, 0, {0, 4, 7}},         {"vi", 9, 9, {0, 3, 7}},         {"IV", 5, 5, {0, 4, 7}},
-        {"iv", 5, 5, {0, 3, 7}},        {"bVII", 10, 10, {0, 4, 7}},     {"V7", 7, 7, {0, 4, 7, 10}},
-        {"ii7", 2, 2, {0, 3, 7, 10}},   {"IVmaj7", 5, 5, {0, 4, 7, 11}}, {"iim7b5", 2, 2, {0, 3, 6, 10}},
+        {"I", 0, 0, {0, 4, 7}},          {"vi", 9, 9, {0, 3, 7}},         {"IV", 5, 5, {0, 4, 7}},
+        {"iv", 5, 5, {0, 3, 7}},         {"bVII", 10, 10, {0, 4, 7}},     {"V7", 7, 7, {0, 4, 7, 10}},
+        {"ii7", 2, 2, {0, 3, 7, 10}},    {"IVmaj7", 5, 5, {0, 4, 7, 11}}, {"iim7b5", 2, 2, {0, 3, 6, 10}},
         {"V7sus4", 7, 7, {0, 5, 7, 10}}, {"I/3", 0, 4, {0, 4, 7}},        {"V7/3", 7, 11, {0, 4, 7, 10}},
-        {"i/5", 0, 7, {0, 3, 7}},       {"I69", 0, 0, {0, 4, 7, 9, 14}}, {"#IV", 6, 6, {0, 4, 7}},
+        {"i/5", 0, 7, {0, 3, 7}},        {"I69", 0, 0, {0, 4, 7, 9, 14}}, {"#IV", 6, 6, {0, 4, 7}},
     };
     for (const ChordCase &expected : cases) {
         const Chord chord = parseChord(expected.numeral);
@@ -237,8 +237,9 @@ TEST_F(MelodyTest, ornamentsKeepTheLengthAndTheOnsets)
     double before = 0, after = 0;
     for (const MelodyNote &note : plain) {
         before += note.beats;
-        EXPECT_TRUE(std::any_of(turned.begin(), turned.end(),
-                                [&](const MelodyNote &other) { return other.beat == note.beat && other.pitch == note.pitch; }));
+        EXPECT_TRUE(std::any_of(turned.begin(), turned.end(), [&](const MelodyNote &other) {
+            return other.beat == note.beat && other.pitch == note.pitch;
+        }));
     }
     for (const MelodyNote &note : turned) {
         after += note.beats;

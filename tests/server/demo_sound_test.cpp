@@ -86,7 +86,11 @@ const Voice voices[] = {
     {"synthPluck", [](const Note &n) { return synthPluck(n, 3000); }, 60, 91, 0.1},
     {"synthLead", [](const Note &n) { return synthLead(n, 4200); }, 67, 86, 0.12},
     {"chordStab", [](const Note &n) { return chordStab(n, 2600); }, 55, 74, 0.13},
-    {"pad", [](const Note &n) { return pad(n, {0.1f, 0.4f, 900, 900, 0.1f, 0.005f, 4}, 5); }, 50, 72, 0.1},
+    {"pad",
+     [](const Note &n) {
+         return pad(n, {0.1f, 0.4f, 900, 900, 0.1f, 0.005f, 4}, 5);
+     },
+     50, 72, 0.1},
     {"choir", [](const Note &n) { return choir(n, 0.5f, 5); }, 50, 72, 0.14},
 };
 
@@ -125,10 +129,10 @@ INSTANTIATE_TEST_SUITE_P(voices, VoiceTest, testing::ValuesIn(voices),
 
 TEST(drums, endWithoutAClickAndDifferFromStrokeToStroke)
 {
-    const Buffer strokes[] = {dryKick(1),    deepKick(1),        feltKick(1), snare(1, 1),     brushTap(1, 1),
-                              clap(1, 1),    rimClick(1),        tom(1, 110, 1), hat(1, 0.05, 1), hat(1, 0.3, 1),
-                              ride(1, 1),    crash(1, 1),        shaker(1, 1), tambourine(1, 1), stomp(1),
-                              brushSweep(0.5, 1, 1)};
+    const Buffer strokes[] = {dryKick(1),      deepKick(1),      feltKick(1), snare(1, 1),
+                              brushTap(1, 1),  clap(1, 1),       rimClick(1), tom(1, 110, 1),
+                              hat(1, 0.05, 1), hat(1, 0.3, 1),   ride(1, 1),  crash(1, 1),
+                              shaker(1, 1),    tambourine(1, 1), stomp(1),    brushSweep(0.5, 1, 1)};
     for (const Buffer &stroke : strokes) {
         SCOPED_TRACE(&stroke - strokes);
         EXPECT_GT(peak(stroke), 0.05f);
@@ -137,6 +141,41 @@ TEST(drums, endWithoutAClickAndDifferFromStrokeToStroke)
     }
     EXPECT_NE(snare(1, 1), snare(1, 2));
     EXPECT_EQ(snare(1, 1), snare(1, 1));
+}
+
+TEST(envelope, risesFallsToItsSustainAndDiesAwayWhenReleased)
+{
+    Envelope envelope({0.1f, 0.2f, 0.5f, 0.3f}, 1.0);
+    Buffer level(samples(Envelope::length({0.1f, 0.2f, 0.5f, 0.3f}, 1.0)));
+    for (float &value : level)
+        value = envelope.next();
+    EXPECT_NEAR(level[samples(0.05)], 0.5, 0.01);
+    EXPECT_NEAR(level[samples(0.1)], 1, 0.01);
+    EXPECT_NEAR(level[samples(0.9)], 0.5, 0.01);
+    EXPECT_NEAR(level.back(), 0.0005, 0.0002); // 60 dB below
+}
+
+TEST(envelope, aNoteReleasedWhileItRisesFallsFromWhereItWas)
+{
+    Envelope envelope({0.5f, 1, 1, 0.2f}, 0.1);
+    float most = 0;
+    for (int i = 0; i < sampleRate / 2; ++i)
+        most = std::max(most, envelope.next());
+    EXPECT_NEAR(most, 0.2, 0.01);
+    EXPECT_LT(envelope.next(), 0.001f);
+}
+
+TEST(envelope, dampingCutsASoundAfterItsRelease)
+{
+    Buffer sound(sampleRate, 1.0f);
+    damp(sound, 0.5, 0.1);
+    EXPECT_EQ(sound.size(), samples(0.5) + samples(0.1));
+    EXPECT_EQ(sound[samples(0.4)], 1);
+    EXPECT_LT(sound[samples(0.55)], 0.05f);
+    EXPECT_EQ(sound.back(), 0);
+    Buffer brief(10, 1.0f);
+    damp(brief, 0.5, 0.1); // shorter than what it is held
+    EXPECT_EQ(brief.size(), 10u);
 }
 
 TEST(oscillator, partialsDieAwayIn60DecibelsAndTooHighOnesAreLeftOut)
