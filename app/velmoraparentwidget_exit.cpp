@@ -74,10 +74,9 @@ void VelmoraParentWidget::answerParentExit()
     qDebug("VelmoraParentWidget,exitVelmora,signal is from parent...");
     // quit() closes the windows that show. A box that it closed would count as answered with No, and a hidden screen
     // would outlive the application: the player's playback thread with it.
-    const QList<VelmoraParentWidget *> all = screens();
-    for (VelmoraParentWidget *screen : all)
+    for (VelmoraParentWidget *screen : screens())
         screen->destroyedMsgbox();
-    for (VelmoraParentWidget *screen : all)
+    for (VelmoraParentWidget *screen : screens())
         screen->close();
     qDebug("VelmoraParentWidget,exitVelmora,signal responseParent 2.");
     isEixt = true;

@@ -4,13 +4,13 @@ packages_build=(
     qt6-base-dev qt6-base-dev-tools
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libcpp-httplib-dev
-    libsqlite3-dev libsodium-dev libflac-dev libcairo2-dev
+    libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
 )
 packages_run=(
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa
     libqt6network6 fonts-liberation xvfb
 )
-packages_test=(libgtest-dev binutils xdotool)
+packages_test=(libgtest-dev binutils xdotool chromium chromium-driver)
 
 # install_missing PACKAGE...: installs what is not installed yet, in one line; nothing is asked of the network when
 # nothing is missing.

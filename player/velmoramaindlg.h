@@ -284,7 +284,7 @@ private:
     ImageListWidget *listAt(int position) const; // null for none
     QPushButton *buttonAt(int position) const;   // null for none
     void showAnimation(const QString &text);
-    void openDialog(VelmoraParentWidget *dialog, const char *endSlot, const QPoint &place);
+    void openDialog(VelmoraParentWidget *dialog, const char *endSlot, const QPoint &place, bool fgVeil);
     bool isDialogOpen() const;
     void activateTopScreen();
 

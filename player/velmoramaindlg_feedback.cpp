@@ -294,8 +294,7 @@ void VelmoraMainDlg::explainTrackDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_
 void VelmoraMainDlg::showExplanation(const QString &text)
 {
     m_isExplanationOpen = true;
-    openDialog(ScreenFactory::instance()->why(text, this), SLOT(slotDestroyDialog()), QPoint(240, 110));
-    showShadow(true);
+    openDialog(ScreenFactory::instance()->why(text, this), SLOT(slotDestroyDialog()), QPoint(240, 110), true);
 }
 
 // The explanation has ended.
@@ -303,7 +302,6 @@ void VelmoraMainDlg::slotDestroyDialog()
 {
     qDebug("VelmoraMainDlg,slotDestroyDialog...");
     m_isExplanationOpen = false;
-    showShadow(false);
     resetFocus();
 }
 

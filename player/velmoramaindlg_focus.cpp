@@ -290,13 +290,17 @@ void VelmoraMainDlg::keyReleaseEvent(QKeyEvent *event)
 
 // ---- menu and about
 
-// `endSlot` (as by SLOT()) hears of the dialog's end.
-void VelmoraMainDlg::openDialog(VelmoraParentWidget *dialog, const char *endSlot, const QPoint &place)
+// `endSlot` (as by SLOT()) hears of the dialog's end. A veil lies on the screen until then, if wanted.
+void VelmoraMainDlg::openDialog(VelmoraParentWidget *dialog, const char *endSlot, const QPoint &place, bool fgVeil)
 {
     loseFocus(false);
     m_isFocusable = false;
     m_isFocusableAfterBox = false;
     m_childDlg = dialog;
+    if (fgVeil) {
+        showShadow(true);
+        connect(dialog, &QObject::destroyed, this, [this] { showShadow(false); });
+    }
     connect(dialog, SIGNAL(signalDestroyedWindow()), this, endSlot);
     dialog->move(place);
     dialog->show();
@@ -311,12 +315,12 @@ void VelmoraMainDlg::menuSong()
     stopTimer();
     VelmoraParentWidget *menu = ScreenFactory::instance()->trackMenu(this);
     connect(menu, SIGNAL(itemCliecked(int)), this, SLOT(hanleMenuOp(int)));
-    openDialog(menu, SLOT(resetFocus()), QPoint(450, 215));
+    openDialog(menu, SLOT(resetFocus()), QPoint(450, 215), false);
 }
 
 void VelmoraMainDlg::showAboutVelmora()
 {
-    openDialog(ScreenFactory::instance()->about(this), SLOT(resetFocus()), QPoint(240, 110));
+    openDialog(ScreenFactory::instance()->about(this), SLOT(resetFocus()), QPoint(240, 110), true);
 }
 
 void VelmoraMainDlg::hanleMenuOp(int index)

@@ -4,6 +4,8 @@
 #include "server/catalogue/demolibrary.h"
 #include "server/demoaccount.h"
 #include "server/serveroptions.h"
+#include "server/web/mailbox.h"
+#include "server/web/webpages.h"
 
 #include <csignal>
 #include <cstdio>
@@ -66,11 +68,28 @@ int run(const ServerOptions &options)
         ensureDemoAccount(service);
     }
 
-    ApiServer server(service, options.listen);
+    MailSettings mail;
+    mail.smtp = options.smtp;
+    mail.smtpLogin = options.smtpLogin;
+    mail.outbox = options.outbox.empty() ? service.dataDirectory() / "outbox" : options.outbox;
+    // Where the service says that it is, never what a request says.
+    mail.address = [&service] { return service.addresses.base(); };
+    const std::filesystem::path outbox = mail.outbox;
+    Mailbox mailbox(std::move(mail));
+    service.mailer = &mailbox;
+
+    ListenSettings listen = options.listen;
+    const bool isEncrypted = !listen.tlsCertificate.empty() || listen.publicUrl.starts_with("https://");
+    WebPages pages(service, isEncrypted);
+    listen.addPages = [&pages](httplib::Server &http) { pages.addTo(http); };
+
+    ApiServer server(service, listen);
     for (const ServerOptions::Failure &failure : options.failures)
         server.dispatcher().failOnPurpose(failure.function, failure.code, failure.times);
     server.start();
     say("velmora-server listening on " + server.url());
+    if (options.smtp.empty())
+        say("mails are written to " + outbox.string());
     if (options.hasDemo)
         say("demo account: " + demoAccountFile(service).string());
     waitForEnd();

@@ -20,6 +20,10 @@ namespace {
 // Read by whoever needs the screen's part that is ours: a QRect in logical pixels.
 constexpr char canvasProperty[] = "velmoraCanvas";
 
+// Screens hand over without a gap. A canvas that stays empty lost its screen to a desktop's way to close windows (which
+// cannot be told from the program's own), and a black screen that hears no key would be all that is left.
+constexpr int longestEmptyMs = 3000;
+
 // The platforms that draw nowhere have no order of windows, and complain of each attempt.
 bool hasOrder()
 {
@@ -35,6 +39,12 @@ Canvas::Canvas(QObject *application)
     // Filters run in the reverse order of their installation: places are made before the stack is looked at.
     connect(&WindowStack::instance(), &WindowStack::changed, this, &Canvas::settleLater);
     application->installEventFilter(this);
+    m_emptyTimer.setSingleShot(true);
+    m_emptyTimer.setInterval(longestEmptyMs);
+    connect(&m_emptyTimer, &QTimer::timeout, this, [] {
+        qDebug("Canvas,empty,quit");
+        QCoreApplication::quit();
+    });
 }
 
 Canvas::~Canvas() = default;
@@ -125,6 +135,10 @@ void Canvas::settle()
 {
     m_isSettling = false;
     const auto windows = WindowStack::instance().bottomToTop();
+    if (!windows.isEmpty())
+        m_emptyTimer.stop();
+    else if (m_backdrop)
+        m_emptyTimer.start();
     if (hasOrder())
         for (QWidget *window : windows)
             window->raise();

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPoint>
 #include <QRect>
+#include <QTimer>
 
 #include <memory>
 
@@ -45,6 +46,7 @@ private:
     bool m_isSettling = false; // settle() is on its way
     QRect m_canvas;
     QHash<QWidget *, Place> m_places;     // of living windows
+    QTimer m_emptyTimer;                  // runs while no window shows
     std::unique_ptr<Backdrop> m_backdrop; // null where the platform shows nothing else
 };
 

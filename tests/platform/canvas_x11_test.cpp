@@ -13,6 +13,7 @@ private slots:
     void cleanup();
     void keysReachTheBoxAndThenTheScreenBelow();
     void aHeldBackActsOnceAndAHeldArrowMoves();
+    void withoutAnyScreenTheProgramEnds();
     void theCanvasIsScaledAndLetterboxed_data();
     void theCanvasIsScaledAndLetterboxed();
 
@@ -91,6 +92,17 @@ void CanvasX11Test::aHeldBackActsOnceAndAHeldArrowMoves()
     QVERIFY(press({"keyup", "Escape"}));
     QTRY_VERIFY(menu.output().contains("release 01000061\n"));
     QCOMPARE(menu.output().count("press 01000061\n"), 1);
+}
+
+void CanvasX11Test::withoutAnyScreenTheProgramEnds()
+{
+    QVERIFY(startServer("1280x720"));
+    MenuFixture menu;
+    QVERIFY(startSample(menu));
+    QCOMPARE(menu.command({"key", "stop"}).code, 0);
+    const int code = menu.waitForEnd();
+    QVERIFY2(code == 0, menu.errors().constData());
+    QVERIFY2(menu.output().contains("thread ended 1\n"), menu.output().constData());
 }
 
 void CanvasX11Test::theCanvasIsScaledAndLetterboxed_data()

@@ -1,11 +1,11 @@
-// A program in the radio's place. Red opens a message box, green focuses the field, yellow hangs, blue asks to exit.
-// Words: --deaf (ends for nobody), --ask (asks to exit at once), --code N (ends with N).
+// A program in the radio's place. Red opens a message box, green focuses the field, yellow hangs, blue asks to exit,
+// stop hides the screen. Words: --deaf (ends for nobody), --ask (asks to exit at once), --code N (ends with N).
 #include "menu_sample.h"
 
 #include "netcommon/ipc.h"
 #include "netcommon/ipcthread.h"
 #include "netcommon/networknotify.h"
-#include "viewcomponent/bufferdlg.h"
+#include "viewcomponent/magicscrollbar.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -105,8 +105,8 @@ void SampleDlg::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Blue:
         say(QStringLiteral("request %1").arg(netcommon::Ipc::requestExit(false)));
         break;
-    case Qt::Key_MediaPlay:
-        (new viewcomponent::BufferDlg(QStringLiteral("Buffering..."), this))->show();
+    case Qt::Key_MediaStop:
+        hide();
         break;
     default:
         break;
@@ -159,6 +159,7 @@ int main(int argc, char **argv)
     QObject::connect(&screen, &SampleDlg::signalResponseParent, thread, &netcommon::IpcThread::responseParent);
     QObject::connect(netcommon::NetworkNotify::getInstance(), &netcommon::NetworkNotify::signalSendNetowrkEvent,
                      [](NETWORk_EVENT_T event) { say(QStringLiteral("network %1").arg(event)); });
+    const viewcomponent::MagicScrollBar library; // the library is loaded for its canvas
     screen.show();
     if (application.arguments().contains(QStringLiteral("--ask")))
         QTimer::singleShot(0, &screen, [] { netcommon::Ipc::requestExit(false); });

@@ -46,7 +46,8 @@ public:
         list.setCurrentRow(0);
         window.show();
         window.activateWindow();
-        QTest::qWaitForWindowActive(&window);
+        if (!QTest::qWaitForWindowActive(&window))
+            qFatal("the window does not become active");
         list.setFocus();
     }
 
@@ -74,24 +75,19 @@ public:
     ImageListWidget list;
 };
 
-// Just as wide as wanted in the list's font.
+// A text just as wide as wanted; empty when there is none.
 QString textOfWidth(const QFontMetrics &metrics, int width)
 {
-    QString text = "A row";
-    const QStringList parts = {"m", "i", ".", "l", "t", " ", "a", "w"};
-    for (int left = width - metrics.horizontalAdvance(text); left > 0;
-         left = width - metrics.horizontalAdvance(text)) {
-        QString best;
-        for (const QString &part : parts)
-            if (metrics.horizontalAdvance(text + part) <= width
-                && (best.isEmpty() || metrics.horizontalAdvance(part) > metrics.horizontalAdvance(best))
-                && (left < 40 ? left - metrics.horizontalAdvance(part) != 1 : true))
-                best = part;
-        if (best.isEmpty())
-            break;
-        text += best;
-    }
-    return text;
+    QString base;
+    while (metrics.horizontalAdvance(base) < width - 48)
+        base += QLatin1Char('m');
+    const QString letters = QStringLiteral("abcdefghijklmnopqrstuvwxyz.");
+    for (const QChar a : letters)
+        for (const QChar b : letters)
+            for (const QChar c : letters)
+                if (metrics.horizontalAdvance(base + a + b + c) == width)
+                    return base + a + b + c;
+    return QString();
 }
 
 const QString wide = "A row that is far too wide for its place";

@@ -24,7 +24,8 @@ struct Rig {
         QObject::connect(menu, &MenuDlg::signalDestroyedWindow, [this] { ++ends; });
         menu->move(450, 215);
         menu->show();
-        QTest::qWaitForWindowActive(menu);
+        if (!QTest::qWaitForWindowActive(menu))
+            qFatal("the window does not become active");
     }
     ~Rig() { delete menu; }
 

@@ -147,6 +147,7 @@ void PlayerNowPlaying::aNewRowDoesNotDisturbAMarquee()
     rig.key(screentest::Left);
     QCOMPARE(rig.focused(), QStringList("playListWidget"));
     QCOMPARE(rig.history()->item(0)->text(), QString()); // it runs
+    PlayerRig::keepPicture("marquee");
     finishTrack(rig);
     QCOMPARE(rig.history()->item(1)->text(), name);
     QCOMPARE(rig.history()->item(0)->text(), QStringLiteral("Song 2"));
@@ -165,6 +166,7 @@ void PlayerNowPlaying::thePictureIsShownOnTheScreenAndInTheHistory()
     QCOMPARE(shownPicture(rig).size(), QSize(224, 224));
     QVERIFY(shownPicture(rig).pixelColor(100, 100).red() > 240);
     QVERIFY(rig.history()->item(0)->icon().pixmap(32).toImage().pixelColor(16, 16).red() > 240);
+    QTRY_COMPARE(screentest::childWidget(rig.player, "playbackControlWidget")->pos(), QPoint(640, 130));
     PlayerRig::keepPicture("picture");
     finishTrack(rig);
     QVERIFY(shownPicture(rig).isNull()); // the placeholder again

@@ -189,7 +189,7 @@ TEST(arrangement, aChordHoldsUntilTheNext)
 TEST(jingles, playTheWrittenTones)
 {
     // Tones foreign to the chord, so that only the melody can have them; an eighth is half a second.
-    const Jingle jingle{Voice::Bell, 1, 0, Mode::Major, 60, "2 . 4' - 6, . . .", "I I"};
+    const Jingle jingle{Voice::Whistle, 1, 0, Mode::Major, 60, "2 . 4' - 6, . . .", "I I"};
     EXPECT_EQ(durationSeconds(jingle), 6);
     Mixer mixer(6, {});
     play(jingle, mixer);
@@ -197,7 +197,8 @@ TEST(jingles, playTheWrittenTones)
     EXPECT_GT(at(0, 62), 20 * at(0, 77));
     EXPECT_GT(at(0, 62), 20 * at(0, 57));
     EXPECT_GT(at(1, 77), 20 * at(0.5, 77));
-    EXPECT_GT(at(1.5, 77), at(1, 77) / 10); // held
+    EXPECT_GT(at(1.5, 77), at(1, 77) / 10) << "held";
+    EXPECT_LT(at(0.7, 62), at(0, 62) / 20) << "a rest";
     EXPECT_GT(at(2, 57), 20 * at(1.5, 57));
 }
 

@@ -1,0 +1,352 @@
+// The pages as a browser sees them, and the mails.
+
+#include "serverfixture.h"
+
+#include "server/web/html.h"
+#include "server/web/mailbox.h"
+#include "server/web/webpages.h"
+
+#include <fstream>
+#include <regex>
+#include <sys/stat.h>
+
+namespace velmora::server {
+
+namespace {
+
+// A browser with its one cookie and the form token of the page it shows.
+class Browser {
+public:
+    explicit Browser(int port)
+        : m_http("127.0.0.1", port)
+    {
+        m_http.set_follow_location(false);
+    }
+
+    int get(const std::string &path)
+    {
+        return take(m_http.Get(path.c_str(), headers()));
+    }
+
+    int post(const std::string &path, httplib::Params form, bool withToken = true)
+    {
+        if (withToken)
+            form.emplace("csrf", csrf);
+        return take(m_http.Post(path.c_str(), headers(), form));
+    }
+
+    bool shows(const std::string &text) const { return body.find(text) != std::string::npos; }
+
+    std::string body;
+    std::string csrf;
+    std::string cookie;
+    httplib::Headers last;
+
+private:
+    httplib::Headers headers() const
+    {
+        return cookie.empty() ? httplib::Headers{} : httplib::Headers{{"Cookie", "other=1; " + cookie}};
+    }
+
+    int take(const httplib::Result &result)
+    {
+        if (!result)
+            return 0;
+        body = result->body;
+        last = result->headers;
+        if (result->has_header("Set-Cookie")) {
+            const std::string set = result->get_header_value("Set-Cookie");
+            cookie = set.substr(0, set.find(';'));
+        }
+        std::smatch match;
+        if (std::regex_search(body, match, std::regex("name=\"csrf\" value=\"([^\"]+)\"")))
+            csrf = match[1];
+        return result->status;
+    }
+
+    httplib::Client m_http;
+};
+
+} // namespace
+
+class WebTest : public ServerTest {
+protected:
+    WebTest()
+        : m_pages(*m_service, false, [now = m_now] { return now->load(); })
+    {
+        ListenSettings settings;
+        settings.addPages = [this](httplib::Server &http) { m_pages.addTo(http); };
+        m_port = listen(settings).port();
+        m_device = addDevice();
+    }
+
+    // Before the pages go, the server must not use them any more.
+    ~WebTest() override { m_server->stop(); }
+
+    std::string newCode()
+    {
+        return data("generateDeviceActivationCode", {{"deviceId", m_device.digits}}, m_device.partnerToken)
+            .value("activationCode", "");
+    }
+    Reply deviceLogin(int slot = 0)
+    {
+        return call("userLogin", {{"loginType", "deviceId"}, {"deviceId", m_device.slot(slot)}}, m_device.partnerToken);
+    }
+    // From the code to the permission page.
+    void enter(Browser &browser, const std::string &code, const std::string &action, const std::string &email,
+               const std::string &secret)
+    {
+        browser.get("/activate");
+        ASSERT_EQ(browser.post("/activate", {{"code", code}}), 200) << browser.body;
+        ASSERT_EQ(browser.post("/activate/account", {{"action", action}, {"email", email}, {"password", secret}}), 200)
+            << browser.body;
+        ASSERT_TRUE(browser.shows("Allow this radio?"));
+    }
+
+    WebPages m_pages;
+    int m_port = 0;
+    TestDevice m_device;
+};
+
+TEST_F(WebTest, aNewAccountIsMadeAndTheRadioGetsInOnce)
+{
+    Browser browser(m_port);
+    std::string code = newCode();
+    std::transform(code.begin(), code.end(), code.begin(), [](unsigned char c) { return char(std::tolower(c)); });
+    enter(browser, " " + code.substr(0, 4) + "-" + code.substr(4), "create", "nora@example.org", "a long enough one");
+    EXPECT_TRUE(browser.shows("00:1A:2B:3C:4D:5E"));
+    EXPECT_EQ(deviceLogin().code, 5105); // not before it was allowed
+    EXPECT_EQ(browser.post("/activate/allow", {}), 200);
+    EXPECT_TRUE(browser.shows("Continue"));
+    const Reply login = deviceLogin();
+    EXPECT_EQ(login.code, 0);
+    EXPECT_EQ(login.data.value("userName", ""), "nora@example.org");
+    EXPECT_EQ(deviceLogin(1).code, 5105); // one code, one slot
+    EXPECT_EQ(browser.post("/activate/allow", {}), 422); // single-use
+}
+
+TEST_F(WebTest, anExistingAccountSignsInAndNothingTypedIsLostByAMistake)
+{
+    addAccount("mira@example.org");
+    Browser browser(m_port);
+    browser.get("/activate");
+    EXPECT_EQ(browser.post("/activate", {{"code", newCode()}}), 200);
+    EXPECT_EQ(browser.post("/activate/account",
+                           {{"action", "signin"}, {"email", "mira@example.org"}, {"password", "wrong one"}}),
+              422);
+    EXPECT_TRUE(browser.shows("mira@example.org")); // the address stays
+    EXPECT_FALSE(browser.shows("wrong one"));
+    EXPECT_EQ(browser.post("/activate/account",
+                           {{"action", "signin"}, {"email", "mira@example.org"}, {"password", password}}),
+              200);
+    EXPECT_EQ(browser.post("/activate/allow", {}), 200);
+    EXPECT_EQ(deviceLogin().code, 0);
+}
+
+TEST_F(WebTest, whatIsWrongWithANewAccountIsSaid)
+{
+    addAccount("mira@example.org");
+    const std::tuple<const char *, const char *, const char *> cases[] = {
+        {"not an address", "a long enough one", "not an e-mail address"},
+        {"nora@example.org", "short", "at least eight characters"},
+        {"mira@example.org", "a long enough one", "There is an account with this address"}};
+    for (const auto &[email, secret, words] : cases) {
+        Browser browser(m_port);
+        browser.get("/activate");
+        browser.post("/activate", {{"code", newCode()}});
+        EXPECT_EQ(browser.post("/activate/account", {{"action", "create"}, {"email", email}, {"password", secret}}), 422);
+        EXPECT_TRUE(browser.shows(words)) << browser.body;
+    }
+}
+
+TEST_F(WebTest, aFormWithoutItsTokenChangesNothing)
+{
+    addAccount("mira@example.org");
+    Browser browser(m_port);
+    enter(browser, newCode(), "signin", "mira@example.org", password);
+    const std::string right = browser.csrf;
+    EXPECT_EQ(browser.post("/activate/allow", {}, false), 403);
+    browser.csrf = "guessed";
+    EXPECT_EQ(browser.post("/activate/allow", {}), 403);
+    EXPECT_EQ(deviceLogin().code, 5105);
+    Browser other(m_port); // another browser's cookie with this one's token
+    other.get("/activate");
+    other.csrf = right;
+    EXPECT_EQ(other.post("/activate/allow", {}), 403);
+    browser.csrf = right;
+    EXPECT_EQ(browser.post("/activate/allow", {}), 200);
+}
+
+TEST_F(WebTest, guessingCodesEndsSoonAndExpiredOnesAreRefused)
+{
+    const std::string old = newCode();
+    *m_now += ActivationCodes::codeSeconds + 1;
+    Browser browser(m_port);
+    browser.get("/activate");
+    EXPECT_EQ(browser.post("/activate", {{"code", old}}), 422);
+    int refusedAt = 0;
+    for (int tries = 2; tries <= 12 && refusedAt == 0; ++tries) {
+        if (browser.post("/activate", {{"code", "AAAAAAA" + std::string(1, char('A' + tries))}}) == 429)
+            refusedAt = tries;
+    }
+    EXPECT_EQ(refusedAt, 11);
+}
+
+TEST_F(WebTest, olderCodesOfTheSameRadioStayValidUpToThree)
+{
+    addAccount("mira@example.org");
+    const std::string codes[] = {newCode(), newCode(), newCode(), newCode()};
+    Browser browser(m_port);
+    browser.get("/activate");
+    EXPECT_EQ(browser.post("/activate", {{"code", codes[0]}}), 422);
+    for (int i = 1; i < 4; ++i)
+        EXPECT_EQ(browser.post("/activate", {{"code", codes[i]}}), 200) << i;
+}
+
+TEST_F(WebTest, theAccountPageShowsRadiosAndTakesTheirAccessAwayAtOnce)
+{
+    addAccount("mira@example.org");
+    const std::string token = logIn("mira@example.org", m_device);
+    data("associateDevice", {{"deviceId", m_device.slot(2)}}, token);
+    const std::string deviceToken = deviceLogin(2).data.value("userToken", "");
+    Browser browser(m_port);
+    browser.get("/account");
+    EXPECT_EQ(browser.post("/account/signin", {{"email", "mira@example.org"}, {"password", "wrong one"}}), 422);
+    const std::string before = browser.cookie;
+    EXPECT_EQ(browser.post("/account/signin", {{"email", "mira@example.org"}, {"password", password}}), 303);
+    EXPECT_NE(browser.cookie, before); // a cookie that was known before is worth nothing
+    browser.get("/account");
+    EXPECT_TRUE(browser.shows(m_device.slot(2)));
+    EXPECT_EQ(browser.post("/account/revoke", {{"device", "AAAAAAAAAAAA-0"}}), 422);
+    EXPECT_EQ(browser.post("/account/revoke", {{"device", m_device.slot(2)}}), 200);
+    EXPECT_FALSE(browser.shows(m_device.slot(2)));
+    EXPECT_EQ(call("getStationList", json::object(), deviceToken).code, 5097);
+    EXPECT_EQ(deviceLogin(2).code, 5105);
+}
+
+TEST_F(WebTest, aNewPasswordNeedsTheOldOneAndSignsOthersOut)
+{
+    addAccount("mira@example.org");
+    Browser mine(m_port);
+    Browser other(m_port);
+    for (Browser *browser : {&mine, &other}) {
+        browser->get("/account");
+        browser->post("/account/signin", {{"email", "mira@example.org"}, {"password", password}});
+        browser->get("/account");
+    }
+    EXPECT_EQ(mine.post("/account/password", {{"password", "wrong one"}, {"new", "another long one"}}), 422);
+    EXPECT_EQ(mine.post("/account/password", {{"password", password}, {"new", "short"}}), 422);
+    EXPECT_EQ(mine.post("/account/password", {{"password", password}, {"new", "another long one"}}), 200);
+    mine.get("/account");
+    EXPECT_TRUE(mine.shows("Radios with access"));
+    other.get("/account");
+    EXPECT_FALSE(other.shows("Radios with access"));
+    EXPECT_EQ(call("userLogin",
+                   {{"loginType", "user"}, {"userName", "mira@example.org"}, {"password", "another long one"}},
+                   m_device.partnerToken)
+                  .code,
+              0);
+}
+
+TEST_F(WebTest, aResetLinkOpensOnceAndAShortPasswordDoesNotCostIt)
+{
+    const AccountId id = addAccount("mira@example.org");
+    const std::string token = m_service->accounts.issueReset(id, passwordPurpose, 3600);
+    Browser browser(m_port);
+    EXPECT_EQ(browser.get("/reset?token=guessed"), 410);
+    EXPECT_EQ(browser.get("/reset?token=" + token), 200);
+    EXPECT_EQ(browser.post("/reset", {{"token", token}, {"new", "short"}}), 422);
+    EXPECT_EQ(browser.post("/reset", {{"token", token}, {"new", "another long one"}}), 200);
+    EXPECT_EQ(browser.get("/reset?token=" + token), 410);
+    const std::string late = m_service->accounts.issueReset(id, passwordPurpose, 3600);
+    *m_now += 3601;
+    EXPECT_EQ(browser.get("/reset?token=" + late), 410);
+}
+
+TEST_F(WebTest, everyPageForbidsScriptsFramesAndStoring)
+{
+    Browser browser(m_port);
+    for (const char *path : {"/activate", "/account", "/reset?token=x", "/pin?token=x"}) {
+        browser.get(path);
+        const auto header = [&](const char *name) {
+            const auto found = browser.last.find(name);
+            return found == browser.last.end() ? std::string() : found->second;
+        };
+        EXPECT_NE(header("Content-Security-Policy").find("default-src 'none'"), std::string::npos) << path;
+        EXPECT_NE(header("Content-Security-Policy").find("frame-ancestors 'none'"), std::string::npos) << path;
+        EXPECT_EQ(header("Referrer-Policy"), "no-referrer") << path;
+        EXPECT_EQ(header("Cache-Control"), "no-store") << path;
+        EXPECT_TRUE(browser.shows("not encrypted")) << path;
+        EXPECT_FALSE(browser.shows("<script")) << path;
+    }
+}
+
+TEST_F(WebTest, cookiesAreSecureOnlyWhereTheServiceIsEncrypted)
+{
+    WebPages encrypted(*m_service, true);
+    ListenSettings settings;
+    settings.port = 0;
+    settings.addPages = [&](httplib::Server &http) { encrypted.addTo(http); };
+    ApiServer server(*m_service, settings);
+    server.start();
+    for (const auto &[port, isSecure] : {std::pair(m_port, false), std::pair(server.port(), true)}) {
+        httplib::Client http("127.0.0.1", port);
+        const auto result = http.Get("/account");
+        ASSERT_TRUE(result);
+        const std::string cookie = result->get_header_value("Set-Cookie");
+        EXPECT_EQ(cookie.find("Secure") != std::string::npos, isSecure) << cookie;
+        EXPECT_NE(cookie.find("HttpOnly"), std::string::npos);
+        EXPECT_NE(cookie.find("SameSite=Strict"), std::string::npos);
+    }
+    server.stop();
+}
+
+TEST_F(WebTest, whatAPersonTypedIsNeverMarkup)
+{
+    Browser browser(m_port);
+    browser.get("/account");
+    browser.post("/account/signin", {{"email", "\"><script>alert(1)</script>"}, {"password", "x"}});
+    EXPECT_FALSE(browser.shows("<script"));
+    EXPECT_TRUE(browser.shows("&lt;script&gt;"));
+}
+
+TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
+{
+    addAccount("mira@example.org");
+    const std::filesystem::path outbox = m_directory.path() / "outbox";
+    {
+        MailSettings settings;
+        settings.outbox = outbox;
+        settings.address = [] { return std::string("https://radio.example"); };
+        Mailbox mailbox(settings);
+        m_service->mailer = &mailbox;
+        EXPECT_EQ(call("emailPassword", {{"userName", "mira@example.org"}}, m_device.partnerToken).code, 0);
+        EXPECT_EQ(call("emailPassword", {{"userName", "nobody@example.org"}}, m_device.partnerToken).code, 0);
+    }
+    m_service->mailer = nullptr;
+    std::vector<std::filesystem::path> mails;
+    for (const auto &entry : std::filesystem::directory_iterator(outbox))
+        mails.push_back(entry.path());
+    ASSERT_EQ(mails.size(), 1U);
+    struct stat info {};
+    ASSERT_EQ(::stat(mails.front().c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0600U);
+    ASSERT_EQ(::stat(outbox.c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0700U);
+    std::ifstream file(mails.front());
+    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::smatch match;
+    ASSERT_TRUE(std::regex_search(text, match, std::regex("https://radio\\.example(/reset\\?token=[A-Za-z0-9_-]+)\r\n")));
+    EXPECT_NE(text.find("To: <mira@example.org>\r\n"), std::string::npos);
+    EXPECT_EQ(text.find(password), std::string::npos);
+    Browser browser(m_port);
+    EXPECT_EQ(browser.get(match[1]), 200);
+}
+
+TEST(MailboxTest, anAddressCannotBringHeadersOfItsOwn)
+{
+    EXPECT_TRUE(Mailbox::message("a@b", "x@y\r\nBcc: z@z", "s", "t", 0).empty());
+    EXPECT_FALSE(Mailbox::message("a@b", "x@y", "s", "t", 0).empty());
+}
+
+} // namespace velmora::server
