@@ -3,6 +3,7 @@ packages_build=(
     cmake ninja-build pkg-config g++ ccache lld
     qt6-base-dev qt6-base-dev-tools
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
+    libxcb1-dev libxcb-xkb-dev
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libcpp-httplib-dev
     libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
 )
@@ -10,7 +11,7 @@ packages_run=(
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa
     libqt6network6 fonts-liberation xvfb
 )
-packages_test=(libgtest-dev binutils xdotool chromium chromium-driver)
+packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
 
 # install_missing PACKAGE...: installs what is not installed yet, in one line; nothing is asked of the network when
 # nothing is missing.

@@ -79,6 +79,14 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
                      })),
                      this);
 
+    using UnknownType = void (*)(GstElement *, GstPad *, GstCaps *, gpointer);
+    for (GstElement *const bin : {parse, m_decode})
+        g_signal_connect(bin, "unknown-type",
+                         G_CALLBACK(UnknownType([](GstElement *from, GstPad *pad, GstCaps *caps, gpointer self) {
+                             static_cast<PlaybackPipeline *>(self)->unknownType(from, pad, caps);
+                         })),
+                         this);
+
     const GstOwner<GstPad> frames(gst_element_get_static_pad(m_queue, "sink"));
     gst_pad_add_probe(
         frames.get(),
@@ -263,6 +271,23 @@ void PlaybackPipeline::linkDecoded(GstPad *pad)
         gst_pad_link(pad, target.get());
 }
 
+// Nothing installed can go on behind this pad. Audio that a parser or a demuxer has recognised lacks its decoder; what
+// typefind alone calls audio, perhaps behind a tag, is a guess from a few bytes: that is the content's fault.
+void PlaybackPipeline::unknownType(GstElement *bin, GstPad *pad, GstCaps *caps)
+{
+    if (gst_caps_is_empty(caps) || gst_caps_is_any(caps))
+        return;
+    const gchar *const name = gst_structure_get_name(gst_caps_get_structure(caps, 0));
+    const GstOwner<GstElement> parent(gst_pad_get_parent_element(pad));
+    GstElementFactory *const factory = parent ? gst_element_get_factory(parent.get()) : nullptr;
+    const gchar *const klass =
+        factory ? gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS) : nullptr;
+    const bool parsed =
+        klass && (std::strstr(klass, "Parser") || std::strstr(klass, "Demuxer")) && !std::strstr(klass, "Metadata");
+    if (startsWith(name, "audio/") && (parsed || bin == m_decode))
+        m_inbox.push({PlaybackEvent::DecoderMissing, m_setup.id, 0, name});
+}
+
 // Any thread.
 void PlaybackPipeline::busMessage(GstMessage *message)
 {
@@ -295,12 +320,8 @@ void PlaybackPipeline::busMessage(GstMessage *message)
         const bool caps = detail && GST_VALUE_HOLDS_CAPS(detail) && gst_caps_get_size(gst_value_get_caps(detail)) > 0;
         const gchar *const name =
             caps ? gst_structure_get_name(gst_caps_get_structure(gst_value_get_caps(detail), 0)) : "";
-        // Only behind the parser is it certain that this is audio; in front of it a name is a guess from a few bytes.
-        const bool decoder = g_strcmp0(gst_structure_get_string(s, "type"), "decoder") == 0 &&
-                             gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_decode));
-        if (decoder && startsWith(name, "audio/"))
-            tell(PlaybackEvent::DecoderMissing, name);
-        else if (!m_hasAudio.load() && (startsWith(name, "text/") || startsWith(name, "application/")))
+        // Pages and lists, which parsebin alone would wait behind. Missing audio decoders: see unknownType().
+        if (!m_hasAudio.load() && (startsWith(name, "text/") || startsWith(name, "application/")))
             tell(PlaybackEvent::ContentFailed, name);
         break;
     }

@@ -50,6 +50,7 @@ private:
     GstPadProbeReturn renderProbe(GstPadProbeInfo *info);
     void linkParsed(GstPad *pad);
     void linkDecoded(GstPad *pad);
+    void unknownType(GstElement *bin, GstPad *pad, GstCaps *caps);
     void busMessage(GstMessage *message);
 
     const Setup m_setup;

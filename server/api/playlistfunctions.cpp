@@ -6,8 +6,6 @@ namespace velmora::server::functions {
 
 namespace {
 
-// How long a playlist waits for the station's own music while the catalogue is still being made.
-constexpr std::chrono::seconds patience{8};
 constexpr int64_t mostSeconds = 24 * 3600;
 
 IssuedTrack trackThatTakesFeedback(Call &call)
@@ -28,7 +26,7 @@ json getPlaylist(Call &call)
     if (service.catalogue.isGrowing()) {
         service.catalogue.want(service.playlists.styles(station));
         service.catalogue.waitUntil(
-            [&] { return service.playlists.hasOwnMusic(station) || !service.catalogue.isGrowing(); }, patience);
+            [&] { return service.playlists.hasOwnMusic(station) || !service.catalogue.isGrowing(); }, service.patience);
     }
     const std::vector<PlaylistEntry> list = service.playlists.next(station);
     if (list.empty() && service.catalogue.isGrowing())

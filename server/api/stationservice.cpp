@@ -29,6 +29,7 @@ StationService::StationService(const ServiceSettings &settings)
     , playlists(store, catalogue, stations, settings.clock, settings.random)
     , feedback(store, settings.clock)
     , addresses(keptKey("media key"), settings.clock)
+    , patience(settings.patience)
 {
 }
 

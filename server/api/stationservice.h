@@ -26,6 +26,8 @@ struct ServiceSettings {
     PasswordCost passwordCost;
     Clock clock = systemClock();
     Random random = randomBelow;
+    // How long a playlist waits for the station's own music while the catalogue is still being made.
+    std::chrono::milliseconds patience{8000};
 };
 
 // Everything the service knows and can do, without a network: the one object that the functions, the media, the pages and
@@ -59,6 +61,7 @@ public:
 
     // Not owned; set before the server answers. Without one, functions that send mail fail.
     Mailer *mailer = nullptr;
+    const std::chrono::milliseconds patience;
     // When set, everything that writes answers 5096. Set before the server answers.
     bool isUnderMaintenance = false;
 

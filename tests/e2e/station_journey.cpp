@@ -39,19 +39,20 @@ private slots:
         Journey journey;
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForAudio(1));
-        const QString artist = journey.label(QStringLiteral("artistLabel"));
         const int before = int(journey.rows(stationList).size());
         QVERIFY(openMenuEntry(journey, createEntry));
         QVERIFY(journey.waitForScreen(QStringLiteral("CreateStationDlg")));
         QCOMPARE(journey.label(QStringLiteral("searchLabelLineEdit")), QStringLiteral("Artist Or Track"));
-        // "e" on the on-screen keyboard: two to the right; then Done: up to the last row, around to its end.
-        QVERIFY(journey.key({QStringLiteral("right"), QStringLiteral("right"), QStringLiteral("select")}));
+        // "t" on the on-screen keyboard: four to the right; then Done: up to the last row, around to its end.
+        QVERIFY(journey.key({QStringLiteral("right"), QStringLiteral("right"), QStringLiteral("right"),
+                             QStringLiteral("right"), QStringLiteral("select")}));
         QVERIFY(journey.waitFor([](const QJsonObject &now) {
             return now.value(QStringLiteral("labels")).toObject().value(QStringLiteral("searchLabelLineEdit"))
-                == QStringLiteral("e");
+                == QStringLiteral("t");
         }));
         journey.screenshot(QStringLiteral("create-typing"));
-        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("left"), QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("left"), QStringLiteral("left"), QStringLiteral("left"),
+                             QStringLiteral("select")}));
         QVERIFY(journey.waitForBox(QStringLiteral("We found ")));
         QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")})); // Artist
         QVERIFY(journey.waitFor(

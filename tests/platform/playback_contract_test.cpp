@@ -7,6 +7,8 @@
 
 #include <QtTest>
 
+#include <gst/gst.h>
+
 using netcommon::statistics::audioSecondsRendered;
 
 namespace {
@@ -18,6 +20,12 @@ QByteArray picture()
     // The smallest GIF, padded with a comment: complete and recognised, but nothing to hear.
     return QByteArray::fromHex("47494638396101000100800000000000ffffff21fe") + char(200) + QByteArray(200, 'c') +
            QByteArray::fromHex("002c00000000010001000002024401003b");
+}
+
+// MIDI: its type is audio, and nothing here plays it.
+QByteArray score()
+{
+    return QByteArray::fromHex("4d546864000000060000000100604d54726b00000014") + QByteArray(400, '\x40');
 }
 
 QByteArray garbage()
@@ -48,6 +56,7 @@ private slots:
     void theBufferEndIsExactWhenTheServerStandsStill();
     void aLostSinkIsReplacedWhereItWas();
     void aSinkThatDoesNotExistIsMinusTwo();
+    void recognisedAudioWithoutADecoderIsMinusTwo();
     void withoutASoundCardTheDefaultSinkPlaysInRealTime();
 };
 
@@ -125,6 +134,8 @@ void PlaybackContractTest::whatCannotBePlayedIsMinusOneOnce_data()
     row("a picture", {.body = picture()});
     row("noise", {.body = garbage()});
     row("a list of other addresses", {.body = "#EXTM3U\n#EXT-X-TARGETDURATION:5\n#EXTINF:5,\nfile:///etc/hostname\n"});
+    row("called audio, but a score", {.body = score()});
+    row("the same behind a tag", {.body = QByteArray("ID3\x03\0\0\0\0\0\x0a", 10) + QByteArray(10, '\0') + score()});
     row("the first 100 bytes of an MP3", {.body = mediasample::file("xing-2600ms.mp3").left(100)});
     row("the header of a WAV", {.body = mediasample::wav(1000).left(mediasample::WavHeader)});
     row("reset at every request", {.body = mediasample::wav(1000), .cutAt = {0, 0, 0, 0}});
@@ -306,6 +317,27 @@ void PlaybackContractTest::aSinkThatDoesNotExistIsMinusTwo()
     rig.play(server.url("/track"));
     QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -2"}));
     QCOMPARE(rig.state(), 4);
+}
+
+void PlaybackContractTest::recognisedAudioWithoutADecoderIsMinusTwo()
+{
+    gst_init(nullptr, nullptr);
+    GstPluginFeature *const decoder = gst_registry_lookup_feature(gst_registry_get(), "flacdec");
+    QVERIFY(decoder);
+    const guint rank = gst_plugin_feature_get_rank(decoder);
+    MediaServer server;
+    server.serve("/track", {.body = mediasample::file("flac-2600ms.flac")});
+    PlaybackRig rig("fakesink sync=false");
+    gst_plugin_feature_set_rank(decoder, GST_RANK_NONE);
+    rig.play(server.url("/track"));
+    const bool answered = QTest::qWaitFor([&] { return rig.heard.size() >= 3; });
+    const QStringList heard = rig.heard;
+    gst_plugin_feature_set_rank(decoder, rank);
+    gst_object_unref(decoder);
+    QVERIFY(answered);
+    QCOMPARE(heard, (QStringList{"stop", "url", "result -2"}));
+    rig.play(server.url("/track")); // and with it, it plays
+    QTRY_VERIFY(rig.heard.contains("next"));
 }
 
 void PlaybackContractTest::withoutASoundCardTheDefaultSinkPlaysInRealTime()

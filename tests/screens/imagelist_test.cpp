@@ -5,8 +5,8 @@
 #include "widgets/imagelistwidgetitem.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QPaintEvent>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -101,6 +101,9 @@ private slots:
     {
         if (QPixmap(":/images/FocusBar.png").isNull())
             QSKIP("the images are not linked in");
+        QFile style(":/velmora.qss");
+        QVERIFY(style.open(QIODevice::ReadOnly));
+        qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
     }
     void keysMoveTheCursorAndItsBar_data();
     void keysMoveTheCursorAndItsBar();

@@ -24,6 +24,7 @@ ServerTest::ServerTest()
     ServiceSettings settings;
     settings.dataDirectory = m_directory.path() / "data";
     settings.passwordCost = {1, 8192};
+    settings.patience = std::chrono::milliseconds(600);
     settings.clock = [now = m_now] { return now->load(); };
     m_service = std::make_unique<StationService>(settings);
     m_service->addresses.setBase("http://127.0.0.1:7480");

@@ -1,0 +1,136 @@
+#include "e2e/webdriver.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkReply>
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <csignal>
+#include <memory>
+#include <sys/prctl.h>
+
+namespace {
+
+constexpr int answerMs = 60000;
+constexpr int implicitWaitMs = 5000;
+const QString elementKey = QStringLiteral("element-6066-11e4-a52e-4f735466cecf"); // fixed by the protocol
+
+} // namespace
+
+WebDriver::WebDriver() = default;
+
+WebDriver::~WebDriver()
+{
+    if (!m_session.isEmpty())
+        ask("DELETE", m_session);
+    m_driver.terminate();
+    if (!m_driver.waitForFinished(5000))
+        m_driver.kill();
+    m_driver.waitForFinished();
+}
+
+bool WebDriver::start()
+{
+    m_driver.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    m_driver.setProcessChannelMode(QProcess::MergedChannels);
+    m_driver.start(QStringLiteral("chromedriver"), {QStringLiteral("--port=0")});
+    QByteArray said;
+    static const QRegularExpression started(QStringLiteral("successfully on port (\\d+)"));
+    QElapsedTimer clock;
+    clock.start();
+    QRegularExpressionMatch match;
+    while (!match.hasMatch() && clock.elapsed() < answerMs) {
+        if (!m_driver.waitForReadyRead(500) && m_driver.state() == QProcess::NotRunning)
+            break;
+        said += m_driver.readAll();
+        match = started.match(QString::fromUtf8(said));
+    }
+    if (!match.hasMatch()) {
+        m_problem = QStringLiteral("the browser's driver did not start: ") + QString::fromUtf8(said);
+        return false;
+    }
+    m_base = QStringLiteral("http://127.0.0.1:") + match.captured(1);
+    const QJsonArray arguments = {QStringLiteral("--headless"), QStringLiteral("--no-sandbox"),
+                                  QStringLiteral("--disable-gpu"), QStringLiteral("--disable-quic"),
+                                  QStringLiteral("--no-first-run"), QStringLiteral("--disable-background-networking"),
+                                  QStringLiteral("--disable-component-update"), QStringLiteral("--disable-sync"),
+                                  QStringLiteral("--window-size=412,915"), // a telephone's
+                                  QStringLiteral("--user-data-dir=") + m_profile.path()};
+    const QJsonObject options{{QStringLiteral("args"), arguments},
+                              {QStringLiteral("prefs"),
+                               QJsonObject{{QStringLiteral("profile.managed_default_content_settings.javascript"), 2}}}};
+    const QJsonObject capabilities{
+        {QStringLiteral("alwaysMatch"), QJsonObject{{QStringLiteral("goog:chromeOptions"), options}}}};
+    const QJsonObject answer =
+        ask("POST", QStringLiteral("/session"), {{QStringLiteral("capabilities"), capabilities}}).toObject();
+    const QString id = answer.value(QStringLiteral("sessionId")).toString();
+    if (id.isEmpty()) {
+        m_problem = QStringLiteral("the browser did not start: ")
+            + QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact)).left(1000);
+        return false;
+    }
+    m_session = QStringLiteral("/session/") + id;
+    // A click answers before the next page is there: what is looked for is waited for.
+    ask("POST", m_session + QStringLiteral("/timeouts"), {{QStringLiteral("implicit"), implicitWaitMs}});
+    return true;
+}
+
+QJsonValue WebDriver::ask(const QByteArray &verb, const QString &path, const QJsonObject &body)
+{
+    QNetworkRequest request(QUrl(m_base + path));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    const QByteArray data = verb == "POST" ? QJsonDocument(body).toJson() : QByteArray();
+    const std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, verb, data));
+    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+    if (!reply->isFinished())
+        finished.wait(answerMs);
+    return QJsonDocument::fromJson(reply->readAll()).object().value(QStringLiteral("value"));
+}
+
+bool WebDriver::open(const QString &url)
+{
+    return ask("POST", m_session + QStringLiteral("/url"), {{QStringLiteral("url"), url}}).isNull();
+}
+
+QString WebDriver::element(const QString &css)
+{
+    return ask("POST", m_session + QStringLiteral("/element"),
+               {{QStringLiteral("using"), QStringLiteral("css selector")}, {QStringLiteral("value"), css}})
+        .toObject()
+        .value(elementKey)
+        .toString();
+}
+
+QString WebDriver::text(const QString &css)
+{
+    const QString id = element(css);
+    return id.isEmpty() ? QString() : ask("GET", m_session + QStringLiteral("/element/%1/text").arg(id)).toString();
+}
+
+bool WebDriver::type(const QString &css, const QString &text)
+{
+    const QString id = element(css);
+    return !id.isEmpty()
+        && ask("POST", m_session + QStringLiteral("/element/%1/value").arg(id), {{QStringLiteral("text"), text}}).isNull();
+}
+
+bool WebDriver::click(const QString &css)
+{
+    const QString id = element(css);
+    return !id.isEmpty() && ask("POST", m_session + QStringLiteral("/element/%1/click").arg(id)).isNull();
+}
+
+QString WebDriver::title()
+{
+    return ask("GET", m_session + QStringLiteral("/title")).toString();
+}
+
+void WebDriver::screenshot(const QString &file)
+{
+    QFile picture(file);
+    if (picture.open(QIODevice::WriteOnly))
+        picture.write(QByteArray::fromBase64(ask("GET", m_session + QStringLiteral("/screenshot")).toString().toLatin1()));
+}

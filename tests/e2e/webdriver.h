@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+// A headless browser, driven through the WebDriver protocol. Waits for every answer.
+class WebDriver {
+public:
+    WebDriver();
+    ~WebDriver();
+    WebDriver(const WebDriver &) = delete;
+    WebDriver &operator=(const WebDriver &) = delete;
+
+    bool start(); // false with a reason in problem()
+    QString problem() const { return m_problem; }
+
+    bool open(const QString &url);
+    QString text(const QString &css); // empty when there is no such element
+    bool type(const QString &css, const QString &text);
+    bool click(const QString &css);
+    QString title();
+    void screenshot(const QString &file);
+
+private:
+    QJsonValue ask(const QByteArray &verb, const QString &path, const QJsonObject &body = {});
+    QString element(const QString &css);
+
+    QTemporaryDir m_profile;
+    QProcess m_driver;
+    QNetworkAccessManager m_network;
+    QString m_base;
+    QString m_session;
+    QString m_problem;
+};
