@@ -51,6 +51,15 @@ bool dieWithParent(pid_t parent)
     return ::prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && ::getppid() == parent;
 }
 
+// Ends without waiting for the track that is being made: that takes seconds and cannot be interrupted. It leaves only whole
+// files behind, and the lock sees to it that no change of the database is cut in two.
+[[noreturn]] void leave(StationService &service, int exitCode)
+{
+    const Store::Lock held = service.store.lock();
+    std::fflush(nullptr);
+    std::_Exit(exitCode);
+}
+
 int run(const ServerOptions &options)
 {
     ServiceSettings settings;
@@ -86,7 +95,12 @@ int run(const ServerOptions &options)
     ApiServer server(service, listen);
     for (const ServerOptions::Failure &failure : options.failures)
         server.dispatcher().failOnPurpose(failure.function, failure.code, failure.times);
-    server.start();
+    try {
+        server.start();
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "velmora-server: %s\n", error.what());
+        leave(service, exitFailure);
+    }
     say("velmora-server listening on " + server.url());
     if (options.smtp.empty())
         say("mails are written to " + outbox.string());
@@ -95,12 +109,8 @@ int run(const ServerOptions &options)
     waitForEnd();
     server.stop();
 
-    // Making a track takes seconds and cannot be interrupted, but leaves only whole files behind.
-    if (!demo.stop(std::chrono::milliseconds(500))) {
-        const Store::Lock held = service.store.lock();
-        std::fflush(nullptr);
-        std::_Exit(0);
-    }
+    if (!demo.stop(std::chrono::milliseconds(500)))
+        leave(service, 0);
     return 0;
 }
 

@@ -29,6 +29,17 @@ bool isAudio(GstPad *pad)
            startsWith(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)), "audio/");
 }
 
+// Whether a parser or a demuxer puts out what comes here; readers of tags do not count.
+bool isRecognised(GstPad *pad)
+{
+    const GstOwner<GstPad> target(GST_IS_GHOST_PAD(pad) ? gst_ghost_pad_get_target(GST_GHOST_PAD(pad)) : nullptr);
+    const GstOwner<GstElement> owner(gst_pad_get_parent_element(target ? target.get() : pad));
+    GstElementFactory *const factory = owner ? gst_element_get_factory(owner.get()) : nullptr;
+    const gchar *const klass =
+        factory ? gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS) : nullptr;
+    return klass && (std::strstr(klass, "Parser") || std::strstr(klass, "Demuxer")) && !std::strstr(klass, "Metadata");
+}
+
 // GstAutoplugSelectResult has no public header.
 enum AutoplugSelect { AutoplugTry = 0, AutoplugSkip = 2 };
 
@@ -249,6 +260,8 @@ GstPadProbeReturn PlaybackPipeline::renderProbe(GstPadProbeInfo *info)
 void PlaybackPipeline::linkParsed(GstPad *pad)
 {
     const GstOwner<GstPad> frames(gst_element_get_static_pad(m_queue, "sink"));
+    if (!m_hasAudio.load())
+        m_recognised = isRecognised(pad); // before data flows: the decoder may miss its plug-in at the first byte
     if (!gst_pad_is_linked(frames.get()) && isAudio(pad) && gst_pad_link(pad, frames.get()) == GST_PAD_LINK_OK) {
         m_hasAudio = true;
         return;
@@ -272,19 +285,13 @@ void PlaybackPipeline::linkDecoded(GstPad *pad)
 }
 
 // Nothing installed can go on behind this pad. Audio that a parser or a demuxer has recognised lacks its decoder; what
-// typefind alone calls audio, perhaps behind a tag, is a guess from a few bytes: that is the content's fault.
+// typefind alone calls audio is a guess from a few bytes: that is the content's fault.
 void PlaybackPipeline::unknownType(GstElement *bin, GstPad *pad, GstCaps *caps)
 {
     if (gst_caps_is_empty(caps) || gst_caps_is_any(caps))
         return;
     const gchar *const name = gst_structure_get_name(gst_caps_get_structure(caps, 0));
-    const GstOwner<GstElement> parent(gst_pad_get_parent_element(pad));
-    GstElementFactory *const factory = parent ? gst_element_get_factory(parent.get()) : nullptr;
-    const gchar *const klass =
-        factory ? gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS) : nullptr;
-    const bool parsed =
-        klass && (std::strstr(klass, "Parser") || std::strstr(klass, "Demuxer")) && !std::strstr(klass, "Metadata");
-    if (startsWith(name, "audio/") && (parsed || bin == m_decode))
+    if (startsWith(name, "audio/") && (bin == m_decode ? m_recognised.load() : isRecognised(pad)))
         m_inbox.push({PlaybackEvent::DecoderMissing, m_setup.id, 0, name});
 }
 

@@ -70,6 +70,7 @@ private:
     std::atomic<qint64> m_endNs{0};
     std::atomic<bool> m_received{false};
     std::atomic<bool> m_hasAudio{false};
+    std::atomic<bool> m_recognised{false}; // the audio stream comes from a parser or a demuxer
     std::atomic<bool> m_reachedSink{false};
     std::atomic<bool> m_sinkFailed{false};
     GstSegment m_segment;  // streaming thread in front of the queue only

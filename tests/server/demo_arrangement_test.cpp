@@ -64,6 +64,8 @@ TEST_P(EveryTrack, soundsInAllItsBarsAndRingsOut)
             EXPECT_GT(played.decibels(at, at + 2), all - 26)
                 << "a hole at " << at << " in " << section.kind << section.pass;
     }
+    const double last = played.arrangement.seconds(played.arrangement.chords().back().beat);
+    EXPECT_GT(played.decibels(last, last + 1.5), all - 12) << "no last chord";
     if (entry().piece.style != Style::Drones) { // drones have no end of their own: the recording is faded out
         EXPECT_LT(played.decibels(length - 0.5, length), all - 12) << "cut off while sounding";
     }

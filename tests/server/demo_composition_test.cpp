@@ -73,6 +73,15 @@ TEST(harmony, voicesMoveLittleAndStayInTheirRange)
     }
 }
 
+TEST(harmony, aChordStaysWhereTheLastOneWas)
+{
+    for (const Voicing &previous : {Voicing{43, 48, 52, 55}, Voicing{67, 72, 76, 79}}) {
+        const Voicing next = voiceLeading(previous, parseChord("vi"), 48, 40, 84, 4);
+        for (size_t i = 0; i < 4; ++i)
+            EXPECT_LE(std::abs(next[i] - previous[i]), 5);
+    }
+}
+
 TEST(harmony, aRichChordKeepsItsColourWhenVoicesAreFew)
 {
     const Chord chord = parseChord("V7b9");
@@ -104,6 +113,8 @@ TEST(tempo, beatsFallWhereTheTempoSaysAndSwingMovesOnlyOffbeats)
     EXPECT_DOUBLE_EQ(even.seconds(8.5), 4.25);
     EXPECT_DOUBLE_EQ(swung.seconds(8), 4);
     EXPECT_NEAR(swung.seconds(8.5), 4.33, 1e-9);
+    EXPECT_NEAR(swung.seconds(8.25), 4.165, 1e-9);
+    EXPECT_NEAR(swung.seconds(8.75), 4.415, 1e-9);
 }
 
 TEST(tempo, theEndingSlowsSteadily)

@@ -165,6 +165,18 @@ TEST_F(ProgramTest, AnUnknownOptionIsAnsweredWithTheUsageAndExitCode2)
     EXPECT_EQ(server.exitCode(), 2);
 }
 
+TEST_F(ProgramTest, APortThatIsTakenIsNamedAtOnceEvenWhileMusicIsBeingMade)
+{
+    Child first({"--listen", "127.0.0.1:0", "--data", data(), "--no-demo"});
+    const std::string line = first.line();
+    const std::string port = line.substr(line.rfind(':') + 1);
+    const auto begin = std::chrono::steady_clock::now();
+    Child second({"--listen", "127.0.0.1:" + port, "--data", data() + "2"});
+    EXPECT_EQ(second.exitCode(), 1);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
+    EXPECT_NE(second.line().find("cannot listen on 127.0.0.1 port " + port), std::string::npos);
+}
+
 TEST_F(ProgramTest, ANewerDatabaseIsRefusedInOneLine)
 {
     { const Store store((std::filesystem::create_directory(data()), std::filesystem::path(data()) / "velmora.db")); }

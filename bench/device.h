@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <optional>
+
+// One line of the observer in a measured program.
+struct Observation {
+    QByteArray what;
+    QByteArray detail;
+    qint64 atUs = 0;  // monotonic clock
+    qint64 cpuUs = 0; // of the whole process since it began
+};
+
+// Microseconds of the clock that observations carry.
+qint64 nowUs();
+
+// A program with an observer in it; ends with this object.
+class Watched {
+public:
+    Watched(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment);
+    ~Watched();
+    // The next observation of this kind, or nothing when the time is over or the program has ended. Skips others.
+    std::optional<Observation> next(const QByteArray &what, const QByteArray &detail, int milliseconds);
+    void forget(); // everything said so far
+    qint64 pid() const { return m_process.processId(); }
+    QProcess &process() { return m_process; }
+    // Lines of the program that contain this, from all that it has said.
+    int linesWith(const QByteArray &text) const { return static_cast<int>(m_log.count(text)); }
+    QByteArray log() const { return m_log; }
+
+private:
+    QProcess m_process;
+    QByteArray m_rest;
+    QByteArray m_log;
+    QList<Observation> m_seen;
+    void read();
+};
+
+// A device of its own: private root, station service on loopback with the demo catalogue, and the radio on it.
+class Device {
+public:
+    Device();
+    ~Device();
+    // Starts the service and sets the device up with the demo account. False: said on standard error.
+    bool prepare();
+    std::unique_ptr<Watched> startRadio(const QByteArray &audioSink, bool hasMenu);
+    bool key(const QStringList &names); // through the menu system
+    QByteArray status();
+    QString path(const QString &name) const { return m_root.filePath(name); }
+    QProcessEnvironment environment() const;
+    static qint64 radioPid(const QByteArray &status); // 0: none
+
+private:
+    QTemporaryDir m_root;
+    QProcess m_server;
+    QString m_serverUrl;
+};
+
+// Of another process, from /proc. 0 when it has gone.
+double cpuSeconds(qint64 pid);
+double proportionalSetMb(qint64 pid);
