@@ -22,23 +22,17 @@ const char typingStyle[] = "color: rgb(255, 255, 255);\nborder-image: url(:/imag
 } // namespace
 
 EmailPwdDlg::EmailPwdDlg(QWidget *parent)
-    : VelmoraParentWidget(parent)
+    : TextEntryDlg(parent)
     , ui(new Ui::EmailPwdDlg)
 {
     qDebug("new EmailPwdDlg..");
     ui->setupUi(this);
     (new TextEntry(this))->add(ui->emailLineEdit);
     ui->emailLineEdit->setAccessibleName(ui->titleLabel->text());
-    m_keyboard = new QtVirtualKbDlg(this);
-    m_keyboard->enableLineEdit(ui->emailLineEdit, true);
-    m_keyboard->move(137, 280);
-    m_keyboard->showWindow(false);
+    makeKeyboard(ui->emailLineEdit, true, QPoint(137, 280));
     connect(m_keyboard, &QtVirtualKbDlg::signalSendContext, this, &EmailPwdDlg::emailPassword);
     connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &EmailPwdDlg::recoverInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &EmailPwdDlg::changeInitInputState);
-    connect(this, &EmailPwdDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
-    connect(this, &EmailPwdDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
-    connect(this, &EmailPwdDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
     connect(VelmoraWebService::getInstance(), &VelmoraWebService::signalEmailPassowrdDone, this,
             &EmailPwdDlg::emailPasswordDone);
     ui->emailLineEdit->setFocus(Qt::OtherFocusReason);
@@ -119,7 +113,7 @@ void EmailPwdDlg::loseFocus(bool fgMsgbox)
     qDebug("EmailPwdDlg,loseFocus..fgMsgbox=%d.", fgMsgbox);
     ui->emailLineEdit->clearFocus();
     emit signalChangeHighlight(false);
-    VelmoraParentWidget::loseFocus(fgMsgbox);
+    TextEntryDlg::loseFocus(fgMsgbox);
 }
 
 void EmailPwdDlg::resetFocus(bool fgMsgbox)
@@ -127,24 +121,7 @@ void EmailPwdDlg::resetFocus(bool fgMsgbox)
     qDebug("EmailPwdDlg,resetFocus..fgMsgbox=%d.", fgMsgbox);
     emit signalChangeHighlight(true);
     ui->emailLineEdit->setFocus(Qt::OtherFocusReason);
-    VelmoraParentWidget::resetFocus(fgMsgbox);
-}
-
-void EmailPwdDlg::keyPressEvent(QKeyEvent *event)
-{
-    runTimer();
-    if (!fgActionInvalid()) {
-        qDebug("EmailPwdDlg,keyPressEvent,action invalid,return.");
-        return;
-    }
-    if (event->key() == Qt::Key_Calculator) {
-        qDebug("EmailPwdDlg,keyPressEvent.recv Qt::Key_Calculator,red key.");
-        emit signalRedBtn();
-    } else if (event->key() == Qt::Key_AddFavorite && m_keyboard->m_isModeAble) {
-        qDebug("EmailPwdDlg,keyPressEvent.recv Qt::Key_BookMark,green key.");
-        emit signalGreenBtn();
-    }
-    VelmoraParentWidget::keyPressEvent(event);
+    TextEntryDlg::resetFocus(fgMsgbox);
 }
 
 void EmailPwdDlg::keyReleaseEvent(QKeyEvent *event)
@@ -159,5 +136,5 @@ void EmailPwdDlg::keyReleaseEvent(QKeyEvent *event)
         emit signalReturnBtn();
         return;
     }
-    VelmoraParentWidget::keyReleaseEvent(event);
+    TextEntryDlg::keyReleaseEvent(event);
 }

@@ -1,17 +1,15 @@
 #pragma once
 
-#include "app/velmoraparentwidget.h"
+#include "app/textentrydlg.h"
 
 #include <memory>
-
-class QtVirtualKbDlg;
 
 namespace Ui {
 class EmailPwdDlg;
 }
 
 // Asks the service to send a password reminder to an e-mail address; returns to sign-in.
-class EmailPwdDlg : public VelmoraParentWidget {
+class EmailPwdDlg : public TextEntryDlg {
     Q_OBJECT
 public:
     explicit EmailPwdDlg(QWidget *parent = nullptr);
@@ -20,14 +18,7 @@ public:
     void loseFocus(bool fgMsgbox) override;
     void resetFocus(bool fgMsgbox) override;
 
-signals:
-    void signalRetuenBtn(); // spelled so
-    void signalRedBtn();
-    void signalGreenBtn();
-    void signalChangeHighlight(bool highlight);
-
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private slots:
@@ -40,5 +31,4 @@ private:
     void openSignIn();
 
     std::unique_ptr<Ui::EmailPwdDlg> ui;
-    QtVirtualKbDlg *m_keyboard; // child
 };

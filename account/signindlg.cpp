@@ -15,7 +15,7 @@
 #include <QKeyEvent>
 
 SignInDlg::SignInDlg(QWidget *parent)
-    : VelmoraParentWidget(parent)
+    : TextEntryDlg(parent)
     , ui(new Ui::SignInDlg)
 {
     qDebug("new SignInDlg..");
@@ -32,18 +32,12 @@ SignInDlg::SignInDlg(QWidget *parent)
     ui->blueContentLabel->hide();
     ui->blueIconLabel->hide();
 
-    m_keyboard = new QtVirtualKbDlg(this);
-    m_keyboard->enableLineEdit(ui->emailLineEdit, true);
-    m_keyboard->move(320, 310);
     showDigitHint(1);
-    m_keyboard->showWindow(false);
+    makeKeyboard(ui->emailLineEdit, true, QPoint(320, 310));
     connect(m_keyboard, &QtVirtualKbDlg::signalSendContext, this, &SignInDlg::signInVelmora);
     connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &SignInDlg::recoverInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &SignInDlg::changeInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalPageNum, this, &SignInDlg::showDigitHint);
-    connect(this, &SignInDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
-    connect(this, &SignInDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
-    connect(this, &SignInDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
 
     m_login = new VelmoraLogin(this);
     connect(m_login, &VelmoraLogin::signaVelmoraLoginFatalError, this, &SignInDlg::displayError);
@@ -142,9 +136,7 @@ void SignInDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
     emit signalChangeHighlight(true);
     activeField()->setFocus(Qt::OtherFocusReason);
     controlAnimation(true);
-    QString text = handleWSError(e_ret);
-    if (text == VelmoraParentWidget::tr("NULL"))
-        text = tr("Incorrect Login ,please try again!");
+    const QString text = messageFor(e_ret, tr("Incorrect Login ,please try again!"));
     const QPointer<SignInDlg> guard(this);
     showMsgbox(MSG_WARNING, text);
     if (!guard)
@@ -205,7 +197,7 @@ void SignInDlg::loseFocus(bool fgMsgbox)
     qDebug("SignInDlg,loseFocus..fgMsgbox=%d.", fgMsgbox);
     activeField()->clearFocus();
     emit signalChangeHighlight(false);
-    VelmoraParentWidget::loseFocus(fgMsgbox);
+    TextEntryDlg::loseFocus(fgMsgbox);
 }
 
 void SignInDlg::resetFocus(bool fgMsgbox)
@@ -213,25 +205,7 @@ void SignInDlg::resetFocus(bool fgMsgbox)
     qDebug("SignInDlg,resetFocus..fgMsgbox=%d.", fgMsgbox);
     emit signalChangeHighlight(true);
     activeField()->setFocus(Qt::OtherFocusReason);
-    VelmoraParentWidget::resetFocus(fgMsgbox);
-}
-
-void SignInDlg::keyPressEvent(QKeyEvent *event)
-{
-    qDebug("SignInDlg,keyPressEvent,event->key=%0x", event->key());
-    runTimer();
-    if (!fgActionInvalid()) {
-        qDebug("SignInDlg,keyPressEvent,action invalid,return.");
-        return;
-    }
-    if (event->key() == Qt::Key_Calculator) {
-        qDebug("SignInDlg,keyPressEvent.recv Qt::Key_Calculator,red key.");
-        emit signalRedBtn();
-    } else if (event->key() == Qt::Key_AddFavorite && m_keyboard->m_isModeAble) {
-        qDebug("SignInDlg,keyPressEvent.recv Qt::Key_BookMark,green key.");
-        emit signalGreenBtn();
-    }
-    VelmoraParentWidget::keyPressEvent(event);
+    TextEntryDlg::resetFocus(fgMsgbox);
 }
 
 void SignInDlg::keyReleaseEvent(QKeyEvent *event)
@@ -250,5 +224,5 @@ void SignInDlg::keyReleaseEvent(QKeyEvent *event)
             emit signalReturnBtn();
         return;
     }
-    VelmoraParentWidget::keyReleaseEvent(event);
+    TextEntryDlg::keyReleaseEvent(event);
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "app/velmoraparentwidget.h"
+#include "app/textentrydlg.h"
 
 #include <memory>
 
 class QLineEdit;
-class QtVirtualKbDlg;
 class VelmoraLogin;
 
 namespace Ui {
@@ -13,7 +12,7 @@ class SignInDlg;
 }
 
 // Sign-in with e-mail address and password, typed on the on-screen keyboard or read from a removable medium.
-class SignInDlg : public VelmoraParentWidget {
+class SignInDlg : public TextEntryDlg {
     Q_OBJECT
 public:
     explicit SignInDlg(QWidget *parent = nullptr);
@@ -25,14 +24,7 @@ public:
     void loseFocus(bool fgMsgbox) override;
     void resetFocus(bool fgMsgbox) override;
 
-signals:
-    void signalRetuenBtn(); // spelled so
-    void signalRedBtn();
-    void signalGreenBtn();
-    void signalChangeHighlight(bool highlight);
-
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private slots:
@@ -53,7 +45,6 @@ private:
     bool signInFromLoginFile();
 
     std::unique_ptr<Ui::SignInDlg> ui;
-    QtVirtualKbDlg *m_keyboard; // child
     VelmoraLogin *m_login;      // child
     int m_stage = EmailStage;
 };

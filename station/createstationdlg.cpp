@@ -33,7 +33,7 @@ QIcon plainIcon(const char *path)
 } // namespace
 
 CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
-    : VelmoraParentWidget(parent)
+    : StationTextDlg(parent)
     , ui(new Ui::CreateStationDlg)
     , m_mode(mode)
 {
@@ -48,18 +48,12 @@ CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
     ui->searchResultListWidget->setIconSize(QSize(32, 32));
     ui->searchResultListWidget->hide();
 
-    m_keyboard = new QtVirtualKbDlg(this);
-    m_keyboard->enableLineEdit(ui->searchLabelLineEdit, true);
-    m_keyboard->move(137, 280);
     showDigitHint(1);
-    m_keyboard->showWindow(false);
+    makeKeyboard(ui->searchLabelLineEdit, true, QPoint(137, 280));
     connect(m_keyboard, &QtVirtualKbDlg::signalSendContext, this, &CreateStationDlg::searchStation);
     connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &CreateStationDlg::recoverInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &CreateStationDlg::changeInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalPageNum, this, &CreateStationDlg::showDigitHint);
-    connect(this, &CreateStationDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
-    connect(this, &CreateStationDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
-    connect(this, &CreateStationDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
 
     VelmoraWebService *service = VelmoraWebService::getInstance();
     connect(service, &VelmoraWebService::signalSearchDone, this, &CreateStationDlg::searchStationDone);
@@ -67,7 +61,6 @@ CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
     connect(service, &VelmoraWebService::signalGetStationListDone, this, &CreateStationDlg::getStationListDone);
     connect(ui->searchResultListWidget, &ImageListWidget::currentRowChanged, this, &CreateStationDlg::showNum);
     connect(this, &CreateStationDlg::signalSearchResultWidgetItemClicked, this, &CreateStationDlg::createStation);
-    connect(this, &CreateStationDlg::signalFatalErr, this, &CreateStationDlg::handleFatalErr);
 
     ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
     m_focusArea = KeyboardArea;
@@ -76,60 +69,6 @@ CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
 CreateStationDlg::~CreateStationDlg()
 {
     qDebug("del CreateStationDlg..");
-}
-
-QString CreateStationDlg::messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
-{
-    const QString text = handleWSError(code);
-    return text == VelmoraParentWidget::tr("NULL") ? fallback : text;
-}
-
-bool CreateStationDlg::warn(const QString &text)
-{
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return false;
-    }
-    const QPointer<CreateStationDlg> guard(this);
-    showMsgbox(MSG_WARNING, text);
-    return guard && !isEixt && !m_isErrorMsg;
-}
-
-bool CreateStationDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
-{
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return false;
-    }
-    const QString text = messageFor(code, fallback);
-    const QPointer<CreateStationDlg> guard(this);
-    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
-        m_isErrorMsg = true;
-        emit signalFatalErr(code);
-    }
-    showMsgbox(MSG_WARNING, text);
-    if (!guard)
-        return false;
-    if (code == VLM_WS_ERR_ERROR_CURL_FAILURE) {
-        emit signalExit(false, true);
-        return false;
-    }
-    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
-        stationhandover::signOut(this);
-        return false;
-    }
-    return !isEixt && !m_isErrorMsg;
-}
-
-void CreateStationDlg::handleFatalErr(int errType)
-{
-    qDebug("CreateStationDlg,handleFatalErr,errType=%d.", errType);
-    if (errType != VLM_WS_ERR_ACCOUNT_INACTIVE)
-        return;
-    // The emitting step still shows its message: closing defers the deletion until that step has finished.
-    close();
-    clearAllRecordHistroyUiType();
-    stationhandover::showPlayer();
 }
 
 void CreateStationDlg::searchStation(QString content)
@@ -416,7 +355,7 @@ void CreateStationDlg::loseFocus(bool fgMsgbox)
     else
         ui->searchLabelLineEdit->clearFocus();
     emit signalChangeHighlight(false);
-    VelmoraParentWidget::loseFocus(fgMsgbox);
+    StationTextDlg::loseFocus(fgMsgbox);
 }
 
 void CreateStationDlg::resetFocus(bool fgMsgbox)
@@ -427,25 +366,7 @@ void CreateStationDlg::resetFocus(bool fgMsgbox)
         ui->searchResultListWidget->setFocus();
     else
         ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
-    VelmoraParentWidget::resetFocus(fgMsgbox);
-}
-
-void CreateStationDlg::keyPressEvent(QKeyEvent *event)
-{
-    qDebug("CreateStationDlg,keyPressEvent,event->key=%0x", event->key());
-    runTimer();
-    if (!fgActionInvalid()) {
-        qDebug("CreateStationDlg,keyPressEvent,action invalid,return.");
-        return;
-    }
-    if (event->key() == Qt::Key_Calculator) {
-        qDebug("CreateStationDlg,keyPressEvent.recv Qt::Key_Calculator,red key.");
-        emit signalRedBtn();
-    } else if (event->key() == Qt::Key_AddFavorite && m_keyboard->m_isModeAble) {
-        qDebug("CreateStationDlg,keyPressEvent.recv Qt::Key_BookMark,green key.");
-        emit signalGreenBtn();
-    }
-    VelmoraParentWidget::keyPressEvent(event);
+    StationTextDlg::resetFocus(fgMsgbox);
 }
 
 void CreateStationDlg::keyReleaseEvent(QKeyEvent *event)
@@ -486,6 +407,6 @@ void CreateStationDlg::keyReleaseEvent(QKeyEvent *event)
             ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
         return;
     default:
-        VelmoraParentWidget::keyReleaseEvent(event);
+        StationTextDlg::keyReleaseEvent(event);
     }
 }

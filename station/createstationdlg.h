@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/velmoraparentwidget.h"
+#include "station/stationtextdlg.h"
 #include "service/wsreply.h"
 
 #include <viewcomponent/mcommonstyle.h>
@@ -9,14 +9,12 @@
 
 #include <memory>
 
-class QtVirtualKbDlg;
-
 namespace Ui {
 class CreateStationDlg;
 }
 
 // Makes a station from an artist or a track that the listener has searched for.
-class CreateStationDlg : public VelmoraParentWidget {
+class CreateStationDlg : public StationTextDlg {
     Q_OBJECT
 public:
     // mode 1: afterwards fetches the station list and hands it to the player screen; 0: emits signalUpdateStationList.
@@ -27,15 +25,10 @@ public:
     void resetFocus(bool fgMsgbox) override;
 
 signals:
-    void signalRetuenBtn(); // spelled so
-    void signalRedBtn();
-    void signalGreenBtn();
-    void signalChangeHighlight(bool highlight);
     void signalSearchResultWidgetItemClicked(QString strKey);
     void signalUpdateStationList(HANDLE_T h_handle);
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private slots:
@@ -45,7 +38,6 @@ private slots:
     void createStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
     void getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
     void showNum(int index);
-    void handleFatalErr(int errType);
     void selectAble();
     void recoverInitInputState();
     void changeInitInputState();
@@ -64,16 +56,9 @@ private:
     void updateStationList(HANDLE_T h_handle);
     void focusKeyboard();
     void focusList();
-    // A warning; false when a fatal message is up, or this screen did not survive its box.
-    bool warn(const QString &text);
-    // What every failed request says. False when nothing may be done afterwards: a fatal message is up, the screen is
-    // gone, or the failure has ended it.
-    bool report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
-    QString messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
 
     std::unique_ptr<Ui::CreateStationDlg> ui;
     viewcomponent::MCommonStyle m_listStyle;
-    QtVirtualKbDlg *m_keyboard; // child
     const int m_mode;
     int m_focusArea = NoArea;
     bool m_isSelectAble = false; // the key that confirmed the search must not choose a row too

@@ -19,7 +19,7 @@ constexpr int longestName = 64;
 } // namespace
 
 RenameStationDlg::RenameStationDlg(const QString &stationName, const QString &stationToken, QWidget *parent)
-    : VelmoraParentWidget(parent)
+    : StationTextDlg(parent)
     , ui(new Ui::RenameStationDlg)
     , m_stationToken(stationToken)
 {
@@ -31,18 +31,12 @@ RenameStationDlg::RenameStationDlg(const QString &stationName, const QString &st
     ui->stationNameLineEdit->setText(stationName);
     ui->stationNameLineEdit->setAccessibleName(ui->titleLabel->text());
 
-    m_keyboard = new QtVirtualKbDlg(this);
-    m_keyboard->enableLineEdit(ui->stationNameLineEdit, false);
-    m_keyboard->move(137, 280);
     showDigitHint(1);
-    m_keyboard->showWindow(false);
+    makeKeyboard(ui->stationNameLineEdit, false, QPoint(137, 280));
     connect(m_keyboard, &QtVirtualKbDlg::signalSendContext, this, &RenameStationDlg::renameStation);
     connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &RenameStationDlg::recoverInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &RenameStationDlg::changeInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalPageNum, this, &RenameStationDlg::showDigitHint);
-    connect(this, &RenameStationDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
-    connect(this, &RenameStationDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
-    connect(this, &RenameStationDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
     // The field holds a real text: no first key is announced for it, the first change dresses it for typing.
     connect(ui->stationNameLineEdit, &QLineEdit::textChanged, this, [this](const QString &text) {
         if (!text.isEmpty() && ui->stationNameLineEdit->isReadOnly())
@@ -52,7 +46,6 @@ RenameStationDlg::RenameStationDlg(const QString &stationName, const QString &st
     VelmoraWebService *service = VelmoraWebService::getInstance();
     connect(service, &VelmoraWebService::signalRenameStationDone, this, &RenameStationDlg::renameStationDone);
     connect(service, &VelmoraWebService::signalGetStationListDone, this, &RenameStationDlg::getStationListDone);
-    connect(this, &RenameStationDlg::signalFatalErr, this, &RenameStationDlg::handleFatalErr);
     ui->stationNameLineEdit->setFocus(Qt::OtherFocusReason);
 }
 
@@ -103,30 +96,6 @@ void RenameStationDlg::renameStation(QString newStationName)
     ui->stationNameLineEdit->clearFocus();
     emit signalChangeHighlight(false);
     controlAnimation(false, tr("Rename station..."));
-}
-
-bool RenameStationDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
-{
-    QString text = handleWSError(code);
-    if (text == VelmoraParentWidget::tr("NULL"))
-        text = fallback;
-    const QPointer<RenameStationDlg> guard(this);
-    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
-        m_isErrorMsg = true;
-        emit signalFatalErr(code);
-    }
-    showMsgbox(MSG_WARNING, text);
-    if (!guard)
-        return false;
-    if (code == VLM_WS_ERR_ERROR_CURL_FAILURE) {
-        emit signalExit(false, true);
-        return false;
-    }
-    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
-        stationhandover::signOut(this);
-        return false;
-    }
-    return !isEixt && !m_isErrorMsg;
 }
 
 void RenameStationDlg::renameStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
@@ -191,17 +160,6 @@ void RenameStationDlg::getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_
         emit signalExit(false, true);
 }
 
-void RenameStationDlg::handleFatalErr(int errType)
-{
-    qDebug("RenameStationDlg,handleFatalErr,errType=%d.", errType);
-    if (errType != VLM_WS_ERR_ACCOUNT_INACTIVE)
-        return;
-    // The emitting step still shows its message: closing defers the deletion until that step has finished.
-    close();
-    clearAllRecordHistroyUiType();
-    stationhandover::showPlayer();
-}
-
 void RenameStationDlg::changeInitInputState()
 {
     qDebug("RenameStationDlg,changeInitInputState...");
@@ -233,7 +191,7 @@ void RenameStationDlg::loseFocus(bool fgMsgbox)
     qDebug("RenameStationDlg,loseFocus..fgMsgbox=%d.", fgMsgbox);
     ui->stationNameLineEdit->clearFocus();
     emit signalChangeHighlight(false);
-    VelmoraParentWidget::loseFocus(fgMsgbox);
+    StationTextDlg::loseFocus(fgMsgbox);
 }
 
 void RenameStationDlg::resetFocus(bool fgMsgbox)
@@ -241,25 +199,7 @@ void RenameStationDlg::resetFocus(bool fgMsgbox)
     qDebug("RenameStationDlg,resetFocus..fgMsgbox=%d.", fgMsgbox);
     emit signalChangeHighlight(true);
     ui->stationNameLineEdit->setFocus(Qt::OtherFocusReason);
-    VelmoraParentWidget::resetFocus(fgMsgbox);
-}
-
-void RenameStationDlg::keyPressEvent(QKeyEvent *event)
-{
-    qDebug("RenameStationDlg,keyPressEvent,event->key=%0x", event->key());
-    runTimer();
-    if (!fgActionInvalid()) {
-        qDebug("RenameStationDlg,keyPressEvent,action invalid,return.");
-        return;
-    }
-    if (event->key() == Qt::Key_Calculator) {
-        qDebug("RenameStationDlg,keyPressEvent.recv Qt::Key_Calculator,red key.");
-        emit signalRedBtn();
-    } else if (event->key() == Qt::Key_AddFavorite && m_keyboard->m_isModeAble) {
-        qDebug("RenameStationDlg,keyPressEvent.recv Qt::Key_BookMark,green key.");
-        emit signalGreenBtn();
-    }
-    VelmoraParentWidget::keyPressEvent(event);
+    StationTextDlg::resetFocus(fgMsgbox);
 }
 
 void RenameStationDlg::keyReleaseEvent(QKeyEvent *event)
@@ -272,5 +212,5 @@ void RenameStationDlg::keyReleaseEvent(QKeyEvent *event)
         emit signalReturnBtn();
         return;
     }
-    VelmoraParentWidget::keyReleaseEvent(event);
+    StationTextDlg::keyReleaseEvent(event);
 }

@@ -111,6 +111,12 @@ void Mailbox::enqueue(const std::string &recipient, const std::string &subject, 
     m_wake.notify_all();
 }
 
+bool Mailbox::isIdle()
+{
+    const std::lock_guard guard(m_mutex);
+    return m_waiting.empty() && !m_isSending;
+}
+
 void Mailbox::work()
 {
     std::unique_lock lock(m_mutex);
@@ -121,11 +127,13 @@ void Mailbox::work()
         const Mail mail = std::move(m_waiting.front());
         m_waiting.pop_front();
         const bool isEnding = m_isEnding;
+        m_isSending = true;
         lock.unlock();
         // At the end nobody waits for a slow mail server: the outbox keeps it.
         if (isEnding || m_settings.smtp.empty() || !deliver(mail))
             keep(mail);
         lock.lock();
+        m_isSending = false;
     }
 }
 

@@ -29,6 +29,9 @@ public:
     void sendPasswordReset(const std::string &address, const std::string &token) override;
     void sendPinRescue(const std::string &address, const std::string &token) override;
 
+    // Nothing waits and nothing is being sent.
+    bool isIdle();
+
     // The whole message, headers and all; recipients with line breaks are refused (empty).
     static std::string message(const std::string &sender, const std::string &recipient, const std::string &subject,
                                const std::string &text, int64_t now);
@@ -48,6 +51,7 @@ private:
     std::condition_variable m_wake;
     std::deque<Mail> m_waiting;
     bool m_isEnding = false;
+    bool m_isSending = false;
     std::thread m_thread;
 };
 

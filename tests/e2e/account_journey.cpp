@@ -31,6 +31,15 @@ bool typeAndConfirm(Journey &journey, const QString &text)
     return journey.key({QStringLiteral("text"), text}) && journey.key({QStringLiteral("enter")});
 }
 
+bool switchUser(Journey &journey)
+{
+    return journey.waitForScreen(QStringLiteral("VelmoraMainDlg"))
+        && journey.key({QStringLiteral("right"), QStringLiteral("select")})
+        && journey.waitForScreen(QStringLiteral("MenuDlg"))
+        && journey.key({QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("select")})
+        && journey.waitForScreen(QStringLiteral("SelectUserDlg"));
+}
+
 } // namespace
 
 class AccountJourney : public QObject {
@@ -77,6 +86,41 @@ private slots:
         QVERIFY(journey.waitForAudio(1));
     }
 
+    void aSecondPersonSignsInBesideTheFirstSwitchesAndIsRemovedAgain()
+    {
+        const QString second = QStringLiteral("second@house.example");
+        const QString secret = QStringLiteral("nine blue ladders");
+        Journey journey;
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY2(journey.createAccount(second, secret), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForAudio(1));
+        QVERIFY(switchUser(journey));
+        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("select")})); // New username
+        QVERIFY(journey.waitForBox(QStringLiteral("Do you already have a Velmora account ? ")));
+        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("SignInDlg")));
+        QVERIFY(typeAndConfirm(journey, second));
+        QVERIFY(typeAndConfirm(journey, secret));
+        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QCOMPARE(journey.label(QStringLiteral("userNameLabel")), second);
+        QVERIFY(journey.waitForAudio(1));
+        QVERIFY(switchUser(journey));
+        QCOMPARE(journey.status().value(QStringLiteral("focus")).toString(), QStringLiteral("userListBtn_2"));
+        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QCOMPARE(journey.label(QStringLiteral("userNameLabel")), demoName);
+        QVERIFY(journey.waitForAudio(1));
+        QVERIFY(switchUser(journey));
+        QVERIFY(journey.key({QStringLiteral("down"), QStringLiteral("right"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForBox(QStringLiteral("Are you sure you want to delete the user: ") + second));
+        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.waitFor([](const QJsonObject &now) {
+            const QJsonObject labels = now.value(QStringLiteral("labels")).toObject();
+            return now.value(QStringLiteral("box")).isNull() && labels.contains(QStringLiteral("userListBtn_1"))
+                && !labels.contains(QStringLiteral("userListBtn_2"));
+        }));
+    }
+
     void anAccountIsRemovedAlsoWhenTheServiceHasForgottenTheDevice()
     {
         Journey::Options options;
@@ -84,10 +128,7 @@ private slots:
         Journey journey(options);
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForAudio(1));
-        QVERIFY(journey.key({QStringLiteral("right"), QStringLiteral("select")}));
-        QVERIFY(journey.waitForScreen(QStringLiteral("MenuDlg")));
-        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("select")}));
-        QVERIFY(journey.waitForScreen(QStringLiteral("SelectUserDlg")));
+        QVERIFY(switchUser(journey));
         QVERIFY(journey.key({QStringLiteral("right"), QStringLiteral("select")}));
         QVERIFY(journey.waitForBox(QStringLiteral("Are you sure you want to delete the user: ") + demoName));
         QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));

@@ -64,6 +64,8 @@ public:
     QString serverUrl() const { return m_serverUrl; }
     void stopServer();
     bool startServer();
+    // An account with a Tapestry station, made through the service's interface.
+    bool createAccount(const QString &userName, const QString &password);
     QString root() const { return m_root.path(); }
     QString settingsFile() const;
     QString radioReport(); // everything the radio has logged so far

@@ -8,7 +8,11 @@
 
 #include <fstream>
 #include <regex>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace velmora::server {
 
@@ -341,6 +345,110 @@ TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
     EXPECT_EQ(text.find(password), std::string::npos);
     Browser browser(m_port);
     EXPECT_EQ(browser.get(match[1]), 200);
+}
+
+// A mail server that takes one mail and keeps what it was told.
+class OneMailServer {
+public:
+    OneMailServer()
+        : m_listening(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        if (::bind(m_listening, reinterpret_cast<sockaddr *>(&address), size) != 0 || ::listen(m_listening, 1) != 0
+            || ::getsockname(m_listening, reinterpret_cast<sockaddr *>(&address), &size) != 0)
+            throw std::runtime_error("no port for the mail server");
+        port = ntohs(address.sin_port);
+        m_thread = std::thread([this] { talk(); });
+    }
+    ~OneMailServer()
+    {
+        finish();
+        ::close(m_listening);
+    }
+    // Waits for the end of the conversation.
+    void finish()
+    {
+        ::shutdown(m_listening, SHUT_RD);
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+
+    int port = 0;
+    std::string heard; // valid after finish()
+
+private:
+    void talk()
+    {
+        const int peer = ::accept(m_listening, nullptr, nullptr);
+        if (peer < 0)
+            return;
+        const auto say = [peer](const std::string &line) { (void)!::write(peer, line.data(), line.size()); };
+        say("220 here\r\n");
+        std::string line;
+        bool isText = false;
+        char c = 0;
+        while (::read(peer, &c, 1) == 1) {
+            line += c;
+            if (c != '\n')
+                continue;
+            heard += line;
+            if (isText) {
+                isText = line != ".\r\n";
+                if (!isText)
+                    say("250 taken\r\n");
+            } else if (line.starts_with("DATA")) {
+                isText = true;
+                say("354 go on\r\n");
+            } else if (line.starts_with("QUIT")) {
+                say("221 bye\r\n");
+                break;
+            } else {
+                say("250 fine\r\n");
+            }
+            line.clear();
+        }
+        ::close(peer);
+    }
+
+    int m_listening;
+    std::thread m_thread;
+};
+
+TEST_F(WebTest, aConfiguredMailServerGetsTheMailAndTheOutboxStaysEmpty)
+{
+    addAccount("mira@example.org");
+    OneMailServer server;
+    const std::filesystem::path outbox = m_directory.path() / "outbox";
+    MailSettings settings;
+    settings.smtp = "smtp://127.0.0.1:" + std::to_string(server.port);
+    settings.outbox = outbox;
+    settings.address = [] { return std::string("https://radio.example"); };
+    Mailbox mailbox(settings);
+    mailbox.sendPasswordReset("mira@example.org", "token-of-the-mail");
+    // The conversation ends by itself; only then is it asked what was said.
+    for (int i = 0; i < 1000 && !std::filesystem::exists(outbox) && !mailbox.isIdle(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    server.finish();
+    EXPECT_NE(server.heard.find("RCPT TO:<mira@example.org>"), std::string::npos) << server.heard;
+    EXPECT_NE(server.heard.find("https://radio.example/reset?token=token-of-the-mail\r\n"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(outbox));
+}
+
+TEST_F(WebTest, aMailThatCannotBeDeliveredIsKept)
+{
+    const std::filesystem::path outbox = m_directory.path() / "outbox";
+    {
+        MailSettings settings;
+        settings.smtp = "smtp://127.0.0.1:1";
+        settings.outbox = outbox;
+        settings.address = [] { return std::string("https://radio.example"); };
+        Mailbox mailbox(settings);
+        mailbox.sendPasswordReset("mira@example.org", "t");
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(outbox), {}), 1);
 }
 
 TEST(MailboxTest, anAddressCannotBringHeadersOfItsOwn)

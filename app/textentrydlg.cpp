@@ -1,0 +1,49 @@
+#include "app/textentrydlg.h"
+
+#include <virtualkb/qtvirtualkbdlg.h>
+
+#include <QDebug>
+#include <QKeyEvent>
+
+TextEntryDlg::TextEntryDlg(QWidget *parent)
+    : VelmoraParentWidget(parent)
+{
+}
+
+void TextEntryDlg::makeKeyboard(QLineEdit *field, bool fgPrompt, const QPoint &place)
+{
+    m_keyboard = new QtVirtualKbDlg(this);
+    m_keyboard->enableLineEdit(field, fgPrompt);
+    m_keyboard->move(place);
+    m_keyboard->showWindow(false);
+    connect(this, &TextEntryDlg::signalRedBtn, m_keyboard, &QtVirtualKbDlg::changePage);
+    connect(this, &TextEntryDlg::signalGreenBtn, m_keyboard, &QtVirtualKbDlg::changeMode);
+    connect(this, &TextEntryDlg::signalChangeHighlight, m_keyboard, &QtVirtualKbDlg::signalChangeHighlight);
+}
+
+void TextEntryDlg::keyPressEvent(QKeyEvent *event)
+{
+    const char *name = metaObject()->className();
+    qDebug("%s,keyPressEvent,event->key=%0x", name, event->key());
+    runTimer();
+    if (!fgActionInvalid()) {
+        qDebug("%s,keyPressEvent,action invalid,return.", name);
+        return;
+    }
+    if (event->key() == Qt::Key_Calculator) {
+        qDebug("%s,keyPressEvent.recv Qt::Key_Calculator,red key.", name);
+        if (m_keyboard)
+            emit signalRedBtn();
+    } else if (event->key() == Qt::Key_AddFavorite) {
+        qDebug("%s,keyPressEvent.recv Qt::Key_BookMark,green key.", name);
+        if (m_keyboard && m_keyboard->m_isModeAble)
+            emit signalGreenBtn();
+    }
+    VelmoraParentWidget::keyPressEvent(event);
+}
+
+QString TextEntryDlg::messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
+{
+    const QString text = handleWSError(code);
+    return text == VelmoraParentWidget::tr("NULL") ? fallback : text;
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/velmoraparentwidget.h"
+
+class QLineEdit;
+class QtVirtualKbDlg;
+
+// What the screens with an on-screen keyboard share: the keyboard, its signals, the colour keys. GUI thread only.
+class TextEntryDlg : public VelmoraParentWidget {
+    Q_OBJECT
+public:
+    explicit TextEntryDlg(QWidget *parent = nullptr);
+
+signals:
+    void signalRetuenBtn(); // spelled so
+    void signalRedBtn();
+    void signalGreenBtn();
+    void signalChangeHighlight(bool highlight); // false while a message box covers the screen
+
+protected:
+    // Makes the keyboard, binds it to `field`, places and shows it. Connects what every screen connects alike; the
+    // screen itself connects signalSendContext, signalRestoreInitState and signalFirstKey.
+    void makeKeyboard(QLineEdit *field, bool fgPrompt, const QPoint &place);
+    void keyPressEvent(QKeyEvent *event) override; // red: page, green: capitals; the rest goes to the keyboard
+    // The words for a code, or the screen's own where there are none.
+    QString messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
+
+    QtVirtualKbDlg *m_keyboard = nullptr; // child
+};
