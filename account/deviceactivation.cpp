@@ -1,11 +1,12 @@
 #include "account/deviceactivation.h"
 
+#include "service/deviceidentity.h"
 #include "service/devicepaths.h"
 #include "service/velmorasettings.h"
+#include "service/velmorawebservice.h"
 
 #include <QCoreApplication>
-
-#include <optional>
+#include <QDebug>
 
 namespace deviceactivation {
 
@@ -28,6 +29,20 @@ QString codeLine(const QString &code)
 QString pageLine(const QString &url)
 {
     return QCoreApplication::translate("InternetRadioDlg", "Please go to    ") + url;
+}
+
+std::optional<VLM_WS_EXT_ERRCODE_T> requestCode()
+{
+    VelmoraWebService *service = VelmoraWebService::getInstance();
+    char mac[7] = {};
+    const VLM_WS_EXT_ERRCODE_T result = service->getMac(mac, sizeof mac);
+    if (result != VLM_WS_ERR_OK) {
+        qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", int(result));
+        return std::nullopt;
+    }
+    reserveSlot();
+    HANDLE_T handle = 0;
+    return service->generateDeviceActivationCode(macDigits(mac).toLatin1().constData(), false, nullptr, &handle);
 }
 
 void reserveSlot()

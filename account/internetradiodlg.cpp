@@ -2,7 +2,6 @@
 
 #include "account/afterlogin.h"
 #include "account/deviceactivation.h"
-#include "service/deviceidentity.h"
 #include "service/velmoralogin.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
@@ -89,21 +88,14 @@ void InternetRadioDlg::displayFatalError(VLM_WS_EXT_ERRCODE_T e_ret)
 void InternetRadioDlg::generateDeviceActivationCode()
 {
     qDebug("InternetRadioDlg,generateDeviceActivationCode...");
-    char mac[7] = {};
-    const VLM_WS_EXT_ERRCODE_T macResult = VelmoraWebService::getInstance()->getMac(mac, sizeof mac);
-    if (macResult != VLM_WS_ERR_OK) {
-        qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", int(macResult));
+    const auto result = deviceactivation::requestCode();
+    if (!result)
+        return;
+    if (*result == VLM_WS_ERR_OK) {
+        controlAnimation(false, tr("Please wait..."));
         return;
     }
-    deviceactivation::reserveSlot();
-    controlAnimation(false, tr("Please wait..."));
-    HANDLE_T handle = 0;
-    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->generateDeviceActivationCode(
-        macDigits(mac).toLatin1().constData(), false, nullptr, &handle);
-    if (result == VLM_WS_ERR_OK)
-        return;
-    qDebug("InternetRadioDlg,generateDeviceActivationCode failed,e_ret=%d.", int(result));
-    controlAnimation(true);
+    qDebug("InternetRadioDlg,generateDeviceActivationCode failed,e_ret=%d.", int(*result));
     warn(tr("Can not generate device activation code!"));
 }
 

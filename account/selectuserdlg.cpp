@@ -237,20 +237,13 @@ void SelectUserDlg::newUser()
 void SelectUserDlg::generateDeviceActivationCode()
 {
     qDebug("SelectUserDlg,generateDeviceActivationCode...");
-    char mac[7] = {};
-    const VLM_WS_EXT_ERRCODE_T macResult = VelmoraWebService::getInstance()->getMac(mac, sizeof mac);
-    if (macResult != VLM_WS_ERR_OK) {
-        qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", int(macResult));
+    const auto result = deviceactivation::requestCode();
+    if (!result)
+        return;
+    if (*result == VLM_WS_ERR_OK) {
+        controlAnimation(false, tr("Please wait..."));
         return;
     }
-    deviceactivation::reserveSlot();
-    controlAnimation(false, tr("Please wait..."));
-    HANDLE_T handle = 0;
-    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->generateDeviceActivationCode(
-        macDigits(mac).toLatin1().constData(), false, nullptr, &handle);
-    if (result == VLM_WS_ERR_OK)
-        return;
-    controlAnimation(true);
     deviceactivation::giveSlotBack();
     warn(tr("Can not generate device activation code!"));
 }
