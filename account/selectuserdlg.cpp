@@ -80,6 +80,8 @@ SelectUserDlg::SelectUserDlg(int loginState, QWidget *parent)
 
 SelectUserDlg::~SelectUserDlg()
 {
+    // The buttons draw with m_style: they go before it does.
+    qDeleteAll(findChildren<QPushButton *>());
     qDebug("del SelectUserDlg..");
 }
 

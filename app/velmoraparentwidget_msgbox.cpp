@@ -4,6 +4,26 @@
 #include "app/errortexts.h"
 #include "widgets/msgboxdlg.h"
 
+#include <QLabel>
+
+namespace {
+
+// Dims a full-screen dialog for as long as its box lives, so that the box is the only bright thing. A dialog that is
+// itself a card stays as it is.
+void dimUnder(QWidget *screen, const QObject *box)
+{
+    if (!screen->isVisible() || screen->width() < 1280)
+        return;
+    auto *veil = new QLabel(screen);
+    veil->setStyleSheet(QStringLiteral("border-image: url(:/images/mst_thumnail_mask.png);\n"));
+    veil->setGeometry(screen->rect());
+    veil->show();
+    QObject::connect(box, &QObject::destroyed, veil, &QWidget::hide);
+    QObject::connect(box, &QObject::destroyed, veil, &QObject::deleteLater);
+}
+
+} // namespace
+
 void VelmoraParentWidget::setMsgBoxInfoType(int type)
 {
     qDebug("VelmoraParentWidget,setMsgBoxInfoType.type=%d..", type);
@@ -34,6 +54,7 @@ int VelmoraParentWidget::showMsgbox(int type, const QString &text)
     }
     m_msgBoxInfoType = LABELS_DEFAULT;
     m_isBoxShown = true;
+    dimUnder(this, box);
     const int result = box->exec();
     if (!self)
         return 0; // the screen went with its box open

@@ -132,10 +132,9 @@ bool Device::prepare()
         QFile::remove(library + QLatin1Char('/') + state);
     dieWithUs(m_server);
     m_server.setProcessChannelMode(QProcess::MergedChannels);
-    m_server.start(QStringLiteral(BENCH_SERVER), {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
-                                                  QStringLiteral("--data"), library});
+    m_server.start(QStringLiteral(BENCH_SERVER),
+                   {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"), QStringLiteral("--data"), library});
     static const QRegularExpression listening(QStringLiteral("listening on (http://127\\.0\\.0\\.1:\\d+)"));
-    static const QRegularExpression complete(QStringLiteral("(\\d+) of \\1\\b"));
     QByteArray said;
     QElapsedTimer clock;
     clock.start();
@@ -174,8 +173,9 @@ bool Device::key(const QStringList &names)
 {
     QProcess menu;
     menu.setProcessEnvironment(environment());
-    menu.start(QStringLiteral(BENCH_MENU), QStringList{QStringLiteral("--socket"), path(QStringLiteral("menu.sock")),
-                                                       QStringLiteral("key")} + names);
+    menu.start(QStringLiteral(BENCH_MENU),
+               QStringList{QStringLiteral("--socket"), path(QStringLiteral("menu.sock")), QStringLiteral("key")} +
+                   names);
     return menu.waitForFinished(10000) && menu.exitCode() == 0;
 }
 
@@ -196,15 +196,29 @@ qint64 Device::radioPid(const QByteArray &status)
 
 // ---- other processes
 
-double cpuSeconds(qint64 pid)
+namespace {
+
+double cpuSecondsIn(const QString &statFile)
 {
-    const QByteArray stat = readFile(QStringLiteral("/proc/%1/stat").arg(pid));
+    const QByteArray stat = readFile(statFile);
     // The name in brackets may hold blanks; user and system time are the 12th and 13th field behind it.
     const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
     if (fields.size() < 13)
         return 0;
-    return static_cast<double>(fields.at(11).toLongLong() + fields.at(12).toLongLong())
-         / static_cast<double>(sysconf(_SC_CLK_TCK));
+    return static_cast<double>(fields.at(11).toLongLong() + fields.at(12).toLongLong()) /
+           static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+} // namespace
+
+double cpuSeconds(qint64 pid)
+{
+    return cpuSecondsIn(QStringLiteral("/proc/%1/stat").arg(pid));
+}
+
+double threadCpuSeconds(qint64 pid, qint64 thread)
+{
+    return cpuSecondsIn(QStringLiteral("/proc/%1/task/%2/stat").arg(pid).arg(thread));
 }
 
 double proportionalSetMb(qint64 pid)

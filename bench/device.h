@@ -64,4 +64,5 @@ private:
 
 // Of another process, from /proc. 0 when it has gone.
 double cpuSeconds(qint64 pid);
+double threadCpuSeconds(qint64 pid, qint64 thread);
 double proportionalSetMb(qint64 pid);

@@ -11,7 +11,8 @@ double median(std::vector<double> values); // 0 for none
 double percentile(std::vector<double> values, double share);
 
 // A number with its upper bound. `remark` follows in brackets.
-void print(const std::string &name, double value, const std::string &unit, double bound, const std::string &remark = {});
+void print(const std::string &name, double value, const std::string &unit, double bound,
+           const std::string &remark = {});
 // A number for the reader, without a bound.
 void note(const std::string &name, double value, const std::string &unit, const std::string &remark = {});
 void note(const std::string &name, const std::string &text);

@@ -27,7 +27,7 @@ QMap<QString, double> byThread(qint64 pid)
     for (const QString &task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         QFile name(tasks + QLatin1Char('/') + task + QStringLiteral("/comm"));
         if (name.open(QIODevice::ReadOnly))
-            times[QString::fromUtf8(name.readAll().trimmed())] += cpuSeconds(task.toLongLong());
+            times[QString::fromUtf8(name.readAll().trimmed())] += threadCpuSeconds(pid, task.toLongLong());
     }
     return times;
 }
@@ -59,7 +59,7 @@ int main(int argc, char **argv)
     figures::print("CPU share while a track plays", share, " %", 1.0);
     for (auto thread = threadsAfter.begin(); thread != threadsAfter.end(); ++thread) {
         const double own = (thread.value() - threadsBefore.value(thread.key())) / seconds * 100;
-        if (own >= 0.05)
+        if (own > 0)
             figures::note("  of it thread " + thread.key().toStdString(), own, " %");
     }
     return 0;

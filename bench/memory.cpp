@@ -63,7 +63,8 @@ int main(int argc, char **argv)
     }
     const qint64 pid = Device::radioPid(status);
     const double radioMb = medianSetMb(pid);
-    const double played = QJsonDocument::fromJson(device.status()).object().value(QStringLiteral("audioSeconds")).toDouble();
+    const double played =
+        QJsonDocument::fromJson(device.status()).object().value(QStringLiteral("audioSeconds")).toDouble();
     if (pid == 0 || played < 10) {
         std::fprintf(stderr, "nothing plays: %s\n", status.constData());
         return 1;

@@ -1,6 +1,10 @@
 // Linked into the programs that are measured, and into nothing else: says on standard output what happened and when, as
 // "bench,WHAT,DETAIL,monotonic microseconds,microseconds of CPU time of the process so far". The radio's own code is
 // the product's, unchanged.
+#ifdef BENCH_SERVICE
+#include "service/velmorawebservice.h"
+#endif
+
 #include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
@@ -39,7 +43,8 @@ protected:
         if (event->type() == QEvent::Paint && !m_hasPainted && watched->isWidgetType()) {
             const auto *widget = static_cast<QWidget *>(watched);
             // The backdrop of the canvas is painted before the first screen, which is what the viewer waits for.
-            if (widget->isWindow() && widget->width() >= 1280 && !qstrcmp(widget->metaObject()->className(), m_screen)) {
+            if (widget->isWindow() && widget->width() >= 1280 &&
+                !qstrcmp(widget->metaObject()->className(), m_screen)) {
                 m_hasPainted = true;
                 // Delivered when the whole window is painted and flushed.
                 QMetaObject::invokeMethod(
@@ -49,7 +54,8 @@ protected:
             // The first receiver counts: a key that is handed on to a parent is the same key.
             auto *key = static_cast<QKeyEvent *>(event);
             if (watched->isWindowType())
-                say(event->type() == QEvent::KeyPress ? "press" : "release", QByteArray::number(key->key(), 16).constData());
+                say(event->type() == QEvent::KeyPress ? "press" : "release",
+                    QByteArray::number(key->key(), 16).constData());
         }
         return QObject::eventFilter(watched, event);
     }
@@ -63,6 +69,12 @@ void installObserver()
 {
     auto *const observer = new Observer(qApp);
     qApp->installEventFilter(observer);
+#ifdef BENCH_SERVICE
+    // Heard on the library's own thread, at the moment of its arrival.
+    QObject::connect(
+        VelmoraWebService::getInstance(), &VelmoraWebService::signalGetStationListDone, observer,
+        [] { say("stationlist", ""); }, Qt::DirectConnection);
+#endif
 }
 
 } // namespace

@@ -62,14 +62,16 @@ build_preset() {
     fi
     say "building ($preset)"
     if [ -t 1 ]; then
-        NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
-            awk '/^\[[0-9]+\/[0-9]+\]/ { printf "\r\033[K%.100s", $0; fflush(); next } { next } END { printf "\r\033[K" }'
-        [ "${PIPESTATUS[0]}" -eq 0 ] && return 0
+        if NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
+            awk '/^\[[0-9]+\/[0-9]+\]/ { printf "\r\033[K%.100s", $0; fflush(); next } { next } END { printf "\r\033[K" }'; then
+            return 0
+        fi
     else
         # Without a terminal: a line every hundred steps.
-        NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
-            awk '/^\[[0-9]+\/[0-9]+\]/ { split($1, part, /[\[\/\]]/); step = int(part[2] / 100); if (step != last || part[2] == part[3]) { print; fflush(); last = step } }'
-        [ "${PIPESTATUS[0]}" -eq 0 ] && return 0
+        if NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
+            awk '/^\[[0-9]+\/[0-9]+\]/ { split($1, part, /[\[\/\]]/); step = int(part[2] / 100); if (step != last || part[2] == part[3]) { print; fflush(); last = step } }'; then
+            return 0
+        fi
     fi
     grep -vE '^\[[0-9]+/[0-9]+\]' "$log" | tail -n 60 >&2
     say "the build failed; the whole report: $log"

@@ -126,7 +126,6 @@ void VelmoraMainDlg::showStationLine()
 void VelmoraMainDlg::addPlaylistItem(QString text)
 {
     ImageListWidget *list = ui->playListWidget;
-    m_isDownloadExpected = false; // a picture under way belongs to the row below from now on
     list->clearBg(list->currentItem());
     if (trackhistory::makeRoom(m_historyThumbs, list->count()))
         while (list->count() >= trackhistory::capacity)

@@ -24,7 +24,8 @@ bool writePrivately(const std::filesystem::path &file, const std::string &text)
     const int fd = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (fd < 0)
         return false;
-    const bool isWritten = ::write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()) && ::fsync(fd) == 0;
+    const bool isWritten =
+        ::write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()) && ::fsync(fd) == 0;
     ::close(fd);
     if (isWritten && ::rename(beside.c_str(), file.c_str()) == 0)
         return true;

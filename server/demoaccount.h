@@ -10,7 +10,8 @@ inline constexpr const char *demoUserName = "listener@velmora.invalid";
 std::filesystem::path demoAccountFile(const StationService &service);
 
 // Makes the demo account with a random password and some stations, once: an account that is there is left as it is. The
-// catalogue has been entered before. Throws std::runtime_error when the file cannot be written; there is no account then.
+// catalogue has been entered before. Throws std::runtime_error when the file cannot be written; there is no account
+// then.
 void ensureDemoAccount(StationService &service);
 
 } // namespace velmora::server

@@ -51,8 +51,8 @@ bool dieWithParent(pid_t parent)
     return ::prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && ::getppid() == parent;
 }
 
-// Ends without waiting for the track that is being made: that takes seconds and cannot be interrupted. It leaves only whole
-// files behind, and the lock sees to it that no change of the database is cut in two.
+// Ends without waiting for the track that is being made: that takes seconds and cannot be interrupted. It leaves only
+// whole files behind, and the lock sees to it that no change of the database is cut in two.
 [[noreturn]] void leave(StationService &service, int exitCode)
 {
     const Store::Lock held = service.store.lock();
@@ -69,8 +69,8 @@ int run(const ServerOptions &options)
     service.isUnderMaintenance = options.isUnderMaintenance;
 
     DemoLibrary demo(service.catalogue,
-                     {velmora::demo::tracks(), velmora::demo::ads(), velmora::demo::renderTrack, velmora::demo::renderAd,
-                      velmora::demo::renderPicture},
+                     {velmora::demo::tracks(), velmora::demo::ads(), velmora::demo::renderTrack,
+                      velmora::demo::renderAd, velmora::demo::renderPicture},
                      service.dataDirectory() / "demo", say);
     if (options.hasDemo) {
         demo.start();

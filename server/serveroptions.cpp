@@ -31,7 +31,8 @@ bool readNumber(std::string_view text, Number lowest, Number highest, Number *va
 bool readListen(const std::string &text, ListenSettings *listen)
 {
     const size_t colon = text.rfind(':');
-    if (colon == std::string::npos || colon == 0 || !readNumber(std::string_view(text).substr(colon + 1), 0, 65535, &listen->port))
+    if (colon == std::string::npos || colon == 0 ||
+        !readNumber(std::string_view(text).substr(colon + 1), 0, 65535, &listen->port))
         return false;
     std::string host = text.substr(0, colon);
     if (host.size() > 2 && host.front() == '[' && host.back() == ']')
@@ -46,7 +47,8 @@ bool readUrl(std::string text, std::string *url)
 {
     while (!text.empty() && text.back() == '/')
         text.pop_back();
-    if (!(text.starts_with("http://") || text.starts_with("https://")) || text.find_first_of(" \"?#@") != std::string::npos)
+    if (!(text.starts_with("http://") || text.starts_with("https://")) ||
+        text.find_first_of(" \"?#@") != std::string::npos)
         return false;
     *url = text;
     return true;
@@ -64,9 +66,9 @@ bool readLifetimes(const std::string &text, TokenLifetimes *lifetimes)
 {
     const size_t comma = text.find(',');
     constexpr int64_t most = 365 * 24 * 3600;
-    return comma != std::string::npos
-        && readNumber<int64_t>(std::string_view(text).substr(0, comma), 1, most, &lifetimes->partnerSeconds)
-        && readNumber<int64_t>(std::string_view(text).substr(comma + 1), 1, most, &lifetimes->userSeconds);
+    return comma != std::string::npos &&
+           readNumber<int64_t>(std::string_view(text).substr(0, comma), 1, most, &lifetimes->partnerSeconds) &&
+           readNumber<int64_t>(std::string_view(text).substr(comma + 1), 1, most, &lifetimes->userSeconds);
 }
 
 // "FUNCTION=CODE[,TIMES]"
@@ -114,9 +116,9 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
     return !value.empty();
 }
 
-constexpr const char *namesWithValue[]
-    = {"--listen", "--data", "--public-url", "--tls-cert", "--tls-key", "--token-lifetime",
-       "--throttle", "--fail", "--smtp", "--smtp-login", "--outbox"};
+constexpr const char *namesWithValue[] = {"--listen",  "--data",           "--public-url", "--tls-cert",
+                                          "--tls-key", "--token-lifetime", "--throttle",   "--fail",
+                                          "--smtp",    "--smtp-login",     "--outbox"};
 
 bool takesValue(const std::string &name)
 {
@@ -157,10 +159,10 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
     }
     if (options.listen.tlsCertificate.empty() != options.listen.tlsKey.empty())
         return std::string("--tls-cert and --tls-key go together");
-    if (!ApiServer::isLoopback(options.listen.host) && options.listen.tlsCertificate.empty() && !isInsecureLan
-        && !options.showsHelp)
-        return "listening on " + options.listen.host
-            + " lets other machines in: give a certificate (--tls-cert, --tls-key) or say --insecure-lan";
+    if (!ApiServer::isLoopback(options.listen.host) && options.listen.tlsCertificate.empty() && !isInsecureLan &&
+        !options.showsHelp)
+        return "listening on " + options.listen.host +
+               " lets other machines in: give a certificate (--tls-cert, --tls-key) or say --insecure-lan";
     return options;
 }
 

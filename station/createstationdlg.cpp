@@ -68,6 +68,7 @@ CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
 
 CreateStationDlg::~CreateStationDlg()
 {
+    delete ui->searchResultListWidget; // it draws with m_listStyle, which goes before the children
     qDebug("del CreateStationDlg..");
 }
 

@@ -99,7 +99,6 @@ void ImageListWidget::checkScroll(QListWidgetItem *item)
     m_scrollLabel->setBackdrop(backdrop(place));
     showBar(item, item->background().texture());
     m_scrollLabel->setText(text + QString(marquee::gapBlanks, QLatin1Char(' ')));
-    m_scrollLabel->raise();
     m_scrollLabel->show();
     m_scrollLabel->startScroll();
     m_scrollText = text;

@@ -42,7 +42,7 @@ bool TextEntry::eventFilter(QObject *watched, QEvent *event)
         auto *field = static_cast<QLineEdit *>(watched);
         QMetaObject::invokeMethod(field, [field] { field->end(false); }, Qt::QueuedConnection);
     }
-    if (!m_dialog || (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease))
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
         return QObject::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent *>(event)->key();
     const bool isDialogs = event->type() == QEvent::KeyRelease || key == Qt::Key_Left || key == Qt::Key_Right

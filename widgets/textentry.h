@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 
 class QDialog;
 class QLineEdit;
@@ -27,5 +26,5 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QPointer<QDialog> m_dialog; // not owned
+    QObject *const m_dialog; // the parent; a plain object while it is being destroyed
 };

@@ -42,9 +42,9 @@ Accounts::Accounts(Store &store, PasswordHasher &hasher, Clock clock)
 bool Accounts::isUserName(const std::string &text)
 {
     const size_t at = text.find('@');
-    return text.size() <= longestUserName && at != std::string::npos && at > 0 && at + 1 < text.size()
-        && text.find('@', at + 1) == std::string::npos
-        && std::none_of(text.begin(), text.end(), [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+    return text.size() <= longestUserName && at != std::string::npos && at > 0 && at + 1 < text.size() &&
+           text.find('@', at + 1) == std::string::npos &&
+           std::none_of(text.begin(), text.end(), [](unsigned char c) { return c <= ' ' || c == 0x7f; });
 }
 
 bool Accounts::isPassword(const std::string &text)
@@ -63,10 +63,11 @@ CreateResult Accounts::create(const std::string &userName, const std::string &pa
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     try {
-        db->run("INSERT INTO accounts (user_name, folded_name, password_hash, created_at, birth_year, gender, zip_code, "
-                "country_code, email_opt_in) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
-                userName, foldedName(userName), hash, m_clock(), profile.birthYear, profile.gender, profile.zipCode,
-                profile.countryCode, profile.emailOptIn);
+        db->run(
+            "INSERT INTO accounts (user_name, folded_name, password_hash, created_at, birth_year, gender, zip_code, "
+            "country_code, email_opt_in) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
+            userName, foldedName(userName), hash, m_clock(), profile.birthYear, profile.gender, profile.zipCode,
+            profile.countryCode, profile.emailOptIn);
     } catch (const StoreError &error) {
         if (error.isConstraint())
             return CreateResult::taken;
@@ -87,8 +88,8 @@ LoginResult Accounts::login(const std::string &userName, const std::string &pass
         return LoginResult::tooMany;
     std::string hash;
     const std::optional<Account> found = findWhere("folded_name = ?1", name, &hash);
-    const bool isRight = password.size() <= longestPassword
-        && (found ? m_hasher.verify(hash, password) : m_hasher.verifyNothing(password));
+    const bool isRight = password.size() <= longestPassword &&
+                         (found ? m_hasher.verify(hash, password) : m_hasher.verifyNothing(password));
     if (!isRight) {
         m_throttle.failed(name, address, now());
         return LoginResult::wrong;
@@ -119,8 +120,8 @@ std::optional<Account> Accounts::findWhere(const std::string &condition, const s
 {
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare("SELECT id, user_name, is_active, explicit_filter, explicit_pin_hash IS NOT NULL, "
-                                "password_hash FROM accounts WHERE "
-                                + condition);
+                                "password_hash FROM accounts WHERE " +
+                                condition);
     row.with(value);
     if (!row.step())
         return std::nullopt;
@@ -164,8 +165,8 @@ std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     db->run("DELETE FROM resets WHERE expires_at <= ?1 OR (account_id = ?2 AND purpose = ?3)", m_clock(), id, purpose);
-    db->run("INSERT INTO resets (token_hash, purpose, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)", tokenHash(token),
-            purpose, id, m_clock() + seconds);
+    db->run("INSERT INTO resets (token_hash, purpose, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)",
+            tokenHash(token), purpose, id, m_clock() + seconds);
     change.commit();
     return token;
 }
@@ -173,7 +174,8 @@ std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64
 std::optional<AccountId> Accounts::peekReset(const std::string &token, const std::string &purpose)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT account_id FROM resets WHERE token_hash = ?1 AND purpose = ?2 AND expires_at > ?3");
+    Statement row =
+        db->prepare("SELECT account_id FROM resets WHERE token_hash = ?1 AND purpose = ?2 AND expires_at > ?3");
     row.with(tokenHash(token), purpose, m_clock());
     return row.step() ? std::optional<AccountId>(row.integer(0)) : std::nullopt;
 }

@@ -48,7 +48,8 @@ public:
     CreateResult create(const std::string &userName, const std::string &password, const Profile &profile, AccountId *id,
                         const std::function<void(AccountId)> &furnish = {});
     // Checks a password, slowed as LoginThrottle says. An unknown account takes the time of a known one and is `wrong`.
-    LoginResult login(const std::string &userName, const std::string &password, const std::string &address, Account *account);
+    LoginResult login(const std::string &userName, const std::string &password, const std::string &address,
+                      Account *account);
 
     std::optional<Account> find(AccountId id);
     std::optional<Account> find(const std::string &userName);
@@ -57,7 +58,8 @@ public:
     // Ends every session of the account but the one with this hash (empty: all). The old password has been checked.
     CreateResult changePassword(AccountId id, const std::string &newPassword, const std::string &keptSessionHash = {});
 
-    // A token for a link that is sent by mail: single-use, valid for so many seconds; older ones of the same purpose end.
+    // A token for a link that is sent by mail: single-use, valid for so many seconds; older ones of the same purpose
+    // end.
     std::string issueReset(AccountId id, const std::string &purpose, int64_t seconds);
     // Whose it is, without using it up: for showing the page.
     std::optional<AccountId> peekReset(const std::string &token, const std::string &purpose);

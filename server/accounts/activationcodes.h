@@ -26,11 +26,11 @@ public:
         std::string keyHash;
         AccountId accountId = 0; // of issueForAccount()
     };
-    // Looks a code up without using it, for showing the page. Blanks, hyphens and lower case do not matter. The page limits
-    // how often one address may try.
+    // Looks a code up without using it, for showing the page. Blanks, hyphens and lower case do not matter. The page
+    // limits how often one address may try.
     std::optional<Subject> find(const std::string &code);
-    // The page has been finished: uses the code up and grants the device to the account (see Devices::takeGrant). False when
-    // the code is not (or no longer) a device's.
+    // The page has been finished: uses the code up and grants the device to the account (see Devices::takeGrant). False
+    // when the code is not (or no longer) a device's.
     bool grant(const std::string &code, AccountId account);
     // Uses up a code of issueForAccount() and says whose it was.
     std::optional<AccountId> redeemForAccount(const std::string &code);

@@ -20,15 +20,15 @@ Devices::Devices(Store &store, Clock clock)
 
 bool Devices::isDigits(const std::string &text)
 {
-    return text.size() == digitCount
-        && std::all_of(text.begin(), text.end(),
-                       [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F'); });
+    return text.size() == digitCount && std::all_of(text.begin(), text.end(), [](char c) {
+               return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F');
+           });
 }
 
 bool Devices::isDeviceId(const std::string &text)
 {
-    return text.size() == digitCount + 2 && isDigits(text.substr(0, digitCount)) && text[digitCount] == '-'
-        && text[digitCount + 1] >= '0' && text[digitCount + 1] <= '9';
+    return text.size() == digitCount + 2 && isDigits(text.substr(0, digitCount)) && text[digitCount] == '-' &&
+           text[digitCount + 1] >= '0' && text[digitCount + 1] <= '9';
 }
 
 bool Devices::associate(const std::string &deviceId, const std::string &keyHash, AccountId account)
@@ -81,7 +81,8 @@ std::vector<Device> Devices::ofAccount(AccountId account)
 {
     std::vector<Device> devices;
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT device_id, associated_at FROM devices WHERE account_id = ?1 ORDER BY associated_at");
+    Statement row =
+        db->prepare("SELECT device_id, associated_at FROM devices WHERE account_id = ?1 ORDER BY associated_at");
     row.with(account);
     while (row.step())
         devices.push_back({row.text(0), account, row.integer(1)});
@@ -118,7 +119,8 @@ std::optional<Device> Devices::takeGrant(const std::string &deviceId, const std:
         known.with(deviceId);
         if (known.step())
             return std::nullopt;
-        Statement row = db->prepare("SELECT id, account_id FROM grants WHERE digits = ?1 AND key_hash = ?2 ORDER BY id DESC");
+        Statement row =
+            db->prepare("SELECT id, account_id FROM grants WHERE digits = ?1 AND key_hash = ?2 ORDER BY id DESC");
         row.with(deviceId.substr(0, digitCount), keyHash);
         if (!row.step())
             return std::nullopt;

@@ -13,8 +13,8 @@ struct Device {
     int64_t associatedAt = 0; // Unix seconds
 };
 
-// Which device may act for which account. An identity is an address, not a secret: what proves a device is its key, bound
-// when it is associated. Keys are known here by their hash. Any thread.
+// Which device may act for which account. An identity is an address, not a secret: what proves a device is its key,
+// bound when it is associated. Keys are known here by their hash. Any thread.
 class Devices {
 public:
     Devices(Store &store, Clock clock);
@@ -32,8 +32,9 @@ public:
     // Ends one device of this account, whatever its key; false when the account has no such device.
     bool revoke(AccountId account, const std::string &deviceId);
 
-    // The account a device was granted by the activation page, associated now: the first login of an identity that is not
-    // associated yet, with the digits and the key that asked for the code, before the grant expires; it uses the grant up.
+    // The account a device was granted by the activation page, associated now: the first login of an identity that is
+    // not associated yet, with the digits and the key that asked for the code, before the grant expires; it uses the
+    // grant up.
     std::optional<Device> takeGrant(const std::string &deviceId, const std::string &keyHash);
 
     static bool isDeviceId(const std::string &text);

@@ -22,9 +22,9 @@ public:
     // Failures are forgotten when none was added for so long.
     static constexpr std::chrono::minutes memory{15};
 
-    // How long this attempt must wait before its password is looked at. Attempts of one address on one account that come
-    // side by side wait one after another; nothing when that queue is longer than the longest wait: the attempt is then
-    // refused unlooked at, because otherwise guessing in parallel would not be slowed.
+    // How long this attempt must wait before its password is looked at. Attempts of one address on one account that
+    // come side by side wait one after another; nothing when that queue is longer than the longest wait: the attempt is
+    // then refused unlooked at, because otherwise guessing in parallel would not be slowed.
     std::optional<Milliseconds> admit(const std::string &account, const std::string &address, Time now);
     void failed(const std::string &account, const std::string &address, Time now);
     // Forgets the failures of this account from this address.

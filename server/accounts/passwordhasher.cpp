@@ -37,8 +37,7 @@ std::string PasswordHasher::hash(const std::string &secret)
     const Turn turn(m_atOnce);
     std::string text(crypto_pwhash_STRBYTES, '\0');
     if (crypto_pwhash_str_alg(text.data(), secret.data(), secret.size(), m_cost.passes, m_cost.memoryBytes,
-                              crypto_pwhash_ALG_ARGON2ID13)
-        != 0)
+                              crypto_pwhash_ALG_ARGON2ID13) != 0)
         throw std::runtime_error("no memory to hash a password");
     text.resize(text.find('\0'));
     return text;

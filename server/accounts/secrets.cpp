@@ -81,9 +81,8 @@ bool isToken(std::string_view text, int bytes)
     size_t length = 0;
     const char *end = nullptr;
     return sodium_base642bin(decoded.data(), decoded.size(), text.data(), text.size(), nullptr, &length, &end,
-                             base64Variant)
-            == 0
-        && end == text.data() + text.size() && length == static_cast<size_t>(bytes);
+                             base64Variant) == 0 &&
+           end == text.data() + text.size() && length == static_cast<size_t>(bytes);
 }
 
 } // namespace velmora::server

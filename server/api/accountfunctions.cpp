@@ -103,8 +103,8 @@ std::string shortText(const Call &call, const char *name, size_t characters)
 
 bool isPin(const std::string &text)
 {
-    return text.size() >= 4 && text.size() <= 8
-        && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return text.size() >= 4 && text.size() <= 8 &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // Throws unless the PIN is right or none is set.
@@ -193,7 +193,8 @@ json createUser(Call &call)
     if (!deviceId.empty() && !Devices::isDeviceId(deviceId))
         noSuchDevice();
     Profile profile;
-    if (const std::optional<int64_t> year = call.parameters.optionalInteger("birthYear"); year && *year > 1800 && *year < 3000)
+    if (const std::optional<int64_t> year = call.parameters.optionalInteger("birthYear");
+        year && *year > 1800 && *year < 3000)
         profile.birthYear = static_cast<int>(*year);
     profile.gender = shortText(call, "gender", 32);
     profile.zipCode = shortText(call, "zipCode", 32);

@@ -61,7 +61,8 @@ json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued)
 
 Station requiredStation(Call &call)
 {
-    const std::optional<Station> station = call.service.stations.find(call.account(), call.parameters.text("stationToken"));
+    const std::optional<Station> station =
+        call.service.stations.find(call.account(), call.parameters.text("stationToken"));
     if (!station)
         throw ApiError(Code::noSuchStation, "no such station");
     return *station;
@@ -69,7 +70,8 @@ Station requiredStation(Call &call)
 
 IssuedTrack requiredTrack(Call &call)
 {
-    std::optional<IssuedTrack> track = call.service.playlists.findTrack(call.account(), call.parameters.text("trackToken"));
+    std::optional<IssuedTrack> track =
+        call.service.playlists.findTrack(call.account(), call.parameters.text("trackToken"));
     if (!track)
         throw ApiError(Code::noSuchMusic, "no such track");
     return *std::move(track);

@@ -10,12 +10,13 @@ nlohmann::json trackAnswer(Call &call, const Station &station, const IssuedTrack
 // Empty when there is no picture.
 std::string pictureAddress(const Call &call, const std::string &publicId);
 // Null when there is no usable file.
-nlohmann::json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable);
+nlohmann::json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType,
+                            bool isPlayable);
 
 // Throw ApiError when there is no such thing for this account.
-Station requiredStation(Call &call);    // the parameter `stationToken`
-IssuedTrack requiredTrack(Call &call);  // `trackToken`
-IssuedAd requiredAd(Call &call);        // `adToken`
+Station requiredStation(Call &call);   // the parameter `stationToken`
+IssuedTrack requiredTrack(Call &call); // `trackToken`
+IssuedAd requiredAd(Call &call);       // `adToken`
 Music requiredMusic(Call &call, const std::string &token);
 void throwUnlessDone(StationResult result);
 

@@ -15,8 +15,8 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// A radio that pauses leaves its stream standing and a thread with it; so there are many threads, and a stream from which
-// nothing was taken for so long is ended (the radio comes back with a range).
+// A radio that pauses leaves its stream standing and a thread with it; so there are many threads, and a stream from
+// which nothing was taken for so long is ended (the radio comes back with a range).
 constexpr size_t threadCount = 64;
 constexpr std::chrono::seconds standingStream{600};
 constexpr std::chrono::seconds slowRequest{10};
@@ -75,8 +75,8 @@ void ApiServer::start()
     } else {
         m_server = std::make_unique<httplib::SSLServer>(m_settings.tlsCertificate.c_str(), m_settings.tlsKey.c_str());
         if (!m_server->is_valid())
-            throw std::runtime_error("cannot use the certificate " + m_settings.tlsCertificate.string() + " with the key "
-                                     + m_settings.tlsKey.string());
+            throw std::runtime_error("cannot use the certificate " + m_settings.tlsCertificate.string() +
+                                     " with the key " + m_settings.tlsKey.string());
     }
     m_server->new_task_queue = [] { return new httplib::ThreadPool(threadCount); };
     m_server->set_read_timeout(slowRequest);
@@ -97,8 +97,8 @@ void ApiServer::start()
     else if (m_server->bind_to_port(m_settings.host, m_settings.port))
         m_port = m_settings.port;
     if (m_port <= 0)
-        throw std::runtime_error("cannot listen on " + m_settings.host + " port " + std::to_string(m_settings.port)
-                                 + "; is another velmora-server running?");
+        throw std::runtime_error("cannot listen on " + m_settings.host + " port " + std::to_string(m_settings.port) +
+                                 "; is another velmora-server running?");
     m_service.addresses.setBase(m_settings.publicUrl.empty() ? url() : m_settings.publicUrl);
     m_thread = std::thread([this] {
         m_server->listen_after_bind();
@@ -123,8 +123,8 @@ void ApiServer::stop()
 
 void ApiServer::endConnections() const
 {
-    // cpp-httplib 0.11 keeps its accepted sockets to itself and waits for each to end: a paused stream would hold it for
-    // minutes. They are the connected sockets of this process whose own port is ours.
+    // cpp-httplib 0.11 keeps its accepted sockets to itself and waits for each to end: a paused stream would hold it
+    // for minutes. They are the connected sockets of this process whose own port is ours.
     std::error_code error;
     for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
         const std::string name = entry.path().filename();
@@ -184,7 +184,8 @@ void ApiServer::addRoutes()
     m_server->Get("/health", [this](const httplib::Request &, httplib::Response &response) {
         const Counts counts = m_service.catalogue.counts();
         Answer answer;
-        answer.body = {{"code", 0}, {"data", {{"status", "ready"}, {"tracks", counts.playable}, {"total", counts.total}}}};
+        answer.body = {{"code", 0},
+                       {"data", {{"status", "ready"}, {"tracks", counts.playable}, {"total", counts.total}}}};
         send(response, answer);
     });
     m_server->set_error_handler([](const httplib::Request &, httplib::Response &response) {
@@ -224,7 +225,8 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     if (*kind == MediaKind::picture)
         streamMedia(request, response, track ? track->pictureFile : ad->pictureFile, "image/png");
     else
-        streamMedia(request, response, track ? track->audioFile : ad->audioFile, track ? track->audioType : ad->audioType);
+        streamMedia(request, response, track ? track->audioFile : ad->audioFile,
+                    track ? track->audioType : ad->audioType);
 }
 
 void ApiServer::streamMedia(const httplib::Request &request, httplib::Response &response,
@@ -240,8 +242,7 @@ void ApiServer::streamMedia(const httplib::Request &request, httplib::Response &
 
     ByteRange range{0, file->size() - 1};
     RangeResult result = RangeResult::whole;
-    const bool isSameFile
-        = !request.has_header("If-Range") || request.get_header_value("If-Range") == file->etag();
+    const bool isSameFile = !request.has_header("If-Range") || request.get_header_value("If-Range") == file->etag();
     if (request.has_header("Range") && isSameFile)
         result = parseRange(request.get_header_value("Range"), file->size(), &range);
     // cpp-httplib 0.11 applies ranges itself but does not cut them at the file's end; it shall see none.

@@ -14,8 +14,8 @@ struct Response;
 namespace velmora::server {
 
 struct ListenSettings {
-    std::string host = "127.0.0.1"; // an address or a name, IPv6 without brackets
-    int port = 7480;                // 0 picks one
+    std::string host = "127.0.0.1";       // an address or a name, IPv6 without brackets
+    int port = 7480;                      // 0 picks one
     std::filesystem::path tlsCertificate; // PEM, the chain; with the key: HTTPS
     std::filesystem::path tlsKey;
     std::string publicUrl; // what the radio and browsers reach, when that is not where the server listens

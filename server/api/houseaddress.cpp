@@ -1,7 +1,7 @@
 #include "server/api/houseaddress.h"
 
-#include <array>
 #include <arpa/inet.h>
+#include <array>
 #include <ifaddrs.h>
 #include <memory>
 #include <net/if.h>
@@ -15,8 +15,8 @@ std::string houseAddress()
         return "127.0.0.1";
     const std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)> owner(first, ::freeifaddrs);
     for (const ifaddrs *entry = first; entry; entry = entry->ifa_next) {
-        const bool isUsable = entry->ifa_addr && entry->ifa_addr->sa_family == AF_INET && (entry->ifa_flags & IFF_UP) != 0
-            && (entry->ifa_flags & IFF_LOOPBACK) == 0;
+        const bool isUsable = entry->ifa_addr && entry->ifa_addr->sa_family == AF_INET &&
+                              (entry->ifa_flags & IFF_UP) != 0 && (entry->ifa_flags & IFF_LOOPBACK) == 0;
         if (!isUsable)
             continue;
         std::array<char, INET_ADDRSTRLEN> text{};

@@ -28,8 +28,8 @@ std::string MediaAddresses::address(MediaKind kind, const std::string &file, Acc
 {
     const std::string accountText = std::to_string(account);
     const std::string expiry = std::to_string(m_clock() + lifeSeconds);
-    return m_base + "/media/" + mediaKindName(kind) + "/" + file + "?a=" + accountText + "&e=" + expiry
-        + "&s=" + sign(kind, file, accountText, expiry);
+    return m_base + "/media/" + mediaKindName(kind) + "/" + file + "?a=" + accountText + "&e=" + expiry +
+           "&s=" + sign(kind, file, accountText, expiry);
 }
 
 MediaCheck MediaAddresses::check(MediaKind kind, const std::string &file, const std::string &account,
@@ -46,8 +46,8 @@ MediaCheck MediaAddresses::check(MediaKind kind, const std::string &file, const 
 std::string MediaAddresses::sign(MediaKind kind, const std::string &file, const std::string &account,
                                  const std::string &expiry) const
 {
-    const std::string message
-        = std::string("media\n") + mediaKindName(kind) + "\n" + file + "\n" + account + "\n" + expiry;
+    const std::string message =
+        std::string("media\n") + mediaKindName(kind) + "\n" + file + "\n" + account + "\n" + expiry;
     return keyedHash(m_signingKey, message);
 }
 

@@ -10,8 +10,8 @@ std::optional<MediaKind> mediaKindOf(const std::string &name);
 
 enum class MediaCheck { valid, badSignature, expired };
 
-// Absolute addresses of audio and pictures, each signed for one file, one account and twelve hours. Any thread, once the
-// base address is set.
+// Absolute addresses of audio and pictures, each signed for one file, one account and twelve hours. Any thread, once
+// the base address is set.
 class MediaAddresses {
 public:
     static constexpr int64_t lifeSeconds = 12 * 3600;
@@ -28,7 +28,8 @@ public:
                      const std::string &signature) const;
 
 private:
-    std::string sign(MediaKind kind, const std::string &file, const std::string &account, const std::string &expiry) const;
+    std::string sign(MediaKind kind, const std::string &file, const std::string &account,
+                     const std::string &expiry) const;
 
     std::string m_signingKey;
     Clock m_clock;

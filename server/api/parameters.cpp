@@ -91,7 +91,8 @@ std::optional<int64_t> Parameters::optionalInteger(const char *name) const
     const nlohmann::json *value = find(name);
     if (!value || !value->is_number_integer())
         return std::nullopt;
-    if (value->is_number_unsigned() && value->get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max()))
+    if (value->is_number_unsigned() &&
+        value->get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max()))
         return std::nullopt;
     return value->get<int64_t>();
 }

@@ -13,8 +13,8 @@ bool isStationName(const std::string &text)
 {
     const size_t length = characterCount(text);
     const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string::npos;
-    const bool hasControls
-        = std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; });
+    const bool hasControls =
+        std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; });
     return length >= 1 && length <= Stations::longestName && !isBlank && !hasControls;
 }
 
@@ -22,8 +22,9 @@ bool isStationName(const std::string &text)
 
 json getStationList(Call &call)
 {
-    const auto order = call.parameters.optionalText("sortField").value_or("dateCreated") == "name" ? Stations::Order::byName
-                                                                                                  : Stations::Order::byDate;
+    const auto order = call.parameters.optionalText("sortField").value_or("dateCreated") == "name"
+                           ? Stations::Order::byName
+                           : Stations::Order::byDate;
     const bool isDescending = call.parameters.optionalText("sortOrder").value_or("desc") != "asc";
     json stations = json::array();
     for (const Station &station : call.service.stations.list(call.account(), order, isDescending))
@@ -49,16 +50,17 @@ json getGenreStations(Call &call)
         std::string name = style;
         if (name[0] >= 'a' && name[0] <= 'z')
             name[0] = static_cast<char>(name[0] - 32);
-        stations.push_back({{"stationToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::style, style)},
-                            {"stationId", "style-" + style},
-                            {"stationName", name},
-                            {"isTapestry", false},
-                            {"isShared", false},
-                            {"allowRename", false},
-                            {"allowDelete", false},
-                            {"allowAddMusic", false},
-                            {"artUrl", picture ? pictureAddress(call, *picture) : std::string()},
-                            {"dateCreated", isoTime(0)}});
+        stations.push_back(
+            {{"stationToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::style, style)},
+             {"stationId", "style-" + style},
+             {"stationName", name},
+             {"isTapestry", false},
+             {"isShared", false},
+             {"allowRename", false},
+             {"allowDelete", false},
+             {"allowAddMusic", false},
+             {"artUrl", picture ? pictureAddress(call, *picture) : std::string()},
+             {"dateCreated", isoTime(0)}});
     }
     return {{"stations", std::move(stations)}};
 }
@@ -75,8 +77,9 @@ json search(Call &call)
                           {"songName", track.song},
                           {"artistName", track.artist}});
     for (const FoundArtist &artist : found.artists)
-        artists.push_back({{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::artist, artist.id)},
-                           {"artistName", artist.name}});
+        artists.push_back(
+            {{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::artist, artist.id)},
+             {"artistName", artist.name}});
     change.commit();
     return {{"tracks", std::move(tracks)}, {"artists", std::move(artists)}};
 }

@@ -30,8 +30,8 @@ struct ServiceSettings {
     std::chrono::milliseconds patience{8000};
 };
 
-// Everything the service knows and can do, without a network: the one object that the functions, the media, the pages and
-// the demo catalogue work on. Its parts may be used from any thread.
+// Everything the service knows and can do, without a network: the one object that the functions, the media, the pages
+// and the demo catalogue work on. Its parts may be used from any thread.
 class StationService {
     // First of all members: the others need the directory and the library that keeps secrets.
     struct Ground {

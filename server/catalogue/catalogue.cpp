@@ -50,8 +50,8 @@ public:
         if (row.step()) {
             id = row.integer(0);
         } else {
-            m_db.run("INSERT INTO albums (public_id, artist_id, title, year) VALUES (?1, ?2, ?3, ?4)", randomToken(9), artist,
-                     title, year);
+            m_db.run("INSERT INTO albums (public_id, artist_id, title, year) VALUES (?1, ?2, ?3, ?4)", randomToken(9),
+                     artist, title, year);
             id = m_db.lastRowId();
         }
         return m_albums[key] = id;
@@ -63,10 +63,11 @@ private:
     std::map<std::pair<int64_t, std::string>, int64_t> m_albums;
 };
 
-constexpr const char *trackColumns
-    = "SELECT t.id, t.public_id, t.artist_id, t.album_id, t.song, a.name, b.title, t.style, t.mood, t.tempo, t.year, "
-      "t.duration, t.audio_path, t.audio_type, t.bitrate, t.picture_path, t.is_explicit, t.is_playable FROM tracks t JOIN "
-      "artists a ON a.id = t.artist_id JOIN albums b ON b.id = t.album_id WHERE ";
+constexpr const char *trackColumns =
+    "SELECT t.id, t.public_id, t.artist_id, t.album_id, t.song, a.name, b.title, t.style, t.mood, t.tempo, t.year, "
+    "t.duration, t.audio_path, t.audio_type, t.bitrate, t.picture_path, t.is_explicit, t.is_playable FROM tracks t "
+    "JOIN "
+    "artists a ON a.id = t.artist_id JOIN albums b ON b.id = t.album_id WHERE ";
 
 Track readTrack(const Statement &row)
 {
@@ -107,8 +108,10 @@ void Catalogue::put(const std::vector<Track> &tracks)
         Owners owners(*db);
         Statement insert = db->prepare(
             "INSERT INTO tracks (public_id, artist_id, album_id, song, folded, style, mood, tempo, year, duration, "
-            "audio_path, audio_type, bitrate, picture_path, is_explicit, is_playable) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, "
-            "?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16) ON CONFLICT (public_id) DO UPDATE SET artist_id = ?2, album_id = ?3, "
+            "audio_path, audio_type, bitrate, picture_path, is_explicit, is_playable) VALUES (?1, ?2, ?3, ?4, ?5, ?6, "
+            "?7, "
+            "?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16) ON CONFLICT (public_id) DO UPDATE SET artist_id = ?2, album_id "
+            "= ?3, "
             "song = ?4, folded = ?5, style = ?6, mood = ?7, tempo = ?8, year = ?9, duration = ?10, audio_path = ?11, "
             "audio_type = ?12, bitrate = ?13, picture_path = ?14, is_explicit = ?15, is_playable = ?16 RETURNING id");
         Statement unindex = db->prepare("DELETE FROM track_search WHERE rowid = ?1");
@@ -137,11 +140,12 @@ void Catalogue::put(const std::vector<Ad> &ads)
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     for (const Ad &ad : ads) {
-        db->run("INSERT INTO ads (public_id, title, line2, duration, audio_path, audio_type, picture_path, is_playable) "
-                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT (public_id) DO UPDATE SET title = ?2, line2 = ?3, "
-                "duration = ?4, audio_path = ?5, audio_type = ?6, picture_path = ?7, is_playable = ?8",
-                ad.publicId, ad.title, ad.line2, ad.durationSeconds, ad.audioFile.string(), ad.audioType,
-                ad.pictureFile.string(), ad.isPlayable);
+        db->run(
+            "INSERT INTO ads (public_id, title, line2, duration, audio_path, audio_type, picture_path, is_playable) "
+            "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT (public_id) DO UPDATE SET title = ?2, line2 = ?3, "
+            "duration = ?4, audio_path = ?5, audio_type = ?6, picture_path = ?7, is_playable = ?8",
+            ad.publicId, ad.title, ad.line2, ad.durationSeconds, ad.audioFile.string(), ad.audioType,
+            ad.pictureFile.string(), ad.isPlayable);
     }
     change.commit();
 }
@@ -215,12 +219,12 @@ std::optional<Ad> Catalogue::adWhere(const char *condition, const std::string &v
 {
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare(std::string("SELECT id, public_id, title, line2, duration, audio_path, audio_type, "
-                                            "picture_path, is_playable FROM ads WHERE ")
-                                + condition);
+                                            "picture_path, is_playable FROM ads WHERE ") +
+                                condition);
     row.with(value);
     if (!row.step())
         return std::nullopt;
-    return Ad{row.integer(0), row.text(1), row.text(2), row.text(3), static_cast<int>(row.integer(4)),
+    return Ad{row.integer(0), row.text(1), row.text(2), row.text(3),        static_cast<int>(row.integer(4)),
               row.text(5),    row.text(6), row.text(7), row.integer(8) != 0};
 }
 

@@ -97,8 +97,8 @@ void DemoLibrary::enter()
     std::vector<Ad> ads;
     std::vector<std::string> adIds;
     for (const demo::DemoAd &source : m_source.ads) {
-        ads.push_back({0, source.id, source.title, source.line2, source.durationSeconds, audioFile(source.id), audioType,
-                       pictureFile(source.id), isMade(audioFile(source.id))});
+        ads.push_back({0, source.id, source.title, source.line2, source.durationSeconds, audioFile(source.id),
+                       audioType, pictureFile(source.id), isMade(audioFile(source.id))});
         adIds.push_back(source.id);
     }
     m_catalogue.put(tracks);
@@ -139,8 +139,8 @@ void DemoLibrary::makeMissing()
         heard.insert(track.style);
         makePicture(track.id);
         if (makeTrack(track))
-            m_say("demo catalogue: " + std::to_string(m_source.tracks.size() - missing.size()) + " of "
-                  + std::to_string(m_source.tracks.size()) + " tracks");
+            m_say("demo catalogue: " + std::to_string(m_source.tracks.size() - missing.size()) + " of " +
+                  std::to_string(m_source.tracks.size()) + " tracks");
         else
             m_say("demo catalogue: cannot make " + audioFile(track.id).string());
     }
@@ -185,7 +185,9 @@ int DemoLibrary::bitrateOf(const demo::DemoTrack &track) const
 {
     std::error_code error;
     const auto size = std::filesystem::file_size(audioFile(track.id), error);
-    return error || track.durationSeconds <= 0 ? 0 : static_cast<int>(size * 8 / static_cast<unsigned>(track.durationSeconds));
+    return error || track.durationSeconds <= 0
+               ? 0
+               : static_cast<int>(size * 8 / static_cast<unsigned>(track.durationSeconds));
 }
 
 } // namespace velmora::server

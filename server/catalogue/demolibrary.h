@@ -18,8 +18,8 @@ struct DemoSource {
     std::function<bool(const std::string &, const std::filesystem::path &)> renderPicture;
 };
 
-// Puts the demo catalogue into the service: enters it at once, and makes the files that are missing on a thread of its own,
-// a track of every style first, so that every station soon has something to play.
+// Puts the demo catalogue into the service: enters it at once, and makes the files that are missing on a thread of its
+// own, a track of every style first, so that every station soon has something to play.
 class DemoLibrary {
 public:
     // `say` gets a line of progress after every track, on that thread.

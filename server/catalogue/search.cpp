@@ -51,14 +51,13 @@ SearchResult Search::find(const std::string &text)
         result.tracks.push_back({row.integer(0), row.text(1), row.text(2)});
     };
     const auto trackQuery = [&](const char *source, const std::string &value) {
-        Statement query = db->prepare(std::string("SELECT t.id, t.song, a.name FROM ") + source
-                                      + " LIMIT ?2");
+        Statement query = db->prepare(std::string("SELECT t.id, t.song, a.name FROM ") + source + " LIMIT ?2");
         query.with(value, 2 * mostResults);
         return query;
     };
     constexpr const char *exactTracks = "tracks t JOIN artists a ON a.id = t.artist_id WHERE t.folded = ?1";
-    constexpr const char *indexedTracks
-        = "track_search s CROSS JOIN tracks t ON t.id = s.rowid JOIN artists a ON a.id = t.artist_id WHERE track_search MATCH ?1";
+    constexpr const char *indexedTracks = "track_search s CROSS JOIN tracks t ON t.id = s.rowid JOIN artists a ON a.id "
+                                          "= t.artist_id WHERE track_search MATCH ?1";
     tracks.add(trackQuery(exactTracks, whole), takeTrack);
     for (const Match match : {Match::wordBeginnings, Match::anywhere})
         tracks.add(trackQuery(indexedTracks, trackExpression(words, match)), takeTrack);

@@ -24,11 +24,11 @@ struct SearchResult {
     std::vector<FoundArtist> artists;
 };
 
-// Searches the catalogue without regard to case and diacritics: names that are the text first, then names with words that
-// begin with the typed words, then names with the typed words inside. Any thread.
+// Searches the catalogue without regard to case and diacritics: names that are the text first, then names with words
+// that begin with the typed words, then names with the typed words inside. Any thread.
 class Search {
 public:
-    static constexpr int mostResults = 50;      // of each kind
+    static constexpr int mostResults = 50;        // of each kind
     static constexpr size_t mostCharacters = 256; // of the text are looked at
     static constexpr size_t mostWords = 12;
 

@@ -54,8 +54,8 @@ Role roleOf(utf8proc_int32_t character)
     if (character == '\'' || character == 0x2019 || character == 0x02bc)
         return Role::vanishes;
     // What modifies an emoji or joins two is not looked for by itself.
-    if (character == 0x200d || (character >= 0xfe00 && character <= 0xfe0f)
-        || (character >= 0x1f3fb && character <= 0x1f3ff))
+    if (character == 0x200d || (character >= 0xfe00 && character <= 0xfe0f) ||
+        (character >= 0x1f3fb && character <= 0x1f3ff))
         return Role::vanishes;
     switch (utf8proc_category(character)) {
     case UTF8PROC_CATEGORY_MN:
@@ -109,8 +109,8 @@ std::vector<std::string> foldedWords(std::string_view text)
     };
     while (!text.empty()) {
         utf8proc_int32_t character = 0;
-        const utf8proc_ssize_t length
-            = utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &character);
+        const utf8proc_ssize_t length =
+            utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &character);
         if (length <= 0) {
             finish();
             text.remove_prefix(1);
@@ -161,8 +161,8 @@ bool isUtf8(std::string_view text)
 {
     while (!text.empty()) {
         utf8proc_int32_t character = 0;
-        const utf8proc_ssize_t length
-            = utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &character);
+        const utf8proc_ssize_t length =
+            utf8proc_iterate(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &character);
         if (length <= 0)
             return false;
         text.remove_prefix(static_cast<size_t>(length));

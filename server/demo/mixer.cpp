@@ -29,7 +29,7 @@ void limit(Buffer &left, Buffer &right)
     }
     // The least gain wanted in the coming window, averaged over a window: never above what a peak allows.
     std::deque<size_t> least;
-    double sum = double(window);
+    double sum = 0;
     Buffer history(window, 1.0f);
     for (size_t i = 0; i < length + window; ++i) {
         if (i < length) {
@@ -43,6 +43,10 @@ void limit(Buffer &left, Buffer &right)
         while (!least.empty() && least.front() < now)
             least.pop_front();
         const float lowest = least.empty() ? 1 : wanted[least.front()];
+        if (now == 0) { // the average must not reach back to a time before the start: a peak there may come at once
+            std::fill(history.begin(), history.end(), lowest);
+            sum = double(lowest) * double(window);
+        }
         sum += double(lowest) - double(history[now % window]);
         history[now % window] = lowest;
         const float applied = float(sum / double(window));

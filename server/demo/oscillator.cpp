@@ -38,7 +38,7 @@ double frequency(double pitch)
 
 size_t samples(double seconds)
 {
-    return seconds <= 0 ? 0 : size_t(seconds * sampleRate + 0.5);
+    return seconds <= 0 ? 0 : size_t(std::llround(seconds * sampleRate));
 }
 
 float Oscillator::advance(float step)

@@ -204,7 +204,7 @@ private:
 
     void lead(const Section &section, float loud)
     {
-        const uint64_t which = section.kind == 'B' ? 'b' : 'a';
+        const int which = section.kind == 'B' ? 'b' : 'a';
         auto melody = composeMelody(m_a, section, plan(), m_a.random(which));
         if (section.pass > 0)
             melody = ornamented(melody, m_a, m_a.random(which + 3), 0.45f);

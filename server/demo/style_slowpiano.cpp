@@ -114,7 +114,7 @@ MelodyPlan plan(const Piece &piece)
 
 void playMelody(PianoPlayer &player, Arrangement &arrangement, const Section &section, float loud)
 {
-    const uint64_t which = section.kind == 'B' ? 'b' : 'a';
+    const int which = section.kind == 'B' ? 'b' : 'a';
     auto melody = composeMelody(arrangement, section, plan(arrangement.piece()), arrangement.random(which));
     if (section.pass > 0)
         melody = ornamented(melody, arrangement, arrangement.random(which + 7), 0.4f);

@@ -12,10 +12,11 @@ Feedback::Feedback(Store &store, Clock clock)
 
 void Feedback::rate(const IssuedTrack &track, bool isPositive)
 {
-    m_store.lock()->run("INSERT INTO feedback (station_id, track_id, account_id, is_positive, given_at) "
-                        "VALUES (?1, ?2, ?3, ?4, ?5) ON CONFLICT (station_id, track_id) DO UPDATE SET is_positive = ?4, "
-                        "given_at = ?5",
-                        track.stationId, track.track.id, track.accountId, isPositive, m_clock());
+    m_store.lock()->run(
+        "INSERT INTO feedback (station_id, track_id, account_id, is_positive, given_at) "
+        "VALUES (?1, ?2, ?3, ?4, ?5) ON CONFLICT (station_id, track_id) DO UPDATE SET is_positive = ?4, "
+        "given_at = ?5",
+        track.stationId, track.track.id, track.accountId, isPositive, m_clock());
 }
 
 bool Feedback::isThumbedUp(int64_t stationId, int64_t trackId)
@@ -45,8 +46,9 @@ void Feedback::bookmarkArtist(const IssuedTrack &track)
 
 void Feedback::bookmark(AccountId account, const char *kind, int64_t target)
 {
-    m_store.lock()->run("INSERT OR IGNORE INTO bookmarks (account_id, kind, target, created_at) VALUES (?1, ?2, ?3, ?4)",
-                        account, kind, target, m_clock());
+    m_store.lock()->run(
+        "INSERT OR IGNORE INTO bookmarks (account_id, kind, target, created_at) VALUES (?1, ?2, ?3, ?4)", account, kind,
+        target, m_clock());
 }
 
 void Feedback::event(const IssuedTrack &track, const std::string &type, int64_t seconds)

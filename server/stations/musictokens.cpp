@@ -23,7 +23,8 @@ std::string MusicTokens::tokenFor(AccountId account, MusicKind kind, const std::
 {
     const Store::Lock db = m_store.lock();
     const auto existing = [&]() -> std::string {
-        Statement row = db->prepare("SELECT token FROM music_tokens WHERE account_id = ?1 AND kind = ?2 AND target = ?3");
+        Statement row =
+            db->prepare("SELECT token FROM music_tokens WHERE account_id = ?1 AND kind = ?2 AND target = ?3");
         row.with(account, musicKindName(kind), target);
         return row.step() ? row.text(0) : std::string();
     };

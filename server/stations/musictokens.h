@@ -21,7 +21,10 @@ public:
     {
     }
     std::string tokenFor(AccountId account, MusicKind kind, const std::string &target);
-    std::string tokenFor(AccountId account, MusicKind kind, int64_t id) { return tokenFor(account, kind, std::to_string(id)); }
+    std::string tokenFor(AccountId account, MusicKind kind, int64_t id)
+    {
+        return tokenFor(account, kind, std::to_string(id));
+    }
     std::optional<Music> find(AccountId account, const std::string &token);
 
 private:

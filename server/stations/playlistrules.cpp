@@ -18,8 +18,9 @@ struct ReasonName {
 };
 
 constexpr std::array reasonNames = {
-    ReasonName{Reason::artist, "artist", 2.5}, ReasonName{Reason::style, "style", 3.0}, ReasonName{Reason::mood, "mood", 1.5},
-    ReasonName{Reason::tempo, "tempo", 1.0},   ReasonName{Reason::liked, "liked", 1.5}, ReasonName{Reason::mix, "mix", 0.0},
+    ReasonName{Reason::artist, "artist", 2.5}, ReasonName{Reason::style, "style", 3.0},
+    ReasonName{Reason::mood, "mood", 1.5},     ReasonName{Reason::tempo, "tempo", 1.0},
+    ReasonName{Reason::liked, "liked", 1.5},   ReasonName{Reason::mix, "mix", 0.0},
     ReasonName{Reason::change, "change", 0.0},
 };
 
@@ -48,9 +49,8 @@ void dropRecent(std::vector<Weighed> &pool, const std::vector<int64_t> &recent)
 {
     size_t spare = pool.size() / 2;
     for (auto track = recent.rbegin(); track != recent.rend() && spare > 0; ++track) {
-        const auto found = std::find_if(pool.begin(), pool.end(), [&](const Weighed &entry) {
-            return entry.candidate->trackId == *track;
-        });
+        const auto found = std::find_if(pool.begin(), pool.end(),
+                                        [&](const Weighed &entry) { return entry.candidate->trackId == *track; });
         if (found == pool.end())
             continue;
         pool.erase(found);
@@ -93,14 +93,14 @@ std::vector<Reason> reasonsFor(const Taste &taste, const Candidate &candidate)
     if (taste.moods.contains(candidate.mood))
         reasons.push_back(Reason::mood);
     // A tempo alone makes no likeness: half of all music shares it.
-    const bool sharesTempo = candidate.tempo > 0
-        && std::any_of(taste.tempos.begin(), taste.tempos.end(), [&](int tempo) {
-               return std::abs(tempo - candidate.tempo) <= tempo * tempoTolerance;
-           });
+    const bool sharesTempo =
+        candidate.tempo > 0 && std::any_of(taste.tempos.begin(), taste.tempos.end(), [&](int tempo) {
+            return std::abs(tempo - candidate.tempo) <= tempo * tempoTolerance;
+        });
     if (sharesTempo && !reasons.empty())
         reasons.push_back(Reason::tempo);
-    if (taste.likedTracks.contains(candidate.trackId) || taste.likedArtists.contains(candidate.artistId)
-        || taste.likedStyles.contains(candidate.style))
+    if (taste.likedTracks.contains(candidate.trackId) || taste.likedArtists.contains(candidate.artistId) ||
+        taste.likedStyles.contains(candidate.style))
         reasons.push_back(Reason::liked);
     return reasons;
 }

@@ -76,8 +76,9 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station)
     std::vector<int64_t> recent; // newest last
     int64_t lastArtist = 0;
     {
-        Statement row = db->prepare("SELECT i.track_id, t.artist_id FROM issued_tracks i JOIN tracks t ON t.id = i.track_id "
-                                    "WHERE i.station_id = ?1 ORDER BY i.id DESC LIMIT ?2");
+        Statement row =
+            db->prepare("SELECT i.track_id, t.artist_id FROM issued_tracks i JOIN tracks t ON t.id = i.track_id "
+                        "WHERE i.station_id = ?1 ORDER BY i.id DESC LIMIT ?2");
         row.with(station.id, memorySize);
         while (row.step()) {
             if (recent.empty())
@@ -142,8 +143,8 @@ void Playlists::addSeed(Database &db, Taste &taste, const Music &music)
     const char *condition = music.kind == MusicKind::artist ? "artist_id" : "id";
     if (music.kind == MusicKind::artist)
         taste.artists.insert(std::stoll(music.target));
-    Statement row = db.prepare(std::string("SELECT artist_id, style, mood, tempo FROM tracks WHERE ") + condition
-                               + " = CAST(?1 AS INTEGER) LIMIT 50");
+    Statement row = db.prepare(std::string("SELECT artist_id, style, mood, tempo FROM tracks WHERE ") + condition +
+                               " = CAST(?1 AS INTEGER) LIMIT 50");
     row.with(music.target);
     while (row.step()) {
         taste.artists.insert(row.integer(0));
@@ -158,8 +159,8 @@ void Playlists::addLiked(Database &db, Taste &taste, const Station &station)
     // The Tapestry station follows every thumb of the listener, another station its own.
     const char *where = station.isTapestry ? "f.account_id = ?1" : "f.station_id = ?1";
     Statement row = db.prepare(std::string("SELECT t.id, t.artist_id, t.style FROM feedback f JOIN tracks t ON "
-                                           "t.id = f.track_id WHERE f.is_positive = 1 AND ")
-                               + where + " ORDER BY f.given_at DESC LIMIT 200");
+                                           "t.id = f.track_id WHERE f.is_positive = 1 AND ") +
+                               where + " ORDER BY f.given_at DESC LIMIT 200");
     row.with(station.isTapestry ? station.accountId : station.id);
     while (row.step()) {
         taste.likedTracks.insert(row.integer(0));
@@ -173,20 +174,22 @@ std::vector<Candidate> Playlists::candidatesFor(Database &db, const Station &sta
     std::vector<Candidate> candidates;
     std::set<int64_t> seen;
     // On the Tapestry station a thumb down counts from wherever it was given.
-    const std::string allowed = std::string("SELECT t.id, t.artist_id, t.style, t.mood, t.tempo FROM tracks t WHERE "
-                                            "NOT EXISTS (SELECT 1 FROM sleeps z WHERE z.track_id = t.id "
-                                            "AND z.account_id = ?1 AND z.until > ?2) AND NOT EXISTS (SELECT 1 FROM feedback f "
-                                            "WHERE f.track_id = t.id AND f.is_positive = 0 AND ")
-        + (station.isTapestry ? "f.account_id = ?1" : "f.station_id = ?3")
-        + ") AND (t.is_explicit = 0 OR (SELECT explicit_filter FROM accounts WHERE id = ?1) = 0) ";
+    const std::string allowed =
+        std::string("SELECT t.id, t.artist_id, t.style, t.mood, t.tempo FROM tracks t WHERE "
+                    "NOT EXISTS (SELECT 1 FROM sleeps z WHERE z.track_id = t.id "
+                    "AND z.account_id = ?1 AND z.until > ?2) AND NOT EXISTS (SELECT 1 FROM feedback f "
+                    "WHERE f.track_id = t.id AND f.is_positive = 0 AND ") +
+        (station.isTapestry ? "f.account_id = ?1" : "f.station_id = ?3") +
+        ") AND (t.is_explicit = 0 OR (SELECT explicit_filter FROM accounts WHERE id = ?1) = 0) ";
     const auto take = [&](Statement row) {
         while (row.step()) {
             if (seen.insert(row.integer(0)).second)
-                candidates.push_back({row.integer(0), row.integer(1), row.text(2), row.text(3),
-                                      static_cast<int>(row.integer(4))});
+                candidates.push_back(
+                    {row.integer(0), row.integer(1), row.text(2), row.text(3), static_cast<int>(row.integer(4))});
         }
     };
-    const auto sample = [&](const std::string &condition, const std::optional<std::string> &value, int64_t from, int limit) {
+    const auto sample = [&](const std::string &condition, const std::optional<std::string> &value, int64_t from,
+                            int limit) {
         // From a random place on, then from the beginning: an index walk, however large the catalogue.
         for (const char *part : {"t.id >= ?5 ", "t.id < ?5 "}) {
             Statement row = db.prepare(allowed + condition + part + "ORDER BY t.id LIMIT ?6");
@@ -202,7 +205,8 @@ std::vector<Candidate> Playlists::candidatesFor(Database &db, const Station &sta
     }
     const int64_t from = 1 + m_random(static_cast<uint32_t>(highest) + 1);
     for (const int64_t artist : taste.artists)
-        sample("AND t.is_playable = 1 AND t.artist_id = CAST(?4 AS INTEGER) AND ", std::to_string(artist), from, artistSampleSize);
+        sample("AND t.is_playable = 1 AND t.artist_id = CAST(?4 AS INTEGER) AND ", std::to_string(artist), from,
+               artistSampleSize);
     std::set<std::string> styles = taste.styles;
     styles.insert(taste.likedStyles.begin(), taste.likedStyles.end());
     for (const std::string &style : styles)
@@ -216,7 +220,8 @@ std::vector<Candidate> Playlists::candidatesFor(Database &db, const Station &sta
 
 IssuedTrack Playlists::issueTrack(Database &db, const Station &station, const Choice &choice)
 {
-    IssuedTrack issued{randomToken(15), station.accountId, station.id, *m_catalogue.track(choice.trackId), choice.reasons};
+    IssuedTrack issued{randomToken(15), station.accountId, station.id, *m_catalogue.track(choice.trackId),
+                       choice.reasons};
     db.run("INSERT INTO issued_tracks (token, account_id, station_id, track_id, reasons, issued_at) "
            "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
            issued.token, station.accountId, station.id, choice.trackId, joined(choice.reasons), m_clock());
@@ -228,8 +233,9 @@ std::optional<IssuedAd> Playlists::issueAd(Database &db, const Station &station)
     int64_t id = 0;
     {
         // The one that this listener has not had for the longest time.
-        Statement row = db.prepare("SELECT a.id FROM ads a LEFT JOIN issued_ads i ON i.ad_id = a.id AND i.account_id = ?1 "
-                                   "WHERE a.is_playable = 1 GROUP BY a.id ORDER BY COALESCE(MAX(i.id), 0), a.id LIMIT 1");
+        Statement row =
+            db.prepare("SELECT a.id FROM ads a LEFT JOIN issued_ads i ON i.ad_id = a.id AND i.account_id = ?1 "
+                       "WHERE a.is_playable = 1 GROUP BY a.id ORDER BY COALESCE(MAX(i.id), 0), a.id LIMIT 1");
         row.with(station.accountId);
         if (!row.step())
             return std::nullopt;
@@ -244,7 +250,8 @@ std::optional<IssuedAd> Playlists::issueAd(Database &db, const Station &station)
 std::optional<IssuedTrack> Playlists::findTrack(AccountId account, const std::string &token)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT station_id, track_id, reasons FROM issued_tracks WHERE token = ?1 AND account_id = ?2");
+    Statement row =
+        db->prepare("SELECT station_id, track_id, reasons FROM issued_tracks WHERE token = ?1 AND account_id = ?2");
     row.with(token, account);
     if (!row.step())
         return std::nullopt;
@@ -267,9 +274,10 @@ std::optional<IssuedAd> Playlists::findAd(AccountId account, const std::string &
 
 void Playlists::registerAd(AccountId account, const std::string &token)
 {
-    m_store.lock()->run("UPDATE issued_ads SET registered_at = ?3 WHERE token = ?1 AND account_id = ?2 AND registered_at IS "
-                        "NULL",
-                        token, account, m_clock());
+    m_store.lock()->run(
+        "UPDATE issued_ads SET registered_at = ?3 WHERE token = ?1 AND account_id = ?2 AND registered_at IS "
+        "NULL",
+        token, account, m_clock());
 }
 
 } // namespace velmora::server

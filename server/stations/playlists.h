@@ -39,9 +39,9 @@ public:
     std::set<std::string> styles(const Station &station);
     // Whether something playable fits the station, beyond a mere likeness of mood.
     bool hasOwnMusic(const Station &station);
-    // The next four entries; fewer while the catalogue is still being made, because the same track twice in a row is worse
-    // than coming back for another list. Empty when nothing at all may be played: no track has its file yet, or thumbs down and sleeps
-    // stand against every one.
+    // The next four entries; fewer while the catalogue is still being made, because the same track twice in a row is
+    // worse than coming back for another list. Empty when nothing at all may be played: no track has its file yet, or
+    // thumbs down and sleeps stand against every one.
     std::vector<PlaylistEntry> next(const Station &station);
 
     std::optional<IssuedTrack> findTrack(AccountId account, const std::string &token);

@@ -11,8 +11,9 @@ namespace velmora::server {
 
 namespace {
 
-constexpr const char *columns = "SELECT id, account_id, token, name, is_tapestry, is_shared, allow_rename, allow_delete, "
-                                "allow_add_music, allow_feedback, created_at, lists_issued FROM stations ";
+constexpr const char *columns =
+    "SELECT id, account_id, token, name, is_tapestry, is_shared, allow_rename, allow_delete, "
+    "allow_add_music, allow_feedback, created_at, lists_issued FROM stations ";
 
 Station readStation(const Statement &row)
 {
@@ -60,7 +61,8 @@ std::vector<Station> Stations::list(AccountId account, Order order, bool isDesce
     std::vector<Station> stations;
     {
         const Store::Lock db = m_store.lock();
-        Statement row = db->prepare(std::string(columns) + "WHERE account_id = ?1 ORDER BY is_tapestry DESC, created_at, id");
+        Statement row =
+            db->prepare(std::string(columns) + "WHERE account_id = ?1 ORDER BY is_tapestry DESC, created_at, id");
         row.with(account);
         while (row.step())
             stations.push_back(readStation(row));
@@ -117,7 +119,8 @@ Station Stations::insert(AccountId account, const std::string &name, const std::
     Transaction change(*db);
     db->run("INSERT INTO stations (account_id, token, name, is_tapestry, allow_rename, allow_delete, allow_add_music, "
             "created_at) VALUES (?1, ?2, ?3, ?4, ?5, ?5, ?5, ?6)",
-            account, randomToken(15), std::string(firstCharacters(name, longestName)), isTapestry, !isTapestry, m_clock());
+            account, randomToken(15), std::string(firstCharacters(name, longestName)), isTapestry, !isTapestry,
+            m_clock());
     const int64_t id = db->lastRowId();
     if (seed)
         db->run("INSERT INTO seeds (station_id, kind, target) VALUES (?1, ?2, ?3)", id, musicKindName(seed->kind),
@@ -158,8 +161,9 @@ StationResult Stations::createShared(AccountId account, const Music &music, cons
     if (count(account) >= mostStations)
         return StationResult::tooMany;
     const Station made = insert(account, name, music, false);
-    db->run("UPDATE stations SET is_shared = 1, allow_rename = 0, allow_add_music = 0, allow_feedback = 0 WHERE id = ?1",
-            made.id);
+    db->run(
+        "UPDATE stations SET is_shared = 1, allow_rename = 0, allow_add_music = 0, allow_feedback = 0 WHERE id = ?1",
+        made.id);
     change.commit();
     *station = *find(made.id);
     return StationResult::done;
@@ -213,8 +217,9 @@ StationResult Stations::makeOwn(AccountId account, const std::string &token, Sta
         return StationResult::noSuchStation;
     if (!found->isShared)
         return StationResult::notAllowed;
-    db->run("UPDATE stations SET is_shared = 0, allow_rename = 1, allow_add_music = 1, allow_feedback = 1 WHERE id = ?1",
-            found->id);
+    db->run(
+        "UPDATE stations SET is_shared = 0, allow_rename = 1, allow_add_music = 1, allow_feedback = 1 WHERE id = ?1",
+        found->id);
     *station = *find(found->id);
     return StationResult::done;
 }
@@ -227,9 +232,9 @@ std::vector<Music> Stations::seeds(int64_t stationId)
     row.with(stationId);
     while (row.step()) {
         const std::string kind = row.text(0);
-        seeds.push_back({kind == "artist"      ? MusicKind::artist
-                             : kind == "track" ? MusicKind::track
-                                               : MusicKind::style,
+        seeds.push_back({kind == "artist"  ? MusicKind::artist
+                         : kind == "track" ? MusicKind::track
+                                           : MusicKind::style,
                          row.text(1)});
     }
     return seeds;
@@ -280,10 +285,11 @@ std::optional<std::string> Stations::nameOf(const Music &music)
 std::optional<Station> Stations::withOnlySeed(AccountId account, const Music &music)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare(std::string(columns)
-                                + "WHERE account_id = ?1 AND is_shared = 0 AND "
-                                  "EXISTS (SELECT 1 FROM seeds WHERE station_id = stations.id AND kind = ?2 AND target = ?3) "
-                                  "AND (SELECT COUNT(*) FROM seeds WHERE station_id = stations.id) = 1");
+    Statement row =
+        db->prepare(std::string(columns) +
+                    "WHERE account_id = ?1 AND is_shared = 0 AND "
+                    "EXISTS (SELECT 1 FROM seeds WHERE station_id = stations.id AND kind = ?2 AND target = ?3) "
+                    "AND (SELECT COUNT(*) FROM seeds WHERE station_id = stations.id) = 1");
     row.with(account, musicKindName(music.kind), music.target);
     return row.step() ? std::optional<Station>(readStation(row)) : std::nullopt;
 }

@@ -28,7 +28,7 @@ enum class StationResult { done, tooMany, noSuchStation, noSuchMusic, notAllowed
 // The listeners' stations. Every look-up names the account; another account's station does not exist. Any thread.
 class Stations {
 public:
-    static constexpr int mostStations = 100; // of one account, the Tapestry station among them
+    static constexpr int mostStations = 100;  // of one account, the Tapestry station among them
     static constexpr size_t longestName = 64; // characters
 
     Stations(Store &store, Catalogue &catalogue, Clock clock);

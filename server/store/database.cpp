@@ -33,7 +33,8 @@ Database::Database(const std::filesystem::path &file)
         throw StoreError("cannot open " + file.string());
     sqlite3_busy_timeout(db, busyMilliseconds);
     // A large catalogue's search index is read through memory mapping, past the small page cache.
-    execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON; PRAGMA mmap_size = 268435456; "
+    execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON; PRAGMA mmap_size = "
+            "268435456; "
             "PRAGMA cache_size = -8192;");
 }
 

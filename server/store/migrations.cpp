@@ -225,8 +225,9 @@ void migrate(Database &db)
         version = statement.integer(0);
     }
     if (version < 0 || version > newestSchemaVersion())
-        throw StoreError("the database has version " + std::to_string(version) + ", this program knows versions up to "
-                         + std::to_string(newestSchemaVersion()) + "; use the newer velmora-server that wrote it");
+        throw StoreError("the database has version " + std::to_string(version) +
+                         ", this program knows versions up to " + std::to_string(newestSchemaVersion()) +
+                         "; use the newer velmora-server that wrote it");
     for (; version < newestSchemaVersion(); ++version) {
         Transaction step(db);
         db.execute(steps[static_cast<size_t>(version)]);

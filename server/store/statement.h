@@ -26,7 +26,8 @@ private:
     bool m_isConstraint;
 };
 
-// One prepared statement: bound, stepped through once, finalised with its owner. Texts are UTF-8; a bound text is copied.
+// One prepared statement: bound, stepped through once, finalised with its owner. Texts are UTF-8; a bound text is
+// copied.
 class Statement {
 public:
     Statement(sqlite3 *db, std::string_view sql);
@@ -50,7 +51,7 @@ public:
     // For running the same statement again with other values.
     void reset();
 
-    int64_t integer(int column) const; // 0 for NULL
+    int64_t integer(int column) const;  // 0 for NULL
     std::string text(int column) const; // empty for NULL
     bool isNull(int column) const;
 

@@ -21,7 +21,8 @@ std::string Store::setting(const std::string &name)
 void Store::setSetting(const std::string &name, const std::string &value)
 {
     const Lock db = lock();
-    db->run("INSERT INTO settings (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO UPDATE SET value = ?2", name, value);
+    db->run("INSERT INTO settings (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO UPDATE SET value = ?2", name,
+            value);
 }
 
 } // namespace velmora::server

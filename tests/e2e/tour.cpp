@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QLoggingCategory>
 #include <QTextStream>
 
 #include <cstdio>
@@ -130,9 +131,19 @@ private:
         return false;
     }
 
+    static bool focusStations(Journey &journey)
+    {
+        for (int tries = 0; tries < 8; ++tries) {
+            if (journey.status().value(QStringLiteral("focus")).toString() == stations)
+                return true;
+            keys(journey, "left");
+        }
+        return false;
+    }
+
     static bool openMenu(Journey &journey, int up)
     {
-        return journey.waitFor(isTrack, 90) && keys(journey, "right select")
+        return journey.waitFor(isTrack, 90) && focusStations(journey) && keys(journey, "right select")
             && journey.waitForScreen(QStringLiteral("MenuDlg"))
             && (up == 0 || journey.key(QStringList(up, QStringLiteral("up"))));
     }
@@ -151,11 +162,11 @@ private:
         stop(journey, keys(journey, "left"), "welcome-question-yes", "A question, the other answer focused");
         stop(journey, keys(journey, "select") && journey.waitForScreen(QStringLiteral("SignInDlg")), "signin-prompt",
              "Sign in, prompts");
-        stop(journey, type(journey, QStringLiteral("living.room@exa")) && keys(journey, "right right"), "signin-typing",
+        stop(journey, type(journey, QStringLiteral("living.room@exa")) && keys(journey, "up"), "signin-typing",
              "Sign in, typing the address", "08-sign-in");
         stop(journey, keys(journey, "green"), "signin-capitals", "Keyboard, capitals");
         stop(journey, keys(journey, "green red"), "signin-page2", "Keyboard, second page");
-        keys(journey, "red");
+        keys(journey, "red down");
         stop(journey, type(journey, QStringLiteral("mple.org")) && keys(journey, "enter")
                           && type(journey, QStringLiteral("wrong password")),
              "signin-password", "Sign in, the password");
@@ -219,10 +230,6 @@ private:
                           && journey.waitForScreen(QStringLiteral("WhyDlg")),
              "why", "Why this track", "16-why-dialog");
         keys(journey, "select");
-        stop(journey, journey.waitFor(isTrack, 90) && keys(journey, "back") && journey.waitForBox(QString(), 5),
-             "exit-question", "Back on the player");
-        keys(journey, "select");
-        journey.waitForNoBox();
         stop(journey, journey.menu({QStringLiteral("network"), QStringLiteral("down")})
                           && journey.waitForBox(QStringLiteral("Unable to connect to network.")),
              "network", "The network is gone");
@@ -317,7 +324,7 @@ private:
         if (!begin(journey))
             return;
         stop(journey, journey.waitFor([](const QJsonObject &now) {
-            return now.value(QStringLiteral("playback")).toInt() == 6;
+            return text(now, QStringLiteral("textLabel")).startsWith(QLatin1String("Buffering"));
         }, 90), "buffering", "Buffering", "20-buffering");
     }
 
@@ -330,10 +337,16 @@ private:
         Journey journey(options);
         if (!begin(journey))
             return;
-        stop(journey, journey.waitForBox(QString(), 90), "error", "The service is not there");
+        journey.waitForScreen(QStringLiteral("WelcomeDlg"));
+        keys(journey, "select");
+        journey.waitForBox(QStringLiteral("Do you already have"));
+        stop(journey, keys(journey, "select") && journey.waitFor([](const QJsonObject &now) {
+            const QString words = now.value(QStringLiteral("boxText")).toString();
+            return !words.isEmpty() && !words.startsWith(QLatin1String("Do you already have"));
+        }, 60), "error", "The service is not there");
     }
 
-    static constexpr int settleMs = 700; // the panel slides for half a second
+    static constexpr int settleMs = 1200; // the panel slides for half a second; a field's cursor is lit in the second after the last key
     static constexpr int marqueeMs = 2500;
 
     const QString m_pictures;
@@ -348,6 +361,7 @@ private:
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); // the settings class reports what it does
     QCommandLineParser line;
     line.addHelpOption();
     line.addPositionalArgument(QStringLiteral("pictures"), QStringLiteral("folder for the pictures"));

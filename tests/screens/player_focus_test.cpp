@@ -17,6 +17,12 @@ void goTo(PlayerRig &rig, int place)
         rig.key(screentest::Right);
 }
 
+bool hasPlainBar(const ImageListWidget *list)
+{
+    return list->currentItem()->background().texture().cacheKey()
+           == QPixmap(":/images/FocusBar_Transparent.png").cacheKey();
+}
+
 void closeWhateverIsOpen(PlayerRig &rig)
 {
     for (QWidget *widget : QApplication::topLevelWidgets())
@@ -54,6 +60,7 @@ void PlayerFocus::rightAndLeftWalkTheRing()
     rig.play();
     for (int i = 0; i < 2 * ring.size(); ++i) {
         QCOMPARE(rig.focused(), QStringList(ring.at(i % ring.size())));
+        QCOMPARE(hasPlainBar(rig.stationsList()), i % ring.size() != 0 && i > 0); // the list that was left
         QCOMPARE(rig.player->focusWidget()->objectName(), ring.at(i % ring.size()));
         PlayerRig::keepPicture(QStringLiteral("focus-%1").arg(i));
         rig.key(screentest::Right);

@@ -262,7 +262,12 @@ void PlayerManage::tapestryStartsByItsAction()
 {
     PlayerRig rig("c");
     rig.play();
+    rig.stationsList()->item(3)->setText("A station with a name too wide");
+    rig.stationsList()->setFocus();
+    QCOMPARE(rig.stationsList()->item(3)->text(), QString()); // its marquee runs
     emit rig.player->signalTapestryStation();
+    QCOMPARE(rig.stationsList()->item(3)->text(), QStringLiteral("A station with a name too wide"));
+    QCOMPARE(rig.stationsList()->item(0)->text(), QStringLiteral("Tapestry"));
     QCOMPARE(rig.stationsList()->currentRow(), 0);
     QCOMPARE(rig.sentText(VLM_WS_MSGID_GET_PLAYLIST), QByteArray("tapestry"));
     QCOMPARE(rig.lastStation(), QStringLiteral("tapestry"));

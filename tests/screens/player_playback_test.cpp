@@ -56,6 +56,7 @@ private slots:
     void aPlaylistThatFailsIsSaid_data();
     void aPlaylistThatFailsIsSaid();
     void anInactiveAccountIsSignedOut();
+    void anInactiveAccountIsSignedOutWhileAnAdStarts();
     void anEmptyReplyIsHarmless();
     void pauseAndPlayKeysReachThePlayback();
     void stoppingPausesAndPlayingOnStartsTheWaterLine();
@@ -329,6 +330,17 @@ void PlayerPlayback::anInactiveAccountIsSignedOut()
     QCOMPARE(fatal.size(), 1);
     QCOMPARE(rig.screens.made(), QStringList("selectUser 2"));
     QVERIFY(!rig.player);
+}
+
+void PlayerPlayback::anInactiveAccountIsSignedOutWhileAnAdStarts()
+{
+    PlayerRig rig;
+    rig.play({PlayerRig::track("Song 1"), FakeEntry::ad("ad-1")});
+    finishTrack(rig);
+    BoxAnswer answers({BoxAnswer::Ok});
+    rig.answer(VLM_WS_MSGID_GET_AD_METADATA, VLM_WS_ERR_ACCOUNT_INACTIVE);
+    QCOMPARE(answers.shown(), 1);
+    QCOMPARE(rig.screens.made(), QStringList("selectUser 2"));
 }
 
 void PlayerPlayback::anEmptyReplyIsHarmless()

@@ -1,9 +1,6 @@
 // The station list of the player screen: filling, order, last station, counter, created and renamed stations.
 #include "screens/playerrig.h"
 
-#include "player/stationrecord.h"
-#include "service/devicepaths.h"
-
 class PlayerStations : public QObject {
     Q_OBJECT
 private slots:
@@ -20,7 +17,8 @@ private slots:
     void aCreatedStationThatIsListedIsNotListedTwice();
     void aRenamedStationKeepsTheCursorsRow();
     void aRenamedPlayingStationIsNamedAnew();
-    void hundredRowsAreFilledQuickly();
+    void aRenameDoesNotTakeTheFocusFromAnotherControl();
+    void hundredRowsAreTheMost();
 };
 
 void PlayerStations::theLastStationIsFocusedAndStarts()
@@ -197,7 +195,16 @@ void PlayerStations::aRenamedPlayingStationIsNamedAnew()
     QCOMPARE(rig.text("stationNameLabel"), name.left(30) + QStringLiteral("..."));
 }
 
-void PlayerStations::hundredRowsAreFilledQuickly()
+void PlayerStations::aRenameDoesNotTakeTheFocusFromAnotherControl()
+{
+    PlayerRig rig("b");
+    rig.play();
+    rig.key(screentest::Right);
+    rig.player->updateStationName(QStringLiteral("Zebra"));
+    QCOMPARE(rig.focused(), QStringList("menuBtn"));
+}
+
+void PlayerStations::hundredRowsAreTheMost()
 {
     PlayerRig rig("s50");
     QList<QByteArray> tokens;

@@ -151,7 +151,8 @@ TEST_F(AccountsTest, TenWrongPasswordsDoNotKeepTheRightOneOut)
     addAccount("mira@example.org");
     const TestDevice device = addDevice();
     for (int i = 0; i < 6; ++i)
-        EXPECT_EQ(call("userLogin", {{"loginType", "user"}, {"userName", "mira@example.org"}, {"password", "wrong one"}},
+        EXPECT_EQ(call("userLogin",
+                       {{"loginType", "user"}, {"userName", "mira@example.org"}, {"password", "wrong one"}},
                        device.partnerToken)
                       .code,
                   5098);
@@ -244,8 +245,8 @@ TEST_F(AccountsTest, AnAccountSeesAndRevokesItsOwnDevicesOnly)
 TEST_F(AccountsTest, DeviceIdentitiesAreTwelveDigitsAndASlot)
 {
     EXPECT_TRUE(Devices::isDeviceId("001A2B3C4D5E-0"));
-    for (const char *wrong : {"", "001A2B3C4D5E", "001a2b3c4d5e-0", "001A2B3C4D5E-", "001A2B3C4D5E-12", "001A2B3C4D5G-1",
-                              "001A2B3C4D5E_1", " 001A2B3C4D5E-1"})
+    for (const char *wrong : {"", "001A2B3C4D5E", "001a2b3c4d5e-0", "001A2B3C4D5E-", "001A2B3C4D5E-12",
+                              "001A2B3C4D5G-1", "001A2B3C4D5E_1", " 001A2B3C4D5E-1"})
         EXPECT_FALSE(Devices::isDeviceId(wrong)) << wrong;
 }
 

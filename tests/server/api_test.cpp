@@ -1,15 +1,19 @@
-// The functions over a Dispatcher: tokens, malformed requests, the codes of refusals, devices and stations from end to end.
+// The functions over a Dispatcher: tokens, malformed requests, the codes of refusals, devices and stations from end to
+// end.
 
 #include "serverfixture.h"
 
 #include "server/catalogue/textfolding.h"
+
+#include <thread>
 
 namespace velmora::server {
 namespace {
 
 class ApiTest : public ServerTest {
 protected:
-    int rawCode(const std::string &function, const std::string &body, const std::string &token, int *httpStatus = nullptr)
+    int rawCode(const std::string &function, const std::string &body, const std::string &token,
+                int *httpStatus = nullptr)
     {
         const Answer answer = m_dispatcher->answer("v1", function, body, "Bearer " + token, "192.0.2.7");
         if (httpStatus)
@@ -22,7 +26,8 @@ TEST_F(ApiTest, AnotherVersionIsRefusedAndToldWhichThereIs)
 {
     const Answer answer = m_dispatcher->answer("v2", "partnerLogin", "{}", "", "");
     EXPECT_EQ(answer.httpStatus, 404);
-    EXPECT_EQ(answer.body, (json{{"code", 5003}, {"message", answer.body["message"]}, {"data", {{"supported", {"v1"}}}}}));
+    EXPECT_EQ(answer.body,
+              (json{{"code", 5003}, {"message", answer.body["message"]}, {"data", {{"supported", {"v1"}}}}}));
 }
 
 TEST_F(ApiTest, AnUnknownFunctionIs5005AndItsNameIsNotLogged)
@@ -90,7 +95,8 @@ TEST_F(ApiTest, MissingAndWronglyTypedParametersAre5001AndUnknownOnesIgnored)
         {"setExplicitContentFilter", {{"isEnabled", 1}}, true},
     };
     for (const Case &c : cases)
-        EXPECT_EQ(call(c.function, c.parameters, c.needsUser ? user : partner).code, 5001) << c.function << c.parameters;
+        EXPECT_EQ(call(c.function, c.parameters, c.needsUser ? user : partner).code, 5001)
+            << c.function << c.parameters;
     EXPECT_EQ(call("getStationList", {{"sortField", 12}, {"what", "ever"}, {"sortOrder", nullptr}}, user).code, 0);
 }
 
@@ -126,7 +132,8 @@ TEST_F(ApiTest, LoginRefusalsSayNoMoreThanTheyMust)
     const TestDevice device = addDevice();
     const auto login = [&](const std::string &userName, const std::string &secret) {
         return m_dispatcher
-            ->answer("v1", "userLogin", json{{"loginType", "user"}, {"userName", userName}, {"password", secret}}.dump(),
+            ->answer("v1", "userLogin",
+                     json{{"loginType", "user"}, {"userName", userName}, {"password", secret}}.dump(),
                      "Bearer " + device.partnerToken, "192.0.2.7")
             .body;
     };
@@ -176,7 +183,8 @@ TEST_F(ApiTest, AnActivationCodeBecomesALogin)
     EXPECT_EQ(call("userLogin", deviceLogin, thief.partnerToken).code, 5105);
     EXPECT_EQ(data("userLogin", deviceLogin, device.partnerToken).at("userName"), "mira@example.org");
     EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 0) << "associated from now on";
-    EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(2)}}, device.partnerToken).code, 5105);
+    EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(2)}}, device.partnerToken).code,
+              5105);
 }
 
 TEST_F(ApiTest, CodesAreRateLimited)
@@ -207,7 +215,8 @@ TEST_F(ApiTest, CreateUserMakesAnAccountWithItsTapestryStationAndDevice)
     const json stations = data("getStationList", json::object(), made.data.at("userToken")).at("stations");
     ASSERT_EQ(stations.size(), 1u);
     EXPECT_EQ(stations[0].at("isTapestry"), true);
-    EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(0)}}, device.partnerToken).code, 0);
+    EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(0)}}, device.partnerToken).code,
+              0);
 }
 
 TEST_F(ApiTest, AMailGoesOnlyToAnAccountAndTheAnswerDoesNotTell)
@@ -265,7 +274,8 @@ TEST_F(ApiTest, StationsAreMadeRenamedDeletedAndTheChecksumFollows)
     ASSERT_EQ(characterCount(longest), 64u);
     EXPECT_EQ(call("renameStation", {{"newName", longest + "x"}, {"stationToken", station}}, user).code, 5001);
     EXPECT_EQ(call("renameStation", {{"newName", "two\nlines"}, {"stationToken", station}}, user).code, 5001);
-    EXPECT_EQ(data("renameStation", {{"newName", longest}, {"stationToken", station}}, user)["station"]["stationName"], longest);
+    EXPECT_EQ(data("renameStation", {{"newName", longest}, {"stationToken", station}}, user)["station"]["stationName"],
+              longest);
     EXPECT_NE(checksum(), withIt);
     data("deleteStation", {{"stationToken", station}}, user);
     EXPECT_EQ(checksum(), before);
@@ -300,8 +310,8 @@ TEST_F(ApiTest, TheHundredAndFirstStationIsRefused)
     int made = 1;
     for (const Track &track : many) {
         Station station;
-        result = m_service->stations.create(mira, {MusicKind::track, std::to_string(m_service->catalogue.track(track.publicId)->id)},
-                                            &station);
+        result = m_service->stations.create(
+            mira, {MusicKind::track, std::to_string(m_service->catalogue.track(track.publicId)->id)}, &station);
         if (result != StationResult::done)
             break;
         ++made;
@@ -318,17 +328,20 @@ TEST_F(ApiTest, ASharedStationTakesNoFeedbackUntilItIsTheListenersOwn)
     const std::string user = newListener();
     const AccountId mira = m_service->accounts.find("mira@example.org")->id;
     Station shared;
-    ASSERT_EQ(m_service->stations.createShared(mira, {MusicKind::style, "rock"}, "Next door", &shared), StationResult::done);
+    ASSERT_EQ(m_service->stations.createShared(mira, {MusicKind::style, "rock"}, "Next door", &shared),
+              StationResult::done);
     const json track = firstTrack(user, shared.token);
     EXPECT_EQ(track.at("allowFeedback"), false);
     const json thumb = {{"isPositive", true}, {"trackToken", track.at("trackToken")}};
     EXPECT_EQ(call("addFeedback", thumb, user).code, 5100);
     EXPECT_EQ(call("renameStation", {{"newName", "Mine"}, {"stationToken", shared.token}}, user).code, 5100);
-    EXPECT_EQ(call("addMusic", {{"stationToken", shared.token}, {"musicToken", track.at("songToken")}}, user).code, 5100);
+    EXPECT_EQ(call("addMusic", {{"stationToken", shared.token}, {"musicToken", track.at("songToken")}}, user).code,
+              5100);
     const json own = data("transformSharedStation", {{"stationToken", shared.token}}, user).at("station");
     EXPECT_EQ(own.at("isShared"), false);
     EXPECT_EQ(call("addFeedback", thumb, user).code, 0);
-    EXPECT_EQ(call("addMusic", {{"stationToken", shared.token}, {"musicToken", track.at("albumToken")}}, user).code, 5002);
+    EXPECT_EQ(call("addMusic", {{"stationToken", shared.token}, {"musicToken", track.at("albumToken")}}, user).code,
+              5002);
 }
 
 TEST_F(ApiTest, AStationIsMadeFromThePlayingTrackOrItsArtist)
@@ -336,7 +349,8 @@ TEST_F(ApiTest, AStationIsMadeFromThePlayingTrackOrItsArtist)
     const std::string user = newListener();
     const json track = firstTrack(user, tapestryToken(user));
     const auto nameOf = [&](const char *type) {
-        return data("createStation", {{"trackToken", track["trackToken"]}, {"musicType", type}}, user)["station"]["stationName"];
+        return data("createStation", {{"trackToken", track["trackToken"]}, {"musicType", type}},
+                    user)["station"]["stationName"];
     };
     EXPECT_EQ(nameOf("artist"), track["artistName"].get<std::string>() + " Radio");
     EXPECT_EQ(nameOf("song"), track["songName"].get<std::string>() + " Radio");
@@ -365,6 +379,31 @@ TEST_F(ApiTest, AFunctionFailsOnPurposeAsOftenAsAsked)
     EXPECT_EQ(codes, (std::vector<int>{5097, 5097, 0}));
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(call("search", {{"text", "x"}}, user).code, 5000);
+}
+
+TEST_F(ApiTest, ManyListenersAtOnceEachGetTheirOwn)
+{
+    std::vector<std::thread> listeners;
+    std::atomic<int> failures{0};
+    for (int i = 0; i < 6; ++i) {
+        const std::string name = "listener" + std::to_string(i) + "@example.org";
+        listeners.emplace_back([this, name, &failures, user = newListener(name)] {
+            for (int round = 0; round < 15; ++round) {
+                const Reply found = call("search", {{"text", "folk"}}, user);
+                const Reply made =
+                    call("createStation", {{"musicToken", found.data["artists"][0]["musicToken"]}}, user);
+                const Reply list = call("getPlaylist", {{"stationToken", made.data["station"]["stationToken"]}}, user);
+                const Reply rated =
+                    call("addFeedback",
+                         {{"isPositive", true}, {"trackToken", list.data["entries"][0]["track"]["trackToken"]}}, user);
+                const Reply info = call("getUserInfo", json::object(), user);
+                failures += rated.code != 0 || info.data["userName"] != name || info.data["stationCount"] != 2;
+            }
+        });
+    }
+    for (std::thread &listener : listeners)
+        listener.join();
+    EXPECT_EQ(failures, 0);
 }
 
 TEST_F(ApiTest, TheExplicitFilterIsGuardedByItsPinAndKeepsSuchTracksAway)

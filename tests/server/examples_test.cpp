@@ -38,7 +38,8 @@ void expectSameShape(const json &example, const json &actual, const std::string 
 {
     if (where.ends_with("audioUrl") && (example.is_null() || actual.is_null()))
         return;
-    ASSERT_TRUE(isOneKind(example, actual)) << where << ": " << example.type_name() << " against " << actual.type_name();
+    ASSERT_TRUE(isOneKind(example, actual))
+        << where << ": " << example.type_name() << " against " << actual.type_name();
     if (example.is_object()) {
         for (const auto &[key, value] : example.items()) {
             ASSERT_TRUE(actual.contains(key)) << where << " lacks " << key;
@@ -67,7 +68,8 @@ protected:
     SilentMailer m_mailer;
 };
 
-json ExamplesTest::request(const std::string &function, json parameters, const std::string &user, const TestDevice &device)
+json ExamplesTest::request(const std::string &function, json parameters, const std::string &user,
+                           const TestDevice &device)
 {
     const std::string station = addStation(user, "folk");
     if (parameters.contains("stationToken"))
@@ -110,7 +112,10 @@ TEST_P(ExamplesTest, TheAnswerHasTheExamplesShape)
         const std::string user = logIn("mira@example.org", device);
         const json parameters = request(GetParam(), example.at("request"), user, device);
         const std::string kind = example.at("token");
-        const Reply reply = call(GetParam(), parameters, kind == "user" ? user : kind == "partner" ? device.partnerToken : "");
+        const Reply reply = call(GetParam(), parameters,
+                                 kind == "user"      ? user
+                                 : kind == "partner" ? device.partnerToken
+                                                     : "");
         EXPECT_EQ(reply.code, example.at("response").at("code").get<int>());
         if (reply.code == 0)
             expectSameShape(example.at("response").value("data", json::object()), reply.data, GetParam());

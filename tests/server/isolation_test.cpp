@@ -1,4 +1,5 @@
-// One listener's data is never read or changed by another: every token of one account, tried with another account's session.
+// One listener's data is never read or changed by another: every token of one account, tried with another account's
+// session.
 
 #include "serverfixture.h"
 
@@ -101,10 +102,14 @@ TEST_F(IsolationTest, AMediaAddressIsBoundToItsAccount)
         const size_t at = address.find(name + "=") + 2;
         return address.substr(at, address.find('&', at) - at);
     };
-    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "7", parameter("e"), parameter("s")), MediaCheck::valid);
-    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "8", parameter("e"), parameter("s")), MediaCheck::badSignature);
-    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-01.flac", "7", parameter("e"), parameter("s")), MediaCheck::badSignature);
-    EXPECT_EQ(addresses.check(MediaKind::picture, "folk-00.flac", "7", parameter("e"), parameter("s")), MediaCheck::badSignature);
+    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "7", parameter("e"), parameter("s")),
+              MediaCheck::valid);
+    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "8", parameter("e"), parameter("s")),
+              MediaCheck::badSignature);
+    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-01.flac", "7", parameter("e"), parameter("s")),
+              MediaCheck::badSignature);
+    EXPECT_EQ(addresses.check(MediaKind::picture, "folk-00.flac", "7", parameter("e"), parameter("s")),
+              MediaCheck::badSignature);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// Audio and pictures over HTTP: signatures, expiry, ranges, throttling, requests that are too large, stopping in the middle.
+// Audio and pictures over HTTP: signatures, expiry, ranges, throttling, requests that are too large, stopping in the
+// middle.
 
 #include "server/api/mediafiles.h"
 #include "serverfixture.h"
@@ -48,7 +49,8 @@ TEST_F(MediaTest, AFileComesWholeWithItsLengthTypeAndTag)
     const std::string tag = answer->get_header_value("ETag");
     EXPECT_FALSE(tag.empty());
     EXPECT_EQ(client().Get(path(MediaKind::audio, "folk-00.flac").c_str(), {{"If-None-Match", tag}})->status, 304);
-    EXPECT_EQ(client().Get(path(MediaKind::picture, "ad-1.png").c_str())->get_header_value("Content-Type"), "image/png");
+    EXPECT_EQ(client().Get(path(MediaKind::picture, "ad-1.png").c_str())->get_header_value("Content-Type"),
+              "image/png");
 }
 
 TEST_F(MediaTest, RangesAreServedByteForByte)
@@ -96,8 +98,8 @@ TEST_F(MediaTest, ARangeOfAFileThatHasChangedGivesTheNewFile)
 
 TEST(RangeTest, OddHeadersGiveTheWholeFile)
 {
-    for (const char *header : {"", "bytes", "bytes=", "bytes=-", "bytes=a-b", "bytes=9-5", "bytes=1--2", "lines=1-2", "bytes= 1-2",
-                               "bytes=99999999999999999999-"}) {
+    for (const char *header : {"", "bytes", "bytes=", "bytes=-", "bytes=a-b", "bytes=9-5", "bytes=1--2", "lines=1-2",
+                               "bytes= 1-2", "bytes=99999999999999999999-"}) {
         ByteRange range;
         EXPECT_EQ(parseRange(header, 100, &range), RangeResult::whole) << header;
     }
@@ -132,7 +134,8 @@ TEST_F(MediaTest, OnlySignedAddressesInTheirTimeAreServed)
 TEST_F(MediaTest, NothingOutsideTheCatalogueIsReachedEvenWithASignature)
 {
     listen();
-    for (const char *file : {"..", "../data/velmora.db", "%2e%2e%2fdata%2fvelmora.db", "velmora.db", ".flac", "folk-00%00.flac"})
+    for (const char *file :
+         {"..", "../data/velmora.db", "%2e%2e%2fdata%2fvelmora.db", "velmora.db", ".flac", "folk-00%00.flac"})
         EXPECT_EQ(client().Get(path(MediaKind::audio, file).c_str())->status / 100, 4) << file;
     EXPECT_FALSE(publicIdOf("../x.flac"));
     EXPECT_EQ(publicIdOf("track-1_b.flac"), "track-1_b");
@@ -142,14 +145,16 @@ TEST_F(MediaTest, TheHostOfAddressesIsTheServersOwnOrTheConfiguredNeverTheReques
 {
     listen();
     const std::string user = newListener();
-    EXPECT_TRUE(firstTrack(user, tapestryToken(user)).at("audioUrl").get<std::string>().starts_with(
-        "http://127.0.0.1:" + std::to_string(m_server->port()) + "/media/audio/"));
+    EXPECT_TRUE(firstTrack(user, tapestryToken(user))
+                    .at("audioUrl")
+                    .get<std::string>()
+                    .starts_with("http://127.0.0.1:" + std::to_string(m_server->port()) + "/media/audio/"));
     ListenSettings settings;
     settings.publicUrl = "https://radio.example.org";
     listen(settings);
     httplib::Headers headers = {{"Authorization", "Bearer " + user}, {"Host", "evil.example.org"}};
-    const auto answer = client().Post("/v1/getPlaylist", headers,
-                                      json{{"stationToken", tapestryToken(user)}}.dump(), "application/json");
+    const auto answer = client().Post("/v1/getPlaylist", headers, json{{"stationToken", tapestryToken(user)}}.dump(),
+                                      "application/json");
     EXPECT_NE(answer->body.find("https://radio.example.org/media/audio/"), std::string::npos);
     EXPECT_EQ(answer->body.find("evil"), std::string::npos);
 }

@@ -35,7 +35,8 @@ std::vector<Candidate> candidates()
 TEST(ChoiceTest, TheSameArtistNeverPlaysTwiceInARowWhereThereIsAnother)
 {
     const Random random = seeded(1);
-    for (const Taste &taste : {Taste{}, Taste{{3}, {"folk"}, {"calm"}, {90}, {}, {}, {}}, Taste{{3}, {}, {}, {}, {}, {}, {}}}) {
+    for (const Taste &taste :
+         {Taste{}, Taste{{3}, {"folk"}, {"calm"}, {90}, {}, {}, {}}, Taste{{3}, {}, {}, {}, {}, {}, {}}}) {
         int64_t last = 0;
         for (int i = 0; i < draws; ++i) {
             const auto choice = chooseNext(taste, candidates(), last, {}, random);
@@ -120,11 +121,12 @@ TEST(ChoiceTest, ReasonsAreWhatTheTrackSharesWithTheTaste)
 
 TEST(ChoiceTest, TraitsAreAsciiAndEveryReasonIsKeptByItsId)
 {
-    for (const Reason reason : {Reason::artist, Reason::style, Reason::mood, Reason::tempo, Reason::liked, Reason::mix,
-                                Reason::change}) {
+    for (const Reason reason :
+         {Reason::artist, Reason::style, Reason::mood, Reason::tempo, Reason::liked, Reason::mix, Reason::change}) {
         const std::string text = traitText(reason, "Électro", "süß", 72);
         EXPECT_FALSE(text.empty());
-        EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](unsigned char c) { return c >= ' ' && c < 0x7f; })) << text;
+        EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](unsigned char c) { return c >= ' ' && c < 0x7f; }))
+            << text;
         EXPECT_EQ(reasonOf(traitId(reason)), reason);
     }
     EXPECT_EQ(traitText(Reason::style, "Électro", "", 0), "an electro style");
@@ -186,7 +188,8 @@ TEST_F(PlaylistTest, AStationOfAStylePlaysMostlyThatStyle)
 {
     const std::string user = newListener();
     const std::vector<json> heard = tracks(user, addStation(user, "swing"), 40);
-    const auto swing = std::count_if(heard.begin(), heard.end(), [](const json &t) { return t.at("style") == "swing"; });
+    const auto swing =
+        std::count_if(heard.begin(), heard.end(), [](const json &t) { return t.at("style") == "swing"; });
     EXPECT_GT(swing * 10, static_cast<long>(heard.size()) * 9);
 }
 
@@ -200,7 +203,8 @@ TEST_F(PlaylistTest, ATrackWithAThumbDownDoesNotComeBackOnThatStation)
         EXPECT_NE(next.at("songName"), track.at("songName"));
     data("addFeedback", {{"trackToken", track["trackToken"]}, {"isPositive", true}}, user);
     const std::vector<json> after = tracks(user, station, 40);
-    const auto found = std::find_if(after.begin(), after.end(), [&](const json &t) { return t["songName"] == track["songName"]; });
+    const auto found =
+        std::find_if(after.begin(), after.end(), [&](const json &t) { return t["songName"] == track["songName"]; });
     ASSERT_NE(found, after.end()) << "the latest thumb counts";
     EXPECT_EQ(found->at("songRating"), 1);
 }
@@ -212,7 +216,8 @@ TEST_F(PlaylistTest, ASleepingTrackStaysAwayForAMonthFromEveryStation)
     const json track = firstTrack(user, station);
     const auto isHeard = [&](const std::string &stationToken) {
         const std::vector<json> heard = tracks(user, stationToken, 40);
-        return std::any_of(heard.begin(), heard.end(), [&](const json &t) { return t["songName"] == track["songName"]; });
+        return std::any_of(heard.begin(), heard.end(),
+                           [&](const json &t) { return t["songName"] == track["songName"]; });
     };
     data("sleepSong", {{"trackToken", track["trackToken"]}}, user);
     EXPECT_FALSE(isHeard(station));
@@ -223,7 +228,8 @@ TEST_F(PlaylistTest, ASleepingTrackStaysAwayForAMonthFromEveryStation)
         EXPECT_NE(next.at("songName"), track.at("songName"));
     *m_now += 1;
     const std::vector<json> awake = tracks(later, station, 40);
-    EXPECT_TRUE(std::any_of(awake.begin(), awake.end(), [&](const json &t) { return t["songName"] == track["songName"]; }));
+    EXPECT_TRUE(
+        std::any_of(awake.begin(), awake.end(), [&](const json &t) { return t["songName"] == track["songName"]; }));
 }
 
 TEST_F(PlaylistTest, BookmarksAreKept)
@@ -248,7 +254,8 @@ TEST_F(PlaylistTest, TheExplanationNamesWhatTheTrackWasChosenBy)
     for (const json &track : tracks(user, station, 10)) {
         const json traits = data("explainTrack", {{"trackToken", track["trackToken"]}}, user).at("traits");
         ASSERT_FALSE(traits.empty());
-        const bool namesStyle = std::any_of(traits.begin(), traits.end(), [](const json &t) { return t["traitText"] == "a folk style"; });
+        const bool namesStyle =
+            std::any_of(traits.begin(), traits.end(), [](const json &t) { return t["traitText"] == "a folk style"; });
         EXPECT_EQ(namesStyle, track.at("style") == "folk");
     }
 }
@@ -268,7 +275,8 @@ TEST_F(PlaylistTest, OnlyTracksWithAFileArePlayedAndNoneIsAClearError)
     data("sleepSong", {{"trackToken", heard[0]["trackToken"]}}, user);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(call("getPlaylist", {{"stationToken", station}}, user).code, 5000);
-    EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(550)) << "it waits for the first track";
+    EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(550))
+        << "it waits for the first track";
 }
 
 TEST_F(PlaylistTest, AStationOfWhichNothingIsLeftSaysSo)
@@ -317,8 +325,12 @@ protected:
             std::ofstream(file) << std::string(6000, 'x');
             return id != m_broken;
         };
-        source.renderTrack = [write](const demo::DemoTrack &track, const std::filesystem::path &file) { return write(track.id, file); };
-        source.renderAd = [write](const demo::DemoAd &ad, const std::filesystem::path &file) { return write(ad.id, file); };
+        source.renderTrack = [write](const demo::DemoTrack &track, const std::filesystem::path &file) {
+            return write(track.id, file);
+        };
+        source.renderAd = [write](const demo::DemoAd &ad, const std::filesystem::path &file) {
+            return write(ad.id, file);
+        };
         source.renderPicture = [](const std::string &, const std::filesystem::path &file) {
             std::ofstream(file) << "picture";
             return true;
@@ -374,7 +386,8 @@ TEST_F(DemoLibraryTest, ATrackThatCannotBeMadeIsLeftOutAndTheOthersGoOn)
 {
     m_broken = "b3";
     {
-        DemoLibrary library(m_service->catalogue, source(), m_service->dataDirectory() / "demo", [](const std::string &) {});
+        DemoLibrary library(m_service->catalogue, source(), m_service->dataDirectory() / "demo",
+                            [](const std::string &) {});
         library.start();
         ASSERT_TRUE(m_service->catalogue.waitUntil([&] { return m_service->catalogue.counts().playable == 5; },
                                                    std::chrono::seconds(20)));

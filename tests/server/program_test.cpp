@@ -19,9 +19,29 @@ using namespace std::chrono_literals;
 
 TEST(OptionsTest, EveryOptionIsRead)
 {
-    const auto parsed = parseOptions({"--listen", "127.0.0.1:0", "--data", "/d", "--public-url", "https://radio.example.org/", "--token-lifetime",
-                                      "30,5", "--no-demo", "--throttle", "9000", "--fail", "search=5096,3", "--fail", "getPlaylist=5000",
-                                      "--smtp", "smtp://mail:25", "--smtp-login", "/login", "--outbox", "/out", "--die-with-parent", "--maintenance"});
+    const auto parsed = parseOptions({"--listen",
+                                      "127.0.0.1:0",
+                                      "--data",
+                                      "/d",
+                                      "--public-url",
+                                      "https://radio.example.org/",
+                                      "--token-lifetime",
+                                      "30,5",
+                                      "--no-demo",
+                                      "--throttle",
+                                      "9000",
+                                      "--fail",
+                                      "search=5096,3",
+                                      "--fail",
+                                      "getPlaylist=5000",
+                                      "--smtp",
+                                      "smtp://mail:25",
+                                      "--smtp-login",
+                                      "/login",
+                                      "--outbox",
+                                      "/out",
+                                      "--die-with-parent",
+                                      "--maintenance"});
     const auto *options = std::get_if<ServerOptions>(&parsed);
     ASSERT_TRUE(options) << std::get<std::string>(parsed);
     EXPECT_EQ(options->listen.host, "127.0.0.1");
@@ -65,10 +85,12 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
         {"--data", ""},
     };
     for (const auto &arguments : cases)
-        EXPECT_TRUE(std::holds_alternative<std::string>(parseOptions(arguments))) << arguments.front() << arguments.back();
+        EXPECT_TRUE(std::holds_alternative<std::string>(parseOptions(arguments)))
+            << arguments.front() << arguments.back();
     EXPECT_TRUE(std::holds_alternative<ServerOptions>(parseOptions({"--listen", "0.0.0.0:80", "--insecure-lan"})));
     EXPECT_TRUE(std::holds_alternative<ServerOptions>(parseOptions({"--listen", "[::1]:80"})));
-    EXPECT_TRUE(std::holds_alternative<ServerOptions>(parseOptions({"--listen", "0.0.0.0:80", "--tls-cert", "c", "--tls-key", "k"})));
+    EXPECT_TRUE(std::holds_alternative<ServerOptions>(
+        parseOptions({"--listen", "0.0.0.0:80", "--tls-cert", "c", "--tls-key", "k"})));
 }
 
 // A child with its output in a pipe; ends with the test.
@@ -179,7 +201,9 @@ TEST_F(ProgramTest, APortThatIsTakenIsNamedAtOnceEvenWhileMusicIsBeingMade)
 
 TEST_F(ProgramTest, ANewerDatabaseIsRefusedInOneLine)
 {
-    { const Store store((std::filesystem::create_directory(data()), std::filesystem::path(data()) / "velmora.db")); }
+    {
+        const Store store((std::filesystem::create_directory(data()), std::filesystem::path(data()) / "velmora.db"));
+    }
     Database(std::filesystem::path(data()) / "velmora.db").execute("PRAGMA user_version = 99");
     Child server({"--listen", "127.0.0.1:0", "--data", data(), "--no-demo"});
     EXPECT_NE(server.line().find("version 99"), std::string::npos);
@@ -207,15 +231,18 @@ TEST_F(ProgramTest, TheFirstStartMakesTheDemoAccountAndItsMusicWhileItAnswers)
     EXPECT_GE(secret.size(), 12u);
 
     const auto call = [&](const std::string &function, const json &parameters, const std::string &token) {
-        const auto answer = client.Post(("/v1/" + function).c_str(), httplib::Headers{{"Authorization", "Bearer " + token}},
-                                        parameters.dump(), "application/json");
+        const auto answer =
+            client.Post(("/v1/" + function).c_str(), httplib::Headers{{"Authorization", "Bearer " + token}},
+                        parameters.dump(), "application/json");
         return answer ? json::parse(answer->body).value("data", json::object()) : json::object();
     };
     const json partner = call("partnerLogin", {{"deviceKey", randomToken()}}, "");
-    const json user = call("userLogin", {{"loginType", "user"}, {"userName", userName}, {"password", secret}}, partner.value("partnerToken", ""));
+    const json user = call("userLogin", {{"loginType", "user"}, {"userName", userName}, {"password", secret}},
+                           partner.value("partnerToken", ""));
     const json stations = call("getStationList", json::object(), user.value("userToken", "")).at("stations");
     ASSERT_GE(stations.size(), 7u);
-    EXPECT_EQ(std::count_if(stations.begin(), stations.end(), [](const json &s) { return s.at("isShared") == true; }), 1);
+    EXPECT_EQ(std::count_if(stations.begin(), stations.end(), [](const json &s) { return s.at("isShared") == true; }),
+              1);
 
     // The line of the first track comes when its file is there.
     do {
@@ -256,7 +283,9 @@ TEST_F(ProgramTest, TheDemoAccountIsMadeOnceOnly)
     EXPECT_EQ(content(), first);
     Account account;
     const size_t end = first.find('\n');
-    EXPECT_EQ(service.accounts.login(first.substr(0, end), first.substr(end + 1, first.size() - end - 2), "x", &account), LoginResult::done);
+    EXPECT_EQ(
+        service.accounts.login(first.substr(0, end), first.substr(end + 1, first.size() - end - 2), "x", &account),
+        LoginResult::done);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// Searching: folding, words from their beginning and inside, odd input, the most results, the time on a large catalogue.
+// Searching: folding, words from their beginning and inside, odd input, the most results, the time on a large
+// catalogue.
 
 #include "serverfixture.h"
 
@@ -106,8 +107,27 @@ TEST_F(SearchTest, NothingIsReadAsAQueryLanguage)
     EXPECT_EQ(songs("song:paper"), Names{}) << "a word, not a column";
     EXPECT_EQ(songs("paper OR zebra"), Names{}) << "OR is a word too";
     EXPECT_EQ(songs("and or not near"), Names{"And Or Not Near"});
-    for (const char *odd : {"\"", "\"\"\"", "*", "^paper(", "NEAR(", "'; DROP TABLE tracks; --", "paper\" OR \"zebra", "{song} : x", "%", "_",
-                            "\\", "-", "+", "()", "\x01", "\xff\xff", "", "   ", "🎵", "👍🏽👍🏽", "\xf0\x9f"})
+    for (const char *odd : {"\"",
+                            "\"\"\"",
+                            "*",
+                            "^paper(",
+                            "NEAR(",
+                            "'; DROP TABLE tracks; --",
+                            "paper\" OR \"zebra",
+                            "{song} : x",
+                            "%",
+                            "_",
+                            "\\",
+                            "-",
+                            "+",
+                            "()",
+                            "\x01",
+                            "\xff\xff",
+                            "",
+                            "   ",
+                            "🎵",
+                            "👍🏽👍🏽",
+                            "\xf0\x9f"})
         EXPECT_NO_THROW(m_service->search.find(odd)) << odd;
     EXPECT_EQ(songs("%"), Names{});
     EXPECT_EQ(songs("_"), Names{});

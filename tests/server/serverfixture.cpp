@@ -43,7 +43,8 @@ std::vector<Track> ServerTest::smallCatalogue(const std::filesystem::path &media
         for (int artist = 0; artist < 3; ++artist) {
             for (int song = 0; song < 2; ++song) {
                 Track track;
-                const std::string name = std::string(styles[style]) + "-" + std::to_string(artist) + std::to_string(song);
+                const std::string name =
+                    std::string(styles[style]) + "-" + std::to_string(artist) + std::to_string(song);
                 track.publicId = name;
                 track.song = "Song " + name;
                 track.artist = "Artist " + std::string(styles[style]) + " " + std::to_string(artist);
@@ -72,8 +73,8 @@ void ServerTest::fillCatalogue()
     const std::vector<Track> tracks = smallCatalogue(media);
     std::vector<Ad> ads;
     for (const char *id : {"ad-1", "ad-2"})
-        ads.push_back(Ad{0, id, "Fresh bread at seven", "Corner Mill Bakery", 8, media / (std::string(id) + ".flac"), "audio/flac",
-                         media / (std::string(id) + ".png"), true});
+        ads.push_back(Ad{0, id, "Fresh bread at seven", "Corner Mill Bakery", 8, media / (std::string(id) + ".flac"),
+                         "audio/flac", media / (std::string(id) + ".png"), true});
     const auto write = [](const std::filesystem::path &file, const std::string &id) {
         std::ofstream stream(file, std::ios::binary);
         for (int i = 0; i < 1000; ++i)
@@ -121,7 +122,8 @@ TestDevice ServerTest::addDevice(const std::string &digits)
 
 std::string ServerTest::logIn(const std::string &userName, const TestDevice &device)
 {
-    return data("userLogin", {{"loginType", "user"}, {"userName", userName}, {"password", password}}, device.partnerToken)
+    return data("userLogin", {{"loginType", "user"}, {"userName", userName}, {"password", password}},
+                device.partnerToken)
         .value("userToken", "");
 }
 
@@ -135,7 +137,9 @@ std::string ServerTest::addStation(const std::string &token, const std::string &
 {
     for (const json &station : list("getGenreStations", json::object(), token, "stations")) {
         if (station.at("stationId") == "style-" + style)
-            return data("createStation", {{"musicToken", station.at("stationToken")}}, token).at("station").at("stationToken");
+            return data("createStation", {{"musicToken", station.at("stationToken")}}, token)
+                .at("station")
+                .at("stationToken");
     }
     ADD_FAILURE() << "no such style: " << style;
     return {};

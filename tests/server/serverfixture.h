@@ -37,8 +37,8 @@ struct TestDevice {
     std::string slot(int number) const { return digits + "-" + std::to_string(number); }
 };
 
-// A service with a small catalogue: four styles, three artists each, two tracks of each artist; two ads. Its clock stands
-// until the test turns it; its passwords cost next to nothing.
+// A service with a small catalogue: four styles, three artists each, two tracks of each artist; two ads. Its clock
+// stands until the test turns it; its passwords cost next to nothing.
 class ServerTest : public testing::Test {
 protected:
     static constexpr const char *password = "seven small lamps";

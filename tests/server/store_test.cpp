@@ -35,14 +35,18 @@ TEST_F(StoreTest, ANewFileGetsTheNewestSchemaAndOnlyItsOwnerReadsIt)
 
 TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
 {
-    { Store(m_file).setSetting("kept", "yes"); }
+    {
+        Store(m_file).setSetting("kept", "yes");
+    }
     {
         // As the first version left it: what later steps made is not there.
         Database db(m_file);
-        db.execute("PRAGMA foreign_keys = OFF; DROP TABLE issued_tracks; DROP TABLE issued_ads; DROP TABLE feedback; DROP TABLE "
-                   "sleeps; DROP TABLE bookmarks; DROP TABLE track_events; DROP TABLE seeds; DROP TABLE music_tokens; DROP "
-                   "TABLE stations; DROP TABLE tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "
-                   "track_search; DROP TABLE artist_search; PRAGMA user_version = 1;");
+        db.execute(
+            "PRAGMA foreign_keys = OFF; DROP TABLE issued_tracks; DROP TABLE issued_ads; DROP TABLE feedback; DROP "
+            "TABLE "
+            "sleeps; DROP TABLE bookmarks; DROP TABLE track_events; DROP TABLE seeds; DROP TABLE music_tokens; DROP "
+            "TABLE stations; DROP TABLE tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "
+            "track_search; DROP TABLE artist_search; PRAGMA user_version = 1;");
     }
     Store store(m_file);
     EXPECT_EQ(store.setting("kept"), "yes");
@@ -51,7 +55,9 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
 
 TEST_F(StoreTest, ANewerFileIsRefusedByNameOfItsVersionAndLeftAsItWas)
 {
-    { Store(m_file).setSetting("kept", "yes"); }
+    {
+        Store(m_file).setSetting("kept", "yes");
+    }
     Database(m_file).execute("PRAGMA user_version = 1000");
     try {
         const Store store(m_file);
@@ -97,7 +103,8 @@ TEST_F(StoreTest, ForeignKeysHold)
 {
     Store store(m_file);
     try {
-        store.lock()->run("INSERT INTO devices (device_id, account_id, key_hash, associated_at) VALUES ('x', 77, 'y', 0)");
+        store.lock()->run(
+            "INSERT INTO devices (device_id, account_id, key_hash, associated_at) VALUES ('x', 77, 'y', 0)");
         FAIL() << "a device of nobody";
     } catch (const StoreError &error) {
         EXPECT_TRUE(error.isConstraint());

@@ -1,0 +1,171 @@
+// How long the listener waits for sound, with the real programs on loopback: from the station list's arrival to the
+// first audio sample at the sink, and from the key to the first sample of what it chose (a station or the next track).
+//
+// The sink is a named pipe: a sample counts when the sink has written it. The end of the old music is seen as the
+// pipe's end, so what comes after it belongs to the new.
+#include "device.h"
+#include "figures.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QThread>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// Listens on a thread of its own, so that no end of the music is missed.
+class AudioPipe {
+public:
+    explicit AudioPipe(const QString &path)
+        : m_path(path)
+    {
+        ::mkfifo(QFile::encodeName(path).constData(), 0600);
+        m_fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        m_thread = std::thread([this] { listen(); });
+    }
+    ~AudioPipe()
+    {
+        m_isEnding = true;
+        m_thread.join();
+        ::close(m_fd);
+    }
+    QByteArray sink() const { return "filesink sync=true buffer-mode=unbuffered location=" + m_path.toUtf8(); }
+
+    // When new music first sounded after this moment; -1: it did not within 5 s from now.
+    qint64 beginningAfter(qint64 us)
+    {
+        for (int tries = 0; tries < 1000; ++tries) {
+            {
+                const std::lock_guard lock(m_mutex);
+                for (const qint64 beginning : m_beginnings)
+                    if (beginning > us)
+                        return beginning;
+            }
+            QThread::msleep(5);
+        }
+        return -1;
+    }
+
+private:
+    void listen()
+    {
+        char buffer[65536];
+        bool isSilent = true;
+        while (!m_isEnding) {
+            pollfd pipe{m_fd, POLLIN, 0};
+            ::poll(&pipe, 1, 100);
+            const ssize_t count = ::read(m_fd, buffer, sizeof buffer);
+            if (count > 0) {
+                if (std::exchange(isSilent, false)) {
+                    const std::lock_guard lock(m_mutex);
+                    m_beginnings.push_back(nowUs());
+                }
+            } else if (count == 0) { // nobody writes
+                isSilent = true;
+                QThread::usleep(200);
+            }
+        }
+    }
+
+    QString m_path;
+    int m_fd = -1;
+    std::atomic<bool> m_isEnding{false};
+    std::mutex m_mutex; // guards m_beginnings
+    std::vector<qint64> m_beginnings;
+    std::thread m_thread;
+};
+
+// An advertisement has no album, and cannot be skipped.
+bool playsTrack(Device &device)
+{
+    const QJsonObject labels =
+        QJsonDocument::fromJson(device.status()).object().value(QStringLiteral("labels")).toObject();
+    return !labels.value(QStringLiteral("albumLabel")).toString().isEmpty();
+}
+
+struct Waits {
+    std::vector<double> ms;
+    int silent = 0;
+
+    void add(qint64 fromUs, qint64 toUs)
+    {
+        if (toUs < 0)
+            ++silent;
+        else
+            ms.push_back(static_cast<double>(toUs - fromUs) / 1000);
+    }
+    void report(const std::string &name, double bound) const
+    {
+        figures::note(name + ", median", figures::median(ms), " ms");
+        figures::print(name + ", 99th percentile", figures::percentile(ms, 0.99), " ms", bound,
+                       "of " + std::to_string(ms.size()) + "; no sound within 5 s: " + std::to_string(silent));
+    }
+};
+
+} // namespace
+
+// usage: bench-latency [CHANGES [STARTS]]
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const int changes = argc > 1 ? std::atoi(argv[1]) : 200;
+    const int starts = argc > 2 ? std::atoi(argv[2]) : 200;
+    Device device;
+    if (!device.prepare())
+        return 1;
+
+    Waits start, station, skip;
+    for (int i = 0; i < starts; ++i) {
+        AudioPipe pipe(device.path(QStringLiteral("audio%1").arg(i)));
+        const auto radio = device.startRadio(pipe.sink(), false);
+        const auto list = radio->next("stationlist", {}, 20000);
+        if (!list) {
+            std::fprintf(stderr, "no station list: %s\n", radio->log().right(2000).constData());
+            return 1;
+        }
+        start.add(list->atUs, pipe.beginningAfter(list->atUs));
+        radio->process().kill();
+        radio->process().waitForFinished();
+    }
+    if (starts > 0)
+        start.report("station list to first sample", 1000);
+
+    AudioPipe pipe(device.path(QStringLiteral("audio")));
+    const auto radio = device.startRadio(pipe.sink(), true);
+    pipe.beginningAfter(0);
+    QThread::msleep(500);
+    for (int i = 0; i < changes; ++i) {
+        // A station allows six skips an hour: one in four is a skip until every station has had its share.
+        const bool isSkip = i % 4 == 3 && i < 100 && playsTrack(device);
+        radio->forget();
+        device.key(isSkip ? QStringList{QStringLiteral("next")}
+                          : QStringList{QStringLiteral("down"), QStringLiteral("select")});
+        const auto key = isSkip ? radio->next("press", "1000083", 2000) : radio->next("release", "1010000", 2000);
+        if (!key) {
+            std::fprintf(stderr, "the key did not arrive\n");
+            continue;
+        }
+        const qint64 soundUs = pipe.beginningAfter(key->atUs);
+        if (soundUs < 0)
+            std::fprintf(stderr, "no sound after %s: %s\n", isSkip ? "a skip" : "a change",
+                         device.status().left(600).constData());
+        (isSkip ? skip : station).add(key->atUs, soundUs);
+        QThread::msleep(300);
+    }
+    station.report("station chosen to first sample", 500);
+    skip.report("skip to first sample", 500);
+    return 0;
+}
