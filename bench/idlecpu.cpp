@@ -60,7 +60,9 @@ int main(int argc, char **argv)
     for (auto thread = threadsAfter.begin(); thread != threadsAfter.end(); ++thread) {
         const double own = (thread.value() - threadsBefore.value(thread.key())) / seconds * 100;
         if (own > 0)
-            figures::note("  of it thread " + thread.key().toStdString(), own, " %");
+            figures::note("  of it thread " +
+                              QString(thread.key()).replace(QLatin1Char(':'), QLatin1Char(' ')).toStdString(),
+                          own, " %");
     }
     return 0;
 }

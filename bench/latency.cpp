@@ -1,8 +1,8 @@
 // How long the listener waits for sound, with the real programs on loopback: from the station list's arrival to the
 // first audio sample at the sink, and from the key to the first sample of what it chose (a station or the next track).
 //
-// The sink is a named pipe: a sample counts when the sink has written it. The end of the old music is seen as the
-// pipe's end, so what comes after it belongs to the new.
+// The sink is a file, which every track begins anew: a track's first sample has reached the sink when the file has
+// become shorter than it was and is not empty any more.
 #include "device.h"
 #include "figures.h"
 
@@ -17,32 +17,27 @@
 #include <cstdlib>
 #include <mutex>
 #include <thread>
-#include <utility>
 
-#include <fcntl.h>
-#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-// Listens on a thread of its own, so that no end of the music is missed.
-class AudioPipe {
+// Looks at the file on a thread of its own, so that no beginning is missed.
+class AudioFile {
 public:
-    explicit AudioPipe(const QString &path)
-        : m_path(path)
+    explicit AudioFile(const QString &path)
+        : m_path(QFile::encodeName(path))
+        , m_thread([this] { watch(); })
     {
-        ::mkfifo(QFile::encodeName(path).constData(), 0600);
-        m_fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-        m_thread = std::thread([this] { listen(); });
     }
-    ~AudioPipe()
+    ~AudioFile()
     {
         m_isEnding = true;
         m_thread.join();
-        ::close(m_fd);
+        ::unlink(m_path.constData());
     }
-    QByteArray sink() const { return "filesink sync=true buffer-mode=unbuffered location=" + m_path.toUtf8(); }
+    QByteArray sink() const { return "filesink sync=true buffer-mode=unbuffered location=" + m_path; }
 
     // When new music first sounded after this moment; -1: it did not within 5 s from now.
     qint64 beginningAfter(qint64 us)
@@ -60,32 +55,30 @@ public:
     }
 
 private:
-    void listen()
+    void watch()
     {
-        char buffer[65536];
-        bool isSilent = true;
+        off_t sizeBefore = 0;
+        bool isNew = true;
         while (!m_isEnding) {
-            pollfd pipe{m_fd, POLLIN, 0};
-            ::poll(&pipe, 1, 100);
-            const ssize_t count = ::read(m_fd, buffer, sizeof buffer);
-            if (count > 0) {
-                if (std::exchange(isSilent, false)) {
+            struct stat now {};
+            if (::stat(m_path.constData(), &now) == 0) {
+                isNew = isNew || now.st_size < sizeBefore;
+                sizeBefore = now.st_size;
+                if (isNew && now.st_size > 0) {
+                    isNew = false;
                     const std::lock_guard lock(m_mutex);
                     m_beginnings.push_back(nowUs());
                 }
-            } else if (count == 0) { // nobody writes
-                isSilent = true;
-                QThread::usleep(200);
             }
+            QThread::usleep(500);
         }
     }
 
-    QString m_path;
-    int m_fd = -1;
+    const QByteArray m_path;
     std::atomic<bool> m_isEnding{false};
     std::mutex m_mutex; // guards m_beginnings
     std::vector<qint64> m_beginnings;
-    std::thread m_thread;
+    std::thread m_thread; // last: it uses the others
 };
 
 // An advertisement has no album, and cannot be skipped.
@@ -129,23 +122,23 @@ int main(int argc, char **argv)
 
     Waits start, station, skip;
     for (int i = 0; i < starts; ++i) {
-        AudioPipe pipe(device.path(QStringLiteral("audio%1").arg(i)));
-        const auto radio = device.startRadio(pipe.sink(), false);
+        AudioFile audio(device.path(QStringLiteral("audio%1").arg(i)));
+        const auto radio = device.startRadio(audio.sink(), false);
         const auto list = radio->next("stationlist", {}, 20000);
         if (!list) {
             std::fprintf(stderr, "no station list: %s\n", radio->log().right(2000).constData());
             return 1;
         }
-        start.add(list->atUs, pipe.beginningAfter(list->atUs));
+        start.add(list->atUs, audio.beginningAfter(list->atUs));
         radio->process().kill();
         radio->process().waitForFinished();
     }
     if (starts > 0)
         start.report("station list to first sample", 1000);
 
-    AudioPipe pipe(device.path(QStringLiteral("audio")));
-    const auto radio = device.startRadio(pipe.sink(), true);
-    pipe.beginningAfter(0);
+    AudioFile audio(device.path(QStringLiteral("audio")));
+    const auto radio = device.startRadio(audio.sink(), true);
+    audio.beginningAfter(0);
     QThread::msleep(500);
     for (int i = 0; i < changes; ++i) {
         // A station allows six skips an hour: one in four is a skip until every station has had its share.
@@ -158,7 +151,7 @@ int main(int argc, char **argv)
             std::fprintf(stderr, "the key did not arrive\n");
             continue;
         }
-        const qint64 soundUs = pipe.beginningAfter(key->atUs);
+        const qint64 soundUs = audio.beginningAfter(key->atUs);
         if (soundUs < 0)
             std::fprintf(stderr, "no sound after %s: %s\n", isSkip ? "a skip" : "a change",
                          device.status().left(600).constData());

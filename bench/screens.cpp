@@ -167,8 +167,9 @@ std::string widgetsOver(const QWidget *widget)
 
 void benchMarquee(VelmoraMainDlg *player, PaintWatch &watch)
 {
-    player->fillFromStationList(stationList(
-        {station("tapestry", "A station whose name is far too long for its row", true), station("b", "B")}));
+    player->fillupStationListBox_Ex(
+        stationList({station("tapestry", "A station whose name is far too long for its row", true), station("b", "B")}),
+        VLM_WS_ERR_OK, nullptr, false);
     auto *const list = player->findChild<ImageListWidget *>(QStringLiteral("stationListWidget"));
     list->clearScroll();
     list->setCurrentRow(0);

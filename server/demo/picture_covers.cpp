@@ -48,7 +48,7 @@ void letters(Canvas &canvas, Random random)
     canvas.fill(p.ground);
     const Colour papers[] = {p.light, 0xe8ddb5, p.main, 0xf8f1dc, 0xd98f7a};
     for (int i = 0; i < 5; ++i) {
-        const double x = 60 + random.unit() * 50 + i * 14, y = 60 + i * 66, w = 270, h = 150;
+        const double x = 60 + random.unit() * 50 + float(i) * 14, y = 60 + i * 66, w = 270, h = 150;
         canvas.box(x + 8, y + 10, w, h, p.deep, 0.5);
         canvas.box(x, y, w, h, papers[i]);
         canvas.polygon({{x, y}, {x + w, y}, {x + w / 2, y + h * 0.58}}, p.deep, 0.16);

@@ -137,7 +137,7 @@ private:
 
     void chords(const Section &section, const ChordSpan &span)
     {
-        const float open = section.kind == 'B' ? 2600 : section.kind == 'I' ? 700 : 1500;
+        const float open = section.kind == 'B' ? 2600.0f : section.kind == 'I' ? 700.0f : 1500.0f;
         const PadTone soft{section.kind == 'B' ? 0.25f : 0.08f, 0.35f, open * 0.8f, open * 1.6f, 0.11f, 0.006f, 4};
         const double seconds = m_a.length(span.beat, span.beats);
         for (size_t i = 0; i < m_voicing.size(); ++i) {

@@ -204,7 +204,7 @@ private:
 
     void lead(const Section &section, float loud)
     {
-        const int which = section.kind == 'B' ? 'b' : 'a';
+        const uint64_t which = section.kind == 'B' ? 98 : 97; // one tune for the verse, one for the contrast
         auto melody = composeMelody(m_a, section, plan(), m_a.random(which));
         if (section.pass > 0)
             melody = ornamented(melody, m_a, m_a.random(which + 3), 0.45f);

@@ -114,7 +114,7 @@ MelodyPlan plan(const Piece &piece)
 
 void playMelody(PianoPlayer &player, Arrangement &arrangement, const Section &section, float loud)
 {
-    const int which = section.kind == 'B' ? 'b' : 'a';
+    const uint64_t which = section.kind == 'B' ? 98 : 97; // one tune for the verse, one for the contrast
     auto melody = composeMelody(arrangement, section, plan(arrangement.piece()), arrangement.random(which));
     if (section.pass > 0)
         melody = ornamented(melody, arrangement, arrangement.random(which + 7), 0.4f);

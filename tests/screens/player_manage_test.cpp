@@ -54,6 +54,7 @@ private slots:
     void fiftySignOutsLeaveNothingBehind();
     void aNewPlayerIsMadeAfterSignOut();
     void theReplysOfAClosedPlayerHurtNobody();
+    void anOpenDialogGoesWithThePlayer();
 };
 
 void PlayerManage::tapestryIsNeitherDeletedNorRenamed()
@@ -374,6 +375,22 @@ void PlayerManage::theReplysOfAClosedPlayerHurtNobody()
     rig.run();
     QVERIFY(!rig.player);
     QCOMPARE(screentest::visibleWindows(), QStringList("VelmoraParentWidget"));
+}
+
+void PlayerManage::anOpenDialogGoesWithThePlayer()
+{
+    PlayerRig rig;
+    rig.play();
+    rig.call("explainTrack");
+    rig.answer(VLM_WS_MSGID_EXPLAIN_TRACK, VLM_WS_ERR_OK, FakeReply::explanation({"A"}));
+    rig.player->close(); // as the end of the application does
+    rig.run();
+    QVERIFY(!rig.player);
+    QCOMPARE(screentest::livingScreens(), 0);
+    const QStringList lines = rig.log.lines();
+    const QStringList after = lines.mid(lines.indexOf("del VelmoraMainDlg"));
+    QVERIFY(after.contains("del WhyDlg"));
+    QVERIFY(after.filter("slotDestroyDialog").isEmpty() && after.filter("showShadow").isEmpty());
 }
 
 QTEST_MAIN(PlayerManage)

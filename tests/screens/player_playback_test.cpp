@@ -209,8 +209,10 @@ void PlayerPlayback::anAdsAddressThatComesAfterAStationChangeIsDropped()
     FakePlayback::clearCommands();
     rig.answer(VLM_WS_MSGID_GET_AD_METADATA, VLM_WS_ERR_OK, FakeReply::adMetadata());
     QVERIFY(FakePlayback::commands().isEmpty());
-    rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_OK, PlayerRig::tracks(1));
-    QCOMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 1"));
+    BoxAnswer answers({BoxAnswer::Ok});
+    rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_INTERNAL);
+    rig.call("signout"); // nothing is being started any more
+    QCOMPARE(rig.screens.made(), QStringList("selectUser 2"));
 }
 
 void PlayerPlayback::aResultBeforeTheAdsMetadataIsNotShown()

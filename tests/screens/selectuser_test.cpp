@@ -129,7 +129,7 @@ private slots:
         };
         const Case cases[] = {
             {VLM_WS_ERR_INVALID_LOGIN, QStringLiteral("Invalid username or password, please try again.")},
-            {9999, QStringLiteral("Incorrect login,please try again!")}};
+            {5050, QStringLiteral("Incorrect login,please try again!")}};
         for (const Case &c : cases) {
             ScreenFixture fixture;
             fixture.storeAccounts(threeNames);

@@ -75,7 +75,7 @@ private slots:
         };
         const Case cases[] = {
             {VLM_WS_ERR_INVALID_LOGIN, QStringLiteral("Invalid username or password, please try again.")},
-            {9999, QStringLiteral("Incorrect Login ,please try again!")}};
+            {5050, QStringLiteral("Incorrect Login ,please try again!")}};
         for (const Case &c : cases) {
             ScreenFixture fixture;
             fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, static_cast<VLM_WS_EXT_ERRCODE_T>(c.code));
