@@ -121,6 +121,31 @@ private slots:
         }));
     }
 
+    void fiveAccountsLeaveNoWayToASixth()
+    {
+        Journey::Options options;
+        options.isSetUp = false;
+        Journey journey(options);
+        QVERIFY(QDir().mkpath(QFileInfo(journey.settingsFile()).path()));
+        QFile settings(journey.settingsFile());
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("[Welcome]\nisCheck=1\n[Account]\nsize=5\n");
+        for (int i = 1; i <= 5; ++i)
+            settings.write(QStringLiteral("%1\\userName=person%1@house.example\n%1\\password=%2\n").arg(i).arg(i - 1).toUtf8());
+        settings.close();
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForScreen(QStringLiteral("SelectUserDlg"))); // accounts, but nobody was last
+        QCOMPARE(journey.label(QStringLiteral("userListBtn_5")), QStringLiteral("person5@house.example"));
+        QVERIFY(journey.key({QStringLiteral("up")}));
+        QCOMPARE(journey.status().value(QStringLiteral("focus")).toString(), QStringLiteral("userListBtn_1"));
+        // The service does not know this device: the password is asked, and Back leads back.
+        QVERIFY(journey.key({QStringLiteral("down"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("SignInDlg")));
+        QCOMPARE(journey.label(QStringLiteral("emailLineEdit")), QStringLiteral("person2@house.example"));
+        QVERIFY(journey.key({QStringLiteral("back"), QStringLiteral("back")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("SelectUserDlg")));
+    }
+
     void anAccountIsRemovedAlsoWhenTheServiceHasForgottenTheDevice()
     {
         Journey::Options options;

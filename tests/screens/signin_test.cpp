@@ -191,6 +191,22 @@ private slots:
         QCOMPARE(email(&dialog)->text(), QStringLiteral("a@b"));
     }
 
+    void theLastTypedCharacterOfAPasswordShowsForASecond()
+    {
+        ScreenFixture fixture;
+        QFile sheet(QStringLiteral(":velmora.qss"));
+        QVERIFY(sheet.open(QIODevice::ReadOnly));
+        qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
+        SignInDlg dialog;
+        dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+        dialog.showByAccount(QStringLiteral("anna@house.example"));
+        FakeKeyboard::type(QStringLiteral("ab"));
+        QVERIFY(password(&dialog)->displayText().endsWith(QLatin1Char('b')));
+        QVERIFY(!password(&dialog)->displayText().startsWith(QLatin1Char('a')));
+        QTRY_VERIFY(!password(&dialog)->displayText().contains(QLatin1Char('b')));
+        qApp->setStyleSheet(QString());
+    }
+
     void thePageHintIsLopsided()
     {
         ScreenFixture fixture;
