@@ -14,7 +14,7 @@ struct Situation {
     bool isEntryValid = true; // index inside the playlist
     bool isPermitted = true;  // no request of this kind is under way for this track
     bool isAd = false;
-    bool hasTrack = true;     // the entry has its map
+    bool hasTrack = true; // the entry has its map
     bool isRatingAllowed = true;
 };
 

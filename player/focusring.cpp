@@ -56,10 +56,9 @@ QString buttonStyle(int position, bool isFocused, bool isPaused)
     if (const char *file = picture(position, isPaused))
         style = QStringLiteral("image: url(:/images/%1);\n").arg(QLatin1String(file));
     // "border-with" is no property (deliberate): the buttons are drawn as if it were not there.
-    return style
-           + QStringLiteral("border-image: url(:/images/%1);\ncolor: %2;\nborder-with: 5px;")
-                 .arg(isFocused ? QStringLiteral("Button_F.png") : QStringLiteral("Button_N.png"),
-                      isWhite ? QStringLiteral("rgb(255, 255, 255)") : QStringLiteral("rgb(0, 0, 0)"));
+    return style + QStringLiteral("border-image: url(:/images/%1);\ncolor: %2;\nborder-with: 5px;")
+                       .arg(isFocused ? QStringLiteral("Button_F.png") : QStringLiteral("Button_N.png"),
+                            isWhite ? QStringLiteral("rgb(255, 255, 255)") : QStringLiteral("rgb(0, 0, 0)"));
 }
 
 } // namespace focusring

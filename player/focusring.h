@@ -6,16 +6,7 @@
 namespace focusring {
 
 // The values are those that the player screen keeps.
-enum Position {
-    None = -1,
-    StationList = 2,
-    History = 3,
-    Menu = 4,
-    Play = 5,
-    Next = 6,
-    ThumbDown = 7,
-    ThumbUp = 8
-};
+enum Position { None = -1, StationList = 2, History = 3, Menu = 4, Play = 5, Next = 6, ThumbDown = 7, ThumbUp = 8 };
 
 // The neighbour of `position`; `position` itself when it is not on the ring.
 int neighbour(int position, bool isLeftToRight);

@@ -6,10 +6,9 @@ namespace menuactions {
 
 Action ofIndex(int index)
 {
-    static constexpr Action actions[] = {Action::BookmarkArtist, Action::BookmarkSong,  Action::Sleep,
-                                         Action::CreateStation,  Action::DeleteStation, Action::RenameStation,
-                                         Action::SignOut,        Action::Exit,          Action::IdlePrompt,
-                                         Action::Explain};
+    static constexpr Action actions[] = {
+        Action::BookmarkArtist, Action::BookmarkSong, Action::Sleep, Action::CreateStation, Action::DeleteStation,
+        Action::RenameStation,  Action::SignOut,      Action::Exit,  Action::IdlePrompt,    Action::Explain};
     return index >= 0 && index < static_cast<int>(std::size(actions)) ? actions[index] : Action::None;
 }
 

@@ -1,6 +1,5 @@
 #include "player/stationrecord.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -27,9 +26,9 @@ VLM_STATION_MAP_T *copy(const VLM_STATION_MAP_T &source)
     record->allowDelete = source.allowDelete;
     record->fgFlag20 = source.fgFlag20;
     record->isShared = source.isShared;
-    if (copyText(record->stationId, source.stationId) && copyText(record->stationToken, source.stationToken)
-        && copyText(record->stationStr16, source.stationStr16) && copyText(record->stationStr24, source.stationStr24)
-        && copyText(record->stationName, source.stationName))
+    if (copyText(record->stationId, source.stationId) && copyText(record->stationToken, source.stationToken) &&
+        copyText(record->stationStr16, source.stationStr16) && copyText(record->stationStr24, source.stationStr24) &&
+        copyText(record->stationName, source.stationName))
         return record;
     release(record);
     return nullptr;
@@ -60,11 +59,6 @@ bool rename(VLM_STATION_MAP_T &record, const QByteArray &name)
 bool lessThan(const VLM_STATION_MAP_T *a, const VLM_STATION_MAP_T *b)
 {
     return QString::fromLatin1(a->stationName).toLower() < QString::fromLatin1(b->stationName).toLower();
-}
-
-void sort(QList<VLM_STATION_MAP_T *> &records)
-{
-    std::sort(records.begin(), records.end(), lessThan);
 }
 
 QString token(const VLM_STATION_MAP_T *record)

@@ -17,12 +17,11 @@ bool rename(VLM_STATION_MAP_T &record, const QByteArray &name);
 
 // Names as ASCII, without regard to case. Equal names come in either order.
 bool lessThan(const VLM_STATION_MAP_T *a, const VLM_STATION_MAP_T *b);
-void sort(QList<VLM_STATION_MAP_T *> &records);
 
 QString token(const VLM_STATION_MAP_T *record); // empty for a null record or token
 QString name(const VLM_STATION_MAP_T *record);  // UTF-8
 int rowOfRecord(int index);
-int indexOfRow(int row);                                                              // -1 for the Tapestry row
+int indexOfRow(int row);                                                            // -1 for the Tapestry row
 int indexOfToken(const QList<VLM_STATION_MAP_T *> &records, const QString &wanted); // -1: none
 // The row of the station that was heard last; 0 when there is no such station (any more).
 int rowOfLastStation(const QString &tapestryToken, const QList<VLM_STATION_MAP_T *> &records, const QString &last);

@@ -127,6 +127,7 @@ public slots:
     void showPlaylistHistorythumb(int index);
     void downloadPicfromVelmora(char *pcUrl);
     void responseDownloadDone(int result, QString strInfo);
+    void updatePlaylistItem();
     void handlePlayOk();
     void handlePauseOk();
     void movePlaybackWidget();
@@ -236,9 +237,9 @@ private:
     bool m_isFileEof = false;
     bool m_isGotoNext = false;
     int m_totalSeconds = 0;
-    QTimer *m_waterlineTimer;                      // 500 ms
+    QTimer *m_waterlineTimer;                    // 500 ms
     netcommon::PlaybackThread *m_playbackThread; // owned; ended and waited for by the destructor
-    static int m_lowWaterTicks;                    // one for the process
+    static int m_lowWaterTicks;                  // one for the process
 
     // --- feedback
     void wireFeedback();
@@ -264,7 +265,6 @@ private:
     void initPlaybackInfo();
     void updatePlaybackInfo();
     void addPlaylistItem(QString text);
-    void updatePlaylistItem();
     void showHistoryIcon(const QPixmap &picture);
     void showPlayPicture(const char *picture);
     void showStationLine();
@@ -289,7 +289,7 @@ private:
     void activateTopScreen();
 
     int m_focusPosition = -1;
-    bool m_isFocusable = true;          // the focus flag
+    bool m_isFocusable = true; // the focus flag
     bool m_isFocusableAfterBox = true;
     int m_boxDepth = 0;
     bool m_wasShown = false;

@@ -45,8 +45,7 @@ const VLM_TRACK_MAP_T *VelmoraMainDlg::trackForAction(Action action, bool isPerm
 {
     const VLM_TRACK_MAP_T *track = playlistcursor::track(m_playlist, m_playing_song_info_t.playingSongIndex);
     feedbackrules::Situation situation;
-    situation.isActionAllowed =
-        (action != Action::ThumbUp && action != Action::ThumbDown) || fgActionInvalid();
+    situation.isActionAllowed = (action != Action::ThumbUp && action != Action::ThumbDown) || fgActionInvalid();
     situation.isPlayReady = m_isplayready;
     situation.isEntryValid = hasPlayingEntry();
     situation.isPermitted = isPermitted;
@@ -106,8 +105,8 @@ void VelmoraMainDlg::thumbDownSong()
         return;
     // The rating is sent also when no skip is left; the track then plays on.
     m_feedbackSkipToken = m_strCurrentStationToken;
-    if (!m_strCurrentStationToken.isEmpty()
-        && !VelmoraNextLimit::getInstance()->isAllowedNext(m_strCurrentStationToken))
+    if (!m_strCurrentStationToken.isEmpty() &&
+        !VelmoraNextLimit::getInstance()->isAllowedNext(m_strCurrentStationToken))
         m_isNeedNewPlaylist = true;
     HANDLE_T h_handle = 0;
     const VLM_WS_EXT_ERRCODE_T ret = m_webService->addFeedback(0, track->trackToken, false, nullptr, &h_handle);
@@ -175,8 +174,8 @@ void VelmoraMainDlg::sleepSong()
     const VLM_TRACK_MAP_T *track = trackForAction(Action::Sleep, m_playing_song_info_t.isSleepAble);
     if (!track)
         return;
-    if (!m_strCurrentStationToken.isEmpty()
-        && !VelmoraNextLimit::getInstance()->isAllowedNext(m_strCurrentStationToken)) {
+    if (!m_strCurrentStationToken.isEmpty() &&
+        !VelmoraNextLimit::getInstance()->isAllowedNext(m_strCurrentStationToken)) {
         warn(skipLimitText());
         return;
     }
@@ -222,14 +221,13 @@ void VelmoraMainDlg::addArtistBookmark()
 void VelmoraMainDlg::bookmark(bool isArtist)
 {
     bool &isAble = isArtist ? m_playing_song_info_t.isBookMarkArtistAble : m_playing_song_info_t.isBookMarkSongAble;
-    const VLM_TRACK_MAP_T *track =
-        trackForAction(isArtist ? Action::BookmarkArtist : Action::BookmarkSong, isAble);
+    const VLM_TRACK_MAP_T *track = trackForAction(isArtist ? Action::BookmarkArtist : Action::BookmarkSong, isAble);
     if (!track)
         return;
     HANDLE_T h_handle = 0;
-    const VLM_WS_EXT_ERRCODE_T ret =
-        isArtist ? m_webService->addArtistBookmark(track->trackToken, false, nullptr, &h_handle)
-                 : m_webService->addSongBookmark(track->trackToken, false, nullptr, &h_handle);
+    const VLM_WS_EXT_ERRCODE_T ret = isArtist
+                                         ? m_webService->addArtistBookmark(track->trackToken, false, nullptr, &h_handle)
+                                         : m_webService->addSongBookmark(track->trackToken, false, nullptr, &h_handle);
     qDebug("VelmoraMainDlg,bookmark,isArtist=%d,ret=%d.", isArtist, ret);
     if (wasSent(ret, h_handle, QString(),
                 isArtist ? tr("Bookmark artist failed,you could try again.")
@@ -284,9 +282,9 @@ void VelmoraMainDlg::explainTrackDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_
         qDebug("VelmoraMainDlg,explainTrackDone,no data.");
         return;
     }
-    const QString text = tr("Based on what you've told us so far, we're playing ")
-                         + QString::fromUtf8(track->songName) + tr(" by ") + QString::fromUtf8(track->artistName)
-                         + tr(" because it features ") + feedbackrules::joinTraits(wsreply::traits(h_handle));
+    const QString text = tr("Based on what you've told us so far, we're playing ") +
+                         QString::fromUtf8(track->songName) + tr(" by ") + QString::fromUtf8(track->artistName) +
+                         tr(" because it features ") + feedbackrules::joinTraits(wsreply::traits(h_handle));
     handle.reset();
     showExplanation(text);
 }

@@ -263,8 +263,8 @@ void VelmoraMainDlg::keyReleaseEvent(QKeyEvent *event)
     case Qt::Key_Select:
         if (m_focusPosition != focusring::StationList)
             break;
-        if (!m_strCurrentStationToken.isEmpty()
-            && ui->stationListWidget->currentRow() == m_playing_station_info_t.selectedStationIndex)
+        if (!m_strCurrentStationToken.isEmpty() &&
+            ui->stationListWidget->currentRow() == m_playing_station_info_t.selectedStationIndex)
             qDebug("VelmoraMainDlg,keyReleaseEvent,it plays already");
         else
             emit signalStationListWidgetItemClicked();

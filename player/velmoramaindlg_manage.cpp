@@ -87,8 +87,8 @@ void VelmoraMainDlg::delStation()
     if (row < 0)
         return;
     const QString token = stationrecord::token(stationOfRow(row));
-    if (!confirm(tr("Are you sure you want to delete station: \n") + cut(stationRowText(row), questionLength)
-                 + tr(" ?")))
+    if (!confirm(tr("Are you sure you want to delete station: \n") + cut(stationRowText(row), questionLength) +
+                 tr(" ?")))
         return;
     const VLM_STATION_MAP_T *station = stationOfRow(row);
     if (!station || stationrecord::token(station) != token) {

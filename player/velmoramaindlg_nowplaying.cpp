@@ -117,8 +117,7 @@ void VelmoraMainDlg::showStationLine()
                                            : cut(stationrecord::name(stationOfRow(row)), labelLength));
     ui->stationIconLabel->setStyleSheet(
         QStringLiteral("border-image: url(%1);")
-            .arg(QLatin1String(
-                stationrecord::iconPath(stationrecord::kindOfRow(row, m_stationInfoList), true))));
+            .arg(QLatin1String(stationrecord::iconPath(stationrecord::kindOfRow(row, m_stationInfoList), true))));
 }
 
 // ---- history

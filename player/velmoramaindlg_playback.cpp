@@ -170,8 +170,7 @@ void VelmoraMainDlg::playResult(int ret)
 
 void VelmoraMainDlg::showStartedEntry()
 {
-    if (const VLM_TRACK_MAP_T *track =
-            playlistcursor::track(m_playlist, m_playing_song_info_t.playingSongIndex)) {
+    if (const VLM_TRACK_MAP_T *track = playlistcursor::track(m_playlist, m_playing_song_info_t.playingSongIndex)) {
         addPlaylistItem(QString::fromUtf8(track->songName));
         emit signalDownLoadPic(track->albumArtUrl);
     } else if (const VLM_AD_METADATA_T *metadata =
@@ -232,7 +231,7 @@ int VelmoraMainDlg::pauseSong()
     }
     const int state = playbackState();
     if (state == PLAYBACK_STATE_PLAYING) {
-        m_waterlineTimer->stop();
+        pauseFilePlay();
         m_playbackThread->setType(PLAYBACK_TYPE_PAUSE);
     } else if (state == PLAYBACK_STATE_PAUSED) {
         m_waterlineTimer->start();
@@ -250,7 +249,7 @@ int VelmoraMainDlg::stopSong()
         qDebug("VelmoraMainDlg,stopSong,invalid index=%d.", m_playing_song_info_t.playingSongIndex);
         return VELMORA_APP_INVALID;
     }
-    m_waterlineTimer->stop();
+    pauseFilePlay();
     if (playbackState() == PLAYBACK_STATE_PLAYING)
         m_playbackThread->setType(PLAYBACK_TYPE_PAUSE);
     return VELMORA_APP_DONE;
@@ -285,7 +284,7 @@ int VelmoraMainDlg::nextSong()
         warn(skipLimitText());
         return VELMORA_APP_SKIP_LIMIT;
     }
-    m_waterlineTimer->stop();
+    pauseFilePlay();
     if (isCounted)
         recordSkip(m_strCurrentStationToken);
     emit signalPlaySong();
@@ -351,8 +350,7 @@ void VelmoraMainDlg::giveUpOnBuffer()
     if (isFatalMessageUp())
         return;
     const QPointer<VelmoraMainDlg> self(this);
-    showMsgbox(MSG_WARNING,
-               tr("A network error has occurred.  Please check your network connection and try again."));
+    showMsgbox(MSG_WARNING, tr("A network error has occurred.  Please check your network connection and try again."));
     if (self && !m_isGoing && !isEixt && !m_isNetworkError)
         emit signalExit(false, true);
 }

@@ -31,13 +31,13 @@ struct Reading {
 
 enum class Action {
     None,
-    NextSong,     // the track has ended
-    Ended,        // the rest was heard: the next tick moves on
-    Resume,       // the rest lies in the buffer: play on if paused
-    Pause,        // let the buffer fill
-    GiveUp,       // five minutes under the low line
-    PlayOn,       // full again: start the stream
-    ShowPlaying,  // it plays, but the screen still shows the pause
+    NextSong,    // the track has ended
+    Ended,       // the rest was heard: the next tick moves on
+    Resume,      // the rest lies in the buffer: play on if paused
+    Pause,       // let the buffer fill
+    GiveUp,      // five minutes under the low line
+    PlayOn,      // full again: start the stream
+    ShowPlaying, // it plays, but the screen still shows the pause
     AlreadyPlays
 };
 

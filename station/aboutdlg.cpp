@@ -31,12 +31,6 @@ void AboutDlg::destroyedWindow()
     delete this;
 }
 
-void AboutDlg::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() != Qt::Key_Escape) // QDialog would reject the dialog behind our back
-        QDialog::keyPressEvent(event);
-}
-
 void AboutDlg::keyReleaseEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Back && fgActionInvalid())

@@ -23,7 +23,6 @@ public slots:
     void destroyedWindow();
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private:

@@ -24,10 +24,9 @@ MenuDlg::MenuDlg(QWidget *parent)
     qDebug("new MenuDlg");
     ui->setupUi(this);
     showRoundCorners(this);
-    QPushButton *const entries[entryCount] = {ui->bookmarkArtisteBtn, ui->bookmarkSongBtn,  ui->sleepBtn,
-                                              ui->whyBtn,             ui->createstationBtn, ui->deletestationBtn,
-                                              ui->renamestationBtn,   ui->signoutBtn,       ui->exitBtn,
-                                              ui->closeBtn};
+    QPushButton *const entries[entryCount] = {
+        ui->bookmarkArtisteBtn, ui->bookmarkSongBtn,  ui->sleepBtn,   ui->whyBtn,  ui->createstationBtn,
+        ui->deletestationBtn,   ui->renamestationBtn, ui->signoutBtn, ui->exitBtn, ui->closeBtn};
     std::copy(std::begin(entries), std::end(entries), std::begin(m_entries));
     ui->bookmarkArtisteBtn->setFocus(Qt::OtherFocusReason);
 
@@ -157,8 +156,6 @@ void MenuDlg::keyPressEvent(QKeyEvent *event)
         qDebug("MenuDlg,keyPressEvent,action invalid");
         return;
     }
-    if (event->key() == Qt::Key_Escape)
-        return; // QDialog would reject the menu behind our back
     if (event->key() == Qt::Key_Back)
         emit signalRetuenBtn();
     QDialog::keyPressEvent(event);

@@ -35,12 +35,6 @@ void WhyDlg::destroyedWindow()
     delete this;
 }
 
-void WhyDlg::keyPressEvent(QKeyEvent *event)
-{
-    if (event->key() != Qt::Key_Escape) // QDialog would reject the dialog behind our back
-        QDialog::keyPressEvent(event);
-}
-
 void WhyDlg::keyReleaseEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Back && fgActionInvalid())

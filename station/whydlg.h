@@ -24,7 +24,6 @@ public slots:
     void destroyedWindow();
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
 
 private:

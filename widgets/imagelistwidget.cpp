@@ -158,9 +158,8 @@ void ImageListWidget::showBar(QListWidgetItem *item, const QPixmap &bar)
         return;
     }
     const qreal ratio = bar.devicePixelRatio();
-    m_scrollLabel->setBar(bar.copy(QRectF(labelLeft * ratio, 0, bar.width() - (labelLeft + labelRight) * ratio,
-                                          bar.height())
-                                       .toRect()));
+    m_scrollLabel->setBar(
+        bar.copy(QRectF(labelLeft * ratio, 0, bar.width() - (labelLeft + labelRight) * ratio, bar.height()).toRect()));
 }
 
 void ImageListWidget::setFocusBg(QListWidgetItem *item)

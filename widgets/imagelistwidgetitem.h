@@ -35,6 +35,6 @@ private:
     QPixmap m_backdrop;
     QPixmap m_bar;
     int m_offset = 0;
-    int m_timerId = 0; // 0: the text stands still
+    int m_timerId = 0;              // 0: the text stands still
     QTimer *m_delayTimer = nullptr; // child, made by the first startScroll()
 };

@@ -8,7 +8,7 @@ namespace marquee {
 
 inline constexpr int pauseMs = 1000;
 inline constexpr int stepMs = 30;
-inline constexpr int gapBlanks = 18;   // between two copies
+inline constexpr int gapBlanks = 18;    // between two copies
 inline constexpr int widestStill = 250; // a fixed limit, not the window's width (deliberate)
 
 enum class Step { Shift, ShiftAndPause };

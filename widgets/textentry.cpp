@@ -4,6 +4,20 @@
 #include <QDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QProxyStyle>
+
+namespace {
+
+// A cursor of one pixel shimmers on a television and is not seen from a sofa.
+class FieldStyle : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+    {
+        return metric == PM_TextCursorWidth ? 3 : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+} // namespace
 
 TextEntry::TextEntry(QDialog *dialog)
     : QObject(dialog)
@@ -17,6 +31,9 @@ void TextEntry::add(QLineEdit *field)
     field->setFocusPolicy(Qt::ClickFocus);
     field->setContextMenuPolicy(Qt::NoContextMenu);
     field->installEventFilter(this);
+    auto *style = new FieldStyle;
+    style->setParent(field);
+    field->setStyle(style);
 }
 
 void TextEntry::setPromptStyle(QLineEdit *field)

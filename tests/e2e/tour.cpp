@@ -89,15 +89,18 @@ private:
     };
 
     // --- one stop
-    bool stop(Journey &journey, bool isReached, const char *name, const char *title, const char *reference = "")
+    bool stop(Journey &journey, bool isReached, const char *name, const char *title, const char *reference = "",
+              int settle = settleMs)
     {
         const Stop stop{QLatin1String(name), QLatin1String(title),
                         *reference ? QStringLiteral("reference-") + QLatin1String(reference) : QString()};
         const QString path = QDir(m_pictures).absoluteFilePath(stop.name + QStringLiteral(".png"));
-        QTest::qWait(settleMs); // what has just been asked for is painted
+        QTest::qWait(settle); // what has just been asked for is painted
         if (!isReached || !journey.menu({QStringLiteral("screenshot"), path})) {
             m_missing += stop.title;
-            std::printf("tour: NOT REACHED: %s\n", title);
+            std::printf("tour: NOT REACHED: %s (%s, %s)\n", title,
+                        qPrintable(journey.status().value(QStringLiteral("screen")).toString()),
+                        qPrintable(journey.last().value(QStringLiteral("boxText")).toString()));
             std::fflush(stdout);
             return false;
         }
@@ -174,8 +177,7 @@ private:
              "warning", "A warning", "14-message-warning");
         keys(journey, "select");
         journey.waitForNoBox();
-        stop(journey, keys(journey, "blue") && journey.waitForScreen(QStringLiteral("EmailPwdDlg"), 5), "reminder",
-             "Password reminder", "19-email-password");
+        stop(journey, keys(journey, "blue") && journey.waitForBox(QString(), 5), "exit", "A question before the end");
     }
 
     void activation()
@@ -199,7 +201,7 @@ private:
         Journey journey;
         if (!begin(journey))
             return;
-        stop(journey, journey.waitForScreen(QStringLiteral("LoadingDlg"), 2), "loading", "Loading", "05-loading");
+        stop(journey, journey.waitForScreen(QStringLiteral("LoadingDlg"), 2), "loading", "Loading", "05-loading", 0);
         journey.waitForAudio(1);
         stop(journey, journey.waitFor(isTrack, 90) && journey.waitForAudio(4), "player", "The player, list focused",
              "01-player-playing");
@@ -325,7 +327,7 @@ private:
             return;
         stop(journey, journey.waitFor([](const QJsonObject &now) {
             return text(now, QStringLiteral("textLabel")).startsWith(QLatin1String("Buffering"));
-        }, 90), "buffering", "Buffering", "20-buffering");
+        }, 90), "buffering", "Buffering", "20-buffering", 0);
     }
 
     void serviceGone()

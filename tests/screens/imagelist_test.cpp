@@ -188,8 +188,8 @@ void ImageList::keysKeepEveryTextWithItsRow()
     const QStringList before = rig.texts();
     rig.list.setFocus();
     quint32 seed = 7;
-    const QList<int> keys = {Qt::Key_Down, Qt::Key_Up,       Qt::Key_Down, Qt::Key_PageDown,
-                             Qt::Key_End,  Qt::Key_PageUp,   Qt::Key_Home, Qt::Key_Down};
+    const QList<int> keys = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Down, Qt::Key_PageDown,
+                             Qt::Key_End,  Qt::Key_PageUp, Qt::Key_Home, Qt::Key_Down};
     for (int i = 0; i < 300; ++i) {
         seed = seed * 1664525u + 1013904223u;
         screentest::key(&rig.window, keys.at(int(seed >> 16) % keys.size()));

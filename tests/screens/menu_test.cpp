@@ -9,7 +9,7 @@
 
 namespace {
 
-const QStringList names = {"bookmarkArtisteBtn", "bookmarkSongBtn",  "sleepBtn",         "whyBtn",  "createstationBtn",
+const QStringList names = {"bookmarkArtisteBtn", "bookmarkSongBtn",  "sleepBtn",   "whyBtn",  "createstationBtn",
                            "deletestationBtn",   "renamestationBtn", "signoutBtn", "exitBtn", "closeBtn"};
 
 struct Rig {
@@ -33,8 +33,8 @@ struct Rig {
     {
         QStringList found;
         for (const QString &name : names)
-            if (screentest::childWidget(menu, qPrintable(name))->styleSheet()
-                == "border-image: url(:/images/Button_Focus_H.png);\ncolor: rgb(0, 0,0);")
+            if (screentest::childWidget(menu, qPrintable(name))->styleSheet() ==
+                "border-image: url(:/images/Button_Focus_H.png);\ncolor: rgb(0, 0,0);")
                 found.append(name);
         return found;
     }
@@ -93,9 +93,9 @@ void Menu::everyEntryReportsItsIndexAndCloses_data()
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("text");
     const QList<QPair<int, const char *>> entries = {
-        {0, "Bookmark This Artist"}, {1, "Bookmark This Track"},       {2, "Do Not Play This Track For A Month"},
+        {0, "Bookmark This Artist"},      {1, "Bookmark This Track"},  {2, "Do Not Play This Track For A Month"},
         {9, "Why Is This Track Playing"}, {3, "Create A New Station"}, {4, "Delete This Station"},
-        {5, "Rename This Station"},  {6, "Switch User"},               {7, "Exit Velmora"}};
+        {5, "Rename This Station"},       {6, "Switch User"},          {7, "Exit Velmora"}};
     for (int i = 0; i < entries.size(); ++i)
         QTest::newRow(entries.at(i).second) << i << entries.at(i).first << QString::fromLatin1(entries.at(i).second);
 }
@@ -147,8 +147,8 @@ void Menu::nineHoursWithoutAKeyReportEight()
 {
     Rig rig;
     const auto timers = rig.menu->findChildren<QTimer *>();
-    const auto closing = std::find_if(timers.begin(), timers.end(),
-                                      [](const QTimer *timer) { return timer->interval() == 32'400'000; });
+    const auto closing =
+        std::find_if(timers.begin(), timers.end(), [](const QTimer *timer) { return timer->interval() == 32'400'000; });
     QVERIFY(closing != timers.end());
     QVERIFY((*closing)->isActive());
     QMetaObject::invokeMethod(rig.menu, "handletimer");

@@ -47,8 +47,8 @@ void playAd(PlayerRig &rig)
 
 bool isThumbShown(const PlayerRig &rig, const char *picture)
 {
-    return !screentest::childWidget(rig.player, "playlistthumb")->isHidden()
-           && rig.style("playlistthumb").contains(QLatin1String(picture));
+    return !screentest::childWidget(rig.player, "playlistthumb")->isHidden() &&
+           rig.style("playlistthumb").contains(QLatin1String(picture));
 }
 
 } // namespace
@@ -134,7 +134,7 @@ void PlayerFeedback::anActionThatFailsIsSaid()
     QVERIFY(!rig.isAnimationShown());
     QCOMPARE(rig.focused(), QStringList("stationListWidget"));
     QCOMPARE(rig.skipsLeft("b"), 6);
-    rig.call(actions.at(index).slot); // may be tried again
+    rig.call(actions.at(index).slot);                            // may be tried again
     QVERIFY(rig.isAnimationShown() || index == 1 || index == 2); // no skip is left for these two
 }
 

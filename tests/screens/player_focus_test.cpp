@@ -19,8 +19,8 @@ void goTo(PlayerRig &rig, int place)
 
 bool hasPlainBar(const ImageListWidget *list)
 {
-    return list->currentItem()->background().texture().cacheKey()
-           == QPixmap(":/images/FocusBar_Transparent.png").cacheKey();
+    return list->currentItem()->background().texture().cacheKey() ==
+           QPixmap(":/images/FocusBar_Transparent.png").cacheKey();
 }
 
 void closeWhateverIsOpen(PlayerRig &rig)
@@ -86,11 +86,11 @@ void PlayerFocus::everyKeyLeadsToADefinedPlace()
     PlayerRig rig;
     rig.play();
     const int size = int(ring.size());
-    for (const int key : {int(Qt::Key_Up), int(Qt::Key_Down), int(Qt::Key_Back), int(Qt::Key_PageUp),
-                          int(Qt::Key_PageDown), int(Qt::Key_Home), int(Qt::Key_End), int(Qt::Key_TopMenu),
-                          int(Qt::Key_MenuPB), int(Qt::Key_Escape), int(Qt::Key_Return), int(Qt::Key_Tab),
-                          int(Qt::Key_5), int(Qt::Key_S), int(Qt::Key_Pause), int(Qt::Key_MediaPlay),
-                          int(Qt::Key_MediaStop), int(Qt::Key_Left), int(Qt::Key_Right)}) {
+    for (const int key :
+         {int(Qt::Key_Up), int(Qt::Key_Down), int(Qt::Key_Back), int(Qt::Key_PageUp), int(Qt::Key_PageDown),
+          int(Qt::Key_Home), int(Qt::Key_End), int(Qt::Key_TopMenu), int(Qt::Key_MenuPB), int(Qt::Key_Escape),
+          int(Qt::Key_Return), int(Qt::Key_Tab), int(Qt::Key_5), int(Qt::Key_S), int(Qt::Key_Pause),
+          int(Qt::Key_MediaPlay), int(Qt::Key_MediaStop), int(Qt::Key_Left), int(Qt::Key_Right)}) {
         while (rig.focused() != QStringList(ring.at(place)))
             rig.key(screentest::Right);
         rig.key(key);

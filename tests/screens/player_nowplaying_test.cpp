@@ -5,8 +5,8 @@
 
 #include <QDir>
 #include <QFile>
-#include <QPropertyAnimation>
 #include <QProgressBar>
+#include <QPropertyAnimation>
 #include <QTemporaryDir>
 
 namespace {

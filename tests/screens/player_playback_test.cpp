@@ -420,7 +420,8 @@ void PlayerPlayback::aSkipWithoutAStationIsFree()
     useUpSkips(QString());
     rig.service.ws.replyNext(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, FakeReply::stationList({}));
     HANDLE_T handle = 0;
-    velmora_ws_getStationList(0, "", "", [](HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *) {}, nullptr, &handle);
+    velmora_ws_getStationList(
+        0, "", "", [](HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *) {}, nullptr, &handle);
     rig.service.ws.flush();
     rig.player->fillFromStationList(handle); // clears the token
     QCOMPARE(rig.player->nextSong(), 0);

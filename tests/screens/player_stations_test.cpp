@@ -76,7 +76,8 @@ void PlayerStations::anEmptyReplyKeepsTheListAndItsFirstRow()
     rig.play();
     rig.service.ws.replyNext(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, FakeReply::stationList({}));
     HANDLE_T handle = 0;
-    velmora_ws_getStationList(0, "", "", [](HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *) {}, nullptr, &handle);
+    velmora_ws_getStationList(
+        0, "", "", [](HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *) {}, nullptr, &handle);
     rig.service.ws.flush();
     rig.player->fillFromStationList(handle);
     QVERIFY(!rig.service.ws.isLive(handle));
@@ -90,9 +91,7 @@ void PlayerStations::sharedStationsCarryAnArrow()
     QList<FakeStation> own = PlayerRig::stations({"a", "b"});
     own[1].isShared = true;
     rig.fill(own);
-    const auto picture = [&rig](int row) {
-        return rig.stationsList()->item(row)->icon().pixmap(32).toImage();
-    };
+    const auto picture = [&rig](int row) { return rig.stationsList()->item(row)->icon().pixmap(32).toImage(); };
     const auto file = [](const char *name) { return QPixmap(QString::fromLatin1(name)).toImage(); };
     if (file(":/images/common_station_icon_s.png").isNull())
         QSKIP("the images are not linked in");

@@ -184,9 +184,9 @@ QStringList PlayerRig::focused() const
     for (const char *name : {"stationListWidget", "playListWidget"}) {
         const QListWidgetItem *item = list(name)->currentItem();
         const bool hasKeys = list(name)->hasFocus();
-        const bool hasBar = item && !item->background().texture().isNull()
-                            && item->background().texture().cacheKey()
-                                   == QPixmap(QStringLiteral(":/images/FocusBar.png")).cacheKey();
+        const bool hasBar =
+            item && !item->background().texture().isNull() &&
+            item->background().texture().cacheKey() == QPixmap(QStringLiteral(":/images/FocusBar.png")).cacheKey();
         if (hasKeys || hasBar)
             names.append(QString::fromLatin1(name) + (!item || hasBar ? QString() : QStringLiteral(" without bar")));
     }

@@ -164,10 +164,10 @@ void PlayerPlaylistTest::oneTickHasOneOutcome_data()
     QTest::newRow("all received, little left") << eof << reading(99000, 100000, 6) << int(Action::Resume) << false;
     QTest::newRow("all received and heard") << eof << reading(100000, 100000, 5) << int(Action::Ended) << true;
     QTest::newRow("heard up to another length") << eof << reading(99999, 99999, 5) << int(Action::Resume) << false;
-    QTest::newRow("track over") << waterline::State{true, true, false, 5} << reading(0, 0, 4)
-                                << int(Action::NextSong) << false;
-    QTest::newRow("a stray next-song without the end") << waterline::State{true, false, false, 5}
-                                                       << reading(0, 5000, 5) << int(Action::None) << false;
+    QTest::newRow("track over") << waterline::State{true, true, false, 5} << reading(0, 0, 4) << int(Action::NextSong)
+                                << false;
+    QTest::newRow("a stray next-song without the end")
+        << waterline::State{true, false, false, 5} << reading(0, 5000, 5) << int(Action::None) << false;
 }
 
 void PlayerPlaylistTest::oneTickHasOneOutcome()

@@ -126,8 +126,8 @@ void PlayerRulesTest::buttonsLookFocusedOrNot_data()
     QTest::addColumn<QString>("style");
     const QString black = "rgb(0, 0, 0)", white = "rgb(255, 255, 255)";
     const auto style = [](const QString &image, const QString &border, const QString &color) {
-        return (image.isEmpty() ? QString() : "image: url(:/images/" + image + ".png);\n")
-               + "border-image: url(:/images/Button_" + border + ".png);\ncolor: " + color + ";\nborder-with: 5px;";
+        return (image.isEmpty() ? QString() : "image: url(:/images/" + image + ".png);\n") +
+               "border-image: url(:/images/Button_" + border + ".png);\ncolor: " + color + ";\nborder-with: 5px;";
     };
     QTest::newRow("menu") << 4 << true << true << style("", "F", black);
     QTest::newRow("menu, normal") << 4 << false << true << style("", "N", white);

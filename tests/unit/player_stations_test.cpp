@@ -77,8 +77,8 @@ void PlayerStationsTest::nullTextsStayNull()
 {
     const VLM_STATION_MAP_T source{};
     VLM_STATION_MAP_T *record = copy(source);
-    QVERIFY(!record->stationId && !record->stationToken && !record->stationStr16 && !record->stationStr24
-            && !record->stationName);
+    QVERIFY(!record->stationId && !record->stationToken && !record->stationStr16 && !record->stationStr24 &&
+            !record->stationName);
     QCOMPARE(token(record), QString());
     QCOMPARE(token(nullptr), QString());
     release(record);
@@ -88,7 +88,7 @@ void PlayerStationsTest::nullTextsStayNull()
 void PlayerStationsTest::namesAreSortedWithoutRegardToCase()
 {
     Records records({"velvet", "Acoustic", "VELVET", "jazz", ""});
-    sort(records.list);
+    std::sort(records.list.begin(), records.list.end(), lessThan);
     const QStringList names = records.names();
     QCOMPARE(names.mid(0, 3), QStringList({"", "Acoustic", "jazz"}));
     QCOMPARE(names.at(3).toLower(), names.at(4).toLower());
@@ -146,7 +146,8 @@ void PlayerStationsTest::everyKindOfRowHasItsPictures_data()
     QTest::addColumn<QString>("playing");
     QTest::newRow("Tapestry") << 0 << ":/images/common_tapestry_icon_n_01.png"
                               << ":/images/common_tapestry_icon_s_01.png";
-    QTest::newRow("ordinary") << 1 << ":/images/common_station_icon_n.png" << ":/images/common_station_icon_s.png";
+    QTest::newRow("ordinary") << 1 << ":/images/common_station_icon_n.png"
+                              << ":/images/common_station_icon_s.png";
     QTest::newRow("shared") << 2 << ":/images/common_station_icon_arrow_n.png"
                             << ":/images/common_station_icon_arrow_s.png";
 }

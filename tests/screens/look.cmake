@@ -1,0 +1,12 @@
+# What a machine can see of every screen.
+if(TARGET velmora_account AND TARGET velmora_station AND TARGET fakescreens AND TARGET QtVirtualKb AND TARGET velmora_resources)
+  velmora_test(look_screens SOURCES ${CMAKE_CURRENT_LIST_DIR}/look_screens_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/lookcheck.cpp ${CMAKE_CURRENT_LIST_DIR}/lookcheck.h
+    LIBS velmora_station velmora_account fakescreens screentest fake_ws fake_netcommon device_twin ViewComponent
+         QtVirtualKb velmora_resources LABELS screens)
+endif()
+if(TARGET velmora_player AND TARGET velmora_station AND TARGET fakescreens AND TARGET ViewComponent AND TARGET velmora_resources)
+  velmora_test(look_player SOURCES ${CMAKE_CURRENT_LIST_DIR}/look_player_test.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/lookcheck.cpp ${CMAKE_CURRENT_LIST_DIR}/lookcheck.h
+    LIBS playerrig velmora_resources LABELS screens)
+endif()

@@ -1,0 +1,190 @@
+// What a machine can see of every screen but the player: texts, safe area, neighbours, focus, contrast, names.
+
+#include "account/emailpwddlg.h"
+#include "account/internetradiodlg.h"
+#include "account/loadingdlg.h"
+#include "account/selectuserdlg.h"
+#include "account/signindlg.h"
+#include "account/welcomedlg.h"
+#include "screens/accountfixture.h"
+#include "screens/lookcheck.h"
+#include "station/aboutdlg.h"
+#include "station/createstationdlg.h"
+#include "station/menudlg.h"
+#include "station/renamestationdlg.h"
+#include "station/whydlg.h"
+#include "widgets/msgboxdlg.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+
+using namespace screentest;
+
+namespace {
+
+const QString longestMessage = QStringLiteral(
+    "Unfortunately,our music licenses force us to limit the number of tracks you may skip each hour. If you want to "
+    "hear something else, you can switch to another one of your stations or create a new one by searching for an artist "
+    "or track that you love and would like to hear more of today.");
+
+using Make = std::function<QWidget *()>;
+
+void type(QWidget *dialog, const char *fieldName, const QString &text)
+{
+    auto *field = child<QLineEdit>(dialog, fieldName);
+    for (const QChar letter : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+        QCoreApplication::sendEvent(field, &press);
+    }
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Make)
+
+class LookScreensTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        registerTypes();
+        QApplication::setQuitOnLastWindowClosed(false);
+        QFile style(QStringLiteral(":/velmora.qss"));
+        QVERIFY(style.open(QIODevice::ReadOnly));
+        qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
+    }
+
+    void aScreenHasNoFault_data()
+    {
+        QTest::addColumn<Make>("make");
+        QTest::addColumn<int>("focused");
+        const auto row = [](const char *name, int focused, const Make &make) { QTest::newRow(name) << make << focused; };
+        row("loading", 0, [] { return new LoadingDlg; });
+        row("welcome", 1, [] { return new WelcomeDlg; });
+        row("one account", 1, [] {
+            ScreenFixture::storeAccounts({QStringLiteral("living.room@example.org")});
+            return new SelectUserDlg(0);
+        });
+        row("five accounts, delete", 1, [] {
+            ScreenFixture::storeAccounts({"living.room@example.org", "kitchen.radio@example.org", "guest@example.org",
+                                          "a.very.long.mailbox.name@mail.example.org", "hobby.room@example.org"});
+            auto *dialog = new SelectUserDlg(0);
+            dialog->show();
+            key(dialog, Right);
+            return dialog;
+        });
+        row("activation", 1, [] {
+            return new InternetRadioDlg(QStringLiteral("Your activation code is:    WWWWWWWW"),
+                                        QStringLiteral("Please go to    http://velmora.invalid/activate"));
+        });
+        row("sign-in, prompt", 1, [] { return new SignInDlg; });
+        row("sign-in, typing", 1, [] {
+            auto *dialog = new SignInDlg;
+            dialog->show();
+            type(dialog, "emailLineEdit", QStringLiteral("living.room"));
+            return dialog;
+        });
+        row("reminder", 1, [] { return new EmailPwdDlg; });
+        row("create, prompt", 1, [] { return new CreateStationDlg(1); });
+        row("create, second page", 1, [] {
+            auto *dialog = new CreateStationDlg(1);
+            dialog->show();
+            key(dialog, Red);
+            return dialog;
+        });
+        row("rename", 1, [] { return new RenameStationDlg(QStringLiteral("Slow Piano"), QStringLiteral("t")); });
+        row("menu", 1, [] {
+            auto *dialog = new MenuDlg;
+            dialog->move(450, 200);
+            return dialog;
+        });
+        row("why", 1, [] {
+            auto *dialog = new WhyDlg(QStringLiteral("Based on what you've told us so far. ").repeated(9));
+            dialog->move(240, 110);
+            return dialog;
+        });
+        row("about", 1, [] {
+            auto *dialog = new AboutDlg;
+            dialog->move(240, 110);
+            return dialog;
+        });
+        for (const int kind : {MSG_ERROR, MSG_WARNING, MSG_INFO, MSG_QUESTION})
+            row(qPrintable(QStringLiteral("box of kind %1").arg(kind)), 1, [kind] {
+                auto *box = new MsgboxDlg(kind, longestMessage, nullptr);
+                box->setAttribute(Qt::WA_DeleteOnClose, false);
+                box->move(240, 175);
+                return box;
+            });
+    }
+
+    void aScreenHasNoFault()
+    {
+        QFETCH(Make, make);
+        QFETCH(int, focused);
+        ScreenFixture fixture;
+        const QPointer<QWidget> screen = make();
+        screen->show();
+        screen->activateWindow();
+        settle();
+        QCOMPARE(lookcheck::faults(screen).join(QLatin1Char('\n')), QString());
+        const QStringList lit = lookcheck::focused(screen);
+        QVERIFY2(lit.size() == focused, qPrintable(lit.join(QLatin1Char(' '))));
+        delete screen;
+    }
+
+    void aMissingPictureLeavesTheTextAndTheControl()
+    {
+        QLabel label(QStringLiteral("words"));
+        label.setStyleSheet(QStringLiteral("border-image: url(:/images/not_there.png);\ncolor: rgb(255, 255, 255);"));
+        label.resize(200, 50);
+        QPalette dark = label.palette();
+        dark.setColor(QPalette::Window, Qt::black);
+        label.setPalette(dark);
+        label.show();
+        const QImage picture = label.grab().toImage();
+        int bright = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                bright += qGray(picture.pixel(x, y)) > 180 ? 1 : 0;
+        QVERIFY(bright > 20);
+        QLabel unknownFont(QStringLiteral("words"));
+        unknownFont.setFont(QFont(QStringLiteral("No Such Family"), 20));
+        QVERIFY(unknownFont.fontMetrics().horizontalAdvance(unknownFont.text()) > 20);
+    }
+
+    // --- the check itself
+    void aFaultIsSeen_data()
+    {
+        QTest::addColumn<QString>("style");
+        QTest::addColumn<QRect>("second");
+        QTest::addColumn<int>("found");
+        QTest::newRow("none") << QStringLiteral("color: white") << QRect(100, 200, 300, 40) << 0;
+        QTest::newRow("cut") << QStringLiteral("color: white") << QRect(100, 200, 20, 40) << 1;
+        QTest::newRow("over each other") << QStringLiteral("color: white") << QRect(100, 130, 300, 40) << 1;
+        QTest::newRow("unsafe") << QStringLiteral("color: white") << QRect(40, 200, 300, 40) << 1;
+        QTest::newRow("pale") << QStringLiteral("color: rgb(90, 90, 90)") << QRect(100, 200, 300, 40) << 1;
+    }
+
+    void aFaultIsSeen()
+    {
+        QFETCH(QString, style);
+        QFETCH(QRect, second);
+        QFETCH(int, found);
+        QWidget window;
+        window.setStyleSheet(QStringLiteral("background: black"));
+        window.setGeometry(0, 0, 1280, 720);
+        QLabel first(QStringLiteral("first words"), &window);
+        first.setStyleSheet(QStringLiteral("color: white"));
+        first.setGeometry(100, 100, 300, 40);
+        QLabel other(QStringLiteral("other words"), &window);
+        other.setStyleSheet(style);
+        other.setGeometry(second);
+        window.show();
+        const QStringList all = lookcheck::faults(&window);
+        QVERIFY2(all.size() == found, qPrintable(all.join(QLatin1Char('\n'))));
+    }
+};
+
+QTEST_MAIN(LookScreensTest)
+#include "look_screens_test.moc"
