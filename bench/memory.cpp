@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 #include <QSet>
 #include <QThread>
 
@@ -38,6 +39,28 @@ QStringList loadedPlugins(qint64 pid)
     return sorted;
 }
 
+// "name 1.2 MB" of the mappings that weigh most.
+std::string heaviestMappings(qint64 pid)
+{
+    QFile maps(QStringLiteral("/proc/%1/smaps").arg(pid));
+    QMap<QByteArray, double> megabytes;
+    QByteArray name;
+    if (maps.open(QIODevice::ReadOnly))
+        for (const QByteArray &line : maps.readAll().split('\n')) {
+            const QList<QByteArray> words = line.simplified().split(' ');
+            if (words.first().contains('-') && words.size() >= 5)
+                name = words.size() > 5 ? words.at(5).mid(words.at(5).lastIndexOf('/') + 1) : QByteArray("anonymous");
+            else if (words.first() == "Pss:")
+                megabytes[name] += words.at(1).toDouble() / 1024;
+        }
+    QList<QByteArray> names = megabytes.keys();
+    std::sort(names.begin(), names.end(), [&](auto &a, auto &b) { return megabytes[a] > megabytes[b]; });
+    QStringList heaviest;
+    for (const QByteArray &each : names.mid(0, 10))
+        heaviest += QStringLiteral("%1 %2").arg(QString::fromUtf8(each)).arg(megabytes[each], 0, 'f', 1);
+    return heaviest.join(QStringLiteral(", ")).toStdString();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -52,6 +75,7 @@ int main(int argc, char **argv)
         if (!window.next("painted", {}, 20000))
             return 1;
         bareMb = medianSetMb(window.pid());
+        figures::note("bare window, heaviest mappings, MB", heaviestMappings(window.pid()));
     }
     const auto menu = device.startRadio("fakesink sync=true", true);
     QByteArray status;
@@ -72,6 +96,7 @@ int main(int argc, char **argv)
     figures::note("bare window, proportional set", bareMb, " MB");
     figures::note("radio while playing, proportional set", radioMb, " MB");
     figures::print("memory against the bare window", radioMb / bareMb, "", 2.2);
+    figures::note("radio, heaviest mappings, MB", heaviestMappings(pid));
     figures::note("sound plug-ins loaded", loadedPlugins(pid).join(QLatin1Char(' ')).toStdString());
     return 0;
 }

@@ -67,6 +67,7 @@ private:
 
 void installObserver()
 {
+    say("application", "");
     auto *const observer = new Observer(qApp);
     qApp->installEventFilter(observer);
 #ifdef BENCH_SERVICE

@@ -125,7 +125,7 @@ void benchRows(VelmoraMainDlg *player)
         }
         QElapsedTimer clock;
         clock.start();
-        stationrecord::sort(records);
+        std::sort(records.begin(), records.end(), stationrecord::lessThan);
         player->fillupStationListBox_Ex(handle, VLM_WS_ERR_OK, nullptr, false);
         QApplication::processEvents();
         ms.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);

@@ -83,6 +83,37 @@ private slots:
         QVERIFY(!journey.serverReport().contains(first));
         QVERIFY(!journey.radioReport().contains(QStringLiteral("eleven red kettles")));
     }
+
+    void aForgottenPasswordIsReplacedThroughTheLinkOfTheReminder()
+    {
+        const QString fresh = QStringLiteral("four grey herons");
+        Journey::Options options;
+        options.isSetUp = false;
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY2(journey.createAccount(QStringLiteral("third@house.example"), QStringLiteral("long forgotten")),
+                 qPrintable(journey.problem()));
+        const QString link = journey.reminderLink(QStringLiteral("third@house.example"));
+        QVERIFY(link.startsWith(journey.serverUrl()));
+        WebDriver browser;
+        QVERIFY2(browser.start(), qPrintable(browser.problem()));
+        QVERIFY(browser.open(link));
+        QVERIFY(browser.type(QStringLiteral("input[name=new]"), fresh));
+        QVERIFY(browser.click(QStringLiteral("button")));
+        QTRY_COMPARE_WITH_TIMEOUT(browser.text(QStringLiteral("h1")), QStringLiteral("The password was changed"), 20000);
+        QVERIFY(browser.open(link)); // it opens once
+        QTRY_COMPARE_WITH_TIMEOUT(browser.text(QStringLiteral("h1")), QStringLiteral("Too late"), 20000);
+
+        QVERIFY(journey.waitForScreen(QStringLiteral("WelcomeDlg")));
+        QVERIFY(journey.key({QStringLiteral("select")}));
+        QVERIFY(journey.waitForBox(QStringLiteral("Do you already have a Velmora account ? ")));
+        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("SignInDlg")));
+        QVERIFY(journey.key({QStringLiteral("text"), QStringLiteral("third@house.example"), QStringLiteral("enter"),
+                             QStringLiteral("text"), fresh, QStringLiteral("enter")}));
+        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QVERIFY(journey.waitForAudio(1));
+    }
 };
 
 QTEST_GUILESS_MAIN(ActivationJourney)

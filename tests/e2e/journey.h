@@ -66,6 +66,8 @@ public:
     bool startServer();
     // An account with a Tapestry station, made through the service's interface.
     bool createAccount(const QString &userName, const QString &password);
+    // Has the service send a reminder; the link in its mail, from the outbox. Empty when there is none.
+    QString reminderLink(const QString &userName);
     QString root() const { return m_root.path(); }
     QString settingsFile() const;
     QString radioReport(); // everything the radio has logged so far
@@ -75,6 +77,8 @@ private:
     QProcessEnvironment environment() const;
     QStringList command(const QStringList &arguments, int *exitCode);
     static void dieWithUs(QProcess &process);
+    QJsonObject ask(const char *function, const QJsonObject &parameters, const QString &token) const;
+    QString partnerToken() const;
 
     Options m_options;
     QTemporaryDir m_root;

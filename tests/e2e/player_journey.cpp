@@ -192,7 +192,7 @@ private slots:
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForAudio(1));
         const qint64 pid = journey.radioPid();
-        for (int round = 0; round < 12; ++round) {
+        for (int round = 0; round < 55; ++round) { // six hundred keys, a minute of ten a second
             QVERIFY(journey.key({QStringLiteral("next"), QStringLiteral("down"), QStringLiteral("select"),
                                  QStringLiteral("pause"), QStringLiteral("right"), QStringLiteral("select"),
                                  QStringLiteral("back"), QStringLiteral("pause"), QStringLiteral("left"),

@@ -25,7 +25,8 @@ namespace {
 
 const QString longestMessage = QStringLiteral(
     "Unfortunately,our music licenses force us to limit the number of tracks you may skip each hour. If you want to "
-    "hear something else, you can switch to another one of your stations or create a new one by searching for an artist "
+    "hear something else, you can switch to another one of your stations or create a new one by searching for an "
+    "artist "
     "or track that you love and would like to hear more of today.");
 
 using Make = std::function<QWidget *()>;
@@ -59,7 +60,9 @@ private slots:
     {
         QTest::addColumn<Make>("make");
         QTest::addColumn<int>("focused");
-        const auto row = [](const char *name, int focused, const Make &make) { QTest::newRow(name) << make << focused; };
+        const auto row = [](const char *name, int focused, const Make &make) {
+            QTest::newRow(name) << make << focused;
+        };
         row("loading", 0, [] { return new LoadingDlg; });
         row("welcome", 1, [] { return new WelcomeDlg; });
         row("one account", 1, [] {
@@ -96,7 +99,7 @@ private slots:
         row("rename", 1, [] { return new RenameStationDlg(QStringLiteral("Slow Piano"), QStringLiteral("t")); });
         row("menu", 1, [] {
             auto *dialog = new MenuDlg;
-            dialog->move(450, 200);
+            dialog->move(450, 215);
             return dialog;
         });
         row("why", 1, [] {
