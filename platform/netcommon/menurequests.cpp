@@ -38,8 +38,8 @@ void handle(const menu::Packet &packet, const std::shared_ptr<MenuLink> &link)
         break;
     }
     case menu::Network:
+        answer(menu::Done); // first: a screen may answer the event with a box, which keeps this call until it is closed
         injectNetworkEvent(value ? NETWORK_EVENT_DISCONNECTED : NETWORK_EVENT_CONNECTED);
-        answer(menu::Done);
         break;
     case menu::Status:
         answer(menu::Done, statusLine());

@@ -198,7 +198,7 @@ private:
         Journey journey;
         if (!begin(journey))
             return;
-        stop(journey, journey.waitForScreen(QStringLiteral("LoadingDlg"), 2), "loading", "Loading", "05-loading", 0);
+        stop(journey, journey.waitForScreen(QStringLiteral("LoadingDlg"), 2), "loading", "Loading", "05-loading", 250);
         journey.waitForAudio(1);
         stop(journey, journey.waitFor(isTrack, 90) && journey.waitForAudio(4), "player", "The player, list focused",
              "01-player-playing");
