@@ -57,7 +57,9 @@ std::string heaviestMappings(qint64 pid)
     std::sort(names.begin(), names.end(), [&](auto &a, auto &b) { return megabytes[a] > megabytes[b]; });
     QStringList heaviest;
     for (const QByteArray &each : names.mid(0, 10))
-        heaviest += QStringLiteral("%1 %2").arg(QString::fromUtf8(each)).arg(megabytes[each], 0, 'f', 1);
+        heaviest += QStringLiteral("%1 %2")
+                        .arg(QString::fromUtf8(each).remove(QLatin1Char('[')).remove(QLatin1Char(']')))
+                        .arg(megabytes[each], 0, 'f', 1);
     return heaviest.join(QStringLiteral(", ")).toStdString();
 }
 
