@@ -4,7 +4,9 @@
 #include "screens/accountfixture.h"
 #include "station/renamestationdlg.h"
 
+#include <QLabel>
 #include <QLineEdit>
+#include <virtualkb/qtvirtualkbdlg.h>
 
 using namespace screentest;
 
@@ -133,6 +135,38 @@ private slots:
             }
             delete dialog;
         }
+    }
+
+    void theHintsFollowThePageAndTheColourKeysTheKeyboard()
+    {
+        ScreenFixture fixture;
+        const auto dialog = open();
+        auto *caps = child<QLabel>(dialog, "greenContentLabel");
+        auto *number = child<QLabel>(dialog, "digitalContentLabel");
+        QVERIFY(!caps->isHidden() && number->isHidden());
+        key(dialog, Red);
+        QVERIFY(caps->isHidden() && !number->isHidden());
+        key(dialog, Red);
+        QVERIFY(!caps->isHidden() && number->isHidden());
+        QSignalSpy green(dialog.data(), &TextEntryDlg::signalGreenBtn);
+        FakeKeyboard::current()->m_isModeAble = false;
+        key(dialog, Green);
+        QCOMPARE(green.size(), 0);
+        FakeKeyboard::current()->m_isModeAble = true;
+        key(dialog, Green);
+        QCOMPARE(green.size(), 1);
+        delete dialog;
+    }
+
+    void anEmptiedNameLooksIdleAgainWithoutAPrompt()
+    {
+        ScreenFixture fixture;
+        const auto dialog = open();
+        FakeKeyboard::type(QStringLiteral("x"));
+        FakeKeyboard::clear();
+        QCOMPARE(field(dialog)->text(), QString());
+        QVERIFY(field(dialog)->styleSheet().contains(QLatin1String("InputBox_Normal_H")));
+        delete dialog;
     }
 
     void backLeavesEvenWhileARequestIsInFlight()
