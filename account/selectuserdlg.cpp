@@ -33,6 +33,7 @@ QString deleteLook(const char *icon)
 
 constexpr int newUserPadding = 80;
 constexpr int rowPadding = 120;
+constexpr int rowTextWidth = 756 - 2 * rowPadding; // the padding counts on both sides
 constexpr int newUserDelayMs = 100;
 
 } // namespace
@@ -153,11 +154,14 @@ void SelectUserDlg::initRecordUserInfo(const QString &strFocus)
     }
     const QStringList names = settings.getAllUserName();
     // An activation can leave a sixth account in the file; there are five rows.
-    m_userCount = qMin(int(names.size()), maxAccounts);
+    m_userNames = names.mid(0, maxAccounts);
+    m_userCount = int(m_userNames.size());
     qDebug("SelectUserDlg,m_userCount=%d.", m_userCount);
     for (int row = 1; row <= maxAccounts; ++row) {
         const bool isUsed = row <= m_userCount;
-        rowButton(row)->setText(isUsed ? names.at(row - 1) : QString());
+        const QString name = isUsed ? names.at(row - 1) : QString();
+        rowButton(row)->setText(rowButton(row)->fontMetrics().elidedText(name, Qt::ElideRight, rowTextWidth));
+        rowButton(row)->setAccessibleName(name);
         rowButton(row)->setVisible(isUsed);
         deleteButton(row)->setVisible(isUsed);
         rowIcon(row)->setVisible(isUsed);
@@ -196,7 +200,7 @@ void SelectUserDlg::loadingToMainDlg()
     qDebug("SelectUserDlg,loadingToMainDlg...");
     if (m_focusIndex % 2 == 0)
         return;
-    const QString userName = rowButton(focusRow())->text();
+    const QString userName = focusUser();
     AccountRecord login;
     {
         VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
@@ -286,7 +290,7 @@ void SelectUserDlg::deleteUser()
         qDebug("VelmoraMainDlg,signout,getMac failed,e_ret=%d.", int(macResult));
         return;
     }
-    const QString userName = rowButton(focusRow())->text();
+    const QString userName = focusUser();
     if (m_isErrorMsg) {
         qDebug("Velmoraparent m_isErrorMsg is true.");
         return;
@@ -358,7 +362,7 @@ void SelectUserDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
 void SelectUserDlg::handleDeviceError()
 {
     qDebug("SelectUserDlg,loadingToMainDlg password is null...");
-    openSignIn(m_focusIndex % 2 == 1 ? rowButton(focusRow())->text() : QString());
+    openSignIn(m_focusIndex % 2 == 1 ? focusUser() : QString());
 }
 
 void SelectUserDlg::loseFocus(bool fgMsgbox)

@@ -280,6 +280,21 @@ private slots:
         delete dialog;
     }
 
+    void aLongNameIsShortenedOnItsRowOnly()
+    {
+        ScreenFixture fixture;
+        const QString name = QStringLiteral("a.very.long.address.for.the.summer.house@example.org");
+        fixture.storeAccounts({name});
+        fixture.ws().autoReply(VLM_WS_MSGID_DISASSOCIATE_DEVICE, VLM_WS_ERR_OK);
+        const auto dialog = open(1);
+        QVERIFY(child<QPushButton>(dialog, "userListBtn_1")->text().endsWith(QChar(0x2026)));
+        BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Nothing});
+        keys(dialog, {Right, Select});
+        QTRY_COMPARE(fixture.settings().getAllUserName(), QStringList());
+        QCOMPARE(box.texts().first(), QStringLiteral("Are you sure you want to delete the user: ") + name);
+        delete dialog;
+    }
+
     void theFocusedControlGivesItsLookAwayToABox()
     {
         ScreenFixture fixture;
