@@ -1,9 +1,11 @@
 #include "account/deviceactivation.h"
 
+#include "app/velmoraparentwidget.h"
 #include "service/deviceidentity.h"
 #include "service/devicepaths.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
+#include "service/wshandle.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -43,6 +45,19 @@ std::optional<VLM_WS_EXT_ERRCODE_T> requestCode()
     reserveSlot();
     HANDLE_T handle = 0;
     return service->generateDeviceActivationCode(macDigits(mac).toLatin1().constData(), false, nullptr, &handle);
+}
+
+std::optional<wsreply::ActivationCode> takeCode(VelmoraParentWidget *screen, HANDLE_T h_handle,
+                                                VLM_WS_EXT_ERRCODE_T e_ret)
+{
+    const char *name = screen->metaObject()->className();
+    qDebug("%s,generateDeviceActivationCodeDone...", name);
+    const WsHandle handle(h_handle);
+    screen->controlAnimation(true);
+    if (e_ret == VLM_WS_ERR_OK)
+        return wsreply::activationCode(h_handle);
+    qDebug("%s,generateDeviceActivationCodeDone.error,return=%d", name, int(e_ret));
+    return std::nullopt;
 }
 
 void reserveSlot()

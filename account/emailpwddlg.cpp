@@ -53,37 +53,34 @@ void EmailPwdDlg::emailPassword(QString strUserName)
 {
     qDebug("EmailPwdDlg,emailPassword...");
     HANDLE_T handle = 0;
-    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->emailPassword(
-        strUserName.toUtf8().constData(), false, nullptr, &handle);
+    const VLM_WS_EXT_ERRCODE_T result =
+        VelmoraWebService::getInstance()->emailPassword(strUserName.toUtf8().constData(), false, nullptr, &handle);
     if (result == VLM_WS_ERR_OK) {
         controlAnimation(false, tr("Email passowrd..."));
         return;
     }
     qDebug("EmailPwdDlg,emailPassword,error,return=%d", int(result));
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return;
-    }
-    showMsgbox(MSG_WARNING, tr("Can not get the password because of system error!"));
+    showWarning(tr("Can not get the password because of system error!"));
 }
 
 void EmailPwdDlg::emailPasswordDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
     qDebug("EmailPwdDlg,emailPasswordDone...");
-    { const WsHandle owner(h_handle); }
+    {
+        const WsHandle owner(h_handle);
+    }
     controlAnimation(true);
     if (e_ret == VLM_WS_ERR_OK) {
         openSignIn();
         return;
     }
     qDebug("EmailPwdDlg,emailPasswordDone,error,return=%d", int(e_ret));
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
-    const QString text = e_ret == VLM_WS_ERR_MAINTENANCE
-        ? handleWSError(e_ret)
-        : tr("Please check the email address your provided for instructions on retrieving your Velmora password.");
+    const QString text =
+        e_ret == VLM_WS_ERR_MAINTENANCE
+            ? handleWSError(e_ret)
+            : tr("Please check the email address your provided for instructions on retrieving your Velmora password.");
     const QPointer<EmailPwdDlg> guard(this);
     showMsgbox(MSG_WARNING, text);
     if (!guard || isEixt || m_isErrorMsg)

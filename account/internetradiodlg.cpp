@@ -45,15 +45,6 @@ void InternetRadioDlg::dress(bool isFocused)
                   : QStringLiteral("border-image: url(:/images/Button_Normal_H.png);\ncolor: rgb(255, 255, 255);"));
 }
 
-void InternetRadioDlg::warn(const QString &text)
-{
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return;
-    }
-    showMsgbox(MSG_WARNING, text);
-}
-
 void InternetRadioDlg::userLoginWithDeviceID()
 {
     controlAnimation(false, tr("Please wait..."));
@@ -63,10 +54,8 @@ void InternetRadioDlg::userLoginWithDeviceID()
 void InternetRadioDlg::displayError()
 {
     controlAnimation(true);
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     dress(false);
     const QPointer<InternetRadioDlg> guard(this);
     showMsgbox(MSG_WARNING, tr("Please activate your device to continue."));
@@ -79,10 +68,7 @@ void InternetRadioDlg::displayError()
 void InternetRadioDlg::displayFatalError(VLM_WS_EXT_ERRCODE_T e_ret)
 {
     controlAnimation(true);
-    QString text = handleWSError(e_ret);
-    if (text == VelmoraParentWidget::tr("NULL"))
-        text = tr("Incorrect login,please try again!");
-    warn(text);
+    showWarning(messageFor(e_ret, tr("Incorrect login,please try again!")));
 }
 
 void InternetRadioDlg::generateDeviceActivationCode()
@@ -96,37 +82,26 @@ void InternetRadioDlg::generateDeviceActivationCode()
         return;
     }
     qDebug("InternetRadioDlg,generateDeviceActivationCode failed,e_ret=%d.", int(*result));
-    warn(tr("Can not generate device activation code!"));
+    showWarning(tr("Can not generate device activation code!"));
 }
 
 void InternetRadioDlg::generateDeviceActivationCodeDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
-    qDebug("InternetRadioDlg,generateDeviceActivationCodeDone...");
-    WsHandle handle(h_handle);
-    controlAnimation(true);
-    if (e_ret == VLM_WS_ERR_OK) {
-        ui->descriptionLabel3->setText(deviceactivation::codeLine(wsreply::activationCode(h_handle).code));
-        return;
-    }
-    qDebug("InternetRadioDlg,generateDeviceActivationCodeDone.error,return=%d", int(e_ret));
-    handle.reset();
-    QString text = handleWSError(e_ret);
-    if (text == VelmoraParentWidget::tr("NULL"))
-        text = tr("Generate device activation code failed,you could try again!");
-    warn(text); // the old code stays on the screen
+    if (const auto code = deviceactivation::takeCode(this, h_handle, e_ret))
+        ui->descriptionLabel3->setText(deviceactivation::codeLine(code->code));
+    else // the old code stays on the screen
+        showWarning(messageFor(e_ret, tr("Generate device activation code failed,you could try again!")));
 }
 
 void InternetRadioDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
 {
     qDebug("InternetRadioDlg,enterVelmoraMainDlg...");
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        const WsHandle owner(h_handle);
+    WsHandle handle(h_handle);
+    if (isFatalMessageUp())
         return;
-    }
     qDebug("InternetRadioDlg,enterVelmoraMainDlg,station count=%d...", wsreply::StationList(h_handle).count());
     deviceactivation::forgetReservation();
-    afterlogin::enterPlayer(this, m_login, h_handle);
+    afterlogin::enterPlayer(this, m_login, handle.take());
 }
 
 void InternetRadioDlg::loseFocus(bool fgMsgbox)

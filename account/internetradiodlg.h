@@ -35,7 +35,6 @@ private slots:
 private:
     void generateDeviceActivationCode();
     void dress(bool isFocused);
-    void warn(const QString &text);
 
     std::unique_ptr<Ui::InternetRadioDlg> ui;
     VelmoraLogin *m_login; // child

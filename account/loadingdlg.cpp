@@ -133,10 +133,8 @@ void LoadingDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
 {
     qDebug("LoadingDlg,enterVelmoraMainDlg...");
     WsHandle handle(h_handle);
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     const int count = wsreply::StationList(handle.get()).count();
     qDebug("LoadingDlg,enterVelmoraMainDlg,station count=%d...", count);
     m_animationTimer->stop();
@@ -151,13 +149,9 @@ void LoadingDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
         goToAccountSelection(loginStateOf(storedUserNames()));
         return;
     }
-    QString text = handleWSError(e_ret);
-    if (text == VelmoraParentWidget::tr("NULL"))
-        text = tr("Connect to Velmora failed!");
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    const QString text = messageFor(e_ret, tr("Connect to Velmora failed!"));
+    if (isFatalMessageUp())
         return;
-    }
     const QPointer<LoadingDlg> self(this);
     showMsgbox(MSG_ERROR, text);
     if (self && !isBoxDestroyed())

@@ -174,16 +174,6 @@ void SelectUserDlg::initRecordUserInfo(const QString &strFocus)
     moveFocus(found >= 1 && found <= m_userCount ? 2 * found - 1 : m_userCount > 0 ? 1 : 0);
 }
 
-bool SelectUserDlg::warn(const QString &text)
-{
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return false;
-    }
-    showMsgbox(MSG_WARNING, text);
-    return true;
-}
-
 void SelectUserDlg::openSignIn(const QString &account)
 {
     afterlogin::retire(this, m_login);
@@ -219,21 +209,18 @@ void SelectUserDlg::loadingToMainDlg()
 
 void SelectUserDlg::newUser()
 {
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     setMsgBoxInfoType(LABELS_YES_NO);
     const QPointer<SelectUserDlg> guard(this);
     const int answer = showMsgbox(MSG_QUESTION, tr("Do you already have a Velmora account ? "));
     if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
         return;
-    const QString full = tr("We only keep max 5 accounts,you could delete one to continue.");
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
     // With all slots in use a code could not be linked either: the same words.
-    const bool isFull = settings.getAllUserName().size() > 4;
+    const bool isFull =
+        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).getAllUserName().size() >= maxAccounts;
     if (isFull)
-        warn(full);
+        showWarning(tr("We only keep max 5 accounts,you could delete one to continue."));
     else if (answer == 1)
         openSignIn(QString());
     else
@@ -251,29 +238,20 @@ void SelectUserDlg::generateDeviceActivationCode()
         return;
     }
     deviceactivation::giveSlotBack();
-    warn(tr("Can not generate device activation code!"));
+    showWarning(tr("Can not generate device activation code!"));
 }
 
 void SelectUserDlg::generateDeviceActivationCodeDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
-    qDebug("SelectUserDlg,generateDeviceActivationCodeDone...");
-    WsHandle handle(h_handle);
-    controlAnimation(true);
-    if (e_ret != VLM_WS_ERR_OK) {
-        qDebug("SelectUserDlg,generateDeviceActivationCodeDone.error,return=%d", int(e_ret));
-        handle.reset();
+    const auto code = deviceactivation::takeCode(this, h_handle, e_ret);
+    if (!code) {
         deviceactivation::giveSlotBack();
-        QString text = handleWSError(e_ret);
-        if (text == VelmoraParentWidget::tr("NULL"))
-            text = tr("Generate device activation code failed,you could try again!");
-        warn(text);
+        showWarning(messageFor(e_ret, tr("Generate device activation code failed,you could try again!")));
         return;
     }
-    const wsreply::ActivationCode code = wsreply::activationCode(h_handle);
-    handle.reset();
     afterlogin::retire(this, m_login);
-    VelmoraParentWidget *screen = ScreenFactory::instance()->activation(deviceactivation::codeLine(code.code),
-                                                                        deviceactivation::pageLine(code.url));
+    VelmoraParentWidget *screen = ScreenFactory::instance()->activation(deviceactivation::codeLine(code->code),
+                                                                        deviceactivation::pageLine(code->url));
     recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
     screen->show();
     qDebug("SelectUserDlg,generateDeviceActivationCodeDone.2..");
@@ -291,17 +269,15 @@ void SelectUserDlg::deleteUser()
         return;
     }
     const QString userName = focusUser();
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     setMsgBoxInfoType(LABELS_YES_NO);
     const QPointer<SelectUserDlg> guard(this);
     const int answer = showMsgbox(MSG_QUESTION, tr("Are you sure you want to delete the user: ") + userName);
-    if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
+    if (!guard)
         return;
     deleteButton(focusRow())->setDown(false); // its release went to the box
-    if (answer != 1)
+    if (answer != 1 || isBoxDestroyed() || isEixt || m_isErrorMsg)
         return;
     QString slot;
     {
@@ -319,14 +295,14 @@ void SelectUserDlg::deleteUser()
 
 void SelectUserDlg::deleteUserDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
-    { const WsHandle owner(h_handle); }
+    {
+        const WsHandle owner(h_handle);
+    }
     controlAnimation(true);
     if (e_ret != VLM_WS_ERR_OK && e_ret != VLM_WS_ERR_DEVICE_NOT_FOUND) {
         qDebug("VelmoraMainDlg,signout,disassociateDevice failed,e_ret=%d.", int(e_ret));
-        QString text = handleWSError(e_ret);
-        if (text == VelmoraParentWidget::tr("NULL"))
-            text = tr("Disassociate device failed because of network error. please try again later!");
-        warn(text);
+        showWarning(
+            messageFor(e_ret, tr("Disassociate device failed because of network error. please try again later!")));
         return;
     }
     {
@@ -340,23 +316,18 @@ void SelectUserDlg::deleteUserDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret
 void SelectUserDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
 {
     qDebug("SelectUserDlg,enterVelmoraMainDlg...");
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        const WsHandle owner(h_handle);
+    WsHandle handle(h_handle);
+    if (isFatalMessageUp())
         return;
-    }
     qDebug("SelectUserDlg,enterVelmoraMainDlg,station count=%d...", wsreply::StationList(h_handle).count());
-    afterlogin::enterPlayer(this, m_login, h_handle);
+    afterlogin::enterPlayer(this, m_login, handle.take());
 }
 
 void SelectUserDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
 {
     qDebug("SelectUserDlg,displayError,ret=%d.", int(e_ret));
     controlAnimation(true);
-    QString text = handleWSError(e_ret);
-    if (text == VelmoraParentWidget::tr("NULL"))
-        text = tr("Incorrect login,please try again!");
-    warn(text);
+    showWarning(messageFor(e_ret, tr("Incorrect login,please try again!")));
 }
 
 void SelectUserDlg::handleDeviceError()

@@ -47,9 +47,9 @@ private:
     static constexpr int maxAccounts = 5;
 
     void generateDeviceActivationCode();
-    void openSignIn(const QString &account); // empty: nobody in particular
+    void openSignIn(const QString &account);    // empty: nobody in particular
     QPushButton *control(int focusIndex) const; // null outside the rows that show
-    QPushButton *rowButton(int row) const; // 1 to 5
+    QPushButton *rowButton(int row) const;      // 1 to 5
     QPushButton *deleteButton(int row) const;
     QLabel *rowIcon(int row) const;
     int focusRow() const { return (m_focusIndex + 1) / 2; }
@@ -57,13 +57,12 @@ private:
     void dress(int focusIndex, bool isFocused);
     void moveFocus(int focusIndex);
     // A message over this screen; false when a fatal message is up and nothing was shown.
-    bool warn(const QString &text);
 
     std::unique_ptr<Ui::SelectUserDlg> ui;
     viewcomponent::MCommonStyle m_style;
-    VelmoraLogin *m_login; // child
+    VelmoraLogin *m_login;   // child
     QStringList m_userNames; // of the rows, whole: a button may show a name shortened
     int m_userCount = 0;
-    int m_focusIndex = 0; // 0 newUserBtn; 2k - 1 row k; 2k its delete button
+    int m_focusIndex = 0;  // 0 newUserBtn; 2k - 1 row k; 2k its delete button
     QString m_deletedUser; // whose disassociation is under way
 };

@@ -102,13 +102,8 @@ void SignInDlg::signInVelmora(QString strContent)
 {
     qDebug("SignInDlg,signInVelmora,stage=%d.", m_stage);
     if (strContent.isEmpty()) {
-        if (signInFromLoginFile())
-            return;
-        if (m_isErrorMsg) {
-            qDebug("Velmoraparent m_isErrorMsg is true.");
-            return;
-        }
-        showMsgbox(MSG_WARNING, tr("No information was entered.Please try again."));
+        if (!signInFromLoginFile())
+            showWarning(tr("No information was entered.Please try again."));
         return;
     }
     if (m_stage == EmailStage) {
@@ -129,10 +124,8 @@ void SignInDlg::displayUnknownDevice()
 void SignInDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
 {
     qDebug("SignInDlg,displayError,ret=%d.", int(e_ret));
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     emit signalChangeHighlight(true);
     activeField()->setFocus(Qt::OtherFocusReason);
     controlAnimation(true);
@@ -150,14 +143,12 @@ void SignInDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
     emit signalChangeHighlight(true);
     activeField()->setFocus(Qt::OtherFocusReason);
     controlAnimation(true);
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        const WsHandle owner(h_handle);
+    WsHandle handle(h_handle);
+    if (isFatalMessageUp())
         return;
-    }
     qDebug("SignInDlg,enterVelmoraMainDlg,station count=%d...", wsreply::StationList(h_handle).count());
     ui->passwordLineEdit->clear();
-    afterlogin::enterPlayer(this, m_login, h_handle);
+    afterlogin::enterPlayer(this, m_login, handle.take());
 }
 
 void SignInDlg::changeInitInputState()

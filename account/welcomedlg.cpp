@@ -80,10 +80,8 @@ void WelcomeDlg::keyReleaseEvent(QKeyEvent *event)
 
 void WelcomeDlg::askToLeave()
 {
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     setMsgBoxInfoType(LABELS_YES_NO);
     const QPointer<WelcomeDlg> self(this);
     // No blank after the full stop, a blank and a line break at the end: deliberate.

@@ -79,7 +79,8 @@ void printRegisters(const mcontext_t &context)
     registers::print(context);
 }
 
-void printBacktrace()
+// Of its own, so that the first frame is this function and none of the interrupted code.
+[[gnu::noinline]] void printBacktrace()
 {
     void *frames[MaxFrames];
     const int count = backtrace(frames, MaxFrames);

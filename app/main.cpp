@@ -1,6 +1,7 @@
 #include "account/loadingdlg.h"
 #include "account/welcomedlg.h"
 #include "app/crashreporter.h"
+#include "app/plainlook.h"
 #include "app/productfactory.h"
 #include "netcommon/ipc.h"
 #include "netcommon/ipcthread.h"
@@ -10,6 +11,7 @@
 #include "service/velmorametatypes.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
+#include "widgets/sharppanels.h"
 
 #include <QApplication>
 #include <QFile>
@@ -38,7 +40,10 @@ void loadStyleSheet()
     auto file = std::make_unique<QFile>(QStringLiteral(":velmora.qss"));
     file->open(QIODevice::ReadOnly); // without it the radio runs unstyled
     const QByteArray bytes = file->readAll();
-    qApp->setStyleSheet(QString::fromLatin1(bytes.constData()));
+    QString sheet = QString::fromLatin1(bytes.constData());
+    if (plainlook::isNeeded())
+        sheet += plainlook::styleSheet();
+    qApp->setStyleSheet(sheet);
     file->close();
     file.reset();
     qDebug("Velmora main function,load qss file,done!");
@@ -115,6 +120,7 @@ int main(int argc, char **argv)
     qDebug("Velmora main function ...");
     // Screens follow one another: between two of them no window may be open.
     QApplication::setQuitOnLastWindowClosed(false);
+    new SharpPanels(application);
     ProductFactory factory;
     ScreenFactory::setInstance(&factory);
 

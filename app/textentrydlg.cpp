@@ -41,9 +41,3 @@ void TextEntryDlg::keyPressEvent(QKeyEvent *event)
     }
     VelmoraParentWidget::keyPressEvent(event);
 }
-
-QString TextEntryDlg::messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
-{
-    const QString text = handleWSError(code);
-    return text == VelmoraParentWidget::tr("NULL") ? fallback : text;
-}

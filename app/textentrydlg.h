@@ -22,8 +22,6 @@ protected:
     // screen itself connects signalSendContext, signalRestoreInitState and signalFirstKey.
     void makeKeyboard(QLineEdit *field, bool fgPrompt, const QPoint &place);
     void keyPressEvent(QKeyEvent *event) override; // red: page, green: capitals; the rest goes to the keyboard
-    // The words for a code, or the screen's own where there are none.
-    QString messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
 
     QtVirtualKbDlg *m_keyboard = nullptr; // child
 };

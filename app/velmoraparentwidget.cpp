@@ -161,6 +161,8 @@ void VelmoraParentWidget::resetFocus(bool fgMsgbox)
     Q_UNUSED(fgMsgbox)
     qDebug("VelmoraParentWidget,resetFocus...");
     m_isLoseFocus = false;
+    if (m_bufferDlg)
+        m_bufferDlg->setFocus(Qt::OtherFocusReason); // a control that Select could click waits for the animation's end
 }
 
 bool VelmoraParentWidget::fgActionInvalid()

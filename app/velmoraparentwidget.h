@@ -72,6 +72,12 @@ public:
     // --- service errors
     QString handleWSError(VLM_WS_EXT_ERRCODE_T code);
     void handleWSError(int errType); // the inactive account only
+    // The words for a code, or the screen's own where there are none.
+    QString messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
+    // Asked before any message of a failure: true, and logged, once m_isErrorMsg is set.
+    bool isFatalMessageUp() const;
+    // A warning, unless a fatal message is up. This screen may be gone afterwards, as after every box.
+    void showWarning(const QString &text);
 
     bool m_isNetworkError = false;
     bool m_isErrorMsg = false; // an error that ends the screen is shown; no further service errors are

@@ -74,13 +74,14 @@ void VelmoraParentWidget::answerParentExit()
     qDebug("VelmoraParentWidget,exitVelmora,signal is from parent...");
     // quit() closes the windows that show. A box that it closed would count as answered with No, and a hidden screen
     // would outlive the application: the player's playback thread with it.
-    for (VelmoraParentWidget *screen : screens())
+    for (VelmoraParentWidget *screen : screens()) {
         screen->destroyedMsgbox();
+        screen->isEixt = true; // what its box was about is not asked again on the way out
+        screen->m_isExitGranted = true;
+    }
     for (VelmoraParentWidget *screen : screens())
         screen->close();
     qDebug("VelmoraParentWidget,exitVelmora,signal responseParent 2.");
-    isEixt = true;
-    m_isExitGranted = true;
     emit signalResponseParent(2);
     QCoreApplication::quit();
 }

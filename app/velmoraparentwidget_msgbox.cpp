@@ -114,15 +114,32 @@ QString VelmoraParentWidget::handleWSError(VLM_WS_EXT_ERRCODE_T code)
     return text.endsWithContact ? words + QStringLiteral(VELMORA_SUPPORT_CONTACT) : words;
 }
 
+QString VelmoraParentWidget::messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
+{
+    const QString text = handleWSError(code);
+    return text == VelmoraParentWidget::tr("NULL") ? fallback : text;
+}
+
+bool VelmoraParentWidget::isFatalMessageUp() const
+{
+    if (m_isErrorMsg)
+        qDebug("Velmoraparent m_isErrorMsg is true.");
+    return m_isErrorMsg;
+}
+
+void VelmoraParentWidget::showWarning(const QString &text)
+{
+    if (!isFatalMessageUp())
+        showMsgbox(MSG_WARNING, text);
+}
+
 void VelmoraParentWidget::handleWSError(int errType)
 {
     if (errType != VLM_WS_ERR_ACCOUNT_INACTIVE)
         return;
     const QString text = handleWSError(VLM_WS_ERR_ACCOUNT_INACTIVE);
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     m_isErrorMsg = true;
     const QPointer<VelmoraParentWidget> self(this);
     showMsgbox(MSG_WARNING, text);

@@ -12,6 +12,7 @@ packages_run=(
     libqt6network6 fonts-liberation xvfb
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
+packages_artwork=(librsvg2-bin optipng)
 
 # install_missing PACKAGE...: installs what is not installed yet, in one line; nothing is asked of the network when
 # nothing is missing.
@@ -46,7 +47,32 @@ install_missing() {
     fi
 }
 
-# build_preset NAME TARGET...: configures when needed and builds, showing one moving line on a terminal.
+# Reads what ninja says and shows how far it is: one moving line on a terminal, else a line every hundred steps.
+# Nothing when nothing is made: looking for new source files is a step that always runs.
+show_building() {
+    local preset=$1 line part step last='' begun=''
+    while IFS= read -r line; do
+        case $line in
+        *'Re-checking globbed'*) continue ;;
+        '['*/*']'*) ;;
+        *) continue ;;
+        esac
+        [ -n "$begun" ] || say "building ($preset)"
+        begun=1
+        if [ -t 1 ]; then
+            printf '\r\033[K%.100s' "$line"
+            continue
+        fi
+        part=${line%%]*}
+        part=${part#[}
+        step=$((${part%/*} / 100))
+        [ "$step" = "$last" ] && [ "${part%/*}" != "${part#*/}" ] || printf '%s\n' "$line"
+        last=$step
+    done
+    [ -z "$begun" ] || [ ! -t 1 ] || printf '\r\033[K'
+}
+
+# build_preset NAME TARGET...: configures when needed and builds what is not up to date.
 build_preset() {
     local preset=$1 log dir
     shift
@@ -57,21 +83,10 @@ build_preset() {
         say "configuring ($preset)"
         cmake --preset "$preset" >"$log" 2>&1 || { tail -n 40 "$log" >&2; return 1; }
     fi
-    if [ "$(ninja -C "$dir" -n "$@" 2>/dev/null | tail -n 1)" = "ninja: no work to do." ]; then
+    # Whoever ends this script, ends the building.
+    if NINJA_STATUS='[%f/%t] ' setpriv --pdeathsig TERM -- ninja -C "$dir" "$@" 2>&1 | tee "$log" |
+        show_building "$preset"; then
         return 0
-    fi
-    say "building ($preset)"
-    if [ -t 1 ]; then
-        if NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
-            awk '/^\[[0-9]+\/[0-9]+\]/ { printf "\r\033[K%.100s", $0; fflush(); next } { next } END { printf "\r\033[K" }'; then
-            return 0
-        fi
-    else
-        # Without a terminal: a line every hundred steps.
-        if NINJA_STATUS='[%f/%t] ' ninja -C "$dir" "$@" 2>&1 | tee "$log" |
-            awk '/^\[[0-9]+\/[0-9]+\]/ { split($1, part, /[\[\/\]]/); step = int(part[2] / 100); if (step != last || part[2] == part[3]) { print; fflush(); last = step } }'; then
-            return 0
-        fi
     fi
     grep -vE '^\[[0-9]+/[0-9]+\]' "$log" | tail -n 60 >&2
     say "the build failed; the whole report: $log"

@@ -145,29 +145,30 @@ void VelmoraMainDlg::signOutAfterError()
 
 // ---- what goes wrong
 
-bool VelmoraMainDlg::isFatalMessageUp() const
-{
-    if (m_isErrorMsg)
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-    return m_isErrorMsg;
-}
-
 bool VelmoraMainDlg::warn(const QString &text)
 {
     const QPointer<VelmoraMainDlg> self(this);
     loseFocus(false);
-    if (!isFatalMessageUp())
-        showMsgbox(MSG_WARNING, text);
+    showWarning(text);
     if (!self || m_isGoing)
         return false;
     resetFocus();
     return true;
 }
 
+void VelmoraMainDlg::showAndLeave(int type, const QString &text)
+{
+    if (isFatalMessageUp())
+        return;
+    const QPointer<VelmoraMainDlg> self(this);
+    showMsgbox(type, text);
+    if (self && !m_isGoing && !isEixt && !m_isNetworkError)
+        emit signalExit(false, true);
+}
+
 bool VelmoraMainDlg::reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fallback)
 {
-    const QString known = handleWSError(e_ret);
-    const QString text = known == VelmoraParentWidget::tr("NULL") ? fallback : known;
+    const QString text = messageFor(e_ret, fallback);
     loseFocus(false);
     if (isFatalMessageUp())
         return false;

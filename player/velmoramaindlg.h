@@ -166,9 +166,10 @@ private:
     void leave();
     // Takes the focus off, shows a warning unless a fatal message is up, gives the focus back. False: this has gone.
     bool warn(const QString &text);
+    // A message, unless a fatal one is up, and the end of the radio.
+    void showAndLeave(int type, const QString &text);
     // The reaction to a failed completion. True: the screen goes on; false: it ends or has gone.
     bool reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fallback);
-    bool isFatalMessageUp() const;
 
     // --- stations
     void wireStations();

@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QPixmapCache>
 
 namespace {
 
@@ -167,6 +168,7 @@ void VelmoraMainDlg::showEvent(QShowEvent *event)
     VelmoraParentWidget::showEvent(event);
     if (!m_wasShown) {
         m_wasShown = true;
+        QPixmapCache::clear(); // large pictures of the screens that led here would stay for a minute
         emit signalMovePlaybackWidget();
     }
     resetFocus(false);

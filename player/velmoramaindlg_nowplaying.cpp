@@ -11,6 +11,7 @@
 #include "widgets/picturefile.h"
 
 #include <QDebug>
+#include <QPainter>
 
 using nowplayingtext::cut;
 using nowplayingtext::labelLength;
@@ -27,6 +28,15 @@ QIcon sameWhenSelected(const QPixmap &picture)
     icon.addPixmap(picture, QIcon::Normal);
     icon.addPixmap(picture, QIcon::Selected);
     return icon;
+}
+
+// With a thin light edge: a dark picture would run into the dark screen.
+QPixmap framed(QPixmap picture, qreal ratio)
+{
+    QPainter painter(&picture);
+    painter.setPen(QPen(QColor(255, 255, 255, 36), 2 * ratio, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter.drawRect(QRectF(picture.rect()).adjusted(ratio, ratio, -ratio, -ratio));
+    return picture;
 }
 
 } // namespace
@@ -216,7 +226,7 @@ void VelmoraMainDlg::responseDownloadDone(int result, QString strInfo)
         qDebug("VelmoraMainDlg,responseDownloadDone,no picture.");
         return;
     }
-    ui->albumPicLabel->setPixmap(picture);
+    ui->albumPicLabel->setPixmap(framed(picture, devicePixelRatioF()));
     showHistoryIcon(picture);
 }
 

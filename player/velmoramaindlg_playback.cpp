@@ -160,12 +160,7 @@ void VelmoraMainDlg::playResult(int ret)
     controlAnimation(true);
     resetFocus(false);
     m_isplayready = true;
-    if (isFatalMessageUp())
-        return;
-    const QPointer<VelmoraMainDlg> self(this);
-    showMsgbox(MSG_ERROR, tr("Play the track failed,System occurs error!"));
-    if (self && !m_isGoing && !isEixt)
-        emit signalExit(false, true);
+    showAndLeave(MSG_ERROR, tr("Play the track failed,System occurs error!"));
 }
 
 void VelmoraMainDlg::showStartedEntry()
@@ -347,10 +342,7 @@ void VelmoraMainDlg::checkwaterline()
 void VelmoraMainDlg::giveUpOnBuffer()
 {
     m_waterlineTimer->stop();
-    if (isFatalMessageUp())
-        return;
-    const QPointer<VelmoraMainDlg> self(this);
-    showMsgbox(MSG_WARNING, tr("A network error has occurred.  Please check your network connection and try again."));
-    if (self && !m_isGoing && !isEixt && !m_isNetworkError)
-        emit signalExit(false, true);
+    if (playbackState() == PLAYBACK_STATE_PLAYING)
+        m_playbackThread->setType(PLAYBACK_TYPE_PAUSE); // no sound under the message
+    showAndLeave(MSG_WARNING, tr("A network error has occurred.  Please check your network connection and try again."));
 }

@@ -56,6 +56,7 @@ int VelmoraMainDlg::requestPlaylist(const VLM_STATION_MAP_T *station, bool isCho
     }
     qDebug("VelmoraMainDlg,getPlayList,ret=%d.", ret);
     const WsHandle refused(h_handle);
+    m_isplayready = true; // nothing is being started
     warn(tr("Get playlist failed,you could try again!"));
     return VELMORA_APP_INVALID;
 }
@@ -109,6 +110,7 @@ void VelmoraMainDlg::getAdMetaData(int index)
         m_isplayready = true; // nothing is being started, and no animation would ever end
         return;
     }
+    m_isAdMetadataDone = false;
     HANDLE_T h_handle = 0;
     const VLM_WS_EXT_ERRCODE_T ret = m_webService->getAdMetadata(ad->adToken, 0, false, nullptr, &h_handle);
     if (ret == VLM_WS_ERR_OK) {

@@ -5,7 +5,6 @@
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
-#include "station/stationhandover.h"
 #include "ui_createstationdlg.h"
 #include "widgets/textentry.h"
 
@@ -76,15 +75,15 @@ void CreateStationDlg::searchStation(QString content)
 {
     qDebug("CreateStationDlg,searchStation...");
     if (content.trimmed().isEmpty()) {
-        warn(tr("Please enter an artist or track name to create a new station"));
+        showWarning(tr("Please enter an artist or track name to create a new station"));
         return;
     }
     HANDLE_T handle = 0;
-    const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->search(
-        content.toUtf8().constData(), 0, false, nullptr, &handle);
+    const VLM_WS_EXT_ERRCODE_T result =
+        VelmoraWebService::getInstance()->search(content.toUtf8().constData(), 0, false, nullptr, &handle);
     if (result != VLM_WS_ERR_OK) {
         qDebug("CreateStationDlg,searchStation,ret=%d.", int(result));
-        warn(tr("Search station failed!You could try again!"));
+        showWarning(tr("Search station failed!You could try again!"));
         return;
     }
     ui->searchLabelLineEdit->clearFocus();
@@ -115,7 +114,7 @@ void CreateStationDlg::showSearchContent(const wsreply::SearchResult &result)
     const qsizetype tracks = result.tracks.size();
     if (artists == 0 && tracks == 0) {
         const QString text = TextEntry::cut(ui->searchLabelLineEdit->text(), longestSearchShown);
-        warn(tr("No result for ") + QLatin1String("\n\"") + text + QLatin1Char('"'));
+        showWarning(tr("No result for ") + QLatin1String("\n\"") + text + QLatin1Char('"'));
         return;
     }
     if (tracks == 0) {
@@ -126,13 +125,11 @@ void CreateStationDlg::showSearchContent(const wsreply::SearchResult &result)
         showSongs(result.tracks);
         return;
     }
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     // The missing and the additional blank are deliberate.
-    const QString question = tr("We found ") + QString::number(artists) + tr(" results by artists and ")
-        + QString::number(tracks) + tr(" results by tracks.Which did you mean ?");
+    const QString question = tr("We found ") + QString::number(artists) + tr(" results by artists and ") +
+                             QString::number(tracks) + tr(" results by tracks.Which did you mean ?");
     setMsgBoxInfoType(LABELS_ARTIST_TRACK);
     const QPointer<CreateStationDlg> guard(this);
     const int answer = showMsgbox(MSG_QUESTION, question);
@@ -202,8 +199,7 @@ void CreateStationDlg::showSongs(const QList<wsreply::SearchTrack> &tracks)
 
 void CreateStationDlg::showNum(int index)
 {
-    ui->searchResultNumLabel->setText(
-        QStringLiteral("%1/%2").arg(index + 1).arg(ui->searchResultListWidget->count()));
+    ui->searchResultNumLabel->setText(QStringLiteral("%1/%2").arg(index + 1).arg(ui->searchResultListWidget->count()));
 }
 
 void CreateStationDlg::selectAble()
@@ -219,7 +215,7 @@ void CreateStationDlg::createStation(QString strMusicToken)
         strMusicToken.toUtf8().constData(), nullptr, nullptr, 0, false, nullptr, &handle);
     if (result != VLM_WS_ERR_OK) {
         qDebug("CreateStationDlg,createStation,ret=%d.", int(result));
-        warn(messageFor(result, tr("Create station list failed ,please try later!")));
+        showWarning(messageFor(result, tr("Create station list failed ,please try later!")));
         return;
     }
     controlAnimation(false, tr("Buffering..."));
@@ -237,7 +233,7 @@ void CreateStationDlg::createStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T
     }
     if (!wsreply::station(h_handle)) {
         handle.reset();
-        warn(tr("Create station failed,because system gets invalid data from Velmora!"));
+        showWarning(tr("Create station failed,because system gets invalid data from Velmora!"));
         return;
     }
     if (m_mode == 1) {
@@ -263,40 +259,14 @@ void CreateStationDlg::updateStationList(HANDLE_T h_handle)
 
 void CreateStationDlg::getStationList()
 {
-    HANDLE_T handle = 0;
-    const VLM_WS_EXT_ERRCODE_T result =
-        VelmoraWebService::getInstance()->getStationList(1, "dateCreated", "desc", false, nullptr, &handle);
-    if (result == VLM_WS_ERR_OK) {
-        controlAnimation(false, tr("Buffering..."));
-        return;
-    }
-    qDebug("CreateStationDlg,getStationList,ret=%d.", int(result));
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return;
-    }
-    const QPointer<CreateStationDlg> guard(this);
-    showMsgbox(MSG_WARNING, messageFor(result, tr("Get station list failed ,please try later!")));
-    if (guard)
-        emit signalExit(false, true);
+    const VLM_WS_EXT_ERRCODE_T result = requestStationList(tr("Buffering..."));
+    if (result != VLM_WS_ERR_OK)
+        warnAndLeave(messageFor(result, tr("Get station list failed ,please try later!")));
 }
 
 void CreateStationDlg::getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
-    qDebug("CreateStationDlg,getStationListDone,ret=%d.", int(e_ret));
-    WsHandle handle(h_handle);
-    controlAnimation(true);
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return;
-    }
-    if (e_ret == VLM_WS_ERR_OK) {
-        stationhandover::enterPlayer(this, handle.take());
-        return;
-    }
-    handle.reset();
-    if (report(e_ret, tr("Get station list failed ,please try later!")))
-        emit signalExit(false, true);
+    takeStationList(h_handle, e_ret, tr("Get station list failed ,please try later!"));
 }
 
 void CreateStationDlg::changeInitInputState()

@@ -64,19 +64,17 @@ void RenameStationDlg::backToPlayer()
 void RenameStationDlg::renameStation(QString newStationName)
 {
     qDebug("RenameStationDlg,renameStation...");
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return;
-    }
     if (ui->stationNameLineEdit->text().isEmpty()) {
         showMsgbox(MSG_WARNING, tr("Rename station failed, no station name supplied."));
         return;
     }
     setMsgBoxInfoType(LABELS_YES_NO);
     const QPointer<RenameStationDlg> guard(this);
-    const int answer = showMsgbox(MSG_QUESTION,
-                                  tr("Are you sure you want to rename this station as: \n")
-                                      + TextEntry::cut(newStationName, longestNameAsked) + QLatin1Char('?'));
+    const int answer =
+        showMsgbox(MSG_QUESTION, tr("Are you sure you want to rename this station as: \n") +
+                                     TextEntry::cut(newStationName, longestNameAsked) + QLatin1Char('?'));
     if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
         return;
     if (answer == 0) {
@@ -108,56 +106,27 @@ void RenameStationDlg::renameStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T
         return;
     }
     handle.reset();
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return;
-    }
     if (report(e_ret, tr("Rename station list failed ,please try later!")))
         backToPlayer();
 }
 
 void RenameStationDlg::updateStationList(HANDLE_T h_handle)
 {
-    { const WsHandle owner(h_handle); }
+    {
+        const WsHandle owner(h_handle);
+    }
     getStationList();
 }
 
 void RenameStationDlg::getStationList()
 {
-    HANDLE_T handle = 0;
-    const VLM_WS_EXT_ERRCODE_T result =
-        VelmoraWebService::getInstance()->getStationList(1, "dateCreated", "desc", false, nullptr, &handle);
-    if (result == VLM_WS_ERR_OK) {
-        controlAnimation(false, tr("Buffering..."));
-        return;
-    }
-    qDebug("RenameStationDlg,getStationList,ret=%d.", int(result));
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return;
-    }
-    const QPointer<RenameStationDlg> guard(this);
-    showMsgbox(MSG_WARNING, tr("Get station list failed!"));
-    if (guard)
-        emit signalExit(false, true);
+    if (requestStationList(tr("Buffering...")) != VLM_WS_ERR_OK)
+        warnAndLeave(tr("Get station list failed!"));
 }
 
 void RenameStationDlg::getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
-    qDebug("RenameStationDlg,getStationListDone,ret=%d.", int(e_ret));
-    WsHandle handle(h_handle);
-    controlAnimation(true);
-    if (m_isErrorMsg) {
-        qDebug("RenameStationDlg m_isErrorMsg is true.");
-        return;
-    }
-    if (e_ret == VLM_WS_ERR_OK) {
-        stationhandover::enterPlayer(this, handle.take());
-        return;
-    }
-    handle.reset();
-    if (report(e_ret, tr("Get station list failed ,please try later!")))
-        emit signalExit(false, true);
+    takeStationList(h_handle, e_ret, tr("Get station list failed ,please try later!"));
 }
 
 void RenameStationDlg::changeInitInputState()

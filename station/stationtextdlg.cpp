@@ -1,5 +1,7 @@
 #include "station/stationtextdlg.h"
 
+#include "service/velmorawebservice.h"
+#include "service/wshandle.h"
 #include "station/stationhandover.h"
 
 #include <QDebug>
@@ -10,23 +12,20 @@ StationTextDlg::StationTextDlg(QWidget *parent)
     connect(this, &StationTextDlg::signalFatalErr, this, &StationTextDlg::handleFatalErr);
 }
 
-bool StationTextDlg::warn(const QString &text)
+void StationTextDlg::warnAndLeave(const QString &text)
 {
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
-        return false;
-    }
+    if (isFatalMessageUp())
+        return;
     const QPointer<StationTextDlg> guard(this);
     showMsgbox(MSG_WARNING, text);
-    return guard && !isEixt && !m_isErrorMsg;
+    if (guard && !isEixt && !m_isNetworkError)
+        emit signalExit(false, true);
 }
 
 bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
 {
-    if (m_isErrorMsg) {
-        qDebug("Velmoraparent m_isErrorMsg is true.");
+    if (isFatalMessageUp())
         return false;
-    }
     const QString text = messageFor(code, fallback);
     const QPointer<StationTextDlg> guard(this);
     if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
@@ -34,7 +33,8 @@ bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
         emit signalFatalErr(code);
     }
     showMsgbox(MSG_WARNING, text);
-    if (!guard)
+    // A box that the network's loss or an exit took away has been answered by them.
+    if (!guard || isEixt || m_isNetworkError)
         return false;
     if (code == VLM_WS_ERR_ERROR_CURL_FAILURE) {
         emit signalExit(false, true);
@@ -44,7 +44,38 @@ bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
         stationhandover::signOut(this);
         return false;
     }
-    return !isEixt && !m_isErrorMsg;
+    return true;
+}
+
+VLM_WS_EXT_ERRCODE_T StationTextDlg::requestStationList(const QString &animation)
+{
+    HANDLE_T handle = 0;
+    const VLM_WS_EXT_ERRCODE_T result =
+        VelmoraWebService::getInstance()->getStationList(1, "dateCreated", "desc", false, nullptr, &handle);
+    if (result == VLM_WS_ERR_OK)
+        controlAnimation(false, animation);
+    else
+        qDebug("%s,getStationList,ret=%d.", metaObject()->className(), int(result));
+    return result;
+}
+
+void StationTextDlg::takeStationList(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, const QString &fallback)
+{
+    const char *name = metaObject()->className();
+    qDebug("%s,getStationListDone,ret=%d.", name, int(e_ret));
+    WsHandle handle(h_handle);
+    controlAnimation(true);
+    if (m_isErrorMsg) {
+        qDebug("%s m_isErrorMsg is true.", name);
+        return;
+    }
+    if (e_ret == VLM_WS_ERR_OK) {
+        stationhandover::enterPlayer(this, handle.take());
+        return;
+    }
+    handle.reset();
+    if (report(e_ret, fallback))
+        emit signalExit(false, true);
 }
 
 void StationTextDlg::handleFatalErr(int errType)

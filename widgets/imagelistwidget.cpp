@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 
@@ -15,6 +16,8 @@ namespace {
 
 constexpr int labelLeft = 40; // of the marquee within its row
 constexpr int labelRight = 30;
+constexpr int textLeft = 41; // of a row's text
+constexpr int textRight = 20;
 
 // Loaded through Qt's pixmap cache.
 QPixmap focusBar()
@@ -31,6 +34,21 @@ QPixmap selectedBar()
 {
     return QPixmap(QStringLiteral(":/images/FocusBar_Selected.png"));
 }
+
+// Ends a long text before the mark at the right end of the current row's bar, on every row: none changes its text when
+// it becomes the current one.
+class RowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->text =
+            option->fontMetrics.elidedText(option->text, Qt::ElideRight, option->rect.width() - textLeft - textRight);
+    }
+};
 
 } // namespace
 
@@ -50,6 +68,7 @@ ImageListWidget::ImageListWidget(QWidget *parent)
     setVerticalScrollBar(new viewcomponent::MagicScrollBar(this));
     setFocusPolicy(Qt::ClickFocus); // the screens' own rings move the focus, never Tab
     setUniformItemSizes(true);
+    setItemDelegate(new RowDelegate(this));
 }
 
 ImageListWidget::~ImageListWidget()

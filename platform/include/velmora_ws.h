@@ -432,22 +432,45 @@ VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_sleepSong(const char *trackTok
 }
 
 /* Binary interface of the records where pointers are 32 bits wide; elsewhere the same members in the same order. */
-static_assert(sizeof(void *) != 4 || sizeof(VLM_STATION_MAP_T) == 32, "station record");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_STATION_MAP_T, stationToken) == 8, "station record");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_STATION_MAP_T, allowDelete) == 12, "station record");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_STATION_MAP_T, isShared) == 21, "station record");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_STATION_MAP_T, stationName) == 28, "station record");
-static_assert(sizeof(void *) != 4 || sizeof(VLM_PLAYLIST_ENTRY_T) == 8, "playlist entry");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_TRACK_MAP_T, allowFeedback) == 8, "track map");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_TRACK_MAP_T, artistName) == 36, "track map");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_TRACK_MAP_T, audioUrl) == 40, "track map");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_TRACK_MAP_T, songRating) == 52, "track map");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_TRACK_MAP_T, songName) == 60, "track map");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_TRACK_MAP_T, trackToken) == 76, "track map");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_AD_METADATA_T, adLine2) == 8, "ad metadata");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_AD_METADATA_T, imageUrl) == 16, "ad metadata");
-static_assert(sizeof(void *) != 4 || offsetof(VLM_AD_METADATA_T, title) == 20, "ad metadata");
-static_assert(sizeof(void *) != 4 || sizeof(VLM_WS_TRAIT_T) == 8, "trait");
+#define VELMORA_WS_AT(record, member, offset) \
+    static_assert(sizeof(void *) != 4 || offsetof(record, member) == offset, "binary interface")
+VELMORA_WS_AT(VLM_WS_REQUEST_T, vlm_ws_CmdID, 0);
+VELMORA_WS_AT(VLM_WS_REQUEST_T, params, 4);
+VELMORA_WS_AT(VLM_WS_REQUEST_T, reply, 8);
+VELMORA_WS_AT(VLM_STATION_MAP_T, fgFlag0, 0);
+VELMORA_WS_AT(VLM_STATION_MAP_T, allowRename, 1);
+VELMORA_WS_AT(VLM_STATION_MAP_T, stationId, 4);
+VELMORA_WS_AT(VLM_STATION_MAP_T, stationToken, 8);
+VELMORA_WS_AT(VLM_STATION_MAP_T, allowDelete, 12);
+VELMORA_WS_AT(VLM_STATION_MAP_T, stationStr16, 16);
+VELMORA_WS_AT(VLM_STATION_MAP_T, fgFlag20, 20);
+VELMORA_WS_AT(VLM_STATION_MAP_T, isShared, 21);
+VELMORA_WS_AT(VLM_STATION_MAP_T, stationStr24, 24);
+VELMORA_WS_AT(VLM_STATION_MAP_T, stationName, 28);
+VELMORA_WS_AT(VLM_WS_STATION_LIST_T, count, 0);
+VELMORA_WS_AT(VLM_WS_STATION_LIST_T, stations, 4);
+VELMORA_WS_AT(VLM_WS_PLAYLIST_T, count, 0);
+VELMORA_WS_AT(VLM_WS_PLAYLIST_T, entries, 4);
+VELMORA_WS_AT(VLM_PLAYLIST_ENTRY_T, isTrack, 0);
+VELMORA_WS_AT(VLM_PLAYLIST_ENTRY_T, map, 4);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, albumArtUrl, 0);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, albumName, 4);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, allowFeedback, 8);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, artistName, 36);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, audioUrl, 40);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, songRating, 52);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, songName, 60);
+VELMORA_WS_AT(VLM_TRACK_MAP_T, trackToken, 76);
+VELMORA_WS_AT(VLM_AD_MAP_T, adToken, 0);
+VELMORA_WS_AT(VLM_AD_METADATA_T, audioUrl, 0);
+VELMORA_WS_AT(VLM_AD_METADATA_T, adLine2, 8);
+VELMORA_WS_AT(VLM_AD_METADATA_T, imageUrl, 16);
+VELMORA_WS_AT(VLM_AD_METADATA_T, title, 20);
+#undef VELMORA_WS_AT
+static_assert(sizeof(void *) != 4 || sizeof(VLM_STATION_MAP_T) == 32, "binary interface");
+static_assert(sizeof(void *) != 4 || sizeof(VLM_PLAYLIST_ENTRY_T) == 8, "binary interface");
+static_assert(sizeof(void *) != 4 || sizeof(VLM_TRACK_MAP_T) == 80, "binary interface");
+static_assert(sizeof(void *) != 4 || sizeof(VLM_WS_TRAIT_T) == 8, "binary interface");
 #endif
 
 #endif /* VELMORA_WS_H */

@@ -22,7 +22,12 @@ namespace {
 
 NetworkNotify *instance = nullptr;
 
-constexpr char configurationFile[] = "/etc/velmora/ws.conf";
+// Where the web-service library finds its server, too.
+QString configurationFile()
+{
+    const QString named = qEnvironmentVariable("VELMORA_WS_CONF");
+    return named.isEmpty() ? QStringLiteral("/etc/velmora/ws.conf") : named;
+}
 
 int listenToKernel()
 {
@@ -40,8 +45,7 @@ int listenToKernel()
 
 bool isServerLocal()
 {
-    return isOnThisMachine(
-        serverAddress(qEnvironmentVariable("VELMORA_WS_SERVER"), QString::fromLatin1(configurationFile)));
+    return isOnThisMachine(serverAddress(qEnvironmentVariable("VELMORA_WS_SERVER"), configurationFile()));
 }
 
 bool readRoute(bool otherwise)

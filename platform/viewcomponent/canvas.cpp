@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QMoveEvent>
+#include <QPainter>
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -23,6 +24,8 @@ constexpr char canvasProperty[] = "velmoraCanvas";
 // Screens hand over without a gap. A canvas that stays empty lost its screen to a desktop's way to close windows (which
 // cannot be told from the program's own), and a black screen that hears no key would be all that is left.
 constexpr int longestEmptyMs = 3000;
+
+constexpr int largestCorner = 24; // of a box
 
 // The platforms that draw nowhere have no order of windows, and complain of each attempt.
 bool hasOrder()
@@ -70,6 +73,7 @@ bool Canvas::eventFilter(QObject *watched, QEvent *event)
         place(window, known->onCanvas);
     else
         place(window, window->testAttribute(Qt::WA_Moved) ? window->pos() : restingPlace(window->size()));
+    fillCorners(window);
     // A window manager keeps a window above the one that it belongs to.
     if (m_backdrop && !window->parentWidget() && window->windowHandle())
         window->windowHandle()->setTransientParent(m_backdrop.get());
@@ -119,6 +123,32 @@ void Canvas::place(QWidget *window, const QPoint &onCanvas)
     // Also where it stands there already: a dialog that was never moved would move itself when it shows.
     const QScopedValueRollback guard(m_isPlacing, true);
     window->move(onScreen);
+}
+
+// Without a compositing manager what is transparent turns black: a window with round corners brings what lies behind
+// them along, as it is when the window shows. With one it makes no difference.
+void Canvas::fillCorners(QWidget *window)
+{
+    if (!window->testAttribute(Qt::WA_TranslucentBackground) || QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    QPixmap behind((QSizeF(window->size()) * window->devicePixelRatioF()).toSize());
+    behind.setDevicePixelRatio(window->devicePixelRatioF());
+    behind.fill(Qt::transparent);
+    QPainter painter(&behind);
+    const QRect whole = window->rect();
+    QRect corner(0, 0, largestCorner, largestCorner);
+    for (const QPoint &place :
+         {whole.topLeft(), QPoint(whole.width() - largestCorner, 0), QPoint(0, whole.height() - largestCorner),
+          QPoint(whole.width() - largestCorner, whole.height() - largestCorner)}) {
+        corner.moveTopLeft(place);
+        for (QWidget *below : WindowStack::instance().bottomToTop())
+            if (below != window)
+                painter.drawPixmap(corner.topLeft(), below->grab(corner.translated(window->pos() - below->pos())));
+    }
+    painter.end();
+    QPalette palette = window->palette();
+    palette.setBrush(QPalette::Window, QBrush(behind));
+    window->setPalette(palette);
 }
 
 void Canvas::settleLater()

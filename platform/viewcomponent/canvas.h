@@ -38,6 +38,7 @@ private:
     void begin(); // when the first window shows: the screen is known then
     void spread();
     void place(QWidget *window, const QPoint &onCanvas);
+    static void fillCorners(QWidget *window);
     void settleLater();
     void settle();
 

@@ -149,7 +149,8 @@ public:
             return userLogin(data, reply);
         case ReplyShape::Station: {
             auto *record = m_memory.make<VLM_STATION_MAP_T>();
-            station(data.object("station"), *record);
+            Object from = object(data.object("station"));
+            station(from, *record);
             return record;
         }
         case ReplyShape::StationList:
@@ -187,6 +188,19 @@ public:
 private:
     Object object(const Json &json) { return Object(json, m_memory, m_ok); }
 
+    // The records of an array of objects, each read by `read`.
+    template <class Record, class Read>
+    Record *records(const Json &json, int32_t &count, Read read)
+    {
+        count = static_cast<int32_t>(json.size());
+        auto *all = m_memory.make<Record>(json.size());
+        for (std::size_t i = 0; m_ok && i < json.size(); ++i) {
+            Object from = object(json[i]);
+            read(from, all[i]);
+        }
+        return all;
+    }
+
     void *partnerLogin(Object &data, Reply &reply)
     {
         auto *record = m_memory.make<VLM_WS_PARTNER_LOGIN_T>();
@@ -212,9 +226,8 @@ private:
         reply.expiresIn = expiresIn;
     }
 
-    void station(const Json &json, VLM_STATION_MAP_T &record)
+    static void station(Object &from, VLM_STATION_MAP_T &record)
     {
-        Object from = object(json);
         record.fgFlag0 = from.flag("isTapestry", Need::Required);
         record.allowRename = from.flag("allowRename");
         record.stationId = from.text("stationId");
@@ -230,10 +243,7 @@ private:
     void *stationList(const Json &json, bool isTapestryFirst)
     {
         auto *list = m_memory.make<VLM_WS_STATION_LIST_T>();
-        list->count = static_cast<int32_t>(json.size());
-        list->stations = m_memory.make<VLM_STATION_MAP_T>(json.size());
-        for (std::size_t i = 0; m_ok && i < json.size(); ++i)
-            station(json[i], list->stations[i]);
+        list->stations = records<VLM_STATION_MAP_T>(json, list->count, station);
         if (isTapestryFirst && list->count > 0 && !list->stations[0].fgFlag0)
             m_ok = false;
         return list;
@@ -242,11 +252,7 @@ private:
     void *playlist(const Json &json)
     {
         auto *list = m_memory.make<VLM_WS_PLAYLIST_T>();
-        list->count = static_cast<int32_t>(json.size());
-        list->entries = m_memory.make<VLM_PLAYLIST_ENTRY_T>(json.size());
-        for (std::size_t i = 0; m_ok && i < json.size(); ++i) {
-            VLM_PLAYLIST_ENTRY_T &entry = list->entries[i];
-            Object from = object(json[i]);
+        list->entries = records<VLM_PLAYLIST_ENTRY_T>(json, list->count, [this](Object &from, auto &entry) {
             const std::string_view type = from.text("type", Need::Required);
             entry.isTrack = type == "track";
             if (entry.isTrack) {
@@ -257,7 +263,7 @@ private:
             } else {
                 m_ok = false;
             }
-        }
+        });
         return list;
     }
 
@@ -311,37 +317,28 @@ private:
 
     void *search(Object &data)
     {
-        const Json &tracks = data.array("tracks");
-        const Json &artists = data.array("artists");
         auto *record = m_memory.make<VLM_WS_SEARCH_T>();
-        record->trackCount = static_cast<int32_t>(tracks.size());
-        record->tracks = m_memory.make<VLM_WS_SEARCH_TRACK_T>(tracks.size());
-        for (std::size_t i = 0; m_ok && i < tracks.size(); ++i) {
-            Object from = object(tracks[i]);
-            record->tracks[i].musicToken = from.token("musicToken");
-            record->tracks[i].songName = from.text("songName", Need::Required);
-            record->tracks[i].artistName = from.text("artistName", Need::Required);
-        }
-        record->artistCount = static_cast<int32_t>(artists.size());
-        record->artists = m_memory.make<VLM_WS_SEARCH_ARTIST_T>(artists.size());
-        for (std::size_t i = 0; m_ok && i < artists.size(); ++i) {
-            Object from = object(artists[i]);
-            record->artists[i].musicToken = from.token("musicToken");
-            record->artists[i].artistName = from.text("artistName", Need::Required);
-        }
+        record->tracks =
+            records<VLM_WS_SEARCH_TRACK_T>(data.array("tracks"), record->trackCount, [](Object &from, auto &track) {
+                track.musicToken = from.token("musicToken");
+                track.songName = from.text("songName", Need::Required);
+                track.artistName = from.text("artistName", Need::Required);
+            });
+        record->artists =
+            records<VLM_WS_SEARCH_ARTIST_T>(data.array("artists"), record->artistCount, [](Object &from, auto &artist) {
+                artist.musicToken = from.token("musicToken");
+                artist.artistName = from.text("artistName", Need::Required);
+            });
         return record;
     }
 
     void *explanation(const Json &json)
     {
         auto *record = m_memory.make<VLM_WS_EXPLANATION_T>();
-        record->count = static_cast<int32_t>(json.size());
-        record->traits = m_memory.make<VLM_WS_TRAIT_T>(json.size());
-        for (std::size_t i = 0; m_ok && i < json.size(); ++i) {
-            Object from = object(json[i]);
-            record->traits[i].traitId = from.text("traitId");
-            record->traits[i].traitText = from.ascii("traitText");
-        }
+        record->traits = records<VLM_WS_TRAIT_T>(json, record->count, [](Object &from, auto &trait) {
+            trait.traitId = from.text("traitId");
+            trait.traitText = from.ascii("traitText");
+        });
         return record;
     }
 

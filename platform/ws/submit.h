@@ -8,7 +8,4 @@ namespace velmora::ws {
 VLM_WS_EXT_ERRCODE_T submit(VLM_WS_MSGID_T id, const void *params, VELMORA_WS_CALLBACK_T callback, VOID *tag,
                             HANDLE_T *outHandle);
 
-// The records' texts are not const because they belong to their reader; nothing is written through the result.
-char *plain(const char *text);
-
 } // namespace velmora::ws

@@ -59,11 +59,6 @@ VLM_WS_EXT_ERRCODE_T submit(VLM_WS_MSGID_T id, const void *params, VELMORA_WS_CA
     }
 }
 
-char *plain(const char *text)
-{
-    return const_cast<char *>(text);
-}
-
 } // namespace velmora::ws
 
 VLM_WS_EXT_ERRCODE_T velmora_ws_init(void)

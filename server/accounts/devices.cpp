@@ -9,6 +9,7 @@ namespace velmora::server {
 namespace {
 
 constexpr size_t digitCount = 12;
+constexpr int64_t revokedSeconds = 30 * 24 * 3600; // how late a paused radio still learns that it was unlinked
 
 } // namespace
 
@@ -31,35 +32,26 @@ bool Devices::isDeviceId(const std::string &text)
            text[digitCount + 1] >= '0' && text[digitCount + 1] <= '9';
 }
 
-bool Devices::associate(const std::string &deviceId, const std::string &keyHash, AccountId account)
+void Devices::associate(const std::string &deviceId, const std::string &keyHash, AccountId account)
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    {
-        Statement row = db->prepare("SELECT key_hash, account_id FROM devices WHERE device_id = ?1");
-        row.with(deviceId);
-        if (row.step()) {
-            if (!equalSecrets(row.text(0), keyHash))
-                return false;
-            if (row.integer(1) == account)
-                return true;
-        }
-    }
-    end(*db, deviceId);
-    db->run("INSERT INTO devices (device_id, account_id, key_hash, associated_at) VALUES (?1, ?2, ?3, ?4)", deviceId,
-            account, keyHash, m_clock());
+    if (const std::optional<Device> device = find(deviceId, keyHash); device && device->accountId == account)
+        return;
+    end(*db, deviceId, keyHash);
+    db->run("INSERT INTO devices (device_id, key_hash, account_id, associated_at) VALUES (?1, ?2, ?3, ?4)", deviceId,
+            keyHash, account, m_clock());
     change.commit();
-    return true;
 }
 
 std::optional<Device> Devices::find(const std::string &deviceId, const std::string &keyHash)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT key_hash, account_id, associated_at FROM devices WHERE device_id = ?1");
-    row.with(deviceId);
-    if (!row.step() || !equalSecrets(row.text(0), keyHash))
+    Statement row = db->prepare("SELECT account_id, associated_at FROM devices WHERE device_id = ?1 AND key_hash = ?2");
+    row.with(deviceId, keyHash);
+    if (!row.step())
         return std::nullopt;
-    return Device{deviceId, row.integer(1), row.integer(2)};
+    return Device{deviceId, row.integer(0), row.integer(1)};
 }
 
 bool Devices::disassociate(const std::string &deviceId, const std::string &keyHash)
@@ -72,7 +64,7 @@ bool Devices::disassociate(const std::string &deviceId, const std::string &keyHa
     // Logins by name from this device that were never bound to a slot go with it.
     db->run("DELETE FROM sessions WHERE account_id = ?1 AND key_hash = ?2 AND device_id IS NULL", device->accountId,
             keyHash);
-    end(*db, deviceId);
+    end(*db, deviceId, keyHash);
     change.commit();
     return true;
 }
@@ -82,7 +74,8 @@ std::vector<Device> Devices::ofAccount(AccountId account)
     std::vector<Device> devices;
     const Store::Lock db = m_store.lock();
     Statement row =
-        db->prepare("SELECT device_id, associated_at FROM devices WHERE account_id = ?1 ORDER BY associated_at");
+        db->prepare("SELECT device_id, MIN(associated_at) FROM devices WHERE account_id = ?1 GROUP BY device_id "
+                    "ORDER BY 2");
     row.with(account);
     while (row.step())
         devices.push_back({row.text(0), account, row.integer(1)});
@@ -93,17 +86,15 @@ bool Devices::revoke(AccountId account, const std::string &deviceId)
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    std::string keyHash;
-    {
-        Statement row = db->prepare("SELECT key_hash FROM devices WHERE device_id = ?1 AND account_id = ?2");
-        row.with(deviceId, account);
-        if (!row.step())
-            return false;
-        keyHash = row.text(0);
-    }
-    db->run("DELETE FROM sessions WHERE account_id = ?1 AND key_hash = ?2 AND device_id IS NULL", account, keyHash);
+    const std::string keys = "(SELECT key_hash FROM devices WHERE account_id = ?1 AND device_id = ?2)";
+    // A radio whose session were gone would ask for another one for ever: it is refused with a reason instead.
+    db->run("UPDATE sessions SET is_revoked = 1, expires_at = ?3 WHERE account_id = ?1 AND key_hash IN " + keys +
+                " AND (device_id IS NULL OR device_id = ?2)",
+            account, deviceId, m_clock() + revokedSeconds);
+    db->run("DELETE FROM devices WHERE account_id = ?1 AND device_id = ?2", account, deviceId);
+    if (db->changes() == 0)
+        return false;
     db->run("DELETE FROM grants WHERE account_id = ?1 AND digits = ?2", account, deviceId.substr(0, digitCount));
-    end(*db, deviceId);
     change.commit();
     return true;
 }
@@ -115,9 +106,7 @@ std::optional<Device> Devices::takeGrant(const std::string &deviceId, const std:
     db->run("DELETE FROM grants WHERE expires_at <= ?1", m_clock());
     AccountId account = 0;
     {
-        Statement known = db->prepare("SELECT 1 FROM devices WHERE device_id = ?1");
-        known.with(deviceId);
-        if (known.step())
+        if (find(deviceId, keyHash))
             return std::nullopt;
         Statement row =
             db->prepare("SELECT id, account_id FROM grants WHERE digits = ?1 AND key_hash = ?2 ORDER BY id DESC");
@@ -132,10 +121,10 @@ std::optional<Device> Devices::takeGrant(const std::string &deviceId, const std:
     return Device{deviceId, account, m_clock()};
 }
 
-void Devices::end(Database &db, const std::string &deviceId)
+void Devices::end(Database &db, const std::string &deviceId, const std::string &keyHash)
 {
-    db.run("DELETE FROM sessions WHERE device_id = ?1", deviceId);
-    db.run("DELETE FROM devices WHERE device_id = ?1", deviceId);
+    db.run("DELETE FROM sessions WHERE device_id = ?1 AND key_hash = ?2", deviceId, keyHash);
+    db.run("DELETE FROM devices WHERE device_id = ?1 AND key_hash = ?2", deviceId, keyHash);
 }
 
 } // namespace velmora::server

@@ -14,14 +14,15 @@ struct Device {
 };
 
 // Which device may act for which account. An identity is an address, not a secret: what proves a device is its key,
-// bound when it is associated. Keys are known here by their hash. Any thread.
+// bound when it is associated. The same identity with another key is another device (a copied address, or a radio that
+// has lost its state), which neither gets at what the first one has nor keeps it from being associated. Keys are known
+// here by their hash. Any thread.
 class Devices {
 public:
     Devices(Store &store, Clock clock);
 
-    // False when the identity is bound to another key. The same key may give its identity to another account; what the
-    // former account had there ends.
-    bool associate(const std::string &deviceId, const std::string &keyHash, AccountId account);
+    // Gives the device to the account; what another account had there ends.
+    void associate(const std::string &deviceId, const std::string &keyHash, AccountId account);
     // Nothing when there is no such device, or not with this key.
     std::optional<Device> find(const std::string &deviceId, const std::string &keyHash);
     // Ends the association, its key and the sessions of that device at once. False as find() is empty.
@@ -29,19 +30,19 @@ public:
 
     // For the account page.
     std::vector<Device> ofAccount(AccountId account);
-    // Ends one device of this account, whatever its key; false when the account has no such device.
+    // Ends this account's devices of that identity, whatever their keys; false when it has none.
     bool revoke(AccountId account, const std::string &deviceId);
 
-    // The account a device was granted by the activation page, associated now: the first login of an identity that is
-    // not associated yet, with the digits and the key that asked for the code, before the grant expires; it uses the
-    // grant up.
+    // The account a device was granted by the activation page, associated now: the first login of a device that is not
+    // associated yet, with the digits and the key that asked for the code, before the grant expires; it uses the grant
+    // up.
     std::optional<Device> takeGrant(const std::string &deviceId, const std::string &keyHash);
 
     static bool isDeviceId(const std::string &text);
     static bool isDigits(const std::string &text);
 
 private:
-    void end(Database &db, const std::string &deviceId);
+    void end(Database &db, const std::string &deviceId, const std::string &keyHash);
 
     Store &m_store;
     Clock m_clock;

@@ -41,13 +41,17 @@ std::optional<Session> Sessions::find(const std::string &token)
 {
     const std::string hash = tokenHash(token);
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT kind, account_id, key_hash, device_id FROM sessions "
+    Statement row = db->prepare("SELECT kind, account_id, key_hash, device_id, is_revoked FROM sessions "
                                 "WHERE token_hash = ?1 AND expires_at > ?2");
     row.with(hash, m_clock());
     if (!row.step())
         return std::nullopt;
-    return Session{row.text(0) == "user" ? TokenKind::user : TokenKind::partner, hash, row.text(2), row.integer(1),
-                   row.text(3)};
+    return Session{row.text(0) == "user" ? TokenKind::user : TokenKind::partner,
+                   hash,
+                   row.text(2),
+                   row.integer(1),
+                   row.text(3),
+                   row.integer(4) != 0};
 }
 
 void Sessions::close(const std::string &token)

@@ -19,6 +19,7 @@ struct Session {
     std::string keyHash;
     AccountId accountId = 0; // user sessions
     std::string deviceId;    // user sessions of an associated device
+    bool isRevoked = false;  // the listener has unlinked the device: nothing is allowed, and the radio is told so
 };
 
 // Sessions, stored as hashes of their tokens. Any thread.

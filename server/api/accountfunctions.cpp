@@ -145,8 +145,7 @@ json userLogin(Call &call)
 json associateDevice(Call &call)
 {
     const std::string id = deviceIdOf(call);
-    if (!call.service.devices.associate(id, call.session.keyHash, call.account()))
-        noSuchDevice();
+    call.service.devices.associate(id, call.session.keyHash, call.account());
     call.service.sessions.bindToDevice(call.session, id);
     return json::object();
 }
@@ -189,7 +188,7 @@ json createUser(Call &call)
 {
     const std::string userName = call.parameters.text("userName");
     const std::string password = call.parameters.text("password");
-    std::string deviceId = call.parameters.optionalText("deviceId").value_or("");
+    const std::string deviceId = call.parameters.optionalText("deviceId").value_or("");
     if (!deviceId.empty() && !Devices::isDeviceId(deviceId))
         noSuchDevice();
     Profile profile;
@@ -211,9 +210,8 @@ json createUser(Call &call)
     default: // a name that is taken says no more than one that is none
         throw ApiError(Code::badUserName, "not a user name");
     }
-    // The account stands even when the identity is another device's; the radio then associates another slot.
-    if (!deviceId.empty() && !call.service.devices.associate(deviceId, call.session.keyHash, id))
-        deviceId.clear();
+    if (!deviceId.empty())
+        call.service.devices.associate(deviceId, call.session.keyHash, id);
     return openUserSession(call, *call.service.accounts.find(id), deviceId);
 }
 

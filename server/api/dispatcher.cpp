@@ -102,6 +102,8 @@ Session Dispatcher::checkedSession(const Route &route, const std::string &author
         session = m_service.sessions.find(authorization.substr(scheme.size()));
     if (!session || !accepts(route.access, session->kind))
         throw ApiError(Code::badToken, "the token is unknown or has expired");
+    if (session->isRevoked)
+        throw ApiError(Code::inactive, "the device was unlinked from the account");
     if (session->kind == TokenKind::user) {
         const std::optional<Account> account = m_service.accounts.find(session->accountId);
         if (!account || !account->isActive)

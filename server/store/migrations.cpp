@@ -206,8 +206,26 @@ CREATE TABLE track_events (
 CREATE INDEX track_events_by_time ON track_events(happened_at);
 )sql";
 
+// An identity with another key is another device. A session of a device that was unlinked is kept, for the radio to
+// learn of it.
+constexpr const char *devicesByKey = R"sql(
+CREATE TABLE devices_by_key (
+  device_id TEXT NOT NULL,
+  key_hash TEXT NOT NULL,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  associated_at INTEGER NOT NULL,
+  PRIMARY KEY (device_id, key_hash)
+) WITHOUT ROWID;
+INSERT INTO devices_by_key (device_id, key_hash, account_id, associated_at)
+  SELECT device_id, key_hash, account_id, associated_at FROM devices;
+DROP TABLE devices;
+ALTER TABLE devices_by_key RENAME TO devices;
+CREATE INDEX devices_by_account ON devices(account_id);
+ALTER TABLE sessions ADD COLUMN is_revoked INTEGER NOT NULL DEFAULT 0;
+)sql";
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
-constexpr std::array steps = {accountsAndDevices, catalogue, stations};
+constexpr std::array steps = {accountsAndDevices, catalogue, stations, devicesByKey};
 
 } // namespace
 

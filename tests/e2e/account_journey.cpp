@@ -20,24 +20,21 @@ QStringList demoAccount(const Journey &journey)
 
 bool openSignIn(Journey &journey)
 {
-    return journey.waitForScreen(QStringLiteral("WelcomeDlg")) && journey.key({QStringLiteral("select")})
-        && journey.waitForBox(QStringLiteral("Do you already have a Velmora account ? "))
-        && journey.key({QStringLiteral("left"), QStringLiteral("select")})
-        && journey.waitForScreen(QStringLiteral("SignInDlg"));
+    return journey.waitForScreen("WelcomeDlg") && journey.key({"select"}) &&
+           journey.waitForBox("Do you already have a Velmora account ? ") && journey.key({"left", "select"}) &&
+           journey.waitForScreen("SignInDlg");
 }
 
 bool typeAndConfirm(Journey &journey, const QString &text)
 {
-    return journey.key({QStringLiteral("text"), text}) && journey.key({QStringLiteral("enter")});
+    return journey.key({"text", text}) && journey.key({"enter"});
 }
 
 bool switchUser(Journey &journey)
 {
-    return journey.waitForScreen(QStringLiteral("VelmoraMainDlg"))
-        && journey.key({QStringLiteral("right"), QStringLiteral("select")})
-        && journey.waitForScreen(QStringLiteral("MenuDlg"))
-        && journey.key({QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("up"), QStringLiteral("select")})
-        && journey.waitForScreen(QStringLiteral("SelectUserDlg"));
+    return journey.waitForScreen("VelmoraMainDlg") && journey.key({"right", "select"}) &&
+           journey.waitForScreen("MenuDlg") && journey.key({"up", "up", "up", "select"}) &&
+           journey.waitForScreen("SelectUserDlg");
 }
 
 } // namespace
@@ -53,14 +50,14 @@ private slots:
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(openSignIn(journey));
         QVERIFY(typeAndConfirm(journey, demoName));
-        QVERIFY(typeAndConfirm(journey, QStringLiteral("not the password")));
-        QVERIFY(journey.waitForBox(QStringLiteral("Invalid username or password, please try again.")));
-        QVERIFY(journey.key({QStringLiteral("select")}));
+        QVERIFY(typeAndConfirm(journey, "not the password"));
+        QVERIFY(journey.waitForBox("Invalid username or password, please try again."));
+        QVERIFY(journey.key({"select"}));
         QVERIFY(journey.waitForNoBox());
-        QCOMPARE(journey.label(QStringLiteral("emailLineEdit")), demoName); // nothing typed is lost
-        QVERIFY(journey.key({QStringLiteral("enter")})); // Done: the kept address is the right one
+        QCOMPARE(journey.label("emailLineEdit"), demoName); // nothing typed is lost
+        QVERIFY(journey.key({"enter"}));                    // Done: the kept address is the right one
         QVERIFY(typeAndConfirm(journey, demoAccount(journey).value(1)));
-        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(!journey.radioReport().contains(demoAccount(journey).value(1)));
         QVERIFY(!journey.serverReport().contains(demoAccount(journey).value(1)));
@@ -72,7 +69,7 @@ private slots:
         options.isSetUp = false;
         Journey journey(options);
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForScreen(QStringLiteral("WelcomeDlg")));
+        QVERIFY(journey.waitForScreen("WelcomeDlg"));
         const QStringList account = demoAccount(journey);
         const QString path = journey.root() + QStringLiteral("/device/mnt/sda1/velmora_login.ini");
         QVERIFY(QDir().mkpath(QFileInfo(path).path()));
@@ -81,8 +78,8 @@ private slots:
         file.write((account.value(0) + QStringLiteral("\r\n") + account.value(1) + QStringLiteral("\r\n")).toUtf8());
         file.close();
         QVERIFY(openSignIn(journey));
-        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("left"), QStringLiteral("select")})); // Done at once
-        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QVERIFY(journey.key({"up", "left", "select"})); // Done at once
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
         QVERIFY(journey.waitForAudio(1));
     }
 
@@ -95,29 +92,28 @@ private slots:
         QVERIFY2(journey.createAccount(second, secret), qPrintable(journey.problem()));
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(switchUser(journey));
-        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("select")})); // New username
-        QVERIFY(journey.waitForBox(QStringLiteral("Do you already have a Velmora account ? ")));
-        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
-        QVERIFY(journey.waitForScreen(QStringLiteral("SignInDlg")));
+        QVERIFY(journey.key({"up", "select"})); // New username
+        QVERIFY(journey.waitForBox("Do you already have a Velmora account ? "));
+        QVERIFY(journey.key({"left", "select"}));
+        QVERIFY(journey.waitForScreen("SignInDlg"));
         QVERIFY(typeAndConfirm(journey, second));
         QVERIFY(typeAndConfirm(journey, secret));
-        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
-        QCOMPARE(journey.label(QStringLiteral("userNameLabel")), second);
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
+        QCOMPARE(journey.label("userNameLabel"), second);
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(switchUser(journey));
-        QCOMPARE(journey.status().value(QStringLiteral("focus")).toString(), QStringLiteral("userListBtn_2"));
-        QVERIFY(journey.key({QStringLiteral("up"), QStringLiteral("select")}));
-        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
-        QCOMPARE(journey.label(QStringLiteral("userNameLabel")), demoName);
+        QCOMPARE(journey.status().value("focus").toString(), QStringLiteral("userListBtn_2"));
+        QVERIFY(journey.key({"up", "select"}));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
+        QCOMPARE(journey.label("userNameLabel"), demoName);
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(switchUser(journey));
-        QVERIFY(journey.key({QStringLiteral("down"), QStringLiteral("right"), QStringLiteral("select")}));
+        QVERIFY(journey.key({"down", "right", "select"}));
         QVERIFY(journey.waitForBox(QStringLiteral("Are you sure you want to delete the user: ") + second));
-        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.key({"left", "select"}));
         QVERIFY(journey.waitFor([](const QJsonObject &now) {
-            const QJsonObject labels = now.value(QStringLiteral("labels")).toObject();
-            return now.value(QStringLiteral("box")).isNull() && labels.contains(QStringLiteral("userListBtn_1"))
-                && !labels.contains(QStringLiteral("userListBtn_2"));
+            const QJsonObject labels = now.value("labels").toObject();
+            return now.value("box").isNull() && labels.contains("userListBtn_1") && !labels.contains("userListBtn_2");
         }));
     }
 
@@ -131,35 +127,35 @@ private slots:
         QVERIFY(settings.open(QIODevice::WriteOnly));
         settings.write("[Welcome]\nisCheck=1\n[Account]\nsize=5\n");
         for (int i = 1; i <= 5; ++i)
-            settings.write(QStringLiteral("%1\\userName=person%1@house.example\n%1\\password=%2\n").arg(i).arg(i - 1).toUtf8());
+            settings.write(
+                QStringLiteral("%1\\userName=person%1@house.example\n%1\\password=%2\n").arg(i).arg(i - 1).toUtf8());
         settings.close();
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForScreen(QStringLiteral("SelectUserDlg"))); // accounts, but nobody was last
-        QCOMPARE(journey.label(QStringLiteral("userListBtn_5")), QStringLiteral("person5@house.example"));
-        QVERIFY(journey.key({QStringLiteral("up")}));
-        QCOMPARE(journey.status().value(QStringLiteral("focus")).toString(), QStringLiteral("userListBtn_1"));
+        QVERIFY(journey.waitForScreen("SelectUserDlg")); // accounts, but nobody was last
+        QCOMPARE(journey.label("userListBtn_5"), QStringLiteral("person5@house.example"));
+        QVERIFY(journey.key({"up"}));
+        QCOMPARE(journey.status().value("focus").toString(), QStringLiteral("userListBtn_1"));
         // The service does not know this device: the password is asked, and Back leads back.
-        QVERIFY(journey.key({QStringLiteral("down"), QStringLiteral("select")}));
-        QVERIFY(journey.waitForScreen(QStringLiteral("SignInDlg")));
-        QCOMPARE(journey.label(QStringLiteral("emailLineEdit")), QStringLiteral("person2@house.example"));
-        QVERIFY(journey.key({QStringLiteral("back"), QStringLiteral("back")}));
-        QVERIFY(journey.waitForScreen(QStringLiteral("SelectUserDlg")));
+        QVERIFY(journey.key({"down", "select"}));
+        QVERIFY(journey.waitForScreen("SignInDlg"));
+        QCOMPARE(journey.label("emailLineEdit"), QStringLiteral("person2@house.example"));
+        QVERIFY(journey.key({"back", "back"}));
+        QVERIFY(journey.waitForScreen("SelectUserDlg"));
     }
 
     void anAccountIsRemovedAlsoWhenTheServiceHasForgottenTheDevice()
     {
         Journey::Options options;
-        options.serverOptions = {QStringLiteral("--fail"), QStringLiteral("disassociateDevice=5105")};
+        options.serverOptions = {"--fail", "disassociateDevice=5105"};
         Journey journey(options);
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(switchUser(journey));
-        QVERIFY(journey.key({QStringLiteral("right"), QStringLiteral("select")}));
+        QVERIFY(journey.key({"right", "select"}));
         QVERIFY(journey.waitForBox(QStringLiteral("Are you sure you want to delete the user: ") + demoName));
-        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
-        QVERIFY(journey.waitFor([](const QJsonObject &now) {
-            return now.value(QStringLiteral("focus")).toString() == QLatin1String("newUserBtn");
-        }));
+        QVERIFY(journey.key({"left", "select"}));
+        QVERIFY(journey.waitFor(
+            [](const QJsonObject &now) { return now.value("focus").toString() == QLatin1String("newUserBtn"); }));
     }
 };
 

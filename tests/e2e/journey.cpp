@@ -1,9 +1,9 @@
 #include "e2e/journey.h"
 
 #include <QDir>
-#include <QJsonArray>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -28,7 +28,7 @@ bool copyTree(const QString &from, const QString &to)
     if (!QDir().mkpath(to))
         return false;
     // Links, not copies: the files are never written again.
-    return QProcess::execute(QStringLiteral("cp"), {QStringLiteral("-alT"), from, to}) == 0;
+    return QProcess::execute("cp", {"-alT", from, to}) == 0;
 }
 
 } // namespace
@@ -37,10 +37,9 @@ Journey::Journey(const Options &options)
     : m_options(options)
     , m_serverUrl(options.serverUrl)
 {
-    QDir(m_root.path()).mkpath(QStringLiteral("server"));
-    QFile::setPermissions(m_root.filePath(QStringLiteral("server")),
-                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    copyTree(QStringLiteral(JOURNEY_LIBRARY "/demo"), m_root.filePath(QStringLiteral("server/demo")));
+    QDir(m_root.path()).mkpath("server");
+    QFile::setPermissions(m_root.filePath("server"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    copyTree(QStringLiteral(JOURNEY_LIBRARY "/demo"), m_root.filePath("server/demo"));
 }
 
 Journey::~Journey()
@@ -48,9 +47,9 @@ Journey::~Journey()
     if (QTest::currentTestFailed()) {
         QDir().mkpath(QStringLiteral(JOURNEY_PICTURES));
         screenshot(QLatin1String(QTest::currentTestFunction()));
-        for (const QString &report : {QStringLiteral("radio.log"), QStringLiteral("server.log")}) {
-            const QString kept = QStringLiteral(JOURNEY_PICTURES "/%1-%2")
-                                     .arg(QLatin1String(QTest::currentTestFunction()), report);
+        for (const QString report : {"radio.log", "server.log"}) {
+            const QString kept =
+                QStringLiteral(JOURNEY_PICTURES "/%1-%2").arg(QLatin1String(QTest::currentTestFunction()), report);
             QFile::remove(kept);
             QFile::copy(m_root.filePath(report), kept);
         }
@@ -73,18 +72,18 @@ void Journey::dieWithUs(QProcess &process)
 QProcessEnvironment Journey::environment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    environment.insert(QStringLiteral("VELMORA_PRIVATE_ROOT"), m_root.filePath(QStringLiteral("device")));
-    environment.insert(QStringLiteral("VELMORA_WS_SERVER"), m_serverUrl);
-    environment.insert(QStringLiteral("VELMORA_WS_STATE_DIR"), m_root.filePath(QStringLiteral("state")));
-    environment.insert(QStringLiteral("VELMORA_AUDIO_SINK"),
-                       m_options.isShort ? QStringLiteral("fakesink sync=false") : QStringLiteral("fakesink sync=true"));
-    environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("qt.*=false"));
-    environment.remove(QStringLiteral("VELMORA_MENU_SOCKET"));
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert("VELMORA_PRIVATE_ROOT", m_root.filePath("device"));
+    environment.insert("VELMORA_WS_SERVER", m_serverUrl);
+    environment.insert("VELMORA_WS_STATE_DIR", m_root.filePath("state"));
+    environment.insert("VELMORA_AUDIO_SINK", m_options.isShort ? QStringLiteral("fakesink sync=false")
+                                                               : QStringLiteral("fakesink sync=true"));
+    environment.insert("QT_LOGGING_RULES", "qt.*=false");
+    environment.remove("VELMORA_MENU_SOCKET");
     // The radio installs its own crash reporter, which parks; a sanitizer's report is worth more here.
-    environment.insert(QStringLiteral("ASAN_OPTIONS"),
-                       environment.value(QStringLiteral("ASAN_OPTIONS"))
-                           + QStringLiteral(":handle_segv=2:handle_abort=2:handle_sigill=2:handle_sigfpe=2"));
+    environment.insert("ASAN_OPTIONS",
+                       environment.value("ASAN_OPTIONS") +
+                           QStringLiteral(":handle_segv=2:handle_abort=2:handle_sigill=2:handle_sigfpe=2"));
     return environment;
 }
 
@@ -92,14 +91,14 @@ bool Journey::startServer()
 {
     m_server = std::make_unique<QProcess>();
     dieWithUs(*m_server);
-    const QString report = m_root.filePath(QStringLiteral("server.log"));
+    const QString report = m_root.filePath("server.log");
     m_server->setProcessChannelMode(QProcess::MergedChannels);
     m_server->setStandardOutputFile(report, QIODevice::Append);
-    m_server->start(QStringLiteral(JOURNEY_SERVER),
-                    QStringList{QStringLiteral("--listen"), QStringLiteral("127.0.0.1:%1").arg(m_serverPort),
-                                QStringLiteral("--data"), m_root.filePath(QStringLiteral("server"))}
-                        + m_options.serverOptions);
-    static const QRegularExpression listening(QStringLiteral("listening on (http://127\\.0\\.0\\.1:(\\d+))"));
+    m_server->start(
+        QStringLiteral(JOURNEY_SERVER),
+        QStringList{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_root.filePath("server")} +
+            m_options.serverOptions);
+    static const QRegularExpression listening("listening on (http://127\\.0\\.0\\.1:(\\d+))");
     QElapsedTimer clock;
     clock.start();
     while (clock.elapsed() < startSeconds * 1000 && m_server->state() != QProcess::NotRunning) {
@@ -135,7 +134,7 @@ QJsonObject Journey::ask(const char *function, const QJsonObject &parameters, co
 {
     QNetworkAccessManager network;
     QNetworkRequest request(QUrl(m_serverUrl + QStringLiteral("/v1/") + QLatin1String(function)));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json");
     if (!token.isEmpty())
         request.setRawHeader("Authorization", "Bearer " + token.toLatin1());
     const std::unique_ptr<QNetworkReply> reply(network.post(request, QJsonDocument(parameters).toJson()));
@@ -147,26 +146,25 @@ QJsonObject Journey::ask(const char *function, const QJsonObject &parameters, co
 QString Journey::partnerToken() const
 {
     // Any key of the right length: no device will use this session.
-    const QJsonObject partner = ask("partnerLogin", {{QStringLiteral("deviceKey"), QString(43, QLatin1Char('A'))}}, {});
-    return partner.value(QStringLiteral("data")).toObject().value(QStringLiteral("partnerToken")).toString();
+    const QJsonObject partner = ask("partnerLogin", {{"deviceKey", QString(43, QLatin1Char('A'))}}, {});
+    return partner.value("data").toObject().value("partnerToken").toString();
 }
 
 bool Journey::createAccount(const QString &userName, const QString &password)
 {
-    const QJsonObject made =
-        ask("createUser", {{QStringLiteral("userName"), userName}, {QStringLiteral("password"), password}}, partnerToken());
+    const QJsonObject made = ask("createUser", {{"userName", userName}, {"password", password}}, partnerToken());
     m_problem = QString::fromUtf8(QJsonDocument(made).toJson(QJsonDocument::Compact));
-    return made.value(QStringLiteral("code")).toInt(-1) == 0;
+    return made.value("code").toInt(-1) == 0;
 }
 
 QString Journey::reminderLink(const QString &userName)
 {
-    ask("emailPassword", {{QStringLiteral("userName"), userName}}, partnerToken());
-    static const QRegularExpression link(QStringLiteral("http://[^ \\r\\n]+/reset\\?token=[A-Za-z0-9_-]+"));
+    ask("emailPassword", {{"userName", userName}}, partnerToken());
+    static const QRegularExpression link("http://[^ \\r\\n]+/reset\\?token=[A-Za-z0-9_-]+");
     QElapsedTimer clock;
     clock.start();
     do {
-        const QDir outbox(m_root.filePath(QStringLiteral("server/outbox")));
+        const QDir outbox(m_root.filePath("server/outbox"));
         for (const QString &mail : outbox.entryList(QDir::Files)) {
             const auto match = link.match(readAll(outbox.filePath(mail)));
             if (match.hasMatch())
@@ -184,9 +182,9 @@ bool Journey::makeLibrary()
     QProcess server;
     dieWithUs(server);
     server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    server.start(QStringLiteral(JOURNEY_SERVER), {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
-                                                  QStringLiteral("--data"), QStringLiteral(JOURNEY_LIBRARY)});
-    static const QRegularExpression listening(QStringLiteral("listening on (http://[^ \\n]+)"));
+    server.start(QStringLiteral(JOURNEY_SERVER),
+                 {"--listen", "127.0.0.1:0", "--data", QStringLiteral(JOURNEY_LIBRARY)});
+    static const QRegularExpression listening("listening on (http://[^ \\n]+)");
     QByteArray said;
     QString url;
     QElapsedTimer clock;
@@ -203,9 +201,9 @@ bool Journey::makeLibrary()
         const std::unique_ptr<QNetworkReply> reply(network.get(QNetworkRequest(QUrl(url + QStringLiteral("/health")))));
         QSignalSpy finished(reply.get(), &QNetworkReply::finished);
         finished.wait(5000);
-        const QJsonObject data = QJsonDocument::fromJson(reply->readAll()).object().value(QStringLiteral("data")).toObject();
-        const int total = data.value(QStringLiteral("total")).toInt();
-        isReady = total > 0 && data.value(QStringLiteral("tracks")).toInt() == total;
+        const QJsonObject data = QJsonDocument::fromJson(reply->readAll()).object().value("data").toObject();
+        const int total = data.value("total").toInt();
+        isReady = total > 0 && data.value("tracks").toInt() == total;
         if (!isReady)
             QTest::qWait(500);
     }
@@ -220,13 +218,13 @@ bool Journey::start()
 {
     if (m_options.hasServer && m_serverUrl.isEmpty() && !startServer())
         return false;
-    QDir().mkpath(m_root.filePath(QStringLiteral("device")));
+    QDir().mkpath(m_root.filePath("device"));
     if (m_options.isSetUp && m_options.hasServer) {
         QProcess setup;
         dieWithUs(setup);
         setup.setProcessEnvironment(environment());
         setup.setProcessChannelMode(QProcess::MergedChannels);
-        setup.start(QStringLiteral(JOURNEY_SETUP), {m_root.filePath(QStringLiteral("server/demo-account.txt"))});
+        setup.start(QStringLiteral(JOURNEY_SETUP), {m_root.filePath("server/demo-account.txt")});
         if (!setup.waitForFinished(60000) || setup.exitCode() != 0) {
             m_problem = QStringLiteral("setting up failed: ") + QString::fromUtf8(setup.readAll());
             return false;
@@ -236,11 +234,10 @@ bool Journey::start()
     dieWithUs(*m_menu);
     m_menu->setProcessEnvironment(environment());
     m_menu->setProcessChannelMode(QProcess::MergedChannels);
-    m_menu->setStandardOutputFile(m_root.filePath(QStringLiteral("radio.log")));
-    m_menu->start(QStringLiteral(JOURNEY_MENU),
-                  {QStringLiteral("--socket"), m_root.filePath(QStringLiteral("menu.sock")), QStringLiteral("--"),
-                   QStringLiteral(JOURNEY_RADIO)});
-    if (!waitFor([](const QJsonObject &now) { return now.value(QStringLiteral("screen")).isString(); }, startSeconds)) {
+    m_menu->setStandardOutputFile(m_root.filePath("radio.log"));
+    m_menu->start(QStringLiteral(JOURNEY_MENU), QStringList{"--socket", m_root.filePath("menu.sock")} +
+                                                    m_options.menuOptions + QStringList{"--", m_options.radio});
+    if (!waitFor([](const QJsonObject &now) { return now.value("screen").isString(); }, startSeconds)) {
         m_problem = QStringLiteral("the radio did not come up: ") + radioReport().right(2000);
         return false;
     }
@@ -252,8 +249,7 @@ QStringList Journey::command(const QStringList &arguments, int *exitCode)
     QProcess process;
     dieWithUs(process);
     process.setProcessEnvironment(environment());
-    process.start(QStringLiteral(JOURNEY_MENU),
-                  QStringList{QStringLiteral("--socket"), m_root.filePath(QStringLiteral("menu.sock"))} + arguments);
+    process.start(QStringLiteral(JOURNEY_MENU), QStringList{"--socket", m_root.filePath("menu.sock")} + arguments);
     process.waitForFinished(30000);
     *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     return QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -268,13 +264,13 @@ bool Journey::menu(const QStringList &arguments)
 
 bool Journey::key(const QStringList &names)
 {
-    return menu(QStringList{QStringLiteral("key")} + names);
+    return menu(QStringList{"key"} + names);
 }
 
 QJsonObject Journey::status()
 {
     int code = 0;
-    const QStringList lines = command({QStringLiteral("status")}, &code);
+    const QStringList lines = command({"status"}, &code);
     m_last = code == 0 && !lines.isEmpty() ? QJsonDocument::fromJson(lines.first().toUtf8()).object() : QJsonObject();
     return m_last;
 }
@@ -295,8 +291,7 @@ bool Journey::waitForScreen(const QString &className, int seconds)
 {
     return waitFor(
         [&](const QJsonObject &now) {
-            return now.value(QStringLiteral("screen")).toString() == className
-                && now.value(QStringLiteral("box")).isNull();
+            return now.value("screen").toString() == className && now.value("box").isNull();
         },
         seconds);
 }
@@ -305,56 +300,46 @@ bool Journey::waitForBox(const QString &text, int seconds)
 {
     return waitFor(
         [&](const QJsonObject &now) {
-            return now.value(QStringLiteral("box")).isString()
-                && now.value(QStringLiteral("boxText")).toString().startsWith(text);
+            return now.value("box").isString() && now.value("boxText").toString().startsWith(text);
         },
         seconds);
 }
 
 bool Journey::waitForNoBox(int seconds)
 {
-    return waitFor([](const QJsonObject &now) { return now.value(QStringLiteral("box")).isNull(); }, seconds);
+    return waitFor([](const QJsonObject &now) { return now.value("box").isNull(); }, seconds);
 }
 
 bool Journey::waitForAudio(double moreSeconds, int seconds)
 {
-    const double before = status().value(QStringLiteral("audioSeconds")).toDouble();
-    return waitFor(
-        [&](const QJsonObject &now) {
-            return now.value(QStringLiteral("audioSeconds")).toDouble() >= before + moreSeconds;
-        },
-        seconds);
+    const double before = status().value("audioSeconds").toDouble();
+    return waitFor([&](const QJsonObject &now) { return now.value("audioSeconds").toDouble() >= before + moreSeconds; },
+                   seconds);
 }
 
 QString Journey::label(const QString &objectName)
 {
-    return status().value(QStringLiteral("labels")).toObject().value(objectName).toString();
+    return status().value("labels").toObject().value(objectName).toString();
 }
 
 QStringList Journey::rows(const QString &listName)
 {
     QStringList result;
-    const QJsonObject list = status().value(QStringLiteral("lists")).toObject().value(listName).toObject();
-    for (const QJsonValue row : list.value(QStringLiteral("rows")).toArray())
+    const QJsonObject list = status().value("lists").toObject().value(listName).toObject();
+    for (const QJsonValue row : list.value("rows").toArray())
         result.append(row.toString());
     return result;
 }
 
 int Journey::row(const QString &listName)
 {
-    return status()
-        .value(QStringLiteral("lists"))
-        .toObject()
-        .value(listName)
-        .toObject()
-        .value(QStringLiteral("row"))
-        .toInt(-1);
+    return status().value("lists").toObject().value(listName).toObject().value("row").toInt(-1);
 }
 
 void Journey::screenshot(const QString &name)
 {
     QDir().mkpath(QStringLiteral(JOURNEY_PICTURES));
-    menu({QStringLiteral("screenshot"), QStringLiteral(JOURNEY_PICTURES "/%1.png").arg(name)});
+    menu({"screenshot", QStringLiteral(JOURNEY_PICTURES "/%1.png").arg(name)});
 }
 
 bool Journey::waitForEnd(int seconds)
@@ -369,21 +354,21 @@ int Journey::exitCode() const
 
 qint64 Journey::radioPid()
 {
-    return status().value(QStringLiteral("pid")).toInteger();
+    return status().value("pid").toInteger();
 }
 
 QString Journey::settingsFile() const
 {
-    const QDir device(m_root.filePath(QStringLiteral("device")));
-    return device.filePath(QStringLiteral("var/local/misc/velmora/velmora_5.ini"));
+    const QDir device(m_root.filePath("device"));
+    return device.filePath("var/local/misc/velmora/velmora_5.ini");
 }
 
 QString Journey::radioReport()
 {
-    return readAll(m_root.filePath(QStringLiteral("radio.log")));
+    return readAll(m_root.filePath("radio.log"));
 }
 
 QString Journey::serverReport()
 {
-    return readAll(m_root.filePath(QStringLiteral("server.log")));
+    return readAll(m_root.filePath("server.log"));
 }

@@ -20,6 +20,8 @@ public:
         QStringList serverOptions; // beyond what every journey passes
         QString serverUrl;         // instead of a server of its own
         bool isShort = false;      // tracks as they are, but the sink takes them as fast as it can
+        QStringList menuOptions;   // of velmora-menu, before the program
+        QString radio = QStringLiteral(JOURNEY_RADIO);
     };
 
     explicit Journey(const Options &options);

@@ -36,31 +36,27 @@ private slots:
             QVERIFY(silent.listen(QHostAddress::LocalHost));
             QTemporaryDir root;
             QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert(QStringLiteral("VELMORA_WS_SERVER"),
-                               QStringLiteral("http://127.0.0.1:%1").arg(silent.serverPort()));
-            environment.insert(QStringLiteral("VELMORA_WS_STATE_DIR"), root.filePath(QStringLiteral("state")));
-            environment.insert(QStringLiteral("ASAN_OPTIONS"),
-                               environment.value(QStringLiteral("ASAN_OPTIONS"))
-                                   + QStringLiteral(":handle_segv=2:handle_abort=2:handle_sigill=2:handle_sigfpe=2"));
-            const QStringList socket = {QStringLiteral("--socket"), root.filePath(QStringLiteral("menu.sock"))};
+            environment.insert("VELMORA_WS_SERVER", QStringLiteral("http://127.0.0.1:%1").arg(silent.serverPort()));
+            environment.insert("VELMORA_WS_STATE_DIR", root.filePath("state"));
+            environment.insert("ASAN_OPTIONS",
+                               environment.value("ASAN_OPTIONS") +
+                                   QStringLiteral(":handle_segv=2:handle_abort=2:handle_sigill=2:handle_sigfpe=2"));
+            const QStringList socket = {"--socket", root.filePath("menu.sock")};
             QProcess menu;
             menu.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
             menu.setProcessEnvironment(environment);
             menu.setStandardOutputFile(QProcess::nullDevice());
             menu.setStandardErrorFile(QProcess::nullDevice());
-            menu.start(QStringLiteral(JOURNEY_MENU), socket + QStringList{QStringLiteral("--"), QStringLiteral(PRODUCT_RADIO)});
+            menu.start(QStringLiteral(JOURNEY_MENU), socket + QStringList{"--", QStringLiteral(PRODUCT_RADIO)});
             const auto screen = [&] {
                 QProcess status;
-                status.start(QStringLiteral(JOURNEY_MENU), socket + QStringList(QStringLiteral("status")));
+                status.start(QStringLiteral(JOURNEY_MENU), socket + QStringList("status"));
                 status.waitForFinished();
-                return QJsonDocument::fromJson(status.readAllStandardOutput())
-                    .object()
-                    .value(QStringLiteral("screen"))
-                    .toString();
+                return QJsonDocument::fromJson(status.readAllStandardOutput()).object().value("screen").toString();
             };
             QTRY_COMPARE_WITH_TIMEOUT(screen(), QStringLiteral("WelcomeDlg"), 30000);
             QVERIFY(QFileInfo::exists(scratchFolder));
-            QCOMPARE(QProcess::execute(QStringLiteral(JOURNEY_MENU), socket + QStringList(QStringLiteral("exit"))), 0);
+            QCOMPARE(QProcess::execute(QStringLiteral(JOURNEY_MENU), socket + QStringList("exit")), 0);
             QVERIFY(menu.waitForFinished(20000));
             QCOMPARE(menu.exitCode(), 0);
             QVERIFY(!QFileInfo::exists(scratchFolder));

@@ -22,19 +22,54 @@ private slots:
     {
         Journey journey;
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForScreen(QStringLiteral("VelmoraMainDlg")));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
         QVERIFY(journey.waitForAudio(3));
         const QJsonObject now = journey.status();
-        QCOMPARE(now.value(QStringLiteral("playback")).toInt(), 5);
-        QCOMPARE(now.value(QStringLiteral("focus")).toString(), QStringLiteral("stationListWidget"));
-        QVERIFY(journey.rows(QStringLiteral("stationListWidget")).size() > 3);
-        QCOMPARE(journey.rows(QStringLiteral("playListWidget")).size(), 1);
-        QVERIFY(!journey.label(QStringLiteral("songLabel")).isEmpty());
-        QVERIFY(journey.menu({QStringLiteral("exit")}));
+        QCOMPARE(now.value("playback").toInt(), 5);
+        QCOMPARE(now.value("focus").toString(), QStringLiteral("stationListWidget"));
+        QVERIFY(journey.rows("stationListWidget").size() > 3);
+        QCOMPARE(journey.rows("playListWidget").size(), 1);
+        QVERIFY(!journey.label("songLabel").isEmpty());
+        QVERIFY(journey.menu({"exit"}));
         QVERIFY(journey.waitForEnd());
         QCOMPARE(journey.exitCode(), 0);
-        QVERIFY(journey.radioReport().contains(QStringLiteral("Velmora main function exit ok!")));
+        QVERIFY(journey.radioReport().contains("Velmora main function exit ok!"));
         QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
+    }
+
+    void withoutAPictureAndWithoutAFontTheRadioPlaysAndFollowsTheKeys()
+    {
+        QTemporaryDir noFonts;
+        QFile config(noFonts.filePath("fonts.conf"));
+        QVERIFY(config.open(QIODevice::WriteOnly));
+        config.write("<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig/>");
+        config.close();
+        qputenv("FONTCONFIG_FILE", QFile::encodeName(config.fileName()));
+        const auto tidy = qScopeGuard([] { qunsetenv("FONTCONFIG_FILE"); });
+        Journey::Options options;
+        options.radio = QStringLiteral(JOURNEY_BARE);
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForAudio(2));
+        const QStringList toEntry = {"right", "select"};
+        const auto open = [&](int up, const char *screen) {
+            return journey.waitForScreen("VelmoraMainDlg") && journey.key(toEntry) &&
+                   journey.waitForScreen("MenuDlg") && journey.key(QStringList(up, "up")) && journey.key({"select"}) &&
+                   journey.waitForScreen(QLatin1String(screen));
+        };
+        QVERIFY(open(6, "CreateStationDlg"));
+        QVERIFY(journey.key({"text", "zzqx", "enter"}));
+        QVERIFY(journey.waitForBox(QString()));
+        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.waitForNoBox());
+        QVERIFY(journey.key({"back", "left"}));
+        QVERIFY(open(3, "SelectUserDlg"));
+        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
+        QVERIFY(journey.waitForAudio(2));
+        QVERIFY(journey.menu({"exit"}));
+        QVERIFY(journey.waitForEnd());
+        QCOMPARE(journey.exitCode(), 0);
     }
 
     void oneTrackFollowsAnotherWithoutAKey()
@@ -44,26 +79,23 @@ private slots:
         Journey journey(options);
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         // More than a batch of four entries, so that the next one is fetched on the way.
-        QVERIFY(journey.waitFor(
-            [&](const QJsonObject &) { return journey.rows(QStringLiteral("playListWidget")).size() >= 6; }, 120));
-        QVERIFY(journey.status().value(QStringLiteral("audioSeconds")).toDouble() > 200);
+        QVERIFY(journey.waitFor([&](const QJsonObject &) { return journey.rows("playListWidget").size() >= 6; }, 120));
+        QVERIFY(journey.status().value("audioSeconds").toDouble() > 200);
     }
 
     void anExpiredSessionIsRenewedInTheMiddleOfListening()
     {
         Journey::Options options;
         options.isShort = true;
-        options.serverOptions = {QStringLiteral("--token-lifetime"), QStringLiteral("4,3")};
+        options.serverOptions = {"--token-lifetime", "4,3"};
         Journey journey(options);
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         // The music outlives the session: it goes on after the renewal as before.
         QVERIFY(journey.waitFor(
-            [&](const QJsonObject &) {
-                return journey.radioReport().contains(QStringLiteral("VelmoraLogin,retrytempwebservice..."));
-            },
+            [&](const QJsonObject &) { return journey.radioReport().contains("VelmoraLogin,retrytempwebservice..."); },
             60));
         QVERIFY(journey.waitForAudio(200, 60));
-        QVERIFY(journey.status().value(QStringLiteral("box")).isNull());
+        QVERIFY(journey.status().value("box").isNull());
     }
 
     void aServerThatIsNotThereIsNamedAndLeftInAnOrderlyWay()
@@ -83,8 +115,8 @@ private slots:
         settings.close();
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForBox(networkText));
-        QCOMPARE(journey.last().value(QStringLiteral("screen")).toString(), QStringLiteral("LoadingDlg"));
-        QVERIFY(journey.key({QStringLiteral("select")}));
+        QCOMPARE(journey.last().value("screen").toString(), QStringLiteral("LoadingDlg"));
+        QVERIFY(journey.key({"select"}));
         QVERIFY(journey.waitForEnd());
         QCOMPARE(journey.exitCode(), 0);
     }
@@ -111,8 +143,8 @@ private slots:
         settings.write("[Welcome]\nisCheck=1\n");
         settings.close();
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForBox(QStringLiteral("Connect to Velmora failed!")));
-        QVERIFY(journey.key({QStringLiteral("select")}));
+        QVERIFY(journey.waitForBox("Connect to Velmora failed!"));
+        QVERIFY(journey.key({"select"}));
         QVERIFY(journey.waitForEnd());
     }
 
@@ -122,10 +154,10 @@ private slots:
         options.isSetUp = false;
         Journey journey(options);
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForScreen(QStringLiteral("WelcomeDlg")));
-        QVERIFY(journey.key({QStringLiteral("back")}));
-        QVERIFY(journey.waitForBox(QStringLiteral("You have reached the last window.")));
-        QVERIFY(journey.key({QStringLiteral("left"), QStringLiteral("select")}));
+        QVERIFY(journey.waitForScreen("WelcomeDlg"));
+        QVERIFY(journey.key({"back"}));
+        QVERIFY(journey.waitForBox("You have reached the last window."));
+        QVERIFY(journey.key({"left", "select"}));
         QVERIFY(journey.waitForEnd());
         QCOMPARE(journey.exitCode(), 0);
     }

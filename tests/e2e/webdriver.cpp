@@ -36,9 +36,9 @@ bool WebDriver::start()
 {
     m_driver.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_driver.setProcessChannelMode(QProcess::MergedChannels);
-    m_driver.start(QStringLiteral("chromedriver"), {QStringLiteral("--port=0")});
+    m_driver.start("chromedriver", {"--port=0"});
     QByteArray said;
-    static const QRegularExpression started(QStringLiteral("successfully on port (\\d+)"));
+    static const QRegularExpression started("successfully on port (\\d+)");
     QElapsedTimer clock;
     clock.start();
     QRegularExpressionMatch match;
@@ -53,52 +53,52 @@ bool WebDriver::start()
         return false;
     }
     m_base = QStringLiteral("http://127.0.0.1:") + match.captured(1);
-    const QJsonArray arguments = {QStringLiteral("--headless"), QStringLiteral("--no-sandbox"),
-                                  QStringLiteral("--disable-gpu"), QStringLiteral("--disable-quic"),
-                                  QStringLiteral("--no-first-run"), QStringLiteral("--disable-background-networking"),
-                                  QStringLiteral("--disable-component-update"), QStringLiteral("--disable-sync"),
-                                  QStringLiteral("--window-size=412,915"), // a telephone's
+    const QJsonArray arguments = {"--headless",
+                                  "--no-sandbox",
+                                  "--disable-gpu",
+                                  "--disable-quic",
+                                  "--no-first-run",
+                                  "--disable-background-networking",
+                                  "--disable-component-update",
+                                  "--disable-sync",
+                                  "--window-size=412,915", // a telephone's
                                   QStringLiteral("--user-data-dir=") + m_profile.path()};
-    const QJsonObject options{{QStringLiteral("args"), arguments},
-                              {QStringLiteral("prefs"),
-                               QJsonObject{{QStringLiteral("profile.managed_default_content_settings.javascript"), 2}}}};
-    const QJsonObject capabilities{
-        {QStringLiteral("alwaysMatch"), QJsonObject{{QStringLiteral("goog:chromeOptions"), options}}}};
-    const QJsonObject answer =
-        ask("POST", QStringLiteral("/session"), {{QStringLiteral("capabilities"), capabilities}}).toObject();
-    const QString id = answer.value(QStringLiteral("sessionId")).toString();
+    const QJsonObject options{{"args", arguments},
+                              {"prefs", QJsonObject{{"profile.managed_default_content_settings.javascript", 2}}}};
+    const QJsonObject capabilities{{"alwaysMatch", QJsonObject{{"goog:chromeOptions", options}}}};
+    const QJsonObject answer = ask("POST", "/session", {{"capabilities", capabilities}}).toObject();
+    const QString id = answer.value("sessionId").toString();
     if (id.isEmpty()) {
-        m_problem = QStringLiteral("the browser did not start: ")
-            + QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact)).left(1000);
+        m_problem = QStringLiteral("the browser did not start: ") +
+                    QString::fromUtf8(QJsonDocument(answer).toJson(QJsonDocument::Compact)).left(1000);
         return false;
     }
     m_session = QStringLiteral("/session/") + id;
     // A click answers before the next page is there: what is looked for is waited for.
-    ask("POST", m_session + QStringLiteral("/timeouts"), {{QStringLiteral("implicit"), implicitWaitMs}});
+    ask("POST", m_session + QStringLiteral("/timeouts"), {{"implicit", implicitWaitMs}});
     return true;
 }
 
 QJsonValue WebDriver::ask(const QByteArray &verb, const QString &path, const QJsonObject &body)
 {
     QNetworkRequest request(QUrl(m_base + path));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json");
     const QByteArray data = verb == "POST" ? QJsonDocument(body).toJson() : QByteArray();
     const std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, verb, data));
     QSignalSpy finished(reply.get(), &QNetworkReply::finished);
     if (!reply->isFinished())
         finished.wait(answerMs);
-    return QJsonDocument::fromJson(reply->readAll()).object().value(QStringLiteral("value"));
+    return QJsonDocument::fromJson(reply->readAll()).object().value("value");
 }
 
 bool WebDriver::open(const QString &url)
 {
-    return ask("POST", m_session + QStringLiteral("/url"), {{QStringLiteral("url"), url}}).isNull();
+    return ask("POST", m_session + QStringLiteral("/url"), {{"url", url}}).isNull();
 }
 
 QString WebDriver::element(const QString &css)
 {
-    return ask("POST", m_session + QStringLiteral("/element"),
-               {{QStringLiteral("using"), QStringLiteral("css selector")}, {QStringLiteral("value"), css}})
+    return ask("POST", m_session + QStringLiteral("/element"), {{"using", "css selector"}, {"value", css}})
         .toObject()
         .value(elementKey)
         .toString();
@@ -113,8 +113,8 @@ QString WebDriver::text(const QString &css)
 bool WebDriver::type(const QString &css, const QString &text)
 {
     const QString id = element(css);
-    return !id.isEmpty()
-        && ask("POST", m_session + QStringLiteral("/element/%1/value").arg(id), {{QStringLiteral("text"), text}}).isNull();
+    return !id.isEmpty() &&
+           ask("POST", m_session + QStringLiteral("/element/%1/value").arg(id), {{"text", text}}).isNull();
 }
 
 bool WebDriver::click(const QString &css)
@@ -132,5 +132,6 @@ void WebDriver::screenshot(const QString &file)
 {
     QFile picture(file);
     if (picture.open(QIODevice::WriteOnly))
-        picture.write(QByteArray::fromBase64(ask("GET", m_session + QStringLiteral("/screenshot")).toString().toLatin1()));
+        picture.write(
+            QByteArray::fromBase64(ask("GET", m_session + QStringLiteral("/screenshot")).toString().toLatin1()));
 }

@@ -30,9 +30,9 @@ void adopt(const QString &root)
 {
     twin().root = QDir::cleanPath(root);
     const QDir dir(twin().root);
-    dir.mkpath(QStringLiteral("var/local/misc/velmora"));
-    dir.mkpath(QStringLiteral("mnt/sda1"));
-    dir.mkpath(QStringLiteral("tmp"));
+    dir.mkpath("var/local/misc/velmora");
+    dir.mkpath("mnt/sda1");
+    dir.mkpath("tmp");
 }
 
 QString rootLocked()
@@ -60,9 +60,6 @@ void record(const QString &command)
 {
     const QMutexLocker lock(&twin().mutex);
     twin().commands.append(command);
-    QFile log(rootLocked() + QStringLiteral("/shell.log"));
-    if (log.open(QIODevice::Append))
-        log.write(command.toUtf8() + '\n');
 }
 
 } // namespace
@@ -74,54 +71,42 @@ void DeviceTwin::setPrivateRoot(const QString &root)
     twin().commands.clear();
 }
 
-QString DeviceTwin::privateRoot()
-{
-    const QMutexLocker lock(&twin().mutex);
-    return rootLocked();
-}
-
 QStringList DeviceTwin::shellCommands()
 {
     const QMutexLocker lock(&twin().mutex);
     return twin().commands;
 }
 
-void DeviceTwin::clearShellCommands()
-{
-    const QMutexLocker lock(&twin().mutex);
-    twin().commands.clear();
-}
-
 namespace device {
 
 QString settingsFile()
 {
-    return under(QStringLiteral("/var/local/misc/velmora/velmora_5.ini"));
+    return under("/var/local/misc/velmora/velmora_5.ini");
 }
 QString scratchDir()
 {
-    return under(QStringLiteral("/tmp/velmora"));
+    return under("/tmp/velmora");
 }
 QString loginFile()
 {
-    return under(QStringLiteral("/mnt/sda1/velmora_login.ini"));
+    return under("/mnt/sda1/velmora_login.ini");
 }
 
 int makeScratchDir()
 {
-    record(QStringLiteral("mkdir /tmp/velmora"));
+    record("mkdir /tmp/velmora");
     return ::mkdir(QFile::encodeName(scratchDir()).constData(), 0700);
 }
 
 int removeScratchDir()
 {
-    record(QStringLiteral("rm -rf /tmp/velmora"));
+    record("rm -rf /tmp/velmora");
     return QDir(scratchDir()).removeRecursively() ? 0 : -1;
 }
 
 int syncFiles()
 {
-    record(QStringLiteral("sync&"));
+    record("sync&");
     return 0;
 }
 

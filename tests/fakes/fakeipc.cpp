@@ -15,7 +15,6 @@ struct State {
     QList<bool> exitRequests;
     QList<int> responses;
     bool isHandedOver = true;
-    int messageResult = 0;
     bool isGranting = false;
     bool isMissing = false;
 };
@@ -58,7 +57,7 @@ int Ipc::sendIpcMsg(_NETWORK_MSG_T *msg)
     if (!msg)
         return -1;
     state().messages.append(*msg);
-    return state().messageResult;
+    return 0;
 }
 
 bool Ipc::requestExit(bool isNetworkError)
@@ -143,10 +142,6 @@ void FakeIpc::setRequestResult(bool isHandedOver)
 void FakeIpc::setMissing(bool isMissing)
 {
     state().isMissing = isMissing;
-}
-void FakeIpc::setMessageResult(int result)
-{
-    state().messageResult = result;
 }
 void FakeIpc::setGranting(bool isGranting)
 {

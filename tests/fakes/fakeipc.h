@@ -16,7 +16,6 @@ public:
 
     // --- script
     static void setRequestResult(bool isHandedOver); // what requestExit returns
-    static void setMessageResult(int result);        // what sendIpcMsg returns
     static void setMissing(bool isMissing);          // IpcThread::getInstance() is null
     static void setGranting(bool isGranting);        // requestExit is followed by signalExit(true, false), queued
 

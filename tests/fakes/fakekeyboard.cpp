@@ -7,14 +7,12 @@
 namespace {
 
 struct State {
-    QStringList operations;
     QPointer<QtVirtualKbDlg> current;
     QPointer<QLineEdit> field;
     bool isPrompt = false;
     bool isHighlighted = false;
     bool isLastKey = false;
     int page = 1;
-    QList<bool> highlights;
 };
 
 State &state()
@@ -35,10 +33,8 @@ QtVirtualKbDlg::QtVirtualKbDlg(QWidget *parent)
     state() = State();
     state().current = this;
     setFocusPolicy(Qt::NoFocus);
-    connect(this, &QtVirtualKbDlg::signalChangeHighlight, this, [](bool highlight) {
-        state().highlights.append(highlight);
-        state().isHighlighted = highlight;
-    });
+    connect(this, &QtVirtualKbDlg::signalChangeHighlight, this,
+            [](bool highlight) { state().isHighlighted = highlight; });
 }
 
 QtVirtualKbDlg::~QtVirtualKbDlg() = default;
@@ -47,27 +43,21 @@ void QtVirtualKbDlg::enableLineEdit(QLineEdit *field, bool fgPrompt)
 {
     state().field = field;
     state().isPrompt = fgPrompt;
-    state().operations.append(QStringLiteral("enableLineEdit %1 %2")
-                                  .arg(field ? field->objectName() : QString(),
-                                       fgPrompt ? QStringLiteral("prompt") : QStringLiteral("text")));
 }
 
 void QtVirtualKbDlg::showWindow(bool)
 {
-    state().operations.append(QStringLiteral("showWindow"));
     state().isHighlighted = true;
     show();
 }
 
 void QtVirtualKbDlg::loseFocus()
 {
-    state().operations.append(QStringLiteral("loseFocus"));
     state().isHighlighted = false;
 }
 
 void QtVirtualKbDlg::restoreFocus()
 {
-    state().operations.append(QStringLiteral("restoreFocus"));
     state().isHighlighted = true;
 }
 
@@ -78,7 +68,6 @@ bool QtVirtualKbDlg::isLastKey() const
 
 void QtVirtualKbDlg::changePage()
 {
-    state().operations.append(QStringLiteral("changePage"));
     state().page = 3 - state().page;
     m_isModeAble = state().page == 1;
     emit signalPageNum(state().page);
@@ -86,7 +75,6 @@ void QtVirtualKbDlg::changePage()
 
 void QtVirtualKbDlg::changeMode()
 {
-    state().operations.append(QStringLiteral("changeMode"));
 }
 
 bool QtVirtualKbDlg::eventFilter(QObject *watched, QEvent *event)
@@ -114,10 +102,6 @@ QtVirtualKbDlg *FakeKeyboard::current()
 {
     return state().current;
 }
-QStringList FakeKeyboard::operations()
-{
-    return state().operations;
-}
 QLineEdit *FakeKeyboard::field()
 {
     return state().field;
@@ -129,10 +113,6 @@ bool FakeKeyboard::isPrompt()
 bool FakeKeyboard::isHighlighted()
 {
     return state().isHighlighted;
-}
-QList<bool> FakeKeyboard::highlights()
-{
-    return state().highlights;
 }
 void FakeKeyboard::setLastKey(bool isLastKey)
 {

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QList>
 #include <QPointer>
 #include <QString>
-#include <QStringList>
 
 class QLineEdit;
 class QtVirtualKbDlg;
@@ -15,17 +13,14 @@ public:
     static void reset(); // forgets what was recorded
     static QtVirtualKbDlg *current();
 
-    // --- what the dialog asked for, in order: "enableLineEdit accountEdit prompt", "showWindow", "loseFocus", ...
-    static QStringList operations();
+    // --- what the dialog asked for
     static QLineEdit *field(); // bound now; null when none or gone
     static bool isPrompt();    // the bound field shows its prompt
     static bool isHighlighted();
-    static QList<bool> highlights(); // signalChangeHighlight received from the dialog
 
     // --- what the listener does
-    static void
-    type(const QString &text); // the first key after prompt state raises signalFirstKey and empties the field
-    static void clear();       // deletes everything: back to prompt state, signalRestoreInitState
-    static void confirm();     // signalSendContext with the field's text, empty in prompt state
+    static void type(const QString &text); // the first key of a prompt raises signalFirstKey and empties the field
+    static void clear();                   // deletes everything: back to prompt state, signalRestoreInitState
+    static void confirm();                 // signalSendContext with the field's text, empty in prompt state
     static void setLastKey(bool isLastKey);
 };

@@ -20,7 +20,6 @@ struct State {
     int state = PLAYBACK_STATE_STOPPED;
     IMTK_PB_CTRL_BUFFER_STATUS_T buffer{};
     bool isArmed = false;
-    bool isFollowing = true;
     bool isEofReported = false;
     int autoPlaySeconds = 0;
     std::atomic_int generation = 0; // of the address; queued reports of an older one are dropped
@@ -112,7 +111,7 @@ PlaybackThread::~PlaybackThread()
         const QMutexLocker lock(&state().mutex);
         --state().livingThreads;
         if (isRunning())
-            state().violations.append(QStringLiteral("a playback thread was deleted before it had ended"));
+            state().violations.append("a playback thread was deleted before it had ended");
     }
     d->end.release();
     wait();
@@ -129,8 +128,6 @@ void PlaybackThread::setType(_PLAYBACK_TYPE_E type)
         d->end.release();
     if (type == PLAYBACK_TYPE_START)
         s.isArmed = true;
-    if (!s.isFollowing)
-        return;
     Playback *playback = Playback::getInstance();
     if (type == PLAYBACK_TYPE_PAUSE && s.state == PLAYBACK_STATE_PLAYING) {
         s.state = PLAYBACK_STATE_PAUSED;
@@ -182,7 +179,6 @@ void FakePlayback::reset()
     s.state = PLAYBACK_STATE_STOPPED;
     s.buffer = {};
     s.isArmed = false;
-    s.isFollowing = true;
     s.isEofReported = false;
     s.autoPlaySeconds = 0;
     ++s.generation;
@@ -242,12 +238,6 @@ void FakePlayback::setBuffer(quint32 startMs, quint32 endMs)
 {
     const QMutexLocker lock(&state().mutex);
     state().buffer = {startMs, endMs, endMs - startMs};
-}
-
-void FakePlayback::setFollowing(bool isFollowing)
-{
-    const QMutexLocker lock(&state().mutex);
-    state().isFollowing = isFollowing;
 }
 
 void FakePlayback::setAutoPlay(int totalSeconds)

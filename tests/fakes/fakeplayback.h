@@ -21,12 +21,9 @@ public:
     static int livingThreads();      // PlaybackThread objects
     static QStringList violations(); // an address without PLAYBACK_TYPE_START, a thread deleted before its end
 
-    // --- what the radio reads
+    // --- what the radio reads. Pause, resume and stop change the state at once and are reported by queued signals.
     static void setState(int state);
     static void setBuffer(quint32 startMs, quint32 endMs);
-    // On (the start): pause, resume and stop change the state at once and are reported by queued signals, like the
-    // real library. Off: the state is what setState says and nothing is reported.
-    static void setFollowing(bool isFollowing);
     // Every address plays by itself: playOk(totalSeconds), queued. 0 (the start): the test says so.
     static void setAutoPlay(int totalSeconds);
 

@@ -61,10 +61,9 @@ void fill(VLM_STATION_MAP_T *to, const FakeStation &from, FakeArena &arena)
     to->stationId = arena.text(from.id);
     to->stationToken = arena.text(from.token);
     to->allowDelete = from.allowDelete;
-    to->stationStr16 = arena.text(from.pictureUrl);
     to->fgFlag20 = from.allowAddMusic;
     to->isShared = from.isShared;
-    to->stationStr24 = arena.text(from.createdAt);
+    to->stationStr24 = arena.text("2026-01-01T00:00:00Z");
     to->stationName = arena.text(from.name);
 }
 
@@ -228,15 +227,6 @@ FakeReply FakeReply::explanation(const QList<QByteArray> &traits)
         record->traits = arena.make<VLM_WS_TRAIT_T>(record->count);
         for (int i = 0; i < record->count; ++i)
             record->traits[i] = {arena.text("trait"), arena.text(traits.at(i))};
-        return static_cast<void *>(record);
-    });
-}
-
-FakeReply FakeReply::flag(int flag)
-{
-    return FakeReply([flag](FakeArena &arena) {
-        auto *record = arena.make<VLM_WS_FLAG_T>();
-        record->flag = flag;
         return static_cast<void *>(record);
     });
 }

@@ -38,8 +38,6 @@ struct FakeStation {
     bool isTapestry = false;
     bool allowAddMusic = true;
     QByteArray id = "id";
-    QByteArray pictureUrl;
-    QByteArray createdAt = "2026-01-01T00:00:00Z";
 };
 
 struct FakeTrack {
@@ -102,7 +100,6 @@ public:
     static FakeReply activationCode(const QByteArray &code, const QByteArray &url);
     static FakeReply search(const QList<FakeSearchTrack> &tracks, const QList<FakeSearchArtist> &artists);
     static FakeReply explanation(const QList<QByteArray> &traits);
-    static FakeReply flag(int flag);
 
     void *build(FakeArena &arena) const;
 

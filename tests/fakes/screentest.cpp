@@ -112,10 +112,6 @@ QString BoxAnswer::icon() const
 {
     return m_icon;
 }
-QStringList BoxAnswer::unexpected() const
-{
-    return m_unexpected;
-}
 
 void BoxAnswer::look()
 {
@@ -128,11 +124,7 @@ void BoxAnswer::look()
     m_texts.append(screentest::child<QLabel>(box, "contentLabel")->text());
     m_buttons.append(cancel->isVisible() ? ok->text() + QLatin1Char('|') + cancel->text() : ok->text());
     m_icon = screentest::child<QLabel>(box, "infoIconLabel")->styleSheet();
-    Answer answer = Ok;
-    if (m_answers.isEmpty())
-        m_unexpected.append(m_texts.last());
-    else
-        answer = m_answers.takeFirst();
+    const Answer answer = m_answers.isEmpty() ? Ok : m_answers.takeFirst();
     // The click ends the box's event loop; a slot further up may then delete this object.
     if (answer == Ok)
         ok->click();

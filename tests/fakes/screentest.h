@@ -55,7 +55,7 @@ inline void registerTypes()
 } // namespace screentest
 
 // Answers the message boxes that will be shown while this object lives, one prepared answer a box, in order. A box
-// without an answer is confirmed after it has been noted, so that no test hangs; unexpected() then says so.
+// without an answer is confirmed, so that no test hangs, and noted like the others.
 class BoxAnswer : public QObject {
     Q_OBJECT
 public:
@@ -68,7 +68,6 @@ public:
     QStringList texts() const;   // of contentLabel
     QStringList buttons() const; // "OK" or "Yes|No"
     QString icon() const;        // style sheet of the last box's infoIconLabel
-    QStringList unexpected() const;
 
 private:
     void look();
@@ -77,7 +76,6 @@ private:
     QStringList m_texts;
     QStringList m_buttons;
     QString m_icon;
-    QStringList m_unexpected;
     QPointer<QWidget> m_seen; // the box that was answered last
     QTimer m_timer;
 };

@@ -42,159 +42,112 @@ protected:
 class BufferDlgTest : public QObject {
     Q_OBJECT
 private slots:
-    void theCardLiesInTheMiddleOfTheScreen();
-    void theFramesTurn();
-    void noKeyReachesAControlAndTheDialogSeesThem();
-    void theFocusComesBack_data();
-    void theFocusComesBack();
-    void aFocusThatMovedOnStays();
-    void itStaysHiddenWithItsScreen();
-    void theLightRunsThroughTheBars();
-    void theStyleDrawsNoFocusFrame();
-    void theScrollBarNeverTakesTheFocus();
-};
-
-void BufferDlgTest::theCardLiesInTheMiddleOfTheScreen()
-{
-    Screen screen;
-    BufferDlg animation(QStringLiteral("Buffering..."), &screen);
-    animation.show();
-    QVERIFY(!animation.isWindow());
-    QCOMPARE(animation.geometry(), QRect(0, 0, 1280, 720));
-    const auto *label = animation.findChild<QLabel *>(QStringLiteral("textLabel"));
-    QVERIFY(label);
-    QCOMPARE(label->text(), "Buffering...");
-    QCOMPARE(QRect(label->mapTo(&screen, QPoint()), label->size()), QRect(450, 362, 380, 40));
-    const auto *loader = animation.findChild<QLabel *>(QStringLiteral("animationLabel"));
-    QCOMPARE(QRect(loader->mapTo(&screen, QPoint()), loader->size()), QRect(544, 328, 191, 21));
-    // Around the card the screen is seen.
-    const QImage with = screen.grab().toImage();
-    animation.hide();
-    const QImage without = screen.grab().toImage();
-    QCOMPARE(with.copy(0, 0, 430, 720), without.copy(0, 0, 430, 720));
-    QVERIFY(with.copy(430, 294, 420, 132) != without.copy(430, 294, 420, 132));
-    screen.resize(1000, 700);
-    QCOMPARE(animation.size(), QSize(1000, 700));
-}
-
-void BufferDlgTest::theFramesTurn()
-{
-    Screen screen;
-    BufferDlg animation(QString(), &screen);
-    animation.show();
-    const auto *loader = animation.findChild<QLabel *>(QStringLiteral("animationLabel"));
-    QSet<qint64> seen;
-    QElapsedTimer clock;
-    clock.start();
-    QTRY_VERIFY_WITH_TIMEOUT((seen.insert(loader->pixmap(Qt::ReturnByValue).cacheKey()), seen.size() == loaderFrames),
-                             10000);
-    QVERIFY2(clock.elapsed() >= 1600, qPrintable(QString::number(clock.elapsed()))); // nine steps of 200 ms, less 10 %
-}
-
-void BufferDlgTest::noKeyReachesAControlAndTheDialogSeesThem()
-{
-    Screen screen;
-    QVERIFY(QTest::qWaitForWindowActive(&screen));
-    QSignalSpy clicks(screen.button, &QPushButton::clicked);
-    BufferDlg animation(QString(), &screen);
-    animation.show();
-    QVERIFY(animation.hasFocus());
-    QTest::keyClick(screen.windowHandle(), Qt::Key_Select);
-    QCOMPARE(clicks.size(), 0);
-    QCOMPARE(screen.keys, (QList<int>{Qt::Key_Select, -Qt::Key_Select}));
-}
-
-void BufferDlgTest::theFocusComesBack_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::newRow("hidden") << 0;
-    QTest::newRow("closed") << 1;
-    QTest::newRow("deleted") << 2;
-}
-
-void BufferDlgTest::theFocusComesBack()
-{
-    QFETCH(const int, way);
-    Screen screen;
-    QVERIFY(QTest::qWaitForWindowActive(&screen));
-    auto *animation = new BufferDlg(QString(), &screen);
-    animation->show();
-    QVERIFY(!screen.button->hasFocus());
-    if (way == 0)
-        animation->hide();
-    else if (way == 1)
-        animation->close();
-    else
-        delete animation;
-    QVERIFY(screen.button->hasFocus());
-}
-
-void BufferDlgTest::aFocusThatMovedOnStays()
-{
-    Screen screen;
-    auto *other = new QPushButton(&screen);
-    other->show();
-    QVERIFY(QTest::qWaitForWindowActive(&screen));
-    BufferDlg animation(QString(), &screen);
-    animation.show();
-    other->setFocus();
-    animation.hide();
-    QVERIFY(other->hasFocus());
-}
-
-void BufferDlgTest::itStaysHiddenWithItsScreen()
-{
-    Screen screen;
-    screen.hide();
-    BufferDlg animation(QString(), &screen);
-    animation.show();
-    QVERIFY(!animation.isVisible());
-    screen.show();
-    QVERIFY(animation.isVisible());
-    QCOMPARE(screen.focusWidget(), &animation);
-}
-
-void BufferDlgTest::theLightRunsThroughTheBars()
-{
-    for (int frame = 0; frame < loaderFrames; ++frame) {
-        const QImage image = drawnLoader(frame, 1).toImage();
-        QCOMPARE(image.size(), QSize(191, 21));
-        // Only the lit bar is as high as the picture.
-        for (int bar = 0; bar < loaderFrames; ++bar)
-            QCOMPARE(image.pixelColor(4 + 18 * bar + 5, 0).alpha() > 128, bar == frame);
+    void theCardLiesInTheMiddleOfTheScreen()
+    {
+        Screen screen;
+        BufferDlg animation("Buffering...", &screen);
+        animation.show();
+        QVERIFY(!animation.isWindow());
+        QCOMPARE(animation.geometry(), QRect(0, 0, 1280, 720));
+        const auto *label = animation.findChild<QLabel *>(QStringLiteral("textLabel"));
+        QVERIFY(label);
+        QCOMPARE(label->text(), "Buffering...");
+        QCOMPARE(QRect(label->mapTo(&screen, QPoint()), label->size()), QRect(450, 362, 380, 40));
+        const auto *loader = animation.findChild<QLabel *>(QStringLiteral("animationLabel"));
+        QCOMPARE(QRect(loader->mapTo(&screen, QPoint()), loader->size()), QRect(544, 328, 191, 21));
+        // Around the card the screen is seen.
+        const QImage with = screen.grab().toImage();
+        animation.hide();
+        const QImage without = screen.grab().toImage();
+        QCOMPARE(with.copy(0, 0, 430, 720), without.copy(0, 0, 430, 720));
+        QVERIFY(with.copy(430, 294, 420, 132) != without.copy(430, 294, 420, 132));
+        screen.resize(1000, 700);
+        QCOMPARE(animation.size(), QSize(1000, 700));
     }
-    QCOMPARE(drawnLoader(0, 3).size(), QSize(573, 63));
-}
 
-void BufferDlgTest::theStyleDrawsNoFocusFrame()
-{
-    const auto drawn = [](const QStyle &style) {
-        QImage image(60, 30, QImage::Format_ARGB32);
-        image.fill(Qt::transparent);
-        QPainter painter(&image);
-        QStyleOptionFocusRect option;
-        option.rect = image.rect();
-        option.state = QStyle::State_Enabled | QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
-        style.drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter);
-        painter.end();
-        QImage empty(image.size(), image.format());
-        empty.fill(Qt::transparent);
-        return image != empty;
-    };
-    QVERIFY(drawn(*QApplication::style()));
-    QVERIFY(!drawn(MCommonStyle()));
-}
+    void theFramesTurn()
+    {
+        Screen screen;
+        BufferDlg animation(QString(), &screen);
+        animation.show();
+        const auto *loader = animation.findChild<QLabel *>(QStringLiteral("animationLabel"));
+        QSet<qint64> seen;
+        QElapsedTimer clock;
+        clock.start();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (seen.insert(loader->pixmap(Qt::ReturnByValue).cacheKey()), seen.size() == loaderFrames), 10000);
+        QVERIFY2(clock.elapsed() >= 1600,
+                 qPrintable(QString::number(clock.elapsed()))); // nine steps of 200 ms, less 10 %
+    }
 
-void BufferDlgTest::theScrollBarNeverTakesTheFocus()
-{
-    Screen screen;
-    QVERIFY(QTest::qWaitForWindowActive(&screen));
-    MagicScrollBar bar(&screen);
-    bar.show();
-    QCOMPARE(bar.focusPolicy(), Qt::NoFocus);
-    QTest::mouseClick(&bar, Qt::LeftButton);
-    QVERIFY(screen.button->hasFocus());
-}
+    void noKeyReachesAControlAndTheDialogSeesThem()
+    {
+        Screen screen;
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        QSignalSpy clicks(screen.button, &QPushButton::clicked);
+        BufferDlg animation(QString(), &screen);
+        animation.show();
+        QVERIFY(animation.hasFocus());
+        QTest::keyClick(screen.windowHandle(), Qt::Key_Select);
+        QCOMPARE(clicks.size(), 0);
+        QCOMPARE(screen.keys, (QList<int>{Qt::Key_Select, -Qt::Key_Select}));
+    }
+
+    void theFocusComesBack()
+    {
+        const int cases[] = {
+            0, // hidden
+            1, // closed
+            2, // deleted
+        };
+        for (const auto &way : cases) {
+            Screen screen;
+            QVERIFY(QTest::qWaitForWindowActive(&screen));
+            auto *animation = new BufferDlg(QString(), &screen);
+            animation->show();
+            QVERIFY(!screen.button->hasFocus());
+            if (way == 0)
+                animation->hide();
+            else if (way == 1)
+                animation->close();
+            else
+                delete animation;
+            QVERIFY(screen.button->hasFocus());
+        }
+    }
+
+    void aFocusThatMovedOnStays()
+    {
+        Screen screen;
+        auto *other = new QPushButton(&screen);
+        other->show();
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        BufferDlg animation(QString(), &screen);
+        animation.show();
+        other->setFocus();
+        animation.hide();
+        QVERIFY(other->hasFocus());
+    }
+
+    void theStyleDrawsNoFocusFrame()
+    {
+        const auto drawn = [](const QStyle &style) {
+            QImage image(60, 30, QImage::Format_ARGB32);
+            image.fill(Qt::transparent);
+            QPainter painter(&image);
+            QStyleOptionFocusRect option;
+            option.rect = image.rect();
+            option.state = QStyle::State_Enabled | QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+            style.drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter);
+            painter.end();
+            QImage empty(image.size(), image.format());
+            empty.fill(Qt::transparent);
+            return image != empty;
+        };
+        QVERIFY(drawn(*QApplication::style()));
+        QVERIFY(!drawn(MCommonStyle()));
+    }
+};
 
 QTEST_MAIN(BufferDlgTest)
 #include "bufferdlg_test.moc"

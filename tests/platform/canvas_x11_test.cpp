@@ -9,134 +9,115 @@
 class CanvasX11Test : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void cleanup();
-    void keysReachTheBoxAndThenTheScreenBelow();
-    void aHeldBackActsOnceAndAHeldArrowMoves();
-    void withoutAnyScreenTheProgramEnds();
-    void theCanvasIsScaledAndLetterboxed_data();
-    void theCanvasIsScaledAndLetterboxed();
+    void initTestCase()
+    {
+        for (const char *program : {"Xvfb", "xdotool"})
+            if (QStandardPaths::findExecutable(QString::fromLatin1(program)).isEmpty())
+                QSKIP("Xvfb or xdotool is not installed");
+    }
+
+    void cleanup()
+    {
+        m_server.kill();
+        m_server.waitForFinished();
+    }
+
+    void keysReachTheBoxAndThenTheScreenBelow()
+    {
+        QVERIFY(startServer("1280x720"));
+        MenuFixture menu;
+        QVERIFY(startSample(menu));
+        QVERIFY(press({"key", "Return"}));
+        QTRY_VERIFY2(menu.output().contains("clicked\n"), menu.output().constData());
+        QVERIFY(press({"key", "F1"}));
+        QTRY_COMPARE(menu.status()["focus"].toString(), "okBtn");
+        QVERIFY(press({"key", "Return"}));
+        QTRY_VERIFY2(menu.output().contains("box 1\n"), menu.output().constData());
+        QTRY_COMPARE(menu.status()["focus"].toString(), "menuBtn");
+        QVERIFY(press({"key", "Escape"}));
+        QTRY_VERIFY2(menu.output().contains("press 01000061\nrelease 01000061\n"), menu.output().constData());
+    }
+
+    void aHeldBackActsOnceAndAHeldArrowMoves()
+    {
+        QVERIFY(startServer("1280x720"));
+        MenuFixture menu;
+        QVERIFY(startSample(menu));
+        QVERIFY(press({"keydown", "Right"}));
+        QTRY_VERIFY(menu.output().count("release 01000014\n") >= 3); // the server repeats it by itself
+        QVERIFY(press({"keyup", "Right"}));
+        QVERIFY(press({"keydown", "Escape"}));
+        QTRY_VERIFY(menu.output().contains("press 01000061\n"));
+        QTest::qWait(1200); // the server's delay before it repeats is 660 ms
+        QVERIFY(!menu.output().contains("release 01000061\n"));
+        QVERIFY(press({"keyup", "Escape"}));
+        QTRY_VERIFY(menu.output().contains("release 01000061\n"));
+        QCOMPARE(menu.output().count("press 01000061\n"), 1);
+    }
+
+    void withoutAnyScreenTheProgramEnds()
+    {
+        QVERIFY(startServer("1280x720"));
+        MenuFixture menu;
+        QVERIFY(startSample(menu));
+        QCOMPARE(menu.command({"key", "stop"}).code, 0);
+        const int code = menu.waitForEnd();
+        QVERIFY2(code == 0, menu.errors().constData());
+        QVERIFY2(menu.output().contains("thread ended 1\n"), menu.output().constData());
+    }
+
+    void theCanvasIsScaledAndLetterboxed()
+    {
+        const std::tuple<QString, QSize> cases[] = {
+            {"1280x720", QSize(1280, 720)},   // 1
+            {"1366x768", QSize(1365, 768)},   // 1.067
+            {"1920x1200", QSize(1920, 1080)}, // 1.5
+            {"3840x2160", QSize(3840, 2160)}, // 3
+        };
+        for (const auto &[screen, picture] : cases) {
+            QVERIFY(startServer(screen));
+            MenuFixture menu;
+            QVERIFY(startSample(menu));
+            QCOMPARE(menu.command({"key", "red"}).code, 0);
+            QTRY_COMPARE(menu.status()["focus"].toString(), "okBtn");
+            const QString file = menu.path("picture.png");
+            QCOMPARE(menu.command({"screenshot", file}).code, 0);
+            const QImage image(file);
+            QCOMPARE(image.size(), picture);
+            // The same places on the canvas at each scale.
+            const auto at = [&](int x, int y) {
+                return image.pixelColor(x * picture.width() / 1280, y * picture.height() / 720);
+            };
+            QCOMPARE(at(1200, 650), QColor(0x20, 0x40, 0x60));
+            QCOMPARE(at(250, 185), QColor(0x60, 0x30, 0x20));  // the box begins at 240, 175
+            QCOMPARE(at(1010, 505), QColor(0x60, 0x30, 0x20)); // and ends at 1020, 514
+            QVERIFY(at(1030, 520) != QColor(0x60, 0x30, 0x20));
+        }
+    }
 
 private:
-    bool startServer(const QString &geometry);
-    bool startSample(MenuFixture &menu);
-    bool press(const QStringList &words);
+    bool startServer(const QString &geometry)
+    {
+        cleanup(); // the screen before this one
+        MenuFixture::prepare(m_server);
+        m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", geometry + "x24", "-nolisten", "tcp", "-noreset"});
+        QByteArray number;
+        const bool started =
+            QTest::qWaitFor([&] { return (number += m_server.readAllStandardOutput()).endsWith('\n'); }, 20000);
+        qputenv("DISPLAY", ":" + number.trimmed());
+        return started;
+    }
+
+    bool startSample(MenuFixture &menu)
+    {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+        return menu.start() && QTest::qWaitFor([&] { return menu.status()["focus"].toString() == "menuBtn"; }, 10000);
+    }
+
+    bool press(const QStringList &words) { return QProcess::execute("xdotool", words) == 0; }
 
     QProcess m_server;
 };
-
-void CanvasX11Test::initTestCase()
-{
-    for (const char *program : {"Xvfb", "xdotool"})
-        if (QStandardPaths::findExecutable(QString::fromLatin1(program)).isEmpty())
-            QSKIP("Xvfb or xdotool is not installed");
-}
-
-void CanvasX11Test::cleanup()
-{
-    m_server.kill();
-    m_server.waitForFinished();
-}
-
-bool CanvasX11Test::startServer(const QString &geometry)
-{
-    MenuFixture::prepare(m_server);
-    m_server.start(QStringLiteral("Xvfb"),
-                   {"-displayfd", "1", "-screen", "0", geometry + "x24", "-nolisten", "tcp", "-noreset"});
-    QByteArray number;
-    const bool started =
-        QTest::qWaitFor([&] { return (number += m_server.readAllStandardOutput()).endsWith('\n'); }, 20000);
-    qputenv("DISPLAY", ":" + number.trimmed());
-    return started;
-}
-
-bool CanvasX11Test::startSample(MenuFixture &menu)
-{
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    return menu.start() && QTest::qWaitFor([&] { return menu.status()["focus"].toString() == "menuBtn"; }, 10000);
-}
-
-bool CanvasX11Test::press(const QStringList &words)
-{
-    return QProcess::execute(QStringLiteral("xdotool"), words) == 0;
-}
-
-void CanvasX11Test::keysReachTheBoxAndThenTheScreenBelow()
-{
-    QVERIFY(startServer("1280x720"));
-    MenuFixture menu;
-    QVERIFY(startSample(menu));
-    QVERIFY(press({"key", "Return"}));
-    QTRY_VERIFY2(menu.output().contains("clicked\n"), menu.output().constData());
-    QVERIFY(press({"key", "F1"}));
-    QTRY_COMPARE(menu.status()["focus"].toString(), "okBtn");
-    QVERIFY(press({"key", "Return"}));
-    QTRY_VERIFY2(menu.output().contains("box 1\n"), menu.output().constData());
-    QTRY_COMPARE(menu.status()["focus"].toString(), "menuBtn");
-    QVERIFY(press({"key", "Escape"}));
-    QTRY_VERIFY2(menu.output().contains("press 01000061\nrelease 01000061\n"), menu.output().constData());
-}
-
-void CanvasX11Test::aHeldBackActsOnceAndAHeldArrowMoves()
-{
-    QVERIFY(startServer("1280x720"));
-    MenuFixture menu;
-    QVERIFY(startSample(menu));
-    QVERIFY(press({"keydown", "Right"}));
-    QTRY_VERIFY(menu.output().count("release 01000014\n") >= 3); // the server repeats it by itself
-    QVERIFY(press({"keyup", "Right"}));
-    QVERIFY(press({"keydown", "Escape"}));
-    QTRY_VERIFY(menu.output().contains("press 01000061\n"));
-    QTest::qWait(1200); // the server's delay before it repeats is 660 ms
-    QVERIFY(!menu.output().contains("release 01000061\n"));
-    QVERIFY(press({"keyup", "Escape"}));
-    QTRY_VERIFY(menu.output().contains("release 01000061\n"));
-    QCOMPARE(menu.output().count("press 01000061\n"), 1);
-}
-
-void CanvasX11Test::withoutAnyScreenTheProgramEnds()
-{
-    QVERIFY(startServer("1280x720"));
-    MenuFixture menu;
-    QVERIFY(startSample(menu));
-    QCOMPARE(menu.command({"key", "stop"}).code, 0);
-    const int code = menu.waitForEnd();
-    QVERIFY2(code == 0, menu.errors().constData());
-    QVERIFY2(menu.output().contains("thread ended 1\n"), menu.output().constData());
-}
-
-void CanvasX11Test::theCanvasIsScaledAndLetterboxed_data()
-{
-    QTest::addColumn<QString>("screen");
-    QTest::addColumn<QSize>("picture");
-    QTest::newRow("1") << "1280x720" << QSize(1280, 720);
-    QTest::newRow("1.067") << "1366x768" << QSize(1365, 768);
-    QTest::newRow("1.5") << "1920x1200" << QSize(1920, 1080);
-    QTest::newRow("3") << "3840x2160" << QSize(3840, 2160);
-}
-
-void CanvasX11Test::theCanvasIsScaledAndLetterboxed()
-{
-    QFETCH(const QString, screen);
-    QFETCH(const QSize, picture);
-    QVERIFY(startServer(screen));
-    MenuFixture menu;
-    QVERIFY(startSample(menu));
-    QCOMPARE(menu.command({"key", "red"}).code, 0);
-    QTRY_COMPARE(menu.status()["focus"].toString(), "okBtn");
-    const QString file = menu.path("picture.png");
-    QCOMPARE(menu.command({"screenshot", file}).code, 0);
-    const QImage image(file);
-    QCOMPARE(image.size(), picture);
-    // The same places on the canvas at each scale.
-    const auto at = [&](int x, int y) {
-        return image.pixelColor(x * picture.width() / 1280, y * picture.height() / 720);
-    };
-    QCOMPARE(at(1200, 650), QColor(0x20, 0x40, 0x60));
-    QCOMPARE(at(250, 185), QColor(0x60, 0x30, 0x20));  // the box begins at 240, 175
-    QCOMPARE(at(1010, 505), QColor(0x60, 0x30, 0x20)); // and ends at 1020, 514
-    QVERIFY(at(1030, 520) != QColor(0x60, 0x30, 0x20));
-}
 
 QTEST_GUILESS_MAIN(CanvasX11Test)
 #include "canvas_x11_test.moc"

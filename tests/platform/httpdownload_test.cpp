@@ -49,18 +49,171 @@ const QByteArray Gif = QByteArray::fromHex("47494638396101000100800000000000ffff
 class HttpDownloadTest : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void picturesAreStoredUnderNamesOfOurOwn_data();
-    void picturesAreStoredUnderNamesOfOurOwn();
-    void whatIsRefusedLeavesNothingBehind_data();
-    void whatIsRefusedLeavesNothingBehind();
-    void foldersThatAreNotOursAloneAreRefused_data();
-    void foldersThatAreNotOursAloneAreRefused();
-    void aNewRequestReplacesTheOldOne();
-    void aFailureThatWasReplacedSaysNothing();
-    void theAnswerComesAfterTheCallHasReturned();
-    void deletedWhileDownloadingIsHarmless();
-    void onlyTheNewestPicturesStay();
+    void init()
+    {
+        m_download = std::make_unique<netcommon::HttpDownload>();
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_download->setDownloadFolder(m_folder->path() + '/');
+    }
+
+    void picturesAreStoredUnderNamesOfOurOwn_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<bool>("redirect");
+        QTest::newRow("PNG") << picture("PNG") << ".png" << false;
+        QTest::newRow("JPEG") << picture("JPEG") << ".jpg" << false;
+        QTest::newRow("GIF") << Gif << ".gif" << false;
+        QTest::newRow("the largest") << picture("PNG", {4096, 4096}) << ".png" << false;
+        QTest::newRow("elsewhere") << picture("PNG") << ".png" << true;
+        if (QImageReader::supportedImageFormats().contains("webp"))
+            QTest::newRow("WebP") << picture("WEBP") << ".webp" << false;
+    }
+
+    void picturesAreStoredUnderNamesOfOurOwn()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(QString, suffix);
+        QFETCH(bool, redirect);
+        const QByteArray path = "/art/cover;rm.sh"; // neither path nor type is believed
+        m_server.serve(path, {.body = body, .type = "application/x-sh"});
+        m_server.serve("/elsewhere", {.status = 301, .location = path});
+        const QVariantList said = answer(m_server.url(redirect ? "/elsewhere" : path));
+        QCOMPARE(said.value(0).toInt(), 0);
+        const QString name = QFileInfo(said.value(1).toString()).fileName();
+        QCOMPARE(files(), QStringList{name});
+        QVERIFY2(QRegularExpression("^picture-[0-9a-f]{32}\\" + suffix + '$').match(name).hasMatch(), qPrintable(name));
+        QFile file(said.value(1).toString());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll() == body);
+        QCOMPARE(file.permissions() & 0x77, QFile::Permissions());
+    }
+
+    void whatIsRefusedLeavesNothingBehind_data()
+    {
+        QTest::addColumn<QByteArray>("url"); // or a path of the server
+        QTest::addColumn<MediaFile>("file");
+        QTest::addColumn<int>("result");
+        const auto served = [](const char *name, const MediaFile &file, int result) {
+            QTest::newRow(name) << QByteArray("/bad") << file << result;
+        };
+        QTest::newRow("a local file") << QByteArray("file:///etc/hostname") << MediaFile{} << -1;
+        QTest::newRow("nonsense") << QByteArray("not an address") << MediaFile{} << -1;
+        QTest::newRow("nobody there") << MediaServer::refusedUrl() << MediaFile{} << -3;
+        served("leads to a local file", {.status = 302, .location = "file:///etc/hostname"}, -1);
+        served("leads in circles", {.status = 302, .location = "/bad"}, -1);
+        served("not found", {.body = picture("PNG"), .status = 404}, -3);
+        served("cut off", {.body = picture("PNG"), .cutAt = QList<qint64>(9, 100)}, -3);
+        served("longer than allowed, as announced", {.body = "x", .announcedExtra = 9000000}, -4);
+        served("longer than allowed, unannounced",
+               {.body = QByteArray(8 * 1024 * 1024 + 1, 'x'), .length = MediaFile::Chunked}, -4);
+        served("a page called a picture", {.body = "<html>no</html>", .type = "image/png"}, -5);
+        served("a drawing that can contain anything", {.body = "<svg xmlns='http://www.w3.org/2000/svg'/>"}, -5);
+        served("empty", {}, -5);
+        served("half a picture", {.body = picture("PNG").left(150)}, -5);
+        served("a picture that would fill the memory", {.body = promisingPng(60000, 60000)}, -5);
+        served("one pixel too wide", {.body = picture("PNG", {4097, 1})}, -5);
+    }
+
+    void whatIsRefusedLeavesNothingBehind()
+    {
+        QFETCH(QByteArray, url);
+        QFETCH(MediaFile, file);
+        m_server.serve("/bad", file);
+        const QVariantList said = answer(url.startsWith('/') ? m_server.url(url) : url);
+        QTEST(said.value(0).toInt(), "result");
+        QVERIFY(!said.value(1).toString().isEmpty());
+        QCOMPARE(files(), QStringList());
+    }
+
+    void foldersThatAreNotOursAloneAreRefused_data()
+    {
+        QTest::addColumn<QString>("kind");
+        for (const char *const kind :
+             {"missing", "a link", "a link with a slash", "a file", "writable for all", "unset"})
+            QTest::newRow(kind) << QString::fromLatin1(kind);
+        if (::geteuid() == 0)
+            QTest::newRow("somebody else's") << QStringLiteral("somebody else's");
+    }
+
+    void foldersThatAreNotOursAloneAreRefused()
+    {
+        QFETCH(QString, kind);
+        const QString real = m_folder->filePath("real"), link = m_folder->filePath("link");
+        QVERIFY(QDir().mkdir(real));
+        QVERIFY(QFile::link(real, link));
+        QFile plain(m_folder->filePath("plain"));
+        QVERIFY(plain.open(QIODevice::WriteOnly));
+        QString folder = real;
+        if (kind == "missing")
+            folder = m_folder->filePath("nowhere");
+        else if (kind == "a link")
+            folder = link;
+        else if (kind == "a link with a slash")
+            folder = link + "//";
+        else if (kind == "a file")
+            folder = plain.fileName();
+        else if (kind == "unset")
+            folder.clear();
+        else if (kind == "writable for all")
+            QCOMPARE(::chmod(qPrintable(real), 0777), 0);
+        else
+            QCOMPARE(::chown(qPrintable(real), 12345, 12345), 0);
+        m_download->setDownloadFolder(folder);
+        m_server.serve("/cover", {.body = picture("PNG")});
+        QCOMPARE(answer(m_server.url("/cover")).value(0).toInt(), -2);
+        QVERIFY(QDir(real).isEmpty());
+        m_download->setDownloadFolder(m_folder->path()); // and it works again in a good one
+        QCOMPARE(answer(m_server.url("/cover")).value(0).toInt(), 0);
+    }
+
+    void aNewRequestReplacesTheOldOne()
+    {
+        const QByteArray slow = picture("PNG", {200, 200}), quick = picture("PNG", {100, 100});
+        m_server.serve("/slow", {.body = slow, .bytesPerSecond = 500});
+        m_server.serve("/quick", {.body = quick});
+        QSignalSpy spy(m_download.get(), &netcommon::HttpDownload::signalDownloadResult);
+        QByteArray first = m_server.url("/slow"), second = m_server.url("/quick");
+        m_download->resquestDownload(first.data());
+        QTRY_VERIFY(!m_server.requests("/slow").isEmpty());
+        m_download->resquestDownload(second.data());
+        QTRY_COMPARE(spy.size(), 1);
+        QCOMPARE(QImage(spy.at(0).at(1).toString()).width(), 100);
+        QTRY_COMPARE(m_server.openConnections(), 0); // the slow one was given up
+        QCOMPARE(spy.size(), 1);
+        QCOMPARE(files().size(), 1);
+    }
+
+    void deletedWhileDownloadingIsHarmless()
+    {
+        m_server.serve("/stalled", {.body = picture("PNG"), .cutAt = {50}, .cut = MediaFile::Stall});
+        QByteArray url = m_server.url("/stalled");
+        m_download->resquestDownload(url.data());
+        QTRY_COMPARE(m_server.openConnections(), 1);
+        m_download.reset();
+        QTRY_COMPARE(m_server.openConnections(), 0);
+        QCOMPARE(files(), QStringList());
+    }
+
+    void onlyTheNewestPicturesStay()
+    {
+        for (int i = 0; i < 70; ++i) {
+            QFile old(m_folder->filePath(QStringLiteral("picture-%1.png").arg(i)));
+            QVERIFY(old.open(QIODevice::WriteOnly));
+            QVERIFY(old.setFileTime(QDateTime::currentDateTime().addSecs(i - 1000), QFileDevice::FileModificationTime));
+        }
+        QFile foreign(m_folder->filePath("somebody's picture.png"));
+        QVERIFY(foreign.open(QIODevice::WriteOnly));
+        QVERIFY(foreign.setFileTime(QDateTime::currentDateTime().addDays(-9), QFileDevice::FileModificationTime));
+        m_server.serve("/cover", {.body = picture("PNG")});
+        const QVariantList said = answer(m_server.url("/cover"));
+        QCOMPARE(said.value(0).toInt(), 0);
+        QCOMPARE(files().size(), 65); // 64 of ours and the foreign one
+        QVERIFY(QFile::exists(said.value(1).toString()));
+        QVERIFY(foreign.exists());
+        QVERIFY(!QFile::exists(m_folder->filePath("picture-6.png")));
+        QVERIFY(QFile::exists(m_folder->filePath("picture-7.png")));
+    }
 
 private:
     // The answer to one request.
@@ -80,191 +233,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<netcommon::HttpDownload> m_download;
 };
-
-void HttpDownloadTest::init()
-{
-    m_download = std::make_unique<netcommon::HttpDownload>();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_download->setDownloadFolder(m_folder->path() + '/');
-}
-
-void HttpDownloadTest::picturesAreStoredUnderNamesOfOurOwn_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QString>("suffix");
-    QTest::addColumn<bool>("redirect");
-    QTest::newRow("PNG") << picture("PNG") << ".png" << false;
-    QTest::newRow("JPEG") << picture("JPEG") << ".jpg" << false;
-    QTest::newRow("GIF") << Gif << ".gif" << false;
-    QTest::newRow("the largest") << picture("PNG", {4096, 4096}) << ".png" << false;
-    QTest::newRow("elsewhere") << picture("PNG") << ".png" << true;
-    if (QImageReader::supportedImageFormats().contains("webp"))
-        QTest::newRow("WebP") << picture("WEBP") << ".webp" << false;
-}
-
-void HttpDownloadTest::picturesAreStoredUnderNamesOfOurOwn()
-{
-    QFETCH(QByteArray, body);
-    QFETCH(QString, suffix);
-    QFETCH(bool, redirect);
-    const QByteArray path = "/art/cover;rm.sh"; // neither path nor type is believed
-    m_server.serve(path, {.body = body, .type = "application/x-sh"});
-    m_server.serve("/elsewhere", {.status = 301, .location = path});
-    const QVariantList said = answer(m_server.url(redirect ? "/elsewhere" : path));
-    QCOMPARE(said.value(0).toInt(), 0);
-    const QString name = QFileInfo(said.value(1).toString()).fileName();
-    QCOMPARE(files(), QStringList{name});
-    QVERIFY2(QRegularExpression("^picture-[0-9a-f]{32}\\" + suffix + '$').match(name).hasMatch(), qPrintable(name));
-    QFile file(said.value(1).toString());
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(file.readAll() == body);
-    QCOMPARE(file.permissions() & 0x77, QFile::Permissions());
-}
-
-void HttpDownloadTest::whatIsRefusedLeavesNothingBehind_data()
-{
-    QTest::addColumn<QByteArray>("url"); // or a path of the server
-    QTest::addColumn<MediaFile>("file");
-    QTest::addColumn<int>("result");
-    const auto served = [](const char *name, const MediaFile &file, int result) {
-        QTest::newRow(name) << QByteArray("/bad") << file << result;
-    };
-    QTest::newRow("a local file") << QByteArray("file:///etc/hostname") << MediaFile{} << -1;
-    QTest::newRow("nonsense") << QByteArray("not an address") << MediaFile{} << -1;
-    QTest::newRow("nobody there") << MediaServer::refusedUrl() << MediaFile{} << -3;
-    served("leads to a local file", {.status = 302, .location = "file:///etc/hostname"}, -1);
-    served("leads in circles", {.status = 302, .location = "/bad"}, -1);
-    served("not found", {.body = picture("PNG"), .status = 404}, -3);
-    served("cut off", {.body = picture("PNG"), .cutAt = QList<qint64>(9, 100)}, -3);
-    served("longer than allowed, as announced", {.body = "x", .announcedExtra = 9000000}, -4);
-    served("longer than allowed, unannounced",
-           {.body = QByteArray(8 * 1024 * 1024 + 1, 'x'), .length = MediaFile::Chunked}, -4);
-    served("a page called a picture", {.body = "<html>no</html>", .type = "image/png"}, -5);
-    served("a drawing that can contain anything", {.body = "<svg xmlns='http://www.w3.org/2000/svg'/>"}, -5);
-    served("empty", {}, -5);
-    served("half a picture", {.body = picture("PNG").left(150)}, -5);
-    served("a picture that would fill the memory", {.body = promisingPng(60000, 60000)}, -5);
-    served("one pixel too wide", {.body = picture("PNG", {4097, 1})}, -5);
-}
-
-void HttpDownloadTest::whatIsRefusedLeavesNothingBehind()
-{
-    QFETCH(QByteArray, url);
-    QFETCH(MediaFile, file);
-    m_server.serve("/bad", file);
-    const QVariantList said = answer(url.startsWith('/') ? m_server.url(url) : url);
-    QTEST(said.value(0).toInt(), "result");
-    QVERIFY(!said.value(1).toString().isEmpty());
-    QCOMPARE(files(), QStringList());
-}
-
-void HttpDownloadTest::foldersThatAreNotOursAloneAreRefused_data()
-{
-    QTest::addColumn<QString>("kind");
-    for (const char *const kind : {"missing", "a link", "a link with a slash", "a file", "writable for all", "unset"})
-        QTest::newRow(kind) << QString::fromLatin1(kind);
-    if (::geteuid() == 0)
-        QTest::newRow("somebody else's") << QStringLiteral("somebody else's");
-}
-
-void HttpDownloadTest::foldersThatAreNotOursAloneAreRefused()
-{
-    QFETCH(QString, kind);
-    const QString real = m_folder->filePath("real"), link = m_folder->filePath("link");
-    QVERIFY(QDir().mkdir(real));
-    QVERIFY(QFile::link(real, link));
-    QFile plain(m_folder->filePath("plain"));
-    QVERIFY(plain.open(QIODevice::WriteOnly));
-    QString folder = real;
-    if (kind == "missing")
-        folder = m_folder->filePath("nowhere");
-    else if (kind == "a link")
-        folder = link;
-    else if (kind == "a link with a slash")
-        folder = link + "//";
-    else if (kind == "a file")
-        folder = plain.fileName();
-    else if (kind == "unset")
-        folder.clear();
-    else if (kind == "writable for all")
-        QCOMPARE(::chmod(qPrintable(real), 0777), 0);
-    else
-        QCOMPARE(::chown(qPrintable(real), 12345, 12345), 0);
-    m_download->setDownloadFolder(folder);
-    m_server.serve("/cover", {.body = picture("PNG")});
-    QCOMPARE(answer(m_server.url("/cover")).value(0).toInt(), -2);
-    QVERIFY(QDir(real).isEmpty());
-    m_download->setDownloadFolder(m_folder->path()); // and it works again in a good one
-    QCOMPARE(answer(m_server.url("/cover")).value(0).toInt(), 0);
-}
-
-void HttpDownloadTest::aNewRequestReplacesTheOldOne()
-{
-    const QByteArray slow = picture("PNG", {200, 200}), quick = picture("PNG", {100, 100});
-    m_server.serve("/slow", {.body = slow, .bytesPerSecond = 500});
-    m_server.serve("/quick", {.body = quick});
-    QSignalSpy spy(m_download.get(), &netcommon::HttpDownload::signalDownloadResult);
-    QByteArray first = m_server.url("/slow"), second = m_server.url("/quick");
-    m_download->resquestDownload(first.data());
-    QTRY_VERIFY(!m_server.requests("/slow").isEmpty());
-    m_download->resquestDownload(second.data());
-    QTRY_COMPARE(spy.size(), 1);
-    QCOMPARE(QImage(spy.at(0).at(1).toString()).width(), 100);
-    QTRY_COMPARE(m_server.openConnections(), 0); // the slow one was given up
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(files().size(), 1);
-}
-
-void HttpDownloadTest::aFailureThatWasReplacedSaysNothing()
-{
-    m_server.serve("/cover", {.body = picture("PNG")});
-    QSignalSpy spy(m_download.get(), &netcommon::HttpDownload::signalDownloadResult);
-    QByteArray bad = "file:///etc/hostname", good = m_server.url("/cover");
-    m_download->resquestDownload(bad.data());
-    m_download->resquestDownload(good.data());
-    QTRY_COMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).toInt(), 0);
-}
-
-void HttpDownloadTest::theAnswerComesAfterTheCallHasReturned()
-{
-    QSignalSpy spy(m_download.get(), &netcommon::HttpDownload::signalDownloadResult);
-    m_download->resquestDownload(nullptr);
-    QCOMPARE(spy.size(), 0);
-    QTRY_COMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).toInt(), -1);
-}
-
-void HttpDownloadTest::deletedWhileDownloadingIsHarmless()
-{
-    m_server.serve("/stalled", {.body = picture("PNG"), .cutAt = {50}, .cut = MediaFile::Stall});
-    QByteArray url = m_server.url("/stalled");
-    m_download->resquestDownload(url.data());
-    QTRY_COMPARE(m_server.openConnections(), 1);
-    m_download.reset();
-    QTRY_COMPARE(m_server.openConnections(), 0);
-    QCOMPARE(files(), QStringList());
-}
-
-void HttpDownloadTest::onlyTheNewestPicturesStay()
-{
-    for (int i = 0; i < 70; ++i) {
-        QFile old(m_folder->filePath(QStringLiteral("picture-%1.png").arg(i)));
-        QVERIFY(old.open(QIODevice::WriteOnly));
-        QVERIFY(old.setFileTime(QDateTime::currentDateTime().addSecs(i - 1000), QFileDevice::FileModificationTime));
-    }
-    QFile foreign(m_folder->filePath("somebody's picture.png"));
-    QVERIFY(foreign.open(QIODevice::WriteOnly));
-    QVERIFY(foreign.setFileTime(QDateTime::currentDateTime().addDays(-9), QFileDevice::FileModificationTime));
-    m_server.serve("/cover", {.body = picture("PNG")});
-    const QVariantList said = answer(m_server.url("/cover"));
-    QCOMPARE(said.value(0).toInt(), 0);
-    QCOMPARE(files().size(), 65); // 64 of ours and the foreign one
-    QVERIFY(QFile::exists(said.value(1).toString()));
-    QVERIFY(foreign.exists());
-    QVERIFY(!QFile::exists(m_folder->filePath("picture-6.png")));
-    QVERIFY(QFile::exists(m_folder->filePath("picture-7.png")));
-}
 
 QTEST_GUILESS_MAIN(HttpDownloadTest)
 #include "httpdownload_test.moc"

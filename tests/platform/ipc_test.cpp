@@ -67,198 +67,161 @@ private:
 class IpcTest : public QObject {
     Q_OBJECT
 private slots:
-    void cleanup();
-    void withoutAMenuMessagesAreDroppedAndExitIsGrantedLater();
-    void theThreadReportsItsStartAndEndsAfterResponse2();
-    void theThreadEndsWhenTheApplicationQuits();
-    void aMessageArrivesWhole();
-    void anExitRequestIsAskedAndItsAnswerDelivered();
-    void theResponseIsToldOnce();
-    void theScreenSaverIsDeliveredToTheGuiThread();
-    void aPingIsAnsweredByTheGuiThread();
-    void aMenuThatHasGoneGrantsTheExit();
-    void aBrokenMessageEndsTheConnectionOnly();
-    void anUnknownRequestIsAnsweredAsFailed();
-    void theExitNoticeIsSentAfterTheThreadIsGone();
+    void cleanup()
+    {
+        delete IpcThread::getInstance();
+        delete Ipc::getInstance();
+    }
+
+    void withoutAMenuMessagesAreDroppedAndExitIsGrantedLater()
+    {
+        _NETWORK_MSG_T message{};
+        message.type = 4;
+        QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
+        QCOMPARE(Ipc::getInstance()->sendIpcMsg(nullptr), -1);
+        QSignalSpy exits(IpcThread::getInstance(), &IpcThread::signalExit);
+        QVERIFY(Ipc::requestExit(true));
+        QCOMPARE(exits.size(), 0); // the question of the caller is closed first
+        QTRY_COMPARE(exits.size(), 1);
+        QCOMPARE(exits.first(), (QVariantList{true, false}));
+    }
+
+    void theThreadReportsItsStartAndEndsAfterResponse2()
+    {
+        IpcThread *thread = IpcThread::getInstance();
+        QCOMPARE(thread, IpcThread::getInstance());
+        QVERIFY(!thread->isStarted());
+        thread->start(QThread::InheritPriority);
+        QTRY_VERIFY(thread->isStarted());
+        thread->responseParent(1); // some other answer
+        QVERIFY(!thread->wait(100));
+        thread->responseParent(2);
+        thread->responseParent(2);
+        QVERIFY(thread->wait(5000));
+    }
+
+    void theThreadEndsWhenTheApplicationQuits()
+    {
+        IpcThread *thread = IpcThread::getInstance();
+        thread->start();
+        QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
+        QCoreApplication::exec();
+        QVERIFY(thread->wait(5000));
+    }
+
+    void aMessageArrivesWhole()
+    {
+        MenuEnd end;
+        _NETWORK_MSG_T message{};
+        message.type = 99;
+        for (int index = 0; index < 64; ++index)
+            message.data[index] = char(index);
+        QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        const menu::Packet packet = end.next();
+        QCOMPARE(std::memcmp(&packet.message, &message, sizeof message), 0);
+        QVERIFY(packet.text.isEmpty());
+    }
+
+    void anExitRequestIsAskedAndItsAnswerDelivered()
+    {
+        MenuEnd end;
+        IpcThread *thread = IpcThread::getInstance();
+        QList<QPair<bool, bool>> exits; // no spy: it would be told in the IPC thread
+        QObject receiver;
+        connect(thread, &IpcThread::signalExit, &receiver, [&](bool isFromParent, bool isSystemError) {
+            exits.append({isFromParent, isSystemError});
+        });
+        thread->start();
+        QVERIFY(Ipc::requestExit(true));
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        const menu::Packet request = end.next();
+        QCOMPARE(request.message.type, std::uint32_t(menu::ExitRequest));
+        QCOMPARE(menu::field(request.message, menu::valueOffset), 1u);
+        QTest::qWait(50);
+        QCOMPARE(exits.size(), 0); // not before it is granted
+        QVERIFY(end.tell(menu::Exit));
+        QTRY_COMPARE(exits.size(), 1);
+        QCOMPARE(exits.first(), qMakePair(true, false));
+    }
+
+    void theScreenSaverIsDeliveredToTheGuiThread()
+    {
+        MenuEnd end;
+        IpcThread *thread = IpcThread::getInstance();
+        QList<bool> states;
+        QObject receiver;
+        connect(thread, &IpcThread::signalScreenSaver, &receiver, [&](bool entered) {
+            QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
+            states += entered;
+        });
+        thread->start();
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        QVERIFY(end.tell(menu::ScreenSaver, 5, 1) && end.tell(menu::ScreenSaver, 6, 0));
+        QTRY_COMPARE(states, (QList<bool>{true, false}));
+        QCOMPARE(menu::field(end.next().message, menu::idOffset), 5u);
+        QCOMPARE(menu::field(end.next().message, menu::idOffset), 6u);
+    }
+
+    void aPingIsAnsweredByTheGuiThread()
+    {
+        MenuEnd end;
+        IpcThread::getInstance()->start();
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        QVERIFY(end.tell(menu::Ping, 77));
+        // While the GUI thread is busy there is no answer; a menu system shall notice that.
+        QThread::msleep(100);
+        menu::Packet packet;
+        QCOMPARE(menu::receive(end.peer(), packet), menu::Received::Nothing);
+        packet = end.next();
+        QCOMPARE(packet.message.type, std::uint32_t(menu::Answer));
+        QCOMPARE(menu::field(packet.message, menu::idOffset), 77u);
+    }
+
+    void aMenuThatHasGoneGrantsTheExit()
+    {
+        MenuEnd end;
+        IpcThread *thread = IpcThread::getInstance();
+        thread->start();
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        end.hangUp();
+        QSignalSpy exits(thread, &IpcThread::signalExit);
+        QVERIFY(Ipc::requestExit(false));
+        QTRY_COMPARE(exits.size(), 1);
+        QVERIFY(thread->isRunning());
+    }
+
+    void aBrokenMessageEndsTheConnectionOnly()
+    {
+        MenuEnd end;
+        IpcThread *thread = IpcThread::getInstance();
+        thread->start();
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        QCOMPARE(::send(end.peer(), "short", 5, MSG_NOSIGNAL), ssize_t(5));
+        QSignalSpy exits(thread, &IpcThread::signalExit);
+        const auto isGranted = [&] { return Ipc::requestExit(false) && !exits.isEmpty(); };
+        QTRY_VERIFY(isGranted());
+        QVERIFY(thread->isRunning());
+    }
+
+    void theExitNoticeIsSentAfterTheThreadIsGone()
+    {
+        MenuEnd end;
+        IpcThread *thread = IpcThread::getInstance();
+        thread->start();
+        thread->responseParent(2);
+        QVERIFY(thread->wait(5000));
+        delete thread;
+        _NETWORK_MSG_T message{};
+        message.type = 4;
+        QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
+        delete Ipc::getInstance();
+        // One connection from the start to the end.
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::ExitResponse));
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Exited));
+    }
 };
-
-void IpcTest::cleanup()
-{
-    delete IpcThread::getInstance();
-    delete Ipc::getInstance();
-}
-
-void IpcTest::withoutAMenuMessagesAreDroppedAndExitIsGrantedLater()
-{
-    _NETWORK_MSG_T message{};
-    message.type = 4;
-    QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
-    QCOMPARE(Ipc::getInstance()->sendIpcMsg(nullptr), -1);
-    QSignalSpy exits(IpcThread::getInstance(), &IpcThread::signalExit);
-    QVERIFY(Ipc::requestExit(true));
-    QCOMPARE(exits.size(), 0); // the question of the caller is closed first
-    QTRY_COMPARE(exits.size(), 1);
-    QCOMPARE(exits.first(), (QVariantList{true, false}));
-}
-
-void IpcTest::theThreadReportsItsStartAndEndsAfterResponse2()
-{
-    IpcThread *thread = IpcThread::getInstance();
-    QCOMPARE(thread, IpcThread::getInstance());
-    QVERIFY(!thread->isStarted());
-    thread->start(QThread::InheritPriority);
-    QTRY_VERIFY(thread->isStarted());
-    thread->responseParent(1); // some other answer
-    QVERIFY(!thread->wait(100));
-    thread->responseParent(2);
-    thread->responseParent(2);
-    QVERIFY(thread->wait(5000));
-}
-
-void IpcTest::theThreadEndsWhenTheApplicationQuits()
-{
-    IpcThread *thread = IpcThread::getInstance();
-    thread->start();
-    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
-    QCoreApplication::exec();
-    QVERIFY(thread->wait(5000));
-}
-
-void IpcTest::aMessageArrivesWhole()
-{
-    MenuEnd end;
-    _NETWORK_MSG_T message{};
-    message.type = 99;
-    for (int index = 0; index < 64; ++index)
-        message.data[index] = char(index);
-    QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    const menu::Packet packet = end.next();
-    QCOMPARE(std::memcmp(&packet.message, &message, sizeof message), 0);
-    QVERIFY(packet.text.isEmpty());
-}
-
-void IpcTest::anExitRequestIsAskedAndItsAnswerDelivered()
-{
-    MenuEnd end;
-    IpcThread *thread = IpcThread::getInstance();
-    thread->start();
-    QSignalSpy exits(thread, &IpcThread::signalExit);
-    QVERIFY(Ipc::requestExit(true));
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    const menu::Packet request = end.next();
-    QCOMPARE(request.message.type, std::uint32_t(menu::ExitRequest));
-    QCOMPARE(menu::field(request.message, menu::valueOffset), 1u);
-    QTest::qWait(50);
-    QCOMPARE(exits.size(), 0); // not before it is granted
-    QVERIFY(end.tell(menu::Exit));
-    QTRY_COMPARE(exits.size(), 1);
-    QCOMPARE(exits.first(), (QVariantList{true, false}));
-}
-
-void IpcTest::theResponseIsToldOnce()
-{
-    MenuEnd end;
-    IpcThread *thread = IpcThread::getInstance();
-    thread->start();
-    thread->responseParent(2);
-    thread->responseParent(2);
-    QVERIFY(thread->wait(5000));
-    _NETWORK_MSG_T message{};
-    message.type = 4;
-    QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::ExitResponse));
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Exited));
-}
-
-void IpcTest::theScreenSaverIsDeliveredToTheGuiThread()
-{
-    MenuEnd end;
-    IpcThread *thread = IpcThread::getInstance();
-    QList<bool> states;
-    QObject receiver;
-    connect(thread, &IpcThread::signalScreenSaver, &receiver, [&](bool entered) {
-        QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
-        states += entered;
-    });
-    thread->start();
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    QVERIFY(end.tell(menu::ScreenSaver, 5, 1) && end.tell(menu::ScreenSaver, 6, 0));
-    QTRY_COMPARE(states, (QList<bool>{true, false}));
-    QCOMPARE(menu::field(end.next().message, menu::idOffset), 5u);
-    QCOMPARE(menu::field(end.next().message, menu::idOffset), 6u);
-}
-
-void IpcTest::aPingIsAnsweredByTheGuiThread()
-{
-    MenuEnd end;
-    IpcThread::getInstance()->start();
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    QVERIFY(end.tell(menu::Ping, 77));
-    // While the GUI thread is busy there is no answer; a menu system shall notice that.
-    QThread::msleep(100);
-    menu::Packet packet;
-    QCOMPARE(menu::receive(end.peer(), packet), menu::Received::Nothing);
-    packet = end.next();
-    QCOMPARE(packet.message.type, std::uint32_t(menu::Answer));
-    QCOMPARE(menu::field(packet.message, menu::idOffset), 77u);
-}
-
-void IpcTest::aMenuThatHasGoneGrantsTheExit()
-{
-    MenuEnd end;
-    IpcThread *thread = IpcThread::getInstance();
-    thread->start();
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    end.hangUp();
-    QSignalSpy exits(thread, &IpcThread::signalExit);
-    QVERIFY(Ipc::requestExit(false));
-    QTRY_COMPARE(exits.size(), 1);
-    QVERIFY(thread->isRunning());
-}
-
-void IpcTest::aBrokenMessageEndsTheConnectionOnly()
-{
-    MenuEnd end;
-    IpcThread *thread = IpcThread::getInstance();
-    thread->start();
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    QCOMPARE(::send(end.peer(), "short", 5, MSG_NOSIGNAL), ssize_t(5));
-    QSignalSpy exits(thread, &IpcThread::signalExit);
-    const auto isGranted = [&] { return Ipc::requestExit(false) && !exits.isEmpty(); };
-    QTRY_VERIFY(isGranted());
-    QVERIFY(thread->isRunning());
-}
-
-void IpcTest::anUnknownRequestIsAnsweredAsFailed()
-{
-    MenuEnd end;
-    IpcThread::getInstance()->start();
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    QVERIFY(end.tell(1234, 9));
-    const menu::Packet answer = end.next();
-    QCOMPARE(menu::field(answer.message, menu::idOffset), 9u);
-    QCOMPARE(menu::field(answer.message, menu::valueOffset), std::uint32_t(menu::Failed));
-}
-
-void IpcTest::theExitNoticeIsSentAfterTheThreadIsGone()
-{
-    MenuEnd end;
-    IpcThread *thread = IpcThread::getInstance();
-    thread->start();
-    thread->responseParent(2);
-    QVERIFY(thread->wait(5000));
-    delete thread;
-    _NETWORK_MSG_T message{};
-    message.type = 4;
-    QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
-    delete Ipc::getInstance();
-    // One connection from the start to the end.
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::ExitResponse));
-    QCOMPARE(end.next().message.type, std::uint32_t(menu::Exited));
-}
 
 QTEST_GUILESS_MAIN(IpcTest)
 #include "ipc_test.moc"

@@ -1,5 +1,5 @@
-// The on-screen keyboard as a dialog uses it: the field holds the focus, keys arrive at the dialog, the dialog passes on
-// what it allows.
+// The on-screen keyboard as a dialog uses it: the field holds the focus, keys arrive at the dialog, the dialog passes
+// on what it allows.
 
 #include "virtualkb/qtvirtualkbdlg.h"
 
@@ -79,15 +79,6 @@ private slots:
         QCOMPARE(first.size(), 1);
     }
 
-    void realTextIsEditedAtItsEnd()
-    {
-        Dialog dialog(false);
-        QSignalSpy first(dialog.keyboard, &QtVirtualKbDlg::signalFirstKey);
-        dialog.press({S});
-        QCOMPARE(dialog.field->text(), QStringLiteral("Old nameq"));
-        QCOMPARE(first.size(), 0);
-    }
-
     void confirmingAnUntouchedPromptSendsNothing()
     {
         Dialog dialog;
@@ -136,14 +127,9 @@ private slots:
             std::initializer_list<int> keys;
             const char *typed;
         };
-        const Case cases[] = {{{L, S}, "p"},
-                              {{L, R, S}, "q"}, // right-most, nobody takes the highlight: around
-                              {{D, D, S}, "z"},
-                              {{D, D, D, D, S}, "q"},
-                              {{U, R, S}, ".com"},
-                              {{U, R, R, S}, " "},
-                              {{L, U, U, S}, "_"},
-                              {{L, D, S}, "@"}};
+        const Case cases[] = {{{L, S}, "p"},       {{L, R, S}, "q"}, // right-most, nobody takes the highlight: around
+                              {{D, D, S}, "z"},    {{D, D, D, D, S}, "q"}, {{U, R, S}, ".com"},
+                              {{U, R, R, S}, " "}, {{L, U, U, S}, "_"},    {{L, D, S}, "@"}};
         for (const Case &c : cases) {
             Dialog dialog;
             for (int key : c.keys) {

@@ -17,7 +17,7 @@ MenuFixture::~MenuFixture()
 void MenuFixture::prepare(QProcess &process)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("VELMORA_MENU_SOCKET"));
+    environment.remove("VELMORA_MENU_SOCKET");
     process.setProcessEnvironment(environment);
     process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
 }
@@ -25,9 +25,8 @@ void MenuFixture::prepare(QProcess &process)
 bool MenuFixture::start(const QStringList &options, const QStringList &words)
 {
     prepare(m_process);
-    m_process.start(QStringLiteral(VELMORA_MENU), QStringList{QStringLiteral("--socket"), socket()} + options +
-                                                      QStringList{QStringLiteral("--"), QStringLiteral(MENU_SAMPLE)} +
-                                                      words);
+    m_process.start(QStringLiteral(VELMORA_MENU), QStringList{"--socket", socket()} + options +
+                                                      QStringList{"--", QStringLiteral(MENU_SAMPLE)} + words);
     return QTest::qWaitFor([this] { return status()[QStringLiteral("answering")].toBool(); }, 20000);
 }
 
@@ -35,7 +34,7 @@ Outcome MenuFixture::command(const QStringList &words) const
 {
     QProcess process;
     prepare(process);
-    process.start(QStringLiteral(VELMORA_MENU), QStringList{QStringLiteral("--socket"), socket()} + words);
+    process.start(QStringLiteral(VELMORA_MENU), QStringList{"--socket", socket()} + words);
     if (!process.waitForFinished())
         return {};
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
@@ -43,7 +42,7 @@ Outcome MenuFixture::command(const QStringList &words) const
 
 QJsonObject MenuFixture::status() const
 {
-    return QJsonDocument::fromJson(command({QStringLiteral("status")}).output).object();
+    return QJsonDocument::fromJson(command({"status"}).output).object();
 }
 
 int MenuFixture::waitForEnd()

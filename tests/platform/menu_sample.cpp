@@ -40,28 +40,28 @@ SampleDlg::SampleDlg()
     , m_list(new QListWidget(this))
 {
     resize(1280, 720);
-    setStyleSheet(QStringLiteral("SampleDlg { background: #204060; }"));
-    m_list->setObjectName(QStringLiteral("stationListWidget"));
+    setStyleSheet("SampleDlg { background: #204060; }");
+    m_list->setObjectName("stationListWidget");
     m_list->setGeometry(64, 130, 324, 300);
-    m_list->addItems({QStringLiteral("Quiet Evening"), QStringLiteral("Morning Walk")});
+    m_list->addItems({"Quiet Evening", "Morning Walk"});
     m_list->setFocusPolicy(Qt::ClickFocus);
-    auto *label = new QLabel(QStringLiteral("Station List"), this);
-    label->setObjectName(QStringLiteral("stationLabel"));
+    auto *label = new QLabel("Station List", this);
+    label->setObjectName("stationLabel");
     label->setGeometry(64, 92, 200, 32);
-    auto *button = new QPushButton(QStringLiteral("Menu"), this);
-    button->setObjectName(QStringLiteral("menuBtn"));
+    auto *button = new QPushButton("Menu", this);
+    button->setObjectName("menuBtn");
     button->setGeometry(500, 130, 200, 48);
     button->setFocusPolicy(Qt::ClickFocus);
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, [] { say(QStringLiteral("clicked")); });
+    connect(button, &QPushButton::clicked, this, [] { say("clicked"); });
     auto *field = new QLineEdit(this);
-    field->setObjectName(QStringLiteral("nameEdit"));
+    field->setObjectName("nameEdit");
     field->setGeometry(500, 230, 400, 48);
     field->setFocusPolicy(Qt::ClickFocus);
     connect(field, &QLineEdit::textChanged, this,
             [](const QString &text) { say(QStringLiteral("text %1").arg(text)); });
-    auto *password = new QLineEdit(QStringLiteral("a secret"), this);
-    password->setObjectName(QStringLiteral("passwordEdit"));
+    auto *password = new QLineEdit("a secret", this);
+    password->setObjectName("passwordEdit");
     password->setEchoMode(QLineEdit::Password);
     password->setGeometry(500, 330, 400, 48);
     password->setFocusPolicy(Qt::ClickFocus);
@@ -72,7 +72,7 @@ SampleDlg::SampleDlg()
 void SampleDlg::handleExit(bool isFromParent, bool isSystemError)
 {
     say(QStringLiteral("exit %1 %2").arg(isFromParent).arg(isSystemError));
-    if (QCoreApplication::arguments().contains(QStringLiteral("--deaf")))
+    if (QCoreApplication::arguments().contains("--deaf"))
         return;
     close();
     emit signalResponseParent(2);
@@ -99,7 +99,7 @@ void SampleDlg::keyPressEvent(QKeyEvent *event)
         findChild<QLineEdit *>(QStringLiteral("nameEdit"))->setFocus();
         break;
     case Qt::Key_Yellow:
-        say(QStringLiteral("hanging"));
+        say("hanging");
         for (;;)
             ::pause();
     case Qt::Key_Blue:
@@ -123,12 +123,12 @@ SampleBoxDlg::SampleBoxDlg(QWidget *parent)
 {
     resize(780, 339);
     move(240, 175);
-    setStyleSheet(QStringLiteral("SampleBoxDlg { background: #603020; }"));
-    auto *content = new QLabel(QStringLiteral("Really?"), this);
-    content->setObjectName(QStringLiteral("contentLabel"));
+    setStyleSheet("SampleBoxDlg { background: #603020; }");
+    auto *content = new QLabel("Really?", this);
+    content->setObjectName("contentLabel");
     content->setGeometry(140, 20, 601, 201);
-    auto *button = new QPushButton(QStringLiteral("OK"), this);
-    button->setObjectName(QStringLiteral("okBtn"));
+    auto *button = new QPushButton("OK", this);
+    button->setObjectName("okBtn");
     button->setGeometry(260, 230, 250, 45);
     button->setFocusPolicy(Qt::ClickFocus);
     connect(button, &QPushButton::clicked, this, &QDialog::accept);
@@ -148,7 +148,7 @@ int main(int argc, char **argv)
     const mode_t mask = ::umask(0);
     ::umask(mask);
     say(QStringLiteral("umask %1").arg(mask, 3, 8, QLatin1Char('0')));
-    if (application.arguments().contains(QStringLiteral("--deaf")))
+    if (application.arguments().contains("--deaf"))
         ::signal(SIGTERM, SIG_IGN);
 
     auto *thread = netcommon::IpcThread::getInstance();
@@ -161,7 +161,7 @@ int main(int argc, char **argv)
                      [](NETWORk_EVENT_T event) { say(QStringLiteral("network %1").arg(event)); });
     const viewcomponent::MagicScrollBar library; // the library is loaded for its canvas
     screen.show();
-    if (application.arguments().contains(QStringLiteral("--ask")))
+    if (application.arguments().contains("--ask"))
         QTimer::singleShot(0, &screen, [] { netcommon::Ipc::requestExit(false); });
     application.exec();
     say(QStringLiteral("thread ended %1").arg(thread->wait()));
@@ -171,6 +171,6 @@ int main(int argc, char **argv)
     notice.type = 4;
     netcommon::Ipc::getInstance()->sendIpcMsg(&notice);
     delete netcommon::Ipc::getInstance();
-    const auto place = application.arguments().indexOf(QStringLiteral("--code"));
+    const auto place = application.arguments().indexOf("--code");
     return place > 0 ? application.arguments().value(place + 1).toInt() : 0;
 }

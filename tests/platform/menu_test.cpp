@@ -23,370 +23,303 @@ using menusystem::RadioWatch;
 class MenuTest : public QObject {
     Q_OBJECT
 private slots:
-    void aWordThatIsNotUnderstoodGetsTheUsageAndCode2_data();
-    void aWordThatIsNotUnderstoodGetsTheUsageAndCode2();
-    void withoutAMenuACommandSaysSo();
-    void namedKeysArriveAsTheRemotesCodes();
-    void typedLettersGoToTheField();
-    void statusNamesScreenBoxAndFocus();
-    void statusKeepsPasswordsToItself();
-    void screenshotIsTheOwnersAndFollowsNoLink();
-    void screensaverAndNetworkArrive();
-    void theRadioRunsWithItsFilesClosedToOthers();
-    void anExitRequestIsGranted();
-    void exitEndsTheRadioAndItsCodeIsPassedOn();
-    void anInterruptAsksTheRadioToExit();
-    void aRadioThatWillNotEndIsMadeTo();
-    void aHangIsReportedAndStatusSaysSo();
-    void twoMenusRunSideBySide();
-    void aSocketThatWasLeftBehindIsReplaced();
-    void theRadioDiesWithItsMenu();
-    void withoutAMenuTheRadioIsGrantedItsExit();
-    void aProgramThatIsNotThereIsSaid();
-    void theUsualSocketIsInAPrivateDirectory();
-    void hangAndInsistence();
-    void scaleFitsTheScreen_data();
-    void scaleFitsTheScreen();
+    void aWordThatIsNotUnderstoodGetsTheUsageAndCode2()
+    {
+        const QStringList cases[] = {
+            QStringList{},                                  // nothing
+            QStringList{"frobnicate"},                      // command
+            QStringList{"key", "left", "sideways"},         // key
+            QStringList{"key"},                             // no key
+            QStringList{"screensaver", "maybe"},            // switch
+            QStringList{"status", "please"},                // too many
+            QStringList{"screenshot"},                      // no file
+            QStringList{"--frobnicate", "status"},          // option
+            QStringList{"--"},                              // no program
+            QStringList{"--scale", "large", "--", "radio"}, // scale
+            QStringList{"--scale", "0.5", "--", "radio"},   // scale below 1
+        };
+        for (const auto &words : cases) {
+            const Outcome outcome = MenuFixture().command(words);
+            QCOMPARE(outcome.code, 2);
+            QVERIFY2(outcome.errors.contains("usage: velmora-menu"), outcome.errors.constData());
+            QVERIFY(outcome.output.isEmpty());
+        }
+    }
+
+    void namedKeysArriveAsTheRemotesCodes()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        const Outcome outcome = menu.command({"key", "back", "home", "menu", "next"});
+        QVERIFY2(outcome.code == 0, outcome.errors.constData());
+        // The command returns when the radio has handled its keys.
+        for (const char *line : {"press 01000061\nrelease 01000061\n", "press 0100010a\n", "press 010000dd\n",
+                                 "press 01000083\nrelease 01000083\n"})
+            QTRY_VERIFY2(menu.output().contains(line), line);
+        QCOMPARE(menu.command({"key", "select"}).code, 0);
+        QTRY_VERIFY(menu.output().contains("clicked\n"));
+    }
+
+    void typedLettersGoToTheField()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        QCOMPARE(menu.command({"key", "green", "text", "Ab 9", "backspace"}).code, 0);
+        QTRY_VERIFY(menu.output().contains("text Ab 9\ntext Ab \n"));
+        QCOMPARE(menu.command({"key", "escape"}).code, 0);
+        QTRY_VERIFY(menu.output().contains("press 01000061\n"));
+    }
+
+    void statusNamesScreenBoxAndFocus()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        QJsonObject status = menu.status();
+        QCOMPARE(status["running"].toBool(), true);
+        QCOMPARE(status["screen"].toString(), "SampleDlg");
+        QVERIFY(status["box"].isNull());
+        QCOMPARE(status["focus"].toString(), "menuBtn");
+        QCOMPARE(status["playback"].toInt(), 4);
+        QCOMPARE(status["audioSeconds"].toDouble(-1), 0.0);
+        const QJsonObject list = status["lists"].toObject()["stationListWidget"].toObject();
+        QCOMPARE(list["rows"].toArray(), (QJsonArray{"Quiet Evening", "Morning Walk"}));
+        QCOMPARE(list["row"].toInt(-1), 0);
+        QCOMPARE(list["count"].toInt(), 2);
+
+        QCOMPARE(menu.command({"key", "red"}).code, 0);
+        QTRY_COMPARE(menu.status()["box"].toString(), "SampleBoxDlg");
+        status = menu.status();
+        QCOMPARE(status["screen"].toString(), "SampleDlg");
+        QCOMPARE(status["boxText"].toString(), "Really?");
+        QCOMPARE(status["focus"].toString(), "okBtn");
+        QVERIFY(!status["labels"].toObject().contains("okBtn"));
+        // The box takes the keys, and when it is gone the screen has them again.
+        QCOMPARE(menu.command({"key", "select"}).code, 0);
+        QTRY_VERIFY(menu.status()["box"].isNull());
+        QTRY_COMPARE(menu.status()["focus"].toString(), "menuBtn");
+        QCOMPARE(menu.command({"key", "back"}).code, 0);
+        QTRY_VERIFY(menu.output().contains("press 01000061\n"));
+    }
+
+    void screenshotIsTheOwnersAndFollowsNoLink()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        const QString target = menu.path("somebody-else.txt"), picture = menu.path("picture.png");
+        QFile file(target);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("kept") == 4);
+        file.close();
+        QVERIFY(QFile::link(target, picture));
+        QCOMPARE(menu.command({"screenshot", picture}).code, 0);
+        QVERIFY(!QFileInfo(picture).isSymLink());
+        QCOMPARE(QFileInfo(target).size(), 4);
+        QCOMPARE(QFileInfo(picture).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+        const QImage image(picture);
+        QCOMPARE(image.size(), QSize(1280, 720));
+        QCOMPARE(image.pixelColor(1200, 700), QColor(0x20, 0x40, 0x60));
+        QCOMPARE(image.pixelColor(300, 400), QColor(Qt::white)); // the list
+
+        QCOMPARE(menu.command({"key", "red"}).code, 0);
+        QTRY_COMPARE(menu.status()["box"].toString(), "SampleBoxDlg");
+        QCOMPARE(menu.command({"screenshot", picture}).code, 0);
+        QCOMPARE(QImage(picture).pixelColor(300, 400), QColor(0x60, 0x30, 0x20)); // the box lies on it
+
+        const Outcome outcome = menu.command({"screenshot", menu.path("no/such/folder/picture.png")});
+        QCOMPARE(outcome.code, 1);
+        QVERIFY2(outcome.errors.contains("No such file or directory"), outcome.errors.constData());
+    }
+
+    void screensaverAndNetworkArrive()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        QCOMPARE(menu.command({"screensaver", "on"}).code, 0);
+        QCOMPARE(menu.command({"screensaver", "off"}).code, 0);
+        QCOMPARE(menu.command({"network", "down"}).code, 0);
+        QCOMPARE(menu.command({"network", "up"}).code, 0);
+        QTRY_VERIFY(menu.output().contains("screensaver 1\nscreensaver 0\n"));
+        QTRY_VERIFY2(menu.output().contains("network 1\n") && menu.output().contains("network 0\n"),
+                     menu.output().constData());
+    }
+
+    void theRadioRunsWithItsFilesClosedToOthers()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        QTRY_VERIFY2(menu.output().contains("umask 077\n"), menu.output().constData());
+        QCOMPARE(QFileInfo(menu.socket()).permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::WriteOther),
+                 QFile::Permissions());
+    }
+
+    void anExitRequestIsGranted()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        QCOMPARE(menu.command({"key", "blue"}).code, 0);
+        QCOMPARE(menu.waitForEnd(), 0);
+        QVERIFY2(menu.output().contains("exit 1 0\nthread ended 1\n"), menu.output().constData());
+        QVERIFY2(menu.errors().contains("the radio has ended, exit code 0"),
+                 menu.errors().constData()); // its notice came
+        QVERIFY(!QFile::exists(menu.socket()));
+    }
+
+    void exitEndsTheRadioAndItsCodeIsPassedOn()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start({}, {"--code", "7"}));
+        QCOMPARE(menu.command({"exit"}).code, 0);
+        QCOMPARE(menu.waitForEnd(), 7);
+    }
+
+    void anInterruptAsksTheRadioToExit()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        ::kill(pid_t(menu.process().processId()), SIGINT);
+        QCOMPARE(menu.waitForEnd(), 0);
+        QVERIFY2(menu.output().contains("exit 1 0\n"), menu.output().constData());
+    }
+
+    void aRadioThatWillNotEndIsMadeTo()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start({"--insist-after", "1"}, {"--deaf"}));
+        ::kill(pid_t(menu.process().processId()), SIGTERM);
+        QTRY_VERIFY_WITH_TIMEOUT(menu.output().contains("exit 1 0\n"), 5000); // it was asked first
+        QCOMPARE(menu.waitForEnd(), 128 + SIGKILL);
+        QVERIFY2(menu.errors().contains("does not end: insisting"), menu.errors().constData());
+    }
+
+    void aHangIsReportedAndStatusSaysSo()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start({"--hang-after", "1", "--insist-after", "1"}));
+        const Outcome outcome = menu.command({"key", "yellow"});
+        QCOMPARE(outcome.code, 1);
+        QVERIFY2(outcome.errors.contains("the radio does not answer"), outcome.errors.constData());
+        QTRY_VERIFY_WITH_TIMEOUT(menu.errors().contains("has not answered for 1 seconds"), 5000);
+        const QJsonObject status = menu.status();
+        QCOMPARE(status["running"].toBool(), true);
+        QCOMPARE(status["answering"].toBool(true), false);
+        QVERIFY(status["pid"].toInt() > 0);
+    }
+
+    void twoMenusRunSideBySide()
+    {
+        MenuFixture first, second;
+        QVERIFY(first.start() && second.start());
+        QVERIFY(first.status()["pid"].toInt() != second.status()["pid"].toInt());
+        QCOMPARE(second.command({"exit"}).code, 0);
+        QCOMPARE(second.waitForEnd(), 0);
+        QCOMPARE(first.status()["answering"].toBool(), true);
+        // A second one at the same place leaves the first alone.
+        const Outcome outcome = first.command({"--", "/bin/true"});
+        QCOMPARE(outcome.code, 1);
+        QVERIFY2(outcome.errors.contains("another one runs there"), outcome.errors.constData());
+        QCOMPARE(first.status()["answering"].toBool(), true);
+    }
+
+    void aSocketThatWasLeftBehindIsReplaced()
+    {
+        MenuFixture menu;
+        QString reason;
+        const int left = netcommon::menu::listenAt(menu.socket().toLocal8Bit(), &reason);
+        QVERIFY2(left >= 0, qPrintable(reason));
+        ::close(left);
+        QVERIFY(QFile::exists(menu.socket()));
+        QVERIFY(menu.start());
+
+        MenuFixture other; // but a file is nobody's socket
+        QFile file(other.socket());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const Outcome outcome = other.command({"--", "/bin/true"});
+        QCOMPARE(outcome.code, 1);
+        QVERIFY2(outcome.errors.contains("something else is there"), outcome.errors.constData());
+        QVERIFY(QFile::exists(other.socket()));
+    }
+
+    void theRadioDiesWithItsMenu()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        const pid_t radio = menu.status()["pid"].toInt();
+        QVERIFY(radio > 0 && ::kill(radio, 0) == 0);
+        menu.process().kill();
+        // It may stay as a zombie of whoever collects orphans; then it has no program any more.
+        const QString program = QStringLiteral("/proc/%1/exe").arg(radio);
+        QTRY_VERIFY(QFileInfo(program).symLinkTarget().isEmpty());
+    }
+
+    void theUsualSocketIsInAPrivateDirectory()
+    {
+        const QTemporaryDir runtime, temporary;
+        QString reason;
+        using menusystem::usualSocket;
+        QCOMPARE(usualSocket(runtime.path(), temporary.path(), false, &reason), runtime.filePath("velmora-menu.sock"));
+        // Without one, commands find what the menu has made.
+        QVERIFY(usualSocket({}, temporary.path(), false, &reason).isEmpty());
+        const QString made = usualSocket({}, temporary.path(), true, &reason);
+        QCOMPARE(usualSocket({}, temporary.path(), false, &reason), made);
+        const QString directory = QFileInfo(made).path();
+        QCOMPARE(QFileInfo(directory).permissions() & (QFile::ReadGroup | QFile::ReadOther | QFile::ExeOther),
+                 QFile::Permissions());
+        // A directory that others can enter is used by nobody: not by commands, and the menu makes another one.
+        QCOMPARE(::chmod(qPrintable(directory), 0755), 0);
+        QVERIFY(usualSocket({}, temporary.path(), false, &reason).isEmpty());
+        const QString other = usualSocket({}, temporary.path(), true, &reason);
+        QVERIFY(!other.isEmpty() && other != made);
+        QCOMPARE(::chmod(qPrintable(runtime.path()), 0755), 0);
+        QVERIFY(usualSocket(runtime.path(), temporary.path(), true, &reason).startsWith(temporary.path()));
+    }
+
+    void hangAndInsistence()
+    {
+        using Action = RadioWatch::Action;
+        RadioWatch watch(0, 30000, 10000);
+        QCOMPARE(watch.step(4999), Action::Nothing);
+        QCOMPARE(watch.step(5000), Action::Ping);
+        QCOMPARE(watch.step(5500), Action::Nothing);
+        watch.answered(5600);
+        QCOMPARE(watch.step(35500), Action::Ping);
+        QCOMPARE(watch.step(35600), Action::ReportHang);
+        QCOMPARE(watch.step(35700), Action::Nothing); // once
+        watch.answered(36000);
+        QCOMPARE(watch.step(66000), Action::ReportHang); // and anew after an answer
+
+        watch.ending(70000);
+        watch.ending(79000); // said again: the first time counts
+        QCOMPARE(watch.step(79999), Action::Nothing);
+        QCOMPARE(watch.step(80000), Action::ReportStuckExit);
+        QCOMPARE(watch.step(80001), Action::Terminate);
+        QCOMPARE(watch.step(80500), Action::Nothing);
+        QCOMPARE(watch.step(81000), Action::Terminate);
+        QCOMPARE(watch.step(83999), Action::Nothing);
+        QCOMPARE(watch.step(84000), Action::Kill);
+        QCOMPARE(watch.step(99000), Action::Nothing);
+
+        RadioWatch hurried(0, 30000, 10000);
+        hurried.ending(100);
+        hurried.insist(200);
+        QCOMPARE(hurried.step(200), Action::ReportStuckExit);
+    }
+
+    void scaleFitsTheScreen()
+    {
+        const std::tuple<QSize, bool, double> cases[] = {
+            {QSize(), false, 1.0},                  // unknown
+            {QSize(1280, 720), false, 1.0},         // 720p
+            {QSize(1366, 768), false, 768 / 720.0}, // 1366
+            {QSize(1920, 1080), false, 1.5},        // 1080p
+            {QSize(3840, 2160), false, 3.0},        // 4K
+            {QSize(3440, 1440), false, 2.0},        // wide
+            {QSize(1920, 1200), false, 1.5},        // high
+            {QSize(1024, 768), false, 1.0},         // too small
+            {QSize(1920, 1080), true, 1.2},         // window
+        };
+        for (const auto &[screen, isWindowed, scale] : cases)
+            QCOMPARE(menusystem::scaleFor(screen, isWindowed), scale);
+    }
 };
-
-void MenuTest::aWordThatIsNotUnderstoodGetsTheUsageAndCode2_data()
-{
-    QTest::addColumn<QStringList>("words");
-    QTest::newRow("nothing") << QStringList{};
-    QTest::newRow("command") << QStringList{"frobnicate"};
-    QTest::newRow("key") << QStringList{"key", "left", "sideways"};
-    QTest::newRow("no key") << QStringList{"key"};
-    QTest::newRow("switch") << QStringList{"screensaver", "maybe"};
-    QTest::newRow("too many") << QStringList{"status", "please"};
-    QTest::newRow("no file") << QStringList{"screenshot"};
-    QTest::newRow("option") << QStringList{"--frobnicate", "status"};
-    QTest::newRow("no program") << QStringList{"--"};
-    QTest::newRow("scale") << QStringList{"--scale", "large", "--", "radio"};
-    QTest::newRow("scale below 1") << QStringList{"--scale", "0.5", "--", "radio"};
-}
-
-void MenuTest::aWordThatIsNotUnderstoodGetsTheUsageAndCode2()
-{
-    QFETCH(const QStringList, words);
-    const Outcome outcome = MenuFixture().command(words);
-    QCOMPARE(outcome.code, 2);
-    QVERIFY2(outcome.errors.contains("usage: velmora-menu"), outcome.errors.constData());
-    QVERIFY(outcome.output.isEmpty());
-}
-
-void MenuTest::withoutAMenuACommandSaysSo()
-{
-    const Outcome outcome = MenuFixture().command({"status"});
-    QCOMPARE(outcome.code, 1);
-    QVERIFY2(outcome.errors.contains("no menu system runs"), outcome.errors.constData());
-}
-
-void MenuTest::namedKeysArriveAsTheRemotesCodes()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    const Outcome outcome = menu.command({"key", "back", "home", "menu", "next"});
-    QVERIFY2(outcome.code == 0, outcome.errors.constData());
-    // The command returns when the radio has handled its keys.
-    for (const char *line : {"press 01000061\nrelease 01000061\n", "press 0100010a\n", "press 010000dd\n",
-                             "press 01000083\nrelease 01000083\n"})
-        QTRY_VERIFY2(menu.output().contains(line), line);
-    QCOMPARE(menu.command({"key", "select"}).code, 0);
-    QTRY_VERIFY(menu.output().contains("clicked\n"));
-}
-
-void MenuTest::typedLettersGoToTheField()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    QCOMPARE(menu.command({"key", "green", "text", "Ab 9", "backspace"}).code, 0);
-    QTRY_VERIFY(menu.output().contains("text Ab 9\ntext Ab \n"));
-    QCOMPARE(menu.command({"key", "escape"}).code, 0);
-    QTRY_VERIFY(menu.output().contains("press 01000061\n"));
-}
-
-void MenuTest::statusNamesScreenBoxAndFocus()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    QJsonObject status = menu.status();
-    QCOMPARE(status["running"].toBool(), true);
-    QCOMPARE(status["screen"].toString(), "SampleDlg");
-    QVERIFY(status["box"].isNull());
-    QCOMPARE(status["focus"].toString(), "menuBtn");
-    QCOMPARE(status["playback"].toInt(), 4);
-    QCOMPARE(status["audioSeconds"].toDouble(-1), 0.0);
-    const QJsonObject list = status["lists"].toObject()["stationListWidget"].toObject();
-    QCOMPARE(list["rows"].toArray(), (QJsonArray{"Quiet Evening", "Morning Walk"}));
-    QCOMPARE(list["row"].toInt(-1), 0);
-    QCOMPARE(list["count"].toInt(), 2);
-
-    QCOMPARE(menu.command({"key", "red"}).code, 0);
-    QTRY_COMPARE(menu.status()["box"].toString(), "SampleBoxDlg");
-    status = menu.status();
-    QCOMPARE(status["screen"].toString(), "SampleDlg");
-    QCOMPARE(status["boxText"].toString(), "Really?");
-    QCOMPARE(status["focus"].toString(), "okBtn");
-    QVERIFY(!status["labels"].toObject().contains("okBtn"));
-    // The box takes the keys, and when it is gone the screen has them again.
-    QCOMPARE(menu.command({"key", "select"}).code, 0);
-    QTRY_VERIFY(menu.status()["box"].isNull());
-    QTRY_COMPARE(menu.status()["focus"].toString(), "menuBtn");
-    QCOMPARE(menu.command({"key", "back"}).code, 0);
-    QTRY_VERIFY(menu.output().contains("press 01000061\n"));
-}
-
-void MenuTest::statusKeepsPasswordsToItself()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    const Outcome outcome = menu.command({"status"});
-    QVERIFY(outcome.output.contains("Station List"));
-    QVERIFY(!outcome.output.contains("a secret"));
-    QCOMPARE(outcome.output.count('\n'), 1);
-}
-
-void MenuTest::screenshotIsTheOwnersAndFollowsNoLink()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    const QString target = menu.path("somebody-else.txt"), picture = menu.path("picture.png");
-    QFile file(target);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("kept") == 4);
-    file.close();
-    QVERIFY(QFile::link(target, picture));
-    QCOMPARE(menu.command({"screenshot", picture}).code, 0);
-    QVERIFY(!QFileInfo(picture).isSymLink());
-    QCOMPARE(QFileInfo(target).size(), 4);
-    QCOMPARE(QFileInfo(picture).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
-    const QImage image(picture);
-    QCOMPARE(image.size(), QSize(1280, 720));
-    QCOMPARE(image.pixelColor(1200, 700), QColor(0x20, 0x40, 0x60));
-    QCOMPARE(image.pixelColor(300, 400), QColor(Qt::white)); // the list
-
-    QCOMPARE(menu.command({"key", "red"}).code, 0);
-    QTRY_COMPARE(menu.status()["box"].toString(), "SampleBoxDlg");
-    QCOMPARE(menu.command({"screenshot", picture}).code, 0);
-    QCOMPARE(QImage(picture).pixelColor(300, 400), QColor(0x60, 0x30, 0x20)); // the box lies on it
-
-    const Outcome outcome = menu.command({"screenshot", menu.path("no/such/folder/picture.png")});
-    QCOMPARE(outcome.code, 1);
-    QVERIFY2(outcome.errors.contains("No such file or directory"), outcome.errors.constData());
-}
-
-void MenuTest::screensaverAndNetworkArrive()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    QCOMPARE(menu.command({"screensaver", "on"}).code, 0);
-    QCOMPARE(menu.command({"screensaver", "off"}).code, 0);
-    QCOMPARE(menu.command({"network", "down"}).code, 0);
-    QCOMPARE(menu.command({"network", "up"}).code, 0);
-    QTRY_VERIFY(menu.output().contains("screensaver 1\nscreensaver 0\n"));
-    QTRY_VERIFY2(menu.output().contains("network 1\n") && menu.output().contains("network 0\n"),
-                 menu.output().constData());
-}
-
-void MenuTest::theRadioRunsWithItsFilesClosedToOthers()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    QTRY_VERIFY2(menu.output().contains("umask 077\n"), menu.output().constData());
-    QCOMPARE(QFileInfo(menu.socket()).permissions() & (QFile::ReadGroup | QFile::WriteGroup | QFile::WriteOther),
-             QFile::Permissions());
-}
-
-void MenuTest::anExitRequestIsGranted()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    QCOMPARE(menu.command({"key", "blue"}).code, 0);
-    QCOMPARE(menu.waitForEnd(), 0);
-    QVERIFY2(menu.output().contains("exit 1 0\nthread ended 1\n"), menu.output().constData());
-    QVERIFY2(menu.errors().contains("the radio has ended, exit code 0"), menu.errors().constData()); // its notice came
-    QVERIFY(!QFile::exists(menu.socket()));
-}
-
-void MenuTest::exitEndsTheRadioAndItsCodeIsPassedOn()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start({}, {"--code", "7"}));
-    QCOMPARE(menu.command({"exit"}).code, 0);
-    QCOMPARE(menu.waitForEnd(), 7);
-}
-
-void MenuTest::anInterruptAsksTheRadioToExit()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    ::kill(pid_t(menu.process().processId()), SIGINT);
-    QCOMPARE(menu.waitForEnd(), 0);
-    QVERIFY2(menu.output().contains("exit 1 0\n"), menu.output().constData());
-}
-
-void MenuTest::aRadioThatWillNotEndIsMadeTo()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start({"--insist-after", "1"}, {"--deaf"}));
-    ::kill(pid_t(menu.process().processId()), SIGTERM);
-    QTRY_VERIFY_WITH_TIMEOUT(menu.output().contains("exit 1 0\n"), 5000); // it was asked first
-    QCOMPARE(menu.waitForEnd(), 128 + SIGKILL);
-    QVERIFY2(menu.errors().contains("does not end: insisting"), menu.errors().constData());
-}
-
-void MenuTest::aHangIsReportedAndStatusSaysSo()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start({"--hang-after", "1", "--insist-after", "1"}));
-    const Outcome outcome = menu.command({"key", "yellow"});
-    QCOMPARE(outcome.code, 1);
-    QVERIFY2(outcome.errors.contains("the radio does not answer"), outcome.errors.constData());
-    QTRY_VERIFY_WITH_TIMEOUT(menu.errors().contains("has not answered for 1 seconds"), 5000);
-    const QJsonObject status = menu.status();
-    QCOMPARE(status["running"].toBool(), true);
-    QCOMPARE(status["answering"].toBool(true), false);
-    QVERIFY(status["pid"].toInt() > 0);
-}
-
-void MenuTest::twoMenusRunSideBySide()
-{
-    MenuFixture first, second;
-    QVERIFY(first.start() && second.start());
-    QVERIFY(first.status()["pid"].toInt() != second.status()["pid"].toInt());
-    QCOMPARE(second.command({"exit"}).code, 0);
-    QCOMPARE(second.waitForEnd(), 0);
-    QCOMPARE(first.status()["answering"].toBool(), true);
-    // A second one at the same place leaves the first alone.
-    const Outcome outcome = first.command({"--", "/bin/true"});
-    QCOMPARE(outcome.code, 1);
-    QVERIFY2(outcome.errors.contains("another one runs there"), outcome.errors.constData());
-    QCOMPARE(first.status()["answering"].toBool(), true);
-}
-
-void MenuTest::aSocketThatWasLeftBehindIsReplaced()
-{
-    MenuFixture menu;
-    QString reason;
-    const int left = netcommon::menu::listenAt(menu.socket().toLocal8Bit(), &reason);
-    QVERIFY2(left >= 0, qPrintable(reason));
-    ::close(left);
-    QVERIFY(QFile::exists(menu.socket()));
-    QVERIFY(menu.start());
-
-    MenuFixture other; // but a file is nobody's socket
-    QFile file(other.socket());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    const Outcome outcome = other.command({"--", "/bin/true"});
-    QCOMPARE(outcome.code, 1);
-    QVERIFY2(outcome.errors.contains("something else is there"), outcome.errors.constData());
-    QVERIFY(QFile::exists(other.socket()));
-}
-
-void MenuTest::theRadioDiesWithItsMenu()
-{
-    MenuFixture menu;
-    QVERIFY(menu.start());
-    const pid_t radio = menu.status()["pid"].toInt();
-    QVERIFY(radio > 0 && ::kill(radio, 0) == 0);
-    menu.process().kill();
-    // It may stay as a zombie of whoever collects orphans; then it has no program any more.
-    const QString program = QStringLiteral("/proc/%1/exe").arg(radio);
-    QTRY_VERIFY(QFileInfo(program).symLinkTarget().isEmpty());
-}
-
-void MenuTest::withoutAMenuTheRadioIsGrantedItsExit()
-{
-    QProcess radio;
-    MenuFixture::prepare(radio);
-    radio.start(QStringLiteral(MENU_SAMPLE), {"--ask"});
-    QVERIFY(radio.waitForFinished());
-    QCOMPARE(radio.exitCode(), 0);
-    QVERIFY(radio.readAllStandardOutput().contains("exit 1 0\nthread ended 1\n"));
-}
-
-void MenuTest::aProgramThatIsNotThereIsSaid()
-{
-    const Outcome outcome = MenuFixture().command({"--", "/no/such/radio"});
-    QCOMPARE(outcome.code, 127);
-    QVERIFY2(outcome.errors.contains("/no/such/radio could not be started"), outcome.errors.constData());
-}
-
-void MenuTest::theUsualSocketIsInAPrivateDirectory()
-{
-    const QTemporaryDir runtime, temporary;
-    QString reason;
-    using menusystem::usualSocket;
-    QCOMPARE(usualSocket(runtime.path(), temporary.path(), false, &reason), runtime.filePath("velmora-menu.sock"));
-    // Without one, commands find what the menu has made.
-    QVERIFY(usualSocket({}, temporary.path(), false, &reason).isEmpty());
-    const QString made = usualSocket({}, temporary.path(), true, &reason);
-    QCOMPARE(usualSocket({}, temporary.path(), false, &reason), made);
-    const QString directory = QFileInfo(made).path();
-    QCOMPARE(QFileInfo(directory).permissions() & (QFile::ReadGroup | QFile::ReadOther | QFile::ExeOther),
-             QFile::Permissions());
-    // A directory that others can enter is used by nobody: not by commands, and the menu makes another one.
-    QCOMPARE(::chmod(qPrintable(directory), 0755), 0);
-    QVERIFY(usualSocket({}, temporary.path(), false, &reason).isEmpty());
-    const QString other = usualSocket({}, temporary.path(), true, &reason);
-    QVERIFY(!other.isEmpty() && other != made);
-    QCOMPARE(::chmod(qPrintable(runtime.path()), 0755), 0);
-    QVERIFY(usualSocket(runtime.path(), temporary.path(), true, &reason).startsWith(temporary.path()));
-}
-
-void MenuTest::hangAndInsistence()
-{
-    using Action = RadioWatch::Action;
-    RadioWatch watch(0, 30000, 10000);
-    QCOMPARE(watch.step(4999), Action::Nothing);
-    QCOMPARE(watch.step(5000), Action::Ping);
-    QCOMPARE(watch.step(5500), Action::Nothing);
-    watch.answered(5600);
-    QCOMPARE(watch.step(35500), Action::Ping);
-    QCOMPARE(watch.step(35600), Action::ReportHang);
-    QCOMPARE(watch.step(35700), Action::Nothing); // once
-    watch.answered(36000);
-    QCOMPARE(watch.step(66000), Action::ReportHang); // and anew after an answer
-
-    watch.ending(70000);
-    watch.ending(79000); // said again: the first time counts
-    QCOMPARE(watch.step(79999), Action::Nothing);
-    QCOMPARE(watch.step(80000), Action::ReportStuckExit);
-    QCOMPARE(watch.step(80001), Action::Terminate);
-    QCOMPARE(watch.step(80500), Action::Nothing);
-    QCOMPARE(watch.step(81000), Action::Terminate);
-    QCOMPARE(watch.step(83999), Action::Nothing);
-    QCOMPARE(watch.step(84000), Action::Kill);
-    QCOMPARE(watch.step(99000), Action::Nothing);
-
-    RadioWatch hurried(0, 30000, 10000);
-    hurried.ending(100);
-    hurried.insist(200);
-    QCOMPARE(hurried.step(200), Action::ReportStuckExit);
-}
-
-void MenuTest::scaleFitsTheScreen_data()
-{
-    QTest::addColumn<QSize>("screen");
-    QTest::addColumn<bool>("isWindowed");
-    QTest::addColumn<double>("scale");
-    QTest::newRow("unknown") << QSize() << false << 1.0;
-    QTest::newRow("720p") << QSize(1280, 720) << false << 1.0;
-    QTest::newRow("1366") << QSize(1366, 768) << false << 768 / 720.0;
-    QTest::newRow("1080p") << QSize(1920, 1080) << false << 1.5;
-    QTest::newRow("4K") << QSize(3840, 2160) << false << 3.0;
-    QTest::newRow("wide") << QSize(3440, 1440) << false << 2.0;
-    QTest::newRow("high") << QSize(1920, 1200) << false << 1.5;
-    QTest::newRow("too small") << QSize(1024, 768) << false << 1.0;
-    QTest::newRow("window") << QSize(1920, 1080) << true << 1.2;
-}
-
-void MenuTest::scaleFitsTheScreen()
-{
-    QFETCH(const QSize, screen);
-    QFETCH(const bool, isWindowed);
-    QFETCH(const double, scale);
-    QCOMPARE(menusystem::scaleFor(screen, isWindowed), scale);
-}
 
 QTEST_GUILESS_MAIN(MenuTest)
 #include "menu_test.moc"

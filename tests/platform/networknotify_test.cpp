@@ -22,7 +22,7 @@ bool hasOwnNetwork = false; // this process was moved to an empty network of its
 
 bool configure(const QStringList &words)
 {
-    return QProcess::execute(QStringLiteral("ip"), words) == 0;
+    return QProcess::execute("ip", words) == 0;
 }
 
 // One route as the kernel reports it.
@@ -45,184 +45,165 @@ QByteArray routeMessage(unsigned char prefix, unsigned char type, unsigned flags
 class NetworkNotifyTest : public QObject {
     Q_OBJECT
 private slots:
-    void aLossIsToldWhenItLasts_data();
-    void aLossIsToldWhenItLasts();
-    void onlyALivingDefaultRouteLeadsOut_data();
-    void onlyALivingDefaultRouteLeadsOut();
-    void theServersAddressIsFoundWhereTheLibraryFindsIt();
-    void serversOnThisMachineAreKnown_data();
-    void serversOnThisMachineAreKnown();
-    void theKernelsRoutesBecomeEvents();
-    void aRadioWithItsServerOnThisMachineLosesNothing();
-};
-
-void NetworkNotifyTest::aLossIsToldWhenItLasts_data()
-{
-    // Steps: u/d the routes are read with/without a way out, t the time has passed, L/B the menu system says
-    // lost/back. Result, one for each step: 1 lost, 0 back, + the timer starts, - it stops, . nothing.
-    QTest::addColumn<bool>("isServerLocal");
-    QTest::addColumn<bool>("hasRoute");
-    QTest::addColumn<QString>("steps");
-    QTest::addColumn<QString>("results");
-    QTest::newRow("a loss that lasts") << false << true << "dt"
-                                       << "+1";
-    QTest::newRow("and its end") << false << true << "dtu"
-                                 << "+10";
-    QTest::newRow("a short one") << false << true << "duu"
-                                 << "+-.";
-    QTest::newRow("a time that was stopped") << false << true << "dut"
-                                             << "+-.";
-    QTest::newRow("told once") << false << true << "ddtdd"
-                               << "+.1..";
-    QTest::newRow("never there") << false << false << "dtd"
-                                 << "...";
-    QTest::newRow("comes later") << false << false << "uudt"
-                                 << "..+1";
-    QTest::newRow("again") << false << true << "dtudtu"
-                           << "+10+10";
-    QTest::newRow("server here") << true << true << "dtudt"
-                                 << ".....";
-    QTest::newRow("menu") << false << true << "LB"
-                          << "10";
-    QTest::newRow("menu, server here") << true << true << "LB"
-                                       << "10";
-    QTest::newRow("menu holds it down") << false << true << "LuduB"
-                                        << "1...0";
-    QTest::newRow("menu during a short one") << false << true << "dLt"
-                                             << "+1.";
-    QTest::newRow("menu says back") << false << true << "dtB"
-                                    << "+10";
-}
-
-void NetworkNotifyTest::aLossIsToldWhenItLasts()
-{
-    QFETCH(const bool, isServerLocal);
-    QFETCH(const bool, hasRoute);
-    QFETCH(const QString, steps);
-    QFETCH(const QString, results);
-    NetworkDecider decider(isServerLocal, hasRoute);
-    QString seen;
-    for (const QChar step : steps) {
-        NetworkDecider::Action action;
-        switch (step.toLatin1()) {
-        case 't':
-            action = decider.timePassed();
-            break;
-        case 'L':
-        case 'B':
-            action = decider.injected(step == u'L' ? NETWORK_EVENT_DISCONNECTED : NETWORK_EVENT_CONNECTED);
-            break;
-        default:
-            action = decider.routesRead(step == u'u');
-        }
-        seen += action.event         ? QChar('0' + *action.event)
-                : action.startsTimer ? QChar('+')
-                : action.stopsTimer  ? QChar('-')
-                                     : QChar('.');
+    void aLossIsToldWhenItLasts_data()
+    {
+        // Steps: u/d the routes are read with/without a way out, t the time has passed, L/B the menu system says
+        // lost/back. Result, one for each step: 1 lost, 0 back, + the timer starts, - it stops, . nothing.
+        QTest::addColumn<bool>("isServerLocal");
+        QTest::addColumn<bool>("hasRoute");
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("results");
+        QTest::newRow("a loss that lasts") << false << true << "dt"
+                                           << "+1";
+        QTest::newRow("and its end") << false << true << "dtu"
+                                     << "+10";
+        QTest::newRow("a short one") << false << true << "duu"
+                                     << "+-.";
+        QTest::newRow("a time that was stopped") << false << true << "dut"
+                                                 << "+-.";
+        QTest::newRow("told once") << false << true << "ddtdd"
+                                   << "+.1..";
+        QTest::newRow("never there") << false << false << "dtd"
+                                     << "...";
+        QTest::newRow("comes later") << false << false << "uudt"
+                                     << "..+1";
+        QTest::newRow("again") << false << true << "dtudtu"
+                               << "+10+10";
+        QTest::newRow("server here") << true << true << "dtudt"
+                                     << ".....";
+        QTest::newRow("menu") << false << true << "LB"
+                              << "10";
+        QTest::newRow("menu, server here") << true << true << "LB"
+                                           << "10";
+        QTest::newRow("menu holds it down") << false << true << "LuduB"
+                                            << "1...0";
+        QTest::newRow("menu during a short one") << false << true << "dLt"
+                                                 << "+1.";
+        QTest::newRow("menu says back") << false << true << "dtB"
+                                        << "+10";
     }
-    QCOMPARE(seen, results);
-}
 
-void NetworkNotifyTest::onlyALivingDefaultRouteLeadsOut_data()
-{
-    QTest::addColumn<QByteArray>("datagram");
-    QTest::addColumn<bool>("leadsOut");
-    QTest::newRow("default") << routeMessage(0, RTN_UNICAST, 0) << true;
-    QTest::newRow("cable pulled") << routeMessage(0, RTN_UNICAST, RTNH_F_LINKDOWN) << false;
-    QTest::newRow("dead") << routeMessage(0, RTN_UNICAST, RTNH_F_DEAD) << false;
-    QTest::newRow("a subnet") << routeMessage(24, RTN_UNICAST, 0) << false;
-    QTest::newRow("unreachable") << routeMessage(0, RTN_UNREACHABLE, 0) << false;
-    QTest::newRow("second one") << routeMessage(24, RTN_UNICAST, 0) + routeMessage(0, RTN_UNICAST, 0) << true;
-    QTest::newRow("cut off") << routeMessage(0, RTN_UNICAST, 0).left(20) << false;
-    QTest::newRow("nothing") << QByteArray() << false;
-}
+    void aLossIsToldWhenItLasts()
+    {
+        QFETCH(const bool, isServerLocal);
+        QFETCH(const bool, hasRoute);
+        QFETCH(const QString, steps);
+        QFETCH(const QString, results);
+        NetworkDecider decider(isServerLocal, hasRoute);
+        QString seen;
+        for (const QChar step : steps) {
+            NetworkDecider::Action action;
+            switch (step.toLatin1()) {
+            case 't':
+                action = decider.timePassed();
+                break;
+            case 'L':
+            case 'B':
+                action = decider.injected(step == u'L' ? NETWORK_EVENT_DISCONNECTED : NETWORK_EVENT_CONNECTED);
+                break;
+            default:
+                action = decider.routesRead(step == u'u');
+            }
+            seen += action.event         ? QChar('0' + *action.event)
+                    : action.startsTimer ? QChar('+')
+                    : action.stopsTimer  ? QChar('-')
+                                         : QChar('.');
+        }
+        QCOMPARE(seen, results);
+    }
 
-void NetworkNotifyTest::onlyALivingDefaultRouteLeadsOut()
-{
-    QFETCH(const QByteArray, datagram);
-    QFETCH(const bool, leadsOut);
-    RouteDump dump;
-    dump.read(datagram);
-    QCOMPARE(dump.hasDefaultRoute, leadsOut);
-    QVERIFY(!dump.isComplete);
-}
+    void onlyALivingDefaultRouteLeadsOut()
+    {
+        const std::tuple<QByteArray, bool> cases[] = {
+            {routeMessage(0, RTN_UNICAST, 0), true},                                    // default
+            {routeMessage(0, RTN_UNICAST, RTNH_F_LINKDOWN), false},                     // cable pulled
+            {routeMessage(0, RTN_UNICAST, RTNH_F_DEAD), false},                         // dead
+            {routeMessage(24, RTN_UNICAST, 0), false},                                  // a subnet
+            {routeMessage(0, RTN_UNREACHABLE, 0), false},                               // unreachable
+            {routeMessage(24, RTN_UNICAST, 0) + routeMessage(0, RTN_UNICAST, 0), true}, // second one
+            {routeMessage(0, RTN_UNICAST, 0).left(20), false},                          // cut off
+            {QByteArray(), false},                                                      // nothing
+        };
+        for (const auto &[datagram, leadsOut] : cases) {
+            RouteDump dump;
+            dump.read(datagram);
+            QCOMPARE(dump.hasDefaultRoute, leadsOut);
+            QVERIFY(!dump.isComplete);
+        }
+    }
 
-void NetworkNotifyTest::theServersAddressIsFoundWhereTheLibraryFindsIt()
-{
-    const QTemporaryDir directory;
-    const QString path = directory.filePath(QStringLiteral("ws.conf"));
-    QCOMPARE(serverAddress({}, path), QString());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("# server = http://commented.example\nca_file = /a/b\n server =  https://radio.example:7480/a=b \n");
-    file.close();
-    QCOMPARE(serverAddress({}, path), "https://radio.example:7480/a=b");
-    QCOMPARE(serverAddress("http://127.0.0.1:7480", path), "http://127.0.0.1:7480");
-}
+    void theServersAddressIsFoundWhereTheLibraryFindsIt()
+    {
+        const QTemporaryDir directory;
+        const QString path = directory.filePath("ws.conf");
+        QCOMPARE(serverAddress({}, path), QString());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("# server = http://commented.example\nca_file = /a/b\n server =  https://radio.example:7480/a=b \n");
+        file.close();
+        QCOMPARE(serverAddress({}, path), "https://radio.example:7480/a=b");
+        QCOMPARE(serverAddress("http://127.0.0.1:7480", path), "http://127.0.0.1:7480");
+    }
 
-void NetworkNotifyTest::serversOnThisMachineAreKnown_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<bool>("isHere");
-    QTest::newRow("loopback") << "http://127.0.0.1:7480" << true;
-    QTest::newRow("all of it") << "http://127.8.9.10/" << true;
-    QTest::newRow("version 6") << "http://[::1]:7480" << true;
-    QTest::newRow("other spelling") << "http://[0:0::0:1]:7480" << true;
-    QTest::newRow("name") << "https://localhost" << true;
-    QTest::newRow("elsewhere") << "http://203.0.113.7:7480" << false;
-    QTest::newRow("named like it") << "http://localhost.example" << false;
-    QTest::newRow("number like it") << "http://127.example.org" << false;
-    QTest::newRow("none") << "" << false;
-    QTest::newRow("nonsense") << "::" << false;
-}
+    void serversOnThisMachineAreKnown()
+    {
+        const std::tuple<QString, bool> cases[] = {
+            {"http://127.0.0.1:7480", true},     // loopback
+            {"http://127.8.9.10/", true},        // all of it
+            {"http://[::1]:7480", true},         // version 6
+            {"http://[0:0::0:1]:7480", true},    // other spelling
+            {"https://localhost", true},         // name
+            {"http://203.0.113.7:7480", false},  // elsewhere
+            {"http://localhost.example", false}, // named like it
+            {"http://127.example.org", false},   // number like it
+            {"", false},                         // none
+            {"::", false},                       // nonsense
+        };
+        for (const auto &[address, isHere] : cases)
+            QCOMPARE(isOnThisMachine(address), isHere);
+    }
 
-void NetworkNotifyTest::serversOnThisMachineAreKnown()
-{
-    QFETCH(const QString, address);
-    QFETCH(const bool, isHere);
-    QCOMPARE(isOnThisMachine(address), isHere);
-}
+    void theKernelsRoutesBecomeEvents()
+    {
+        if (!hasOwnNetwork || !configure({"link", "set", "lo", "up"}))
+            QSKIP("no network of our own: not allowed here, or no ip command");
+        QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
+        qputenv("VELMORA_WS_SERVER", "https://radio.example");
+        NetworkNotify *notify = NetworkNotify::getInstance();
+        QSignalSpy events(notify, &NetworkNotify::signalSendNetowrkEvent);
+        // Gone and back within the delay: nothing.
+        QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
+        QTest::qWait(200);
+        QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
+        QVERIFY(!events.wait(NetworkDecider::lossDelayMs + 500));
+        // Gone.
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
+        QVERIFY(events.wait(NetworkDecider::lossDelayMs + 3000));
+        QVERIFY(clock.elapsed() >= NetworkDecider::lossDelayMs * 9 / 10);
+        QCOMPARE(events.takeFirst().first().value<NETWORk_EVENT_T>(), NETWORK_EVENT_DISCONNECTED);
+        // Back, by another protocol.
+        QVERIFY(configure({"-6", "route", "add", "default", "dev", "lo"}));
+        QVERIFY(events.wait(3000));
+        QCOMPARE(events.takeFirst().first().value<NETWORk_EVENT_T>(), NETWORK_EVENT_CONNECTED);
+        delete notify;
+        configure({"-6", "route", "del", "default", "dev", "lo"});
+    }
 
-void NetworkNotifyTest::theKernelsRoutesBecomeEvents()
-{
-    if (!hasOwnNetwork || !configure({"link", "set", "lo", "up"}))
-        QSKIP("no network of our own: not allowed here, or no ip command");
-    QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
-    qputenv("VELMORA_WS_SERVER", "https://radio.example");
-    NetworkNotify *notify = NetworkNotify::getInstance();
-    QSignalSpy events(notify, &NetworkNotify::signalSendNetowrkEvent);
-    // Gone and back within the delay: nothing.
-    QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
-    QTest::qWait(200);
-    QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
-    QVERIFY(!events.wait(NetworkDecider::lossDelayMs + 500));
-    // Gone.
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
-    QVERIFY(events.wait(NetworkDecider::lossDelayMs + 3000));
-    QVERIFY(clock.elapsed() >= NetworkDecider::lossDelayMs * 9 / 10);
-    QCOMPARE(events.takeFirst().first().value<NETWORk_EVENT_T>(), NETWORK_EVENT_DISCONNECTED);
-    // Back, by another protocol.
-    QVERIFY(configure({"-6", "route", "add", "default", "dev", "lo"}));
-    QVERIFY(events.wait(3000));
-    QCOMPARE(events.takeFirst().first().value<NETWORk_EVENT_T>(), NETWORK_EVENT_CONNECTED);
-    delete notify;
-    configure({"-6", "route", "del", "default", "dev", "lo"});
-}
-
-void NetworkNotifyTest::aRadioWithItsServerOnThisMachineLosesNothing()
-{
-    if (!hasOwnNetwork || !configure({"link", "set", "lo", "up"}))
-        QSKIP("no network of our own: not allowed here, or no ip command");
-    QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
-    qputenv("VELMORA_WS_SERVER", "http://127.0.0.1:7480");
-    NetworkNotify *notify = NetworkNotify::getInstance();
-    QSignalSpy events(notify, &NetworkNotify::signalSendNetowrkEvent);
-    QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
-    QVERIFY(!events.wait(NetworkDecider::lossDelayMs + 500));
-    delete notify;
-}
+    void aRadioWithItsServerOnThisMachineLosesNothing()
+    {
+        if (!hasOwnNetwork || !configure({"link", "set", "lo", "up"}))
+            QSKIP("no network of our own: not allowed here, or no ip command");
+        QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
+        qputenv("VELMORA_WS_SERVER", "http://127.0.0.1:7480");
+        NetworkNotify *notify = NetworkNotify::getInstance();
+        QSignalSpy events(notify, &NetworkNotify::signalSendNetowrkEvent);
+        QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
+        QVERIFY(!events.wait(NetworkDecider::lossDelayMs + 500));
+        delete notify;
+    }
+};
 
 int main(int argc, char **argv)
 {

@@ -51,170 +51,155 @@ void serveTracks(MediaServer &server)
 class PlaybackCommandsTest : public QObject {
     Q_OBJECT
 private slots:
-    void randomCommandsNeverHearOfAReplacedTrack();
-    void commandsFromManyThreadsAreSurvived();
-    void manyStartsLeaveNothingBehind();
-    void theThreadEndsAtOnceWhateverItIsDoing_data();
-    void theThreadEndsAtOnceWhateverItIsDoing();
-    void anEndBeforeTheStartIsAnEnd();
-    void aNewThreadPlaysAfterTheLastOneEnded();
-};
-
-void PlaybackCommandsTest::randomCommandsNeverHearOfAReplacedTrack()
-{
-    MediaServer server;
-    serveTracks(server);
-    PlaybackRig rig;
-    QRandomGenerator random(20);
-    const Track *current = nullptr;
-    int stops = 0, allStops = 0;
-    std::vector<qint64> times; // milliseconds of each call
-    connect(rig.playback, &netcommon::Playback::signalStopOk, &rig, [&] { ++allStops; });
-    const auto timed = [&](auto call) {
-        QElapsedTimer clock;
-        clock.start();
-        call();
-        times.push_back(clock.elapsed());
-    };
-    // What may have been heard of a track at any moment is the beginning of its whole story.
-    const auto check = [&] {
-        QStringList story = rig.heard;
-        story.removeAll("stop");
-        story.removeAll("pause");
-        story.removeAll("play");
-        QStringList whole{"url"};
-        if (current && current->result == 0)
-            whole << "result 0" << QStringLiteral("total %1").arg(current->total) << "eof"
-                  << "next";
-        else if (current && current->result == -1)
-            whole << "result -1";
-        if (!current)
-            whole.clear();
-        QVERIFY2(story == whole.mid(0, story.size()),
-                 qPrintable(QString::fromLatin1(current ? current->path : "none") + ": " + story.join(',')));
-    };
-    for (int i = 0; i < 200 && !QTest::currentTestFailed(); ++i) {
-        const int what = random.bounded(10);
-        if (what < 5) {
-            check();
-            current = &Tracks[random.bounded(int(std::size(Tracks)))];
-            ++stops;
-            timed([&] { rig.play(server.url(current->path)); });
-        } else if (what == 5) {
-            check();
-            current = nullptr;
-            rig.heard.clear();
-            ++stops;
-            timed([&] { rig.command(PLAYBACK_TYPE_STOP); });
-            QCOMPARE(rig.state(), 4);
-        } else {
-            timed([&] { rig.command(what < 8 ? PLAYBACK_TYPE_PAUSE : PLAYBACK_TYPE_RESUME); });
-        }
-        const auto buffer = rig.buffer();
-        QVERIFY(buffer.ui4_start <= buffer.ui4_end && buffer.ui4_amount == buffer.ui4_end - buffer.ui4_start);
-        QTest::qWait(random.bounded(5) == 0 ? random.bounded(300) : random.bounded(20));
-    }
-    check();
-    if (QTest::currentTestFailed())
-        return;
-    rig.command(PLAYBACK_TYPE_STOP);
-    ++stops;
-    // Nothing may be on its way but stops, one for each.
-    const qsizetype before = rig.heard.size();
-    QTRY_COMPARE(allStops, stops);
-    QCOMPARE(rig.heard.mid(before).removeAll("stop"), rig.heard.size() - before);
-    // A busy machine may interrupt one call or another; a call that waited for the pipeline would do so nearly always.
-    std::sort(times.begin(), times.end());
-    QVERIFY2(times[times.size() * 9 / 10] < 5, qPrintable(QString::number(times[times.size() * 9 / 10])));
-}
-
-void PlaybackCommandsTest::commandsFromManyThreadsAreSurvived()
-{
-    MediaServer server;
-    serveTracks(server);
-    PlaybackRig rig;
-    std::vector<std::thread> givers;
-    for (quint32 seed = 1; seed <= 3; ++seed)
-        givers.emplace_back([&rig, &server, seed] {
-            QRandomGenerator random(seed);
-            for (int i = 0; i < 100; ++i) {
-                QByteArray url = server.url(Tracks[random.bounded(int(std::size(Tracks)))].path);
-                rig.thread.setType(_PLAYBACK_TYPE_E(random.bounded(4)));
-                rig.thread.setAudioUrl(url.data());
-                netcommon::Playback::getInstance()->getPbcState();
-                std::this_thread::sleep_for(std::chrono::milliseconds(random.bounded(15)));
-            }
-        });
-    for (std::thread &giver : givers)
-        giver.join();
-    rig.play(server.url("/one"));
-    QTRY_COMPARE_WITH_TIMEOUT(rig.heard.mid(rig.heard.lastIndexOf("url")),
-                              (QStringList{"url", "result 0", "play", "total 1", "eof", "next"}), 10000);
-}
-
-void PlaybackCommandsTest::manyStartsLeaveNothingBehind()
-{
-    MediaServer server;
-    serveTracks(server);
-    PlaybackRig rig;
-    const auto run = [&](int starts) {
-        for (int i = 0; i < starts; ++i) {
-            rig.play(server.url(i % 3 == 0 ? "/stalled" : i % 3 == 1 ? "/two" : "/noise"));
-            QTRY_VERIFY(rig.heard.size() >= 3); // stop, url, result
-        }
-        rig.heard.clear();
-        rig.command(PLAYBACK_TYPE_STOP);
-        QTRY_COMPARE(rig.heard, QStringList{"stop"});
-        QTRY_COMPARE(server.openConnections(), 0);
-    };
-    run(6); // whatever is made once, is made now
-    const int threadsBefore = threads(), descriptorsBefore = descriptors();
-    run(60);
-    QTRY_VERIFY2(threads() <= threadsBefore + 1, qPrintable(QString::number(threads() - threadsBefore)));
-    QTRY_VERIFY2(descriptors() <= descriptorsBefore + 4,
-                 qPrintable(QString::number(descriptors() - descriptorsBefore)));
-}
-
-void PlaybackCommandsTest::theThreadEndsAtOnceWhateverItIsDoing_data()
-{
-    QTest::addColumn<QByteArray>("path");
-    for (const char *const path : {"/silent", "/stalled", "/three", "/one", "/missing"})
-        QTest::newRow(path) << QByteArray(path);
-}
-
-void PlaybackCommandsTest::theThreadEndsAtOnceWhateverItIsDoing()
-{
-    QFETCH(QByteArray, path);
-    MediaServer server;
-    serveTracks(server);
-    QElapsedTimer clock;
+    void randomCommandsNeverHearOfAReplacedTrack()
     {
+        MediaServer server;
+        serveTracks(server);
         PlaybackRig rig;
-        rig.play(server.url(path));
-        QTRY_VERIFY(!server.requests(path).isEmpty());
-        clock.start();
+        QRandomGenerator random(20);
+        const Track *current = nullptr;
+        int stops = 0, allStops = 0;
+        std::vector<qint64> times; // milliseconds of each call
+        connect(rig.playback, &netcommon::Playback::signalStopOk, &rig, [&] { ++allStops; });
+        const auto timed = [&](auto call) {
+            QElapsedTimer clock;
+            clock.start();
+            call();
+            times.push_back(clock.elapsed());
+        };
+        // What may have been heard of a track at any moment is the beginning of its whole story.
+        const auto check = [&] {
+            QStringList story = rig.heard;
+            story.removeAll("stop");
+            story.removeAll("pause");
+            story.removeAll("play");
+            QStringList whole{"url"};
+            if (current && current->result == 0)
+                whole << "result 0" << QStringLiteral("total %1").arg(current->total) << "eof"
+                      << "next";
+            else if (current && current->result == -1)
+                whole << "result -1";
+            if (!current)
+                whole.clear();
+            QVERIFY2(story == whole.mid(0, story.size()),
+                     qPrintable(QString::fromLatin1(current ? current->path : "none") + ": " + story.join(',')));
+        };
+        for (int i = 0; i < 200 && !QTest::currentTestFailed(); ++i) {
+            const int what = random.bounded(10);
+            if (what < 5) {
+                check();
+                current = &Tracks[random.bounded(int(std::size(Tracks)))];
+                ++stops;
+                timed([&] { rig.play(server.url(current->path)); });
+            } else if (what == 5) {
+                check();
+                current = nullptr;
+                rig.heard.clear();
+                ++stops;
+                timed([&] { rig.command(PLAYBACK_TYPE_STOP); });
+                QCOMPARE(rig.state(), 4);
+            } else {
+                timed([&] { rig.command(what < 8 ? PLAYBACK_TYPE_PAUSE : PLAYBACK_TYPE_RESUME); });
+            }
+            const auto buffer = rig.buffer();
+            QVERIFY(buffer.ui4_start <= buffer.ui4_end && buffer.ui4_amount == buffer.ui4_end - buffer.ui4_start);
+            QTest::qWait(random.bounded(5) == 0 ? random.bounded(300) : random.bounded(20));
+        }
+        check();
+        if (QTest::currentTestFailed())
+            return;
+        rig.command(PLAYBACK_TYPE_STOP);
+        ++stops;
+        // Nothing may be on its way but stops, one for each.
+        const qsizetype before = rig.heard.size();
+        QTRY_COMPARE(allStops, stops);
+        QCOMPARE(rig.heard.mid(before).removeAll("stop"), rig.heard.size() - before);
+        // A busy machine may interrupt one call or another; a call that waited for the pipeline would do so nearly
+        // always.
+        std::sort(times.begin(), times.end());
+        QVERIFY2(times[times.size() * 9 / 10] < 5, qPrintable(QString::number(times[times.size() * 9 / 10])));
     }
-    QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
-}
 
-void PlaybackCommandsTest::anEndBeforeTheStartIsAnEnd()
-{
-    netcommon::PlaybackThread thread;
-    thread.setType(PLAYBACK_TYPE_END);
-    thread.start();
-    QVERIFY(thread.wait(5000));
-}
-
-void PlaybackCommandsTest::aNewThreadPlaysAfterTheLastOneEnded()
-{
-    MediaServer server;
-    serveTracks(server);
-    for (int i = 0; i < 3; ++i) {
+    void commandsFromManyThreadsAreSurvived()
+    {
+        MediaServer server;
+        serveTracks(server);
         PlaybackRig rig;
+        std::vector<std::thread> givers;
+        for (quint32 seed = 1; seed <= 3; ++seed)
+            givers.emplace_back([&rig, &server, seed] {
+                QRandomGenerator random(seed);
+                for (int i = 0; i < 100; ++i) {
+                    QByteArray url = server.url(Tracks[random.bounded(int(std::size(Tracks)))].path);
+                    rig.thread.setType(_PLAYBACK_TYPE_E(random.bounded(4)));
+                    rig.thread.setAudioUrl(url.data());
+                    netcommon::Playback::getInstance()->getPbcState();
+                    std::this_thread::sleep_for(std::chrono::milliseconds(random.bounded(15)));
+                }
+            });
+        for (std::thread &giver : givers)
+            giver.join();
         rig.play(server.url("/one"));
-        QTRY_VERIFY(rig.heard.contains("total 1"));
+        QTRY_COMPARE_WITH_TIMEOUT(rig.heard.mid(rig.heard.lastIndexOf("url")),
+                                  (QStringList{"url", "result 0", "play", "total 1", "eof", "next"}), 10000);
     }
-}
+
+    void manyStartsLeaveNothingBehind()
+    {
+        MediaServer server;
+        serveTracks(server);
+        PlaybackRig rig;
+        const auto run = [&](int starts) {
+            for (int i = 0; i < starts; ++i) {
+                rig.play(server.url(i % 3 == 0 ? "/stalled" : i % 3 == 1 ? "/two" : "/noise"));
+                QTRY_VERIFY(rig.heard.size() >= 3); // stop, url, result
+            }
+            rig.heard.clear();
+            rig.command(PLAYBACK_TYPE_STOP);
+            QTRY_COMPARE(rig.heard, QStringList{"stop"});
+            QTRY_COMPARE(server.openConnections(), 0);
+        };
+        run(6); // whatever is made once, is made now
+        const int threadsBefore = threads(), descriptorsBefore = descriptors();
+        run(60);
+        QTRY_VERIFY2(threads() <= threadsBefore + 1, qPrintable(QString::number(threads() - threadsBefore)));
+        QTRY_VERIFY2(descriptors() <= descriptorsBefore + 4,
+                     qPrintable(QString::number(descriptors() - descriptorsBefore)));
+    }
+
+    void theThreadEndsAtOnceWhateverItIsDoing_data()
+    {
+        QTest::addColumn<QByteArray>("path");
+        for (const char *const path : {"/silent", "/stalled", "/three", "/one", "/missing"})
+            QTest::newRow(path) << QByteArray(path);
+    }
+
+    void theThreadEndsAtOnceWhateverItIsDoing()
+    {
+        QFETCH(QByteArray, path);
+        MediaServer server;
+        serveTracks(server);
+        QElapsedTimer clock;
+        {
+            PlaybackRig rig;
+            rig.play(server.url(path));
+            QTRY_VERIFY(!server.requests(path).isEmpty());
+            clock.start();
+        }
+        QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+    }
+
+    void aNewThreadPlaysAfterTheLastOneEnded()
+    {
+        MediaServer server;
+        serveTracks(server);
+        for (int i = 0; i < 3; ++i) {
+            PlaybackRig rig;
+            rig.play(server.url("/one"));
+            QTRY_VERIFY(rig.heard.contains("total 1"));
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(PlaybackCommandsTest)
 #include "playback_commands_test.moc"

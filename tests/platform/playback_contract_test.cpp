@@ -40,319 +40,278 @@ QByteArray garbage()
 class PlaybackContractTest : public QObject {
     Q_OBJECT
 private slots:
-    void aGoodTrackIsToldInOrder_data();
-    void aGoodTrackIsToldInOrder();
-    void aTrackTakesItsTimeAndAllOfItReachesTheSink_data();
-    void aTrackTakesItsTimeAndAllOfItReachesTheSink();
-    void whatCannotBePlayedIsMinusOneOnce_data();
-    void whatCannotBePlayedIsMinusOneOnce();
-    void anAddressWithoutStartIsIgnored();
-    void anAddressIsGoodForOneTrack();
-    void redirectsAreFollowedOnTheWebOnly();
-    void pauseAndResumeAreToldOncePerChange();
-    void aPauseBeforeTheResultIsRemembered();
-    void stopIsToldEachTimeAndForgetsTheTrack();
-    void aTrackPausedAtOnceIsStillReceivedWhole();
-    void theBufferEndIsExactWhenTheServerStandsStill();
-    void aLostSinkIsReplacedWhereItWas();
-    void aSinkThatDoesNotExistIsMinusTwo();
-    void recognisedAudioWithoutADecoderIsMinusTwo();
-    void withoutASoundCardTheDefaultSinkPlaysInRealTime();
-};
+    void aGoodTrackIsToldInOrder_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<int>("total");
+        const auto row = [](const char *name, const QByteArray &body, int total) {
+            QTest::newRow(name) << body << total;
+        };
+        row("MP3 with a length header", mediasample::file("xing-2600ms.mp3"), 2);
+        row("MP3 without", mediasample::file("bare-2600ms.mp3"), 2);
+        row("MP3 with a cover picture", mediasample::file("cover-2600ms.mp3"), 2);
+        row("MP3 shorter than a second", mediasample::file("xing-400ms.mp3"), 0);
+        row("Ogg Vorbis", mediasample::file("vorbis-2600ms.ogg"), 2);
+        row("Ogg Opus", mediasample::file("opus-2600ms.opus"), 2);
+        row("FLAC", mediasample::file("flac-2600ms.flac"), 2);
+        row("WAV", mediasample::wav(5300), 5);
+    }
 
-void PlaybackContractTest::aGoodTrackIsToldInOrder_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<int>("total");
-    const auto row = [](const char *name, const QByteArray &body, int total) { QTest::newRow(name) << body << total; };
-    row("MP3 with a length header", mediasample::file("xing-2600ms.mp3"), 2);
-    row("MP3 without", mediasample::file("bare-2600ms.mp3"), 2);
-    row("MP3 with a cover picture", mediasample::file("cover-2600ms.mp3"), 2);
-    row("MP3 shorter than a second", mediasample::file("xing-400ms.mp3"), 0);
-    row("Ogg Vorbis", mediasample::file("vorbis-2600ms.ogg"), 2);
-    row("Ogg Opus", mediasample::file("opus-2600ms.opus"), 2);
-    row("FLAC", mediasample::file("flac-2600ms.flac"), 2);
-    row("WAV", mediasample::wav(5300), 5);
-}
+    void aGoodTrackIsToldInOrder()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(int, total);
+        MediaServer server;
+        server.serve("/track", {.body = body, .type = "text/plain"}); // what it calls itself does not matter
+        PlaybackRig rig("fakesink sync=false");
+        rig.play(server.url("/track"));
+        QTRY_VERIFY(rig.heard.contains("next"));
+        QCOMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", QStringLiteral("total %1").arg(total),
+                                         "eof", "next"}));
+        QCOMPARE(rig.state(), 4);
+        QCOMPARE(rig.buffer().ui4_start, quint32(total) * 1000);
+        QCOMPARE(rig.buffer().ui4_end, quint32(total) * 1000);
+        QCOMPARE(rig.buffer().ui4_amount, 0u);
+    }
 
-void PlaybackContractTest::aGoodTrackIsToldInOrder()
-{
-    QFETCH(QByteArray, body);
-    QFETCH(int, total);
-    MediaServer server;
-    server.serve("/track", {.body = body, .type = "text/plain"}); // what it calls itself does not matter
-    PlaybackRig rig("fakesink sync=false");
-    rig.play(server.url("/track"));
-    QTRY_VERIFY(rig.heard.contains("next"));
-    QCOMPARE(rig.heard,
-             (QStringList{"stop", "url", "result 0", "play", QStringLiteral("total %1").arg(total), "eof", "next"}));
-    QCOMPARE(rig.state(), 4);
-    QCOMPARE(rig.buffer().ui4_start, quint32(total) * 1000);
-    QCOMPARE(rig.buffer().ui4_end, quint32(total) * 1000);
-    QCOMPARE(rig.buffer().ui4_amount, 0u);
-}
+    void aTrackTakesItsTimeAndAllOfItReachesTheSink()
+    {
+        const std::tuple<QByteArray, int, QList<int>> cases[] = {
+            {mediasample::wav(2600), 2600, QList<int>{0, 1, 2}},       // WAV
+            {mediasample::file("xing-400ms.mp3"), 400, QList<int>{0}}, // MP3
+        };
+        for (const auto &[body, ms, seconds] : cases) {
+            MediaServer server;
+            server.serve("/track", {.body = body});
+            PlaybackRig rig;
+            const double before = audioSecondsRendered();
+            QElapsedTimer clock;
+            rig.play(server.url("/track"));
+            QTRY_VERIFY(rig.heard.contains("play"));
+            clock.start();
+            QCOMPARE(rig.state(), 5);
+            QCOMPARE(netcommon::statistics::playbackState(), 5);
+            QTRY_VERIFY(rig.heard.contains("next"));
+            QVERIFY2(clock.elapsed() > ms - 100 && clock.elapsed() < ms + 2000,
+                     qPrintable(QString::number(clock.elapsed())));
+            const double heard = audioSecondsRendered() - before;
+            QVERIFY2(qAbs(heard - ms / 1000.0) < 0.1, qPrintable(QString::number(heard)));
+            QCOMPARE(rig.seconds, seconds);
+        }
+    }
 
-void PlaybackContractTest::aTrackTakesItsTimeAndAllOfItReachesTheSink_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<int>("ms");
-    QTest::addColumn<QList<int>>("seconds");
-    QTest::newRow("WAV") << mediasample::wav(2600) << 2600 << QList<int>{0, 1, 2};
-    QTest::newRow("MP3") << mediasample::file("xing-400ms.mp3") << 400 << QList<int>{0};
-}
+    void whatCannotBePlayedIsMinusOneOnce_data()
+    {
+        QTest::addColumn<MediaFile>("file");
+        const auto row = [](const char *name, const MediaFile &file) { QTest::newRow(name) << file; };
+        row("not found", {.body = "no", .status = 404});
+        row("forbidden", {.body = "no", .status = 403});
+        row("server's trouble", {.body = "no", .status = 500});
+        row("empty", {});
+        row("a page", {.body = Page});
+        row("a picture", {.body = picture()});
+        row("noise", {.body = garbage()});
+        row("a list of other addresses",
+            {.body = "#EXTM3U\n#EXT-X-TARGETDURATION:5\n#EXTINF:5,\nfile:///etc/hostname\n"});
+        row("called audio, but a score", {.body = score()});
+        row("the same behind a tag",
+            {.body = QByteArray("ID3\x03\0\0\0\0\0\x0a", 10) + QByteArray(10, '\0') + score()});
+        row("the first 100 bytes of an MP3", {.body = mediasample::file("xing-2600ms.mp3").left(100)});
+        row("the header of a WAV", {.body = mediasample::wav(1000).left(mediasample::WavHeader)});
+        row("reset at every request", {.body = mediasample::wav(1000), .cutAt = {0, 0, 0, 0}});
+    }
 
-void PlaybackContractTest::aTrackTakesItsTimeAndAllOfItReachesTheSink()
-{
-    QFETCH(QByteArray, body);
-    QFETCH(int, ms);
-    MediaServer server;
-    server.serve("/track", {.body = body});
-    PlaybackRig rig;
-    const double before = audioSecondsRendered();
-    QElapsedTimer clock;
-    rig.play(server.url("/track"));
-    QTRY_VERIFY(rig.heard.contains("play"));
-    clock.start();
-    QCOMPARE(rig.state(), 5);
-    QCOMPARE(netcommon::statistics::playbackState(), 5);
-    QTRY_VERIFY(rig.heard.contains("next"));
-    QVERIFY2(clock.elapsed() > ms - 100 && clock.elapsed() < ms + 2000, qPrintable(QString::number(clock.elapsed())));
-    const double heard = audioSecondsRendered() - before;
-    QVERIFY2(qAbs(heard - ms / 1000.0) < 0.1, qPrintable(QString::number(heard)));
-    QTEST(rig.seconds, "seconds");
-}
+    void whatCannotBePlayedIsMinusOneOnce()
+    {
+        QFETCH(MediaFile, file);
+        MediaServer server;
+        server.serve("/bad", file);
+        server.serve("/good", {.body = mediasample::wav(400)});
+        PlaybackRig rig;
+        rig.play(server.url("/bad"));
+        QElapsedTimer clock;
+        clock.start();
+        QTRY_VERIFY(rig.heard.contains("result -1"));
+        QVERIFY2(clock.elapsed() < 4000, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(rig.state(), 4);
+        QCOMPARE(rig.buffer().ui4_end, 0u);
+        QTest::qWait(200); // a second result would come at once
+        QCOMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
+        rig.play(server.url("/good"));
+        QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 0", "eof", "next"}));
+    }
 
-void PlaybackContractTest::whatCannotBePlayedIsMinusOneOnce_data()
-{
-    QTest::addColumn<MediaFile>("file");
-    const auto row = [](const char *name, const MediaFile &file) { QTest::newRow(name) << file; };
-    row("not found", {.body = "no", .status = 404});
-    row("forbidden", {.body = "no", .status = 403});
-    row("server's trouble", {.body = "no", .status = 500});
-    row("empty", {});
-    row("a page", {.body = Page});
-    row("a picture", {.body = picture()});
-    row("noise", {.body = garbage()});
-    row("a list of other addresses", {.body = "#EXTM3U\n#EXT-X-TARGETDURATION:5\n#EXTINF:5,\nfile:///etc/hostname\n"});
-    row("called audio, but a score", {.body = score()});
-    row("the same behind a tag", {.body = QByteArray("ID3\x03\0\0\0\0\0\x0a", 10) + QByteArray(10, '\0') + score()});
-    row("the first 100 bytes of an MP3", {.body = mediasample::file("xing-2600ms.mp3").left(100)});
-    row("the header of a WAV", {.body = mediasample::wav(1000).left(mediasample::WavHeader)});
-    row("reset at every request", {.body = mediasample::wav(1000), .cutAt = {0, 0, 0, 0}});
-}
+    void anAddressWithoutStartIsIgnored()
+    {
+        MediaServer server;
+        server.serve("/track", {.body = mediasample::wav(400)});
+        PlaybackRig rig;
+        QByteArray url = server.url("/track");
+        rig.thread.setAudioUrl(url.data());
+        rig.command(PLAYBACK_TYPE_STOP);
+        rig.thread.setAudioUrl(url.data());
+        rig.command(PLAYBACK_TYPE_STOP); // its answer comes after anything that came before
+        QTRY_COMPARE(rig.count("stop"), 2);
+        QCOMPARE(rig.heard, (QStringList{"stop", "stop"}));
+        QVERIFY(server.requests("/track").isEmpty());
+    }
 
-void PlaybackContractTest::whatCannotBePlayedIsMinusOneOnce()
-{
-    QFETCH(MediaFile, file);
-    MediaServer server;
-    server.serve("/bad", file);
-    server.serve("/good", {.body = mediasample::wav(400)});
-    PlaybackRig rig;
-    rig.play(server.url("/bad"));
-    QElapsedTimer clock;
-    clock.start();
-    QTRY_VERIFY(rig.heard.contains("result -1"));
-    QVERIFY2(clock.elapsed() < 4000, qPrintable(QString::number(clock.elapsed())));
-    QCOMPARE(rig.state(), 4);
-    QCOMPARE(rig.buffer().ui4_end, 0u);
-    QTest::qWait(200); // a second result would come at once
-    QCOMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
-    rig.play(server.url("/good"));
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 0", "eof", "next"}));
-}
-
-void PlaybackContractTest::anAddressWithoutStartIsIgnored()
-{
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::wav(400)});
-    PlaybackRig rig;
-    QByteArray url = server.url("/track");
-    rig.thread.setAudioUrl(url.data());
-    rig.command(PLAYBACK_TYPE_STOP);
-    rig.thread.setAudioUrl(url.data());
-    rig.command(PLAYBACK_TYPE_STOP); // its answer comes after anything that came before
-    QTRY_COMPARE(rig.count("stop"), 2);
-    QCOMPARE(rig.heard, (QStringList{"stop", "stop"}));
-    QVERIFY(server.requests("/track").isEmpty());
-}
-
-void PlaybackContractTest::anAddressIsGoodForOneTrack()
-{
-    MediaServer server;
-    server.serve("/first", {.body = mediasample::wav(400)});
-    server.serve("/second", {.body = mediasample::wav(400)});
-    PlaybackRig rig;
-    rig.play(server.url("/first"));
-    QByteArray second = server.url("/second");
-    rig.thread.setAudioUrl(second.data());
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 0", "eof", "next"}));
-    QVERIFY(server.requests("/second").isEmpty());
-}
-
-void PlaybackContractTest::redirectsAreFollowedOnTheWebOnly()
-{
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::wav(400)});
-    server.serve("/moved", {.status = 302, .location = server.url("/track")});
-    server.serve("/local", {.status = 302, .location = "file:///etc/hostname"});
-    PlaybackRig rig;
-    rig.play(server.url("/moved"));
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 0", "eof", "next"}));
-    rig.play(server.url("/local"));
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
-    for (const char *const refused : {"file:///etc/hostname", "ftp://127.0.0.1/a", "nonsense", ""}) {
-        rig.play(refused);
+    void redirectsAreFollowedOnTheWebOnly()
+    {
+        MediaServer server;
+        server.serve("/track", {.body = mediasample::wav(400)});
+        server.serve("/moved", {.status = 302, .location = server.url("/track")});
+        server.serve("/local", {.status = 302, .location = "file:///etc/hostname"});
+        PlaybackRig rig;
+        rig.play(server.url("/moved"));
+        QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 0", "eof", "next"}));
+        rig.play(server.url("/local"));
+        QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
+        for (const char *const refused : {"file:///etc/hostname", "ftp://127.0.0.1/a", "nonsense", ""}) {
+            rig.play(refused);
+            QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
+        }
+        rig.play(MediaServer::refusedUrl());
         QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
     }
-    rig.play(MediaServer::refusedUrl());
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
-}
 
-void PlaybackContractTest::pauseAndResumeAreToldOncePerChange()
-{
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::wav(1500)});
-    PlaybackRig rig;
-    rig.command(PLAYBACK_TYPE_PAUSE); // nothing to pause
-    rig.play(server.url("/track"));
-    QTRY_VERIFY(rig.heard.contains("eof"));
-    rig.command(PLAYBACK_TYPE_PAUSE);
-    rig.command(PLAYBACK_TYPE_PAUSE);
-    QTRY_COMPARE(rig.state(), 6);
-    QTest::qWait(250);
-    const auto paused = rig.buffer();
-    QTest::qWait(400);
-    QCOMPARE(rig.buffer().ui4_start, paused.ui4_start); // the clock stands
-    rig.command(PLAYBACK_TYPE_RESUME);
-    rig.command(PLAYBACK_TYPE_RESUME);
-    QTRY_COMPARE(rig.state(), 5);
-    QTRY_VERIFY(rig.heard.contains("next"));
-    QCOMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 1", "eof", "pause", "play", "next"}));
-}
-
-void PlaybackContractTest::aPauseBeforeTheResultIsRemembered()
-{
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::wav(400)});
-    PlaybackRig rig;
-    rig.play(server.url("/track"));
-    rig.command(PLAYBACK_TYPE_PAUSE);
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "pause", "total 0", "eof"}));
-    QCOMPARE(rig.state(), 6);
-    rig.command(PLAYBACK_TYPE_RESUME);
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "pause", "total 0", "eof", "play", "next"}));
-}
-
-void PlaybackContractTest::stopIsToldEachTimeAndForgetsTheTrack()
-{
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::wav(60000)});
-    PlaybackRig rig;
-    rig.play(server.url("/track"));
-    QTRY_VERIFY(rig.heard.contains("eof"));
-    QTRY_VERIFY(rig.buffer().ui4_amount > 0);
-    rig.command(PLAYBACK_TYPE_STOP);
-    QCOMPARE(rig.state(), 4); // at once: the command has replaced the track
-    QCOMPARE(rig.buffer().ui4_end, 0u);
-    rig.command(PLAYBACK_TYPE_STOP);
-    rig.command(PLAYBACK_TYPE_RESUME); // there is nothing to resume
-    rig.command(PLAYBACK_TYPE_STOP);
-    QTRY_COMPARE(rig.count("stop"), 4);
-    QCOMPARE(rig.heard.mid(6), (QStringList{"stop", "stop", "stop"}));
-    QCOMPARE(rig.state(), 4);
-}
-
-// The queries that a FLAC parser sends down wait behind the frames for ever if the queue lets them in.
-void PlaybackContractTest::aTrackPausedAtOnceIsStillReceivedWhole()
-{
-    for (const char *const name : {"flac-2600ms.flac", "bare-2600ms.mp3"}) {
+    void pauseAndResumeAreToldOncePerChange()
+    {
         MediaServer server;
-        server.serve("/track", {.body = mediasample::file(name), .bytesPerSecond = 60000});
+        server.serve("/track", {.body = mediasample::wav(1500)});
+        PlaybackRig rig;
+        rig.command(PLAYBACK_TYPE_PAUSE); // nothing to pause
+        rig.play(server.url("/track"));
+        QTRY_VERIFY(rig.heard.contains("eof"));
+        rig.command(PLAYBACK_TYPE_PAUSE);
+        rig.command(PLAYBACK_TYPE_PAUSE);
+        QTRY_COMPARE(rig.state(), 6);
+        QTest::qWait(250);
+        const auto paused = rig.buffer();
+        QTest::qWait(400);
+        QCOMPARE(rig.buffer().ui4_start, paused.ui4_start); // the clock stands
+        rig.command(PLAYBACK_TYPE_RESUME);
+        rig.command(PLAYBACK_TYPE_RESUME);
+        QTRY_COMPARE(rig.state(), 5);
+        QTRY_VERIFY(rig.heard.contains("next"));
+        QCOMPARE(rig.heard,
+                 (QStringList{"stop", "url", "result 0", "play", "total 1", "eof", "pause", "play", "next"}));
+    }
+
+    void aPauseBeforeTheResultIsRemembered()
+    {
+        MediaServer server;
+        server.serve("/track", {.body = mediasample::wav(400)});
         PlaybackRig rig;
         rig.play(server.url("/track"));
         rig.command(PLAYBACK_TYPE_PAUSE);
-        QTRY_VERIFY2(rig.heard.contains("eof"), name);
+        QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "pause", "total 0", "eof"}));
         QCOMPARE(rig.state(), 6);
+        rig.command(PLAYBACK_TYPE_RESUME);
+        QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "pause", "total 0", "eof", "play", "next"}));
     }
-}
 
-void PlaybackContractTest::theBufferEndIsExactWhenTheServerStandsStill()
-{
-    MediaServer server;
-    const QByteArray wav = mediasample::wav(8000);
-    server.serve("/track", {.body = wav, .cutAt = {mediasample::WavHeader + 8 * 5000}, .cut = MediaFile::Stall});
-    PlaybackRig rig;
-    rig.play(server.url("/track"));
-    rig.command(PLAYBACK_TYPE_PAUSE);
-    QTRY_VERIFY(rig.heard.contains("result 0"));
-    // wavparse hands on whole blocks; what it still holds is less than one.
-    QTRY_VERIFY2(rig.buffer().ui4_end <= 5000 && rig.buffer().ui4_end > 4400,
-                 qPrintable(QString::number(rig.buffer().ui4_end)));
-    QVERIFY(!rig.heard.contains("eof"));
-}
+    void stopIsToldEachTimeAndForgetsTheTrack()
+    {
+        MediaServer server;
+        server.serve("/track", {.body = mediasample::wav(15000)});
+        PlaybackRig rig;
+        rig.play(server.url("/track"));
+        QTRY_VERIFY(rig.heard.contains("eof"));
+        QTRY_VERIFY(rig.buffer().ui4_amount > 0);
+        rig.command(PLAYBACK_TYPE_STOP);
+        QCOMPARE(rig.state(), 4); // at once: the command has replaced the track
+        QCOMPARE(rig.buffer().ui4_end, 0u);
+        rig.command(PLAYBACK_TYPE_STOP);
+        rig.command(PLAYBACK_TYPE_RESUME); // there is nothing to resume
+        rig.command(PLAYBACK_TYPE_STOP);
+        QTRY_COMPARE(rig.count("stop"), 4);
+        QCOMPARE(rig.heard.mid(6), (QStringList{"stop", "stop", "stop"}));
+        QCOMPARE(rig.state(), 4);
+    }
 
-void PlaybackContractTest::aLostSinkIsReplacedWhereItWas()
-{
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::file("xing-2600ms.mp3")});
-    // The element in front of the sink breaks after 1.3 s, as a device does that is unplugged.
-    PlaybackRig rig("identity error-after=50 ! fakesink sync=true");
-    QElapsedTimer clock;
-    clock.start();
-    const double before = audioSecondsRendered();
-    rig.play(server.url("/track"));
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 2", "eof", "next"}));
-    const double heard = audioSecondsRendered() - before;
-    QVERIFY2(qAbs(heard - 2.6) < 0.3, qPrintable(QString::number(heard))); // little twice, little lost
-    QVERIFY2(clock.elapsed() > 2500, qPrintable(QString::number(clock.elapsed())));
-    QCOMPARE(rig.seconds, (QList<int>{0, 1, 2}));
-    QCOMPARE(server.requests("/track").size(), 2); // it was really rebuilt
-}
+    // The queries that a FLAC parser sends down wait behind the frames for ever if the queue lets them in.
+    void aTrackPausedAtOnceIsStillReceivedWhole()
+    {
+        for (const char *const name : {"flac-2600ms.flac", "bare-2600ms.mp3"}) {
+            MediaServer server;
+            server.serve("/track", {.body = mediasample::file(name), .bytesPerSecond = 60000});
+            PlaybackRig rig;
+            rig.play(server.url("/track"));
+            rig.command(PLAYBACK_TYPE_PAUSE);
+            QTRY_VERIFY2(rig.heard.contains("eof"), name);
+            QCOMPARE(rig.state(), 6);
+        }
+    }
 
-void PlaybackContractTest::aSinkThatDoesNotExistIsMinusTwo()
-{
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::wav(400)});
-    PlaybackRig rig("nosuchsink");
-    rig.play(server.url("/track"));
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -2"}));
-    QCOMPARE(rig.state(), 4);
-}
+    void theBufferEndIsExactWhenTheServerStandsStill()
+    {
+        MediaServer server;
+        const QByteArray wav = mediasample::wav(8000);
+        server.serve("/track", {.body = wav, .cutAt = {mediasample::WavHeader + 8 * 5000}, .cut = MediaFile::Stall});
+        PlaybackRig rig;
+        rig.play(server.url("/track"));
+        rig.command(PLAYBACK_TYPE_PAUSE);
+        QTRY_VERIFY(rig.heard.contains("result 0"));
+        // wavparse hands on whole blocks; what it still holds is less than one.
+        QTRY_VERIFY2(rig.buffer().ui4_end <= 5000 && rig.buffer().ui4_end > 4400,
+                     qPrintable(QString::number(rig.buffer().ui4_end)));
+        QVERIFY(!rig.heard.contains("eof"));
+    }
 
-void PlaybackContractTest::recognisedAudioWithoutADecoderIsMinusTwo()
-{
-    gst_init(nullptr, nullptr);
-    GstPluginFeature *const decoder = gst_registry_lookup_feature(gst_registry_get(), "flacdec");
-    QVERIFY(decoder);
-    const guint rank = gst_plugin_feature_get_rank(decoder);
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::file("flac-2600ms.flac")});
-    PlaybackRig rig("fakesink sync=false");
-    gst_plugin_feature_set_rank(decoder, GST_RANK_NONE);
-    rig.play(server.url("/track"));
-    const bool answered = QTest::qWaitFor([&] { return rig.heard.size() >= 3; });
-    const QStringList heard = rig.heard;
-    gst_plugin_feature_set_rank(decoder, rank);
-    gst_object_unref(decoder);
-    QVERIFY(answered);
-    QCOMPARE(heard, (QStringList{"stop", "url", "result -2"}));
-    rig.play(server.url("/track")); // and with it, it plays
-    QTRY_VERIFY(rig.heard.contains("next"));
-}
+    void aLostSinkIsReplacedWhereItWas()
+    {
+        MediaServer server;
+        server.serve("/track", {.body = mediasample::file("xing-2600ms.mp3")});
+        // The element in front of the sink breaks after 1.3 s, as a device does that is unplugged.
+        PlaybackRig rig("identity error-after=50 ! fakesink sync=true");
+        QElapsedTimer clock;
+        clock.start();
+        const double before = audioSecondsRendered();
+        rig.play(server.url("/track"));
+        QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 2", "eof", "next"}));
+        const double heard = audioSecondsRendered() - before;
+        QVERIFY2(qAbs(heard - 2.6) < 0.3, qPrintable(QString::number(heard))); // little twice, little lost
+        QVERIFY2(clock.elapsed() > 2500, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(rig.seconds, (QList<int>{0, 1, 2}));
+        QCOMPARE(server.requests("/track").size(), 2); // it was really rebuilt
+    }
 
-void PlaybackContractTest::withoutASoundCardTheDefaultSinkPlaysInRealTime()
-{
-    if (QFile::exists(QStringLiteral("/dev/snd")) || qEnvironmentVariableIsSet("PULSE_SERVER"))
-        QSKIP("this machine has a sound card; the test would be heard");
-    MediaServer server;
-    server.serve("/track", {.body = mediasample::wav(1200)});
-    PlaybackRig rig("");
-    QElapsedTimer clock;
-    clock.start();
-    rig.play(server.url("/track"));
-    QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 1", "eof", "next"}));
-    QVERIFY2(clock.elapsed() >= 1150, qPrintable(QString::number(clock.elapsed())));
-}
+    void recognisedAudioWithoutADecoderIsMinusTwo()
+    {
+        gst_init(nullptr, nullptr);
+        GstPluginFeature *const decoder = gst_registry_lookup_feature(gst_registry_get(), "flacdec");
+        QVERIFY(decoder);
+        const guint rank = gst_plugin_feature_get_rank(decoder);
+        MediaServer server;
+        server.serve("/track", {.body = mediasample::file("flac-2600ms.flac")});
+        PlaybackRig rig("fakesink sync=false");
+        gst_plugin_feature_set_rank(decoder, GST_RANK_NONE);
+        rig.play(server.url("/track"));
+        const bool answered = QTest::qWaitFor([&] { return rig.heard.size() >= 3; });
+        const QStringList heard = rig.heard;
+        gst_plugin_feature_set_rank(decoder, rank);
+        gst_object_unref(decoder);
+        QVERIFY(answered);
+        QCOMPARE(heard, (QStringList{"stop", "url", "result -2"}));
+        rig.play(server.url("/track")); // and with it, it plays
+        QTRY_VERIFY(rig.heard.contains("next"));
+    }
+
+    void withoutASoundCardTheDefaultSinkPlaysInRealTime()
+    {
+        if (QFile::exists(QStringLiteral("/dev/snd")) || qEnvironmentVariableIsSet("PULSE_SERVER"))
+            QSKIP("this machine has a sound card; the test would be heard");
+        MediaServer server;
+        server.serve("/track", {.body = mediasample::wav(1200)});
+        PlaybackRig rig("");
+        QElapsedTimer clock;
+        clock.start();
+        rig.play(server.url("/track"));
+        QTRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 1", "eof", "next"}));
+        QVERIFY2(clock.elapsed() >= 1150, qPrintable(QString::number(clock.elapsed())));
+    }
+};
 
 QTEST_GUILESS_MAIN(PlaybackContractTest)
 #include "playback_contract_test.moc"

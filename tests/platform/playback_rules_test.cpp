@@ -9,24 +9,6 @@
 
 using namespace netcommon;
 
-class PlaybackRulesTest : public QObject {
-    Q_OBJECT
-private slots:
-    void reportsComeInTheScreensOrder_data();
-    void reportsComeInTheScreensOrder();
-    void bufferSnapshots_data();
-    void bufferSnapshots();
-    void anEndedTrackShowsTheReportedTotal();
-    void theSinkIsHeldBetweenItsTwoLines();
-    void answersOfAServer_data();
-    void answersOfAServer();
-    void retriesSlowDownAndOnlyTheFirstContactIsCounted();
-    void onlyWebAddressesAreOpened_data();
-    void onlyWebAddressesAreOpened();
-    void redirectsStayOnTheWebAndNeverGetLessSafe_data();
-    void redirectsStayOnTheWebAndNeverGetLessSafe();
-};
-
 namespace {
 
 // Facts, as letters: t taken, p prerolled, 1 failed(-1), 2 failed(-2), P pause, R resume, T total 12 s, 5 position 5 s,
@@ -89,198 +71,185 @@ QString reports(const char *facts)
 
 } // namespace
 
-void PlaybackRulesTest::reportsComeInTheScreensOrder_data()
-{
-    QTest::addColumn<QByteArray>("facts");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, const char *facts, const char *expected) {
-        QTest::newRow(name) << QByteArray(facts) << expected;
-    };
-    row("a good track", "tpTEN", "url result0 play total12 eof next =4");
-    row("all bytes before the result", "tETpN", "url result0 play total12 eof next =4");
-    row("total before the result is told after it", "tTp", "url result0 play total12 =5");
-    row("the end without the file's end reports both", "tpN", "url result0 play eof next =4");
-    row("the end before the beginning is nothing", "tN", "url =4");
-    row("paused before the result", "tPp", "url result0 pause =6");
-    row("paused and resumed before the result", "tPRp", "url result0 play =5");
-    row("paused before the address", "Ptp", "url result0 pause =6");
-    row("pausing twice is one pause", "tpPP", "url result0 play pause =6");
-    row("resuming what plays says nothing", "tpR", "url result0 play =5");
-    row("pause and resume", "tpPR", "url result0 play pause play =5");
-    row("a bad address", "t1", "url result-1 =4");
-    row("failing twice is one result", "t112", "url result-1 =4");
-    row("nothing after a failure", "t1pTE5lNP", "url result-1 =4");
-    row("nothing can be played", "t2", "url result-2 =4");
-    row("broken in the middle", "tp1EN", "url result0 play result-1 =4");
-    row("the total is told once", "tpTT", "url result0 play total12 =5");
-    row("a second is told once, with its percentage", "tpT55", "url result0 play total12 time5 percent41 =5");
-    row("no percentage without a total", "tp5", "url result0 play time5 =5");
-    row("the low line is told when crossed", "tphllhhl", "url result0 play low1 low0 low1 =5");
-    row("beginning low is no news", "tpllh", "url result0 play =5");
-    row("what is all here is never low", "tphlElll", "url result0 play low1 eof low0 =5");
-    row("no position before the result", "t5l", "url =4");
-    row("taken twice is one address", "ttp", "url result0 play =5");
-}
+class PlaybackRulesTest : public QObject {
+    Q_OBJECT
+private slots:
+    void reportsComeInTheScreensOrder_data()
+    {
+        QTest::addColumn<QByteArray>("facts");
+        QTest::addColumn<QString>("expected");
+        const auto row = [](const char *name, const char *facts, const char *expected) {
+            QTest::newRow(name) << QByteArray(facts) << expected;
+        };
+        row("a good track", "tpTEN", "url result0 play total12 eof next =4");
+        row("all bytes before the result", "tETpN", "url result0 play total12 eof next =4");
+        row("total before the result is told after it", "tTp", "url result0 play total12 =5");
+        row("the end without the file's end reports both", "tpN", "url result0 play eof next =4");
+        row("the end before the beginning is nothing", "tN", "url =4");
+        row("paused before the result", "tPp", "url result0 pause =6");
+        row("paused and resumed before the result", "tPRp", "url result0 play =5");
+        row("paused before the address", "Ptp", "url result0 pause =6");
+        row("pausing twice is one pause", "tpPP", "url result0 play pause =6");
+        row("resuming what plays says nothing", "tpR", "url result0 play =5");
+        row("pause and resume", "tpPR", "url result0 play pause play =5");
+        row("a bad address", "t1", "url result-1 =4");
+        row("failing twice is one result", "t112", "url result-1 =4");
+        row("nothing after a failure", "t1pTE5lNP", "url result-1 =4");
+        row("nothing can be played", "t2", "url result-2 =4");
+        row("broken in the middle", "tp1EN", "url result0 play result-1 =4");
+        row("the total is told once", "tpTT", "url result0 play total12 =5");
+        row("a second is told once, with its percentage", "tpT55", "url result0 play total12 time5 percent41 =5");
+        row("no percentage without a total", "tp5", "url result0 play time5 =5");
+        row("the low line is told when crossed", "tphllhhl", "url result0 play low1 low0 low1 =5");
+        row("beginning low is no news", "tpllh", "url result0 play =5");
+        row("what is all here is never low", "tphlElll", "url result0 play low1 eof low0 =5");
+        row("no position before the result", "t5l", "url =4");
+        row("taken twice is one address", "ttp", "url result0 play =5");
+    }
 
-void PlaybackRulesTest::reportsComeInTheScreensOrder()
-{
-    QFETCH(QByteArray, facts);
-    QFETCH(QString, expected);
-    QCOMPARE(reports(facts.constData()), expected);
-}
+    void reportsComeInTheScreensOrder()
+    {
+        QFETCH(QByteArray, facts);
+        QFETCH(QString, expected);
+        QCOMPARE(reports(facts.constData()), expected);
+    }
 
-void PlaybackRulesTest::bufferSnapshots_data()
-{
-    QTest::addColumn<qint64>("position");
-    QTest::addColumn<qint64>("end");
-    QTest::addColumn<qint64>("length");
-    QTest::addColumn<bool>("received");
-    QTest::addColumn<uint>("start");
-    QTest::addColumn<uint>("stop");
-    QTest::newRow("ordinary") << 1000LL << 5000LL << 40700LL << false << 1000u << 5000u;
-    QTest::newRow("nothing yet") << 0LL << 0LL << -1LL << false << 0u << 0u;
-    QTest::newRow("the clock ran ahead of the data") << 5200LL << 5000LL << -1LL << false << 5000u << 5000u;
-    QTest::newRow("the last frame is cut to the length") << 40000LL << 40751LL << 40700LL << true << 40000u << 40700u;
-    QTest::newRow("a length far off is not believed") << 9000LL << 40000LL << 10000LL << false << 9000u << 40000u;
-    QTest::newRow("all here and all heard, but not ended") << 5000LL << 5000LL << -1LL << true << 4999u << 5000u;
-    QTest::newRow("all here, empty") << 0LL << 0LL << -1LL << true << 0u << 1u;
-}
+    void bufferSnapshots()
+    {
+        const std::tuple<qint64, qint64, qint64, bool, uint, uint> cases[] = {
+            {1000LL, 5000LL, 40700LL, false, 1000u, 5000u},    // ordinary
+            {0LL, 0LL, -1LL, false, 0u, 0u},                   // nothing yet
+            {5200LL, 5000LL, -1LL, false, 5000u, 5000u},       // the clock ran ahead of the data
+            {40000LL, 40751LL, 40700LL, true, 40000u, 40700u}, // the last frame is cut to the length
+            {9000LL, 40000LL, 10000LL, false, 9000u, 40000u},  // a length far off is not believed
+            {5000LL, 5000LL, -1LL, true, 4999u, 5000u},        // all here and all heard, but not ended
+            {0LL, 0LL, -1LL, true, 0u, 1u},                    // all here, empty
+        };
+        for (const auto &[position, end, length, received, start, stop] : cases) {
+            const auto status = bufferStatus({position, end, length, received});
+            QCOMPARE(uint(status.ui4_start), start);
+            QCOMPARE(uint(status.ui4_end), stop);
+            QCOMPARE(status.ui4_amount, status.ui4_end - status.ui4_start);
+        }
+    }
 
-void PlaybackRulesTest::bufferSnapshots()
-{
-    QFETCH(qint64, position);
-    QFETCH(qint64, end);
-    QFETCH(qint64, length);
-    QFETCH(bool, received);
-    const auto status = bufferStatus({position, end, length, received});
-    QTEST(uint(status.ui4_start), "start");
-    QTEST(uint(status.ui4_end), "stop");
-    QCOMPARE(status.ui4_amount, status.ui4_end - status.ui4_start);
-}
+    void theSinkIsHeldBetweenItsTwoLines()
+    {
+        QVERIFY(!mustHold(false, 300, false));
+        QVERIFY(mustHold(false, 299, false));
+        QVERIFY(mustHold(true, 1000, false));
+        QVERIFY(!mustHold(true, 1001, false));
+        QVERIFY(!mustHold(true, 10, true));
+        QVERIFY(!mustHold(false, 10, true));
+    }
 
-void PlaybackRulesTest::anEndedTrackShowsTheReportedTotal()
-{
-    const auto status = bufferStatusAtEnd(12);
-    QCOMPARE(status.ui4_start, 12000u);
-    QCOMPARE(status.ui4_end, 12000u);
-    QCOMPARE(status.ui4_amount, 0u);
-}
+    void answersOfAServer_data()
+    {
+        QTest::addColumn<FetchProgress>("progress");
+        QTest::addColumn<FetchResponse>("response");
+        QTest::addColumn<int>("action");
+        QTest::addColumn<qint64>("skip");
+        QTest::addColumn<qint64>("length");
+        const auto row = [](const char *name, const FetchProgress &p, const FetchResponse &r, FetchAction a,
+                            qint64 skip = 0,
+                            qint64 length = -1) { QTest::newRow(name) << p << r << int(a) << skip << length; };
+        const FetchProgress none;
+        const FetchProgress half{500, 1000, "\"a\""};
+        row("a file", none, {200, 1000, "", "\"a\""}, FetchAction::Deliver, 0, 1000);
+        row("a file of unknown length", none, {200, -1, "", ""}, FetchAction::Deliver, 0, -1);
+        row("the rest", half, {206, 500, "bytes 500-999/1000", "\"a\""}, FetchAction::Deliver, 0, 1000);
+        row("a little more than the rest", half, {206, 600, "bytes 400-999/1000", ""}, FetchAction::Deliver, 100, 1000);
+        row("the rest of a file of unknown length", half, {206, 500, "bytes 500-999/*", ""}, FetchAction::Deliver, 0,
+            -1);
+        row("less than the rest", half, {206, 400, "bytes 600-999/1000", ""}, FetchAction::Refused);
+        row("a range without saying which", half, {206, 500, "", ""}, FetchAction::Retry);
+        row("no ranges here: from the start", half, {200, 1000, "", "\"a\""}, FetchAction::Deliver, 500, 1000);
+        row("another file by its tag", half, {200, 1000, "", "\"b\""}, FetchAction::Refused);
+        row("another file by its length", half, {200, 999, "", ""}, FetchAction::Refused);
+        row("another file in a range", half, {206, 400, "bytes 500-899/900", ""}, FetchAction::Refused);
+        row("nothing behind the end, all here", {1000, 1000, ""}, {416, -1, "", ""}, FetchAction::Complete);
+        row("nothing behind the end, length unknown", {1000, -1, ""}, {416, -1, "", ""}, FetchAction::Complete);
+        row("the file became shorter", half, {416, -1, "", ""}, FetchAction::Refused);
+        row("gone", none, {404, -1, "", ""}, FetchAction::Refused);
+        row("gone in the middle", half, {410, -1, "", ""}, FetchAction::Refused);
+        row("server's trouble", none, {500, -1, "", ""}, FetchAction::Retry);
+        row("too many requests", half, {429, -1, "", ""}, FetchAction::Retry);
+        row("elsewhere", none, {302, -1, "", ""}, FetchAction::Redirect);
+        row("no content", none, {204, -1, "", ""}, FetchAction::Refused);
+        row("choices that lead nowhere", none, {300, -1, "", ""}, FetchAction::Refused);
+    }
 
-void PlaybackRulesTest::theSinkIsHeldBetweenItsTwoLines()
-{
-    QVERIFY(!mustHold(false, 300, false));
-    QVERIFY(mustHold(false, 299, false));
-    QVERIFY(mustHold(true, 1000, false));
-    QVERIFY(!mustHold(true, 1001, false));
-    QVERIFY(!mustHold(true, 10, true));
-    QVERIFY(!mustHold(false, 10, true));
-}
+    void answersOfAServer()
+    {
+        QFETCH(FetchProgress, progress);
+        QFETCH(FetchResponse, response);
+        const FetchDecision decision = judgeResponse(progress, response);
+        QTEST(int(decision.action), "action");
+        QTEST(decision.skip, "skip");
+        QTEST(decision.length, "length");
+    }
 
-void PlaybackRulesTest::answersOfAServer_data()
-{
-    QTest::addColumn<FetchProgress>("progress");
-    QTest::addColumn<FetchResponse>("response");
-    QTest::addColumn<int>("action");
-    QTest::addColumn<qint64>("skip");
-    QTest::addColumn<qint64>("length");
-    const auto row = [](const char *name, const FetchProgress &p, const FetchResponse &r, FetchAction a,
-                        qint64 skip = 0,
-                        qint64 length = -1) { QTest::newRow(name) << p << r << int(a) << skip << length; };
-    const FetchProgress none;
-    const FetchProgress half{500, 1000, "\"a\""};
-    row("a file", none, {200, 1000, "", "\"a\""}, FetchAction::Deliver, 0, 1000);
-    row("a file of unknown length", none, {200, -1, "", ""}, FetchAction::Deliver, 0, -1);
-    row("the rest", half, {206, 500, "bytes 500-999/1000", "\"a\""}, FetchAction::Deliver, 0, 1000);
-    row("a little more than the rest", half, {206, 600, "bytes 400-999/1000", ""}, FetchAction::Deliver, 100, 1000);
-    row("the rest of a file of unknown length", half, {206, 500, "bytes 500-999/*", ""}, FetchAction::Deliver, 0, -1);
-    row("less than the rest", half, {206, 400, "bytes 600-999/1000", ""}, FetchAction::Refused);
-    row("a range without saying which", half, {206, 500, "", ""}, FetchAction::Retry);
-    row("no ranges here: from the start", half, {200, 1000, "", "\"a\""}, FetchAction::Deliver, 500, 1000);
-    row("another file by its tag", half, {200, 1000, "", "\"b\""}, FetchAction::Refused);
-    row("another file by its length", half, {200, 999, "", ""}, FetchAction::Refused);
-    row("another file in a range", half, {206, 400, "bytes 500-899/900", ""}, FetchAction::Refused);
-    row("nothing behind the end, all here", {1000, 1000, ""}, {416, -1, "", ""}, FetchAction::Complete);
-    row("nothing behind the end, length unknown", {1000, -1, ""}, {416, -1, "", ""}, FetchAction::Complete);
-    row("the file became shorter", half, {416, -1, "", ""}, FetchAction::Refused);
-    row("gone", none, {404, -1, "", ""}, FetchAction::Refused);
-    row("gone in the middle", half, {410, -1, "", ""}, FetchAction::Refused);
-    row("server's trouble", none, {500, -1, "", ""}, FetchAction::Retry);
-    row("too many requests", half, {429, -1, "", ""}, FetchAction::Retry);
-    row("elsewhere", none, {302, -1, "", ""}, FetchAction::Redirect);
-    row("no content", none, {204, -1, "", ""}, FetchAction::Refused);
-    row("choices that lead nowhere", none, {300, -1, "", ""}, FetchAction::Refused);
-}
+    void retriesSlowDownAndOnlyTheFirstContactIsCounted()
+    {
+        const FetchLimits limits;
+        QList<int> delays;
+        for (int attempts = 1; attempts <= 7; ++attempts)
+            delays << retryDelayMs(limits, attempts);
+        QCOMPARE(delays, (QList<int>{250, 500, 1000, 2000, 4000, 5000, 5000}));
+        QCOMPARE(retryDelayMs(limits, 1000000), 5000);
+        QVERIFY(mayRetry(limits, {}, 1));
+        QVERIFY(!mayRetry(limits, {}, 2));
+        QVERIFY(mayRetry(limits, {1, -1, {}}, 1000));
+        QCOMPARE(strongEtag("\"x\""), QByteArray("\"x\""));
+        QCOMPARE(strongEtag("W/\"x\""), QByteArray());
+    }
 
-void PlaybackRulesTest::answersOfAServer()
-{
-    QFETCH(FetchProgress, progress);
-    QFETCH(FetchResponse, response);
-    const FetchDecision decision = judgeResponse(progress, response);
-    QTEST(int(decision.action), "action");
-    QTEST(decision.skip, "skip");
-    QTEST(decision.length, "length");
-}
+    void onlyWebAddressesAreOpened_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<bool>("opened");
+        const auto row = [](const char *text, bool opened) { QTest::newRow(text) << QByteArray(text) << opened; };
+        row("http://host/a.mp3", true);
+        row("HTTPS://host:8443/a%20b.mp3?x=1", true);
+        row(" http://host/a\n", true);
+        row("file:///etc/hostname", false);
+        row("/etc/hostname", false);
+        row("ftp://host/a", false);
+        row("http:///a", false);
+        row("http://", false);
+        row("", false);
+        row("data:audio/wav;base64,AA", false);
+    }
 
-void PlaybackRulesTest::retriesSlowDownAndOnlyTheFirstContactIsCounted()
-{
-    const FetchLimits limits;
-    QList<int> delays;
-    for (int attempts = 1; attempts <= 7; ++attempts)
-        delays << retryDelayMs(limits, attempts);
-    QCOMPARE(delays, (QList<int>{250, 500, 1000, 2000, 4000, 5000, 5000}));
-    QCOMPARE(retryDelayMs(limits, 1000000), 5000);
-    QVERIFY(mayRetry(limits, {}, 1));
-    QVERIFY(!mayRetry(limits, {}, 2));
-    QVERIFY(mayRetry(limits, {1, -1, {}}, 1000));
-    QCOMPARE(strongEtag("\"x\""), QByteArray("\"x\""));
-    QCOMPARE(strongEtag("W/\"x\""), QByteArray());
-}
+    void onlyWebAddressesAreOpened()
+    {
+        QFETCH(QByteArray, text);
+        QTEST(httpaddress::parse(text).isValid(), "opened");
+    }
 
-void PlaybackRulesTest::onlyWebAddressesAreOpened_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<bool>("opened");
-    const auto row = [](const char *text, bool opened) { QTest::newRow(text) << QByteArray(text) << opened; };
-    row("http://host/a.mp3", true);
-    row("HTTPS://host:8443/a%20b.mp3?x=1", true);
-    row(" http://host/a\n", true);
-    row("file:///etc/hostname", false);
-    row("/etc/hostname", false);
-    row("ftp://host/a", false);
-    row("http:///a", false);
-    row("http://", false);
-    row("", false);
-    row("data:audio/wav;base64,AA", false);
-}
+    void redirectsStayOnTheWebAndNeverGetLessSafe_data()
+    {
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("location");
+        QTest::addColumn<QByteArray>("to");
+        const auto row = [](const char *from, const char *location, const char *to) {
+            QTest::newRow(location) << QByteArray(from) << QByteArray(location) << QByteArray(to);
+        };
+        row("http://a/b/c", "http://x/y", "http://x/y");
+        row("http://a/b/c", "d?e", "http://a/b/d?e");
+        row("http://a/b/c", "https://x/", "https://x/");
+        row("https://a/b", "http://x/less-safe", "");
+        row("http://a/b", "file:///etc/passwd", "");
+        row("http://a/b", "", "");
+    }
 
-void PlaybackRulesTest::onlyWebAddressesAreOpened()
-{
-    QFETCH(QByteArray, text);
-    QTEST(httpaddress::parse(text).isValid(), "opened");
-}
-
-void PlaybackRulesTest::redirectsStayOnTheWebAndNeverGetLessSafe_data()
-{
-    QTest::addColumn<QByteArray>("from");
-    QTest::addColumn<QByteArray>("location");
-    QTest::addColumn<QByteArray>("to");
-    const auto row = [](const char *from, const char *location, const char *to) {
-        QTest::newRow(location) << QByteArray(from) << QByteArray(location) << QByteArray(to);
-    };
-    row("http://a/b/c", "http://x/y", "http://x/y");
-    row("http://a/b/c", "d?e", "http://a/b/d?e");
-    row("http://a/b/c", "https://x/", "https://x/");
-    row("https://a/b", "http://x/less-safe", "");
-    row("http://a/b", "file:///etc/passwd", "");
-    row("http://a/b", "", "");
-}
-
-void PlaybackRulesTest::redirectsStayOnTheWebAndNeverGetLessSafe()
-{
-    QFETCH(QByteArray, from);
-    QFETCH(QByteArray, location);
-    QTEST(httpaddress::redirected(QUrl::fromEncoded(from), location).toEncoded(), "to");
-}
+    void redirectsStayOnTheWebAndNeverGetLessSafe()
+    {
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, location);
+        QTEST(httpaddress::redirected(QUrl::fromEncoded(from), location).toEncoded(), "to");
+    }
+};
 
 QTEST_GUILESS_MAIN(PlaybackRulesTest)
 #include "playback_rules_test.moc"

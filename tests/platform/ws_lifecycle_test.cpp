@@ -109,21 +109,6 @@ private slots:
         }
     }
 
-    void aHandleReleasedTwiceDoesNotTakeTheNextRequestWithIt()
-    {
-        WsFixture ws;
-        QCOMPARE(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
-        const HANDLE_T first = ws.handle;
-        ws.forget(first);
-        QCOMPARE(velmora_ws_release_handle(first), VLM_WS_ERR_OK);
-        for (int i = 0; i < 20; ++i) {
-            QCOMPARE(ws.wait(velmora_ws_sleepSong("u", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
-            QVERIFY(ws.handle != first);
-        }
-        QCOMPARE(velmora_ws_release_handle(first), VLM_WS_ERR_INVALID_ARGUMENT);
-        QCOMPARE(ws.last().params<VLM_WS_TEXT_PARAMS_T>()->text, "u");
-    }
-
     void aRequestUnderWayCannotBeReleased()
     {
         WsFixture ws;

@@ -229,7 +229,7 @@ private slots:
     void everyFunctionHasAnExample()
     {
         QStringList examples = QDir(dataFolder).entryList({"*.json"}, QDir::Files);
-        examples.replaceInStrings(QStringLiteral(".json"), QString());
+        examples.replaceInStrings(".json", QString());
         QStringList functions;
         for (const auto &[name, call] : calls)
             functions += name;

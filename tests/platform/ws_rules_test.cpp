@@ -305,40 +305,33 @@ private slots:
         QCOMPARE(modeOf(folder + "/device"), 0600);
     }
 
-    void damagedStateIsKeptBesideAndRenewed_data()
-    {
-        const QByteArray key(43, 'k');
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArray>("address"); // that is still in use; empty: a new one
-        QTest::addColumn<bool>("isKeyKept");
-        QTest::newRow("empty") << QByteArray() << QByteArray() << false;
-        QTest::newRow("garbage") << QByteArray(9000, '\xf0') << QByteArray() << false;
-        QTest::newRow("cut off in the key")
-            << QByteArray("velmora-ws-state 1\nmac=0A1B2C3D4E5F\nkey=kkk") << QByteArray("0A1B2C3D4E5F") << false;
-        QTest::newRow("no address") << "velmora-ws-state 1\nkey=" + key + '\n' << QByteArray() << true;
-        QTest::newRow("a group's address") << "velmora-ws-state 1\nmac=FFFFFFFFFFFF\nkey=" + key + '\n'
-                                           << QByteArray() << true;
-        QTest::newRow("another header") << "later 2\nmac=0A1B2C3D4E5F\nkey=" + key + '\n'
-                                        << QByteArray("0A1B2C3D4E5F") << true;
-    }
-
+    // that is still in use; empty: a new one
     void damagedStateIsKeptBesideAndRenewed()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(QByteArray, address);
-        QFETCH(bool, isKeyKept);
-        QTemporaryDir root;
-        const QString folder = root.filePath("state");
-        QVERIFY(writeFile(folder + "/device", text));
-        QVERIFY(writeFile(folder + "/device.damaged-1", "older"));
-        const DeviceState state = loadDeviceState(pathOf(folder), {});
-        QCOMPARE(fileText(folder + "/device.damaged-1"), QByteArray("older"));
-        QCOMPARE(fileText(folder + "/device.damaged-2"), text);
-        if (!address.isEmpty())
-            QCOMPARE(hex(state.address), address);
-        QCOMPARE(state.key == SecretText(43, 'k'), isKeyKept);
-        QCOMPARE(loadDeviceState(pathOf(folder), {}).key, state.key);
-        QVERIFY(!QFile::exists(folder + "/device.damaged-3"));
+        const QByteArray key(43, 'k');
+        const std::tuple<QByteArray, QByteArray, bool> cases[] = {
+            {QByteArray(), QByteArray(), false},             // empty
+            {QByteArray(9000, '\xf0'), QByteArray(), false}, // garbage
+            {QByteArray("velmora-ws-state 1\nmac=0A1B2C3D4E5F\nkey=kkk"), QByteArray("0A1B2C3D4E5F"),
+             false},                                                                            // cut off in the key
+            {"velmora-ws-state 1\nkey=" + key + '\n', QByteArray(), true},                      // no address
+            {"velmora-ws-state 1\nmac=FFFFFFFFFFFF\nkey=" + key + '\n', QByteArray(), true},    // a group's address
+            {"later 2\nmac=0A1B2C3D4E5F\nkey=" + key + '\n', QByteArray("0A1B2C3D4E5F"), true}, // another header
+        };
+        for (const auto &[text, address, isKeyKept] : cases) {
+            QTemporaryDir root;
+            const QString folder = root.filePath("state");
+            QVERIFY(writeFile(folder + "/device", text));
+            QVERIFY(writeFile(folder + "/device.damaged-1", "older"));
+            const DeviceState state = loadDeviceState(pathOf(folder), {});
+            QCOMPARE(fileText(folder + "/device.damaged-1"), QByteArray("older"));
+            QCOMPARE(fileText(folder + "/device.damaged-2"), text);
+            if (!address.isEmpty())
+                QCOMPARE(hex(state.address), address);
+            QCOMPARE(state.key == SecretText(43, 'k'), isKeyKept);
+            QCOMPARE(loadDeviceState(pathOf(folder), {}).key, state.key);
+            QVERIFY(!QFile::exists(folder + "/device.damaged-3"));
+        }
     }
 
     void stateThatCannotBeKeptHoldsForTheProcess()

@@ -94,15 +94,6 @@ private slots:
             QCOMPARE(ws.server.seen.at(expected.size() - 2).body["deviceKey"].toString(), deviceKey);
     }
 
-    void aRenewalIsTriedOnce()
-    {
-        WsFixture ws;
-        ws.scriptLogins();
-        ws.server.answer("emailPassword", VLM_WS_ERR_INVALID_AUTH_TOKEN);
-        QCOMPARE(ws.wait(velmora_ws_emailPassword("u", cb, nullptr, &ws.handle)), VLM_WS_ERR_INVALID_AUTH_TOKEN);
-        QCOMPARE(ws.server.functions(), QStringList({"partnerLogin", "emailPassword"}));
-    }
-
     void aRenewalThatFailsIsTheRequestsResult()
     {
         WsFixture ws;
@@ -210,16 +201,6 @@ private slots:
         QVERIFY(ws.waitFor(before + 4));
         QVERIFY2(clock.elapsed() >= 950, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(ws.server.seen.last().body["stationToken"].toString(), "one");
-    }
-
-    void theSessionEndsWithTheLibrary()
-    {
-        WsFixture ws;
-        ws.logIn();
-        QCOMPARE(velmora_ws_uninit(), VLM_WS_ERR_OK);
-        QCOMPARE(velmora_ws_init(), VLM_WS_ERR_OK);
-        QCOMPARE(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
-        QCOMPARE(ws.server.seen.last().token, QByteArray());
     }
 };
 

@@ -15,7 +15,7 @@ const QString page = QStringLiteral("Please go to    http://radio.example/activa
 
 QPointer<InternetRadioDlg> open()
 {
-    auto *dialog = new InternetRadioDlg(deviceactivation::codeLine(QStringLiteral("K7MPQ2XD")), page);
+    auto *dialog = new InternetRadioDlg(deviceactivation::codeLine("K7MPQ2XD"), page);
     dialog->show();
     return dialog;
 }
@@ -45,7 +45,7 @@ private slots:
         QCOMPARE(code(dialog), QStringLiteral("Your activation code is:    K7MPQ2XD"));
         key(dialog, Select);
         QTRY_COMPARE(code(dialog), QStringLiteral("Your activation code is:    NEWCODE9"));
-        QCOMPARE(box.texts(), QStringList(QStringLiteral("Please activate your device to continue.")));
+        QCOMPARE(box.texts(), QStringList("Please activate your device to continue."));
         QCOMPARE(fixture.ws().last(VLM_WS_MSGID_USER_LOGIN).params.at(3).toByteArray(), QByteArray("001A2B3C4D5E-0"));
         QTRY_VERIFY(!dialog->isAnimationShown());
         QTRY_VERIFY(child<QPushButton>(dialog, "okBtn")->hasFocus());
@@ -84,14 +84,14 @@ private slots:
     void aFinishedActivationStoresTheAccountWithItsSlot()
     {
         ScreenFixture fixture;
-        fixture.storeAccounts({QStringLiteral("anna@house.example")});
+        fixture.storeAccounts({"anna@house.example"});
         deviceactivation::reserveSlot();
         fixture.ws().autoLogin("new@house.example", FakeReply::stationListOf({"one"}));
         const auto dialog = open();
         key(dialog, Select);
         QTRY_COMPARE(fixture.screens().stationCounts().size(), 1);
         QTRY_VERIFY(!dialog);
-        QCOMPARE(fixture.settings().getPassword(QStringLiteral("new@house.example")), QStringLiteral("1"));
+        QCOMPARE(fixture.settings().getPassword("new@house.example"), QStringLiteral("1"));
         QCOMPARE(fixture.settings().getLastLoginName(), QStringLiteral("new@house.example"));
         deviceactivation::giveSlotBack(); // nothing is reserved any more
         QCOMPARE(fixture.settings().getLastLoginName(), QStringLiteral("new@house.example"));
@@ -100,13 +100,13 @@ private slots:
     void backGivesTheLastLoginBack()
     {
         ScreenFixture fixture;
-        fixture.storeAccounts({QStringLiteral("anna@house.example")});
+        fixture.storeAccounts({"anna@house.example"});
         deviceactivation::reserveSlot();
         QCOMPARE(fixture.settings().getLastLoginName(), QString());
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
         const auto dialog = open();
         key(dialog, Back);
-        QCOMPARE(fixture.screens().made(), QStringList(QStringLiteral("selectUser 2")));
+        QCOMPARE(fixture.screens().made(), QStringList("selectUser 2"));
         QCOMPARE(fixture.settings().getLastLogin().userName, QStringLiteral("anna@house.example"));
         QCOMPARE(fixture.settings().getLastLogin().password, QStringLiteral("0"));
     }

@@ -1,6 +1,7 @@
 // Create station: searching, choosing, making, and every way it can fail.
 
 #include "fakes/fakekeyboard.h"
+#include "fakes/fakenetwork.h"
 #include "screens/accountfixture.h"
 #include "station/createstationdlg.h"
 #include "widgets/imagelistwidget.h"
@@ -33,7 +34,14 @@ ImageListWidget *list(QWidget *dialog)
     return child<ImageListWidget>(dialog, "searchResultListWidget");
 }
 
-const QString maintenance = QStringLiteral("Velmora is conducting system maintenance.");
+const FakeReply oneOfEach = FakeReply::search(twoTracks.mid(0, 1), twoArtists.mid(0, 1));
+
+FakeReply made(const QByteArray &token)
+{
+    FakeStation station;
+    station.token = token;
+    return FakeReply::station(station);
+}
 
 } // namespace
 
@@ -50,8 +58,7 @@ private slots:
             const auto dialog = open();
             BoxAnswer box({BoxAnswer::Ok});
             text.isEmpty() ? FakeKeyboard::confirm() : search(text);
-            QCOMPARE(box.texts(),
-                     QStringList(QStringLiteral("Please enter an artist or track name to create a new station")));
+            QCOMPARE(box.texts(), QStringList("Please enter an artist or track name to create a new station"));
             QCOMPARE(fixture.ws().calls().size(), 0);
             delete dialog;
         }
@@ -66,8 +73,8 @@ private slots:
             QStringList rows;
             QByteArray made; // token that a station was made from at once
         };
-        const QStringList artistRows = {QStringLiteral("North Window"), QStringLiteral("Northern Quay")};
-        const QStringList trackRows = {QStringLiteral("Northbound by Ivory Lane"), QStringLiteral("North by Tall Grass")};
+        const QStringList artistRows = {"North Window", "Northern Quay"};
+        const QStringList trackRows = {"Northbound by Ivory Lane", "North by Tall Grass"};
         const Case cases[] = {
             {twoArtists, {}, -1, artistRows, {}},
             {{}, twoTracks, -1, trackRows, {}},
@@ -84,13 +91,13 @@ private slots:
             const auto dialog = open();
             BoxAnswer box(c.answer < 0 ? QList<BoxAnswer::Answer>{}
                                        : QList<BoxAnswer::Answer>{c.answer ? BoxAnswer::Ok : BoxAnswer::Cancel});
-            search(QStringLiteral("north"));
+            search("north");
             QCOMPARE(fixture.ws().last(VLM_WS_MSGID_SEARCH).params.at(0).toByteArray(), QByteArray("north"));
             if (c.rows.isEmpty()) {
                 QTRY_COMPARE(fixture.ws().last(VLM_WS_MSGID_CREATE_STATION).params.value(0).toByteArray(), c.made);
-                QCOMPARE(box.texts(), QStringList(QStringLiteral("We found 1 results by artists and 1 results by "
-                                                                 "tracks.Which did you mean ?")));
-                QCOMPARE(box.buttons(), QStringList(QStringLiteral("Artist|Track")));
+                QCOMPARE(box.texts(), QStringList("We found 1 results by artists and 1 results by "
+                                                  "tracks.Which did you mean ?"));
+                QCOMPARE(box.buttons(), QStringList("Artist|Track"));
             } else {
                 QTRY_COMPARE(list(dialog)->count(), int(c.rows.size()));
                 QStringList rows;
@@ -128,16 +135,14 @@ private slots:
     void theKeyThatConfirmedChoosesNothingTheNextOneDoes()
     {
         ScreenFixture fixture;
-        fixture.storeAccounts({QStringLiteral("anna@house.example")});
+        fixture.storeAccounts({"anna@house.example"});
         fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search(twoTracks, {}));
-        FakeStation made;
-        made.token = "brand-new";
-        fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, FakeReply::station(made));
+        fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, made("brand-new"));
         fixture.ws().autoReply(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK,
                                FakeReply::stationListOf({"one", "brand-new"}));
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
         const auto dialog = open();
-        search(QStringLiteral("north"));
+        search("north");
         QTRY_COMPARE(list(dialog)->count(), 2);
         key(dialog, Select);
         QCOMPARE(fixture.ws().count(VLM_WS_MSGID_CREATE_STATION), 0);
@@ -161,7 +166,7 @@ private slots:
         key(dialog, Right); // nothing in the list
         QTRY_VERIFY(field->hasFocus());
         fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search(twoTracks, {}));
-        search(QStringLiteral("north"));
+        search("north");
         QTRY_VERIFY(list(dialog)->hasFocus());
         key(dialog, Left);
         QTRY_VERIFY(field->hasFocus());
@@ -176,115 +181,86 @@ private slots:
         delete dialog;
     }
 
-    void theWordsOfEveryRefusedRequest()
+    void aLossUnderTheWordsOfAFailureEndsTheRadioOnce()
     {
-        struct Case {
-            int refused;
-            VLM_WS_EXT_ERRCODE_T code;
-            QString text;
-            bool isExit;
-        };
-        const Case cases[] = {
-            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_INTERNAL, QStringLiteral("Search station failed!You could try again!"), false},
-            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_INTERNAL,
-             QStringLiteral("Create station list failed ,please try later!"), false},
-            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_MAINTENANCE, maintenance, false},
-            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_INTERNAL,
-             QStringLiteral("Get station list failed ,please try later!"), true}};
-        for (const Case &c : cases) {
-            ScreenFixture fixture;
-            fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK,
-                                   FakeReply::search(twoTracks.mid(0, 1), twoArtists.mid(0, 1)));
-            FakeStation made;
-            made.token = "t";
-            fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, FakeReply::station(made));
-            fixture.ws().failNext(c.refused, c.code);
-            const auto dialog = open();
-            BoxAnswer box(c.refused == VLM_WS_MSGID_SEARCH
-                              ? QList<BoxAnswer::Answer>{BoxAnswer::Ok}
-                              : QList<BoxAnswer::Answer>{BoxAnswer::Ok, BoxAnswer::Ok});
-            QSignalSpy exits(dialog.data(), &VelmoraParentWidget::signalExit);
-            search(QStringLiteral("north"));
-            QTRY_VERIFY(!box.texts().isEmpty() && box.texts().last().startsWith(c.text));
-            QTRY_VERIFY(!visibleBox());
-            QTRY_COMPARE(exits.size(), c.isExit ? 1 : 0);
-            delete dialog;
-        }
+        ScreenFixture fixture;
+        fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_ERROR_CURL_FAILURE);
+        const auto dialog = open();
+        QSignalSpy exits(dialog.data(), &VelmoraParentWidget::signalExit);
+        QStringList texts;
+        QTimer look;
+        connect(&look, &QTimer::timeout, &look, [&look, &texts] {
+            if (!visibleBox())
+                return;
+            look.stop();
+            BoxAnswer home({BoxAnswer::Ok});
+            FakeNetwork::lost();
+            texts = home.texts();
+        });
+        look.start(5);
+        search("north");
+        QTRY_COMPARE(texts, QStringList("Unable to connect to network."));
+        QTRY_VERIFY(!visibleBox());
+        settle();
+        QCOMPARE(exits.size(), 1);
+        FakeNetwork::back();
+        delete dialog;
     }
 
-    void theWordsOfEveryFailedReply()
+    void everyFailureHasItsWordsAndItsConsequence()
     {
+        enum Way { Stays, Exit, SignOut };
         struct Case {
             int failing;
             VLM_WS_EXT_ERRCODE_T code;
+            bool isAtOnce; // refused by the library
             QString text;
-            bool isExit;
-            int signOuts;
+            Way way;
         };
-        const QString network = QStringLiteral(
-            "A network error has occurred.  Please check your network connection and try again.");
-        const QString inactive = QStringLiteral("Sorry,this account is no longer active.Please contact");
+        const QString inactive = "Sorry,this account is no longer active.Please contact";
         const Case cases[] = {
-            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_INTERNAL, QStringLiteral("Search station failed,you could try again!"),
-             false, 0},
-            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_ERROR_CURL_FAILURE, network, true, 0},
-            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_ACCOUNT_INACTIVE, inactive, false, 1},
-            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_MAX_STATIONS,
-             QStringLiteral("Sorry, Max stations Reached, create station failed."), false, 0},
-            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_ACCOUNT_INACTIVE, inactive, false, 1},
-            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_INTERNAL,
-             QStringLiteral("Get station list failed ,please try later!"), true, 0},
-            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_ACCOUNT_INACTIVE, inactive, false, 1}};
+            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_INTERNAL, true, "Search station failed!You could try again!", Stays},
+            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_INTERNAL, false, "Search station failed,you could try again!", Stays},
+            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_ERROR_CURL_FAILURE, false, "A network error has occurred.  ", Exit},
+            {VLM_WS_MSGID_SEARCH, VLM_WS_ERR_ACCOUNT_INACTIVE, false, inactive, SignOut},
+            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_INTERNAL, true, "Create station list failed ,please", Stays},
+            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_MAINTENANCE, true, "Velmora is conducting system", Stays},
+            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_MAX_STATIONS, false, "Sorry, Max stations Reached, ", Stays},
+            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, false, "Create station failed,because system", Stays},
+            {VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_ACCOUNT_INACTIVE, false, inactive, SignOut},
+            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_INTERNAL, true, "Get station list failed ,please", Exit},
+            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_INTERNAL, false, "Get station list failed ,please", Exit},
+            {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_ACCOUNT_INACTIVE, false, inactive, SignOut}};
         for (const Case &c : cases) {
             ScreenFixture fixture;
             fixture.screens().player(); // as it is when the player has opened this screen
-            fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK,
-                                   FakeReply::search(twoTracks.mid(0, 1), twoArtists.mid(0, 1)));
-            FakeStation made;
-            made.token = "t";
-            fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, FakeReply::station(made));
-            fixture.ws().autoReply(c.failing, c.code);
+            fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, oneOfEach);
+            fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, made("t"));
+            if (c.isAtOnce)
+                fixture.ws().failNext(c.failing, c.code);
+            else
+                fixture.ws().autoReply(c.failing, c.code);
             const auto dialog = open();
-            BoxAnswer box(c.failing == VLM_WS_MSGID_SEARCH
-                              ? QList<BoxAnswer::Answer>{BoxAnswer::Ok}
-                              : QList<BoxAnswer::Answer>{BoxAnswer::Ok, BoxAnswer::Ok});
+            BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
             QSignalSpy exits(dialog.data(), &VelmoraParentWidget::signalExit);
             QSignalSpy fatal(dialog.data(), &VelmoraParentWidget::signalFatalErr);
-            search(QStringLiteral("north"));
-            QTRY_VERIFY(!box.texts().isEmpty() && box.texts().last().startsWith(c.text));
+            search("north");
+            QTRY_COMPARE(box.shown(), c.failing == VLM_WS_MSGID_SEARCH ? 1 : 2); // after artist or track
+            QVERIFY2(box.texts().last().startsWith(c.text), qPrintable(box.texts().last()));
             QTRY_VERIFY(!visibleBox());
-            QTRY_COMPARE(exits.size(), c.isExit ? 1 : 0);
-            QTRY_COMPARE(fixture.screens().signOuts(), c.signOuts);
-            QCOMPARE(fatal.size(), c.signOuts);
-            QTRY_COMPARE(dialog.isNull(), c.signOuts > 0);
+            QTRY_COMPARE(exits.size(), c.way == Exit ? 1 : 0);
+            QTRY_COMPARE(fixture.screens().signOuts(), c.way == SignOut ? 1 : 0);
+            QCOMPARE(fatal.size(), fixture.screens().signOuts());
+            QTRY_COMPARE(dialog.isNull(), c.way == SignOut);
             delete dialog;
         }
-    }
-
-    void aStationWithoutDataIsNamed()
-    {
-        ScreenFixture fixture;
-        fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK,
-                               FakeReply::search(twoTracks.mid(0, 1), twoArtists.mid(0, 1)));
-        fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK);
-        const auto dialog = open();
-        BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
-        search(QStringLiteral("north"));
-        QTRY_COMPARE(box.shown(), 2);
-        QCOMPARE(box.texts().last(),
-                 QStringLiteral("Create station failed,because system gets invalid data from Velmora!"));
-        QTRY_VERIFY(!visibleBox());
-        delete dialog;
     }
 
     void theOtherModeHandsTheStationOver()
     {
         ScreenFixture fixture;
-        fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK,
-                               FakeReply::search(twoTracks.mid(0, 1), twoArtists.mid(0, 1)));
-        FakeStation made;
-        made.token = "t";
-        fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, FakeReply::station(made));
+        fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, oneOfEach);
+        fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, made("t"));
         const auto dialog = open(0);
         BoxAnswer box({BoxAnswer::Ok});
         QByteArray token;
@@ -292,7 +268,7 @@ private slots:
             token = wsreply::station(handle)->stationToken;
             velmora_ws_release_handle(handle);
         });
-        search(QStringLiteral("north"));
+        search("north");
         QTRY_COMPARE(token, QByteArray("t"));
         delete dialog;
     }
@@ -303,7 +279,7 @@ private slots:
         const auto dialog = open();
         auto *field = child<QLineEdit>(dialog, "searchLabelLineEdit");
         QCOMPARE(field->text(), QStringLiteral("Artist Or Track"));
-        FakeKeyboard::type(QStringLiteral("x"));
+        FakeKeyboard::type("x");
         FakeKeyboard::clear();
         QCOMPARE(field->text(), QStringLiteral("Artist or Song"));
         auto *caps = child<QLabel>(dialog, "greenContentLabel");

@@ -105,257 +105,193 @@ private slots:
         QVERIFY(style.open(QIODevice::ReadOnly));
         qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
     }
-    void keysMoveTheCursorAndItsBar_data();
-    void keysMoveTheCursorAndItsBar();
-    void keysOnAnEmptyListAreHarmless();
-    void keysKeepEveryTextWithItsRow();
-    void pageSizeZeroDecoratesTheRowAbove();
-    void digitsAndLettersDoNotMoveTheCursor();
-    void threeBarsShowTheFocus();
-    void nullRowsAreOnlyLogged();
-    void only251PixelsRun();
-    void aRunningRowIsReadThroughTheList();
-    void theLabelLiesOverTheRow();
-    void aTurnEndsWithAPause();
-    void aStepPaintsOneColumn();
-    void aMouseClickMovesTheMarqueeAlong();
-    void theRunningTextMayBeCleared();
-};
-
-void ImageList::keysMoveTheCursorAndItsBar_data()
-{
-    QTest::addColumn<int>("from");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("to");
-    const int last = 29;
-    QTest::newRow("down") << 3 << int(Qt::Key_Down) << 4;
-    QTest::newRow("down on the last row") << last << int(Qt::Key_Down) << 0;
-    QTest::newRow("up") << 3 << int(Qt::Key_Up) << 2;
-    QTest::newRow("up on the first row") << 0 << int(Qt::Key_Up) << last;
-    QTest::newRow("end") << 3 << int(Qt::Key_End) << last;
-    QTest::newRow("end on the last row") << last << int(Qt::Key_End) << last;
-    QTest::newRow("home") << 3 << int(Qt::Key_Home) << 0;
-    QTest::newRow("home on the first row") << 0 << int(Qt::Key_Home) << 0;
-    QTest::newRow("the remote's home key") << 3 << int(Qt::Key_MenuPB) << 0;
-    QTest::newRow("page down from the top") << 0 << int(Qt::Key_PageDown) << 8;
-    QTest::newRow("page down in the middle") << 12 << int(Qt::Key_PageDown) << 20;
-    QTest::newRow("page down near the end") << 25 << int(Qt::Key_PageDown) << last;
-    QTest::newRow("page down on the last row") << last << int(Qt::Key_PageDown) << last;
-    QTest::newRow("page up from the bottom") << last << int(Qt::Key_PageUp) << 21;
-    QTest::newRow("page up near the top") << 3 << int(Qt::Key_PageUp) << 0;
-    QTest::newRow("page up on the first row") << 0 << int(Qt::Key_PageUp) << 0;
-    QTest::newRow("left") << 3 << int(Qt::Key_Left) << 3;
-    QTest::newRow("right") << 3 << int(Qt::Key_Right) << 3;
-}
-
-void ImageList::keysMoveTheCursorAndItsBar()
-{
-    QFETCH(int, from);
-    QFETCH(int, key);
-    QFETCH(int, to);
-    Rig rig(30, wide);
-    while (rig.list.currentRow() != from)
-        screentest::key(&rig.window, Qt::Key_Down);
-    screentest::key(&rig.window, key);
-    QCOMPARE(rig.list.currentRow(), to);
-    QCOMPARE(rig.lit(), QList<int>{to});
-    QVERIFY(rig.isRunning());
-    QCOMPARE(rig.label()->y(), rig.list.visualItemRect(rig.list.item(to)).y());
-    for (int row = 0; row < rig.list.count(); ++row)
-        QCOMPARE(rig.list.item(row)->text(), row == to ? QString() : wide);
-}
-
-void ImageList::keysOnAnEmptyListAreHarmless()
-{
-    Rig rig(0);
-    for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_End, Qt::Key_Home, Qt::Key_PageDown, Qt::Key_PageUp,
-                          Qt::Key_MenuPB, Qt::Key_Select})
-        screentest::key(&rig.window, key);
-    rig.list.setFocus();
-    rig.list.clearFocus();
-    rig.list.ensureFocusVisible();
-    rig.list.clearCurrentItemText();
-    QCOMPARE(rig.list.currentItemText(), QString());
-    QVERIFY(!rig.isRunning());
-}
-
-void ImageList::keysKeepEveryTextWithItsRow()
-{
-    Rig rig(25);
-    for (int row = 0; row < 25; row += 2)
-        rig.list.item(row)->setText(wide + QString::number(row));
-    rig.list.clearBg(rig.list.currentItem());
-    const QStringList before = rig.texts();
-    rig.list.setFocus();
-    quint32 seed = 7;
-    const QList<int> keys = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Down, Qt::Key_PageDown,
-                             Qt::Key_End,  Qt::Key_PageUp, Qt::Key_Home, Qt::Key_Down};
-    for (int i = 0; i < 300; ++i) {
-        seed = seed * 1664525u + 1013904223u;
-        screentest::key(&rig.window, keys.at(int(seed >> 16) % keys.size()));
-        QCOMPARE(rig.list.currentItemText(), before.at(rig.list.currentRow()));
-        QCOMPARE(rig.lit(), QList<int>{rig.list.currentRow()});
+    void keysMoveTheCursorAndItsBar_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("to");
+        const int last = 29;
+        QTest::newRow("down") << 3 << int(Qt::Key_Down) << 4;
+        QTest::newRow("down on the last row") << last << int(Qt::Key_Down) << 0;
+        QTest::newRow("up") << 3 << int(Qt::Key_Up) << 2;
+        QTest::newRow("up on the first row") << 0 << int(Qt::Key_Up) << last;
+        QTest::newRow("end") << 3 << int(Qt::Key_End) << last;
+        QTest::newRow("end on the last row") << last << int(Qt::Key_End) << last;
+        QTest::newRow("home") << 3 << int(Qt::Key_Home) << 0;
+        QTest::newRow("home on the first row") << 0 << int(Qt::Key_Home) << 0;
+        QTest::newRow("the remote's home key") << 3 << int(Qt::Key_MenuPB) << 0;
+        QTest::newRow("page down from the top") << 0 << int(Qt::Key_PageDown) << 8;
+        QTest::newRow("page down in the middle") << 12 << int(Qt::Key_PageDown) << 20;
+        QTest::newRow("page down near the end") << 25 << int(Qt::Key_PageDown) << last;
+        QTest::newRow("page down on the last row") << last << int(Qt::Key_PageDown) << last;
+        QTest::newRow("page up from the bottom") << last << int(Qt::Key_PageUp) << 21;
+        QTest::newRow("page up near the top") << 3 << int(Qt::Key_PageUp) << 0;
+        QTest::newRow("page up on the first row") << 0 << int(Qt::Key_PageUp) << 0;
+        QTest::newRow("left") << 3 << int(Qt::Key_Left) << 3;
+        QTest::newRow("right") << 3 << int(Qt::Key_Right) << 3;
     }
-    rig.list.clearFocus();
-    QCOMPARE(rig.texts(), before);
-}
 
-void ImageList::pageSizeZeroDecoratesTheRowAbove()
-{
-    Rig rig(30);
-    rig.list.setPageSize(0);
-    rig.list.setCurrentRow(5);
-    screentest::key(&rig.window, Qt::Key_PageDown);
-    QVERIFY(rig.lit().contains(4));
-}
+    void keysMoveTheCursorAndItsBar()
+    {
+        QFETCH(int, from);
+        QFETCH(int, key);
+        QFETCH(int, to);
+        Rig rig(30, wide);
+        while (rig.list.currentRow() != from)
+            screentest::key(&rig.window, Qt::Key_Down);
+        screentest::key(&rig.window, key);
+        QCOMPARE(rig.list.currentRow(), to);
+        QCOMPARE(rig.lit(), QList<int>{to});
+        QVERIFY(rig.isRunning());
+        QCOMPARE(rig.label()->y(), rig.list.visualItemRect(rig.list.item(to)).y());
+        for (int row = 0; row < rig.list.count(); ++row)
+            QCOMPARE(rig.list.item(row)->text(), row == to ? QString() : wide);
+    }
 
-void ImageList::digitsAndLettersDoNotMoveTheCursor()
-{
-    Rig rig(5);
-    rig.list.item(3)->setText("5 oceans");
-    rig.list.item(2)->setText("sea");
-    QTest::keyClick(&rig.list, Qt::Key_5, Qt::NoModifier);
-    QTest::keyClick(&rig.list, 's');
-    QCOMPARE(rig.list.currentRow(), 0);
-}
+    void keysOnAnEmptyListAreHarmless()
+    {
+        Rig rig(0);
+        for (const int key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_End, Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_Select})
+            screentest::key(&rig.window, key);
+        rig.list.ensureFocusVisible();
+        rig.list.clearCurrentItemText();
+        QCOMPARE(rig.list.currentItemText(), QString());
+        QVERIFY(!rig.isRunning());
+    }
 
-void ImageList::threeBarsShowTheFocus()
-{
-    Rig rig(3);
-    const auto bar = [&rig](int row) { return rig.list.item(row)->background().texture().cacheKey(); };
-    const auto key = [](const char *name) { return QPixmap(QString::fromLatin1(name)).cacheKey(); };
-    QCOMPARE(bar(0), key(":/images/FocusBar.png"));
-    QVERIFY(rig.list.hasFocus());
-    rig.list.clearFocus();
-    QCOMPARE(bar(0), key(":/images/FocusBar_Selected.png"));
-    QVERIFY(!rig.list.hasFocus());
-    rig.list.setFocus();
-    screentest::key(&rig.window, Qt::Key_Down);
-    QCOMPARE(bar(0), key(":/images/FocusBar_Transparent.png"));
-    QCOMPARE(bar(1), key(":/images/FocusBar.png"));
-}
+    void keysKeepEveryTextWithItsRow()
+    {
+        Rig rig(25);
+        for (int row = 0; row < 25; row += 2)
+            rig.list.item(row)->setText(wide + QString::number(row));
+        rig.list.clearBg(rig.list.currentItem());
+        const QStringList before = rig.texts();
+        rig.list.setFocus();
+        quint32 seed = 7;
+        const QList<int> keys = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Down, Qt::Key_PageDown,
+                                 Qt::Key_End,  Qt::Key_PageUp, Qt::Key_Home, Qt::Key_Down};
+        for (int i = 0; i < 300; ++i) {
+            seed = seed * 1664525u + 1013904223u;
+            screentest::key(&rig.window, keys.at(int(seed >> 16) % keys.size()));
+            QCOMPARE(rig.list.currentItemText(), before.at(rig.list.currentRow()));
+            QCOMPARE(rig.lit(), QList<int>{rig.list.currentRow()});
+        }
+        rig.list.clearFocus();
+        QCOMPARE(rig.texts(), before);
+    }
 
-void ImageList::nullRowsAreOnlyLogged()
-{
-    Rig rig(1);
-    rig.log.clear();
-    rig.list.setFocusBg(nullptr);
-    rig.list.clearBg(nullptr);
-    rig.list.setFocusDisable(nullptr);
-    rig.list.checkScroll(nullptr);
-    rig.list.clearScroll(nullptr);
-    for (const char *line :
-         {"ImageListWidget,setFocusBg.invalid item..", "ImageListWidget,clearBg.invalid item..",
-          "ImageListWidget,setFocusDisable.invalid item..", "ImageListWidget,checkScroll.invalid focusItem..",
-          "ImageListWidget,clearScroll.invalid focusItem.."})
-        QVERIFY2(rig.log.contains(line), line);
-    QCOMPARE(rig.lit(), QList<int>{0});
-}
+    void digitsAndLettersDoNotMoveTheCursor()
+    {
+        Rig rig(5);
+        rig.list.item(3)->setText("5 oceans");
+        rig.list.item(2)->setText("sea");
+        QTest::keyClick(&rig.list, Qt::Key_5, Qt::NoModifier);
+        QTest::keyClick(&rig.list, 's');
+        QCOMPARE(rig.list.currentRow(), 0);
+    }
 
-void ImageList::only251PixelsRun()
-{
-    Rig rig(1);
-    const QString text = textOfWidth(rig.list.fontMetrics(), 250);
-    QCOMPARE(rig.list.fontMetrics().horizontalAdvance(text), 250);
-    rig.list.item(0)->setText(text);
-    rig.list.checkScroll();
-    QVERIFY(!rig.isRunning());
-    const QString wider = textOfWidth(rig.list.fontMetrics(), 251);
-    QCOMPARE(rig.list.fontMetrics().horizontalAdvance(wider), 251);
-    rig.list.item(0)->setText(wider);
-    rig.list.checkScroll();
-    QVERIFY(rig.isRunning());
-}
+    void threeBarsShowTheFocus()
+    {
+        Rig rig(3);
+        const auto bar = [&rig](int row) { return rig.list.item(row)->background().texture().cacheKey(); };
+        const auto key = [](const char *name) { return QPixmap(QString::fromLatin1(name)).cacheKey(); };
+        QCOMPARE(bar(0), key(":/images/FocusBar.png"));
+        QVERIFY(rig.list.hasFocus());
+        rig.list.clearFocus();
+        QCOMPARE(bar(0), key(":/images/FocusBar_Selected.png"));
+        QVERIFY(!rig.list.hasFocus());
+        rig.list.setFocus();
+        screentest::key(&rig.window, Qt::Key_Down);
+        QCOMPARE(bar(0), key(":/images/FocusBar_Transparent.png"));
+        QCOMPARE(bar(1), key(":/images/FocusBar.png"));
+    }
 
-void ImageList::aRunningRowIsReadThroughTheList()
-{
-    Rig rig(2, wide);
-    QVERIFY(rig.isRunning());
-    QCOMPARE(rig.list.item(0)->text(), QString());
-    QCOMPARE(rig.list.currentItemText(), wide);
-    rig.list.clearFocus();
-    QVERIFY(!rig.isRunning());
-    QCOMPARE(rig.list.item(0)->text(), wide);
-    QCOMPARE(rig.list.currentItemText(), wide);
-}
+    void only251PixelsRun()
+    {
+        Rig rig(1);
+        const QString text = textOfWidth(rig.list.fontMetrics(), 250);
+        QCOMPARE(rig.list.fontMetrics().horizontalAdvance(text), 250);
+        rig.list.item(0)->setText(text);
+        rig.list.checkScroll();
+        QVERIFY(!rig.isRunning());
+        const QString wider = textOfWidth(rig.list.fontMetrics(), 251);
+        QCOMPARE(rig.list.fontMetrics().horizontalAdvance(wider), 251);
+        rig.list.item(0)->setText(wider);
+        rig.list.checkScroll();
+        QVERIFY(rig.isRunning());
+    }
 
-void ImageList::theLabelLiesOverTheRow()
-{
-    Rig rig(3, wide);
-    screentest::key(&rig.window, Qt::Key_Down);
-    QCOMPARE(rig.label()->geometry(), QRect(40, 52, 254, 52));
-    QCOMPARE(rig.label()->font().family(), QStringLiteral("Arial"));
-    QCOMPARE(rig.label()->font().pointSize(), 20);
-    QVERIFY(rig.label()->sizeHint().width() > rig.list.fontMetrics().horizontalAdvance(wide));
-    // Its picture: the row's bar and black letters, nothing of what lies under the list.
-    const QImage image = rig.label()->grab().toImage();
-    const QImage bar = QPixmap(":/images/FocusBar.png").toImage();
-    QCOMPARE(image.pixelColor(150, 8).rgb(), bar.pixelColor(190, 8).rgb());
-    int black = 0;
-    for (int x = 0; x < image.width(); ++x)
-        black += image.pixelColor(x, 26).lightness() < 60;
-    QVERIFY(black > 10);
-}
+    void aRunningRowIsReadThroughTheList()
+    {
+        Rig rig(2, wide);
+        QVERIFY(rig.isRunning());
+        QCOMPARE(rig.list.item(0)->text(), QString());
+        QCOMPARE(rig.list.currentItemText(), wide);
+        rig.list.clearFocus();
+        QVERIFY(!rig.isRunning());
+        QCOMPARE(rig.list.item(0)->text(), wide);
+        QCOMPARE(rig.list.currentItemText(), wide);
+    }
 
-void ImageList::aTurnEndsWithAPause()
-{
-    Rig rig(1, wide);
-    auto *label = rig.label();
-    auto *pause = label->findChild<QTimer *>();
-    QVERIFY(pause && pause->isActive() && pause->isSingleShot());
-    QCOMPARE(pause->interval(), 1000);
-    const QImage atRest = label->grab().toImage();
-    pause->stop();
-    label->startTimerEngine();
-    QTRY_VERIFY(label->grab().toImage() != atRest);
-    // A whole turn, without waiting for it.
-    label->stopScroll();
-    label->setText("ab");
-    const int width = label->fontMetrics().horizontalAdvance("ab");
-    label->startTimerEngine();
-    QElapsedTimer watch;
-    watch.start();
-    QTRY_VERIFY(pause->isActive());
-    QVERIFY(watch.elapsed() >= (width - 2) * 30);
-}
+    void theLabelLiesOverTheRow()
+    {
+        Rig rig(3, wide);
+        screentest::key(&rig.window, Qt::Key_Down);
+        QCOMPARE(rig.label()->geometry(), QRect(40, 52, 254, 52));
+        QCOMPARE(rig.label()->font().family(), QStringLiteral("Arial"));
+        QCOMPARE(rig.label()->font().pointSize(), 20);
+        QVERIFY(rig.label()->sizeHint().width() > rig.list.fontMetrics().horizontalAdvance(wide));
+        // Its picture: the row's bar and black letters, nothing of what lies under the list.
+        const QImage image = rig.label()->grab().toImage();
+        const QImage bar = QPixmap(":/images/FocusBar.png").toImage();
+        QCOMPARE(image.pixelColor(150, 8).rgb(), bar.pixelColor(190, 8).rgb());
+        int black = 0;
+        for (int x = 0; x < image.width(); ++x)
+            black += image.pixelColor(x, 26).lightness() < 60;
+        QVERIFY(black > 10);
+    }
 
-void ImageList::aStepPaintsOneColumn()
-{
-    Rig rig(3, wide);
-    auto *label = rig.label();
-    QTest::qWait(50); // what the rig's own changes lead to has been painted
-    PaintWatch labelWatch(label);
-    PaintWatch listWatch(rig.list.viewport());
-    PaintWatch windowWatch(&rig.window);
-    label->startTimerEngine();
-    int steps = 0;
-    const int height = label->height();
-    QTRY_VERIFY((steps = labelWatch.pixels / height) >= 10);
-    label->stopScroll();
-    QCOMPARE(labelWatch.pixels % height, 0);
-    QVERIFY2(steps < 20, qPrintable(QString::number(labelWatch.pixels)));
-    QCOMPARE(listWatch.pixels, 0);
-    QCOMPARE(windowWatch.pixels, 0);
-}
+    void aTurnEndsWithAPause()
+    {
+        Rig rig(1, wide);
+        auto *label = rig.label();
+        auto *pause = label->findChild<QTimer *>();
+        QVERIFY(pause && pause->isActive() && pause->isSingleShot());
+        QCOMPARE(pause->interval(), 1000);
+        const QImage atRest = label->grab().toImage();
+        pause->stop();
+        label->startTimerEngine();
+        QTRY_VERIFY(label->grab().toImage() != atRest);
+        // A whole turn, without waiting for it.
+        label->stopScroll();
+        label->setText("ab");
+        const int width = label->fontMetrics().horizontalAdvance("ab");
+        label->startTimerEngine();
+        QElapsedTimer watch;
+        watch.start();
+        QTRY_VERIFY(pause->isActive());
+        QVERIFY(watch.elapsed() >= (width - 2) * 30);
+    }
 
-void ImageList::aMouseClickMovesTheMarqueeAlong()
-{
-    Rig rig(5, wide);
-    QTest::mouseClick(rig.list.viewport(), Qt::LeftButton, {}, QPoint(100, 130));
-    QCOMPARE(rig.list.currentRow(), 2);
-    QCOMPARE(rig.lit(), QList<int>{2});
-    QCOMPARE(rig.list.item(0)->text(), wide);
-    QCOMPARE(rig.list.currentItemText(), wide);
-}
-
-void ImageList::theRunningTextMayBeCleared()
-{
-    Rig rig(2, wide);
-    rig.list.clearCurrentItemText();
-    QVERIFY(!rig.isRunning());
-    QCOMPARE(rig.list.item(0)->text(), QString());
-    QCOMPARE(rig.list.item(1)->text(), wide);
-}
+    void aStepPaintsOneColumn()
+    {
+        Rig rig(3, wide);
+        auto *label = rig.label();
+        QTest::qWait(50); // what the rig's own changes lead to has been painted
+        PaintWatch labelWatch(label);
+        PaintWatch listWatch(rig.list.viewport());
+        PaintWatch windowWatch(&rig.window);
+        label->startTimerEngine();
+        int steps = 0;
+        const int height = label->height();
+        QTRY_VERIFY((steps = labelWatch.pixels / height) >= 10);
+        label->stopScroll();
+        QCOMPARE(labelWatch.pixels % height, 0);
+        QVERIFY2(steps < 20, qPrintable(QString::number(labelWatch.pixels)));
+        QCOMPARE(listWatch.pixels, 0);
+        QCOMPARE(windowWatch.pixels, 0);
+    }
+};
 
 QTEST_MAIN(ImageList)
 #include "imagelist_test.moc"

@@ -23,97 +23,78 @@ class Info : public QObject {
     Q_OBJECT
 private slots:
     void initTestCase() { screentest::registerTypes(); }
-    void aDialogEndsByItsButtonOrBack_data();
-    void aDialogEndsByItsButtonOrBack();
-    void theParentTakesTheExplanationAway();
-    void aLongExplanationWraps();
-    void theAboutTextFits();
-    void aBoxOverADialogGivesTheFocusBack();
-};
-
-void Info::aDialogEndsByItsButtonOrBack_data()
-{
-    QTest::addColumn<bool>("isWhy");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<bool>("ends");
-    for (const bool isWhy : {false, true}) {
-        const char *name = isWhy ? "why" : "about";
-        QTest::addRow("%s, Select", name) << isWhy << int(screentest::Select) << true;
-        QTest::addRow("%s, Back", name) << isWhy << int(screentest::Back) << true;
-        QTest::addRow("%s, Escape", name) << isWhy << int(Qt::Key_Escape) << false;
-        QTest::addRow("%s, Down", name) << isWhy << int(screentest::Down) << false;
+    void aDialogEndsByItsButtonOrBack_data()
+    {
+        QTest::addColumn<bool>("isWhy");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<bool>("ends");
+        for (const bool isWhy : {false, true}) {
+            const char *name = isWhy ? "why" : "about";
+            QTest::addRow("%s, Select", name) << isWhy << int(screentest::Select) << true;
+            QTest::addRow("%s, Back", name) << isWhy << int(screentest::Back) << true;
+            QTest::addRow("%s, Escape", name) << isWhy << int(Qt::Key_Escape) << false;
+            QTest::addRow("%s, Down", name) << isWhy << int(screentest::Down) << false;
+        }
     }
-}
 
-void Info::aDialogEndsByItsButtonOrBack()
-{
-    QFETCH(bool, isWhy);
-    QFETCH(int, key);
-    QFETCH(bool, ends);
-    const LogCapture log;
-    FakeScreens screens;
-    QPointer<VelmoraParentWidget> dialog;
-    if (isWhy)
-        dialog = new WhyDlg("Because.");
-    else
-        dialog = new AboutDlg;
-    QSignalSpy ended(dialog, SIGNAL(signalDestroyedWindow()));
-    dialog->show();
-    QTRY_VERIFY(screentest::childWidget(dialog, "doneBtn")->hasFocus());
-    screentest::key(dialog, key);
-    QCOMPARE(dialog.isNull(), ends); // at once
-    QCOMPARE(ended.size(), ends ? 1 : 0);
-    delete dialog;
-}
+    void aDialogEndsByItsButtonOrBack()
+    {
+        QFETCH(bool, isWhy);
+        QFETCH(int, key);
+        QFETCH(bool, ends);
+        const LogCapture log;
+        FakeScreens screens;
+        QPointer<VelmoraParentWidget> dialog;
+        if (isWhy)
+            dialog = new WhyDlg("Because.");
+        else
+            dialog = new AboutDlg;
+        QSignalSpy ended(dialog, SIGNAL(signalDestroyedWindow()));
+        dialog->show();
+        QTRY_VERIFY(screentest::childWidget(dialog, "doneBtn")->hasFocus());
+        screentest::key(dialog, key);
+        QCOMPARE(dialog.isNull(), ends); // at once
+        QCOMPARE(ended.size(), ends ? 1 : 0);
+        delete dialog;
+    }
 
-void Info::theParentTakesTheExplanationAway()
-{
-    const LogCapture log;
-    FakeScreens screens;
-    Parent parent;
-    QPointer<WhyDlg> why = new WhyDlg("Because.", &parent);
-    QSignalSpy ended(why, SIGNAL(signalDestroyedWindow()));
-    why->show();
-    emit parent.signalDestoryDialog();
-    QVERIFY(!why);
-    QCOMPARE(ended.size(), 1);
-}
+    void theParentTakesTheExplanationAway()
+    {
+        const LogCapture log;
+        FakeScreens screens;
+        Parent parent;
+        QPointer<WhyDlg> why = new WhyDlg("Because.", &parent);
+        QSignalSpy ended(why, SIGNAL(signalDestroyedWindow()));
+        why->show();
+        emit parent.signalDestoryDialog();
+        QVERIFY(!why);
+        QCOMPARE(ended.size(), 1);
+    }
 
-void Info::aLongExplanationWraps()
-{
-    const LogCapture log;
-    FakeScreens screens;
-    WhyDlg why(QString("a warm and slow beat,").repeated(30));
-    auto *label = screentest::child<QLabel>(&why, "whyLabel");
-    QVERIFY(label->wordWrap());
-    QVERIFY(label->heightForWidth(label->width()) <= label->height());
-    QVERIFY(label->heightForWidth(label->width()) > 3 * label->fontMetrics().height());
-    why.setAttribute(Qt::WA_DeleteOnClose, false);
-}
+    void aLongExplanationWraps()
+    {
+        const LogCapture log;
+        FakeScreens screens;
+        WhyDlg why(QString("a warm and slow beat,").repeated(30));
+        auto *label = screentest::child<QLabel>(&why, "whyLabel");
+        QVERIFY(label->wordWrap());
+        QVERIFY(label->heightForWidth(label->width()) <= label->height());
+        QVERIFY(label->heightForWidth(label->width()) > 3 * label->fontMetrics().height());
+        why.setAttribute(Qt::WA_DeleteOnClose, false);
+    }
 
-void Info::theAboutTextFits()
-{
-    const LogCapture log;
-    FakeScreens screens;
-    AboutDlg about;
-    auto *label = screentest::child<QLabel>(&about, "descriptionLabel");
-    QVERIFY(label->text().startsWith("With Velmora you can explore this vast trove of music to your heart's content.\n"
-                                     "Just drop the name"));
-    QVERIFY(label->text().endsWith("soon-to-be favorite songs for you."));
-    QVERIFY(label->heightForWidth(label->width()) <= label->height());
-}
-
-void Info::aBoxOverADialogGivesTheFocusBack()
-{
-    const LogCapture log;
-    FakeScreens screens;
-    AboutDlg about;
-    about.show();
-    BoxAnswer answers({BoxAnswer::Ok});
-    about.showMsgbox(MSG_INFO, "A box");
-    QCOMPARE(about.focusWidget(), screentest::childWidget(&about, "doneBtn"));
-    QVERIFY(about.fgActionInvalid());
-}
+    void aBoxOverADialogGivesTheFocusBack()
+    {
+        const LogCapture log;
+        FakeScreens screens;
+        AboutDlg about;
+        about.show();
+        BoxAnswer answers({BoxAnswer::Ok});
+        about.showMsgbox(MSG_INFO, "A box");
+        QCOMPARE(about.focusWidget(), screentest::childWidget(&about, "doneBtn"));
+        QVERIFY(about.fgActionInvalid());
+    }
+};
 
 QTEST_MAIN(Info)
 #include "info_test.moc"

@@ -1,12 +1,13 @@
-# What a machine can see of every screen.
+# What a machine can see of every screen; look_bare is the same radio without a single picture.
+set(lookcheck ${CMAKE_CURRENT_LIST_DIR}/lookcheck.cpp ${CMAKE_CURRENT_LIST_DIR}/lookcheck.h
+  ${PROJECT_SOURCE_DIR}/platform/keyboard/keylayout.cpp)
 if(TARGET velmora_account AND TARGET velmora_station AND TARGET fakescreens AND TARGET QtVirtualKb AND TARGET velmora_resources)
-  velmora_test(look_screens SOURCES ${CMAKE_CURRENT_LIST_DIR}/look_screens_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/lookcheck.cpp ${CMAKE_CURRENT_LIST_DIR}/lookcheck.h
-    LIBS velmora_station velmora_account fakescreens screentest fake_ws fake_netcommon device_twin ViewComponent
-         QtVirtualKb velmora_resources LABELS screens)
+  set(parts velmora_station velmora_account fakescreens screentest fake_ws fake_netcommon device_twin ViewComponent QtVirtualKb)
+  velmora_test(look_screens SOURCES ${CMAKE_CURRENT_LIST_DIR}/look_screens_test.cpp ${lookcheck}
+    LIBS ${parts} velmora_resources LABELS screens)
+  velmora_test(look_bare SOURCES ${CMAKE_CURRENT_LIST_DIR}/look_screens_test.cpp ${lookcheck} LIBS ${parts} LABELS screens)
 endif()
 if(TARGET velmora_player AND TARGET velmora_station AND TARGET fakescreens AND TARGET ViewComponent AND TARGET velmora_resources)
-  velmora_test(look_player SOURCES ${CMAKE_CURRENT_LIST_DIR}/look_player_test.cpp
-    ${CMAKE_CURRENT_LIST_DIR}/lookcheck.cpp ${CMAKE_CURRENT_LIST_DIR}/lookcheck.h
+  velmora_test(look_player SOURCES ${CMAKE_CURRENT_LIST_DIR}/look_player_test.cpp ${lookcheck}
     LIBS playerrig velmora_resources LABELS screens)
 endif()

@@ -1,5 +1,7 @@
 #include "screens/lookcheck.h"
 
+#include "platform/keyboard/keylayout.h"
+
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QImage>
@@ -21,7 +23,8 @@ namespace {
 
 constexpr QRect safeArea(64, 36, 1152, 648);
 constexpr double leastContrast = 4.5;
-constexpr int textMargin = 2; // the side bearing of a letter may lie outside
+constexpr double largestShade = 1.6; // of a key's surface with nothing on it
+constexpr int textMargin = 2;        // the side bearing of a letter may lie outside
 
 QString textOf(const QWidget *widget)
 {
@@ -152,6 +155,26 @@ QString contrastFault(const QImage &picture, const QWidget *widget, const QRect 
     return QStringLiteral("%1: contrast %2").arg(widget->objectName()).arg(found, 0, 'f', 2);
 }
 
+// The on-screen keyboard paints its letters itself: each inside its key, and bright against it.
+QStringList keyFaults(const QImage &picture, const QRect &keyboard)
+{
+    QStringList all;
+    for (const KeyLayout::Key &key : KeyLayout::keys(KeyLayout::letterPage, false)) {
+        const QRect where = key.rect.translated(keyboard.topLeft());
+        const QRect inside = where.adjusted(6, 6, -6, -6);
+        if (contrast(picture, inside) < leastContrast)
+            all +=
+                QStringLiteral("the key \"%1\": contrast %2").arg(key.label).arg(contrast(picture, inside), 0, 'f', 2);
+        for (const QRect &edge : {QRect(where.left() + 3, inside.top(), 3, inside.height()),
+                                  QRect(inside.right() + 1, inside.top(), 3, inside.height()),
+                                  QRect(inside.left(), where.top() + 3, inside.width(), 3),
+                                  QRect(inside.left(), inside.bottom() + 1, inside.width(), 3)})
+            if (contrast(picture, edge) > largestShade)
+                all += QStringLiteral("the key \"%1\": its label leaves it").arg(key.label);
+    }
+    return all;
+}
+
 QString spokenName(QWidget *widget)
 {
     QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(widget);
@@ -186,6 +209,8 @@ QStringList faults(QWidget *window)
                     all += contrastFault(picture, widget, line.adjusted(48, 6, -24, -6));
             }
         }
+        if (widget->inherits("QtVirtualKbDlg"))
+            all += keyFaults(picture, where);
         const bool takesFocus = widget->focusPolicy() != Qt::NoFocus && widget->isEnabled();
         if (takesFocus && isControl(widget) && spokenName(widget).isEmpty())
             all += widget->objectName() + QStringLiteral(" has no accessible name");

@@ -58,158 +58,128 @@ class Menu : public QObject {
     Q_OBJECT
 private slots:
     void initTestCase() { screentest::registerTypes(); }
-    void theHighlightGoesRound();
-    void everyEntryReportsItsIndexAndCloses_data();
-    void everyEntryReportsItsIndexAndCloses();
-    void backAndCloseReportNothing_data();
-    void backAndCloseReportNothing();
-    void nineHoursWithoutAKeyReportEight();
-    void everyKeyReleaseRestartsTheTimer();
-    void theUnconnectedSlotSendsTheIndexOfSleep();
-    void theNetworkIsThePlayersBusiness();
-    void escapeAndEnterDoNotEndTheMenu();
-    void aReceiverMayDeleteTheMenu();
-};
-
-void Menu::theHighlightGoesRound()
-{
-    Rig rig;
-    for (int i = 0; i < 11; ++i) {
-        QCOMPARE(rig.highlighted(), QStringList(names.at(i % 10)));
-        QVERIFY(screentest::childWidget(rig.menu, qPrintable(names.at(i % 10)))->hasFocus());
-        rig.down(1);
-    }
-    for (int i = 11; i > 0; --i) {
+    void theHighlightGoesRound()
+    {
+        Rig rig;
+        for (int i = 0; i < 11; ++i) {
+            QCOMPARE(rig.highlighted(), QStringList(names.at(i % 10)));
+            QVERIFY(screentest::childWidget(rig.menu, qPrintable(names.at(i % 10)))->hasFocus());
+            rig.down(1);
+        }
+        for (int i = 11; i > 0; --i) {
+            screentest::key(rig.menu, screentest::Up);
+            QCOMPARE(rig.highlighted(), QStringList(names.at((i - 1 + 10) % 10 == 0 ? 0 : (i - 1) % 10)));
+        }
         screentest::key(rig.menu, screentest::Up);
-        QCOMPARE(rig.highlighted(), QStringList(names.at((i - 1 + 10) % 10 == 0 ? 0 : (i - 1) % 10)));
+        QCOMPARE(rig.highlighted(), QStringList("closeBtn"));
     }
-    screentest::key(rig.menu, screentest::Up);
-    QCOMPARE(rig.highlighted(), QStringList("closeBtn"));
-}
 
-void Menu::everyEntryReportsItsIndexAndCloses_data()
-{
-    QTest::addColumn<int>("position");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("text");
-    const QList<QPair<int, const char *>> entries = {
-        {0, "Bookmark This Artist"},      {1, "Bookmark This Track"},  {2, "Do Not Play This Track For A Month"},
-        {9, "Why Is This Track Playing"}, {3, "Create A New Station"}, {4, "Delete This Station"},
-        {5, "Rename This Station"},       {6, "Switch User"},          {7, "Exit Velmora"}};
-    for (int i = 0; i < entries.size(); ++i)
-        QTest::newRow(entries.at(i).second) << i << entries.at(i).first << QString::fromLatin1(entries.at(i).second);
-}
+    void everyEntryReportsItsIndexAndCloses_data()
+    {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("text");
+        const QList<QPair<int, const char *>> entries = {
+            {0, "Bookmark This Artist"},      {1, "Bookmark This Track"},  {2, "Do Not Play This Track For A Month"},
+            {9, "Why Is This Track Playing"}, {3, "Create A New Station"}, {4, "Delete This Station"},
+            {5, "Rename This Station"},       {6, "Switch User"},          {7, "Exit Velmora"}};
+        for (int i = 0; i < entries.size(); ++i)
+            QTest::newRow(entries.at(i).second)
+                << i << entries.at(i).first << QString::fromLatin1(entries.at(i).second);
+    }
 
-void Menu::everyEntryReportsItsIndexAndCloses()
-{
-    QFETCH(int, position);
-    QFETCH(int, index);
-    QFETCH(QString, text);
-    Rig rig;
-    QCOMPARE(screentest::child<QPushButton>(rig.menu, qPrintable(names.at(position)))->text(), text);
-    QCOMPARE(screentest::childWidget(rig.menu, qPrintable(names.at(position)))->geometry(),
-             QRect(15, 12 + 46 * position, 371, 41));
-    rig.down(position);
-    screentest::key(rig.menu, screentest::Select);
-    QCOMPARE(rig.indexes, QList<int>{index});
-    QVERIFY(!rig.wasVisible);
-    QCOMPARE(rig.menu.isNull(), index != 6); // signing out leaves the deletion to the close
-    screentest::settle();
-    QVERIFY(!rig.menu);
-    QCOMPARE(rig.ends, 1);
-}
-
-void Menu::backAndCloseReportNothing_data()
-{
-    QTest::addColumn<bool>("isBack");
-    QTest::newRow("Back") << true;
-    QTest::newRow("Close Menu") << false;
-}
-
-void Menu::backAndCloseReportNothing()
-{
-    QFETCH(bool, isBack);
-    Rig rig;
-    if (isBack) {
-        screentest::keyPress(rig.menu, screentest::Back);
-    } else {
-        rig.down(9);
+    void everyEntryReportsItsIndexAndCloses()
+    {
+        QFETCH(int, position);
+        QFETCH(int, index);
+        QFETCH(QString, text);
+        Rig rig;
+        QCOMPARE(screentest::child<QPushButton>(rig.menu, qPrintable(names.at(position)))->text(), text);
+        QCOMPARE(screentest::childWidget(rig.menu, qPrintable(names.at(position)))->geometry(),
+                 QRect(15, 12 + 46 * position, 371, 41));
+        rig.down(position);
         screentest::key(rig.menu, screentest::Select);
+        QCOMPARE(rig.indexes, QList<int>{index});
+        QVERIFY(!rig.wasVisible);
+        QCOMPARE(rig.menu.isNull(), index != 6); // signing out leaves the deletion to the close
+        screentest::settle();
+        QVERIFY(!rig.menu);
+        QCOMPARE(rig.ends, 1);
     }
-    screentest::settle();
-    QVERIFY(!rig.menu);
-    QVERIFY(rig.indexes.isEmpty());
-    QCOMPARE(rig.ends, 1);
-    QCOMPARE(rig.screens.idleRestarts(), 1);
-}
 
-void Menu::nineHoursWithoutAKeyReportEight()
-{
-    Rig rig;
-    const auto timers = rig.menu->findChildren<QTimer *>();
-    const auto closing =
-        std::find_if(timers.begin(), timers.end(), [](const QTimer *timer) { return timer->interval() == 32'400'000; });
-    QVERIFY(closing != timers.end());
-    QVERIFY((*closing)->isActive());
-    QMetaObject::invokeMethod(rig.menu, "handletimer");
-    QCOMPARE(rig.indexes, QList<int>{8});
-    QVERIFY(!rig.wasVisible);
-    screentest::settle();
-    QVERIFY(!rig.menu);
-}
+    void backAndCloseReportNothing()
+    {
+        const bool cases[] = {
+            true,  // Back
+            false, // Close Menu
+        };
+        for (const auto &isBack : cases) {
+            Rig rig;
+            if (isBack) {
+                screentest::keyPress(rig.menu, screentest::Back);
+            } else {
+                rig.down(9);
+                screentest::key(rig.menu, screentest::Select);
+            }
+            screentest::settle();
+            QVERIFY(!rig.menu);
+            QVERIFY(rig.indexes.isEmpty());
+            QCOMPARE(rig.ends, 1);
+            QCOMPARE(rig.screens.idleRestarts(), 1);
+        }
+    }
 
-void Menu::everyKeyReleaseRestartsTheTimer()
-{
-    Rig rig;
-    QTimer *timer = nullptr;
-    for (QTimer *candidate : rig.menu->findChildren<QTimer *>())
-        if (candidate->interval() == 32'400'000)
-            timer = candidate;
-    QVERIFY(timer);
-    timer->stop();
-    rig.menu->loseFocus(false); // keys are refused now
-    screentest::key(rig.menu, screentest::Down);
-    QVERIFY(timer->isActive());
-    QCOMPARE(rig.highlighted(), QStringList("bookmarkArtisteBtn"));
-    rig.menu->resetFocus(false);
-    screentest::key(rig.menu, screentest::Down);
-    QCOMPARE(rig.highlighted(), QStringList("bookmarkSongBtn"));
-}
+    void nineHoursWithoutAKeyReportEight()
+    {
+        Rig rig;
+        const auto timers = rig.menu->findChildren<QTimer *>();
+        const auto closing = std::find_if(timers.begin(), timers.end(),
+                                          [](const QTimer *timer) { return timer->interval() == 32'400'000; });
+        QVERIFY(closing != timers.end());
+        QVERIFY((*closing)->isActive());
+        QMetaObject::invokeMethod(rig.menu, "handletimer");
+        QCOMPARE(rig.indexes, QList<int>{8});
+        QVERIFY(!rig.wasVisible);
+        screentest::settle();
+        QVERIFY(!rig.menu);
+    }
 
-void Menu::theUnconnectedSlotSendsTheIndexOfSleep()
-{
-    Rig rig;
-    QMetaObject::invokeMethod(rig.menu, "doWhyPlaying");
-    QCOMPARE(rig.indexes, QList<int>{2});
-}
+    void everyKeyReleaseRestartsTheTimer()
+    {
+        Rig rig;
+        QTimer *timer = nullptr;
+        for (QTimer *candidate : rig.menu->findChildren<QTimer *>())
+            if (candidate->interval() == 32'400'000)
+                timer = candidate;
+        QVERIFY(timer);
+        timer->stop();
+        rig.menu->loseFocus(false); // keys are refused now
+        screentest::key(rig.menu, screentest::Down);
+        QVERIFY(timer->isActive());
+        QCOMPARE(rig.highlighted(), QStringList("bookmarkArtisteBtn"));
+        rig.menu->resetFocus(false);
+        screentest::key(rig.menu, screentest::Down);
+        QCOMPARE(rig.highlighted(), QStringList("bookmarkSongBtn"));
+    }
 
-void Menu::theNetworkIsThePlayersBusiness()
-{
-    Rig rig;
-    BoxAnswer answers({BoxAnswer::Ok});
-    FakeNetwork::lost();
-    screentest::settle();
-    QVERIFY(!rig.menu->m_isNetworkError && !rig.menu->m_isErrorMsg);
-}
+    void theNetworkIsThePlayersBusiness()
+    {
+        Rig rig;
+        BoxAnswer answers({BoxAnswer::Ok});
+        FakeNetwork::lost();
+        screentest::settle();
+        QVERIFY(!rig.menu->m_isNetworkError && !rig.menu->m_isErrorMsg);
+    }
 
-void Menu::escapeAndEnterDoNotEndTheMenu()
-{
-    Rig rig;
-    screentest::key(rig.menu, Qt::Key_Escape);
-    screentest::key(rig.menu, Qt::Key_Return);
-    screentest::settle();
-    QVERIFY(rig.menu && rig.menu->isVisible());
-    QVERIFY(rig.indexes.isEmpty());
-}
-
-void Menu::aReceiverMayDeleteTheMenu()
-{
-    Rig rig;
-    QObject::connect(rig.menu, &MenuDlg::itemCliecked, [&rig] { delete rig.menu; });
-    screentest::key(rig.menu, screentest::Select);
-    QVERIFY(!rig.menu);
-    QCOMPARE(rig.ends, 1);
-}
+    void aReceiverMayDeleteTheMenu()
+    {
+        Rig rig;
+        QObject::connect(rig.menu, &MenuDlg::itemCliecked, [&rig] { delete rig.menu; });
+        screentest::key(rig.menu, screentest::Select);
+        QVERIFY(!rig.menu);
+        QCOMPARE(rig.ends, 1);
+    }
+};
 
 QTEST_MAIN(Menu)
 #include "menu_test.moc"

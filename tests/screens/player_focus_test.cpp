@@ -36,327 +36,254 @@ void closeWhateverIsOpen(PlayerRig &rig)
 class PlayerFocus : public QObject {
     Q_OBJECT
 private slots:
-    void rightAndLeftWalkTheRing();
-    void everyKeyLeadsToADefinedPlace_data();
-    void everyKeyLeadsToADefinedPlace();
-    void selectActsOnTheFocusedControl_data();
-    void selectActsOnTheFocusedControl();
-    void oneControlIsFocusedAfterwards_data();
-    void oneControlIsFocusedAfterwards();
-    void keysUnderABoxAreIgnored();
-    void aReplyUnderABoxGivesNoKeysBack();
-    void aBoxOverTheMenuGivesTheKeysBackToTheMenu();
-    void aBoxOfTheHiddenPlayerLeavesTheVisibleScreenItsKeys();
-    void theMenuReportsToItsActions_data();
-    void theMenuReportsToItsActions();
-    void theAboutDialogCoversTheScreen();
-    void escapeDoesNotCloseTheScreen();
-    void aMouseClickTakesTheRingAlong();
-};
-
-void PlayerFocus::rightAndLeftWalkTheRing()
-{
-    PlayerRig rig;
-    rig.play();
-    for (int i = 0; i < 2 * ring.size(); ++i) {
-        QCOMPARE(rig.focused(), QStringList(ring.at(i % ring.size())));
-        if (i % ring.size() == 1)
-            QVERIFY(hasPlainBar(rig.stationsList())); // the list that was left
-        QCOMPARE(rig.player->focusWidget()->objectName(), ring.at(i % ring.size()));
-        PlayerRig::keepPicture(QStringLiteral("focus-%1").arg(i));
-        rig.key(screentest::Right);
-    }
-    for (int i = 2 * ring.size(); i > 0; --i) {
-        QCOMPARE(rig.focused(), QStringList(ring.at(i % ring.size())));
-        rig.key(screentest::Left);
-    }
-}
-
-void PlayerFocus::everyKeyLeadsToADefinedPlace_data()
-{
-    QTest::addColumn<int>("place");
-    for (int place = 0; place < ring.size(); ++place)
-        QTest::newRow(qPrintable(ring.at(place))) << place;
-}
-
-// Select apart, whatever the remote and a PC keyboard have.
-void PlayerFocus::everyKeyLeadsToADefinedPlace()
-{
-    QFETCH(int, place);
-    PlayerRig rig;
-    rig.play();
-    const int size = int(ring.size());
-    for (const int key :
-         {int(Qt::Key_Up), int(Qt::Key_Down), int(Qt::Key_Back), int(Qt::Key_PageUp), int(Qt::Key_PageDown),
-          int(Qt::Key_Home), int(Qt::Key_End), int(Qt::Key_TopMenu), int(Qt::Key_MenuPB), int(Qt::Key_Escape),
-          int(Qt::Key_Return), int(Qt::Key_Tab), int(Qt::Key_5), int(Qt::Key_S), int(Qt::Key_Pause),
-          int(Qt::Key_MediaPlay), int(Qt::Key_MediaStop), int(Qt::Key_Left), int(Qt::Key_Right)}) {
-        while (rig.focused() != QStringList(ring.at(place)))
+    void rightAndLeftWalkTheRing()
+    {
+        PlayerRig rig;
+        rig.play();
+        for (int i = 0; i < 2 * ring.size(); ++i) {
+            QCOMPARE(rig.focused(), QStringList(ring.at(i % ring.size())));
+            if (i % ring.size() == 1)
+                QVERIFY(hasPlainBar(rig.stationsList())); // the list that was left
+            QCOMPARE(rig.player->focusWidget()->objectName(), ring.at(i % ring.size()));
             rig.key(screentest::Right);
-        rig.key(key);
-        rig.run();
-        const int expected = (place + (key == Qt::Key_Right) - (key == Qt::Key_Left) + size) % size;
-        QVERIFY2(rig.focused() == QStringList(ring.at(expected)), qPrintable(QString::number(key, 16)));
-        QCOMPARE(rig.player->focusWidget()->objectName(), ring.at(expected));
-        QCOMPARE(screentest::visibleWindows(), QStringList("VelmoraMainDlg"));
+        }
+        for (int i = 2 * ring.size(); i > 0; --i) {
+            QCOMPARE(rig.focused(), QStringList(ring.at(i % ring.size())));
+            rig.key(screentest::Left);
+        }
     }
-}
 
-void PlayerFocus::selectActsOnTheFocusedControl_data()
-{
-    QTest::addColumn<int>("place");
-    QTest::addColumn<QString>("outcome");
-    QTest::newRow("menu") << 1 << "menu";
-    QTest::newRow("play") << 2 << "pause";
-    QTest::newRow("next") << 3 << "next";
-    QTest::newRow("thumbs down") << 4 << "rated 0";
-    QTest::newRow("thumbs up") << 5 << "rated 1";
-    QTest::newRow("history") << 6 << "";
-}
-
-void PlayerFocus::selectActsOnTheFocusedControl()
-{
-    QFETCH(int, place);
-    PlayerRig rig;
-    rig.play();
-    goTo(rig, place);
-    FakePlayback::clearCommands();
-    rig.key(screentest::Select);
-    QString outcome;
-    if (rig.dialog<MenuDlg>())
-        outcome = "menu";
-    else if (FakePlayback::types() == QList<int>{2})
-        outcome = "pause";
-    else if (!FakePlayback::urls().isEmpty())
-        outcome = "next";
-    else if (rig.sent(VLM_WS_MSGID_ADD_FEEDBACK) > 0)
-        outcome = QStringLiteral("rated %1").arg(rig.service.ws.last(VLM_WS_MSGID_ADD_FEEDBACK).params.at(0).toInt());
-    QTEST(outcome, "outcome");
-}
-
-void PlayerFocus::oneControlIsFocusedAfterwards_data()
-{
-    QTest::addColumn<int>("place");
-    QTest::addColumn<QString>("event");
-    for (int place = 0; place < ring.size(); ++place)
-        for (const char *event : {"box", "menu", "menu entry", "about", "explanation", "refill", "next track",
-                                  "deletion", "screen saver", "hidden and shown", "lost network and back"})
-            QTest::addRow("%s, %s", qPrintable(ring.at(place)), event) << place << QString::fromLatin1(event);
-}
-
-void PlayerFocus::oneControlIsFocusedAfterwards()
-{
-    QFETCH(int, place);
-    QFETCH(QString, event);
-    PlayerRig rig;
-    rig.play();
-    rig.key(screentest::Down);
-    goTo(rig, place);
-    BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok});
-    if (event == "box") {
-        rig.player->showMsgbox(MSG_INFO, "A box");
-    } else if (event == "menu") {
-        rig.call("menuSong");
-        QVERIFY(rig.focused().isEmpty());
-        screentest::keyPress(rig.dialog<MenuDlg>(), screentest::Back);
-        rig.run();
-        screentest::keyRelease(rig.player, screentest::Back);
-    } else if (event == "menu entry") {
-        rig.call("menuSong");
-        screentest::key(rig.dialog<MenuDlg>(), screentest::Select);
-        QVERIFY(rig.focused().isEmpty()); // the animation
-        rig.answer(VLM_WS_MSGID_ADD_ARTIST_BOOKMARK, VLM_WS_ERR_OK);
-    } else if (event == "about") {
-        rig.call("showAboutVelmora");
-        QVERIFY(rig.focused().isEmpty());
-        screentest::key(rig.dialog<AboutDlg>(), screentest::Select);
-    } else if (event == "explanation") {
-        rig.call("explainTrack");
-        rig.answer(VLM_WS_MSGID_EXPLAIN_TRACK, VLM_WS_ERR_OK, FakeReply::explanation({"A"}));
-        QVERIFY(rig.focused().isEmpty());
-        screentest::key(rig.dialog<WhyDlg>(), screentest::Back);
-    } else if (event == "refill") {
-        rig.fill();
-        rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_OK, PlayerRig::tracks(2));
-        FakePlayback::playOk(10);
-    } else if (event == "next track") {
-        rig.call("nextSong");
-        QVERIFY(rig.focused().isEmpty());
-        FakePlayback::playOk(10);
-    } else if (event == "deletion") {
-        rig.call("delStation");
-        rig.answer(VLM_WS_MSGID_DELETE_STATION, VLM_WS_ERR_OK);
-        QCOMPARE(rig.stationsList()->count(), 3);
-    } else if (event == "screen saver") {
-        FakeIpc::screenSaver(true);
-        QVERIFY(rig.focused().isEmpty());
-        FakeIpc::screenSaver(false);
-    } else if (event == "hidden and shown") {
-        rig.player->hide();
-        rig.player->show();
-    } else {
-        rig.player->controlAnimation(false, "Buffering...");
-        FakeNetwork::back();
+    void everyKeyLeadsToADefinedPlace_data()
+    {
+        QTest::addColumn<int>("place");
+        for (int place = 0; place < ring.size(); ++place)
+            QTest::newRow(qPrintable(ring.at(place))) << place;
     }
-    rig.run();
-    QCOMPARE(rig.focused(), QStringList(ring.at(place)));
-    QCOMPARE(rig.player->focusWidget()->objectName(), ring.at(place));
-    rig.key(screentest::Right);
-    QCOMPARE(rig.focused(), QStringList(ring.at((place + 1) % ring.size())));
-}
 
-void PlayerFocus::keysUnderABoxAreIgnored()
-{
-    PlayerRig rig;
-    rig.play();
-    FakePlayback::clearCommands();
-    BoxAnswer answers({BoxAnswer::Nothing});
-    QTimer::singleShot(50, rig.player, [&rig] {
-        rig.key(screentest::Right);
-        rig.key(Qt::Key_MediaNext);
-        rig.key(screentest::Green);
-        QVERIFY(rig.focused().isEmpty());
-        rig.player->delMsgbox();
-    });
-    QCOMPARE(rig.player->showMsgbox(MSG_INFO, "A box"), 1);
-    QVERIFY(FakePlayback::commands().isEmpty());
-    QCOMPARE(rig.sent(VLM_WS_MSGID_ADD_FEEDBACK), 0);
-    QCOMPARE(rig.focused(), QStringList("stationListWidget"));
-}
-
-void PlayerFocus::aReplyUnderABoxGivesNoKeysBack()
-{
-    PlayerRig rig;
-    rig.play();
-    BoxAnswer answers({BoxAnswer::Nothing});
-    QTimer::singleShot(50, rig.player, [&rig] {
-        FakePlayback::finished();
-        rig.call("checkwaterline");
-        FakePlayback::playOk(10);
-        rig.call("resetFocus");
-        QVERIFY(rig.focused().isEmpty());
-        rig.player->delMsgbox();
-    });
-    rig.player->showMsgbox(MSG_INFO, "A box");
-    QCOMPARE(rig.focused(), QStringList("stationListWidget"));
-    QCOMPARE(rig.text("songLabel"), QStringLiteral("Song 2"));
-}
-
-void PlayerFocus::aBoxOverTheMenuGivesTheKeysBackToTheMenu()
-{
-    PlayerRig rig;
-    rig.play();
-    rig.call("menuSong");
-    BoxAnswer answers({BoxAnswer::Ok});
-    rig.player->showMsgbox(MSG_INFO, "A box");
-    QVERIFY(rig.focused().isEmpty());
-    auto *menu = rig.dialog<MenuDlg>();
-    QVERIFY(menu);
-    QTRY_COMPARE(QApplication::activeWindow(), menu);
-    QVERIFY(screentest::childWidget(menu, "bookmarkArtisteBtn")->hasFocus());
-}
-
-void PlayerFocus::aBoxOfTheHiddenPlayerLeavesTheVisibleScreenItsKeys()
-{
-    PlayerRig rig;
-    rig.play();
-    rig.call("createStation");
-    QVERIFY(!rig.player->isVisible());
-    BoxAnswer answers({BoxAnswer::Ok});
-    rig.player->showMsgbox(MSG_INFO, "A box");
-    QTRY_COMPARE(QApplication::activeWindow(), rig.screens.last());
-    rig.screens.last()->close();
-}
-
-void PlayerFocus::theMenuReportsToItsActions_data()
-{
-    QTest::addColumn<int>("downs");
-    QTest::addColumn<QString>("outcome");
-    QTest::newRow("bookmark the artist") << 0 << "request 4";
-    QTest::newRow("bookmark the track") << 1 << "request 5";
-    QTest::newRow("sleep") << 2 << "request 35";
-    QTest::newRow("why") << 3 << "request 21";
-    QTest::newRow("create") << 4 << "createStation 1";
-    QTest::newRow("delete") << 5 << "Are you sure you want to delete station: \nStation b ?";
-    QTest::newRow("rename") << 6 << "Are you sure you want to rename station: \nStation b ?";
-    QTest::newRow("switch user") << 7 << "selectUser 2";
-    QTest::newRow("exit") << 8 << "exit";
-    QTest::newRow("close") << 9 << "";
-}
-
-void PlayerFocus::theMenuReportsToItsActions()
-{
-    QFETCH(int, downs);
-    PlayerRig rig;
-    rig.play();
-    rig.service.ws.clearCalls();
-    goTo(rig, 1);
-    rig.key(screentest::Select);
-    auto *menu = rig.dialog<MenuDlg>();
-    QVERIFY(menu);
-    QCOMPARE(menu->pos(), QPoint(450, 215));
-    if (downs == 0)
-        PlayerRig::keepPicture("menu");
-    for (int i = 0; i < downs; ++i)
-        screentest::key(menu, screentest::Down);
-    BoxAnswer answers({BoxAnswer::Cancel});
-    screentest::key(menu, screentest::Select);
-    rig.run();
-    QString outcome;
-    if (!rig.service.ws.calls().isEmpty())
-        outcome = QStringLiteral("request %1").arg(rig.service.ws.commands().last());
-    else if (!rig.screens.made().isEmpty())
-        outcome = rig.screens.made().last();
-    else if (answers.shown() > 0)
-        outcome = answers.texts().first();
-    else if (!FakeIpc::exitRequests().isEmpty())
-        outcome = "exit";
-    QTEST(outcome, "outcome");
-    QVERIFY(!rig.dialog<MenuDlg>());
-    if (outcome.startsWith("Are you sure")) {
-        QCOMPARE(answers.buttons(), QStringList("Yes|No"));
-        QCOMPARE(rig.focused(), QStringList("menuBtn"));
+    // Select apart, whatever the remote and a PC keyboard have.
+    void everyKeyLeadsToADefinedPlace()
+    {
+        QFETCH(int, place);
+        PlayerRig rig;
+        rig.play();
+        const int size = int(ring.size());
+        for (const int key :
+             {int(Qt::Key_Up), int(Qt::Key_Down), int(Qt::Key_Back), int(Qt::Key_PageUp), int(Qt::Key_PageDown),
+              int(Qt::Key_Home), int(Qt::Key_End), int(Qt::Key_TopMenu), int(Qt::Key_MenuPB), int(Qt::Key_Escape),
+              int(Qt::Key_Return), int(Qt::Key_Tab), int(Qt::Key_5), int(Qt::Key_S), int(Qt::Key_Pause),
+              int(Qt::Key_MediaPlay), int(Qt::Key_MediaStop), int(Qt::Key_Left), int(Qt::Key_Right)}) {
+            while (rig.focused() != QStringList(ring.at(place)))
+                rig.key(screentest::Right);
+            rig.key(key);
+            rig.run();
+            const int expected = (place + (key == Qt::Key_Right) - (key == Qt::Key_Left) + size) % size;
+            QVERIFY2(rig.focused() == QStringList(ring.at(expected)), qPrintable(QString::number(key, 16)));
+            QCOMPARE(rig.player->focusWidget()->objectName(), ring.at(expected));
+            QCOMPARE(screentest::visibleWindows(), QStringList("VelmoraMainDlg"));
+        }
     }
-    closeWhateverIsOpen(rig);
-}
 
-void PlayerFocus::theAboutDialogCoversTheScreen()
-{
-    PlayerRig rig;
-    rig.play();
-    rig.call("showAboutVelmora");
-    auto *about = rig.dialog<AboutDlg>();
-    QVERIFY(about);
-    QCOMPARE(about->pos(), QPoint(240, 110));
-    PlayerRig::keepPicture("about");
-    rig.key(Qt::Key_MediaNext); // the player below has given up the keys
-    QCOMPARE(FakePlayback::urls().size(), 1);
-    about->close();
-}
+    void selectActsOnTheFocusedControl()
+    {
+        const QStringList outcomes = {"menu", "pause", "next", "rated 0", "rated 1", ""};
+        for (int place = 1; place < ring.size(); ++place) {
+            PlayerRig rig;
+            rig.play();
+            goTo(rig, place);
+            FakePlayback::clearCommands();
+            rig.key(screentest::Select);
+            QString outcome;
+            if (rig.dialog<MenuDlg>())
+                outcome = "menu";
+            else if (FakePlayback::types() == QList<int>{2})
+                outcome = "pause";
+            else if (!FakePlayback::urls().isEmpty())
+                outcome = "next";
+            else if (rig.sent(VLM_WS_MSGID_ADD_FEEDBACK) > 0)
+                outcome = "rated " + rig.service.ws.last(VLM_WS_MSGID_ADD_FEEDBACK).params.at(0).toString();
+            QCOMPARE(outcome, outcomes.at(place - 1));
+        }
+    }
 
-void PlayerFocus::escapeDoesNotCloseTheScreen()
-{
-    PlayerRig rig;
-    rig.play();
-    for (const int place : {0, 1, 6}) {
+    void oneControlIsFocusedAfterwards_data()
+    {
+        QTest::addColumn<int>("place");
+        QTest::addColumn<QString>("event");
+        for (int place = 0; place < ring.size(); ++place)
+            for (const char *event : {"box", "menu", "menu entry", "about", "explanation", "refill", "next track",
+                                      "deletion", "screen saver", "hidden and shown", "lost network and back"})
+                QTest::addRow("%s, %s", qPrintable(ring.at(place)), event) << place << QString::fromLatin1(event);
+    }
+
+    void oneControlIsFocusedAfterwards()
+    {
+        QFETCH(int, place);
+        QFETCH(QString, event);
+        PlayerRig rig;
+        rig.play();
+        rig.key(screentest::Down);
         goTo(rig, place);
-        rig.key(Qt::Key_Escape);
-        rig.key(Qt::Key_Back);
+        BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok});
+        if (event == "box") {
+            rig.player->showMsgbox(MSG_INFO, "A box");
+        } else if (event == "menu") {
+            rig.call("menuSong");
+            QVERIFY(rig.focused().isEmpty());
+            screentest::keyPress(rig.dialog<MenuDlg>(), screentest::Back);
+            rig.run();
+            screentest::keyRelease(rig.player, screentest::Back);
+        } else if (event == "menu entry") {
+            rig.call("menuSong");
+            screentest::key(rig.dialog<MenuDlg>(), screentest::Select);
+            QVERIFY(rig.focused().isEmpty()); // the animation
+            rig.answer(VLM_WS_MSGID_ADD_ARTIST_BOOKMARK, VLM_WS_ERR_OK);
+        } else if (event == "about") {
+            rig.call("showAboutVelmora");
+            QVERIFY(rig.focused().isEmpty());
+            QCOMPARE(rig.dialog<AboutDlg>()->pos(), QPoint(240, 110));
+            screentest::key(rig.dialog<AboutDlg>(), screentest::Select);
+        } else if (event == "explanation") {
+            rig.call("explainTrack");
+            rig.answer(VLM_WS_MSGID_EXPLAIN_TRACK, VLM_WS_ERR_OK, FakeReply::explanation({"A"}));
+            QVERIFY(rig.focused().isEmpty());
+            screentest::key(rig.dialog<WhyDlg>(), screentest::Back);
+        } else if (event == "refill") {
+            rig.fill();
+            rig.startTracks(2);
+        } else if (event == "next track") {
+            rig.call("nextSong");
+            QVERIFY(rig.focused().isEmpty());
+            FakePlayback::playOk(10);
+        } else if (event == "deletion") {
+            rig.call("delStation");
+            rig.answer(VLM_WS_MSGID_DELETE_STATION, VLM_WS_ERR_OK);
+            QCOMPARE(rig.stationsList()->count(), 3);
+        } else if (event == "screen saver") {
+            FakeIpc::screenSaver(true);
+            QVERIFY(rig.focused().isEmpty());
+            FakeIpc::screenSaver(false);
+        } else if (event == "hidden and shown") {
+            rig.player->hide();
+            rig.player->show();
+        } else {
+            rig.player->controlAnimation(false, "Buffering...");
+            FakeNetwork::back();
+        }
         rig.run();
-        QVERIFY(rig.player && rig.player->isVisible());
+        QCOMPARE(rig.focused(), QStringList(ring.at(place)));
+        QCOMPARE(rig.player->focusWidget()->objectName(), ring.at(place));
+        rig.key(screentest::Right);
+        QCOMPARE(rig.focused(), QStringList(ring.at((place + 1) % ring.size())));
     }
-}
 
-void PlayerFocus::aMouseClickTakesTheRingAlong()
-{
-    PlayerRig rig;
-    rig.play();
-    QTest::mouseClick(rig.button("playBtn"), Qt::LeftButton);
-    QCOMPARE(rig.focused(), QStringList("playBtn"));
-    QTest::mouseClick(rig.stationsList()->viewport(), Qt::LeftButton, {}, QPoint(100, 20));
-    QCOMPARE(rig.focused(), QStringList("stationListWidget"));
-    QCOMPARE(rig.stationsList()->currentRow(), 0);
-}
+    void keysAndRepliesUnderABoxChangeNothing()
+    {
+        PlayerRig rig;
+        rig.play();
+        FakePlayback::clearCommands();
+        BoxAnswer answers({BoxAnswer::Nothing});
+        QTimer::singleShot(50, rig.player, [&rig] {
+            rig.key(screentest::Right);
+            rig.key(Qt::Key_MediaNext);
+            rig.key(screentest::Green);
+            QVERIFY(rig.focused().isEmpty());
+            QVERIFY(FakePlayback::commands().isEmpty());
+            rig.finishTrack();
+            FakePlayback::playOk(10);
+            rig.call("resetFocus");
+            QVERIFY(rig.focused().isEmpty());
+            rig.player->delMsgbox();
+        });
+        QCOMPARE(rig.player->showMsgbox(MSG_INFO, "A box"), 1);
+        QCOMPARE(rig.sent(VLM_WS_MSGID_ADD_FEEDBACK), 0);
+        QCOMPARE(rig.text("songLabel"), QStringLiteral("Song 2"));
+        QCOMPARE(rig.focused(), QStringList("stationListWidget"));
+    }
+
+    void aBoxOverTheMenuGivesTheKeysBackToTheMenu()
+    {
+        PlayerRig rig;
+        rig.play();
+        rig.call("menuSong");
+        BoxAnswer answers({BoxAnswer::Ok});
+        rig.player->showMsgbox(MSG_INFO, "A box");
+        QVERIFY(rig.focused().isEmpty());
+        auto *menu = rig.dialog<MenuDlg>();
+        QVERIFY(menu);
+        QTRY_COMPARE(QApplication::activeWindow(), menu);
+        QVERIFY(screentest::childWidget(menu, "bookmarkArtisteBtn")->hasFocus());
+    }
+
+    void aBoxOfTheHiddenPlayerLeavesTheVisibleScreenItsKeys()
+    {
+        PlayerRig rig;
+        rig.play();
+        rig.call("createStation");
+        QVERIFY(!rig.player->isVisible());
+        BoxAnswer answers({BoxAnswer::Ok});
+        rig.player->showMsgbox(MSG_INFO, "A box");
+        QTRY_COMPARE(QApplication::activeWindow(), rig.screens.last());
+        rig.screens.last()->close();
+    }
+
+    void theMenuReportsToItsActions()
+    {
+        const std::tuple<int, QString> cases[] = {
+            {0, "request 4"},                                              // bookmark the artist
+            {1, "request 5"},                                              // bookmark the track
+            {2, "request 35"},                                             // sleep
+            {3, "request 21"},                                             // why
+            {4, "createStation 1"},                                        // create
+            {5, "Are you sure you want to delete station: \nStation b ?"}, // delete
+            {6, "Are you sure you want to rename station: \nStation b ?"}, // rename
+            {7, "selectUser 2"},                                           // switch user
+            {8, "exit"},                                                   // exit
+            {9, ""},                                                       // close
+        };
+        for (const auto &[downs, expected] : cases) {
+            PlayerRig rig;
+            rig.play();
+            rig.service.ws.clearCalls();
+            goTo(rig, 1);
+            rig.key(screentest::Select);
+            auto *menu = rig.dialog<MenuDlg>();
+            QVERIFY(menu);
+            QCOMPARE(menu->pos(), QPoint(450, 215));
+            for (int i = 0; i < downs; ++i)
+                screentest::key(menu, screentest::Down);
+            BoxAnswer answers({BoxAnswer::Cancel});
+            screentest::key(menu, screentest::Select);
+            rig.run();
+            QString outcome;
+            if (!rig.service.ws.calls().isEmpty())
+                outcome = QStringLiteral("request %1").arg(rig.service.ws.commands().last());
+            else if (!rig.screens.made().isEmpty())
+                outcome = rig.screens.made().last();
+            else if (answers.shown() > 0)
+                outcome = answers.texts().first();
+            else if (!FakeIpc::exitRequests().isEmpty())
+                outcome = "exit";
+            QCOMPARE(outcome, expected);
+            QVERIFY(!rig.dialog<MenuDlg>());
+            if (outcome.startsWith("Are you sure")) {
+                QCOMPARE(answers.buttons(), QStringList("Yes|No"));
+                QCOMPARE(rig.focused(), QStringList("menuBtn"));
+            }
+            closeWhateverIsOpen(rig);
+        }
+    }
+
+    void aMouseClickTakesTheRingAlong()
+    {
+        PlayerRig rig;
+        rig.play();
+        QTest::mouseClick(rig.button("playBtn"), Qt::LeftButton);
+        QCOMPARE(rig.focused(), QStringList("playBtn"));
+        QTest::mouseClick(rig.stationsList()->viewport(), Qt::LeftButton, {}, QPoint(100, 20));
+        QCOMPARE(rig.focused(), QStringList("stationListWidget"));
+        QCOMPARE(rig.stationsList()->currentRow(), 0);
+    }
+};
 
 QTEST_MAIN(PlayerFocus)
 #include "player_focus_test.moc"

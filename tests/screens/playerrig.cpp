@@ -8,10 +8,7 @@
 #include "station/menudlg.h"
 #include "station/whydlg.h"
 
-#include <QDir>
 #include <QFile>
-#include <QPainter>
-#include <QProgressBar>
 
 PlayerPort *PlayerScreens::player()
 {
@@ -37,7 +34,7 @@ PlayerRig::PlayerRig(const QByteArray &lastStation)
 {
     screentest::registerTypes();
     QApplication::setQuitOnLastWindowClosed(false);
-    QFile style(QStringLiteral(":/velmora.qss")); // where the images are linked in
+    QFile style(":/velmora.qss"); // where the images are linked in
     if (qApp->styleSheet().isEmpty() && style.open(QIODevice::ReadOnly))
         qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
     FakePlayback::reset();
@@ -46,9 +43,9 @@ PlayerRig::PlayerRig(const QByteArray &lastStation)
     QFile::remove(device::settingsFile());
     {
         VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
-        settings.addAccount(QStringLiteral("listener@example.org"), QStringLiteral("0"));
-        settings.setLastLogin(QStringLiteral("listener@example.org"), QStringLiteral("0"));
-        settings.setStationInfo(QStringLiteral("listener@example.org"), QString::fromLatin1(lastStation));
+        settings.addAccount("listener@example.org", "0");
+        settings.setLastLogin("listener@example.org", "0");
+        settings.setStationInfo("listener@example.org", QString::fromLatin1(lastStation));
     }
     player = VelmoraMainDlg::getInstance();
     player->show();
@@ -110,6 +107,15 @@ void ignore(HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *)
 
 } // namespace
 
+HANDLE_T PlayerRig::listed(const QList<FakeStation> &all)
+{
+    service.ws.replyNext(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, FakeReply::stationList(all));
+    HANDLE_T handle = 0;
+    velmora_ws_getStationList(0, "", "", ignore, nullptr, &handle);
+    service.ws.flush();
+    return handle;
+}
+
 HANDLE_T PlayerRig::stationList(const QList<FakeStation> &own)
 {
     FakeStation tapestry;
@@ -117,11 +123,7 @@ HANDLE_T PlayerRig::stationList(const QList<FakeStation> &own)
     tapestry.name = "Tapestry";
     tapestry.isTapestry = true;
     tapestry.allowRename = tapestry.allowDelete = false;
-    service.ws.replyNext(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, FakeReply::stationList(QList{tapestry} + own));
-    HANDLE_T handle = 0;
-    velmora_ws_getStationList(0, "", "", ignore, nullptr, &handle);
-    service.ws.flush();
-    return handle;
+    return listed(QList{tapestry} + own);
 }
 
 HANDLE_T PlayerRig::createdStation(const FakeStation &station)
@@ -144,6 +146,19 @@ void PlayerRig::play(const QList<FakeEntry> &entries)
     fill();
     answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_OK, FakeReply::playlist(entries));
     FakePlayback::playOk(180);
+    run();
+}
+
+void PlayerRig::startTracks(int count)
+{
+    answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_OK, tracks(count));
+    FakePlayback::playOk(10);
+}
+
+void PlayerRig::finishTrack()
+{
+    FakePlayback::finished();
+    tick();
     run();
 }
 
@@ -184,9 +199,8 @@ QStringList PlayerRig::focused() const
     for (const char *name : {"stationListWidget", "playListWidget"}) {
         const QListWidgetItem *item = list(name)->currentItem();
         const bool hasKeys = list(name)->hasFocus();
-        const bool hasBar =
-            item && !item->background().texture().isNull() &&
-            item->background().texture().cacheKey() == QPixmap(QStringLiteral(":/images/FocusBar.png")).cacheKey();
+        const bool hasBar = item && !item->background().texture().isNull() &&
+                            item->background().texture().cacheKey() == QPixmap(":/images/FocusBar.png").cacheKey();
         if (hasKeys || hasBar)
             names.append(QString::fromLatin1(name) + (!item || hasBar ? QString() : QStringLiteral(" without bar")));
     }
@@ -210,20 +224,8 @@ int PlayerRig::skipsLeft(const QString &station) const
     return left;
 }
 
-void PlayerRig::keepPicture(const QString &name)
+void PlayerRig::useUpSkips(const QString &station)
 {
-    const QString folder = qEnvironmentVariable("VELMORA_PICTURES");
-    if (folder.isEmpty())
-        return;
-    QImage image(1280, 720, QImage::Format_RGB32);
-    image.fill(Qt::black);
-    QPainter painter(&image);
-    QList<QWidget *> windows;
-    for (QWidget *widget : QApplication::topLevelWidgets())
-        if (widget->isVisible())
-            widget->inherits("VelmoraMainDlg") ? windows.prepend(widget) : windows.append(widget);
-    for (QWidget *window : std::as_const(windows))
-        painter.drawPixmap(window->pos(), window->grab());
-    painter.end();
-    image.save(QDir(folder).filePath(name + QStringLiteral(".png")));
+    for (int i = 0; i < 6; ++i)
+        VelmoraNextLimit::getInstance()->addIntoQueue(station);
 }

@@ -23,6 +23,10 @@ public:
     VelmoraParentWidget *why(const QString &text, QWidget *parent) override;
 };
 
+const QString skipLimit = QStringLiteral("Unfortunately,our music licenses force us to limit the number of tracks you "
+                                         "may skip each hour.");
+const QString adsOnly = QStringLiteral("       Invalid operation for audio ads");
+
 // One test's player screen over the fakes: "listener" is signed in, the player is made and shown. At the end it is
 // closed, and handles, threads or screens that it left behind fail the test.
 class PlayerRig {
@@ -34,11 +38,15 @@ public:
     static QList<FakeStation> stations(const QList<QByteArray> &tokens = {"a", "b", "c"}); // Tapestry is added
     static FakeEntry track(const QByteArray &name);
     static FakeReply tracks(int count); // "Song 1" and so on
+    HANDLE_T emptyStationList() { return listed({}); }
     HANDLE_T stationList(const QList<FakeStation> &own);
     HANDLE_T createdStation(const FakeStation &station);
     void fill(const QList<FakeStation> &own = stations());
     // Fills the list and starts the last station, whose playlist is this one; its first track plays.
     void play(const QList<FakeEntry> &entries = {track("Song 1"), track("Song 2"), track("Song 3")});
+    void startTracks(int count); // answers the playlist that was asked for; the first of "Song 1" and so on plays
+    void tick() const { call("checkwaterline"); }
+    void finishTrack(); // it has been heard to its end, and the next is being started
     void answer(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {}); // the oldest that waits; then run()
     void run(); // everything that is on its way has arrived
     int sent(int cmd) const { return service.ws.count(cmd); }
@@ -68,11 +76,13 @@ public:
     QString lastStation() const; // of the settings
     // Uses them up.
     int skipsLeft(const QString &station) const;
-    // A picture into the folder of VELMORA_PICTURES, if that is set.
-    static void keepPicture(const QString &name);
+    static void useUpSkips(const QString &station);
 
     LogCapture log;
     FakeWsFixture service;
     PlayerScreens screens;
     QPointer<VelmoraMainDlg> player;
+
+private:
+    HANDLE_T listed(const QList<FakeStation> &all);
 };

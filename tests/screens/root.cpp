@@ -8,8 +8,8 @@
 
 #include "viewcomponent/bufferdlg.h"
 
+#include <functional>
 #include <QApplication>
-#include <QLabel>
 
 namespace {
 
@@ -76,45 +76,33 @@ private slots:
 
     // --- history and Back
 
-    void theHistoryIsAQueueWithTheNewestLast()
-    {
-        VelmoraParentWidget::delUiType(); // of an empty history: nothing
-        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SIGNIN);
-        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
-        VelmoraParentWidget::delUiType();
-        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.size(), 1);
-        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.last(), VELMORA_UI_TYPE_SIGNIN);
-        VelmoraParentWidget::clearAllRecordHistroyUiType();
-        QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
-    }
-
-    void backRebuildsTheScreenOfTheNewestEntry_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QStringList>("made");
-        QTest::newRow("player") << 2 << QStringList{"player"};
-        QTest::newRow("sign-in") << 3 << QStringList{"signIn"};
-        QTest::newRow("none") << 4 << QStringList{};
-        QTest::newRow("activation") << 5 << QStringList{"activation |"};
-        QTest::newRow("account selection") << 6 << QStringList{"selectUser 2"};
-        QTest::newRow("unknown") << 7 << QStringList{};
-    }
     void backRebuildsTheScreenOfTheNewestEntry()
     {
-        QFETCH(int, type);
-        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_NONE);
-        VelmoraParentWidget::recordHistroyUiType(static_cast<_VELMORA_UI_TYPE_E>(type));
-        emit m_screen->signalReturnBtn();
-        QTEST(m_screens->made(), "made");
-        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.size(), 1);
-        if (type == VELMORA_UI_TYPE_MAIN) {
-            QVERIFY(PlayerPort::existing()->screen()->isVisible());
-            QCOMPARE(m_screens->idleRestarts(), 1);
-        } else if (m_screens->last()) {
-            QVERIFY(m_screens->last()->isVisible());
+        const std::tuple<int, QStringList> cases[] = {
+            {2, QStringList{"player"}},       // player
+            {3, QStringList{"signIn"}},       // sign-in
+            {4, QStringList{}},               // none
+            {5, QStringList{"activation |"}}, // activation
+            {6, QStringList{"selectUser 2"}}, // account selection
+            {7, QStringList{}},               // unknown
+        };
+        for (const auto &[type, made] : cases) {
+            cleanup(); // a fresh screen for each
+            init();
+            VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_NONE);
+            VelmoraParentWidget::recordHistroyUiType(static_cast<_VELMORA_UI_TYPE_E>(type));
+            emit m_screen->signalReturnBtn();
+            QCOMPARE(m_screens->made(), made);
+            QCOMPARE(VelmoraParentWidget::m_ui_type_queue.size(), 1);
+            if (type == VELMORA_UI_TYPE_MAIN) {
+                QVERIFY(PlayerPort::existing()->screen()->isVisible());
+                QCOMPARE(m_screens->idleRestarts(), 1);
+            } else if (m_screens->last()) {
+                QVERIFY(m_screens->last()->isVisible());
+            }
+            screentest::settle();
+            QVERIFY2(!m_screen, "the screen that was left is deleted");
         }
-        screentest::settle();
-        QVERIFY2(!m_screen, "the screen that was left is deleted");
     }
 
     void backWhileABoxIsOpenNeitherClosesNorPops()
@@ -124,7 +112,7 @@ private slots:
             m_screen->returnToLastWindow();
             m_screen->delMsgbox();
         });
-        m_screen->showMsgbox(MSG_INFO, QStringLiteral("text"));
+        m_screen->showMsgbox(MSG_INFO, "text");
         QVERIFY(m_screen->isVisible());
         QCOMPARE(VelmoraParentWidget::m_ui_type_queue.size(), 1);
         QVERIFY(m_screens->made().isEmpty());
@@ -139,21 +127,6 @@ private slots:
         QCOMPARE(answers.buttons(), QStringList({"Yes|No", "Yes|No"}));
         QVERIFY(FakeIpc::exitRequests().isEmpty());
         QVERIFY(!m_screen->isEixt && m_screen->isVisible());
-    }
-
-    void escapeNeverClosesAScreen()
-    {
-        QTest::keyClick(m_screen->button, Qt::Key_Escape);
-        QTest::keyClick(m_screen.data(), Qt::Key_Escape);
-        screentest::settle();
-        QVERIFY(m_screen && m_screen->isVisible());
-    }
-
-    void aScreenWithAParentIsAWindowOfItsOwn()
-    {
-        ProbeScreen child(m_screen);
-        QVERIFY(child.isWindow());
-        QVERIFY(child.windowFlags().testFlag(Qt::FramelessWindowHint));
     }
 
     // --- exit
@@ -196,37 +169,38 @@ private slots:
         QVERIFY(!m_screen->isEixt && m_screen->isVisible());
     }
 
-    void theMenuSystemsExitEndsTheEventLoopAndEveryScreen_data()
-    {
-        QTest::addColumn<bool>("isTogether");
-        QTest::newRow("told to all screens at once") << true;
-        QTest::newRow("told to the first screen, whose end takes the others along") << false;
-    }
     void theMenuSystemsExitEndsTheEventLoopAndEveryScreen()
     {
-        QFETCH(bool, isTogether);
-        auto *hidden = new ProbeScreen;
-        bool isAnsweredOutside = false;
-        int answer = -1;
-        QTimer::singleShot(0, hidden, [&] {
-            const QPointer<ProbeScreen> guard(hidden);
-            answer = hidden->showMsgbox(MSG_QUESTION, QStringLiteral("question"));
-            isAnsweredOutside = !guard || guard->isBoxDestroyed();
-        });
-        onBox(m_context.get(), [this, isTogether] {
-            if (isTogether)
-                FakeIpc::exitFromMenu();
-            else
-                m_screen->exitVelmora(true, false);
-        });
-        QCOMPARE(execute(), 0);
-        QCOMPARE(answer, 0);
-        QVERIFY2(isAnsweredOutside, "a box that the exit took away was not answered with No");
-        QVERIFY(!FakeIpc::responses().isEmpty());
-        QCOMPARE(FakeIpc::responses().first(), 2);
-        QVERIFY(FakeIpc::exitRequests().isEmpty());
-        screentest::settle();
-        QVERIFY(!m_screen);
+        const bool cases[] = {
+            true,  // told to all screens at once
+            false, // told to the first screen, whose end takes the others along
+        };
+        for (const auto &isTogether : cases) {
+            cleanup(); // a fresh screen for each
+            init();
+            auto *hidden = new ProbeScreen;
+            bool isAnsweredOutside = false;
+            int answer = -1;
+            QTimer::singleShot(0, hidden, [&] {
+                const QPointer<ProbeScreen> guard(hidden);
+                answer = hidden->showMsgbox(MSG_QUESTION, "question");
+                isAnsweredOutside = !guard || (guard->isBoxDestroyed() && guard->isEixt);
+            });
+            onBox(m_context.get(), [this, isTogether] {
+                if (isTogether)
+                    FakeIpc::exitFromMenu();
+                else
+                    m_screen->exitVelmora(true, false);
+            });
+            QCOMPARE(execute(), 0);
+            QCOMPARE(answer, 0);
+            QVERIFY2(isAnsweredOutside, "a box that the exit took away was not answered with No");
+            QVERIFY(!FakeIpc::responses().isEmpty());
+            QCOMPARE(FakeIpc::responses().first(), 2);
+            QVERIFY(FakeIpc::exitRequests().isEmpty());
+            screentest::settle();
+            QVERIFY(!m_screen);
+        }
     }
 
     void anExitThatIsGrantedEndsTheEventLoop()
@@ -258,47 +232,49 @@ private slots:
     {
         BoxAnswer answers({BoxAnswer::Ok});
         QVERIFY(m_screen->fgActionInvalid());
-        onBox(m_context.get(), [this] { m_screen->notes += m_screen->fgActionInvalid() ? "may act" : "may not"; });
+        onBox(m_context.get(), [this] {
+            m_screen->notes += m_screen->fgActionInvalid() ? "may act" : "may not";
+            m_screen->controlAnimation(false, "text"); // none under a box
+        });
         m_screen->showMsgbox(MSG_INFO, QString());
         QVERIFY(m_screen->notes.startsWith("lose box") && m_screen->notes.endsWith("reset"));
         QVERIFY(!m_screen->notes.contains("may act"));
-        QVERIFY(m_screen->fgActionInvalid());
+        QVERIFY(m_screen->fgActionInvalid() && !m_screen->isAnimationShown());
         QVERIFY(!m_screen->isMsgboxShown() && !m_screen->isBoxDestroyed());
     }
 
-    void aBoxTakenAwayIsNoAnswer_data()
-    {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<int>("result");
-        QTest::addColumn<bool>("isDestroyed");
-        QTest::newRow("destroyed") << "destroy" << 0 << true;
-        QTest::newRow("hidden") << "hide" << 0 << true;
-        QTest::newRow("replaced by another box") << "replace" << 0 << true;
-        QTest::newRow("closed as confirmed") << "del" << 1 << false;
-        QTest::newRow("answered with No") << "no" << 0 << false;
-    }
     void aBoxTakenAwayIsNoAnswer()
     {
-        QFETCH(QString, how);
-        onBox(m_context.get(), [this, how] {
-            if (how == "destroy")
-                m_screen->destroyedMsgbox();
-            else if (how == "hide")
-                m_screen->hideMsgbox();
-            else if (how == "del")
-                m_screen->delMsgbox();
-            else if (how == "no")
-                screentest::child<QPushButton>(screentest::visibleBox(), "cancelBtn")->click();
-            else {
-                BoxAnswer inner({BoxAnswer::Ok});
-                QCOMPARE(m_screen->showMsgbox(MSG_INFO, QString()), 1);
-                QVERIFY(!m_screen->isBoxDestroyed());
-            }
-        });
-        QTEST(m_screen->showMsgbox(MSG_QUESTION, QString()), "result");
-        QTEST(m_screen->isBoxDestroyed(), "isDestroyed");
-        QVERIFY(!screentest::visibleBox());
-        QCOMPARE(screentest::livingScreens(), 1);
+        const std::tuple<QString, int, bool> cases[] = {
+            {"destroy", 0, true}, // destroyed
+            {"hide", 0, true},    // hidden
+            {"replace", 0, true}, // replaced by another box
+            {"del", 1, false},    // closed as confirmed
+            {"no", 0, false},     // answered with No
+        };
+        for (const auto &[how, result, isDestroyed] : cases) {
+            cleanup(); // a fresh screen for each
+            init();
+            onBox(m_context.get(), [this, how] {
+                if (how == "destroy")
+                    m_screen->destroyedMsgbox();
+                else if (how == "hide")
+                    m_screen->hideMsgbox();
+                else if (how == "del")
+                    m_screen->delMsgbox();
+                else if (how == "no")
+                    screentest::child<QPushButton>(screentest::visibleBox(), "cancelBtn")->click();
+                else {
+                    BoxAnswer inner({BoxAnswer::Ok});
+                    QCOMPARE(m_screen->showMsgbox(MSG_INFO, QString()), 1);
+                    QVERIFY(!m_screen->isBoxDestroyed());
+                }
+            });
+            QCOMPARE(m_screen->showMsgbox(MSG_QUESTION, QString()), result);
+            QCOMPARE(m_screen->isBoxDestroyed(), isDestroyed);
+            QVERIFY(!screentest::visibleBox());
+            QCOMPARE(screentest::livingScreens(), 1);
+        }
     }
 
     void aQuestionTakenAwayTakesNoBranch()
@@ -316,56 +292,31 @@ private slots:
         QVERIFY2(!m_screen->isEixt, "the blue key still works");
     }
 
-    void aScreenMayGoUnderItsOpenBox()
-    {
-        QSignalSpy gone(m_screen, &QObject::destroyed);
-        onBox(m_context.get(), [this] { m_screen->close(); });
-        QCOMPARE(m_screen->showMsgbox(MSG_QUESTION, QString()), 0);
-        QCOMPARE(gone.count(), 1);
-        QVERIFY(!screentest::visibleBox());
-    }
-
-    void everyQuestionSurvivesTheEndOfItsScreen_data()
-    {
-        QTest::addColumn<int>("question");
-        for (int question = 0; question < 5; ++question)
-            QTest::addRow("question %d", question) << question;
-    }
     void everyQuestionSurvivesTheEndOfItsScreen()
     {
-        QFETCH(int, question);
-        FakePlayback::setState(PLAYBACK_STATE_PLAYING);
-        onBox(m_context.get(), [this] { m_screen->close(); });
-        if (question == 0)
-            m_screen->exitVelmora();
-        else if (question == 1)
-            m_screen->NohandleTimeOut();
-        else if (question == 2)
-            m_screen->gotoHome();
-        else if (question == 3)
-            FakeNetwork::lost();
-        else
-            m_screen->handleWSError(5099);
-        QVERIFY(!m_screen);
-        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        const std::function<void()> questions[] = {
+            [this] { m_screen->exitVelmora(); },       [this] { m_screen->NohandleTimeOut(); },
+            [this] { m_screen->gotoHome(); },          [] { FakeNetwork::lost(); },
+            [this] { m_screen->handleWSError(5099); }, [this] { m_screen->showMsgbox(MSG_QUESTION, QString()); }};
+        for (const auto &ask : questions) {
+            cleanup();
+            init();
+            FakePlayback::setState(PLAYBACK_STATE_PLAYING);
+            onBox(m_context.get(), [this] { m_screen->close(); });
+            ask();
+            QVERIFY(!m_screen && !screentest::visibleBox());
+            QVERIFY(FakeIpc::exitRequests().isEmpty());
+        }
     }
 
     // --- errors of the service
-
-    void errorTextsNameTheSupportContact()
-    {
-        QCOMPARE(m_screen->handleWSError(VLM_WS_ERR_INVALID_AUTH_TOKEN_2),
-                 m_screen->handleWSError(VLM_WS_ERR_INVALID_AUTH_TOKEN));
-        const QString text = m_screen->handleWSError(VLM_WS_ERR_ACCOUNT_INACTIVE);
-        QVERIFY(text.startsWith("Sorry,this account is no longer active.Please contact Velmora listener support at "));
-        QVERIFY2(text.section(" at ", 1).contains('@'), qPrintable(text));
-        QCOMPARE(m_screen->handleWSError(VLM_WS_ERR_DEVICE_NOT_FOUND), QStringLiteral("NULL"));
-    }
 
     void anInactiveAccountIsSaidOnceAndReported()
     {
         BoxAnswer answers({BoxAnswer::Ok});
         QSignalSpy fatal(m_screen, &VelmoraParentWidget::signalFatalErr);
+        const QString text = m_screen->handleWSError(VLM_WS_ERR_ACCOUNT_INACTIVE);
+        QVERIFY2(text.contains(" listener support at ") && text.section(" at ", 1).contains('@'), qPrintable(text));
         m_screen->handleWSError(5098); // the twin knows one code only
         m_screen->handleWSError(5099);
         m_screen->handleWSError(5099);
@@ -378,34 +329,31 @@ private slots:
 
     // --- idle check
 
-    void theIdleCheckAsksOnlyWhileATrackGoesOn_data()
-    {
-        QTest::addColumn<int>("state");
-        QTest::addColumn<bool>("isAnimation");
-        QTest::addColumn<bool>("asks");
-        QTest::newRow("stopped") << 4 << false << false;
-        QTest::newRow("playing") << 5 << false << true;
-        QTest::newRow("paused") << 6 << false << true;
-        QTest::newRow("playing under the animation") << 5 << true << false;
-        QTest::newRow("nothing yet") << 0 << false << false;
-    }
     void theIdleCheckAsksOnlyWhileATrackGoesOn()
     {
-        QFETCH(int, state);
-        QFETCH(bool, isAnimation);
-        QFETCH(bool, asks);
-        ProbePlayer player;
-        FakePlayback::setState(state);
-        m_screen->runTimer();
-        QCOMPARE(idleTimer(*m_screen)->interval(), 28'800'000);
-        if (isAnimation)
-            m_screen->controlAnimation(false, QStringLiteral("text"));
-        BoxAnswer answers({BoxAnswer::Ok});
-        m_screen->NohandleTimeOut();
-        QCOMPARE(answers.texts(), asks ? QStringList{"    Are you still there ? "} : QStringList{});
-        QVERIFY(idleTimer(*m_screen)->isActive());
-        QCOMPARE(idleTimer(*m_screen)->interval(), asks ? 28'800'000 : 3'000);
-        QCOMPARE(player.notes, asks ? QStringList({"stop", "play"}) : QStringList{});
+        const std::tuple<int, bool, bool> cases[] = {
+            {4, false, false}, // stopped
+            {5, false, true},  // playing
+            {6, false, true},  // paused
+            {5, true, false},  // playing under the animation
+            {0, false, false}, // nothing yet
+        };
+        for (const auto &[state, isAnimation, asks] : cases) {
+            cleanup(); // a fresh screen for each
+            init();
+            ProbePlayer player;
+            FakePlayback::setState(state);
+            m_screen->runTimer();
+            QCOMPARE(idleTimer(*m_screen)->interval(), 28'800'000);
+            if (isAnimation)
+                m_screen->controlAnimation(false, "text");
+            BoxAnswer answers({BoxAnswer::Ok});
+            m_screen->NohandleTimeOut();
+            QCOMPARE(answers.texts(), asks ? QStringList{"    Are you still there ? "} : QStringList{});
+            QVERIFY(idleTimer(*m_screen)->isActive());
+            QCOMPARE(idleTimer(*m_screen)->interval(), asks ? 28'800'000 : 3'000);
+            QCOMPARE(player.notes, asks ? QStringList({"stop", "play"}) : QStringList{});
+        }
     }
 
     void nobodyThereEndsTheRadioWithoutAnotherQuestion()
@@ -426,35 +374,27 @@ private slots:
 
     void aLossIsToldOnceByTheVisibleScreen()
     {
-        ProbePlayer player; // hidden
-        ProbeScreen newer;
-        BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok});
-        QWidget *owner = nullptr;
-        onBox(m_context.get(), [&owner] { owner = screentest::visibleBox()->parentWidget(); });
-        FakeNetwork::lost();
-        QCOMPARE(answers.texts(), QStringList{networkText});
-        QCOMPARE(answers.buttons(), QStringList{"Home"});
-        QVERIFY(answers.icon().contains("MsgBox_Warning"));
-        QCOMPARE(owner, m_screen.data());
-        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true});
-        for (VelmoraParentWidget *screen : {static_cast<VelmoraParentWidget *>(m_screen), player.screen(),
-                                            static_cast<VelmoraParentWidget *>(&newer)})
-            QVERIFY(screen->m_isErrorMsg && screen->m_isNetworkError);
-        QVERIFY(player.notes.contains("stop") && player.notes.contains("own stop"));
-    }
-
-    void aHiddenOlderScreenLeavesTheBoxToTheVisibleOne()
-    {
-        m_screen->hide();
-        ProbeScreen visible;
-        visible.show();
-        BoxAnswer answers({BoxAnswer::Ok});
-        QWidget *owner = nullptr;
-        onBox(m_context.get(), [&owner] { owner = screentest::visibleBox()->parentWidget(); });
-        FakeNetwork::lost();
-        QCOMPARE(owner, &visible);
-        QCOMPARE(answers.shown(), 1);
-        QCOMPARE(FakeIpc::exitRequests().size(), 1);
+        for (const bool isOlderHidden : {false, true}) {
+            cleanup();
+            init();
+            ProbePlayer player; // hidden
+            ProbeScreen newer;
+            m_screen->setVisible(!isOlderHidden);
+            newer.setVisible(isOlderHidden);
+            BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok});
+            QWidget *owner = nullptr;
+            onBox(m_context.get(), [&owner] { owner = screentest::visibleBox()->parentWidget(); });
+            FakeNetwork::lost();
+            QCOMPARE(answers.texts(), QStringList{networkText});
+            QCOMPARE(answers.buttons(), QStringList{"Home"});
+            QVERIFY(answers.icon().contains("MsgBox_Warning"));
+            QCOMPARE(owner, isOlderHidden ? &newer : m_screen.data());
+            QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true});
+            for (VelmoraParentWidget *screen : {static_cast<VelmoraParentWidget *>(m_screen), player.screen(),
+                                                static_cast<VelmoraParentWidget *>(&newer)})
+                QVERIFY(screen->m_isErrorMsg && screen->m_isNetworkError);
+            QVERIFY(player.notes.contains("stop") && player.notes.contains("own stop"));
+        }
     }
 
     void aLossDuringAQuestionTakesItAway()
@@ -492,7 +432,7 @@ private slots:
         QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
     }
 
-    // --- screen saver, animation, veil
+    // --- screen saver, animation
 
     void theScreenSaverTakesTheFocusUnlessABoxIsOpen()
     {
@@ -517,13 +457,16 @@ private slots:
     {
         int clicks = 0;
         connect(m_screen->button, &QPushButton::clicked, this, [&clicks] { ++clicks; });
-        m_screen->controlAnimation(false, QStringLiteral("Delete station..."));
+        m_screen->controlAnimation(false, "Delete station...");
         QVERIFY(m_screen->isAnimationShown());
         QVERIFY(!m_screen->fgActionInvalid());
         QVERIFY(m_screen->focusWidget() != m_screen->button);
         screentest::key(m_screen, screentest::Select);
         QCOMPARE(clicks, 0);
-        m_screen->controlAnimation(false, QStringLiteral("again")); // one at a time
+        m_screen->button->setFocus(); // as a screen does that gets its focus back
+        FakeIpc::screenSaver(false);
+        QVERIFY(m_screen->focusWidget() != m_screen->button);
+        m_screen->controlAnimation(false, "again"); // one at a time
         QCOMPARE(m_screen->findChildren<viewcomponent::BufferDlg *>().size(), 1);
         m_screen->controlAnimation(true);
         screentest::settle();
@@ -532,16 +475,6 @@ private slots:
         screentest::key(m_screen, screentest::Select);
         QCOMPARE(clicks, 1);
         QCOMPARE(m_screen->findChildren<viewcomponent::BufferDlg *>().size(), 0);
-    }
-
-    void noAnimationUnderABox()
-    {
-        onBox(m_context.get(), [this] {
-            m_screen->controlAnimation(false, QStringLiteral("text"));
-            m_screen->delMsgbox();
-        });
-        m_screen->showMsgbox(MSG_INFO, QString());
-        QVERIFY(!m_screen->isAnimationShown());
     }
 
     void theNetworkComingBackEndsTheAnimation()
@@ -553,17 +486,6 @@ private slots:
         QVERIFY(m_screen->isAnimationShown());
         FakeNetwork::back();
         QVERIFY(!m_screen->isAnimationShown());
-    }
-
-    void theVeilCoversTheScreen()
-    {
-        m_screen->showShadow(true);
-        auto *veil = m_screen->findChild<QLabel *>();
-        QVERIFY(veil && veil->isVisible());
-        QCOMPARE(veil->geometry(), m_screen->rect());
-        QCOMPARE(veil->styleSheet(), QStringLiteral("border-image: url(:/images/mst_thumnail_mask.png);\n"));
-        m_screen->showShadow(false);
-        QVERIFY(!m_screen->findChild<QLabel *>());
     }
 
 private:

@@ -76,29 +76,25 @@ private slots:
         delete qApp;
     }
 
-    void theWelcomeShowsUntilItWasPassed_data()
-    {
-        QTest::addColumn<QString>("check");
-        QTest::addColumn<QString>("screen");
-        QTest::newRow("no settings") << QString() << "WelcomeDlg";
-        QTest::newRow("passed") << "1"
-                                << "LoadingDlg";
-        QTest::newRow("not passed") << "0"
-                                    << "WelcomeDlg";
-        QTest::newRow("compared exactly") << " 1"
-                                          << "WelcomeDlg";
-        QTest::newRow("a word") << "true"
-                                << "WelcomeDlg";
-    }
     void theWelcomeShowsUntilItWasPassed()
     {
-        QFETCH(QString, check);
-        if (!check.isNull())
-            VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setWelcomeCheck(check);
-        QStringList shown;
-        inTheRadio = [&shown] { shown = screentest::visibleWindows(); };
-        QCOMPARE(run(), 0);
-        QTEST(shown.filter(QStringLiteral("Dlg")).join(u','), "screen");
+        const std::tuple<QString, QString> cases[] = {
+            {QString(), "WelcomeDlg"}, // no settings
+            {"1", "LoadingDlg"},       // passed
+            {"0", "WelcomeDlg"},       // not passed
+            {" 1", "WelcomeDlg"},      // compared exactly
+            {"true", "WelcomeDlg"},    // a word
+        };
+        for (const auto &[check, screen] : cases) {
+            cleanup(); // a fresh screen for each
+            init();
+            if (!check.isNull())
+                VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setWelcomeCheck(check);
+            QStringList shown;
+            inTheRadio = [&shown] { shown = screentest::visibleWindows(); };
+            QCOMPARE(run(), 0);
+            QCOMPARE(shown.filter("Dlg").join(u','), screen);
+        }
     }
 
     void theRadioIsSetUpBeforeTheFirstScreen()

@@ -50,12 +50,12 @@ private slots:
         QCOMPARE(email(dialog)->text(), prompt);
         QVERIFY(email(dialog)->isReadOnly());
         QCOMPARE(password(dialog)->echoMode(), QLineEdit::Password);
-        FakeKeyboard::type(QStringLiteral("anna@house.example"));
+        FakeKeyboard::type("anna@house.example");
         QVERIFY(!email(dialog)->isReadOnly());
         FakeKeyboard::confirm();
         QCOMPARE(FakeKeyboard::field(), password(dialog));
         QTRY_VERIFY(password(dialog)->hasFocus());
-        FakeKeyboard::type(QStringLiteral("long and secret"));
+        FakeKeyboard::type("long and secret");
         FakeKeyboard::confirm();
         QTRY_COMPARE(fixture.screens().stationCounts(), QList<int>{2});
         const QVariantList first = fixture.ws().calls(VLM_WS_MSGID_USER_LOGIN).first().params;
@@ -64,7 +64,7 @@ private slots:
         QCOMPARE(first.at(2).toByteArray(), QByteArray("anna@house.example"));
         QCOMPARE(fixture.ws().count(VLM_WS_MSGID_ASSOCIATE_DEVICE), 1);
         QTRY_VERIFY(!dialog);
-        QCOMPARE(fixture.settings().getAllUserName(), QStringList(QStringLiteral("anna@house.example")));
+        QCOMPARE(fixture.settings().getAllUserName(), QStringList("anna@house.example"));
     }
 
     void aFailedLoginKeepsTheAddressAndAsksAgain()
@@ -73,17 +73,16 @@ private slots:
             int code;
             QString text;
         };
-        const Case cases[] = {
-            {VLM_WS_ERR_INVALID_LOGIN, QStringLiteral("Invalid username or password, please try again.")},
-            {5050, QStringLiteral("Incorrect Login ,please try again!")}};
+        const Case cases[] = {{VLM_WS_ERR_INVALID_LOGIN, "Invalid username or password, please try again."},
+                              {5050, "Incorrect Login ,please try again!"}};
         for (const Case &c : cases) {
             ScreenFixture fixture;
             fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, static_cast<VLM_WS_EXT_ERRCODE_T>(c.code));
             BoxAnswer box({BoxAnswer::Ok});
             QPointer<SignInDlg> dialog = new SignInDlg;
-            dialog->showByAccount(QStringLiteral("anna@house.example"));
+            dialog->showByAccount("anna@house.example");
             QCOMPARE(FakeKeyboard::field(), password(dialog));
-            FakeKeyboard::type(QStringLiteral("wrong"));
+            FakeKeyboard::type("wrong");
             FakeKeyboard::confirm();
             QTRY_COMPARE(box.texts(), QStringList(c.text));
             QTRY_VERIFY(!visibleBox());
@@ -96,38 +95,18 @@ private slots:
         }
     }
 
-    void anUnknownDeviceIsAFailedLoginToo()
-    {
-        ScreenFixture fixture;
-        fixture.ws().autoLogin("anna@house.example", FakeReply::stationListOf({"one"}));
-        fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, [](const FakeCall &call) {
-            const bool isDevice = call.params.at(0).toByteArray() == "deviceId";
-            return FakeCompletion{isDevice ? VLM_WS_ERR_DEVICE_NOT_FOUND : VLM_WS_ERR_OK,
-                                  FakeReply::userLogin("anna@house.example")};
-        });
-        BoxAnswer box({BoxAnswer::Ok});
-        SignInDlg *dialog = new SignInDlg;
-        dialog->showByAccount(QStringLiteral("anna@house.example"));
-        FakeKeyboard::type(QStringLiteral("right"));
-        FakeKeyboard::confirm();
-        QTRY_COMPARE(box.texts(), QStringList(QStringLiteral("Incorrect Login ,please try again!")));
-        QTRY_VERIFY(!visibleBox());
-        QVERIFY(!dialog->isAnimationShown());
-        delete dialog;
-    }
-
     void backLeavesThePasswordFirstAndTheScreenThen()
     {
         ScreenFixture fixture;
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
         QPointer<SignInDlg> dialog = new SignInDlg;
-        dialog->showByAccount(QStringLiteral("anna@house.example"));
+        dialog->showByAccount("anna@house.example");
         key(dialog, Back); // arrives at the password field, which would swallow its release
         QCOMPARE(email(dialog)->text(), QStringLiteral("anna@house.example"));
         QCOMPARE(FakeKeyboard::field(), email(dialog));
         QVERIFY(fixture.screens().made().isEmpty());
         key(dialog, Back);
-        QCOMPARE(fixture.screens().made(), QStringList(QStringLiteral("selectUser 2")));
+        QCOMPARE(fixture.screens().made(), QStringList("selectUser 2"));
         QTRY_VERIFY(!dialog);
     }
 
@@ -139,7 +118,7 @@ private slots:
         {
             BoxAnswer box({BoxAnswer::Ok});
             FakeKeyboard::confirm();
-            QCOMPARE(box.texts(), QStringList(QStringLiteral("No information was entered.Please try again.")));
+            QCOMPARE(box.texts(), QStringList("No information was entered.Please try again."));
         }
         writeLoginFile("anna@house.example\r\nsecret\r\n");
         fixture.ws().autoLogin("anna@house.example", FakeReply::stationListOf({"one"}));
@@ -180,12 +159,12 @@ private slots:
         SignInDlg dialog;
         dialog.setAttribute(Qt::WA_DeleteOnClose, false);
         dialog.show();
-        FakeKeyboard::type(QStringLiteral("x"));
+        FakeKeyboard::type("x");
         FakeKeyboard::clear();
         QCOMPARE(email(&dialog)->text(), prompt);
-        FakeKeyboard::type(QStringLiteral("a@b"));
+        FakeKeyboard::type("a@b");
         FakeKeyboard::confirm();
-        FakeKeyboard::type(QStringLiteral("y"));
+        FakeKeyboard::type("y");
         FakeKeyboard::clear();
         QCOMPARE(password(&dialog)->text(), QString());
         QCOMPARE(email(&dialog)->text(), QStringLiteral("a@b"));
@@ -194,32 +173,17 @@ private slots:
     void theLastTypedCharacterOfAPasswordShowsForASecond()
     {
         ScreenFixture fixture;
-        QFile sheet(QStringLiteral(":velmora.qss"));
+        QFile sheet(":velmora.qss");
         QVERIFY(sheet.open(QIODevice::ReadOnly));
         qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
         SignInDlg dialog;
         dialog.setAttribute(Qt::WA_DeleteOnClose, false);
-        dialog.showByAccount(QStringLiteral("anna@house.example"));
-        FakeKeyboard::type(QStringLiteral("ab"));
+        dialog.showByAccount("anna@house.example");
+        FakeKeyboard::type("ab");
         QVERIFY(password(&dialog)->displayText().endsWith(QLatin1Char('b')));
         QVERIFY(!password(&dialog)->displayText().startsWith(QLatin1Char('a')));
         QTRY_VERIFY(!password(&dialog)->displayText().contains(QLatin1Char('b')));
         qApp->setStyleSheet(QString());
-    }
-
-    void thePageHintIsLopsided()
-    {
-        ScreenFixture fixture;
-        SignInDlg dialog;
-        dialog.setAttribute(Qt::WA_DeleteOnClose, false);
-        dialog.show();
-        auto *caps = child<QLabel>(&dialog, "greenContentLabel");
-        auto *reminder = child<QLabel>(&dialog, "blueContentLabel");
-        key(&dialog, Red);
-        QVERIFY(caps->isHidden());
-        key(&dialog, Red);
-        QVERIFY(!caps->isHidden());
-        QVERIFY(reminder->isHidden());
     }
 
     void theReminderReturnsToSignInSilentlyOrWithItsWords()
@@ -231,39 +195,34 @@ private slots:
         const Case cases[] = {
             {0, QString()},
             {VLM_WS_ERR_MAINTENANCE,
-             QStringLiteral("Velmora is conducting system maintenance. You will be able to listen to existing stations "
-                            "while they work on their systems, but you won't be able to create new stations, submit "
-                            "feedback or edit your account in any way until the maintenance is complete. Thanks for "
-                            "your patience.")},
-            {VLM_WS_ERR_INTERNAL, QStringLiteral("Please check the email address your provided for instructions on "
-                                                 "retrieving your Velmora password.")}};
+             "Velmora is conducting system maintenance. You will be able to listen to existing stations "
+             "while they work on their systems, but you won't be able to create new stations, submit "
+             "feedback or edit your account in any way until the maintenance is complete. Thanks for "
+             "your patience."},
+            {VLM_WS_ERR_INTERNAL, "Please check the email address your provided for instructions on "
+                                  "retrieving your Velmora password."}};
         for (const Case &c : cases) {
             ScreenFixture fixture;
             fixture.ws().autoReply(VLM_WS_MSGID_EMAIL_PASSWORD, static_cast<VLM_WS_EXT_ERRCODE_T>(c.code));
             BoxAnswer box({BoxAnswer::Ok});
             QPointer<EmailPwdDlg> dialog = new EmailPwdDlg;
             dialog->show();
-            FakeKeyboard::type(QStringLiteral("anna@house.example"));
+            FakeKeyboard::type("anna@house.example");
             FakeKeyboard::confirm();
-            QTRY_COMPARE(fixture.screens().made(), QStringList(QStringLiteral("signIn")));
+            QTRY_COMPARE(fixture.screens().made(), QStringList("signIn"));
             QCOMPARE(box.texts(), c.text.isEmpty() ? QStringList() : QStringList(c.text));
             QTRY_VERIFY(!dialog);
         }
-    }
-
-    void aReminderThatCannotBeSentStays()
-    {
-        ScreenFixture fixture;
+        ScreenFixture fixture; // a reminder that cannot be sent stays
         fixture.ws().failNext(VLM_WS_MSGID_EMAIL_PASSWORD, VLM_WS_ERR_NOT_INITIALISED);
         BoxAnswer box({BoxAnswer::Ok});
-        QPointer<EmailPwdDlg> dialog = new EmailPwdDlg;
+        const std::unique_ptr<EmailPwdDlg> dialog(new EmailPwdDlg);
         dialog->show();
-        FakeKeyboard::type(QStringLiteral("a@b"));
+        FakeKeyboard::type("a@b");
         FakeKeyboard::confirm();
-        QCOMPARE(box.texts(), QStringList(QStringLiteral("Can not get the password because of system error!")));
-        QCOMPARE(email(dialog)->text(), QStringLiteral("a@b"));
+        QCOMPARE(box.texts(), QStringList("Can not get the password because of system error!"));
+        QCOMPARE(email(dialog.get())->text(), QStringLiteral("a@b"));
         QVERIFY(fixture.screens().made().isEmpty());
-        delete dialog;
     }
 };
 

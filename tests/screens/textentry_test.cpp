@@ -43,7 +43,7 @@ private slots:
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
         QList<QPointer<VelmoraParentWidget>> dialogs = {new SignInDlg, new CreateStationDlg(1),
-                                                        new RenameStationDlg(QStringLiteral("n"), QStringLiteral("t"))};
+                                                        new RenameStationDlg("n", "t")};
         const char *const fields[] = {"emailLineEdit", "searchLabelLineEdit", "stationNameLineEdit"};
         for (int i = 0; i < dialogs.size(); ++i) {
             dialogs.at(i)->show();
@@ -69,7 +69,7 @@ private slots:
             key(field, Select);
         });
         destroyNextBox(&dialog);
-        dialog.showMsgbox(MSG_WARNING, QStringLiteral("words"));
+        dialog.showMsgbox(MSG_WARNING, "words");
         QCOMPARE(field->text(), before);
         key(&dialog, Select);
         QCOMPARE(field->text(), QStringLiteral("q"));

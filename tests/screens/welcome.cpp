@@ -56,37 +56,22 @@ private slots:
         QCOMPARE(m_fixture->screens().made(), QStringList{"loading"});
     }
 
-    void backAndYesLeavesWithoutAnotherQuestion()
-    {
-        BoxAnswer answers({BoxAnswer::Ok});
-        screentest::key(m_screen, screentest::Back);
-        QCOMPARE(answers.shown(), 1);
-        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
-    }
-
     void aQuestionTakenAwayNeitherLeavesNorStaysDeaf()
     {
         QTimer::singleShot(0, m_screen, [this] { m_screen->destroyedMsgbox(); });
         screentest::keyRelease(m_screen, screentest::Back);
         QVERIFY(FakeIpc::exitRequests().isEmpty());
         QVERIFY(m_screen->fgActionInvalid());
-    }
-
-    void aScreenClosedUnderItsQuestionEndsQuietly()
-    {
-        QTimer::singleShot(0, m_screen, [this] { m_screen->close(); });
+        {
+            BoxAnswer answers({BoxAnswer::Ok});
+            screentest::key(m_screen, screentest::Back);
+            QCOMPARE(answers.shown(), 1);
+            QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
+        }
+        QTimer::singleShot(0, m_screen, [this] { m_screen->close(); }); // under its question
         screentest::keyRelease(m_screen, screentest::Back);
         QVERIFY(!m_screen);
-        QVERIFY(FakeIpc::exitRequests().isEmpty());
-    }
-
-    void backUnderAnErrorAsksNothing()
-    {
-        BoxAnswer answers({});
-        m_screen->m_isErrorMsg = true;
-        QTest::ignoreMessage(QtDebugMsg, "Velmoraparent m_isErrorMsg is true.");
-        screentest::key(m_screen, screentest::Back);
-        QCOMPARE(answers.shown(), 0);
+        QCOMPARE(FakeIpc::exitRequests().size(), 1);
     }
 
     void keysUnderABoxAreInvalid()
@@ -101,7 +86,7 @@ private slots:
             QVERIFY2(button()->styleSheet().contains("Button_Normal_H"), "only the box is amber");
             m_screen->delMsgbox();
         });
-        m_screen->showMsgbox(MSG_INFO, QStringLiteral("text"));
+        m_screen->showMsgbox(MSG_INFO, "text");
         QVERIFY(m_fixture->screens().made().isEmpty());
     }
 
@@ -126,25 +111,6 @@ private slots:
         QCOMPARE(m_screen->focusWidget(), button());
         QVERIFY(m_screen->isVisible());
         QVERIFY(m_fixture->screens().made().isEmpty());
-    }
-
-    void theFormIsLaidOutAsDesigned()
-    {
-        QCOMPARE(m_screen->size(), QSize(1280, 720));
-        QCOMPARE(child<QWidget>(m_screen, "welcomeWidget")->geometry(), QRect(64, 36, 1152, 584));
-        QCOMPARE(button()->geometry(), QRect(384, 408, 360, 60));
-        QCOMPARE(child<QWidget>(m_screen, "helpInfoWidget")->geometry(), QRect(64, 632, 1152, 52));
-        QCOMPARE(child<QLabel>(m_screen, "welcomeLable")->text(), QStringLiteral("Welcome to Velmora"));
-        QCOMPARE(child<QLabel>(m_screen, "descriptionLabel")->text(),
-                 QStringLiteral("To experience free personalized radio playing only the music you love\n"
-                                "you will need to activate Velmora on this device.\n\n"
-                                "Please select \u201cActivate Velmora\u201d below."));
-        QCOMPARE(button()->text(), QStringLiteral("Activate Velmora"));
-        QCOMPARE(child<QLabel>(m_screen, "returnBtnLabel")->text(), QStringLiteral("Return"));
-        QCOMPARE(child<QLabel>(m_screen, "mediaCenterContentLabel")->text(), QStringLiteral("Exit"));
-        QVERIFY(child<QPushButton>(m_screen, "returnBtn")->isFlat());
-        for (QWidget *widget : m_screen->findChildren<QWidget *>())
-            QVERIFY2(widget == button() || widget->focusPolicy() == Qt::NoFocus, qPrintable(widget->objectName()));
     }
 
 private:

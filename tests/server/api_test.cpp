@@ -116,16 +116,6 @@ TEST_F(ApiTest, EveryFunctionWantsItsOwnKindOfToken)
     EXPECT_EQ(static_cast<int>(noScheme.code), 5097);
 }
 
-TEST_F(ApiTest, AnExpiredUserTokenIs5097AndThePartnerSessionStillWorks)
-{
-    addAccount("mira@example.org");
-    const TestDevice device = addDevice();
-    const std::string user = logIn("mira@example.org", device);
-    *m_now += 4 * 3600;
-    EXPECT_EQ(call("getStationList", json::object(), user).code, 5097);
-    EXPECT_FALSE(logIn("mira@example.org", device).empty());
-}
-
 TEST_F(ApiTest, LoginRefusalsSayNoMoreThanTheyMust)
 {
     const AccountId mira = addAccount("mira@example.org");
@@ -168,23 +158,6 @@ TEST_F(ApiTest, ADeviceIsAssociatedLogsInAndIsDisassociated)
     EXPECT_EQ(call("getStationList", json::object(), byDevice).code, 5097);
     EXPECT_EQ(call("getStationList", json::object(), byName).code, 5097);
     EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 5105);
-}
-
-TEST_F(ApiTest, AnActivationCodeBecomesALogin)
-{
-    const AccountId mira = addAccount("mira@example.org");
-    const TestDevice device = addDevice();
-    const TestDevice thief = addDevice();
-    const json answer = data("generateDeviceActivationCode", {{"deviceId", device.digits}}, device.partnerToken);
-    EXPECT_EQ(answer.at("activationUrl"), "http://127.0.0.1:7480/activate");
-    const json deviceLogin = {{"loginType", "deviceId"}, {"deviceId", device.slot(1)}};
-    EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 5105);
-    ASSERT_TRUE(m_service->activationCodes.grant(answer.at("activationCode"), mira));
-    EXPECT_EQ(call("userLogin", deviceLogin, thief.partnerToken).code, 5105);
-    EXPECT_EQ(data("userLogin", deviceLogin, device.partnerToken).at("userName"), "mira@example.org");
-    EXPECT_EQ(call("userLogin", deviceLogin, device.partnerToken).code, 0) << "associated from now on";
-    EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(2)}}, device.partnerToken).code,
-              5105);
 }
 
 TEST_F(ApiTest, CodesAreRateLimited)
@@ -366,19 +339,6 @@ TEST_F(ApiTest, MaintenanceStopsWritingAndNotListening)
     EXPECT_EQ(call("deleteStation", {{"stationToken", station}}, user).code, 5096);
     EXPECT_EQ(call("getStationList", json::object(), user).code, 0);
     EXPECT_FALSE(logIn("mira@example.org", addDevice()).empty());
-}
-
-TEST_F(ApiTest, AFunctionFailsOnPurposeAsOftenAsAsked)
-{
-    const std::string user = newListener();
-    m_dispatcher->failOnPurpose("getStationList", 5097, 2);
-    m_dispatcher->failOnPurpose("search", 5000, 0);
-    std::vector<int> codes;
-    for (int i = 0; i < 3; ++i)
-        codes.push_back(call("getStationList", json::object(), user).code);
-    EXPECT_EQ(codes, (std::vector<int>{5097, 5097, 0}));
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(call("search", {{"text", "x"}}, user).code, 5000);
 }
 
 TEST_F(ApiTest, ManyListenersAtOnceEachGetTheirOwn)

@@ -63,17 +63,6 @@ TEST_F(IsolationTest, NoTokenOfOneAccountMeansAnythingToAnother)
     }
 }
 
-TEST_F(IsolationTest, ListsAndCountsShowTheCallersOwn)
-{
-    const std::string mira = newListener("mira@example.org");
-    const std::string tomas = newListener("tomas@example.org");
-    addStation(mira, "folk");
-    EXPECT_EQ(data("getStationList", json::object(), mira).at("stations").size(), 2u);
-    EXPECT_EQ(data("getStationList", json::object(), tomas).at("stations").size(), 1u);
-    EXPECT_EQ(data("getUserInfo", json::object(), tomas).at("stationCount"), 1);
-    EXPECT_EQ(data("getUserInfo", json::object(), tomas).at("userName"), "tomas@example.org");
-}
-
 TEST_F(IsolationTest, ThumbsAndSleepsOfOneListenerDoNotChangeWhatAnotherHears)
 {
     const std::string mira = newListener("mira@example.org");
@@ -92,24 +81,6 @@ TEST_F(IsolationTest, ThumbsAndSleepsOfOneListenerDoNotChangeWhatAnotherHears)
         heard.insert(firstTrack(tomas, his).at("songName"));
     for (const std::string &song : banned)
         EXPECT_TRUE(heard.contains(song)) << song;
-}
-
-TEST_F(IsolationTest, AMediaAddressIsBoundToItsAccount)
-{
-    const MediaAddresses &addresses = m_service->addresses;
-    const std::string address = addresses.address(MediaKind::audio, "folk-00.flac", 7);
-    const auto parameter = [&](const std::string &name) {
-        const size_t at = address.find(name + "=") + 2;
-        return address.substr(at, address.find('&', at) - at);
-    };
-    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "7", parameter("e"), parameter("s")),
-              MediaCheck::valid);
-    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-00.flac", "8", parameter("e"), parameter("s")),
-              MediaCheck::badSignature);
-    EXPECT_EQ(addresses.check(MediaKind::audio, "folk-01.flac", "7", parameter("e"), parameter("s")),
-              MediaCheck::badSignature);
-    EXPECT_EQ(addresses.check(MediaKind::picture, "folk-00.flac", "7", parameter("e"), parameter("s")),
-              MediaCheck::badSignature);
 }
 
 } // namespace

@@ -226,14 +226,5 @@ TEST_F(MediaTest, StoppingEndsAStreamThatNobodyReadsAndIdleConnections)
     listener.join();
 }
 
-TEST_F(MediaTest, TwoServersDoNotShareAPort)
-{
-    listen();
-    ListenSettings settings;
-    settings.port = m_server->port();
-    ApiServer second(*m_service, settings);
-    EXPECT_THROW(second.start(), std::runtime_error);
-}
-
 } // namespace
 } // namespace velmora::server

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <sstream>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -19,29 +20,10 @@ using namespace std::chrono_literals;
 
 TEST(OptionsTest, EveryOptionIsRead)
 {
-    const auto parsed = parseOptions({"--listen",
-                                      "127.0.0.1:0",
-                                      "--data",
-                                      "/d",
-                                      "--public-url",
-                                      "https://radio.example.org/",
-                                      "--token-lifetime",
-                                      "30,5",
-                                      "--no-demo",
-                                      "--throttle",
-                                      "9000",
-                                      "--fail",
-                                      "search=5096,3",
-                                      "--fail",
-                                      "getPlaylist=5000",
-                                      "--smtp",
-                                      "smtp://mail:25",
-                                      "--smtp-login",
-                                      "/login",
-                                      "--outbox",
-                                      "/out",
-                                      "--die-with-parent",
-                                      "--maintenance"});
+    std::istringstream words("--listen 127.0.0.1:0 --data /d --public-url https://radio.example.org/ --token-lifetime "
+                             "30,5 --no-demo --throttle 9000 --fail search=5096,3 --fail getPlaylist=5000 --smtp "
+                             "smtp://mail:25 --smtp-login /login --outbox /out --die-with-parent --maintenance");
+    const auto parsed = parseOptions({std::istream_iterator<std::string>(words), {}});
     const auto *options = std::get_if<ServerOptions>(&parsed);
     ASSERT_TRUE(options) << std::get<std::string>(parsed);
     EXPECT_EQ(options->listen.host, "127.0.0.1");

@@ -46,26 +46,20 @@ private slots:
         QCOMPARE(errortexts::hasText(code), words != QLatin1String("NULL"));
     }
 
-    void theSameCodeEndsOneScreenAndLeavesAnotherUsable_data()
-    {
-        QTest::addColumn<int>("code");
-        QTest::addColumn<Place>("place");
-        QTest::addColumn<Reaction>("reaction");
-        QTest::newRow("inactive account on the player signs out") << 5099 << Place::Player << Reaction::SignOut;
-        QTest::newRow("network failure on the player leaves") << -504 << Place::Player << Reaction::Leave;
-        QTest::newRow("refused station on the player stays") << 5101 << Place::Player << Reaction::Stay;
-        QTest::newRow("inactive account while loading asks for an account")
-            << 5099 << Place::Loading << Reaction::SelectAccount;
-        QTest::newRow("network failure while loading leaves") << -504 << Place::Loading << Reaction::Leave;
-        QTest::newRow("unknown code while loading leaves") << 4711 << Place::Loading << Reaction::Leave;
-        QTest::newRow("inactive account at sign-in stays") << 5099 << Place::Account << Reaction::Stay;
-        QTest::newRow("network failure at sign-in stays") << -504 << Place::Account << Reaction::Stay;
-    }
     void theSameCodeEndsOneScreenAndLeavesAnotherUsable()
     {
-        QFETCH(int, code);
-        QFETCH(Place, place);
-        QTEST(errortexts::reactionTo(code, place), "reaction");
+        const std::tuple<int, Place, Reaction> cases[] = {
+            {5099, Place::Player, Reaction::SignOut},        // inactive account on the player signs out
+            {-504, Place::Player, Reaction::Leave},          // network failure on the player leaves
+            {5101, Place::Player, Reaction::Stay},           // refused station on the player stays
+            {5099, Place::Loading, Reaction::SelectAccount}, // inactive account while loading asks for an account
+            {-504, Place::Loading, Reaction::Leave},         // network failure while loading leaves
+            {4711, Place::Loading, Reaction::Leave},         // unknown code while loading leaves
+            {5099, Place::Account, Reaction::Stay},          // inactive account at sign-in stays
+            {-504, Place::Account, Reaction::Stay},          // network failure at sign-in stays
+        };
+        for (const auto &[code, place, reaction] : cases)
+            QCOMPARE(errortexts::reactionTo(code, place), reaction);
     }
 };
 

@@ -53,162 +53,129 @@ waterline::Reading reading(quint32 start, quint32 end, int state, int totalSecon
 class PlayerPlaylistTest : public QObject {
     Q_OBJECT
 private slots:
-    void theCursorFindsTheNextEntry_data();
-    void theCursorFindsTheNextEntry();
-    void withoutAPlaylistNothingIsNext();
-    void anEntryIsATrackOrAnAdOrNothing();
-    void addressesAreInvalidByTheirFirstFourteenCharacters_data();
-    void addressesAreInvalidByTheirFirstFourteenCharacters();
-    void oneTickHasOneOutcome_data();
-    void oneTickHasOneOutcome();
-    void sixHundredTicksUnderTheLineGiveUp();
-    void threeSecondsInTheBufferStartTheCountAnew();
-    void aTrackWhoseRestWasHeardEndsAtTheTickAfter();
-};
-
-void PlayerPlaylistTest::theCursorFindsTheNextEntry_data()
-{
-    QTest::addColumn<QByteArray>("letters");
-    QTest::addColumn<int>("playing");
-    QTest::addColumn<bool>("fresh");
-    QTest::addColumn<int>("move");
-    QTest::addColumn<int>("index");
-    QTest::newRow("a new playlist") << QByteArray("tt") << -1 << false << int(Move::StartTrack) << 0;
-    QTest::newRow("the next track") << QByteArray("tt") << 0 << false << int(Move::StartTrack) << 1;
-    QTest::newRow("an ad") << QByteArray("ta") << 0 << false << int(Move::StartAd) << 1;
-    QTest::newRow("after the ad that ends it") << QByteArray("ta") << 1 << false << int(Move::FetchMore) << 2;
-    QTest::newRow("used up") << QByteArray("tt") << 1 << false << int(Move::FetchMore) << 2;
-    QTest::newRow("empty") << QByteArray() << -1 << false << int(Move::FetchMore) << 0;
-    QTest::newRow("fresh one wanted") << QByteArray("tt") << 0 << true << int(Move::FetchMore) << 1;
-    QTest::newRow("marker for an address") << QByteArray("tx") << 0 << false << int(Move::SkipTrack) << 1;
-    QTest::newRow("no address") << QByteArray("tn") << 0 << false << int(Move::SkipTrack) << 1;
-    QTest::newRow("no map") << QByteArray("tb") << 0 << false << int(Move::BrokenTrack) << 1;
-}
-
-void PlayerPlaylistTest::theCursorFindsTheNextEntry()
-{
-    QFETCH(QByteArray, letters);
-    QFETCH(int, playing);
-    QFETCH(bool, fresh);
-    const Playlist playlist(letters);
-    const auto next = playlistcursor::next(&playlist.list, playing, fresh, marker);
-    QTEST(int(next.move), "move");
-    QTEST(next.index, "index");
-}
-
-void PlayerPlaylistTest::withoutAPlaylistNothingIsNext()
-{
-    QCOMPARE(playlistcursor::next(nullptr, 3, true, marker).move, Move::NoPlaylist);
-    QVERIFY(!playlistcursor::isValid(nullptr, 0));
-    QVERIFY(!playlistcursor::isAd(nullptr, 0));
-    QVERIFY(!playlistcursor::track(nullptr, 0));
-}
-
-void PlayerPlaylistTest::anEntryIsATrackOrAnAdOrNothing()
-{
-    const Playlist playlist("ta");
-    QVERIFY(playlistcursor::track(&playlist.list, 0));
-    QVERIFY(!playlistcursor::ad(&playlist.list, 0));
-    QVERIFY(!playlistcursor::track(&playlist.list, 1));
-    QVERIFY(playlistcursor::ad(&playlist.list, 1));
-    for (const int outside : {-1, 2}) {
-        QVERIFY(!playlistcursor::isValid(&playlist.list, outside));
-        QVERIFY(!playlistcursor::track(&playlist.list, outside));
-        QVERIFY(!playlistcursor::ad(&playlist.list, outside));
+    void theCursorFindsTheNextEntry()
+    {
+        const std::tuple<QByteArray, int, bool, int, int> cases[] = {
+            {QByteArray("tt"), -1, false, int(Move::StartTrack), 0}, // a new playlist
+            {QByteArray("tt"), 0, false, int(Move::StartTrack), 1},  // the next track
+            {QByteArray("ta"), 0, false, int(Move::StartAd), 1},     // an ad
+            {QByteArray("ta"), 1, false, int(Move::FetchMore), 2},   // after the ad that ends it
+            {QByteArray("tt"), 1, false, int(Move::FetchMore), 2},   // used up
+            {QByteArray(), -1, false, int(Move::FetchMore), 0},      // empty
+            {QByteArray("tt"), 0, true, int(Move::FetchMore), 1},    // fresh one wanted
+            {QByteArray("tx"), 0, false, int(Move::SkipTrack), 1},   // marker for an address
+            {QByteArray("tn"), 0, false, int(Move::SkipTrack), 1},   // no address
+            {QByteArray("tb"), 0, false, int(Move::BrokenTrack), 1}, // no map
+        };
+        for (const auto &[letters, playing, fresh, move, index] : cases) {
+            const Playlist playlist(letters);
+            const auto next = playlistcursor::next(&playlist.list, playing, fresh, marker);
+            QCOMPARE(int(next.move), move);
+            QCOMPARE(next.index, index);
+        }
     }
-}
 
-void PlayerPlaylistTest::addressesAreInvalidByTheirFirstFourteenCharacters_data()
-{
-    QTest::addColumn<QByteArray>("url");
-    QTest::addColumn<QByteArray>("mark");
-    QTest::addColumn<bool>("isInvalid");
-    const QByteArray none;
-    QTest::newRow("the marker") << QByteArray(marker) << QByteArray(marker) << true;
-    QTest::newRow("the marker and more") << QByteArray("http://invalid.host/a") << QByteArray(marker) << true;
-    QTest::newRow("differs in the 14th") << QByteArray("http://invaliD") << QByteArray(marker) << false;
-    QTest::newRow("shorter") << QByteArray("http://") << QByteArray(marker) << false;
-    QTest::newRow("both null") << none << none << true;
-    QTest::newRow("only the address") << QByteArray("http://host") << none << false;
-    QTest::newRow("only the marker") << none << QByteArray(marker) << false;
-}
+    void withoutAPlaylistNothingIsNext()
+    {
+        QCOMPARE(playlistcursor::next(nullptr, 3, true, marker).move, Move::NoPlaylist);
+        QVERIFY(!playlistcursor::isValid(nullptr, 0));
+        QVERIFY(!playlistcursor::isAd(nullptr, 0));
+        QVERIFY(!playlistcursor::track(nullptr, 0));
+    }
 
-void PlayerPlaylistTest::addressesAreInvalidByTheirFirstFourteenCharacters()
-{
-    QFETCH(QByteArray, url);
-    QFETCH(QByteArray, mark);
-    QTEST(playlistcursor::isInvalidUrl(url.isNull() ? nullptr : url.constData(),
-                                       mark.isNull() ? nullptr : mark.constData()),
-          "isInvalid");
-}
+    void anEntryIsATrackOrAnAdOrNothing()
+    {
+        const Playlist playlist("ta");
+        QVERIFY(playlistcursor::track(&playlist.list, 0));
+        QVERIFY(!playlistcursor::ad(&playlist.list, 0));
+        QVERIFY(!playlistcursor::track(&playlist.list, 1));
+        QVERIFY(playlistcursor::ad(&playlist.list, 1));
+        for (const int outside : {-1, 2}) {
+            QVERIFY(!playlistcursor::isValid(&playlist.list, outside));
+            QVERIFY(!playlistcursor::track(&playlist.list, outside));
+            QVERIFY(!playlistcursor::ad(&playlist.list, outside));
+        }
+    }
 
-void PlayerPlaylistTest::oneTickHasOneOutcome_data()
-{
-    QTest::addColumn<waterline::State>("before");
-    QTest::addColumn<waterline::Reading>("reading");
-    QTest::addColumn<int>("action");
-    QTest::addColumn<bool>("isLow");
-    const waterline::State calm{false, false, false, 5};
-    const waterline::State low{false, false, true, 5};
-    const waterline::State eof{false, true, true, 5};
-    QTest::newRow("low while playing") << calm << reading(0, 2999, 5) << int(Action::Pause) << true;
-    QTest::newRow("low while paused") << calm << reading(0, 2999, 6) << int(Action::None) << true;
-    QTest::newRow("on the low line") << calm << reading(0, 3000, 5) << int(Action::None) << false;
-    QTest::newRow("between the lines, still paused") << low << reading(0, 6999, 6) << int(Action::None) << true;
-    QTest::newRow("on the high line") << low << reading(0, 7000, 6) << int(Action::None) << true;
-    QTest::newRow("above, paused") << low << reading(0, 7001, 6) << int(Action::PlayOn) << false;
-    QTest::newRow("above, stopped") << low << reading(0, 7001, 4) << int(Action::PlayOn) << false;
-    QTest::newRow("above, playing") << low << reading(0, 7001, 5) << int(Action::AlreadyPlays) << false;
-    QTest::newRow("above, playing, shown as paused")
-        << low << reading(0, 7001, 5, 100, true) << int(Action::ShowPlaying) << false;
-    QTest::newRow("all received, little left") << eof << reading(99000, 100000, 6) << int(Action::Resume) << false;
-    QTest::newRow("all received and heard") << eof << reading(100000, 100000, 5) << int(Action::Ended) << true;
-    QTest::newRow("heard up to another length") << eof << reading(99999, 99999, 5) << int(Action::Resume) << false;
-    QTest::newRow("track over") << waterline::State{true, true, false, 5} << reading(0, 0, 4) << int(Action::NextSong)
-                                << false;
-    QTest::newRow("a stray next-song without the end")
-        << waterline::State{true, false, false, 5} << reading(0, 5000, 5) << int(Action::None) << false;
-}
+    void addressesAreInvalidByTheirFirstFourteenCharacters()
+    {
+        const QByteArray none;
+        const std::tuple<QByteArray, QByteArray, bool> cases[] = {
+            {QByteArray(marker), QByteArray(marker), true},                  // the marker
+            {QByteArray("http://invalid.host/a"), QByteArray(marker), true}, // the marker and more
+            {QByteArray("http://invaliD"), QByteArray(marker), false},       // differs in the 14th
+            {QByteArray("http://"), QByteArray(marker), false},              // shorter
+            {none, none, true},                                              // both null
+            {QByteArray("http://host"), none, false},                        // only the address
+            {none, QByteArray(marker), false},                               // only the marker
+        };
+        for (const auto &[url, mark, isInvalid] : cases) {
+            QCOMPARE(playlistcursor::isInvalidUrl(url.isNull() ? nullptr : url.constData(),
+                                                  mark.isNull() ? nullptr : mark.constData()),
+                     isInvalid);
+        }
+    }
 
-void PlayerPlaylistTest::oneTickHasOneOutcome()
-{
-    QFETCH(waterline::State, before);
-    QFETCH(waterline::Reading, reading);
-    waterline::State state = before;
-    const Action action = waterline::tick(state, reading);
-    QTEST(int(action), "action");
-    QTEST(state.isLowWater, "isLow");
-    QCOMPARE(state.isGotoNext, action == Action::Ended);
-    QCOMPARE(state.isFileEof, before.isFileEof && action != Action::NextSong);
-    const bool isUnderTheLine = !before.isFileEof && reading.amount < waterline::lowMs;
-    QCOMPARE(state.lowTicks, isUnderTheLine ? before.lowTicks + 1 : 0);
-}
+    void oneTickHasOneOutcome()
+    {
+        const waterline::State calm{false, false, false, 5};
+        const waterline::State low{false, false, true, 5};
+        const waterline::State eof{false, true, true, 5};
+        const std::tuple<waterline::State, waterline::Reading, Action, bool> cases[] = {
+            {calm, reading(0, 2999, 5), Action::Pause, true},                  // low while playing
+            {calm, reading(0, 2999, 6), Action::None, true},                   // low while paused
+            {calm, reading(0, 3000, 5), Action::None, false},                  // on the low line
+            {low, reading(0, 6999, 6), Action::None, true},                    // between the lines, still paused
+            {low, reading(0, 7000, 6), Action::None, true},                    // on the high line
+            {low, reading(0, 7001, 6), Action::PlayOn, false},                 // above, paused
+            {low, reading(0, 7001, 4), Action::PlayOn, false},                 // above, stopped
+            {low, reading(0, 7001, 5), Action::AlreadyPlays, false},           // above, playing
+            {low, reading(0, 7001, 5, 100, true), Action::ShowPlaying, false}, // above, playing, shown as paused
+            {eof, reading(99000, 100000, 6), Action::Resume, false},           // all received, little left
+            {eof, reading(100000, 100000, 5), Action::Ended, true},            // all received and heard
+            {eof, reading(99999, 99999, 5), Action::Resume, false},            // heard up to another length
+            {waterline::State{true, true, false, 5}, reading(0, 0, 4), Action::NextSong, false}, // track over
+            {waterline::State{true, false, false, 5}, reading(0, 5000, 5), Action::None,
+             false}, // a stray next-song without the end
+        };
+        for (const auto &[before, reading, expected, isLow] : cases) {
+            waterline::State state = before;
+            const Action action = waterline::tick(state, reading);
+            QCOMPARE(action, expected);
+            QCOMPARE(state.isLowWater, isLow);
+            QCOMPARE(state.isGotoNext, action == Action::Ended);
+            QCOMPARE(state.isFileEof, before.isFileEof && action != Action::NextSong);
+            const bool isUnderTheLine = !before.isFileEof && reading.amount < waterline::lowMs;
+            QCOMPARE(state.lowTicks, isUnderTheLine ? before.lowTicks + 1 : 0);
+        }
+    }
 
-void PlayerPlaylistTest::sixHundredTicksUnderTheLineGiveUp()
-{
-    waterline::State state;
-    for (int i = 1; i <= 599; ++i)
-        QVERIFY2(waterline::tick(state, reading(0, 2999, 6)) == Action::None, qPrintable(QString::number(i)));
-    QCOMPARE(waterline::tick(state, reading(0, 2999, 6)), Action::GiveUp);
-    QCOMPARE(state.lowTicks, 0);
-}
+    void sixHundredTicksUnderTheLineGiveUp()
+    {
+        waterline::State state;
+        for (int i = 1; i <= 599; ++i)
+            QVERIFY2(waterline::tick(state, reading(0, 2999, 6)) == Action::None, qPrintable(QString::number(i)));
+        QCOMPARE(waterline::tick(state, reading(0, 2999, 6)), Action::GiveUp);
+        QCOMPARE(state.lowTicks, 0);
+    }
 
-void PlayerPlaylistTest::threeSecondsInTheBufferStartTheCountAnew()
-{
-    waterline::State state;
-    state.lowTicks = 599;
-    QCOMPARE(waterline::tick(state, reading(0, 3000, 6)), Action::None);
-    QCOMPARE(waterline::tick(state, reading(0, 2999, 6)), Action::None);
-    QCOMPARE(state.lowTicks, 1);
-}
+    void threeSecondsInTheBufferStartTheCountAnew()
+    {
+        waterline::State state;
+        state.lowTicks = 599;
+        QCOMPARE(waterline::tick(state, reading(0, 3000, 6)), Action::None);
+        QCOMPARE(waterline::tick(state, reading(0, 2999, 6)), Action::None);
+        QCOMPARE(state.lowTicks, 1);
+    }
 
-void PlayerPlaylistTest::aTrackWhoseRestWasHeardEndsAtTheTickAfter()
-{
-    waterline::State state{false, true, false, 0};
-    QCOMPARE(waterline::tick(state, reading(100000, 100000, 5)), Action::Ended);
-    QCOMPARE(waterline::tick(state, reading(100000, 100000, 5)), Action::NextSong);
-    QVERIFY(!state.isFileEof && !state.isGotoNext);
-}
+    void aTrackWhoseRestWasHeardEndsAtTheTickAfter()
+    {
+        waterline::State state{false, true, false, 0};
+        QCOMPARE(waterline::tick(state, reading(100000, 100000, 5)), Action::Ended);
+        QCOMPARE(waterline::tick(state, reading(100000, 100000, 5)), Action::NextSong);
+        QVERIFY(!state.isFileEof && !state.isGotoNext);
+    }
+};
 
 QTEST_APPLESS_MAIN(PlayerPlaylistTest)
 #include "player_playlist_test.moc"

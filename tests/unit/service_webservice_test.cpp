@@ -24,90 +24,72 @@ struct Wrapper {
     QVariantList params;
 };
 
-QVariant t(const char *text)
+template <size_t N>
+QVariant given(const char (&text)[N]) // zero bytes inside count
 {
-    return QByteArray(text);
+    return QByteArray(text, N - 1);
+}
+QVariant given(int number)
+{
+    return number;
+}
+QVariant given(std::nullptr_t)
+{
+    return {};
+}
+template <typename... Values>
+QVariantList allGiven(const Values &...values)
+{
+    return QVariantList{given(values)...};
 }
 
-#define VIA(...) [](Service *s, bool fg, VOID *tag, HANDLE_T *handle) { return s->__VA_ARGS__; }
-#define RAISES(name) &Service::name, #name
+// Identifier, function, its signal, and the arguments.
+#define WRAPPER(id, function, raised, ...)                                                                             \
+    {                                                                                                                  \
+        id,                                                                                                            \
+            [](Service *s, bool fg, VOID *tag, HANDLE_T *handle) {                                                     \
+                return s->function(__VA_ARGS__ __VA_OPT__(, ) fg, tag, handle);                                        \
+            },                                                                                                         \
+            &Service::raised, #raised, allGiven(__VA_ARGS__)                                                           \
+    }
 
 const QList<Wrapper> &wrappers()
 {
     static const QList<Wrapper> table{
-        {0, VIA(getAdMetadata("ad", 1, fg, tag, handle)), RAISES(signalGetAdMetadataDone), {t("ad"), 1}},
-        {1, VIA(registerAd("st", "ad", fg, tag, handle)), RAISES(signalRegAdDone), {t("st"), t("ad")}},
-        {2,
-         VIA(partnerLogin(nullptr, nullptr, nullptr, 1, fg, tag, handle)),
-         RAISES(signalParterLoginDone),
-         {QVariant(), QVariant(), QVariant(), 1}},
-        {3,
-         VIA(userLogin("user", "pw", "ann", "\1\2\3\4\5\6", fg, tag, handle)),
-         RAISES(signalUserLoginDone),
-         {t("user"), t("pw"), t("ann"), QByteArray("\1\2\3\4\5\6\0", 7)}},
-        {4, VIA(addArtistBookmark("tr", fg, tag, handle)), RAISES(signalAddArtistBookmarkDone), {t("tr")}},
-        {5, VIA(addSongBookmark("tr", fg, tag, handle)), RAISES(signalAddSongBookmarkDone), {t("tr")}},
-        {6, VIA(disassociateDevice("id", fg, tag, handle)), RAISES(signalDisassociateDeviceDone), {t("id")}},
-        {7, VIA(getDeviceInfo("id", fg, tag, handle)), RAISES(signalGetDeviceInfoDone), {t("id")}},
-        {8,
-         VIA(generateDeviceActivationCode("id", fg, tag, handle)),
-         RAISES(signalGenerateDeviceActivationCodeDone),
-         {t("id")}},
-        {9, VIA(search("abc", 1, fg, tag, handle)), RAISES(signalSearchDone), {t("abc"), 1}},
-        {10, VIA(addFeedback(1, "tr", fg, tag, handle)), RAISES(signalAddFeedbackDone), {1, t("tr")}},
-        {11, VIA(addMusic("st", "mu", fg, tag, handle)), RAISES(signalAddMusicDone), {t("st"), t("mu")}},
-        {12,
-         VIA(createStation("mu", "tr", "song", 1, fg, tag, handle)),
-         RAISES(signalCreateStationDone),
-         {t("mu"), t("tr"), t("song"), 1}},
-        {13, VIA(deleteStation("st", fg, tag, handle)), RAISES(signalDeleteStationDone), {t("st")}},
-        {14, VIA(getGenreStations(fg, tag, handle)), RAISES(signalGetGenreStationsDone), {}},
-        {15, VIA(getPlaylist("st", 1, fg, tag, handle)), RAISES(signalGetPlaylistDone), {t("st"), 1}},
-        {16, VIA(getStation("st", 1, fg, tag, handle)), RAISES(signalGetStationDone), {t("st"), 1}},
-        {17,
-         VIA(renameStation("new", "st", 7, fg, tag, handle)),
-         RAISES(signalRenameStationDone),
-         {t("new"), t("st"), 7}},
-        {18,
-         VIA(transformSharedStation("st", 1, fg, tag, handle)),
-         RAISES(signalTransformSharedStationDone),
-         {t("st"), 1}},
-        {21, VIA(explainTrack("tr", fg, tag, handle)), RAISES(signalExplainTrackDone), {t("tr")}},
-        {22,
-         VIA(trackEvent("tr", "skip", 12, fg, tag, handle)),
-         RAISES(signalTrackEventDone),
-         {t("tr"), t("skip"), 12}},
-        {23, VIA(associateDevice("id", fg, tag, handle)), RAISES(signalAssociateDeviceDone), {t("id")}},
-        {24,
-         VIA(createUser("ann", "pw", 1980, "f", "1", "de", 0, "id", 1, fg, tag, handle)),
-         RAISES(signalCreateUserDone),
-         {t("ann"), t("pw"), 1980, t("f"), t("1"), t("de"), 0, t("id"), 1}},
-        {25, VIA(emailExplicitPINRescue(fg, tag, handle)), RAISES(signalEmailExplicitPinRescueDone), {}},
-        {26, VIA(emailPassword("ann", fg, tag, handle)), RAISES(signalEmailPassowrdDone), {t("ann")}},
-        {27, VIA(generateUserActivationCode(fg, tag, handle)), RAISES(signalGenerateUserActivationCodeDone), {}},
-        {28, VIA(getExplicitContentFilter(fg, tag, handle)), RAISES(signalGetExplicitContentFilterDone), {}},
-        {29,
-         VIA(getStationList(1, "dateCreated", "desc", fg, tag, handle)),
-         RAISES(signalGetStationListDone),
-         {1, t("dateCreated"), t("desc")}},
-        {30, VIA(getStationListChecksum(fg, tag, handle)), RAISES(signalGetStationListCheckSumDone), {}},
-        {31,
-         VIA(getUserInfo("ann", "pw", "id", 1, fg, tag, handle)),
-         RAISES(signalGetUserInfoDone),
-         {t("ann"), t("pw"), t("id"), 1}},
-        {32,
-         VIA(isExplicitContentFilterPINProtected(fg, tag, handle)),
-         RAISES(signalIsExplicitContentFilterPinProtectedDone),
-         {}},
-        {33,
-         VIA(setExplicitContentFilter(1, "1234", fg, tag, handle)),
-         RAISES(signalSetExplicitContentFilterDone),
-         {1, t("1234")}},
-        {34,
-         VIA(setExplicitPIN("new", "old", fg, tag, handle)),
-         RAISES(signalSetExplicitPinDone),
-         {t("new"), t("old")}},
-        {35, VIA(sleepSong("tr", fg, tag, handle)), RAISES(signalSleepSongDone), {t("tr")}},
+        WRAPPER(0, getAdMetadata, signalGetAdMetadataDone, "ad", 1),
+        WRAPPER(1, registerAd, signalRegAdDone, "st", "ad"),
+        WRAPPER(2, partnerLogin, signalParterLoginDone, nullptr, nullptr, nullptr, 1),
+        WRAPPER(3, userLogin, signalUserLoginDone, "user", "pw", "ann", "\1\2\3\4\5\6\0"),
+        WRAPPER(4, addArtistBookmark, signalAddArtistBookmarkDone, "tr"),
+        WRAPPER(5, addSongBookmark, signalAddSongBookmarkDone, "tr"),
+        WRAPPER(6, disassociateDevice, signalDisassociateDeviceDone, "id"),
+        WRAPPER(7, getDeviceInfo, signalGetDeviceInfoDone, "id"),
+        WRAPPER(8, generateDeviceActivationCode, signalGenerateDeviceActivationCodeDone, "id"),
+        WRAPPER(9, search, signalSearchDone, "abc", 1),
+        WRAPPER(10, addFeedback, signalAddFeedbackDone, 1, "tr"),
+        WRAPPER(11, addMusic, signalAddMusicDone, "st", "mu"),
+        WRAPPER(12, createStation, signalCreateStationDone, "mu", "tr", "song", 1),
+        WRAPPER(13, deleteStation, signalDeleteStationDone, "st"),
+        WRAPPER(14, getGenreStations, signalGetGenreStationsDone),
+        WRAPPER(15, getPlaylist, signalGetPlaylistDone, "st", 1),
+        WRAPPER(16, getStation, signalGetStationDone, "st", 1),
+        WRAPPER(17, renameStation, signalRenameStationDone, "new", "st", 7),
+        WRAPPER(18, transformSharedStation, signalTransformSharedStationDone, "st", 1),
+        WRAPPER(21, explainTrack, signalExplainTrackDone, "tr"),
+        WRAPPER(22, trackEvent, signalTrackEventDone, "tr", "skip", 12),
+        WRAPPER(23, associateDevice, signalAssociateDeviceDone, "id"),
+        WRAPPER(24, createUser, signalCreateUserDone, "ann", "pw", 1980, "f", "1", "de", 0, "id", 1),
+        WRAPPER(25, emailExplicitPINRescue, signalEmailExplicitPinRescueDone),
+        WRAPPER(26, emailPassword, signalEmailPassowrdDone, "ann"),
+        WRAPPER(27, generateUserActivationCode, signalGenerateUserActivationCodeDone),
+        WRAPPER(28, getExplicitContentFilter, signalGetExplicitContentFilterDone),
+        WRAPPER(29, getStationList, signalGetStationListDone, 1, "dateCreated", "desc"),
+        WRAPPER(30, getStationListChecksum, signalGetStationListCheckSumDone),
+        WRAPPER(31, getUserInfo, signalGetUserInfoDone, "ann", "pw", "id", 1),
+        WRAPPER(32, isExplicitContentFilterPINProtected, signalIsExplicitContentFilterPinProtectedDone),
+        WRAPPER(33, setExplicitContentFilter, signalSetExplicitContentFilterDone, 1, "1234"),
+        WRAPPER(34, setExplicitPIN, signalSetExplicitPinDone, "new", "old"),
+        WRAPPER(35, sleepSong, signalSleepSongDone, "tr"),
     };
     return table;
 }
@@ -184,7 +166,7 @@ private slots:
     {
         LogCapture log;
         Service::velmora_ws_requst_cb(0, VLM_WS_ERR_INVALID_AUTH_TOKEN, nullptr);
-        QCOMPARE(log.lines(), QStringList(QStringLiteral("VelmoraWebService,velmora_ws_requst_cb,pt_velmora is NULL")));
+        QCOMPARE(log.lines(), QStringList("VelmoraWebService,velmora_ws_requst_cb,pt_velmora is NULL"));
     }
 
     void reservedAndUnknownIdentifiersRaiseNothing()
@@ -262,7 +244,7 @@ private slots:
             const WsHandle handle(h_handle);
             const bool isSearch = reinterpret_cast<quintptr>(tag) % 2 == 0;
             if (QThread::currentThread() != receiver.thread())
-                wrong.append(QStringLiteral("in a foreign thread"));
+                wrong.append("in a foreign thread");
             if (code != (isSearch ? VLM_WS_ERR_OK : VLM_WS_ERR_NOT_FOUND))
                 wrong.append(QStringLiteral("result %1").arg(code));
             arrived.append(reinterpret_cast<quintptr>(tag));

@@ -1,0 +1,42 @@
+#include "app/plainlook.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace plainlook {
+
+namespace {
+
+// White text on the first ones, black text on the last four.
+const char *const surfaces[] = {"Main_Bg", "Screen_Bg", "Welcome_Bg",     "DialogBox_Bg", "Menu_Bg",
+                                "Btn_F",   "Button_F",  "Button_Focus_H", "FocusBar",     "InputBox_Focus_H"};
+
+} // namespace
+
+bool isNeeded()
+{
+    return !std::all_of(std::begin(surfaces), std::end(surfaces), [](const char *name) {
+        return QFile::exists(QStringLiteral(":/images/%1.png").arg(QLatin1String(name)));
+    });
+}
+
+QString styleSheet()
+{
+    return QStringLiteral(R"(
+QDialog, QFrame#velmoraMainFrame { background-color: #1C0F29; }
+MenuDlg, MsgboxDlg, AboutDlg, WhyDlg { background-color: #3A2150; }
+QLabel, QPushButton { color: rgb(255, 255, 255); }
+QPushButton { background-color: #34204A; outline: none; }
+QPushButton:focus { background-color: #FFB930; }
+SelectUserDlg QPushButton:focus { background-color: #5A3A74; border: 5px solid rgb(255, 180, 0); }
+SelectUserDlg QPushButton#newUserBtn:focus { color: rgb(255, 255, 255); }
+ImageListWidget { background: transparent; border: none; outline: 0; color: rgb(255, 255, 255); }
+ImageListWidget::item:selected { background-color: #4A2F60; color: rgb(255, 255, 255); }
+ImageListWidget::item:selected:focus { background-color: #FFB930; color: rgb(0, 0, 0); }
+QLineEdit { background-color: #FFF8EA; padding: 0px 24px; border: 4px solid rgb(255, 180, 0); }
+QLineEdit:read-only { background-color: #170B22; border: 2px solid #7D6298; }
+)");
+}
+
+} // namespace plainlook

@@ -1,0 +1,44 @@
+// `tools/tour` builds and starts this.
+
+#include "tools/tourguide/tour.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QLoggingCategory>
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false")); // the settings class reports what it does
+    QCommandLineParser line;
+    line.addHelpOption();
+    line.addPositionalArgument(QStringLiteral("pictures"), QStringLiteral("folder for the pictures"));
+    line.addPositionalArgument(QStringLiteral("drafts"), QStringLiteral("folder of the drafts"));
+    line.addPositionalArgument(QStringLiteral("part"),
+                               QStringLiteral("only this part: ") + Tour::ways().join(QStringLiteral(", ")));
+    line.process(app);
+    const QStringList arguments = line.positionalArguments();
+    const QString part = arguments.value(2);
+    if (arguments.size() < 2 || !QDir().mkpath(arguments[0]) || (!part.isEmpty() && !Tour::ways().contains(part))) {
+        std::fprintf(stderr, "%s", qPrintable(line.helpText()));
+        return 2;
+    }
+    if (!QDir(QStringLiteral(JOURNEY_LIBRARY "/demo")).exists()) {
+        std::printf("tour: making the demo catalogue\n");
+        std::fflush(stdout);
+        if (!Journey::makeLibrary()) {
+            std::fprintf(stderr, "tour: the demo catalogue could not be made\n");
+            return 1;
+        }
+    }
+    Tour tour(arguments[0], arguments[1], part);
+    tour.walk();
+    if (!tour.writePage()) {
+        std::fprintf(stderr, "tour: %s cannot be written to\n", qPrintable(arguments[0]));
+        return 1;
+    }
+    return tour.missing().isEmpty() ? 0 : 1;
+}

@@ -1,0 +1,368 @@
+// What the tour walks through: each way is one evening of its own.
+
+#include "tools/tourguide/tour.h"
+
+#include "service/velmorasettings.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTcpServer>
+
+namespace {
+
+const QString player = QStringLiteral("VelmoraMainDlg");
+const QString stations = QStringLiteral("stationListWidget");
+const QString history = QStringLiteral("playListWidget");
+const QString results = QStringLiteral("searchResultListWidget");
+
+QString text(const QJsonObject &now, const char *label)
+{
+    return now.value(QStringLiteral("labels")).toObject().value(QLatin1String(label)).toString();
+}
+
+int count(const QJsonObject &now, const QString &list)
+{
+    return now.value(QStringLiteral("lists")).toObject().value(list).toObject().value(QStringLiteral("count")).toInt();
+}
+
+bool isPlaying(const QJsonObject &now)
+{
+    return now.value(QStringLiteral("playback")).toInt() == 5 &&
+           now.value(QStringLiteral("screen")).toString() == player && now.value(QStringLiteral("box")).isNull();
+}
+
+// An ad has no album.
+bool isTrack(const QJsonObject &now)
+{
+    return isPlaying(now) && !text(now, "albumLabel").isEmpty();
+}
+
+bool keys(Journey &journey, const char *names)
+{
+    return journey.key(QString::fromLatin1(names).split(QLatin1Char(' ')));
+}
+
+bool type(Journey &journey, const char *words)
+{
+    return journey.key({QStringLiteral("text"), QLatin1String(words)});
+}
+
+bool waitForTrack(Journey &journey)
+{
+    return journey.waitFor(isTrack, 90);
+}
+
+bool focusStations(Journey &journey)
+{
+    for (int tries = 0; tries < 8; ++tries) {
+        if (journey.status().value(QStringLiteral("focus")).toString() == stations)
+            return true;
+        keys(journey, "left");
+    }
+    return false;
+}
+
+// The entry that many steps above the menu's last one.
+bool openMenu(Journey &journey, int up)
+{
+    return waitForTrack(journey) && focusStations(journey) && keys(journey, "right select") &&
+           journey.waitForScreen(QStringLiteral("MenuDlg")) &&
+           (up == 0 || journey.key(QStringList(up, QStringLiteral("up"))));
+}
+
+bool skip(Journey &journey)
+{
+    if (!waitForTrack(journey))
+        return false;
+    const int before = count(journey.last(), history);
+    return keys(journey, "next") &&
+           journey.waitFor([&](const QJsonObject &now) { return isPlaying(now) && count(now, history) > before; });
+}
+
+} // namespace
+
+void Tour::newDevice()
+{
+    Journey::Options options;
+    options.isSetUp = false;
+    Journey journey(options);
+    if (!begin(journey))
+        return;
+    stop(journey, journey.waitForScreen(QStringLiteral("WelcomeDlg")), "welcome", "Welcome", "12-welcome");
+    stop(journey, keys(journey, "back") && journey.waitForBox(QStringLiteral("You have reached the last window.")),
+         "exit-question", "Back on the last screen: the question before leaving");
+    keys(journey, "select");
+    journey.waitForNoBox();
+    stop(journey, keys(journey, "select") && journey.waitForBox(QStringLiteral("Do you already have")),
+         "welcome-question", "A question, the safe answer focused", "13-message-question");
+    stop(journey, keys(journey, "left"), "welcome-question-yes", "A question, the other answer focused");
+    stop(journey, keys(journey, "select") && journey.waitForScreen(QStringLiteral("SignInDlg")), "signin-prompt",
+         "Sign in, prompts");
+    stop(journey, type(journey, "living.room@exa") && keys(journey, "up"), "signin-typing",
+         "Sign in, typing the address", "08-sign-in");
+    stop(journey, keys(journey, "green"), "signin-capitals", "Keyboard, capitals");
+    stop(journey, keys(journey, "green red"), "signin-page2", "Keyboard, second page");
+    keys(journey, "red down");
+    stop(journey, type(journey, "mple.org") && keys(journey, "enter") && type(journey, "wrong password"),
+         "signin-password", "Sign in, the password");
+    stop(journey, keys(journey, "enter") && journey.waitForBox(QStringLiteral("Invalid username or password")),
+         "warning", "A warning", "14-message-warning");
+    keys(journey, "select");
+    journey.waitForNoBox();
+}
+
+void Tour::activation()
+{
+    Journey::Options options;
+    options.isSetUp = false;
+    Journey journey(options);
+    if (!begin(journey))
+        return;
+    journey.waitForScreen(QStringLiteral("WelcomeDlg"));
+    keys(journey, "select");
+    journey.waitForBox(QStringLiteral("Do you already have"));
+    stop(journey, keys(journey, "select") && journey.waitForScreen(QStringLiteral("InternetRadioDlg")), "activation",
+         "Activation code", "11-device-activation");
+    stop(journey, keys(journey, "select") && journey.waitForBox(QString()), "activation-early",
+         "A warning: the code has not been entered yet");
+    keys(journey, "select");
+}
+
+// A service that hears and never answers: the screen stays.
+void Tour::loading(const QString &name, const QString &title, const QStringList &menuOptions)
+{
+    QTcpServer silent;
+    silent.listen(QHostAddress::LocalHost);
+    Journey::Options options;
+    options.hasServer = false;
+    options.serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(silent.serverPort());
+    options.menuOptions = menuOptions;
+    Journey journey(options);
+    QDir().mkpath(QFileInfo(journey.settingsFile()).path());
+    {
+        VelmoraSettings settings(journey.settingsFile(), QSettings::IniFormat, nullptr);
+        settings.setWelcomeCheck(QStringLiteral("1"));
+    }
+    if (begin(journey))
+        stop(journey, journey.waitForScreen(QStringLiteral("LoadingDlg"), 10), name, title, "05-loading");
+}
+
+void Tour::evening()
+{
+    loading(QStringLiteral("loading"), QStringLiteral("Loading"));
+    Journey journey;
+    if (!begin(journey))
+        return;
+    stop(journey, journey.waitForAudio(5) && waitForTrack(journey), "player", "The player, list focused",
+         "01-player-playing");
+    const bool hasRated = keys(journey, "green");
+    bool hasHistory = skip(journey);
+    const bool hasDisliked = keys(journey, "red") && skip(journey); // a track that is not liked ends
+    hasHistory = skip(journey) && skip(journey) && hasHistory && hasRated && hasDisliked && waitForTrack(journey);
+    stop(journey, hasHistory && keys(journey, "right right right right right right"), "player-history",
+         "History focused", "04-player-history");
+    stop(journey, keys(journey, "end") && (QTest::qWait(marqueeMs), true), "player-history-rated",
+         "History, a track with a thumb", "04-player-history");
+    stop(journey, keys(journey, "up") && (QTest::qWait(marqueeMs), true), "player-history-disliked",
+         "History, a track with a thumb that points down");
+    keys(journey, "top");
+    stop(journey, keys(journey, "left left left"), "player-next", "A button focused", "03-player-buttons");
+    stop(journey, keys(journey, "left left"), "player-menu-button", "The menu button focused");
+    stop(journey,
+         keys(journey, "left top select") && journey.waitForAudio(3) && waitForTrack(journey) &&
+             keys(journey, "right right"),
+         "player-tapestry", "Tapestry plays, its button focused", "03-player-buttons");
+    keys(journey, "left left");
+    stop(journey,
+         keys(journey, "pause") &&
+             journey.waitFor([](const QJsonObject &now) { return now.value(QStringLiteral("playback")).toInt() == 6; },
+                             5),
+         "player-paused", "Paused");
+    keys(journey, "play");
+    stop(journey, openMenu(journey, 0), "menu", "The track menu", "15-track-menu");
+    stop(journey, keys(journey, "select") && journey.waitForBox(QStringLiteral("Add bookmark")), "bookmark",
+         "A bookmark that the service refuses");
+    keys(journey, "select");
+    journey.waitForNoBox();
+    stop(journey,
+         waitForTrack(journey) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("MenuDlg")) &&
+             keys(journey, "down down down select") && journey.waitForScreen(QStringLiteral("WhyDlg")),
+         "why", "Why this track", "16-why-dialog");
+    keys(journey, "select");
+    journey.waitForScreen(player);
+    stop(journey,
+         journey.menu({QStringLiteral("network"), QStringLiteral("down")}) &&
+             journey.waitForBox(QStringLiteral("Unable to connect to network.")),
+         "network", "The network is gone");
+}
+
+void Tour::stationScreens()
+{
+    Journey journey;
+    if (!begin(journey))
+        return;
+    journey.waitForAudio(1);
+    stop(journey,
+         openMenu(journey, 6) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")),
+         "create-prompt", "Create a station, prompt", "10-create-station-prompt");
+    stop(journey, type(journey, "zzqx"), "create-typing", "Create a station, typing");
+    stop(journey, keys(journey, "red"), "create-page2", "Create a station, second page");
+    keys(journey, "red");
+    stop(journey, keys(journey, "enter") && journey.waitForBox(QString()), "create-nothing", "Nothing is found");
+    keys(journey, "select");
+    journey.waitForNoBox();
+    stop(journey,
+         keys(journey, "backspace backspace backspace backspace") && type(journey, "e") && keys(journey, "enter") &&
+             journey.waitForBox(QStringLiteral("We found ")),
+         "create-question", "Artist or track");
+    keys(journey, "right select");
+    stop(journey, journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }), "create",
+         "Create a station, results", "09-create-station-results");
+    const QStringList rows = journey.rows(results);
+    int longest = 0;
+    for (int row = 0; row < rows.size(); ++row)
+        if (rows.at(row).size() > rows.at(longest).size())
+            longest = row;
+    stop(journey,
+         (longest == 0 || journey.key(QStringList(longest, QStringLiteral("down")))) && (QTest::qWait(marqueeMs), true),
+         "create-marquee", "Create a station, a long row moves");
+    keys(journey, "back");
+    // --- another name, as long as it goes
+    waitForTrack(journey);
+    keys(journey, "left top down down select");
+    journey.waitForAudio(2);
+    stop(journey,
+         openMenu(journey, 4) && keys(journey, "select") &&
+             journey.waitForBox(QStringLiteral("Are you sure you want to rename station")),
+         "rename-question", "A question before renaming", "13-message-question");
+    stop(journey, keys(journey, "left select") && journey.waitForScreen(QStringLiteral("RenameStationDlg")), "rename",
+         "Rename a station", "18-rename-station");
+    stop(journey,
+         keys(journey, "up select") && type(journey, "Everything we ever danced to before the long summer was over"),
+         "rename-typing", "Rename a station, a long name");
+    stop(journey, keys(journey, "enter") && journey.waitForBox(QStringLiteral("Are you sure you want to rename this")),
+         "rename-confirm", "A question with a long name");
+    keys(journey, "left select");
+    stop(journey, waitForTrack(journey) && focusStations(journey) && (QTest::qWait(marqueeMs), true), "player-long",
+         "A long station name, the row moves", "02-player-long-names");
+    stop(journey,
+         openMenu(journey, 5) && keys(journey, "select") &&
+             journey.waitForBox(QStringLiteral("Are you sure you want to delete station")),
+         "delete-question", "A question before deleting");
+}
+
+void Tour::accounts()
+{
+    Journey journey;
+    if (!begin(journey))
+        return;
+    journey.waitForAudio(1);
+    stop(journey,
+         openMenu(journey, 3) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("SelectUserDlg")),
+         "accounts-one", "One account", "06-account-selection");
+    keys(journey, "select");
+    journey.waitForScreen(player);
+    {
+        VelmoraSettings settings(journey.settingsFile(), QSettings::IniFormat, nullptr);
+        int slot = 1;
+        for (const char *name : {"kitchen@example.org", "a.very.long.address.for.the.summer.house@example.org",
+                                 "hobby.room@example.org", "guest@example.org"})
+            settings.addAccount(QString::fromLatin1(name), QString::number(slot++));
+    }
+    stop(journey,
+         journey.waitForAudio(1) && openMenu(journey, 3) && keys(journey, "select") &&
+             journey.waitForScreen(QStringLiteral("SelectUserDlg")) &&
+             journey.waitFor([](const QJsonObject &now) { return !text(now, "userListBtn_5").isEmpty(); }, 5),
+         "accounts-five", "Five accounts", "06-account-selection");
+    stop(journey, keys(journey, "down right"), "accounts-delete", "Five accounts, delete focused", "07-account-delete");
+    stop(journey, keys(journey, "select") && journey.waitForBox(QString()), "accounts-delete-question",
+         "A question before an account goes");
+}
+
+void Tour::slowService()
+{
+    Journey::Options options;
+    // Slow enough for a look at what the radio shows until it can begin.
+    options.serverOptions = {QStringLiteral("--throttle"), QStringLiteral("20000")};
+    Journey journey(options);
+    if (!begin(journey))
+        return;
+    const auto isBuffering = [](const QJsonObject &now) {
+        return text(now, "textLabel").startsWith(QLatin1String("Buffering"));
+    };
+    stop(journey, journey.waitFor(isBuffering, 90), "buffering", "Buffering", "20-buffering", 700);
+}
+
+void Tour::serviceGone()
+{
+    {
+        Journey::Options options;
+        options.hasServer = false;
+        options.isSetUp = false;
+        options.serverUrl = QStringLiteral("http://127.0.0.1:9");
+        Journey journey(options);
+        if (!begin(journey))
+            return;
+        journey.waitForScreen(QStringLiteral("WelcomeDlg"));
+        keys(journey, "select");
+        stop(journey, journey.waitForBox(QStringLiteral("A network error has occurred.")), "network-error",
+             "The service is not there");
+    }
+    Journey::Options options;
+    options.serverOptions = {QStringLiteral("--fail"), QStringLiteral("getStationList=12")};
+    Journey journey(options);
+    if (begin(journey))
+        stop(journey, journey.waitForBox(QString()), "error", "An error: the service has no answer at the start");
+}
+
+// Screens and a kind of box that the radio can show and no key leads to.
+void Tour::withoutKeys()
+{
+    qputenv("VELMORA_GALLERY", "about,info,reminder");
+    Journey::Options options;
+    options.radio = QStringLiteral(JOURNEY_GALLERY);
+    Journey journey(options);
+    const bool hasBegun = begin(journey);
+    qunsetenv("VELMORA_GALLERY");
+    if (!hasBegun)
+        return;
+    stop(journey, journey.waitForScreen(QStringLiteral("AboutDlg"), 60), "about",
+         "About (shown by the tour: no key leads here)", "17-about-dialog");
+    stop(journey, keys(journey, "select") && journey.waitForBox(QString()), "info",
+         "A box of the kind \"information\" (shown by the tour: the radio has no message of this kind)",
+         "13-message-question");
+    stop(journey, keys(journey, "select") && journey.waitForScreen(QStringLiteral("EmailPwdDlg")), "reminder-prompt",
+         "Password reminder, prompt (shown by the tour: no key leads here)");
+    stop(journey, type(journey, "living.room@example.org"), "reminder", "Password reminder, typing",
+         "19-email-password");
+}
+
+// The canvas on larger screens: 1366 x 768, full HD, and four times full HD.
+void Tour::scales()
+{
+    for (const QString &factor : {QStringLiteral("1.067"), QStringLiteral("1.5"), QStringLiteral("3")}) {
+        const QString nameForm = QStringLiteral("%1-at-") + factor;
+        const QString titleForm = QStringLiteral("%1, drawn ") + factor + QStringLiteral(" times as large");
+        Journey::Options options;
+        options.menuOptions = {QStringLiteral("--scale"), factor};
+        loading(nameForm.arg(QLatin1String("loading")), titleForm.arg(QLatin1String("Loading")), options.menuOptions);
+        Journey journey(options);
+        if (!begin(journey))
+            continue;
+        const auto at = [&](bool isReached, const char *name, const char *title, const char *draft) {
+            stop(journey, isReached, nameForm.arg(QLatin1String(name)), titleForm.arg(QLatin1String(title)), draft);
+        };
+        at(journey.waitForAudio(4) && waitForTrack(journey), "player", "The player", "01-player-playing");
+        at(openMenu(journey, 6), "menu", "The track menu", "15-track-menu");
+        at(keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) && type(journey, "e") &&
+               keys(journey, "enter") && journey.waitForBox(QStringLiteral("We found ")),
+           "question", "A question", "13-message-question");
+        at(keys(journey, "right select") &&
+               journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }) &&
+               keys(journey, "down") && (QTest::qWait(marqueeMs), true),
+           "create", "Create a station", "09-create-station-results");
+        keys(journey, "back");
+        at(openMenu(journey, 3) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("SelectUserDlg")),
+           "accounts", "One account", "06-account-selection");
+    }
+}

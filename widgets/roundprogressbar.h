@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QProgressBar>
+
+// A bar whose lit part has round ends however short it is; a style sheet squares what is shorter than its corners.
+class RoundProgressBar : public QProgressBar {
+    Q_OBJECT
+public:
+    explicit RoundProgressBar(QWidget *parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
