@@ -14,7 +14,10 @@
 #include "station/menudlg.h"
 #include "station/renamestationdlg.h"
 #include "station/whydlg.h"
+#include "widgets/imagelistwidget.h"
 #include "widgets/msgboxdlg.h"
+#include "widgets/roundprogressbar.h"
+#include "widgets/sharppanels.h"
 
 #include <QFile>
 #include <QLabel>
@@ -155,6 +158,67 @@ private slots:
         QLabel unknownFont(QStringLiteral("words"));
         unknownFont.setFont(QFont(QStringLiteral("No Such Family"), 20));
         QVERIFY(unknownFont.fontMetrics().horizontalAdvance(unknownFont.text()) > 20);
+    }
+
+    void aRowsTextEndsBeforeTheMarkOfTheBar()
+    {
+        ImageListWidget list;
+        list.setFixedSize(324, 52);
+        list.setFont(QFont(QStringLiteral("Arial"), 20));
+        list.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        for (const char *name : {"Everyone Bring a Chair", "Slow Piano"}) {
+            list.clear();
+            auto *row = new QListWidgetItem(QLatin1String(name), &list);
+            row->setSizeHint(list.size());
+            list.show();
+            const QImage picture = list.grab().toImage();
+            int rightMost = 0;
+            for (int x = 0; x < 324; ++x)
+                for (int y = 10; y < 42; ++y)
+                    rightMost = qGray(picture.pixel(x, y)) > 200 ? x : rightMost;
+            QVERIFY2(rightMost > 100 && rightMost < 305, qPrintable(QString::number(rightMost)));
+        }
+    }
+
+    void theProgressBarIsRoundHoweverShort()
+    {
+        RoundProgressBar bar;
+        bar.resize(236, 12);
+        const auto lit = [&](int x, int y) { return QColor(bar.grab().toImage().pixel(x, y)).green() > 150; };
+        QVERIFY(!lit(0, 6));
+        bar.setValue(2);
+        QVERIFY(lit(2, 6));
+        QVERIFY(!lit(0, 0) && !lit(0, 11) && !lit(20, 6));
+        bar.setValue(100);
+        QVERIFY(lit(233, 6) && !lit(235, 0));
+    }
+
+    void aPanelIsDrawnAnewOnlyWhereItsPictureWouldBeScaledUp_data()
+    {
+        QTest::addColumn<QString>("style");
+        QTest::addColumn<QString>("radius");
+        QTest::newRow("panel") << "QWidget#p {border-image: url(:/images/Welcome_Bg.png);}"
+                               << "border-radius: 16px";
+        QTest::newRow("box") << "QWidget#p {border-image: url(:/images/DialogBox_Bg.png);}"
+                             << "border-radius: 22px";
+        QTest::newRow("menu") << "QWidget#p {border-image: url(:/images/Menu_Bg.png);}"
+                              << "border-radius: 20px";
+        QTest::newRow("button") << "border-image: url(:/images/Button_N.png);" << QString();
+    }
+
+    void aPanelIsDrawnAnewOnlyWhereItsPictureWouldBeScaledUp()
+    {
+        QFETCH(QString, style);
+        QFETCH(QString, radius);
+        const QString sharp = SharpPanels::sharpened(style, QStringLiteral("p"));
+        QCOMPARE(sharp == style, radius.isEmpty());
+        QVERIFY(sharp.contains(radius));
+        SharpPanels panels(qApp);
+        QWidget panel;
+        panel.setObjectName(QStringLiteral("p"));
+        panel.setStyleSheet(style);
+        panel.ensurePolished();
+        QCOMPARE(panel.styleSheet(), style); // on a screen of the canvas's size
     }
 
     // --- the check itself
