@@ -118,6 +118,7 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
         const GstOwner<GstPad> sinkPad(gst_element_get_static_pad(m_sink, "sink"));
         gst_pad_set_offset(sinkPad.get(), -m_setup.startAtMs * GST_MSECOND);
         m_position = m_setup.startAtMs;
+        m_endNs = m_setup.startAtMs * GST_MSECOND;
     }
 
     // No main loop: messages go to the playback thread's inbox straight from the thread that posts them.
@@ -180,7 +181,7 @@ qint64 PlaybackPipeline::positionMs()
 {
     gint64 ns = 0;
     if (gst_element_query_position(m_pipeline.get(), GST_FORMAT_TIME, &ns) && ns >= 0)
-        m_position = ns / GST_MSECOND;
+        m_position = qMax<qint64>(ns / GST_MSECOND, m_setup.startAtMs); // while the start is fetched again, too
     return m_position;
 }
 

@@ -5,6 +5,7 @@
 namespace {
 
 const QString stationList = QStringLiteral("stationListWidget");
+const QString history = QStringLiteral("playListWidget");
 
 int count(const QJsonObject &now, const QString &list)
 {
@@ -69,7 +70,8 @@ private slots:
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(journey.key({"top", "down", "down", "select"}));
-        QVERIFY(journey.waitFor(isPlaying));
+        // A second track in the history: the chosen station plays, not still the one before.
+        QVERIFY(journey.waitFor([](const QJsonObject &now) { return isPlaying(now) && count(now, history) >= 2; }));
         QVERIFY(openMenuEntry(journey, renameEntry));
         QVERIFY(journey.waitForBox("Are you sure you want to rename station: \n"));
         QVERIFY(journey.key({"left", "select"}));

@@ -165,11 +165,15 @@ private slots:
         ImageListWidget list;
         list.setFixedSize(324, 52);
         list.setFont(QFont(QStringLiteral("Arial"), 20));
+        list.setIconSize(QSize(32, 32));
         list.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         for (const char *name : {"Everyone Bring a Chair", "Slow Piano"}) {
             list.clear();
             auto *row = new QListWidgetItem(QLatin1String(name), &list);
             row->setSizeHint(list.size());
+            QPixmap icon(32, 32);
+            icon.fill(Qt::transparent);
+            row->setIcon(icon);
             list.show();
             const QImage picture = list.grab().toImage();
             int rightMost = 0;
@@ -184,9 +188,12 @@ private slots:
     {
         RoundProgressBar bar;
         bar.resize(236, 12);
+        QPalette dark = bar.palette();
+        dark.setColor(QPalette::Window, Qt::black);
+        bar.setPalette(dark);
         const auto lit = [&](int x, int y) { return QColor(bar.grab().toImage().pixel(x, y)).green() > 150; };
         QVERIFY(!lit(0, 6));
-        bar.setValue(2);
+        bar.setValue(3);
         QVERIFY(lit(2, 6));
         QVERIFY(!lit(0, 0) && !lit(0, 11) && !lit(20, 6));
         bar.setValue(100);

@@ -157,7 +157,8 @@ void Tour::evening()
          "01-player-playing");
     const bool hasRated = keys(journey, "green");
     bool hasHistory = skip(journey);
-    const bool hasDisliked = keys(journey, "red") && skip(journey); // a track that is not liked ends
+    // An ad is not rated; a track that is not liked ends.
+    const bool hasDisliked = waitForTrack(journey) && keys(journey, "red") && skip(journey);
     hasHistory = skip(journey) && skip(journey) && hasHistory && hasRated && hasDisliked && waitForTrack(journey);
     stop(journey, hasHistory && keys(journey, "right right right right right right"), "player-history",
          "History focused", "04-player-history");
