@@ -5,9 +5,9 @@
 class VelmoraLogin;
 class VelmoraParentWidget;
 
-// How every account screen ends. At most one living receiver may hear a completion, so a screen that hands over is first
-// cut off from the web service, together with its login sequence; then it is closed, and the next screen is made and
-// shown in the same slot. GUI thread.
+// How every account screen ends. At most one living receiver may hear a completion, so a screen that hands over is
+// first cut off from the web service, together with its login sequence; then it is closed, and the next screen is made
+// and shown in the same slot. GUI thread.
 namespace afterlogin {
 
 // Cuts `screen` and `login` (may be null) off, takes its message box away and closes it (deleted later).

@@ -45,6 +45,6 @@ private:
     bool signInFromLoginFile();
 
     std::unique_ptr<Ui::SignInDlg> ui;
-    VelmoraLogin *m_login;      // child
+    VelmoraLogin *m_login; // child
     int m_stage = EmailStage;
 };

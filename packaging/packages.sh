@@ -13,6 +13,7 @@ packages_run=(
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
 packages_artwork=(librsvg2-bin optipng)
+packages_tidy=(clang-format clang-tidy)
 
 # install_missing PACKAGE...: installs what is not installed yet, in one line; nothing is asked of the network when
 # nothing is missing.

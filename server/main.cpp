@@ -80,6 +80,8 @@ int run(const ServerOptions &options)
     MailSettings mail;
     mail.smtp = options.smtp;
     mail.smtpLogin = options.smtpLogin;
+    if (!options.mailFrom.empty())
+        mail.sender = options.mailFrom;
     mail.outbox = options.outbox.empty() ? service.dataDirectory() / "outbox" : options.outbox;
     // Where the service says that it is, never what a request says.
     mail.address = [&service] { return service.addresses.base(); };
@@ -108,6 +110,7 @@ int run(const ServerOptions &options)
         say("demo account: " + demoAccountFile(service).string());
     waitForEnd();
     server.stop();
+    mailbox.stop(); // leave() would lose what waits
 
     if (!demo.stop(std::chrono::milliseconds(500)))
         leave(service, 0);

@@ -61,6 +61,14 @@ bool readMailServer(const std::string &text, std::string *server)
     return (text.starts_with("smtp://") || text.starts_with("smtps://")) && text.find('@') == std::string::npos;
 }
 
+bool readMailAddress(const std::string &text, std::string *address)
+{
+    *address = text;
+    const size_t at = text.find('@');
+    return at != std::string::npos && at == text.rfind('@') && at > 0 && at + 1 < text.size() &&
+           text.find_first_of(" <>\r\n") == std::string::npos;
+}
+
 // "PARTNER,USER", seconds
 bool readLifetimes(const std::string &text, TokenLifetimes *lifetimes)
 {
@@ -101,6 +109,8 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         return readNumber<int64_t>(value, 1, int64_t(1) << 40, &options.listen.throttleBytesPerSecond);
     if (name == "--smtp")
         return readMailServer(value, &options.smtp);
+    if (name == "--mail-from")
+        return readMailAddress(value, &options.mailFrom);
     if (name == "--fail")
         return readFailure(value, &options.failures);
     if (name == "--data")
@@ -118,7 +128,7 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
 
 constexpr const char *namesWithValue[] = {"--listen",  "--data",           "--public-url", "--tls-cert",
                                           "--tls-key", "--token-lifetime", "--throttle",   "--fail",
-                                          "--smtp",    "--smtp-login",     "--outbox"};
+                                          "--smtp",    "--smtp-login",     "--mail-from",  "--outbox"};
 
 bool takesValue(const std::string &name)
 {
@@ -180,7 +190,8 @@ std::string usage()
   --token-lifetime P,U      seconds that partner and user sessions live (86400,14400)
   --smtp URL                mail server, smtp[s]://host[:port]
   --smtp-login FILE         its user name and password, one a line
-  --outbox DIR              where mails are written when there is no mail server
+  --mail-from ADDRESS       the sender of its mails (velmora@localhost)
+  --outbox DIR              where mails are written that no mail server takes
   --maintenance             refuse everything that changes something (5096)
   --die-with-parent         end when the program that started this one ends
   --help                    this text

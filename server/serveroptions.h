@@ -19,7 +19,8 @@ struct ServerOptions {
     bool showsHelp = false;
     std::string smtp;                // for the mails: smtp[s]://host[:port]; empty: none
     std::filesystem::path smtpLogin; // a file: the user name in its first line, the password in its second
-    std::filesystem::path outbox;    // where mails are written when there is no SMTP server
+    std::string mailFrom;            // their sender; empty: the default
+    std::filesystem::path outbox;    // where mails are written that no SMTP server takes
     struct Failure {
         std::string function;
         int code = 0;

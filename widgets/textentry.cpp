@@ -57,14 +57,15 @@ bool TextEntry::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FocusIn) {
         // The toolkit selects everything in a field that gets the focus; a remote has no use for a selection.
         auto *field = static_cast<QLineEdit *>(watched);
-        QMetaObject::invokeMethod(field, [field] { field->end(false); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            field, [field] { field->end(false); }, Qt::QueuedConnection);
     }
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
         return QObject::eventFilter(watched, event);
     const int key = static_cast<QKeyEvent *>(event)->key();
-    const bool isDialogs = event->type() == QEvent::KeyRelease || key == Qt::Key_Left || key == Qt::Key_Right
-        || key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Select || key == Qt::Key_Return
-        || key == Qt::Key_Enter || key == Qt::Key_Back || key == Qt::Key_Escape;
+    const bool isDialogs = event->type() == QEvent::KeyRelease || key == Qt::Key_Left || key == Qt::Key_Right ||
+                           key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Select || key == Qt::Key_Return ||
+                           key == Qt::Key_Enter || key == Qt::Key_Back || key == Qt::Key_Escape;
     if (!isDialogs)
         return false;
     QCoreApplication::sendEvent(m_dialog, event);

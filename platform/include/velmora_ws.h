@@ -38,16 +38,16 @@ typedef enum _VLM_WS_EXT_ERR_CODE_T {
     VLM_WS_ERR_MALFORMED_REPLY = -505,    /* not JSON, cut off, or not of the agreed shape */
     VLM_WS_ERR_ERROR_CURL_FAILURE = -504, /* the network could not be reached or the transfer broke */
     VLM_WS_ERR_OUT_OF_MEMORY = -503,
-    VLM_WS_ERR_INVALID_ARGUMENT = -502,   /* a required parameter is missing */
-    VLM_WS_ERR_NOT_INITIALISED = -501,    /* before velmora_ws_init or after velmora_ws_uninit */
+    VLM_WS_ERR_INVALID_ARGUMENT = -502, /* a required parameter is missing */
+    VLM_WS_ERR_NOT_INITIALISED = -501,  /* before velmora_ws_init or after velmora_ws_uninit */
     VLM_WS_ERR_OK = 0,
     /* The service's results. */
     VLM_WS_ERR_INTERNAL = 5000,
     VLM_WS_ERR_BAD_REQUEST = 5001,
-    VLM_WS_ERR_NOT_FOUND = 5002,          /* no such track, ad or music token (stations: 5102) */
+    VLM_WS_ERR_NOT_FOUND = 5002, /* no such track, ad or music token (stations: 5102) */
     VLM_WS_ERR_VERSION_REFUSED = 5003,
     VLM_WS_ERR_TOO_MANY_REQUESTS = 5004,
-    VLM_WS_ERR_NOT_AVAILABLE = 5005,      /* the service does not offer this function (yet) */
+    VLM_WS_ERR_NOT_AVAILABLE = 5005, /* the service does not offer this function (yet) */
     VLM_WS_ERR_MAINTENANCE = 5096,
     VLM_WS_ERR_INVALID_AUTH_TOKEN = 5097,
     VLM_WS_ERR_INVALID_LOGIN = 5098,
@@ -205,15 +205,15 @@ typedef struct _VLM_WS_CREATE_USER_PARAMS_T {
 /* A station. 32 bytes where pointers are 32 bits wide. Reply of createStation, getStation, renameStation,
  * transformSharedStation. */
 typedef struct _VLM_STATION_MAP_T {
-    uint8_t fgFlag0;      /* 1: the shuffle station made of all others (Tapestry) */
+    uint8_t fgFlag0; /* 1: the shuffle station made of all others (Tapestry) */
     uint8_t allowRename;
     char *stationId;
-    char *stationToken;   /* ASCII */
+    char *stationToken; /* ASCII */
     uint8_t allowDelete;
-    char *stationStr16;   /* address of the station's picture */
-    uint8_t fgFlag20;     /* 1: music can be added */
+    char *stationStr16; /* address of the station's picture */
+    uint8_t fgFlag20;   /* 1: music can be added */
     uint8_t isShared;
-    char *stationStr24;   /* creation date, ISO 8601, UTC */
+    char *stationStr24; /* creation date, ISO 8601, UTC */
     char *stationName;
 } VLM_STATION_MAP_T;
 
@@ -225,26 +225,26 @@ typedef struct _VLM_WS_STATION_LIST_T {
 
 /* A music track. 80 bytes where pointers are 32 bits wide. */
 typedef struct _VLM_TRACK_MAP_T {
-    char *albumArtUrl;      /*  0 */
-    char *albumName;        /*  4 */
-    uint8_t allowFeedback;  /*  8: 0 on shared stations */
-    int32_t albumYear;      /* 12 */
-    int32_t durationSeconds;/* 16: as the catalogue knows it; the player's own total counts */
-    char *mood;             /* 20 */
-    char *style;            /* 24 */
-    int32_t tempo;          /* 28: beats a minute, 0 = unknown */
-    char *artistToken;      /* 32 */
-    char *artistName;       /* 36 */
-    char *audioUrl;         /* 40: velmora_ws_invalid_url where there is none */
-    char *audioType;        /* 44: media type, "audio/flac" */
-    int32_t bitrate;        /* 48: bits a second, 0 = unknown */
-    int32_t songRating;     /* 52: 1 = thumbed up by this listener */
-    char *stationToken;     /* 56: the station that this track was chosen for */
-    char *songName;         /* 60 */
-    char *albumToken;       /* 64 */
-    char *songToken;        /* 68 */
-    int32_t expiresIn;      /* 72: seconds that the addresses stay valid */
-    char *trackToken;       /* 76: key of feedback, sleep, bookmarks, explanation */
+    char *albumArtUrl;       /*  0 */
+    char *albumName;         /*  4 */
+    uint8_t allowFeedback;   /*  8: 0 on shared stations */
+    int32_t albumYear;       /* 12 */
+    int32_t durationSeconds; /* 16: as the catalogue knows it; the player's own total counts */
+    char *mood;              /* 20 */
+    char *style;             /* 24 */
+    int32_t tempo;           /* 28: beats a minute, 0 = unknown */
+    char *artistToken;       /* 32 */
+    char *artistName;        /* 36 */
+    char *audioUrl;          /* 40: velmora_ws_invalid_url where there is none */
+    char *audioType;         /* 44: media type, "audio/flac" */
+    int32_t bitrate;         /* 48: bits a second, 0 = unknown */
+    int32_t songRating;      /* 52: 1 = thumbed up by this listener */
+    char *stationToken;      /* 56: the station that this track was chosen for */
+    char *songName;          /* 60 */
+    char *albumToken;        /* 64 */
+    char *songToken;         /* 68 */
+    int32_t expiresIn;       /* 72: seconds that the addresses stay valid */
+    char *trackToken;        /* 76: key of feedback, sleep, bookmarks, explanation */
 } VLM_TRACK_MAP_T;
 
 typedef struct _VLM_AD_MAP_T {
@@ -382,11 +382,9 @@ VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_addArtistBookmark(const char *
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_addSongBookmark(const char *trackToken, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_disassociateDevice(const char *deviceId, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_getDeviceInfo(const char *deviceId, VELMORA_WS_TAIL);
-VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_generateDeviceActivationCode(const char *deviceId,
-                                                                               VELMORA_WS_TAIL);
+VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_generateDeviceActivationCode(const char *deviceId, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_search(const char *text, int flag, VELMORA_WS_TAIL);
-VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_addFeedback(int isPositive, const char *trackToken,
-                                                              VELMORA_WS_TAIL);
+VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_addFeedback(int isPositive, const char *trackToken, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_addMusic(const char *stationToken, const char *musicToken,
                                                            VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_createStation(const char *musicToken, const char *trackToken,
@@ -401,14 +399,13 @@ VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_renameStation(const char *newN
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_transformSharedStation(const char *stationToken, int flag,
                                                                          VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_explainTrack(const char *trackToken, VELMORA_WS_TAIL);
-VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_trackEvent(const char *trackToken, const char *eventType,
-                                                             int seconds, VELMORA_WS_TAIL);
-VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_associateDevice(const char *deviceId, VELMORA_WS_TAIL);
-VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_createUser(const char *userName, const char *password,
-                                                             int birthYear, const char *gender, const char *zipCode,
-                                                             const char *countryCode, int emailOptIn,
-                                                             const char *deviceId, int includeExtras,
+VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_trackEvent(const char *trackToken, const char *eventType, int seconds,
                                                              VELMORA_WS_TAIL);
+VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_associateDevice(const char *deviceId, VELMORA_WS_TAIL);
+VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_createUser(const char *userName, const char *password, int birthYear,
+                                                             const char *gender, const char *zipCode,
+                                                             const char *countryCode, int emailOptIn,
+                                                             const char *deviceId, int includeExtras, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_emailExplicitPINRescue(VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_emailPassword(const char *userName, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_generateUserActivationCode(VELMORA_WS_TAIL);
@@ -417,8 +414,7 @@ VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_getStationList(int includeArt,
                                                                  const char *sortOrder, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_getStationListChecksum(VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_getUserInfo(const char *userName, const char *password,
-                                                              const char *deviceId, int includeExtras,
-                                                              VELMORA_WS_TAIL);
+                                                              const char *deviceId, int includeExtras, VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_isExplicitContentFilterPINProtected(VELMORA_WS_TAIL);
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_setExplicitContentFilter(int isEnabled, const char *pin,
                                                                            VELMORA_WS_TAIL);
@@ -432,8 +428,8 @@ VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_sleepSong(const char *trackTok
 }
 
 /* Binary interface of the records where pointers are 32 bits wide; elsewhere the same members in the same order. */
-#define VELMORA_WS_AT(record, member, offset) \
-    static_assert(sizeof(void *) != 4 || offsetof(record, member) == offset, "binary interface")
+#define VELMORA_WS_AT(record, member, offset)                                                                          \
+    static_assert(sizeof(void *) != 4 || offsetof(record, member) == (offset), "binary interface")
 VELMORA_WS_AT(VLM_WS_REQUEST_T, vlm_ws_CmdID, 0);
 VELMORA_WS_AT(VLM_WS_REQUEST_T, params, 4);
 VELMORA_WS_AT(VLM_WS_REQUEST_T, reply, 8);

@@ -44,7 +44,7 @@ QList<KeyLayout::Key> KeyLayout::keys(int page, bool isCapital)
     const auto &rows = page == symbolPage ? symbolPageRows : letterPageRows;
     for (int row = 0; row < letterRows; ++row) {
         for (int column = 0; column < columns; ++column) {
-            QString text(QLatin1Char(rows[row][column]));
+            QString text{QLatin1Char(rows[row][column])};
             if (page == letterPage && isCapital)
                 text = text.toUpper();
             result.append(

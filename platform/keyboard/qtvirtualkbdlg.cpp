@@ -33,8 +33,8 @@ bool isConfirm(int key)
 
 bool isPrintable(const QKeyEvent *event)
 {
-    return !event->text().isEmpty() && event->text().at(0).isPrint()
-        && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    return !event->text().isEmpty() && event->text().at(0).isPrint() &&
+           !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
 }
 
 } // namespace
@@ -156,10 +156,10 @@ struct QtVirtualKbDlg::Private {
 
     void move(int key)
     {
-        const KeyLayout::Direction direction = key == Qt::Key_Left ? KeyLayout::Direction::Left
-            : key == Qt::Key_Right                                 ? KeyLayout::Direction::Right
-            : key == Qt::Key_Up                                    ? KeyLayout::Direction::Up
-                                                                   : KeyLayout::Direction::Down;
+        const KeyLayout::Direction direction = key == Qt::Key_Left    ? KeyLayout::Direction::Left
+                                               : key == Qt::Key_Right ? KeyLayout::Direction::Right
+                                               : key == Qt::Key_Up    ? KeyLayout::Direction::Up
+                                                                      : KeyLayout::Direction::Down;
         const int next = KeyLayout::next(index, direction);
         isRightAtEdge = key == Qt::Key_Right && next == index;
         isFreshArrival = key == Qt::Key_Right && next != index && KeyLayout::isRightMost(next);
@@ -299,8 +299,8 @@ bool QtVirtualKbDlg::eventFilter(QObject *watched, QEvent *event)
     auto *key = static_cast<QKeyEvent *>(event);
     if (watched == d->field) {
         // A prompt is never edited: what would be typed behind it is typed in its place.
-        if (event->type() == QEvent::KeyPress && d->isPrompt && d->isActive()
-            && (isPrintable(key) || key->key() == Qt::Key_Backspace || key->key() == Qt::Key_Delete))
+        if (event->type() == QEvent::KeyPress && d->isPrompt && d->isActive() &&
+            (isPrintable(key) || key->key() == Qt::Key_Backspace || key->key() == Qt::Key_Delete))
             return d->handlePress(key);
         return false;
     }

@@ -62,7 +62,7 @@ QString writeScreenshot(const QString &absolutePath)
     file.close();
     if (written && ::rename(temporary.constData(), path.constData()) == 0)
         return {};
-    const QString problem = QStringLiteral("%1: %2").arg(absolutePath, QString::fromLocal8Bit(std::strerror(errno)));
+    QString problem = QStringLiteral("%1: %2").arg(absolutePath, QString::fromLocal8Bit(std::strerror(errno)));
     ::unlink(temporary.constData());
     return problem;
 }

@@ -161,7 +161,7 @@ CreateResult Accounts::changePassword(AccountId id, const std::string &newPasswo
 
 std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64_t seconds)
 {
-    const std::string token = randomToken();
+    std::string token = randomToken();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     db->run("DELETE FROM resets WHERE expires_at <= ?1 OR (account_id = ?2 AND purpose = ?3)", m_clock(), id, purpose);

@@ -25,7 +25,7 @@ std::string Sessions::openUser(AccountId account, const std::string &keyHash, co
 std::string Sessions::open(const char *kind, std::optional<AccountId> account, const std::string &keyHash,
                            const std::optional<std::string> &deviceId, int64_t seconds)
 {
-    const std::string token = randomToken();
+    std::string token = randomToken();
     const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);

@@ -33,9 +33,10 @@ std::string escape(const std::string &text)
 std::string render(const Page &page)
 {
     std::string text = "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-                       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>"
-        + escape(page.title) + " - Velmora</title>\n<link rel=\"stylesheet\" href=\"/style.css\">\n</head>\n<body>\n"
-        + "<header><a href=\"/account\">velmora</a></header>\n<main>\n" + page.body;
+                       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+                       escape(page.title) +
+                       " - Velmora</title>\n<link rel=\"stylesheet\" href=\"/style.css\">\n</head>\n<body>\n" +
+                       "<header><a href=\"/account\">velmora</a></header>\n<main>\n" + page.body;
     if (!page.isEncrypted)
         text += "<p class=\"note\">This page is not encrypted: everybody in this network could read along. "
                 "Do not use a password that opens anything else.</p>\n";
@@ -64,9 +65,9 @@ std::string form(const std::string &action, const std::string &csrf, const std::
 
 std::string field(const Field &field)
 {
-    std::string text = "<label>" + escape(field.label) + "<input name=\"" + escape(field.name) + "\" type=\""
-        + escape(field.type) + "\" value=\"" + escape(field.value) + "\" autocomplete=\"" + escape(field.autocomplete)
-        + "\" maxlength=\"254\" required";
+    std::string text = "<label>" + escape(field.label) + "<input name=\"" + escape(field.name) + "\" type=\"" +
+                       escape(field.type) + "\" value=\"" + escape(field.value) + "\" autocomplete=\"" +
+                       escape(field.autocomplete) + "\" maxlength=\"254\" required";
     if (field.isCode)
         text += " class=\"code\" autocapitalize=\"characters\" autocorrect=\"off\" spellcheck=\"false\"";
     text += "></label>\n";

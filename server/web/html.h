@@ -9,7 +9,7 @@ std::string escape(const std::string &text);
 
 struct Page {
     std::string title;
-    std::string body;      // made of the pieces below
+    std::string body;        // made of the pieces below
     bool isEncrypted = true; // otherwise the page says that it is not
 };
 std::string render(const Page &page);
@@ -23,8 +23,8 @@ std::string form(const std::string &action, const std::string &csrf, const std::
 struct Field {
     std::string name;
     std::string label;
-    std::string type = "text";         // or "email", "password"
-    std::string value;                 // what was typed before; never a password
+    std::string type = "text"; // or "email", "password"
+    std::string value;         // what was typed before; never a password
     std::string autocomplete = "off";
     std::string hint;
     bool isCode = false; // an activation code: large, capitals, no corrections

@@ -2,6 +2,7 @@
 
 #include <curl/curl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -54,12 +55,18 @@ Mailbox::Mailbox(MailSettings settings)
 
 Mailbox::~Mailbox()
 {
+    stop();
+}
+
+void Mailbox::stop()
+{
     {
         const std::lock_guard guard(m_mutex);
         m_isEnding = true;
     }
     m_wake.notify_all();
-    m_thread.join();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 std::string Mailbox::message(const std::string &sender, const std::string &recipient, const std::string &subject,
@@ -68,10 +75,11 @@ std::string Mailbox::message(const std::string &sender, const std::string &recip
     // A line break would begin a header of the sender's choice.
     if (recipient.find_first_of("\r\n<>") != std::string::npos)
         return {};
-    std::string mail = "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient
-        + ">\r\nSubject: " + subject + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n"
-        + "MIME-Version: 1.0\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Transfer-Encoding: 8bit\r\n"
-        + "Auto-Submitted: auto-generated\r\n\r\n";
+    std::string mail =
+        "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient +
+        ">\r\nSubject: " + subject + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n" +
+        "MIME-Version: 1.0\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Transfer-Encoding: 8bit\r\n" +
+        "Auto-Submitted: auto-generated\r\n\r\n";
     for (const char c : text)
         mail += c == '\n' ? std::string("\r\n") : std::string(1, c);
     return mail;
@@ -81,23 +89,24 @@ void Mailbox::sendPasswordReset(const std::string &address, const std::string &t
 {
     enqueue(address, "Your Velmora password",
             "Somebody, probably you, has asked for a new password for this Velmora account.\n\n"
-            "This page sets one. It opens once, within one hour:\n\n"
-                + m_settings.address() + "/reset?token=" + token
-                + "\n\nIf it was not you, do nothing: your password stays as it is.\n");
+            "This page sets one. It opens once, within one hour:\n\n" +
+                m_settings.address() + "/reset?token=" + token +
+                "\n\nIf it was not you, do nothing: your password stays as it is.\n");
 }
 
 void Mailbox::sendPinRescue(const std::string &address, const std::string &token)
 {
     enqueue(address, "Your Velmora PIN",
             "Somebody, probably you, has forgotten the PIN of this Velmora account.\n\n"
-            "This page sets a new one. It opens once, within one hour:\n\n"
-                + m_settings.address() + "/pin?token=" + token
-                + "\n\nIf it was not you, do nothing: the PIN stays as it is.\n");
+            "This page sets a new one. It opens once, within one hour:\n\n" +
+                m_settings.address() + "/pin?token=" + token +
+                "\n\nIf it was not you, do nothing: the PIN stays as it is.\n");
 }
 
 void Mailbox::enqueue(const std::string &recipient, const std::string &subject, const std::string &text)
 {
-    Mail mail{recipient, message(m_settings.sender, recipient, subject, text, std::time(nullptr))};
+    Mail mail{recipient, message(m_settings.sender, recipient, subject, text, std::time(nullptr)),
+              std::chrono::steady_clock::now()};
     if (mail.text.empty())
         return;
     {
@@ -117,31 +126,52 @@ bool Mailbox::isIdle()
     return m_waiting.empty() && !m_isSending;
 }
 
-void Mailbox::work()
+bool Mailbox::takeDue(std::unique_lock<std::mutex> &lock, Mail *mail)
 {
-    std::unique_lock lock(m_mutex);
     while (true) {
-        m_wake.wait(lock, [this] { return m_isEnding || !m_waiting.empty(); });
-        if (m_waiting.empty())
-            return;
-        const Mail mail = std::move(m_waiting.front());
-        m_waiting.pop_front();
-        const bool isEnding = m_isEnding;
-        m_isSending = true;
-        lock.unlock();
-        // At the end nobody waits for a slow mail server: the outbox keeps it.
-        if (isEnding || m_settings.smtp.empty() || !deliver(mail))
-            keep(mail);
-        lock.lock();
-        m_isSending = false;
+        const auto next = std::min_element(m_waiting.begin(), m_waiting.end(),
+                                           [](const Mail &a, const Mail &b) { return a.due < b.due; });
+        if (next == m_waiting.end()) {
+            if (m_isEnding)
+                return false;
+            m_wake.wait(lock);
+        } else if (const auto due = next->due; m_isEnding || due <= std::chrono::steady_clock::now()) {
+            *mail = std::move(*next);
+            m_waiting.erase(next);
+            return true;
+        } else {
+            m_wake.wait_until(lock, due);
+        }
     }
 }
 
-bool Mailbox::deliver(const Mail &mail) const
+void Mailbox::work()
+{
+    std::unique_lock lock(m_mutex);
+    Mail mail;
+    while (takeDue(lock, &mail)) {
+        // At the end nobody waits for a slow mail server: the outbox keeps it.
+        const bool hasServer = !m_isEnding && !m_settings.smtp.empty();
+        m_isSending = true;
+        lock.unlock();
+        const Delivery delivery = hasServer ? deliver(mail) : Delivery::Refused;
+        const bool isTriedAgain = delivery == Delivery::MayPass && mail.failures < m_settings.retries.size();
+        if (delivery != Delivery::Done && !isTriedAgain)
+            keep(mail);
+        lock.lock();
+        m_isSending = false;
+        if (isTriedAgain) {
+            mail.due = std::chrono::steady_clock::now() + m_settings.retries[mail.failures++];
+            m_waiting.push_back(std::move(mail));
+        }
+    }
+}
+
+Mailbox::Delivery Mailbox::deliver(const Mail &mail) const
 {
     const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> curl(curl_easy_init(), &curl_easy_cleanup);
     if (!curl)
-        return false;
+        return Delivery::MayPass;
     const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> recipients(
         curl_slist_append(nullptr, ("<" + mail.recipient + ">").c_str()), &curl_slist_free_all);
     Upload upload{mail.text};
@@ -168,10 +198,12 @@ bool Mailbox::deliver(const Mail &mail) const
         curl_easy_setopt(curl.get(), CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
     }
     const CURLcode result = curl_easy_perform(curl.get());
-    if (result != CURLE_OK)
-        std::fprintf(stderr, "velmora-server: a mail was not delivered (%s) and lies in %s\n", curl_easy_strerror(result),
-                     m_settings.outbox.c_str());
-    return result == CURLE_OK;
+    if (result == CURLE_OK)
+        return Delivery::Done;
+    std::fprintf(stderr, "velmora-server: a mail was not delivered (%s)\n", curl_easy_strerror(result));
+    long answer = 0;
+    curl_easy_getinfo(curl.get(), CURLINFO_RESPONSE_CODE, &answer);
+    return answer >= 500 ? Delivery::Refused : Delivery::MayPass;
 }
 
 void Mailbox::keep(const Mail &mail) const

@@ -2,29 +2,38 @@
 
 #include "server/api/stationservice.h"
 
+#include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <filesystem>
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace velmora::server {
 
 struct MailSettings {
-    std::string smtp;                 // smtp[s]://host[:port]; empty: into the outbox
-    std::filesystem::path smtpLogin;  // user name and password, a line each; empty: without
-    std::filesystem::path outbox;     // a folder, made owner-only
+    std::string smtp;                // smtp[s]://host[:port]; empty: into the outbox
+    std::filesystem::path smtpLogin; // user name and password, a line each; empty: without
+    std::filesystem::path outbox;    // a folder, made owner-only
     std::string sender = "velmora@localhost";
-    std::function<std::string()> address; // of the pages, configured, never a request's own; asked when a mail is written
+    std::function<std::string()>
+        address; // of the pages, configured, never a request's own; asked when a mail is written
+    // After a failure that may pass (no connection, "try later") it is tried again after these; a link lives an hour.
+    std::vector<std::chrono::seconds> retries{std::chrono::minutes(1), std::chrono::minutes(5),
+                                              std::chrono::minutes(15)};
 };
 
 // Sends the mails, one after another, on a thread of its own. With an SMTP server through libcurl (TLS where the server
-// offers it); what cannot be delivered, and everything without a server, is written to the outbox, owner-only.
+// offers it); what cannot be delivered in the end, and everything without a server, is written to the outbox,
+// owner-only.
 class Mailbox : public Mailer {
 public:
     explicit Mailbox(MailSettings settings);
-    ~Mailbox() override; // sends what waits, for a few seconds at the most
+    ~Mailbox() override;
+
+    // Keeps what waits in the outbox; after the mail that is being sent. Nothing is sent afterwards.
+    void stop();
 
     void sendPasswordReset(const std::string &address, const std::string &token) override;
     void sendPinRescue(const std::string &address, const std::string &token) override;
@@ -40,16 +49,21 @@ private:
     struct Mail {
         std::string recipient;
         std::string text; // whole
+        std::chrono::steady_clock::time_point due;
+        size_t failures = 0;
     };
+    enum class Delivery { Done, MayPass, Refused };
     void enqueue(const std::string &recipient, const std::string &subject, const std::string &text);
     void work();
-    bool deliver(const Mail &mail) const;
+    // Waits for a mail that is due, at the end for none; false when none is left then.
+    bool takeDue(std::unique_lock<std::mutex> &lock, Mail *mail);
+    Delivery deliver(const Mail &mail) const;
     void keep(const Mail &mail) const;
 
     MailSettings m_settings;
     std::mutex m_mutex;
     std::condition_variable m_wake;
-    std::deque<Mail> m_waiting;
+    std::vector<Mail> m_waiting;
     bool m_isEnding = false;
     bool m_isSending = false;
     std::thread m_thread;

@@ -39,14 +39,22 @@ void WebPages::addAccount(httplib::Server &server)
 void WebPages::signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
 {
     show(visit, "Sign in",
-         html::heading("Your account") + html::error(problem)
-             + html::form("/account/signin", visit.session.csrf,
-                          html::field({.name = "email", .label = "E-mail address", .type = "email", .value = userName,
-                                       .autocomplete = "username", .hint = {}})
-                              + html::field({.name = "password", .label = "Password", .type = "password", .value = {},
-                                             .autocomplete = "current-password", .hint = {}})
-                              + html::button("Sign in"))
-             + html::link("/activate", "Activate a radio"),
+         html::heading("Your account") + html::error(problem) +
+             html::form("/account/signin", visit.session.csrf,
+                        html::field({.name = "email",
+                                     .label = "E-mail address",
+                                     .type = "email",
+                                     .value = userName,
+                                     .autocomplete = "username",
+                                     .hint = {}}) +
+                            html::field({.name = "password",
+                                         .label = "Password",
+                                         .type = "password",
+                                         .value = {},
+                                         .autocomplete = "current-password",
+                                         .hint = {}}) +
+                            html::button("Sign in")) +
+             html::link("/activate", "Activate a radio"),
          status);
 }
 
@@ -59,24 +67,33 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
         signInPage(visit, {}, {});
         return;
     }
-    std::string body = html::heading("Your account") + html::paragraph(account->userName) + html::error(problem)
-        + "<h2>Radios with access</h2>\n";
+    std::string body = html::heading("Your account") + html::paragraph(account->userName) + html::error(problem) +
+                       "<h2>Radios with access</h2>\n";
     const auto devices = m_service.devices.ofAccount(account->id);
     if (devices.empty())
         body += html::paragraph("None.");
     for (const Device &device : devices) {
         body += html::form("/account/revoke", visit.session.csrf,
-                           "<div class=\"device\">" + html::paragraph(device.deviceId + ", since " + day(device.associatedAt))
-                               + html::button("Remove", "device", device.deviceId) + "</div>");
+                           "<div class=\"device\">" +
+                               html::paragraph(device.deviceId + ", since " + day(device.associatedAt)) +
+                               html::button("Remove", "device", device.deviceId) + "</div>");
     }
-    body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n"
-        + html::form("/account/password", visit.session.csrf,
-                     html::field({.name = "password", .label = "Password now", .type = "password", .value = {},
-                                  .autocomplete = "current-password", .hint = {}})
-                         + html::field({.name = "new", .label = "New password", .type = "password", .value = {},
-                                        .autocomplete = "new-password", .hint = "At least eight characters."})
-                         + html::button("Change"))
-        + html::form("/account/signout", visit.session.csrf, html::button("Sign out"));
+    body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
+            html::form("/account/password", visit.session.csrf,
+                       html::field({.name = "password",
+                                    .label = "Password now",
+                                    .type = "password",
+                                    .value = {},
+                                    .autocomplete = "current-password",
+                                    .hint = {}}) +
+                           html::field({.name = "new",
+                                        .label = "New password",
+                                        .type = "password",
+                                        .value = {},
+                                        .autocomplete = "new-password",
+                                        .hint = "At least eight characters."}) +
+                           html::button("Change")) +
+            html::form("/account/signout", visit.session.csrf, html::button("Sign out"));
     show(visit, "Your account", body, status);
 }
 
@@ -125,8 +142,8 @@ void WebPages::takePassword(Visit &visit)
         return;
     }
     Account checked;
-    if (m_service.accounts.login(account->userName, visit.value("password"), visit.request.remote_addr, &checked)
-        != LoginResult::done) {
+    if (m_service.accounts.login(account->userName, visit.value("password"), visit.request.remote_addr, &checked) !=
+        LoginResult::done) {
         devicesPage(visit, "The password is not right.", 422);
         return;
     }
@@ -136,8 +153,8 @@ void WebPages::takePassword(Visit &visit)
     }
     m_sessions.endOfAccount(account->id, visit.cookie);
     show(visit, "Done",
-         html::heading("The password was changed") + html::paragraph("Other browsers were signed out.")
-             + html::link("/account", "Your account"));
+         html::heading("The password was changed") + html::paragraph("Other browsers were signed out.") +
+             html::link("/account", "Your account"));
 }
 
 } // namespace velmora::server

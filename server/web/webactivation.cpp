@@ -45,8 +45,8 @@ void WebPages::codePage(Visit &visit, const std::string &problem, int status)
     code.hint = "Eight letters and digits, as the television shows them.";
     code.isCode = true;
     show(visit, "Activate a radio",
-         html::heading("Activate a radio") + html::error(problem)
-             + html::form("/activate", visit.session.csrf, html::field(code) + html::button("Next")),
+         html::heading("Activate a radio") + html::error(problem) +
+             html::form("/activate", visit.session.csrf, html::field(code) + html::button("Next")),
          status);
 }
 
@@ -75,21 +75,33 @@ void WebPages::takeCode(Visit &visit)
 
 void WebPages::accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
 {
-    const std::string email = html::field({.name = "email", .label = "E-mail address", .type = "email", .value = userName,
-                                           .autocomplete = "username", .hint = {}});
+    const std::string email = html::field({.name = "email",
+                                           .label = "E-mail address",
+                                           .type = "email",
+                                           .value = userName,
+                                           .autocomplete = "username",
+                                           .hint = {}});
     show(visit, "Your account",
-         html::heading("Whose radio is it?") + html::error(problem) + "<h2>I have an account</h2>\n"
-             + html::form("/activate/account", visit.session.csrf,
-                          email
-                              + html::field({.name = "password", .label = "Password", .type = "password", .value = {},
-                                             .autocomplete = "current-password", .hint = {}})
-                              + html::button("Sign in", "action", "signin"))
-             + "<h2>I am new here</h2>\n"
-             + html::form("/activate/account", visit.session.csrf,
-                          email
-                              + html::field({.name = "password", .label = "Password", .type = "password", .value = {},
-                                             .autocomplete = "new-password", .hint = "At least eight characters."})
-                              + html::button("Create an account", "action", "create")),
+         html::heading("Whose radio is it?") + html::error(problem) + "<h2>I have an account</h2>\n" +
+             html::form("/activate/account", visit.session.csrf,
+                        email +
+                            html::field({.name = "password",
+                                         .label = "Password",
+                                         .type = "password",
+                                         .value = {},
+                                         .autocomplete = "current-password",
+                                         .hint = {}}) +
+                            html::button("Sign in", "action", "signin")) +
+             "<h2>I am new here</h2>\n" +
+             html::form("/activate/account", visit.session.csrf,
+                        email +
+                            html::field({.name = "password",
+                                         .label = "Password",
+                                         .type = "password",
+                                         .value = {},
+                                         .autocomplete = "new-password",
+                                         .hint = "At least eight characters."}) +
+                            html::button("Create an account", "action", "create")),
          status);
 }
 
@@ -140,10 +152,10 @@ void WebPages::allowPage(Visit &visit)
         return;
     }
     show(visit, "Allow this radio?",
-         html::heading("Allow this radio?")
-             + html::paragraph("The radio with the address " + deviceName(subject->digits) + " will play the stations of "
-                               + account->userName + ", and may change them.")
-             + html::form("/activate/allow", visit.session.csrf, html::button("Allow")));
+         html::heading("Allow this radio?") +
+             html::paragraph("The radio with the address " + deviceName(subject->digits) +
+                             " will play the stations of " + account->userName + ", and may change them.") +
+             html::form("/activate/allow", visit.session.csrf, html::button("Allow")));
 }
 
 void WebPages::allow(Visit &visit)
@@ -155,8 +167,8 @@ void WebPages::allow(Visit &visit)
     visit.session.code.clear();
     m_sessions.keep(visit.cookie, visit.session);
     show(visit, "Done",
-         html::heading("Done") + html::paragraph("Go back to the television and choose \"Continue\".")
-             + html::link("/account", "Your account"));
+         html::heading("Done") + html::paragraph("Go back to the television and choose \"Continue\".") +
+             html::link("/account", "Your account"));
 }
 
 } // namespace velmora::server

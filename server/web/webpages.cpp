@@ -44,7 +44,8 @@ void WebPages::addTo(httplib::Server &server)
         response.set_header("X-Content-Type-Options", "nosniff");
         response.set_content(html::styleSheet(), "text/css; charset=utf-8");
     });
-    server.Get("/", [](const httplib::Request &, httplib::Response &response) { response.set_redirect("/account", 303); });
+    server.Get("/",
+               [](const httplib::Request &, httplib::Response &response) { response.set_redirect("/account", 303); });
     addActivation(server);
     addAccount(server);
     addReset(server);
@@ -67,8 +68,9 @@ void WebPages::visit(const httplib::Request &request, httplib::Response &respons
     }
     if (request.method == "POST" && (!found || !equalSecrets(visit.value("csrf"), visit.session.csrf))) {
         show(visit, "Once more",
-             html::heading("This form is too old") + html::paragraph("Nothing was changed. Please fill it in once more.")
-                 + html::link(request.path.rfind("/account", 0) == 0 ? "/account" : "/activate", "Begin again"),
+             html::heading("This form is too old") +
+                 html::paragraph("Nothing was changed. Please fill it in once more.") +
+                 html::link(request.path.rfind("/account", 0) == 0 ? "/account" : "/activate", "Begin again"),
              403);
         return;
     }
@@ -78,9 +80,8 @@ void WebPages::visit(const httplib::Request &request, httplib::Response &respons
 void WebPages::setCookie(httplib::Response &response, const std::string &cookie) const
 {
     response.headers.erase("Set-Cookie");
-    response.set_header("Set-Cookie",
-                        std::string(cookieName) + "=" + cookie + "; Path=/; HttpOnly; SameSite=Strict"
-                            + (m_isEncrypted ? "; Secure" : ""));
+    response.set_header("Set-Cookie", std::string(cookieName) + "=" + cookie + "; Path=/; HttpOnly; SameSite=Strict" +
+                                          (m_isEncrypted ? "; Secure" : ""));
 }
 
 void WebPages::show(Visit &visit, const std::string &title, const std::string &body, int status) const
@@ -111,7 +112,8 @@ void WebPages::signIn(Visit &visit, AccountId account)
 bool WebPages::checkLogin(Visit &visit, AccountId *id, std::string *problem)
 {
     Account account;
-    switch (m_service.accounts.login(visit.value("email"), visit.value("password"), visit.request.remote_addr, &account)) {
+    switch (
+        m_service.accounts.login(visit.value("email"), visit.value("password"), visit.request.remote_addr, &account)) {
     case LoginResult::done:
         *id = account.id;
         return true;

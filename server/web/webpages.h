@@ -15,9 +15,9 @@ struct Response;
 
 namespace velmora::server {
 
-// The pages for people: /activate (a radio shows a code), /account (devices, password), /reset and /pin (links of mails).
-// Plain HTML without scripts; a strict content security policy; every post carries the session's token; cookies are
-// same-site, and secure where the service is encrypted. Called from the server's threads.
+// The pages for people: /activate (a radio shows a code), /account (devices, password), /reset and /pin (links of
+// mails). Plain HTML without scripts; a strict content security policy; every post carries the session's token; cookies
+// are same-site, and secure where the service is encrypted. Called from the server's threads.
 class WebPages {
 public:
     // `isEncrypted`: browsers reach the pages through TLS.

@@ -17,22 +17,30 @@ std::string gone()
 
 std::string passwordForm(const std::string &csrf, const std::string &token, const std::string &problem)
 {
-    return html::heading("A new password") + html::error(problem)
-        + html::form("/reset", csrf,
-                     html::hidden("token", token)
-                         + html::field({.name = "new", .label = "New password", .type = "password", .value = {},
-                                        .autocomplete = "new-password", .hint = "At least eight characters."})
-                         + html::button("Set it"));
+    return html::heading("A new password") + html::error(problem) +
+           html::form("/reset", csrf,
+                      html::hidden("token", token) +
+                          html::field({.name = "new",
+                                       .label = "New password",
+                                       .type = "password",
+                                       .value = {},
+                                       .autocomplete = "new-password",
+                                       .hint = "At least eight characters."}) +
+                          html::button("Set it"));
 }
 
 std::string pinForm(const std::string &csrf, const std::string &token, const std::string &problem)
 {
-    return html::heading("A new PIN") + html::error(problem)
-        + html::form("/pin", csrf,
-                     html::hidden("token", token)
-                         + html::field({.name = "new", .label = "New PIN", .type = "password", .value = {},
-                                        .autocomplete = "off", .hint = "Four to twelve digits."})
-                         + html::button("Set it"));
+    return html::heading("A new PIN") + html::error(problem) +
+           html::form("/pin", csrf,
+                      html::hidden("token", token) +
+                          html::field({.name = "new",
+                                       .label = "New PIN",
+                                       .type = "password",
+                                       .value = {},
+                                       .autocomplete = "off",
+                                       .hint = "Four to twelve digits."}) +
+                          html::button("Set it"));
 }
 
 bool isPin(const std::string &text)
@@ -84,8 +92,8 @@ void WebPages::takeReset(Visit &visit)
     }
     m_sessions.endOfAccount(*account, {});
     show(visit, "Done",
-         html::heading("The password was changed") + html::paragraph("Sign in on the radio with the new one.")
-             + html::link("/account", "Your account"));
+         html::heading("The password was changed") + html::paragraph("Sign in on the radio with the new one.") +
+             html::link("/account", "Your account"));
 }
 
 void WebPages::showPin(Visit &visit)

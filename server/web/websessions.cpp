@@ -61,7 +61,8 @@ void WebSessions::endOfAccount(AccountId account, const std::string &keptCookie)
 {
     const std::lock_guard guard(m_mutex);
     const std::string kept = tokenHash(keptCookie);
-    std::erase_if(m_sessions, [&](const auto &entry) { return entry.second.account == account && entry.first != kept; });
+    std::erase_if(m_sessions,
+                  [&](const auto &entry) { return entry.second.account == account && entry.first != kept; });
 }
 
 void WebSessions::forgetOld()

@@ -12,13 +12,14 @@ namespace velmora::server {
 
 // What a browser is in the middle of.
 struct WebSession {
-    std::string csrf;          // must come with everything that is posted
-    AccountId account = 0;     // signed in as, 0 nobody
-    std::string code;          // activation code that was entered
-    int64_t lastUsed = 0;      // Unix seconds
+    std::string csrf;      // must come with everything that is posted
+    AccountId account = 0; // signed in as, 0 nobody
+    std::string code;      // activation code that was entered
+    int64_t lastUsed = 0;  // Unix seconds
 };
 
-// Browser sessions, kept in memory under the hash of their cookie: a restart signs browsers out, nothing else. Any thread.
+// Browser sessions, kept in memory under the hash of their cookie: a restart signs browsers out, nothing else. Any
+// thread.
 class WebSessions {
 public:
     static constexpr int64_t idleSeconds = 30 * 60;

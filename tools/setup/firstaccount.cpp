@@ -22,7 +22,7 @@ void done(HANDLE_T handle, VLM_WS_EXT_ERRCODE_T result, VOID *tag)
     static_cast<Outcome *>(tag)->result.set_value(result);
 }
 
-template<typename Request>
+template <typename Request>
 VLM_WS_EXT_ERRCODE_T ask(Request request)
 {
     Outcome outcome;
@@ -70,5 +70,5 @@ QString setUpFirstAccount(const QString &settingsFile, const QString &userName, 
     settings.setLastLogin(userName, QLatin1String(slot));
     settings.sync();
     return settings.status() == QSettings::NoError ? QString()
-                                                    : QStringLiteral("%1 cannot be written").arg(settingsFile);
+                                                   : QStringLiteral("%1 cannot be written").arg(settingsFile);
 }

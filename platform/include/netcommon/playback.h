@@ -31,7 +31,7 @@ signals:
     void signalPlayResult(int ret); // 0 plays; -1 this address cannot be played; -2 nothing can be played
     void signalPauseOk();
     void signalPlayOk();
-    void signalPlayURLOK();           // the address was taken
+    void signalPlayURLOK(); // the address was taken
     void signalBufferState(bool isLow);
 
 private:

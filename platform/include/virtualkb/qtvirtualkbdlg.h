@@ -12,7 +12,8 @@
 class QLineEdit;
 
 // The on-screen keyboard: a child widget of the dialog that it types for. It is driven by the remote's arrow and
-// Select keys, which it takes from the dialog and from the bound field, and by a PC keyboard's letters. GUI thread only.
+// Select keys, which it takes from the dialog and from the bound field, and by a PC keyboard's letters. GUI thread
+// only.
 class QTVIRTUALKB_EXPORT QtVirtualKbDlg : public QWidget {
     Q_OBJECT
 public:
