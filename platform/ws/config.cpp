@@ -3,10 +3,10 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
-#include <curl/curl.h>
 #include <fstream>
 #include <memory>
 #include <pwd.h>
+#include <regex>
 #include <string_view>
 #include <unistd.h>
 
@@ -31,24 +31,14 @@ std::string trimmed(std::string_view text)
     return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
 }
 
-// An address of a host, perhaps with a path; http and https alone. Empty when it is not one.
+// An address of a host, perhaps with a path; http and https alone, no user name, query or fragment. Empty when it is
+// not one. What is wrong inside the host is found when it is to be reached.
 std::string serverAddress(std::string text)
 {
     while (text.ends_with('/'))
         text.pop_back();
-    const std::unique_ptr<CURLU, void (*)(CURLU *)> url(curl_url(), curl_url_cleanup);
-    if (!url || curl_url_set(url.get(), CURLUPART_URL, text.c_str(), CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK)
-        return {};
-    const auto has = [&url](CURLUPart part) {
-        char *value = nullptr;
-        const bool isThere = curl_url_get(url.get(), part, &value, 0) == CURLUE_OK && value;
-        curl_free(value);
-        return isThere;
-    };
-    const bool isHttp = text.starts_with("http://") || text.starts_with("https://");
-    if (!isHttp || !has(CURLUPART_HOST) || has(CURLUPART_USER) || has(CURLUPART_QUERY) || has(CURLUPART_FRAGMENT))
-        return {};
-    return text;
+    static const std::regex address(R"(https?://(\[[0-9A-Fa-f:.]+\]|[^\s/:@?#\[\]]+)(:[0-9]{1,5})?(/[^\s?#]*)?)");
+    return std::regex_match(text, address) ? text : std::string();
 }
 
 std::filesystem::path defaultStateDir()

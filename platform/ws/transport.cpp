@@ -13,11 +13,7 @@ constexpr std::size_t maxHeaderBytes = 64 * 1024;
 
 Transport::Transport(const Config &config)
     : m_config(config)
-    , m_multi(curl_multi_init())
-    , m_easy(curl_easy_init())
 {
-    if (!m_multi || !m_easy)
-        throw std::bad_alloc();
 }
 
 Transport::~Transport()
@@ -27,7 +23,38 @@ Transport::~Transport()
 
 void Transport::wake()
 {
-    curl_multi_wakeup(m_multi.get());
+    const std::lock_guard lock(m_mutex);
+    m_isWoken = true;
+    m_woken.notify_one();
+    if (m_multi)
+        m_curl->multi_wakeup(m_multi.get());
+}
+
+bool Transport::load()
+{
+    if (m_easy)
+        return true;
+    const Curl *const curl = Curl::get();
+    if (!curl)
+        return false;
+    const std::lock_guard lock(m_mutex);
+    m_curl = curl;
+    if (!m_multi)
+        m_multi.reset(curl->multi_init());
+    if (m_multi)
+        m_easy.reset(curl->easy_init());
+    return m_easy != nullptr;
+}
+
+void Transport::sleepUnloaded(std::optional<Clock::time_point> until)
+{
+    std::unique_lock lock(m_mutex);
+    const auto isWoken = [this] { return m_isWoken; };
+    if (until)
+        m_woken.wait_until(lock, *until, isWoken);
+    else
+        m_woken.wait(lock, isWoken);
+    m_isWoken = false;
 }
 
 std::size_t Transport::takeBody(char *data, std::size_t size, std::size_t count, void *self)
@@ -61,10 +88,10 @@ std::size_t Transport::takeHeader(char *, std::size_t size, std::size_t count, v
 
 bool Transport::start(const char *function, const SecretText &token, SecretText body)
 {
-    if (m_config.server.empty())
+    if (m_config.server.empty() || !load())
         return false;
     CURL *easy = m_easy.get();
-    curl_easy_reset(easy);
+    m_curl->easy_reset(easy);
     m_answer = Answer();
     m_headerBytes = 0;
     m_sent = std::move(body);
@@ -73,42 +100,42 @@ bool Transport::start(const char *function, const SecretText &token, SecretText 
     curl_slist *headers = nullptr;
     // "Expect:" alone removes curl's own, which would cost a round trip.
     for (const char *line : {"Content-Type: application/json", "Accept: application/json", "Expect:"}) {
-        if (curl_slist *longer = curl_slist_append(headers, line))
+        if (curl_slist *longer = m_curl->slist_append(headers, line))
             headers = longer;
     }
     if (!token.empty()) {
         SecretText line;
         line.reserve(64 + token.size());
         line.append("Authorization: Bearer ").append(token);
-        if (curl_slist *longer = curl_slist_append(headers, line.c_str()))
+        if (curl_slist *longer = m_curl->slist_append(headers, line.c_str()))
             headers = longer;
     }
     m_headers.reset(headers);
 
     const std::string url = m_config.server + "/v1/" + function;
-    curl_easy_setopt(easy, CURLOPT_URL, url.c_str());
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(easy, CURLOPT_PROXY, ""); // the configuration names no proxy, the environment shall not
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1));
-    curl_easy_setopt(easy, CURLOPT_USERAGENT, "libvelmora_ws/1");
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, m_headers.get());
-    curl_easy_setopt(easy, CURLOPT_POST, 1L);
-    curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE, long(m_sent.size()));
-    curl_easy_setopt(easy, CURLOPT_POSTFIELDS, m_sent.c_str()); // not copied
-    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBody);
-    curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHeader);
-    curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(m_config.connectTimeout.count()));
-    curl_easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, 1L);
-    curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, 2L);
-    curl_easy_setopt(easy, CURLOPT_SSLVERSION, long(CURL_SSLVERSION_TLSv1_2));
+    m_curl->easy_setopt(easy, CURLOPT_URL, url.c_str());
+    m_curl->easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    m_curl->easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
+    m_curl->easy_setopt(easy, CURLOPT_PROXY, ""); // the configuration names no proxy, the environment shall not
+    m_curl->easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1));
+    m_curl->easy_setopt(easy, CURLOPT_USERAGENT, "libvelmora_ws/1");
+    m_curl->easy_setopt(easy, CURLOPT_HTTPHEADER, m_headers.get());
+    m_curl->easy_setopt(easy, CURLOPT_POST, 1L);
+    m_curl->easy_setopt(easy, CURLOPT_POSTFIELDSIZE, long(m_sent.size()));
+    m_curl->easy_setopt(easy, CURLOPT_POSTFIELDS, m_sent.c_str()); // not copied
+    m_curl->easy_setopt(easy, CURLOPT_WRITEFUNCTION, takeBody);
+    m_curl->easy_setopt(easy, CURLOPT_WRITEDATA, this);
+    m_curl->easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHeader);
+    m_curl->easy_setopt(easy, CURLOPT_HEADERDATA, this);
+    m_curl->easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    m_curl->easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(m_config.connectTimeout.count()));
+    m_curl->easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, 1L);
+    m_curl->easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, 2L);
+    m_curl->easy_setopt(easy, CURLOPT_SSLVERSION, long(CURL_SSLVERSION_TLSv1_2));
     if (!m_config.caFile.empty())
-        curl_easy_setopt(easy, CURLOPT_CAINFO, m_config.caFile.c_str());
+        m_curl->easy_setopt(easy, CURLOPT_CAINFO, m_config.caFile.c_str());
 
-    m_isBusy = curl_multi_add_handle(m_multi.get(), easy) == CURLM_OK;
+    m_isBusy = m_curl->multi_add_handle(m_multi.get(), easy) == CURLM_OK;
     return m_isBusy;
 }
 
@@ -119,6 +146,10 @@ bool Transport::isOverdue(Clock::time_point now) const
 
 std::optional<Answer> Transport::run(std::optional<Clock::time_point> until)
 {
+    if (!m_multi) {
+        sleepUnloaded(until);
+        return {};
+    }
     const auto now = Clock::now();
     if (m_isBusy) {
         const auto overdue = std::min(m_lastByte + m_config.stallTimeout, m_started + m_config.requestTimeout);
@@ -131,22 +162,22 @@ std::optional<Answer> Transport::run(std::optional<Clock::time_point> until)
     }
     int running = 0;
     if (m_isBusy)
-        curl_multi_perform(m_multi.get(), &running);
+        m_curl->multi_perform(m_multi.get(), &running);
     if (!m_isBusy || running > 0) {
-        curl_multi_poll(m_multi.get(), nullptr, 0, wait, nullptr);
+        m_curl->multi_poll(m_multi.get(), nullptr, 0, wait, nullptr);
         if (m_isBusy)
-            curl_multi_perform(m_multi.get(), &running);
+            m_curl->multi_perform(m_multi.get(), &running);
     }
     if (!m_isBusy)
         return {};
 
     int left = 0;
-    while (CURLMsg *message = curl_multi_info_read(m_multi.get(), &left)) {
+    while (CURLMsg *message = m_curl->multi_info_read(m_multi.get(), &left)) {
         if (message->msg != CURLMSG_DONE)
             continue;
         if (message->data.result == CURLE_OK) {
             m_answer.end = Answer::End::Complete;
-            curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &m_answer.httpStatus);
+            m_curl->easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &m_answer.httpStatus);
         }
         stop();
         return std::move(m_answer);
@@ -161,7 +192,7 @@ std::optional<Answer> Transport::run(std::optional<Clock::time_point> until)
 void Transport::stop()
 {
     if (m_isBusy)
-        curl_multi_remove_handle(m_multi.get(), m_easy.get());
+        m_curl->multi_remove_handle(m_multi.get(), m_easy.get());
     m_isBusy = false;
     m_headers.reset();
     forget(m_sent);

@@ -2,10 +2,12 @@
 
 #include "arena.h"
 #include "config.h"
+#include "curl.h"
 #include "pace.h"
 
-#include <curl/curl.h>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -18,10 +20,11 @@ struct Answer {
     std::string body;
 };
 
-// One HTTP transfer at a time over a connection that is kept. One thread, but for wake().
+// One HTTP transfer at a time over a connection that is kept. One thread, but for wake(). Before the first transfer
+// nothing of the network is loaded.
 class Transport {
 public:
-    explicit Transport(const Config &config); // throws std::bad_alloc
+    explicit Transport(const Config &config);
     ~Transport();
     Transport(const Transport &) = delete;
     Transport &operator=(const Transport &) = delete;
@@ -43,19 +46,25 @@ private:
     static std::size_t takeBody(char *data, std::size_t size, std::size_t count, void *self);
     static std::size_t takeHeader(char *data, std::size_t size, std::size_t count, void *self);
     bool isOverdue(Clock::time_point now) const;
+    bool load();
+    void sleepUnloaded(std::optional<Clock::time_point> until);
 
     // CURL and CURLM are both void.
     struct EasyCleanup {
-        void operator()(CURL *easy) const { curl_easy_cleanup(easy); }
+        void operator()(CURL *easy) const { Curl::get()->easy_cleanup(easy); }
     };
     struct MultiCleanup {
-        void operator()(CURLM *multi) const { curl_multi_cleanup(multi); }
+        void operator()(CURLM *multi) const { Curl::get()->multi_cleanup(multi); }
     };
     struct ListCleanup {
-        void operator()(curl_slist *list) const { curl_slist_free_all(list); }
+        void operator()(curl_slist *list) const { Curl::get()->slist_free_all(list); }
     };
 
     const Config m_config;
+    const Curl *m_curl = nullptr;
+    std::mutex m_mutex; // guards what wake() needs: m_isWoken, and m_multi against being set
+    std::condition_variable m_woken;
+    bool m_isWoken = false; // while there is no m_multi
     // The multi handle keeps the connection; the easy handle must go first.
     std::unique_ptr<CURLM, MultiCleanup> m_multi;
     std::unique_ptr<CURL, EasyCleanup> m_easy;

@@ -67,8 +67,6 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_init(void)
     if (library().worker)
         return VLM_WS_ERR_OK;
     try {
-        if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK)
-            return VLM_WS_ERR_OUT_OF_MEMORY;
         const Config config = loadConfig();
         if (config.server.empty())
             std::fprintf(stderr, "libvelmora_ws: no server is configured (VELMORA_WS_SERVER or ws.conf)\n");
