@@ -8,7 +8,6 @@ namespace registerdump_aarch64 {
 template <class Context>
 void *pc(const Context &context)
 {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): it is an address
     return reinterpret_cast<void *>(static_cast<unsigned long>(context.pc));
 }
 

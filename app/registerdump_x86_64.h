@@ -10,7 +10,6 @@ namespace registerdump_x86_64 {
 template <class Context>
 void *pc(const Context &context)
 {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): it is an address
     return reinterpret_cast<void *>(static_cast<unsigned long>(context.gregs[REG_RIP]));
 }
 

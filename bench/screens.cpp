@@ -195,7 +195,7 @@ void benchMarquee(VelmoraMainDlg *player, PaintWatch &watch)
     run(300);
     const double quietBefore = processCpuMs();
     run(ms / 2);
-    const double quiet = (processCpuMs() - quietBefore) / (ms / 2) * 100;
+    const double quiet = (processCpuMs() - quietBefore) / (ms / 2.0) * 100;
     if (watch.pixels.size() < 50)
         std::fprintf(stderr, "the marquee did not run: %zu steps\n", watch.pixels.size());
     figures::note("marquee, painted pixels a step, median", figures::median(watch.pixels), "",

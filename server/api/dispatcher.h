@@ -8,7 +8,6 @@
 
 namespace velmora::server {
 
-// NOLINTNEXTLINE(bugprone-exception-escape): the JSON value checks itself while it moves, in debug builds
 struct Answer {
     int httpStatus = 200;
     Code code = Code::done;

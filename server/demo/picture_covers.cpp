@@ -137,9 +137,11 @@ void timetable(Canvas &canvas, Random random)
     for (int column = 0; column < 5; ++column) {
         const double height = 180 + random.unit() * 200, x = 20 + column * 90;
         canvas.box(x, side - height, 80, height, column % 2 ? p.ground : 0x33335a);
-        for (double y = side - height + 20; y < side - 20; y += 36)
+        for (int row = 0; row * 36 < height - 40; ++row) {
+            const double y = side - height + 20 + row * 36;
             for (double wx : {x + 14.0, x + 46.0})
                 canvas.box(wx, y, 20, 20, random.chance(0.42f) ? (random.chance(0.5f) ? 0xf7c548 : p.main) : 0x15152a);
+        }
     }
     canvas.circle(390, 80, 36, p.accent);
     canvas.circle(374, 72, 32, p.deep);
