@@ -55,7 +55,7 @@ bool dieWithParent(pid_t parent)
 // whole files behind, and the lock sees to it that no change of the database is cut in two.
 [[noreturn]] void leave(StationService &service, int exitCode)
 {
-    const Store::Lock held = service.store.lock();
+    [[maybe_unused]] const Store::Lock held = service.store.lock();
     std::fflush(nullptr);
     std::_Exit(exitCode);
 }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
@@ -30,7 +29,7 @@ size_t read(char *buffer, size_t size, size_t count, void *user)
 {
     auto *upload = static_cast<Upload *>(user);
     const size_t part = std::min(size * count, upload->text.size() - upload->sent);
-    std::memcpy(buffer, upload->text.data() + upload->sent, part);
+    std::copy_n(upload->text.data() + upload->sent, part, buffer);
     upload->sent += part;
     return part;
 }
