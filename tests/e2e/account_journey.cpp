@@ -18,13 +18,6 @@ QStringList demoAccount(const Journey &journey)
     return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-bool openSignIn(Journey &journey)
-{
-    return journey.waitForScreen("WelcomeDlg") && journey.key({"select"}) &&
-           journey.waitForBox("Do you already have a Velmora account ? ") && journey.key({"left", "select"}) &&
-           journey.waitForScreen("SignInDlg");
-}
-
 bool typeAndConfirm(Journey &journey, const QString &text)
 {
     return journey.key({"text", text}) && journey.key({"enter"});
@@ -32,9 +25,7 @@ bool typeAndConfirm(Journey &journey, const QString &text)
 
 bool switchUser(Journey &journey)
 {
-    return journey.waitForScreen("VelmoraMainDlg") && journey.key({"right", "select"}) &&
-           journey.waitForScreen("MenuDlg") && journey.key({"up", "up", "up", "select"}) &&
-           journey.waitForScreen("SelectUserDlg");
+    return journey.openMenuEntry(3) && journey.waitForScreen("SelectUserDlg");
 }
 
 } // namespace
@@ -44,15 +35,12 @@ class AccountJourney : public QObject {
 private slots:
     void aWrongPasswordThenTheRightOneEndsInMusic()
     {
-        Journey::Options options;
-        options.isSetUp = false;
-        Journey journey(options);
+        Journey journey({.isSetUp = false});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(openSignIn(journey));
+        QVERIFY(journey.leaveWelcome("left", "SignInDlg"));
         QVERIFY(typeAndConfirm(journey, demoName));
         QVERIFY(typeAndConfirm(journey, "not the password"));
-        QVERIFY(journey.waitForBox("Invalid username or password, please try again."));
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.answerBox("Invalid username or password, please try again.", {"select"}));
         QVERIFY(journey.waitForNoBox());
         QCOMPARE(journey.label("emailLineEdit"), demoName); // nothing typed is lost
         QVERIFY(journey.key({"enter"}));                    // Done: the kept address is the right one
@@ -65,9 +53,7 @@ private slots:
 
     void aStickWithTheAccountNeedsNoTyping()
     {
-        Journey::Options options;
-        options.isSetUp = false;
-        Journey journey(options);
+        Journey journey({.isSetUp = false});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForScreen("WelcomeDlg"));
         const QStringList account = demoAccount(journey);
@@ -77,7 +63,7 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write((account.value(0) + QStringLiteral("\r\n") + account.value(1) + QStringLiteral("\r\n")).toUtf8());
         file.close();
-        QVERIFY(openSignIn(journey));
+        QVERIFY(journey.leaveWelcome("left", "SignInDlg"));
         QVERIFY(journey.key({"up", "left", "select"})); // Done at once
         QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
         QVERIFY(journey.waitForAudio(1));
@@ -93,8 +79,7 @@ private slots:
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(switchUser(journey));
         QVERIFY(journey.key({"up", "select"})); // New username
-        QVERIFY(journey.waitForBox("Do you already have a Velmora account ? "));
-        QVERIFY(journey.key({"left", "select"}));
+        QVERIFY(journey.answerBox("Do you already have a Velmora account ? ", {"left", "select"}));
         QVERIFY(journey.waitForScreen("SignInDlg"));
         QVERIFY(typeAndConfirm(journey, second));
         QVERIFY(typeAndConfirm(journey, secret));
@@ -109,8 +94,8 @@ private slots:
         QVERIFY(journey.waitForAudio(1));
         QVERIFY(switchUser(journey));
         QVERIFY(journey.key({"down", "right", "select"}));
-        QVERIFY(journey.waitForBox(QStringLiteral("Are you sure you want to delete the user: ") + second));
-        QVERIFY(journey.key({"left", "select"}));
+        QVERIFY(journey.answerBox(QStringLiteral("Are you sure you want to delete the user: ") + second,
+                                  {"left", "select"}));
         QVERIFY(journey.waitFor([](const QJsonObject &now) {
             const QJsonObject labels = now.value("labels").toObject();
             return now.value("box").isNull() && labels.contains("userListBtn_1") && !labels.contains("userListBtn_2");
@@ -119,17 +104,11 @@ private slots:
 
     void fiveAccountsLeaveNoWayToASixth()
     {
-        Journey::Options options;
-        options.isSetUp = false;
-        Journey journey(options);
-        QVERIFY(QDir().mkpath(QFileInfo(journey.settingsFile()).path()));
-        QFile settings(journey.settingsFile());
-        QVERIFY(settings.open(QIODevice::WriteOnly));
-        settings.write("[Welcome]\nisCheck=1\n[Account]\nsize=5\n");
+        Journey journey({.isSetUp = false});
+        QString settings = "[Welcome]\nisCheck=1\n[Account]\nsize=5\n";
         for (int i = 1; i <= 5; ++i)
-            settings.write(
-                QStringLiteral("%1\\userName=person%1@house.example\n%1\\password=%2\n").arg(i).arg(i - 1).toUtf8());
-        settings.close();
+            settings += QStringLiteral("%1\\userName=person%1@house.example\n%1\\password=%2\n").arg(i).arg(i - 1);
+        QVERIFY(journey.writeSettings(settings.toUtf8()));
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForScreen("SelectUserDlg")); // accounts, but nobody was last
         QCOMPARE(journey.label("userListBtn_5"), QStringLiteral("person5@house.example"));
@@ -145,15 +124,12 @@ private slots:
 
     void anAccountIsRemovedAlsoWhenTheServiceHasForgottenTheDevice()
     {
-        Journey::Options options;
-        options.serverOptions = {"--fail", "disassociateDevice=5105"};
-        Journey journey(options);
-        QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForAudio(1));
+        Journey journey({.serverOptions = {"--fail", "disassociateDevice=5105"}});
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
         QVERIFY(switchUser(journey));
         QVERIFY(journey.key({"right", "select"}));
-        QVERIFY(journey.waitForBox(QStringLiteral("Are you sure you want to delete the user: ") + demoName));
-        QVERIFY(journey.key({"left", "select"}));
+        QVERIFY(journey.answerBox(QStringLiteral("Are you sure you want to delete the user: ") + demoName,
+                                  {"left", "select"}));
         QVERIFY(journey.waitFor(
             [](const QJsonObject &now) { return now.value("focus").toString() == QLatin1String("newUserBtn"); }));
     }

@@ -15,13 +15,6 @@ QString codeOf(const QString &line)
     return code.match(line).captured(1);
 }
 
-bool openActivation(Journey &journey)
-{
-    return journey.waitForScreen("WelcomeDlg") && journey.key({"select"}) &&
-           journey.waitForBox("Do you already have a Velmora account ? ") && journey.key({"right", "select"}) &&
-           journey.waitForScreen("InternetRadioDlg");
-}
-
 } // namespace
 
 class ActivationJourney : public QObject {
@@ -29,19 +22,16 @@ class ActivationJourney : public QObject {
 private slots:
     void theCodeOnTheScreenTypedIntoTheBrowserEndsInMusic()
     {
-        Journey::Options options;
-        options.isSetUp = false;
-        Journey journey(options);
+        Journey journey({.isSetUp = false});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(openActivation(journey));
+        QVERIFY(journey.leaveWelcome("right", "InternetRadioDlg"));
         QCOMPARE(journey.label("descriptionLabel"),
                  QStringLiteral("Please go to    ") + journey.serverUrl() + QStringLiteral("/activate"));
         const QString first = codeOf(journey.label("descriptionLabel3"));
         QCOMPARE(first.size(), 8);
         // Continue before the page was used: a new code, and the old one is still good.
         QVERIFY(journey.key({"select"}));
-        QVERIFY(journey.waitForBox("Please activate your device to continue."));
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.answerBox("Please activate your device to continue.", {"select"}));
         QVERIFY(journey.waitFor([&](const QJsonObject &) {
             const QString code = codeOf(journey.label("descriptionLabel3"));
             return !code.isEmpty() && code != first;
@@ -85,9 +75,7 @@ private slots:
     void aForgottenPasswordIsReplacedThroughTheLinkOfTheReminder()
     {
         const QString fresh = QStringLiteral("four grey herons");
-        Journey::Options options;
-        options.isSetUp = false;
-        Journey journey(options);
+        Journey journey({.isSetUp = false});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY2(journey.createAccount("third@house.example", "long forgotten"), qPrintable(journey.problem()));
         const QString link = journey.reminderLink("third@house.example");
@@ -101,11 +89,7 @@ private slots:
         QVERIFY(browser.open(link)); // it opens once
         QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Too late"), 20000);
 
-        QVERIFY(journey.waitForScreen("WelcomeDlg"));
-        QVERIFY(journey.key({"select"}));
-        QVERIFY(journey.waitForBox("Do you already have a Velmora account ? "));
-        QVERIFY(journey.key({"left", "select"}));
-        QVERIFY(journey.waitForScreen("SignInDlg"));
+        QVERIFY(journey.leaveWelcome("left", "SignInDlg"));
         QVERIFY(journey.key({"text", "third@house.example", "enter", "text", fresh, "enter"}));
         QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
         QVERIFY(journey.waitForAudio(1));

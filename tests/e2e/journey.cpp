@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
@@ -23,6 +24,12 @@ QString readAll(const QString &path)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+void makePrivate(const QString &folder)
+{
+    QDir().mkpath(folder);
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
 bool copyTree(const QString &from, const QString &to)
 {
     if (!QDir().mkpath(to))
@@ -35,10 +42,10 @@ bool copyTree(const QString &from, const QString &to)
 
 Journey::Journey(const Options &options)
     : m_options(options)
+    , m_data(m_root.filePath("server"))
     , m_serverUrl(options.serverUrl)
 {
-    QDir(m_root.path()).mkpath("server");
-    QFile::setPermissions(m_root.filePath("server"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    makePrivate(m_data);
     copyTree(QStringLiteral(JOURNEY_LIBRARY "/demo"), m_root.filePath("server/demo"));
 }
 
@@ -94,10 +101,9 @@ bool Journey::startServer()
     const QString report = m_root.filePath("server.log");
     m_server->setProcessChannelMode(QProcess::MergedChannels);
     m_server->setStandardOutputFile(report, QIODevice::Append);
-    m_server->start(
-        QStringLiteral(JOURNEY_SERVER),
-        QStringList{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_root.filePath("server")} +
-            m_options.serverOptions);
+    m_server->start(QStringLiteral(JOURNEY_SERVER),
+                    QStringList{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_data} +
+                        m_options.serverOptions);
     static const QRegularExpression listening("listening on (http://127\\.0\\.0\\.1:(\\d+))");
     QElapsedTimer clock;
     clock.start();
@@ -177,41 +183,25 @@ QString Journey::reminderLink(const QString &userName)
 
 bool Journey::makeLibrary()
 {
-    QDir().mkpath(QStringLiteral(JOURNEY_LIBRARY));
-    QFile::setPermissions(QStringLiteral(JOURNEY_LIBRARY), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QProcess server;
-    dieWithUs(server);
-    server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    server.start(QStringLiteral(JOURNEY_SERVER),
-                 {"--listen", "127.0.0.1:0", "--data", QStringLiteral(JOURNEY_LIBRARY)});
-    static const QRegularExpression listening("listening on (http://[^ \\n]+)");
-    QByteArray said;
-    QString url;
+    Journey journey;
+    journey.m_data = QStringLiteral(JOURNEY_LIBRARY);
+    makePrivate(journey.m_data);
+    if (!journey.startServer())
+        return false;
+    QNetworkAccessManager network;
     QElapsedTimer clock;
     clock.start();
-    QNetworkAccessManager network;
-    bool isReady = false;
-    while (!isReady && clock.elapsed() < 800000 && server.state() != QProcess::NotRunning) {
-        server.waitForReadyRead(lookMs);
-        said += server.readAllStandardOutput();
-        const auto match = listening.match(QString::fromUtf8(said));
-        if (!match.hasMatch())
-            continue;
-        url = match.captured(1);
-        const std::unique_ptr<QNetworkReply> reply(network.get(QNetworkRequest(QUrl(url + QStringLiteral("/health")))));
+    while (clock.elapsed() < 800000 && journey.m_server->state() != QProcess::NotRunning) {
+        const std::unique_ptr<QNetworkReply> reply(network.get(QNetworkRequest(QUrl(journey.m_serverUrl + "/health"))));
         QSignalSpy finished(reply.get(), &QNetworkReply::finished);
         finished.wait(5000);
         const QJsonObject data = QJsonDocument::fromJson(reply->readAll()).object().value("data").toObject();
         const int total = data.value("total").toInt();
-        isReady = total > 0 && data.value("tracks").toInt() == total;
-        if (!isReady)
-            QTest::qWait(500);
+        if (total > 0 && data.value("tracks").toInt() == total)
+            return true;
+        QTest::qWait(500);
     }
-    server.terminate();
-    if (!server.waitForFinished(10000))
-        server.kill();
-    server.waitForFinished();
-    return isReady;
+    return false;
 }
 
 bool Journey::start()
@@ -244,6 +234,21 @@ bool Journey::start()
     return true;
 }
 
+bool Journey::startPlaying()
+{
+    if (!start())
+        return false;
+    m_problem = "no music";
+    return waitForAudio(1);
+}
+
+bool Journey::writeSettings(const QByteArray &text)
+{
+    QFile settings(settingsFile());
+    return QDir().mkpath(QFileInfo(settings).path()) && settings.open(QIODevice::WriteOnly) &&
+           settings.write(text) == text.size();
+}
+
 QStringList Journey::command(const QStringList &arguments, int *exitCode)
 {
     QProcess process;
@@ -265,6 +270,23 @@ bool Journey::menu(const QStringList &arguments)
 bool Journey::key(const QStringList &names)
 {
     return menu(QStringList{"key"} + names);
+}
+
+bool Journey::answerBox(const QString &text, const QStringList &keys)
+{
+    return waitForBox(text) && key(keys);
+}
+
+bool Journey::openMenuEntry(int up)
+{
+    return waitFor(isPlaying) && key({"right", "select"}) && waitForScreen("MenuDlg") &&
+           key(QStringList(up, "up") + QStringList("select"));
+}
+
+bool Journey::leaveWelcome(const QString &side, const QString &screen)
+{
+    return waitForScreen("WelcomeDlg") && key({"select"}) &&
+           answerBox("Do you already have a Velmora account ? ", {side, "select"}) && waitForScreen(screen);
 }
 
 QJsonObject Journey::status()
@@ -322,6 +344,17 @@ QString Journey::label(const QString &objectName)
     return status().value("labels").toObject().value(objectName).toString();
 }
 
+bool Journey::isPlaying(const QJsonObject &now)
+{
+    return now.value("playback").toInt() == 5 && now.value("screen").toString() == QLatin1String("VelmoraMainDlg") &&
+           now.value("box").isNull();
+}
+
+int Journey::count(const QJsonObject &now, const QString &listName)
+{
+    return now.value("lists").toObject().value(listName).toObject().value("count").toInt();
+}
+
 QStringList Journey::rows(const QString &listName)
 {
     QStringList result;
@@ -350,6 +383,11 @@ bool Journey::waitForEnd(int seconds)
 int Journey::exitCode() const
 {
     return m_menu->exitStatus() == QProcess::NormalExit ? m_menu->exitCode() : -1;
+}
+
+bool Journey::exits()
+{
+    return menu({"exit"}) && waitForEnd() && exitCode() == 0;
 }
 
 qint64 Journey::radioPid()

@@ -16,11 +16,11 @@ class Journey {
 public:
     struct Options {
         bool hasServer = true;
-        bool isSetUp = true;       // the demo account is linked and was last
-        QStringList serverOptions; // beyond what every journey passes
-        QString serverUrl;         // instead of a server of its own
-        bool isShort = false;      // tracks as they are, but the sink takes them as fast as it can
-        QStringList menuOptions;   // of velmora-menu, before the program
+        bool isSetUp = true;            // the demo account is linked and was last
+        QStringList serverOptions = {}; // beyond what every journey passes
+        QString serverUrl = {};         // instead of a server of its own
+        bool isShort = false;           // tracks as they are, but the sink takes them as fast as it can
+        QStringList menuOptions = {};   // of velmora-menu, before the program
         QString radio = QStringLiteral(JOURNEY_RADIO);
     };
 
@@ -36,12 +36,20 @@ public:
     // Renders the demo catalogue into JOURNEY_LIBRARY; false when it cannot be made.
     static bool makeLibrary();
 
-    bool start(); // the radio; false with a message in problem()
+    bool start();        // the radio; false with a message in problem()
+    bool startPlaying(); // and waits for its first music
+    // In place of what earlier starts would have left; before start().
+    bool writeSettings(const QByteArray &text);
     QString problem() const { return m_problem; }
 
     // --- the remote
     bool key(const QStringList &names); // "right", "select", ...
     bool menu(const QStringList &arguments);
+    bool answerBox(const QString &text, const QStringList &keys); // of a box that begins with the text
+    // From the player that plays: so many entries up from the menu's first, around its end.
+    bool openMenuEntry(int up);
+    // From the welcome screen: "left" for somebody with an account, "right" without; to this screen.
+    bool leaveWelcome(const QString &side, const QString &screen);
 
     // --- what a person sees and hears
     QJsonObject status();
@@ -52,6 +60,8 @@ public:
     // This much more audio has reached the sink than when the call began.
     bool waitForAudio(double moreSeconds, int seconds = 40);
     QString label(const QString &objectName);
+    static bool isPlaying(const QJsonObject &now); // on the player, no box above it
+    static int count(const QJsonObject &now, const QString &listName);
     QStringList rows(const QString &listName);
     int row(const QString &listName);
     void screenshot(const QString &name);
@@ -60,6 +70,7 @@ public:
     // --- the end
     bool waitForEnd(int seconds = 20); // of the menu system and with it the radio
     int exitCode() const;
+    bool exits(); // when asked to, with code 0
     qint64 radioPid();
 
     // --- the service
@@ -84,6 +95,7 @@ private:
 
     Options m_options;
     QTemporaryDir m_root;
+    QString m_data; // of the server
     std::unique_ptr<QProcess> m_server;
     std::unique_ptr<QProcess> m_menu;
     QString m_serverUrl;

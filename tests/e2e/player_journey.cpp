@@ -7,17 +7,6 @@ namespace {
 const QString stationList = QStringLiteral("stationListWidget");
 const QString history = QStringLiteral("playListWidget");
 
-bool isPlaying(const QJsonObject &now)
-{
-    return now.value("playback").toInt() == 5 && now.value("screen").toString() == QLatin1String("VelmoraMainDlg") &&
-           now.value("box").isNull();
-}
-
-int count(const QJsonObject &now, const QString &list)
-{
-    return now.value("lists").toObject().value(list).toObject().value("count").toInt();
-}
-
 QString text(const QJsonObject &now, const char *label)
 {
     return now.value("labels").toObject().value(QLatin1String(label)).toString();
@@ -26,18 +15,13 @@ QString text(const QJsonObject &now, const char *label)
 // An audio ad has no album.
 bool isTrack(const QJsonObject &now)
 {
-    return isPlaying(now) && !text(now, "albumLabel").isEmpty();
+    return Journey::isPlaying(now) && !text(now, "albumLabel").isEmpty();
 }
 
 // Waits until an ad, should one be playing, is over.
 bool waitForTrack(Journey &journey)
 {
     return journey.waitFor(isTrack, 40);
-}
-
-bool openMenu(Journey &journey)
-{
-    return journey.waitFor(isPlaying) && journey.key({"right", "select"}) && journey.waitForScreen("MenuDlg");
 }
 
 } // namespace
@@ -48,40 +32,39 @@ private slots:
     void anotherStationIsChosenAndItsMusicPlays()
     {
         Journey journey;
-        QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForAudio(1));
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
         const QStringList rows = journey.rows(stationList);
         const int playing = journey.row(stationList);
         const int next = playing + 1 < rows.size() ? playing + 1 : 0;
         QVERIFY(journey.key({"down", "select"}));
         QVERIFY(journey.waitFor([&](const QJsonObject &now) {
-            return isPlaying(now) && count(now, history) == 2 &&
+            return Journey::isPlaying(now) && Journey::count(now, history) == 2 &&
                    text(now, "stationNameLabel").left(20) == rows.at(next).left(20);
         }));
         QVERIFY(journey.waitForAudio(1));
         // It is the last station: the next start begins with it.
-        QVERIFY(journey.menu({"exit"}));
-        QVERIFY(journey.waitForEnd());
+        QVERIFY(journey.exits());
     }
 
     void skippingEndsAtTheLimitInWords()
     {
         Journey journey;
-        QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForAudio(1));
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
         int skips = 0;
         for (; skips < 6; ++skips) {
             QVERIFY(waitForTrack(journey));
-            const int before = count(journey.last(), history);
+            const int before = Journey::count(journey.last(), history);
             QVERIFY(journey.key({"next"}));
-            QVERIFY(journey.waitFor(
-                [&](const QJsonObject &now) { return isPlaying(now) && count(now, history) > before; }));
+            QVERIFY(journey.waitFor([&](const QJsonObject &now) {
+                return Journey::isPlaying(now) && Journey::count(now, history) > before;
+            }));
         }
         QVERIFY(waitForTrack(journey));
         QVERIFY(journey.key({"next"}));
-        QVERIFY(journey.waitForBox(QStringLiteral(
-            "Unfortunately,our music licenses force us to limit the number of tracks you may skip each hour.")));
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.answerBox(
+            QStringLiteral(
+                "Unfortunately,our music licenses force us to limit the number of tracks you may skip each hour."),
+            {"select"}));
         QVERIFY(journey.waitForNoBox());
         QCOMPARE(journey.status().value("focus").toString(), stationList);
         QVERIFY(journey.waitForAudio(1)); // the track plays on
@@ -90,8 +73,7 @@ private slots:
     void thumbsBookmarkAndTheReasonReachTheService()
     {
         Journey journey;
-        QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForAudio(1));
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
         QVERIFY(waitForTrack(journey));
         // thumbs up stays on the track
         QVERIFY(journey.key({"green"}));
@@ -99,11 +81,9 @@ private slots:
         QVERIFY(journey.waitFor(isTrack));
         QCOMPARE(journey.rows(history).size(), 1);
         // bookmark
-        QVERIFY(openMenu(journey));
-        QVERIFY(journey.key({"select"}));
-        QVERIFY(journey.waitForBox("Add bookmark successful!"));
-        QVERIFY(journey.key({"select"}));
-        QVERIFY(journey.waitFor(isPlaying));
+        QVERIFY(journey.openMenuEntry(0));
+        QVERIFY(journey.answerBox("Add bookmark successful!", {"select"}));
+        QVERIFY(journey.waitFor(Journey::isPlaying));
         QCOMPARE(journey.last().value("focus").toString(), QStringLiteral("menuBtn"));
         // why
         QVERIFY(journey.key({"select"}));
@@ -119,10 +99,10 @@ private slots:
         // thumbs down leaves the track at once
         QVERIFY(waitForTrack(journey));
         const QString disliked = text(journey.last(), "songLabel");
-        const int before = count(journey.last(), history);
+        const int before = Journey::count(journey.last(), history);
         QVERIFY(journey.key({"red"}));
-        QVERIFY(
-            journey.waitFor([&](const QJsonObject &now) { return isPlaying(now) && count(now, history) > before; }));
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &now) { return Journey::isPlaying(now) && Journey::count(now, history) > before; }));
         QVERIFY(text(journey.last(), "songLabel") != disliked);
         QVERIFY(journey.waitForAudio(1));
     }
@@ -130,20 +110,19 @@ private slots:
     void deletingThePlayingStationStartsTheOneThatMovesUp()
     {
         Journey journey;
-        QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForAudio(1));
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
         const int row = 1;
         QVERIFY(journey.key({"top"}));
         QVERIFY(journey.key({"down", "select"}));
-        QVERIFY(journey.waitFor([&](const QJsonObject &now) { return isPlaying(now) && count(now, history) >= 2; }));
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &now) { return Journey::isPlaying(now) && Journey::count(now, history) >= 2; }));
         QCOMPARE(journey.row(stationList), row);
         const QStringList before = journey.rows(stationList);
-        QVERIFY(openMenu(journey));
-        QVERIFY(journey.key({"up", "up", "up", "up", "up", "select"})); // around the end to "Delete This Station"
-        QVERIFY(journey.waitForBox("Are you sure you want to delete station: \n"));
-        QVERIFY(journey.key({"left", "select"}));
+        QVERIFY(journey.openMenuEntry(5)); // around the end to "Delete This Station"
+        QVERIFY(journey.answerBox("Are you sure you want to delete station: \n", {"left", "select"}));
         QVERIFY(journey.waitFor([&](const QJsonObject &now) {
-            return isPlaying(now) && count(now, stationList) == before.size() - 1 && count(now, history) >= 3;
+            return Journey::isPlaying(now) && Journey::count(now, stationList) == before.size() - 1 &&
+                   Journey::count(now, history) >= 3;
         }));
         QCOMPARE(journey.row(stationList), row);
         QVERIFY(journey.waitForAudio(1));
@@ -152,10 +131,8 @@ private slots:
     void switchingTheUserEndsTheMusicAndShowsTheAccounts()
     {
         Journey journey;
-        QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForAudio(1));
-        QVERIFY(openMenu(journey));
-        QVERIFY(journey.key({"up", "up", "up", "select"}));
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        QVERIFY(journey.openMenuEntry(3));
         QVERIFY(journey.waitForScreen("SelectUserDlg"));
         QCOMPARE(journey.last().value("playback").toInt(), 4);
         QCOMPARE(journey.label("userListBtn_1"), QStringLiteral("listener@velmora.invalid"));
@@ -166,10 +143,8 @@ private slots:
 
     void aSlowServiceBuffersAndGoesOn()
     {
-        Journey::Options options;
         // Less than the tracks need: the radio pauses under three seconds and goes on above seven.
-        options.serverOptions = {"--throttle", "40000"};
-        Journey journey(options);
+        Journey journey({.serverOptions = {"--throttle", "40000"}});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitFor([](const QJsonObject &now) { return now.value("playback").toInt() == 6; }, 60));
         const double heard = journey.last().value("audioSeconds").toDouble();
@@ -183,15 +158,14 @@ private slots:
     void fastKeysNeitherCrashNorSilenceIt()
     {
         Journey journey;
-        QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForAudio(1));
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
         const qint64 pid = journey.radioPid();
         for (int round = 0; round < 55; ++round) { // six hundred keys, a minute of ten a second
             QVERIFY(journey.key(
                 {"next", "down", "select", "pause", "right", "select", "back", "pause", "left", "next", "back"}));
         }
         // Whatever is open now: out of it, and music.
-        for (int tries = 0; tries < 20 && !isPlaying(journey.status()); ++tries) {
+        for (int tries = 0; tries < 20 && !Journey::isPlaying(journey.status()); ++tries) {
             const QJsonObject now = journey.last();
             if (now.value("box").isString())
                 journey.key({"select"});
@@ -202,7 +176,7 @@ private slots:
             QTest::qWait(500);
         }
         QCOMPARE(journey.radioPid(), pid);
-        QVERIFY(journey.waitFor(isPlaying));
+        QVERIFY(journey.waitFor(Journey::isPlaying));
         QVERIFY(journey.waitForAudio(2));
     }
 };

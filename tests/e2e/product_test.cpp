@@ -4,11 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QTcpServer>
-
-#include <csignal>
-#include <sys/prctl.h>
 
 namespace {
 
@@ -34,31 +30,13 @@ private slots:
         {
             QTcpServer silent; // never answers
             QVERIFY(silent.listen(QHostAddress::LocalHost));
-            QTemporaryDir root;
-            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-            environment.insert("VELMORA_WS_SERVER", QStringLiteral("http://127.0.0.1:%1").arg(silent.serverPort()));
-            environment.insert("VELMORA_WS_STATE_DIR", root.filePath("state"));
-            environment.insert("ASAN_OPTIONS",
-                               environment.value("ASAN_OPTIONS") +
-                                   QStringLiteral(":handle_segv=2:handle_abort=2:handle_sigill=2:handle_sigfpe=2"));
-            const QStringList socket = {"--socket", root.filePath("menu.sock")};
-            QProcess menu;
-            menu.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
-            menu.setProcessEnvironment(environment);
-            menu.setStandardOutputFile(QProcess::nullDevice());
-            menu.setStandardErrorFile(QProcess::nullDevice());
-            menu.start(QStringLiteral(JOURNEY_MENU), socket + QStringList{"--", QStringLiteral(PRODUCT_RADIO)});
-            const auto screen = [&] {
-                QProcess status;
-                status.start(QStringLiteral(JOURNEY_MENU), socket + QStringList("status"));
-                status.waitForFinished();
-                return QJsonDocument::fromJson(status.readAllStandardOutput()).object().value("screen").toString();
-            };
-            QTRY_COMPARE_WITH_TIMEOUT(screen(), QStringLiteral("WelcomeDlg"), 30000);
+            Journey journey({.hasServer = false,
+                             .serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(silent.serverPort()),
+                             .radio = QStringLiteral(PRODUCT_RADIO)});
+            QVERIFY2(journey.start(), qPrintable(journey.problem()));
+            QVERIFY(journey.waitForScreen("WelcomeDlg"));
             QVERIFY(QFileInfo::exists(scratchFolder));
-            QCOMPARE(QProcess::execute(QStringLiteral(JOURNEY_MENU), socket + QStringList("exit")), 0);
-            QVERIFY(menu.waitForFinished(20000));
-            QCOMPARE(menu.exitCode(), 0);
+            QVERIFY(journey.exits());
             QVERIFY(!QFileInfo::exists(scratchFolder));
             QVERIFY(QFileInfo::exists(settingsFolder + QStringLiteral("/velmora_5.ini")));
         }

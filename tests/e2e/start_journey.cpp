@@ -30,9 +30,7 @@ private slots:
         QVERIFY(journey.rows("stationListWidget").size() > 3);
         QCOMPARE(journey.rows("playListWidget").size(), 1);
         QVERIFY(!journey.label("songLabel").isEmpty());
-        QVERIFY(journey.menu({"exit"}));
-        QVERIFY(journey.waitForEnd());
-        QCOMPARE(journey.exitCode(), 0);
+        QVERIFY(journey.exits());
         QVERIFY(journey.radioReport().contains("Velmora main function exit ok!"));
         QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
     }
@@ -46,37 +44,24 @@ private slots:
         config.close();
         qputenv("FONTCONFIG_FILE", QFile::encodeName(config.fileName()));
         const auto tidy = qScopeGuard([] { qunsetenv("FONTCONFIG_FILE"); });
-        Journey::Options options;
-        options.radio = QStringLiteral(JOURNEY_BARE);
-        Journey journey(options);
+        Journey journey({.radio = QStringLiteral(JOURNEY_BARE)});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForAudio(2));
-        const QStringList toEntry = {"right", "select"};
-        const auto open = [&](int up, const char *screen) {
-            return journey.waitForScreen("VelmoraMainDlg") && journey.key(toEntry) &&
-                   journey.waitForScreen("MenuDlg") && journey.key(QStringList(up, "up")) && journey.key({"select"}) &&
-                   journey.waitForScreen(QLatin1String(screen));
-        };
-        QVERIFY(open(6, "CreateStationDlg"));
+        QVERIFY(journey.openMenuEntry(6) && journey.waitForScreen("CreateStationDlg"));
         QVERIFY(journey.key({"text", "zzqx", "enter"}));
-        QVERIFY(journey.waitForBox(QString()));
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.answerBox(QString(), {"select"}));
         QVERIFY(journey.waitForNoBox());
         QVERIFY(journey.key({"back", "left"}));
-        QVERIFY(open(3, "SelectUserDlg"));
+        QVERIFY(journey.openMenuEntry(3) && journey.waitForScreen("SelectUserDlg"));
         QVERIFY(journey.key({"select"}));
         QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
         QVERIFY(journey.waitForAudio(2));
-        QVERIFY(journey.menu({"exit"}));
-        QVERIFY(journey.waitForEnd());
-        QCOMPARE(journey.exitCode(), 0);
+        QVERIFY(journey.exits());
     }
 
     void oneTrackFollowsAnotherWithoutAKey()
     {
-        Journey::Options options;
-        options.isShort = true;
-        Journey journey(options);
+        Journey journey({.isShort = true});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         // More than a batch of four entries, so that the next one is fetched on the way.
         QVERIFY(journey.waitFor([&](const QJsonObject &) { return journey.rows("playListWidget").size() >= 6; }, 120));
@@ -102,17 +87,10 @@ private slots:
     {
         QTcpServer nobody;
         QVERIFY(nobody.listen(QHostAddress::LocalHost));
-        const int port = nobody.serverPort();
+        const QString url = QStringLiteral("http://127.0.0.1:%1").arg(nobody.serverPort());
         nobody.close();
-        Journey::Options options;
-        options.hasServer = false;
-        options.serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(port);
-        Journey journey(options);
-        QVERIFY(QDir().mkpath(QFileInfo(journey.settingsFile()).path()));
-        QFile settings(journey.settingsFile());
-        QVERIFY(settings.open(QIODevice::WriteOnly));
-        settings.write("[Welcome]\nisCheck=1\n");
-        settings.close();
+        Journey journey({.hasServer = false, .serverUrl = url});
+        QVERIFY(journey.writeSettings("[Welcome]\nisCheck=1\n"));
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForBox(networkText));
         QCOMPARE(journey.last().value("screen").toString(), QStringLiteral("LoadingDlg"));
@@ -133,31 +111,21 @@ private slots:
                 socket->disconnectFromHost();
             });
         });
-        Journey::Options options;
-        options.hasServer = false;
-        options.serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(garbage.serverPort());
-        Journey journey(options);
-        QVERIFY(QDir().mkpath(QFileInfo(journey.settingsFile()).path()));
-        QFile settings(journey.settingsFile());
-        QVERIFY(settings.open(QIODevice::WriteOnly));
-        settings.write("[Welcome]\nisCheck=1\n");
-        settings.close();
+        Journey journey(
+            {.hasServer = false, .serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(garbage.serverPort())});
+        QVERIFY(journey.writeSettings("[Welcome]\nisCheck=1\n"));
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForBox("Connect to Velmora failed!"));
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.answerBox("Connect to Velmora failed!", {"select"}));
         QVERIFY(journey.waitForEnd());
     }
 
     void aNewDeviceIsWelcomedAndMayLeave()
     {
-        Journey::Options options;
-        options.isSetUp = false;
-        Journey journey(options);
+        Journey journey({.isSetUp = false});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForScreen("WelcomeDlg"));
         QVERIFY(journey.key({"back"}));
-        QVERIFY(journey.waitForBox("You have reached the last window."));
-        QVERIFY(journey.key({"left", "select"}));
+        QVERIFY(journey.answerBox("You have reached the last window.", {"left", "select"}));
         QVERIFY(journey.waitForEnd());
         QCOMPARE(journey.exitCode(), 0);
     }

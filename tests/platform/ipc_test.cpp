@@ -44,9 +44,12 @@ public:
         });
         return came ? packet : menu::Packet{};
     }
-    bool tell(std::uint32_t type, std::uint32_t id = 0, std::uint32_t value = 0)
+    // The thread of the radio, started and greeted by.
+    IpcThread *startedThread()
     {
-        return menu::send(m_peer, menu::makeMessage(type, id, value));
+        IpcThread *thread = IpcThread::getInstance();
+        thread->start();
+        return next().message.type == std::uint32_t(menu::Hello) ? thread : nullptr;
     }
     void hangUp()
     {
@@ -89,7 +92,6 @@ private slots:
     void theThreadReportsItsStartAndEndsAfterResponse2()
     {
         IpcThread *thread = IpcThread::getInstance();
-        QCOMPARE(thread, IpcThread::getInstance());
         QVERIFY(!thread->isStarted());
         thread->start(QThread::InheritPriority);
         QTRY_VERIFY(thread->isStarted());
@@ -123,67 +125,11 @@ private slots:
         QVERIFY(packet.text.isEmpty());
     }
 
-    void anExitRequestIsAskedAndItsAnswerDelivered()
-    {
-        MenuEnd end;
-        IpcThread *thread = IpcThread::getInstance();
-        QList<QPair<bool, bool>> exits; // no spy: it would be told in the IPC thread
-        QObject receiver;
-        connect(thread, &IpcThread::signalExit, &receiver, [&](bool isFromParent, bool isSystemError) {
-            exits.append({isFromParent, isSystemError});
-        });
-        thread->start();
-        QVERIFY(Ipc::requestExit(true));
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-        const menu::Packet request = end.next();
-        QCOMPARE(request.message.type, std::uint32_t(menu::ExitRequest));
-        QCOMPARE(menu::field(request.message, menu::valueOffset), 1u);
-        QTest::qWait(50);
-        QCOMPARE(exits.size(), 0); // not before it is granted
-        QVERIFY(end.tell(menu::Exit));
-        QTRY_COMPARE(exits.size(), 1);
-        QCOMPARE(exits.first(), qMakePair(true, false));
-    }
-
-    void theScreenSaverIsDeliveredToTheGuiThread()
-    {
-        MenuEnd end;
-        IpcThread *thread = IpcThread::getInstance();
-        QList<bool> states;
-        QObject receiver;
-        connect(thread, &IpcThread::signalScreenSaver, &receiver, [&](bool entered) {
-            QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
-            states += entered;
-        });
-        thread->start();
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-        QVERIFY(end.tell(menu::ScreenSaver, 5, 1) && end.tell(menu::ScreenSaver, 6, 0));
-        QTRY_COMPARE(states, (QList<bool>{true, false}));
-        QCOMPARE(menu::field(end.next().message, menu::idOffset), 5u);
-        QCOMPARE(menu::field(end.next().message, menu::idOffset), 6u);
-    }
-
-    void aPingIsAnsweredByTheGuiThread()
-    {
-        MenuEnd end;
-        IpcThread::getInstance()->start();
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-        QVERIFY(end.tell(menu::Ping, 77));
-        // While the GUI thread is busy there is no answer; a menu system shall notice that.
-        QThread::msleep(100);
-        menu::Packet packet;
-        QCOMPARE(menu::receive(end.peer(), packet), menu::Received::Nothing);
-        packet = end.next();
-        QCOMPARE(packet.message.type, std::uint32_t(menu::Answer));
-        QCOMPARE(menu::field(packet.message, menu::idOffset), 77u);
-    }
-
     void aMenuThatHasGoneGrantsTheExit()
     {
         MenuEnd end;
-        IpcThread *thread = IpcThread::getInstance();
-        thread->start();
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        IpcThread *thread = end.startedThread();
+        QVERIFY(thread);
         end.hangUp();
         QSignalSpy exits(thread, &IpcThread::signalExit);
         QVERIFY(Ipc::requestExit(false));
@@ -194,9 +140,8 @@ private slots:
     void aBrokenMessageEndsTheConnectionOnly()
     {
         MenuEnd end;
-        IpcThread *thread = IpcThread::getInstance();
-        thread->start();
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        IpcThread *thread = end.startedThread();
+        QVERIFY(thread);
         QCOMPARE(::send(end.peer(), "short", 5, MSG_NOSIGNAL), ssize_t(5));
         QSignalSpy exits(thread, &IpcThread::signalExit);
         const auto isGranted = [&] { return Ipc::requestExit(false) && !exits.isEmpty(); };

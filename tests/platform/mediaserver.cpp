@@ -272,6 +272,14 @@ QByteArray mediasample::wav(int ms)
     return bytes;
 }
 
+QByteArray mediasample::noise(qsizetype size)
+{
+    QByteArray bytes;
+    for (quint32 i = 0, x = 7; i < size; ++i, x = x * 1664525 + 1013904223)
+        bytes.append(char(x >> 24));
+    return bytes;
+}
+
 QByteArray mediasample::file(const char *name)
 {
     QFile file(QStringLiteral(VELMORA_SOURCE_DIR "/tests/data/audio/") + QLatin1String(name));

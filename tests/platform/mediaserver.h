@@ -60,6 +60,8 @@ private:
 namespace mediasample {
 constexpr qint64 WavHeader = 44;
 QByteArray wav(int ms);
+// Bytes that are nothing, the same each time.
+QByteArray noise(qsizetype size);
 // A file of tests/data/audio.
 QByteArray file(const char *name);
 } // namespace mediasample

@@ -1,5 +1,5 @@
 if(TARGET NetCommon AND TARGET ViewComponent AND TARGET MenuSystem)
-  velmora_program(menu-sample ${CMAKE_CURRENT_LIST_DIR}/menu_sample.cpp ${CMAKE_CURRENT_LIST_DIR}/menu_sample.h)
+  velmora_program(menu-sample ${CMAKE_CURRENT_LIST_DIR}/menu_sample.cpp)
   target_link_libraries(menu-sample PRIVATE NetCommon ViewComponent)
 
   velmora_test(test_menu

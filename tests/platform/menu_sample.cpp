@@ -1,13 +1,12 @@
 // A program in the radio's place. Red opens a message box, green focuses the field, yellow hangs, blue asks to exit,
 // stop hides the screen. Words: --deaf (ends for nobody), --ask (asks to exit at once), --code N (ends with N).
-#include "menu_sample.h"
-
 #include "netcommon/ipc.h"
 #include "netcommon/ipcthread.h"
 #include "netcommon/networknotify.h"
 #include "viewcomponent/magicscrollbar.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -34,6 +33,36 @@ void sayKey(const char *what, const QKeyEvent *event)
 }
 
 } // namespace
+
+// The screens of a small program that stands where the radio stands: it says on standard output what reaches it.
+class SampleDlg : public QDialog {
+    Q_OBJECT
+public:
+    SampleDlg();
+
+public slots:
+    void handleExit(bool isFromParent, bool isSystemError);
+    void handleScreenSaver(bool fgEnter);
+
+signals:
+    void signalResponseParent(int type);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+
+private:
+    QListWidget *m_list;
+};
+
+class SampleBoxDlg : public QDialog {
+    Q_OBJECT
+public:
+    explicit SampleBoxDlg(QWidget *parent);
+
+protected:
+    void keyReleaseEvent(QKeyEvent *event) override;
+};
 
 SampleDlg::SampleDlg()
     : QDialog(nullptr, Qt::Dialog | Qt::FramelessWindowHint)
@@ -174,3 +203,5 @@ int main(int argc, char **argv)
     const auto place = application.arguments().indexOf("--code");
     return place > 0 ? application.arguments().value(place + 1).toInt() : 0;
 }
+
+#include "menu_sample.moc"

@@ -25,24 +25,21 @@ class MenuTest : public QObject {
 private slots:
     void aWordThatIsNotUnderstoodGetsTheUsageAndCode2()
     {
-        const QStringList cases[] = {
-            QStringList{},                                  // nothing
-            QStringList{"frobnicate"},                      // command
-            QStringList{"key", "left", "sideways"},         // key
-            QStringList{"key"},                             // no key
-            QStringList{"screensaver", "maybe"},            // switch
-            QStringList{"status", "please"},                // too many
-            QStringList{"screenshot"},                      // no file
-            QStringList{"--frobnicate", "status"},          // option
-            QStringList{"--"},                              // no program
-            QStringList{"--scale", "large", "--", "radio"}, // scale
-            QStringList{"--scale", "0.5", "--", "radio"},   // scale below 1
-        };
-        for (const auto &words : cases) {
-            const Outcome outcome = MenuFixture().command(words);
-            QCOMPARE(outcome.code, 2);
-            QVERIFY2(outcome.errors.contains("usage: velmora-menu"), outcome.errors.constData());
-            QVERIFY(outcome.output.isEmpty());
+        const char *const cases[] = {"",
+                                     "frobnicate",
+                                     "key left sideways",
+                                     "key",
+                                     "screensaver maybe",
+                                     "status please",
+                                     "screenshot",
+                                     "--frobnicate status",
+                                     "--",
+                                     "--scale large -- radio",
+                                     "--scale 0.5 -- radio"};
+        for (const char *words : cases) {
+            const Outcome outcome = MenuFixture().command(QString(words).split(' ', Qt::SkipEmptyParts));
+            QVERIFY2(outcome.code == 2 && outcome.output.isEmpty(), words);
+            QVERIFY2(outcome.errors.contains("usage: velmora-menu"), words);
         }
     }
 
@@ -163,21 +160,15 @@ private slots:
         QVERIFY(!QFile::exists(menu.socket()));
     }
 
-    void exitEndsTheRadioAndItsCodeIsPassedOn()
+    void theRadioIsAskedToExitAndItsCodeIsPassedOn()
     {
-        MenuFixture menu;
-        QVERIFY(menu.start({}, {"--code", "7"}));
+        MenuFixture menu, interrupted;
+        QVERIFY(menu.start({}, {"--code", "7"}) && interrupted.start());
         QCOMPARE(menu.command({"exit"}).code, 0);
         QCOMPARE(menu.waitForEnd(), 7);
-    }
-
-    void anInterruptAsksTheRadioToExit()
-    {
-        MenuFixture menu;
-        QVERIFY(menu.start());
-        ::kill(pid_t(menu.process().processId()), SIGINT);
-        QCOMPARE(menu.waitForEnd(), 0);
-        QVERIFY2(menu.output().contains("exit 1 0\n"), menu.output().constData());
+        ::kill(pid_t(interrupted.process().processId()), SIGINT);
+        QCOMPARE(interrupted.waitForEnd(), 0);
+        QVERIFY2(interrupted.output().contains("exit 1 0\n"), interrupted.output().constData());
     }
 
     void aRadioThatWillNotEndIsMadeTo()
@@ -276,31 +267,29 @@ private slots:
     {
         using Action = RadioWatch::Action;
         RadioWatch watch(0, 30000, 10000);
-        QCOMPARE(watch.step(4999), Action::Nothing);
-        QCOMPARE(watch.step(5000), Action::Ping);
-        QCOMPARE(watch.step(5500), Action::Nothing);
+        const auto expect = [&watch](std::initializer_list<std::pair<int, Action>> steps) {
+            for (const auto &[ms, action] : steps)
+                QVERIFY2(watch.step(ms) == action, qPrintable(QString::number(ms)));
+        };
+        expect({{4999, Action::Nothing}, {5000, Action::Ping}, {5500, Action::Nothing}});
         watch.answered(5600);
-        QCOMPARE(watch.step(35500), Action::Ping);
-        QCOMPARE(watch.step(35600), Action::ReportHang);
-        QCOMPARE(watch.step(35700), Action::Nothing); // once
+        expect({{35500, Action::Ping}, {35600, Action::ReportHang}, {35700, Action::Nothing}}); // once
         watch.answered(36000);
-        QCOMPARE(watch.step(66000), Action::ReportHang); // and anew after an answer
-
+        expect({{66000, Action::ReportHang}}); // and anew after an answer
         watch.ending(70000);
         watch.ending(79000); // said again: the first time counts
-        QCOMPARE(watch.step(79999), Action::Nothing);
-        QCOMPARE(watch.step(80000), Action::ReportStuckExit);
-        QCOMPARE(watch.step(80001), Action::Terminate);
-        QCOMPARE(watch.step(80500), Action::Nothing);
-        QCOMPARE(watch.step(81000), Action::Terminate);
-        QCOMPARE(watch.step(83999), Action::Nothing);
-        QCOMPARE(watch.step(84000), Action::Kill);
-        QCOMPARE(watch.step(99000), Action::Nothing);
-
-        RadioWatch hurried(0, 30000, 10000);
-        hurried.ending(100);
-        hurried.insist(200);
-        QCOMPARE(hurried.step(200), Action::ReportStuckExit);
+        expect({{79999, Action::Nothing},
+                {80000, Action::ReportStuckExit},
+                {80001, Action::Terminate},
+                {80500, Action::Nothing},
+                {81000, Action::Terminate},
+                {83999, Action::Nothing},
+                {84000, Action::Kill},
+                {99000, Action::Nothing}});
+        watch = RadioWatch(0, 30000, 10000);
+        watch.ending(100);
+        watch.insist(200);
+        expect({{200, Action::ReportStuckExit}});
     }
 
     void scaleFitsTheScreen()

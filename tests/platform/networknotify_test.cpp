@@ -45,90 +45,61 @@ QByteArray routeMessage(unsigned char prefix, unsigned char type, unsigned flags
 class NetworkNotifyTest : public QObject {
     Q_OBJECT
 private slots:
-    void aLossIsToldWhenItLasts_data()
-    {
-        // Steps: u/d the routes are read with/without a way out, t the time has passed, L/B the menu system says
-        // lost/back. Result, one for each step: 1 lost, 0 back, + the timer starts, - it stops, . nothing.
-        QTest::addColumn<bool>("isServerLocal");
-        QTest::addColumn<bool>("hasRoute");
-        QTest::addColumn<QString>("steps");
-        QTest::addColumn<QString>("results");
-        QTest::newRow("a loss that lasts") << false << true << "dt"
-                                           << "+1";
-        QTest::newRow("and its end") << false << true << "dtu"
-                                     << "+10";
-        QTest::newRow("a short one") << false << true << "duu"
-                                     << "+-.";
-        QTest::newRow("a time that was stopped") << false << true << "dut"
-                                                 << "+-.";
-        QTest::newRow("told once") << false << true << "ddtdd"
-                                   << "+.1..";
-        QTest::newRow("never there") << false << false << "dtd"
-                                     << "...";
-        QTest::newRow("comes later") << false << false << "uudt"
-                                     << "..+1";
-        QTest::newRow("again") << false << true << "dtudtu"
-                               << "+10+10";
-        QTest::newRow("server here") << true << true << "dtudt"
-                                     << ".....";
-        QTest::newRow("menu") << false << true << "LB"
-                              << "10";
-        QTest::newRow("menu, server here") << true << true << "LB"
-                                           << "10";
-        QTest::newRow("menu holds it down") << false << true << "LuduB"
-                                            << "1...0";
-        QTest::newRow("menu during a short one") << false << true << "dLt"
-                                                 << "+1.";
-        QTest::newRow("menu says back") << false << true << "dtB"
-                                        << "+10";
-    }
-
+    // Steps: u/d the routes are read with/without a way out, t the time has passed, L/B the menu system says lost/back.
+    // Result, one for each step: 1 lost, 0 back, + the timer starts, - it stops, . nothing.
     void aLossIsToldWhenItLasts()
     {
-        QFETCH(const bool, isServerLocal);
-        QFETCH(const bool, hasRoute);
-        QFETCH(const QString, steps);
-        QFETCH(const QString, results);
-        NetworkDecider decider(isServerLocal, hasRoute);
-        QString seen;
-        for (const QChar step : steps) {
-            NetworkDecider::Action action;
-            switch (step.toLatin1()) {
-            case 't':
-                action = decider.timePassed();
-                break;
-            case 'L':
-            case 'B':
-                action = decider.injected(step == u'L' ? NETWORK_EVENT_DISCONNECTED : NETWORK_EVENT_CONNECTED);
-                break;
-            default:
-                action = decider.routesRead(step == u'u');
+        const auto row = [](const char *name, const QString &steps, const QString &results, bool hasRoute = true,
+                            bool isServerLocal = false) {
+            NetworkDecider decider(isServerLocal, hasRoute);
+            QString seen;
+            for (const QChar step : steps) {
+                NetworkDecider::Action action;
+                if (step == u't')
+                    action = decider.timePassed();
+                else if (step.isUpper())
+                    action = decider.injected(step == u'L' ? NETWORK_EVENT_DISCONNECTED : NETWORK_EVENT_CONNECTED);
+                else
+                    action = decider.routesRead(step == u'u');
+                seen += action.event         ? QChar('0' + *action.event)
+                        : action.startsTimer ? QChar('+')
+                        : action.stopsTimer  ? QChar('-')
+                                             : QChar('.');
             }
-            seen += action.event         ? QChar('0' + *action.event)
-                    : action.startsTimer ? QChar('+')
-                    : action.stopsTimer  ? QChar('-')
-                                         : QChar('.');
-        }
-        QCOMPARE(seen, results);
+            QVERIFY2(seen == results, qPrintable(name + (": " + seen)));
+        };
+        row("a loss that lasts", "dt", "+1");
+        row("and its end", "dtu", "+10");
+        row("a short one", "duu", "+-.");
+        row("a time that was stopped", "dut", "+-.");
+        row("told once", "ddtdd", "+.1..");
+        row("never there", "dtd", "...", false);
+        row("comes later", "uudt", "..+1", false);
+        row("again", "dtudtu", "+10+10");
+        row("server here", "dtudt", ".....", true, true);
+        row("menu", "LB", "10");
+        row("menu, server here", "LB", "10", true, true);
+        row("menu holds it down", "LuduB", "1...0");
+        row("menu during a short one", "dLt", "+1.");
+        row("menu says back", "dtB", "+10");
     }
 
     void onlyALivingDefaultRouteLeadsOut()
     {
-        const std::tuple<QByteArray, bool> cases[] = {
-            {routeMessage(0, RTN_UNICAST, 0), true},                                    // default
-            {routeMessage(0, RTN_UNICAST, RTNH_F_LINKDOWN), false},                     // cable pulled
-            {routeMessage(0, RTN_UNICAST, RTNH_F_DEAD), false},                         // dead
-            {routeMessage(24, RTN_UNICAST, 0), false},                                  // a subnet
-            {routeMessage(0, RTN_UNREACHABLE, 0), false},                               // unreachable
-            {routeMessage(24, RTN_UNICAST, 0) + routeMessage(0, RTN_UNICAST, 0), true}, // second one
-            {routeMessage(0, RTN_UNICAST, 0).left(20), false},                          // cut off
-            {QByteArray(), false},                                                      // nothing
+        const std::tuple<const char *, QByteArray, bool> cases[] = {
+            {"default", routeMessage(0, RTN_UNICAST, 0), true},
+            {"cable pulled", routeMessage(0, RTN_UNICAST, RTNH_F_LINKDOWN), false},
+            {"dead", routeMessage(0, RTN_UNICAST, RTNH_F_DEAD), false},
+            {"a subnet", routeMessage(24, RTN_UNICAST, 0), false},
+            {"unreachable", routeMessage(0, RTN_UNREACHABLE, 0), false},
+            {"the second one", routeMessage(24, RTN_UNICAST, 0) + routeMessage(0, RTN_UNICAST, 0), true},
+            {"cut off", routeMessage(0, RTN_UNICAST, 0).left(20), false},
+            {"nothing", QByteArray(), false},
         };
-        for (const auto &[datagram, leadsOut] : cases) {
+        for (const auto &[name, datagram, leadsOut] : cases) {
             RouteDump dump;
             dump.read(datagram);
-            QCOMPARE(dump.hasDefaultRoute, leadsOut);
-            QVERIFY(!dump.isComplete);
+            QVERIFY2(dump.hasDefaultRoute == leadsOut && !dump.isComplete, name);
         }
     }
 
@@ -147,60 +118,47 @@ private slots:
 
     void serversOnThisMachineAreKnown()
     {
-        const std::tuple<QString, bool> cases[] = {
-            {"http://127.0.0.1:7480", true},     // loopback
-            {"http://127.8.9.10/", true},        // all of it
-            {"http://[::1]:7480", true},         // version 6
-            {"http://[0:0::0:1]:7480", true},    // other spelling
-            {"https://localhost", true},         // name
-            {"http://203.0.113.7:7480", false},  // elsewhere
-            {"http://localhost.example", false}, // named like it
-            {"http://127.example.org", false},   // number like it
-            {"", false},                         // none
-            {"::", false},                       // nonsense
-        };
-        for (const auto &[address, isHere] : cases)
-            QCOMPARE(isOnThisMachine(address), isHere);
+        for (const char *here : {"http://127.0.0.1:7480", "http://127.8.9.10/", "http://[::1]:7480",
+                                 "http://[0:0::0:1]:7480", "https://localhost"})
+            QVERIFY2(isOnThisMachine(here), here);
+        for (const char *elsewhere :
+             {"http://203.0.113.7:7480", "http://localhost.example", "http://127.example.org", "", "::"})
+            QVERIFY2(!isOnThisMachine(elsewhere), elsewhere);
     }
 
-    void theKernelsRoutesBecomeEvents()
+    void theKernelsRoutesBecomeEventsUnlessTheServerIsOnThisMachine()
     {
         if (!hasOwnNetwork || !configure({"link", "set", "lo", "up"}))
             QSKIP("no network of our own: not allowed here, or no ip command");
-        QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
+        const QStringList route{"route", "add", "default", "dev", "lo"},
+            noRoute{"route", "del", "default", "dev", "lo"};
+        QVERIFY(configure(route));
         qputenv("VELMORA_WS_SERVER", "https://radio.example");
         NetworkNotify *notify = NetworkNotify::getInstance();
         QSignalSpy events(notify, &NetworkNotify::signalSendNetowrkEvent);
         // Gone and back within the delay: nothing.
-        QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
+        QVERIFY(configure(noRoute));
         QTest::qWait(200);
-        QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
+        QVERIFY(configure(route));
         QVERIFY(!events.wait(NetworkDecider::lossDelayMs + 500));
         // Gone.
         QElapsedTimer clock;
         clock.start();
-        QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
+        QVERIFY(configure(noRoute));
         QVERIFY(events.wait(NetworkDecider::lossDelayMs + 3000));
         QVERIFY(clock.elapsed() >= NetworkDecider::lossDelayMs * 9 / 10);
         QCOMPARE(events.takeFirst().first().value<NETWORk_EVENT_T>(), NETWORK_EVENT_DISCONNECTED);
         // Back, by another protocol.
-        QVERIFY(configure({"-6", "route", "add", "default", "dev", "lo"}));
+        QVERIFY(configure(QStringList("-6") + route));
         QVERIFY(events.wait(3000));
         QCOMPARE(events.takeFirst().first().value<NETWORk_EVENT_T>(), NETWORK_EVENT_CONNECTED);
         delete notify;
-        configure({"-6", "route", "del", "default", "dev", "lo"});
-    }
 
-    void aRadioWithItsServerOnThisMachineLosesNothing()
-    {
-        if (!hasOwnNetwork || !configure({"link", "set", "lo", "up"}))
-            QSKIP("no network of our own: not allowed here, or no ip command");
-        QVERIFY(configure({"route", "add", "default", "dev", "lo"}));
         qputenv("VELMORA_WS_SERVER", "http://127.0.0.1:7480");
-        NetworkNotify *notify = NetworkNotify::getInstance();
-        QSignalSpy events(notify, &NetworkNotify::signalSendNetowrkEvent);
-        QVERIFY(configure({"route", "del", "default", "dev", "lo"}));
-        QVERIFY(!events.wait(NetworkDecider::lossDelayMs + 500));
+        notify = NetworkNotify::getInstance();
+        QSignalSpy nothing(notify, &NetworkNotify::signalSendNetowrkEvent);
+        QVERIFY(configure(QStringList("-6") + noRoute));
+        QVERIFY(!nothing.wait(NetworkDecider::lossDelayMs + 500));
         delete notify;
     }
 };

@@ -1,11 +1,8 @@
 if(TARGET netcommon_playback)
   set(rig ${CMAKE_CURRENT_SOURCE_DIR}/playbackrig.cpp ${CMAKE_CURRENT_SOURCE_DIR}/playbackrig.h)
-  foreach(subject rules fetcher contract faults deadlines commands)
+  foreach(subject rules fetcher contract faults commands)
     set(sources ${CMAKE_CURRENT_SOURCE_DIR}/playback_${subject}_test.cpp)
-    if(NOT EXISTS ${sources})
-      continue()
-    endif()
-    if(subject MATCHES "contract|faults|deadlines|commands")
+    if(subject MATCHES "contract|faults|commands")
       list(APPEND sources ${rig})
     endif()
     velmora_test(playback_${subject}_test SOURCES ${sources} LIBS netcommon_playback velmora_mediaserver

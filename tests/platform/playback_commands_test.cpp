@@ -1,6 +1,5 @@
 // Commands as fast and as senseless as a remote control gives them: nothing stale, nothing twice, nothing left behind.
 
-#include "mediaserver.h"
 #include "playbackrig.h"
 
 #include <QRandomGenerator>
@@ -53,9 +52,8 @@ class PlaybackCommandsTest : public QObject {
 private slots:
     void randomCommandsNeverHearOfAReplacedTrack()
     {
-        MediaServer server;
-        serveTracks(server);
         PlaybackRig rig;
+        serveTracks(rig.server);
         QRandomGenerator random(20);
         const Track *current = nullptr;
         int stops = 0, allStops = 0;
@@ -90,7 +88,7 @@ private slots:
                 check();
                 current = &Tracks[random.bounded(int(std::size(Tracks)))];
                 ++stops;
-                timed([&] { rig.play(server.url(current->path)); });
+                timed([&] { rig.play(rig.server.url(current->path)); });
             } else if (what == 5) {
                 check();
                 current = nullptr;
@@ -122,15 +120,14 @@ private slots:
 
     void commandsFromManyThreadsAreSurvived()
     {
-        MediaServer server;
-        serveTracks(server);
         PlaybackRig rig;
+        serveTracks(rig.server);
         std::vector<std::thread> givers;
         for (quint32 seed = 1; seed <= 3; ++seed)
-            givers.emplace_back([&rig, &server, seed] {
+            givers.emplace_back([&rig, seed] {
                 QRandomGenerator random(seed);
                 for (int i = 0; i < 100; ++i) {
-                    QByteArray url = server.url(Tracks[random.bounded(int(std::size(Tracks)))].path);
+                    QByteArray url = rig.server.url(Tracks[random.bounded(int(std::size(Tracks)))].path);
                     rig.thread.setType(_PLAYBACK_TYPE_E(random.bounded(4)));
                     rig.thread.setAudioUrl(url.data());
                     netcommon::Playback::getInstance()->getPbcState();
@@ -139,25 +136,24 @@ private slots:
             });
         for (std::thread &giver : givers)
             giver.join();
-        rig.play(server.url("/one"));
+        rig.play(rig.server.url("/one"));
         QTRY_COMPARE_WITH_TIMEOUT(rig.heard.mid(rig.heard.lastIndexOf("url")),
                                   (QStringList{"url", "result 0", "play", "total 1", "eof", "next"}), 10000);
     }
 
     void manyStartsLeaveNothingBehind()
     {
-        MediaServer server;
-        serveTracks(server);
         PlaybackRig rig;
+        serveTracks(rig.server);
         const auto run = [&](int starts) {
             for (int i = 0; i < starts; ++i) {
-                rig.play(server.url(i % 3 == 0 ? "/stalled" : i % 3 == 1 ? "/two" : "/noise"));
+                rig.play(rig.server.url(i % 3 == 0 ? "/stalled" : i % 3 == 1 ? "/two" : "/noise"));
                 QTRY_VERIFY(rig.heard.size() >= 3); // stop, url, result
             }
             rig.heard.clear();
             rig.command(PLAYBACK_TYPE_STOP);
             QTRY_COMPARE(rig.heard, QStringList{"stop"});
-            QTRY_COMPARE(server.openConnections(), 0);
+            QTRY_COMPARE(rig.server.openConnections(), 0);
         };
         run(6); // whatever is made once, is made now
         const int threadsBefore = threads(), descriptorsBefore = descriptors();
@@ -167,37 +163,23 @@ private slots:
                      qPrintable(QString::number(descriptors() - descriptorsBefore)));
     }
 
-    void theThreadEndsAtOnceWhateverItIsDoing_data()
+    void theThreadEndsAtOnceWhateverItIsDoingAndANewOnePlays()
     {
-        QTest::addColumn<QByteArray>("path");
-        for (const char *const path : {"/silent", "/stalled", "/three", "/one", "/missing"})
-            QTest::newRow(path) << QByteArray(path);
-    }
-
-    void theThreadEndsAtOnceWhateverItIsDoing()
-    {
-        QFETCH(QByteArray, path);
-        MediaServer server;
-        serveTracks(server);
-        QElapsedTimer clock;
-        {
-            PlaybackRig rig;
-            rig.play(server.url(path));
-            QTRY_VERIFY(!server.requests(path).isEmpty());
-            clock.start();
+        for (const char *const path : {"/silent", "/stalled", "/three", "/one", "/missing"}) {
+            QElapsedTimer clock;
+            {
+                PlaybackRig rig;
+                serveTracks(rig.server);
+                rig.play(rig.server.url(path));
+                QTRY_VERIFY2(!rig.server.requests(path).isEmpty(), path);
+                clock.start();
+            }
+            QVERIFY2(clock.elapsed() < 1000, path);
         }
-        QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
-    }
-
-    void aNewThreadPlaysAfterTheLastOneEnded()
-    {
-        MediaServer server;
-        serveTracks(server);
-        for (int i = 0; i < 3; ++i) {
-            PlaybackRig rig;
-            rig.play(server.url("/one"));
-            QTRY_VERIFY(rig.heard.contains("total 1"));
-        }
+        PlaybackRig rig;
+        serveTracks(rig.server);
+        rig.play(rig.server.url("/one"));
+        QTRY_VERIFY(rig.heard.contains("total 1"));
     }
 };
 

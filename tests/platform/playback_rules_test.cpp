@@ -7,59 +7,35 @@
 
 #include <QtTest>
 
+#include <functional>
+#include <map>
+
 using namespace netcommon;
 
 namespace {
 
-// Facts, as letters: t taken, p prerolled, 1 failed(-1), 2 failed(-2), P pause, R resume, T total 12 s, 5 position 5 s,
-// l buffered 2999, h buffered 3000, E received, N ended.
-QString reports(const char *facts)
+const std::map<char, std::function<void(PlaybackOrder &)>> facts{
+    {'t', [](PlaybackOrder &order) { order.taken(); }},
+    {'p', [](PlaybackOrder &order) { order.prerolled(); }},
+    {'1', [](PlaybackOrder &order) { order.failed(-1); }},
+    {'2', [](PlaybackOrder &order) { order.failed(-2); }},
+    {'P', [](PlaybackOrder &order) { order.wantPlay(false); }},
+    {'R', [](PlaybackOrder &order) { order.wantPlay(true); }},
+    {'T', [](PlaybackOrder &order) { order.totalKnown(12); }},
+    {'5', [](PlaybackOrder &order) { order.position(5); }},
+    {'l', [](PlaybackOrder &order) { order.buffered(2999); }},
+    {'h', [](PlaybackOrder &order) { order.buffered(3000); }},
+    {'E', [](PlaybackOrder &order) { order.received(); }},
+    {'N', [](PlaybackOrder &order) { order.ended(); }},
+};
+
+QString reports(const QByteArray &letters)
 {
     static const QStringList names{"url", "result", "play", "pause", "total", "time", "percent", "low", "eof", "next"};
     PlaybackOrder order;
     QStringList said;
-    for (const char *fact = facts; *fact; ++fact) {
-        switch (*fact) {
-        case 't':
-            order.taken();
-            break;
-        case 'p':
-            order.prerolled();
-            break;
-        case '1':
-            order.failed(-1);
-            break;
-        case '2':
-            order.failed(-2);
-            break;
-        case 'P':
-            order.wantPlay(false);
-            break;
-        case 'R':
-            order.wantPlay(true);
-            break;
-        case 'T':
-            order.totalKnown(12);
-            break;
-        case '5':
-            order.position(5);
-            break;
-        case 'l':
-            order.buffered(2999);
-            break;
-        case 'h':
-            order.buffered(3000);
-            break;
-        case 'E':
-            order.received();
-            break;
-        case 'N':
-            order.ended();
-            break;
-        default:
-            return "unknown fact";
-        }
-    }
+    for (const char letter : letters)
+        facts.at(letter)(order);
     for (const PlaybackReport &report : order.take()) {
         const bool valued = report.kind == PlaybackReport::Result || report.kind == PlaybackReport::CurrentTime ||
                             report.kind == PlaybackReport::TotalTime || report.kind == PlaybackReport::Progress ||
@@ -74,12 +50,10 @@ QString reports(const char *facts)
 class PlaybackRulesTest : public QObject {
     Q_OBJECT
 private slots:
-    void reportsComeInTheScreensOrder_data()
+    void reportsComeInTheScreensOrder()
     {
-        QTest::addColumn<QByteArray>("facts");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const char *facts, const char *expected) {
-            QTest::newRow(name) << QByteArray(facts) << expected;
+        const auto row = [](const char *name, const char *letters, const char *expected) {
+            QVERIFY2(reports(letters) == QLatin1String(expected), qPrintable(name + (": " + reports(letters))));
         };
         row("a good track", "tpTEN", "url result0 play total12 eof next =4");
         row("all bytes before the result", "tETpN", "url result0 play total12 eof next =4");
@@ -105,13 +79,6 @@ private slots:
         row("what is all here is never low", "tphlElll", "url result0 play low1 eof low0 =5");
         row("no position before the result", "t5l", "url =4");
         row("taken twice is one address", "ttp", "url result0 play =5");
-    }
-
-    void reportsComeInTheScreensOrder()
-    {
-        QFETCH(QByteArray, facts);
-        QFETCH(QString, expected);
-        QCOMPARE(reports(facts.constData()), expected);
     }
 
     void bufferSnapshots()
@@ -143,16 +110,13 @@ private slots:
         QVERIFY(!mustHold(false, 10, true));
     }
 
-    void answersOfAServer_data()
+    void answersOfAServer()
     {
-        QTest::addColumn<FetchProgress>("progress");
-        QTest::addColumn<FetchResponse>("response");
-        QTest::addColumn<int>("action");
-        QTest::addColumn<qint64>("skip");
-        QTest::addColumn<qint64>("length");
-        const auto row = [](const char *name, const FetchProgress &p, const FetchResponse &r, FetchAction a,
-                            qint64 skip = 0,
-                            qint64 length = -1) { QTest::newRow(name) << p << r << int(a) << skip << length; };
+        const auto row = [](const char *name, const FetchProgress &progress, const FetchResponse &response,
+                            FetchAction action, qint64 skip = 0, qint64 length = -1) {
+            const FetchDecision decision = judgeResponse(progress, response);
+            QVERIFY2(decision.action == action && decision.skip == skip && decision.length == length, name);
+        };
         const FetchProgress none;
         const FetchProgress half{500, 1000, "\"a\""};
         row("a file", none, {200, 1000, "", "\"a\""}, FetchAction::Deliver, 0, 1000);
@@ -179,16 +143,6 @@ private slots:
         row("choices that lead nowhere", none, {300, -1, "", ""}, FetchAction::Refused);
     }
 
-    void answersOfAServer()
-    {
-        QFETCH(FetchProgress, progress);
-        QFETCH(FetchResponse, response);
-        const FetchDecision decision = judgeResponse(progress, response);
-        QTEST(int(decision.action), "action");
-        QTEST(decision.skip, "skip");
-        QTEST(decision.length, "length");
-    }
-
     void retriesSlowDownAndOnlyTheFirstContactIsCounted()
     {
         const FetchLimits limits;
@@ -204,50 +158,26 @@ private slots:
         QCOMPARE(strongEtag("W/\"x\""), QByteArray());
     }
 
-    void onlyWebAddressesAreOpened_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<bool>("opened");
-        const auto row = [](const char *text, bool opened) { QTest::newRow(text) << QByteArray(text) << opened; };
-        row("http://host/a.mp3", true);
-        row("HTTPS://host:8443/a%20b.mp3?x=1", true);
-        row(" http://host/a\n", true);
-        row("file:///etc/hostname", false);
-        row("/etc/hostname", false);
-        row("ftp://host/a", false);
-        row("http:///a", false);
-        row("http://", false);
-        row("", false);
-        row("data:audio/wav;base64,AA", false);
-    }
-
     void onlyWebAddressesAreOpened()
     {
-        QFETCH(QByteArray, text);
-        QTEST(httpaddress::parse(text).isValid(), "opened");
-    }
-
-    void redirectsStayOnTheWebAndNeverGetLessSafe_data()
-    {
-        QTest::addColumn<QByteArray>("from");
-        QTest::addColumn<QByteArray>("location");
-        QTest::addColumn<QByteArray>("to");
-        const auto row = [](const char *from, const char *location, const char *to) {
-            QTest::newRow(location) << QByteArray(from) << QByteArray(location) << QByteArray(to);
-        };
-        row("http://a/b/c", "http://x/y", "http://x/y");
-        row("http://a/b/c", "d?e", "http://a/b/d?e");
-        row("http://a/b/c", "https://x/", "https://x/");
-        row("https://a/b", "http://x/less-safe", "");
-        row("http://a/b", "file:///etc/passwd", "");
-        row("http://a/b", "", "");
+        for (const char *text : {"http://host/a.mp3", "HTTPS://host:8443/a%20b.mp3?x=1", " http://host/a\n"})
+            QVERIFY2(httpaddress::parse(text).isValid(), text);
+        for (const char *text : {"file:///etc/hostname", "/etc/hostname", "ftp://host/a", "http:///a", "http://", "",
+                                 "data:audio/wav;base64,AA"})
+            QVERIFY2(!httpaddress::parse(text).isValid(), text);
     }
 
     void redirectsStayOnTheWebAndNeverGetLessSafe()
     {
-        QFETCH(QByteArray, from);
-        QFETCH(QByteArray, location);
-        QTEST(httpaddress::redirected(QUrl::fromEncoded(from), location).toEncoded(), "to");
+        const std::tuple<const char *, const char *, QByteArray> cases[] = {
+            {"http://a/b/c", "http://x/y", "http://x/y"}, {"http://a/b/c", "d?e", "http://a/b/d?e"},
+            {"http://a/b/c", "https://x/", "https://x/"}, {"https://a/b", "http://x/less-safe", ""},
+            {"http://a/b", "file:///etc/passwd", ""},     {"http://a/b", "", ""},
+        };
+        for (const auto &[from, location, to] : cases)
+            QCOMPARE(QByteArray(location) + " to " +
+                         httpaddress::redirected(QUrl::fromEncoded(from), location).toEncoded(),
+                     QByteArray(location) + " to " + to);
     }
 };
 

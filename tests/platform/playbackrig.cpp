@@ -1,5 +1,7 @@
 #include "playbackrig.h"
 
+#include "platform/netcommon/playbackstatistics.h"
+
 using netcommon::Playback;
 
 PlaybackRig::PlaybackRig(const char *sink)
@@ -37,6 +39,7 @@ void PlaybackRig::play(const QByteArray &url)
     seconds.clear();
     percents.clear();
     lows.clear();
+    m_audioBefore = netcommon::statistics::audioSecondsRendered();
     thread.setType(PLAYBACK_TYPE_STOP);
     thread.setType(PLAYBACK_TYPE_START);
     QByteArray text = url;
@@ -44,73 +47,25 @@ void PlaybackRig::play(const QByteArray &url)
     text.fill('x'); // the text is the caller's again
 }
 
+void PlaybackRig::play(const MediaFile &file)
+{
+    server.serve("/track", file);
+    play(server.url("/track"));
+}
+
+double PlaybackRig::audioSeconds() const
+{
+    return netcommon::statistics::audioSecondsRendered() - m_audioBefore;
+}
+
+QStringList PlaybackRig::wholeStory(int total)
+{
+    return {"stop", "url", "result 0", "play", QStringLiteral("total %1").arg(total), "eof", "next"};
+}
+
 IMTK_PB_CTRL_BUFFER_STATUS_T PlaybackRig::buffer()
 {
     IMTK_PB_CTRL_BUFFER_STATUS_T status{};
     playback->GetBufferStatus(&status);
     return status;
-}
-
-WaterlineCaller::WaterlineCaller(PlaybackRig &rig, QList<QByteArray> urls)
-    : m_rig(rig)
-    , m_urls(std::move(urls))
-{
-    connect(rig.playback, &Playback::signalGetFileEOF, this, [this] { m_eof = true; });
-    connect(rig.playback, &Playback::signalGotoPlayNextSong, this, [this] { m_next = true; });
-    connect(rig.playback, &Playback::signalNotifyTotalTime, this,
-            [this](int h, int m, int s) { m_total = quint32(h * 3600 + m * 60 + s); });
-    connect(rig.playback, &Playback::signalPlayResult, this, [this](int ret) {
-        if (ret == 0) {
-            m_total = 0;
-            m_timer.start(500);
-        } else {
-            startNext();
-        }
-    });
-    connect(&m_timer, &QTimer::timeout, this, [this] { tick(); });
-    startNext();
-}
-
-void WaterlineCaller::startNext()
-{
-    m_timer.stop();
-    m_eof = m_next = false;
-    lowTicks = 0;
-    if (m_urls.isEmpty()) {
-        done = true;
-        return;
-    }
-    ++started;
-    m_rig.play(m_urls.takeFirst());
-}
-
-void WaterlineCaller::tick()
-{
-    if (m_next && m_eof) {
-        startNext();
-        return;
-    }
-    m_next = false;
-    const auto buffer = m_rig.buffer();
-    if (m_eof) {
-        if (buffer.ui4_amount == 0 && buffer.ui4_start == buffer.ui4_end && buffer.ui4_start == m_total * 1000)
-            m_next = true;
-        else if (m_rig.state() == PLAYBACK_STATE_PAUSED)
-            m_rig.command(PLAYBACK_TYPE_RESUME);
-        return;
-    }
-    if (buffer.ui4_amount < 3000) {
-        ++lowTicks;
-        if (m_rig.state() == PLAYBACK_STATE_PLAYING) {
-            ++pauses;
-            pausedAt = int(buffer.ui4_amount);
-            m_rig.command(PLAYBACK_TYPE_PAUSE);
-        }
-        return;
-    }
-    lowTicks = 0;
-    if (buffer.ui4_amount > 7000 && m_rig.state() != PLAYBACK_STATE_PLAYING) {
-        resumedAt = int(buffer.ui4_amount);
-        m_rig.command(PLAYBACK_TYPE_RESUME);
-    }
 }

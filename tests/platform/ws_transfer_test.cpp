@@ -56,35 +56,37 @@ private slots:
     void aBrokenTransferIsAnErrorCode_data()
     {
         const int broken = VLM_WS_ERR_ERROR_CURL_FAILURE;
+        const auto row = [](const char *name, const QByteArray &bytes, bool isCut, int code) {
+            QTest::newRow(name) << bytes << isCut << code;
+        };
         const int malformed = VLM_WS_ERR_MALFORMED_REPLY;
         const int large = VLM_WS_ERR_REPLY_TOO_LARGE;
         const QByteArray good = R"({"code":0,"data":{}})";
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<bool>("isCut");
         QTest::addColumn<int>("code");
-        QTest::newRow("as agreed") << WsTestServer::http(good).bytes << false << 0;
-        QTest::newRow("nothing, then cut") << QByteArray() << true << broken;
-        QTest::newRow("nothing, for ever") << QByteArray() << false << broken;
-        QTest::newRow("not HTTP") << QByteArray("220 mail ready\r\n\r\n") << true << broken;
-        QTest::newRow("cut in the head") << QByteArray("HTTP/1.1 200 O") << true << broken;
-        QTest::newRow("cut in the body") << head("Content-Length: 20\r\n") + good.left(9) << true << broken;
-        QTest::newRow("stalled in the body") << head("Content-Length: 20\r\n") + good.left(9) << false << broken;
-        QTest::newRow("whole without a length") << head("Connection: close\r\n") + good << true << 0;
-        QTest::newRow("cut without a length") << head("Connection: close\r\n") + good.left(9) << true << malformed;
-        QTest::newRow("chunks") << head("Transfer-Encoding: chunked\r\n") + "14\r\n" + good + "\r\n0\r\n\r\n"
-                                << false << 0;
-        QTest::newRow("broken chunks") << head("Transfer-Encoding: chunked\r\n") + "zz\r\n" << false << broken;
-        QTest::newRow("an error page") << WsTestServer::http("<h1>no</h1>", 502).bytes << false << malformed;
-        QTest::newRow("an error with its code")
-            << WsTestServer::http("{\"code\":5003}", 404).bytes << false << int(VLM_WS_ERR_VERSION_REFUSED);
-        QTest::newRow("a redirect is not followed")
-            << WsTestServer::http("", 307, "Location: /v1/search\r\n").bytes << false << malformed;
-        QTest::newRow("a redirect to a file")
-            << WsTestServer::http("", 302, "Location: file:///etc/passwd\r\n").bytes << false << malformed;
-        QTest::newRow("a flood") << head("Content-Length: 9999999\r\n") + QByteArray(5'000'000, ' ') << false << large;
-        QTest::newRow("a flood of head lines")
-            << "HTTP/1.1 200 OK\r\n" + QByteArray("X-Padding: " + QByteArray(990, 'x') + "\r\n").repeated(99) << false
-            << large;
+        row("as agreed", WsTestServer::http(good).bytes, false, 0);
+        row("nothing, then cut", QByteArray(), true, broken);
+        row("nothing, for ever", QByteArray(), false, broken);
+        row("not HTTP", QByteArray("220 mail ready\r\n\r\n"), true, broken);
+        row("cut in the head", QByteArray("HTTP/1.1 200 O"), true, broken);
+        row("cut in the body", head("Content-Length: 20\r\n") + good.left(9), true, broken);
+        row("stalled in the body", head("Content-Length: 20\r\n") + good.left(9), false, broken);
+        row("whole without a length", head("Connection: close\r\n") + good, true, 0);
+        row("cut without a length", head("Connection: close\r\n") + good.left(9), true, malformed);
+        row("chunks", head("Transfer-Encoding: chunked\r\n") + "14\r\n" + good + "\r\n0\r\n\r\n", false, 0);
+        row("broken chunks", head("Transfer-Encoding: chunked\r\n") + "zz\r\n", false, broken);
+        row("an error page", WsTestServer::http("<h1>no</h1>", 502).bytes, false, malformed);
+        row("an error with its code", WsTestServer::http("{\"code\":5003}", 404).bytes, false,
+            int(VLM_WS_ERR_VERSION_REFUSED));
+        row("a redirect is not followed", WsTestServer::http("", 307, "Location: /v1/search\r\n").bytes, false,
+            malformed);
+        row("a redirect to a file", WsTestServer::http("", 302, "Location: file:///etc/passwd\r\n").bytes, false,
+            malformed);
+        row("a flood", head("Content-Length: 9999999\r\n") + QByteArray(5'000'000, ' '), false, large);
+        row("a flood of head lines",
+            "HTTP/1.1 200 OK\r\n" + QByteArray("X-Padding: " + QByteArray(990, 'x') + "\r\n").repeated(99), false,
+            large);
     }
 
     void aBrokenTransferIsAnErrorCode()
@@ -142,10 +144,11 @@ private slots:
 
     void aCertificateMustBeKnownAndOfThisHost()
     {
+        const int refused = VLM_WS_ERR_ERROR_CURL_FAILURE;
         const std::tuple<QByteArray, bool, int> cases[] = {
-            {QByteArray(certificateOfThisHost), true, 0},                                     // known
-            {QByteArray(certificateOfThisHost), false, int(VLM_WS_ERR_ERROR_CURL_FAILURE)},   // unknown
-            {QByteArray(certificateOfAnotherHost), true, int(VLM_WS_ERR_ERROR_CURL_FAILURE)}, // another host's
+            {certificateOfThisHost, true, 0},
+            {certificateOfThisHost, false, refused},
+            {certificateOfAnotherHost, true, refused},
         };
         for (const auto &[text, isKnown, code] : cases) {
             WsFixture ws({}, false);

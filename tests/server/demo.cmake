@@ -4,7 +4,7 @@ endif()
 find_package(GTest REQUIRED)
 
 # The sounds of the demo catalogue, its compositions, and its files.
-foreach(subject sound composition arrangement catalogue)
+foreach(subject music catalogue)
   add_executable(server_demo_${subject}_test demo_${subject}_test.cpp)
   velmora_compile(server_demo_${subject}_test)
   set_target_properties(server_demo_${subject}_test PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)

@@ -75,7 +75,7 @@ json ExamplesTest::request(const std::string &function, json parameters, const s
     if (parameters.contains("stationToken"))
         parameters["stationToken"] = station;
     if (function == "transformSharedStation") {
-        const AccountId mira = m_service->accounts.find("mira@example.org")->id;
+        const AccountId mira = idOf();
         Station shared;
         m_service->stations.createShared(mira, {MusicKind::style, "rock"}, "Harbour Lights", &shared);
         parameters["stationToken"] = shared.token;
@@ -93,15 +93,15 @@ json ExamplesTest::request(const std::string &function, json parameters, const s
     }
     const std::string deviceId = parameters.value("deviceId", "");
     if (Devices::isDeviceId(deviceId) && function != "createUser" && function != "associateDevice")
-        m_service->devices.associate(deviceId, tokenHash(device.key), m_service->accounts.find("mira@example.org")->id);
+        m_service->devices.associate(deviceId, tokenHash(device.key), idOf());
     const std::string pin = function == "setExplicitPIN" ? parameters.value("oldPin", "") : parameters.value("pin", "");
-    m_service->accounts.setExplicitPin(m_service->accounts.find("mira@example.org")->id, pin);
+    m_service->accounts.setExplicitPin(idOf(), pin);
     return parameters;
 }
 
 TEST_P(ExamplesTest, TheAnswerHasTheExamplesShape)
 {
-    addAccount("mira@example.org");
+    addAccount();
     m_service->mailer = &m_mailer;
     std::ifstream file(std::string(VELMORA_SOURCE_DIR "/tests/data/api/") + GetParam() + ".json");
     const json examples = json::parse(file);
@@ -109,7 +109,7 @@ TEST_P(ExamplesTest, TheAnswerHasTheExamplesShape)
     for (const json &example : examples) {
         SCOPED_TRACE(example.at("name").get<std::string>());
         const TestDevice device = addDevice();
-        const std::string user = logIn("mira@example.org", device);
+        const std::string user = logIn(miraName, device);
         const json parameters = request(GetParam(), example.at("request"), user, device);
         const std::string kind = example.at("token");
         const Reply reply = call(GetParam(), parameters,
@@ -119,7 +119,7 @@ TEST_P(ExamplesTest, TheAnswerHasTheExamplesShape)
         EXPECT_EQ(reply.code, example.at("response").at("code").get<int>());
         if (reply.code == 0)
             expectSameShape(example.at("response").value("data", json::object()), reply.data, GetParam());
-        for (const Device &slot : m_service->devices.ofAccount(m_service->accounts.find("mira@example.org")->id))
+        for (const Device &slot : m_service->devices.ofAccount(idOf()))
             m_service->devices.revoke(slot.accountId, slot.deviceId);
     }
     EXPECT_EQ(m_mailer.m_sent > 0, GetParam().starts_with("email"));

@@ -6,12 +6,14 @@
 namespace velmora::server {
 namespace {
 
-class IsolationTest : public ServerTest {};
+class IsolationTest : public ServerTest {
+protected:
+    const std::string mira = newListener();
+    const std::string tomas = newListener("tomas@example.org");
+};
 
 TEST_F(IsolationTest, NoTokenOfOneAccountMeansAnythingToAnother)
 {
-    const std::string mira = newListener("mira@example.org");
-    const std::string tomas = newListener("tomas@example.org");
     const std::string station = addStation(mira, "folk");
     const std::string ownStation = addStation(tomas, "folk");
     json track;
@@ -65,8 +67,6 @@ TEST_F(IsolationTest, NoTokenOfOneAccountMeansAnythingToAnother)
 
 TEST_F(IsolationTest, ThumbsAndSleepsOfOneListenerDoNotChangeWhatAnotherHears)
 {
-    const std::string mira = newListener("mira@example.org");
-    const std::string tomas = newListener("tomas@example.org");
     const std::string miras = addStation(mira, "folk");
     const std::string his = addStation(tomas, "folk");
     std::set<std::string> banned;

@@ -20,6 +20,10 @@ protected:
         client.set_read_timeout(20s);
         return client;
     }
+    httplib::Result get(const std::string &address, const httplib::Headers &headers = {})
+    {
+        return client().Get(address.c_str(), headers);
+    }
     // Path and query of the signed address of a file.
     std::string path(MediaKind kind, const std::string &file)
     {
@@ -39,7 +43,7 @@ protected:
 TEST_F(MediaTest, AFileComesWholeWithItsLengthTypeAndTag)
 {
     listen();
-    const auto answer = client().Get(path(MediaKind::audio, "folk-00.flac").c_str());
+    const auto answer = get(path(MediaKind::audio, "folk-00.flac"));
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->status, 200);
     EXPECT_EQ(answer->body, content("folk-00.flac"));
@@ -48,9 +52,8 @@ TEST_F(MediaTest, AFileComesWholeWithItsLengthTypeAndTag)
     EXPECT_EQ(answer->get_header_value("Accept-Ranges"), "bytes");
     const std::string tag = answer->get_header_value("ETag");
     EXPECT_FALSE(tag.empty());
-    EXPECT_EQ(client().Get(path(MediaKind::audio, "folk-00.flac").c_str(), {{"If-None-Match", tag}})->status, 304);
-    EXPECT_EQ(client().Get(path(MediaKind::picture, "ad-1.png").c_str())->get_header_value("Content-Type"),
-              "image/png");
+    EXPECT_EQ(get(path(MediaKind::audio, "folk-00.flac"), {{"If-None-Match", tag}})->status, 304);
+    EXPECT_EQ(get(path(MediaKind::picture, "ad-1.png"))->get_header_value("Content-Type"), "image/png");
 }
 
 TEST_F(MediaTest, RangesAreServedByteForByte)
@@ -58,13 +61,7 @@ TEST_F(MediaTest, RangesAreServedByteForByte)
     listen();
     const std::string whole = content("folk-00.flac");
     const std::string size = std::to_string(whole.size());
-    struct Case {
-        std::string range;
-        int status;
-        size_t first;
-        size_t count;
-    };
-    const Case cases[] = {
+    const std::tuple<std::string, int, size_t, size_t> cases[] = {
         {"bytes=0-0", 206, 0, 1},
         {"bytes=100-199", 206, 100, 100},
         {"bytes=500-", 206, 500, whole.size() - 500},
@@ -76,14 +73,14 @@ TEST_F(MediaTest, RangesAreServedByteForByte)
         {"bytes=-0", 416, 0, 0},
         {"bytes=0-1,5-6", 200, 0, whole.size()},
     };
-    for (const Case &c : cases) {
-        const auto answer = client().Get(path(MediaKind::audio, "folk-00.flac").c_str(), {{"Range", c.range}});
-        ASSERT_TRUE(answer) << c.range;
-        EXPECT_EQ(answer->status, c.status) << c.range;
-        EXPECT_EQ(answer->body, c.status == 416 ? "" : whole.substr(c.first, c.count)) << c.range;
-        const std::string part = std::to_string(c.first) + "-" + std::to_string(c.first + c.count - 1);
+    for (const auto &[range, status, first, count] : cases) {
+        const auto answer = get(path(MediaKind::audio, "folk-00.flac"), {{"Range", range}});
+        ASSERT_TRUE(answer) << range;
+        EXPECT_EQ(answer->status, status) << range;
+        EXPECT_EQ(answer->body, status == 416 ? "" : whole.substr(first, count)) << range;
+        const std::string part = std::to_string(first) + "-" + std::to_string(first + count - 1);
         EXPECT_EQ(answer->get_header_value("Content-Range"),
-                  c.status == 200 ? "" : "bytes " + (c.status == 206 ? part : "*") + "/" + size);
+                  status == 200 ? "" : "bytes " + (status == 206 ? part : "*") + "/" + size);
     }
 }
 
@@ -91,7 +88,7 @@ TEST_F(MediaTest, ARangeOfAFileThatHasChangedGivesTheNewFile)
 {
     listen();
     const httplib::Headers headers = {{"Range", "bytes=5-"}, {"If-Range", "\"an older tag\""}};
-    const auto answer = client().Get(path(MediaKind::audio, "folk-00.flac").c_str(), headers);
+    const auto answer = get(path(MediaKind::audio, "folk-00.flac"), headers);
     EXPECT_EQ(answer->status, 200);
     EXPECT_EQ(answer->body, content("folk-00.flac"));
 }
@@ -109,7 +106,7 @@ TEST_F(MediaTest, OnlySignedAddressesInTheirTimeAreServed)
 {
     listen();
     const std::string good = path(MediaKind::audio, "folk-00.flac");
-    const auto status = [&](const std::string &address) { return client().Get(address.c_str())->status; };
+    const auto status = [&](const std::string &address) { return get(address)->status; };
     const auto replaced = [&](const std::string &from, const std::string &to) {
         std::string text = good;
         return text.replace(text.find(from), from.size(), to);
@@ -136,7 +133,7 @@ TEST_F(MediaTest, NothingOutsideTheCatalogueIsReachedEvenWithASignature)
     listen();
     for (const char *file :
          {"..", "../data/velmora.db", "%2e%2e%2fdata%2fvelmora.db", "velmora.db", ".flac", "folk-00%00.flac"})
-        EXPECT_EQ(client().Get(path(MediaKind::audio, file).c_str())->status / 100, 4) << file;
+        EXPECT_EQ(get(path(MediaKind::audio, file))->status / 100, 4) << file;
     EXPECT_FALSE(publicIdOf("../x.flac"));
     EXPECT_EQ(publicIdOf("track-1_b.flac"), "track-1_b");
 }
@@ -163,7 +160,7 @@ TEST_F(MediaTest, HealthCountsWhatCanBePlayed)
 {
     m_service->catalogue.setTrackPlayable("folk-00", false, 0);
     listen();
-    EXPECT_EQ(json::parse(client().Get("/health")->body),
+    EXPECT_EQ(json::parse(get("/health")->body),
               (json{{"code", 0}, {"data", {{"status", "ready"}, {"tracks", 23}, {"total", 24}}}}));
 }
 
@@ -195,7 +192,7 @@ TEST_F(MediaTest, AThrottledStreamTakesItsTime)
     settings.throttleBytesPerSecond = 50'000;
     listen(settings);
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(client().Get(path(MediaKind::audio, "folk-00.flac").c_str())->body.size(), 50'000u);
+    EXPECT_EQ(get(path(MediaKind::audio, "folk-00.flac"))->body.size(), 50'000u);
     EXPECT_GE(std::chrono::steady_clock::now() - start, 850ms);
 }
 

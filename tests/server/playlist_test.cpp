@@ -32,59 +32,33 @@ std::vector<Candidate> candidates()
     return all;
 }
 
-TEST(ChoiceTest, TheSameArtistNeverPlaysTwiceInARowWhereThereIsAnother)
-{
-    const Random random = seeded(1);
-    for (const Taste &taste :
-         {Taste{}, Taste{{3}, {"folk"}, {"calm"}, {90}, {}, {}, {}}, Taste{{3}, {}, {}, {}, {}, {}, {}}}) {
-        int64_t last = 0;
-        for (int i = 0; i < draws; ++i) {
-            const auto choice = chooseNext(taste, candidates(), last, {}, random);
-            ASSERT_TRUE(choice);
-            EXPECT_NE(choice->artistId, last);
-            last = choice->artistId;
-        }
-    }
-}
-
 TEST(ChoiceTest, OneArtistAloneMayFollowItself)
 {
     const std::vector<Candidate> one = {{11, 1, "folk", "calm", 90}, {12, 1, "folk", "calm", 90}};
-    const auto choice = chooseNext({}, one, 1, {11}, seeded(1));
-    ASSERT_TRUE(choice);
-    EXPECT_EQ(choice->trackId, 12);
+    EXPECT_EQ(chooseNext({}, one, 1, {11}, seeded(1)).value().trackId, 12);
     EXPECT_FALSE(chooseNext({}, {}, 0, {}, seeded(1)));
 }
 
-TEST(ChoiceTest, TheSeedsStylePlaysAndItsArtistOftenest)
+TEST(ChoiceTest, TheSeedsStylePlaysItsArtistOftenestAndThumbsUpDrawMusicOfThatKind)
 {
     const Random random = seeded(2);
-    const Taste taste{{3}, {"folk"}, {"calm"}, {90}, {}, {}, {}};
-    std::map<int64_t, int> byArtist;
+    const auto byArtist = [&](const Taste &taste) {
+        std::map<int64_t, int> counts;
+        for (int i = 0; i < draws; ++i)
+            ++counts[chooseNext(taste, candidates(), 0, {}, random)->artistId];
+        return counts;
+    };
     int folk = 0;
-    for (int i = 0; i < draws; ++i) {
-        const auto choice = chooseNext(taste, candidates(), 0, {}, random);
-        ++byArtist[choice->artistId];
-        folk += choice->artistId <= 5;
+    std::map<int64_t, int> seeds = byArtist({{3}, {"folk"}, {"calm"}, {90}, {}, {}, {}});
+    for (const auto &[artist, count] : seeds) {
+        folk += artist <= 5 ? count : 0;
+        EXPECT_TRUE(artist == 3 || count < seeds[3]) << artist;
     }
     EXPECT_GT(folk, draws * 9 / 10);
-    for (const auto &[artist, count] : byArtist)
-        EXPECT_TRUE(artist == 3 || count < byArtist[3]) << artist;
-}
-
-TEST(ChoiceTest, ThumbsUpDrawMusicOfThatKind)
-{
-    const Random random = seeded(3);
-    const auto countOf = [&](const Taste &taste) {
-        int count = 0;
-        for (int i = 0; i < draws; ++i)
-            count += chooseNext(taste, candidates(), 0, {}, random)->artistId == 2;
-        return count;
-    };
     const Taste plain{{}, {"folk"}, {}, {}, {}, {}, {}};
     Taste liked = plain;
     liked.likedArtists = {2};
-    EXPECT_GT(countOf(liked), countOf(plain) * 3 / 2);
+    EXPECT_GT(byArtist(liked)[2], byArtist(plain)[2] * 3 / 2);
 }
 
 TEST(ChoiceTest, HalfOfWhatFitsPassesBeforeATrackComesBack)
@@ -104,19 +78,15 @@ TEST(ChoiceTest, HalfOfWhatFitsPassesBeforeATrackComesBack)
 TEST(ChoiceTest, ReasonsAreWhatTheTrackSharesWithTheTaste)
 {
     const Taste taste{{3}, {"folk"}, {"calm"}, {90}, {}, {4}, {}};
-    struct Case {
-        Candidate candidate;
-        std::vector<Reason> reasons;
-    };
-    const Case cases[] = {
+    const std::pair<Candidate, std::vector<Reason>> cases[] = {
         {{1, 3, "folk", "calm", 92}, {Reason::artist, Reason::style, Reason::mood, Reason::tempo}},
         {{2, 1, "folk", "bright", 150}, {Reason::style}},
         {{3, 4, "rock", "bright", 150}, {Reason::liked}},
         {{4, 9, "rock", "bright", 90}, {}},
         {{5, 9, "rock", "calm", 0}, {Reason::mood}},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(reasonsFor(taste, c.candidate), c.reasons) << c.candidate.trackId;
+    for (const auto &[candidate, reasons] : cases)
+        EXPECT_EQ(reasonsFor(taste, candidate), reasons) << candidate.trackId;
 }
 
 TEST(ChoiceTest, TraitsAreAsciiAndEveryReasonIsKeptByItsId)
@@ -147,40 +117,42 @@ protected:
         }
         return all;
     }
+    // Whether the song is among those of forty lists.
+    bool isHeard(const std::string &user, const std::string &station, const json &song)
+    {
+        const std::vector<json> heard = tracks(user, station, 40);
+        return std::any_of(heard.begin(), heard.end(),
+                           [&](const json &t) { return t["songName"] == song["songName"]; });
+    }
 };
 
 TEST_F(PlaylistTest, EveryListHasFourEntriesOneAdAndNeverBeginsWithIt)
 {
     const std::string user = newListener();
-    std::set<int> places;
+    std::set<ptrdiff_t> places;
     for (int round = 0; round < 12; ++round) {
         const std::string station = addStation(user, "folk");
         for (int list = 0; list < 3; ++list) {
             const json entries = data("getPlaylist", {{"stationToken", station}}, user).at("entries");
             ASSERT_EQ(entries.size(), 4u);
-            int ads = 0;
-            for (size_t i = 0; i < 4; ++i) {
-                if (entries[i].at("type") != "ad")
-                    continue;
-                ++ads;
-                EXPECT_NE(i, 0u);
-                places.insert(static_cast<int>(i));
-            }
-            EXPECT_EQ(ads, 1);
+            const auto isAd = [](const json &entry) { return entry.at("type") == "ad"; };
+            EXPECT_EQ(std::count_if(entries.begin(), entries.end(), isAd), 1);
+            places.insert(std::find_if(entries.begin(), entries.end(), isAd) - entries.begin());
         }
         data("deleteStation", {{"stationToken", station}}, user);
     }
-    EXPECT_EQ(places.size(), 3u);
+    EXPECT_EQ(places, (std::set<ptrdiff_t>{1, 2, 3}));
 }
 
-TEST_F(PlaylistTest, ArtistsChangeAcrossTheEndsOfListsToo)
+TEST_F(PlaylistTest, TheSameArtistNeverPlaysTwiceInARowAcrossTheEndsOfListsToo)
 {
     const std::string user = newListener();
-    const std::string station = addStation(user, "folk");
-    std::string last;
-    for (const json &track : tracks(user, station, 40)) {
-        EXPECT_NE(track.at("artistName"), last);
-        last = track.at("artistName");
+    for (const std::string &station : {addStation(user, "folk"), tapestryToken(user)}) {
+        std::string last;
+        for (const json &track : tracks(user, station, 40)) {
+            EXPECT_NE(track.at("artistName"), last);
+            last = track.at("artistName");
+        }
     }
 }
 
@@ -190,8 +162,7 @@ TEST_F(PlaylistTest, ATrackWithAThumbDownDoesNotComeBackOnThatStation)
     const std::string station = addStation(user, "rock");
     const json track = firstTrack(user, station);
     data("addFeedback", {{"trackToken", track["trackToken"]}, {"isPositive", false}}, user);
-    for (const json &next : tracks(user, station, 40))
-        EXPECT_NE(next.at("songName"), track.at("songName"));
+    EXPECT_FALSE(isHeard(user, station, track));
     data("addFeedback", {{"trackToken", track["trackToken"]}, {"isPositive", true}}, user);
     const std::vector<json> after = tracks(user, station, 40);
     const auto found =
@@ -205,22 +176,14 @@ TEST_F(PlaylistTest, ASleepingTrackStaysAwayForAMonthFromEveryStation)
     const std::string user = newListener();
     const std::string station = addStation(user, "rock");
     const json track = firstTrack(user, station);
-    const auto isHeard = [&](const std::string &stationToken) {
-        const std::vector<json> heard = tracks(user, stationToken, 40);
-        return std::any_of(heard.begin(), heard.end(),
-                           [&](const json &t) { return t["songName"] == track["songName"]; });
-    };
     data("sleepSong", {{"trackToken", track["trackToken"]}}, user);
-    EXPECT_FALSE(isHeard(station));
-    EXPECT_FALSE(isHeard(tapestryToken(user)));
+    EXPECT_FALSE(isHeard(user, station, track));
+    EXPECT_FALSE(isHeard(user, tapestryToken(user), track));
     *m_now += 30 * 24 * 3600 - 1;
-    const std::string later = logIn("mira@example.org", addDevice());
-    for (const json &next : tracks(later, station, 20))
-        EXPECT_NE(next.at("songName"), track.at("songName"));
+    const std::string later = logIn(miraName, addDevice());
+    EXPECT_FALSE(isHeard(later, station, track));
     *m_now += 1;
-    const std::vector<json> awake = tracks(later, station, 40);
-    EXPECT_TRUE(
-        std::any_of(awake.begin(), awake.end(), [&](const json &t) { return t["songName"] == track["songName"]; }));
+    EXPECT_TRUE(isHeard(later, station, track));
 }
 
 TEST_F(PlaylistTest, BookmarksAreKept)
@@ -231,7 +194,7 @@ TEST_F(PlaylistTest, BookmarksAreKept)
         data("addSongBookmark", {{"trackToken", track["trackToken"]}}, user);
         data("addArtistBookmark", {{"trackToken", track["trackToken"]}}, user);
     }
-    const Feedback::Bookmarks kept = m_service->feedback.bookmarks(m_service->accounts.find("mira@example.org")->id);
+    const Feedback::Bookmarks kept = m_service->feedback.bookmarks(idOf());
     ASSERT_EQ(kept.tracks.size(), 1u);
     ASSERT_EQ(kept.artists.size(), 1u);
     EXPECT_EQ(m_service->catalogue.track(kept.tracks[0])->song, track.at("songName"));
@@ -273,7 +236,7 @@ TEST_F(PlaylistTest, OnlyTracksWithAFileArePlayedAndNoneIsAClearError)
 TEST_F(PlaylistTest, AStationOfWhichNothingIsLeftSaysSo)
 {
     const std::string user = newListener();
-    const AccountId mira = m_service->accounts.find("mira@example.org")->id;
+    const AccountId mira = idOf();
     const std::string station = addStation(user, "folk");
     const int64_t id = m_service->stations.find(mira, station)->id;
     for (const Track &track : smallCatalogue({}))
@@ -310,6 +273,21 @@ protected:
         return source;
     }
 
+    // Makes what is missing until so many tracks can be played; false when they never can.
+    bool make(int playable)
+    {
+        DemoLibrary library(m_service->catalogue, source(), m_folder, [this](const std::string &line) {
+            const std::lock_guard guard(m_mutex);
+            m_lines.push_back(line);
+        });
+        library.start();
+        m_playableAtOnce = m_service->catalogue.counts().playable;
+        return m_service->catalogue.waitUntil([&] { return m_service->catalogue.counts().playable == playable; },
+                                              std::chrono::seconds(20));
+    }
+
+    const std::filesystem::path m_folder = m_service->dataDirectory() / "demo";
+    int m_playableAtOnce = 0;
     std::mutex m_mutex;
     std::vector<std::string> m_made;
     std::vector<std::string> m_lines;
@@ -318,16 +296,7 @@ protected:
 
 TEST_F(DemoLibraryTest, ATrackOfEveryStyleIsMadeFirstThenAdsThenTheRest)
 {
-    {
-        DemoLibrary library(m_service->catalogue, source(), m_service->dataDirectory() / "demo",
-                            [this](const std::string &line) {
-                                const std::lock_guard guard(m_mutex);
-                                m_lines.push_back(line);
-                            });
-        library.start();
-        ASSERT_TRUE(m_service->catalogue.waitUntil([&] { return m_service->catalogue.counts().playable == 6; },
-                                                   std::chrono::seconds(20)));
-    }
+    ASSERT_TRUE(make(6));
     EXPECT_EQ(m_made, (std::vector<std::string>{"a0", "b3", "c5", "an-ad", "a1", "a2", "b4"}));
     EXPECT_EQ(m_lines.front(), "demo catalogue: 1 of 6 tracks");
     EXPECT_EQ(m_lines.back(), "demo catalogue: 6 of 6 tracks");
@@ -337,33 +306,21 @@ TEST_F(DemoLibraryTest, ATrackOfEveryStyleIsMadeFirstThenAdsThenTheRest)
 
 TEST_F(DemoLibraryTest, AWantedStyleComesFirstAndFilesThatAreThereAreNotMadeAgain)
 {
-    const std::filesystem::path directory = m_service->dataDirectory() / "demo";
-    std::filesystem::create_directory(directory);
-    std::ofstream(directory / "a0.flac") << "there";
-    std::ofstream(directory / "a1.flac.Xy12Zq") << "unfinished";
+    std::filesystem::create_directory(m_folder);
+    std::ofstream(m_folder / "a0.flac") << "there";
+    std::ofstream(m_folder / "a1.flac.Xy12Zq") << "unfinished";
     m_service->catalogue.want({"c"});
-    {
-        DemoLibrary library(m_service->catalogue, source(), directory, [](const std::string &) {});
-        library.start();
-        EXPECT_GE(m_service->catalogue.counts().playable, 1) << "playable before anything is made";
-        ASSERT_TRUE(m_service->catalogue.waitUntil([&] { return m_service->catalogue.counts().playable == 6; },
-                                                   std::chrono::seconds(20)));
-    }
+    ASSERT_TRUE(make(6));
+    EXPECT_GE(m_playableAtOnce, 1) << "playable before anything is made";
     EXPECT_EQ(m_made.front(), "c5");
     EXPECT_EQ(std::count(m_made.begin(), m_made.end(), "a0"), 0);
-    EXPECT_FALSE(std::filesystem::exists(directory / "a1.flac.Xy12Zq"));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "a1.flac.Xy12Zq"));
 }
 
 TEST_F(DemoLibraryTest, ATrackThatCannotBeMadeIsLeftOutAndTheOthersGoOn)
 {
     m_broken = "b3";
-    {
-        DemoLibrary library(m_service->catalogue, source(), m_service->dataDirectory() / "demo",
-                            [](const std::string &) {});
-        library.start();
-        ASSERT_TRUE(m_service->catalogue.waitUntil([&] { return m_service->catalogue.counts().playable == 5; },
-                                                   std::chrono::seconds(20)));
-    }
+    ASSERT_TRUE(make(5));
     EXPECT_FALSE(m_service->catalogue.track("b3")->isPlayable);
 }
 

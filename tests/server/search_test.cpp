@@ -10,11 +10,7 @@ namespace {
 
 TEST(FoldingTest, CaseMarksAndLettersWithStrokesFold)
 {
-    struct Case {
-        const char *text;
-        const char *folded;
-    };
-    const Case cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"Paper Boats", "paper boats"},
         {"ÉLISE Ångström Dvořák", "elise angstrom dvorak"},
         {"e\xcc\x81lise", "elise"}, // a letter and a combining mark
@@ -31,8 +27,8 @@ TEST(FoldingTest, CaseMarksAndLettersWithStrokesFold)
          "b",
          "a b"},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(foldedText(c.text), c.folded) << c.text;
+    for (const auto &[text, folded] : cases)
+        EXPECT_EQ(foldedText(text), folded) << text;
 }
 
 TEST(FoldingTest, CharactersAreCountedNotBytes)

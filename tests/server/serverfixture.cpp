@@ -1,23 +1,8 @@
 #include "serverfixture.h"
 
-#include <cstdlib>
 #include <fstream>
 
 namespace velmora::server {
-
-TemporaryDirectory::TemporaryDirectory()
-{
-    std::string name = (std::filesystem::temp_directory_path() / "velmora-server-test-XXXXXX").string();
-    if (!::mkdtemp(name.data()))
-        throw std::runtime_error("no temporary directory");
-    m_path = name;
-}
-
-TemporaryDirectory::~TemporaryDirectory()
-{
-    std::error_code error;
-    std::filesystem::remove_all(m_path, error);
-}
 
 ServerTest::ServerTest()
 {
@@ -36,18 +21,17 @@ ServerTest::~ServerTest() = default;
 
 std::vector<Track> ServerTest::smallCatalogue(const std::filesystem::path &mediaDirectory)
 {
-    const std::array styles = {"ambient", "folk", "rock", "swing"};
+    const std::array<std::string, 4> styles = {"ambient", "folk", "rock", "swing"};
     const std::array moods = {"calm", "warm", "restless", "bright"};
     std::vector<Track> tracks;
     for (size_t style = 0; style < styles.size(); ++style) {
         for (int artist = 0; artist < 3; ++artist) {
             for (int song = 0; song < 2; ++song) {
+                const std::string name = styles[style] + "-" + std::to_string(artist) + std::to_string(song);
                 Track track;
-                const std::string name =
-                    std::string(styles[style]) + "-" + std::to_string(artist) + std::to_string(song);
                 track.publicId = name;
                 track.song = "Song " + name;
-                track.artist = "Artist " + std::string(styles[style]) + " " + std::to_string(artist);
+                track.artist = "Artist " + styles[style] + " " + std::to_string(artist);
                 track.album = "Album " + std::to_string(artist);
                 track.style = styles[style];
                 track.mood = moods[(style + static_cast<size_t>(song)) % moods.size()];
@@ -75,19 +59,15 @@ void ServerTest::fillCatalogue()
     for (const char *id : {"ad-1", "ad-2"})
         ads.push_back(Ad{0, id, "Fresh bread at seven", "Corner Mill Bakery", 8, media / (std::string(id) + ".flac"),
                          "audio/flac", media / (std::string(id) + ".png"), true});
-    const auto write = [](const std::filesystem::path &file, const std::string &id) {
-        std::ofstream stream(file, std::ios::binary);
-        for (int i = 0; i < 1000; ++i)
-            stream << id << ' ' << i << '\n';
+    const auto write = [](const auto &entry) {
+        for (const std::filesystem::path &file : {entry.audioFile, entry.pictureFile}) {
+            std::ofstream stream(file, std::ios::binary);
+            for (int i = 0; i < 1000; ++i)
+                stream << entry.publicId << ' ' << i << '\n';
+        }
     };
-    for (const Track &track : tracks) {
-        write(track.audioFile, track.publicId);
-        write(track.pictureFile, track.publicId);
-    }
-    for (const Ad &ad : ads) {
-        write(ad.audioFile, ad.publicId);
-        write(ad.pictureFile, ad.publicId);
-    }
+    std::for_each(tracks.begin(), tracks.end(), write);
+    std::for_each(ads.begin(), ads.end(), write);
     m_service->catalogue.put(tracks);
     m_service->catalogue.put(ads);
 }
@@ -120,11 +100,15 @@ TestDevice ServerTest::addDevice(const std::string &digits)
     return device;
 }
 
+Reply ServerTest::tryLogIn(const std::string &userName, const std::string &secret, const TestDevice &device)
+{
+    return call("userLogin", {{"loginType", "user"}, {"userName", userName}, {"password", secret}},
+                device.partnerToken);
+}
+
 std::string ServerTest::logIn(const std::string &userName, const TestDevice &device)
 {
-    return data("userLogin", {{"loginType", "user"}, {"userName", userName}, {"password", password}},
-                device.partnerToken)
-        .value("userToken", "");
+    return tryLogIn(userName, password, device).data.value("userToken", "");
 }
 
 std::string ServerTest::newListener(const std::string &userName)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "server/api/apiserver.h"
+#include "temporarydirectory.h"
 
 #include <gtest/gtest.h>
 #include <httplib.h>
@@ -8,19 +9,6 @@
 namespace velmora::server {
 
 using nlohmann::json;
-
-// A directory that goes with the object.
-class TemporaryDirectory {
-public:
-    TemporaryDirectory();
-    ~TemporaryDirectory();
-    TemporaryDirectory(const TemporaryDirectory &) = delete;
-    TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
-    const std::filesystem::path &path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
 
 // The code and data of an answer.
 struct Reply {
@@ -41,7 +29,8 @@ struct TestDevice {
 // stands until the test turns it; its passwords cost next to nothing.
 class ServerTest : public testing::Test {
 protected:
-    static constexpr const char *password = "seven small lamps";
+    static constexpr const char *miraName = "mira@example.org";
+    static constexpr const char *password = "seven small lamps"; // of every account
 
     ServerTest();
     ~ServerTest() override;
@@ -57,12 +46,14 @@ protected:
         return data(function, parameters, token).value(name, json::array());
     }
 
-    AccountId addAccount(const std::string &userName);
+    AccountId addAccount(const std::string &userName = miraName);
+    AccountId idOf(const std::string &userName = miraName) { return m_service->accounts.find(userName)->id; }
     TestDevice addDevice(const std::string &digits = "001A2B3C4D5E");
+    Reply tryLogIn(const std::string &userName, const std::string &secret, const TestDevice &device);
     // A user token of the account, logged in by name on this device.
     std::string logIn(const std::string &userName, const TestDevice &device);
     // Both at once, for tests of what comes after.
-    std::string newListener(const std::string &userName = "mira@example.org");
+    std::string newListener(const std::string &userName = miraName);
     // A station of the style, by its token.
     std::string addStation(const std::string &token, const std::string &style);
     // The first track entry of a new list of the station.

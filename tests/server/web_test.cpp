@@ -93,6 +93,19 @@ protected:
     {
         return call("userLogin", {{"loginType", "deviceId"}, {"deviceId", m_device.slot(slot)}}, m_device.partnerToken);
     }
+    // Signed in on the account page.
+    int signIn(Browser &browser, const std::string &email = miraName, const std::string &secret = password)
+    {
+        browser.get("/account");
+        return browser.post("/account/signin", {{"email", email}, {"password", secret}});
+    }
+    MailSettings mailSettings() const
+    {
+        MailSettings settings;
+        settings.outbox = m_outbox;
+        settings.address = [] { return std::string("https://radio.example"); };
+        return settings;
+    }
     // From the code to the permission page.
     void enter(Browser &browser, const std::string &code, const std::string &action, const std::string &email,
                const std::string &secret)
@@ -104,6 +117,7 @@ protected:
         ASSERT_TRUE(browser.shows("Allow this radio?"));
     }
 
+    const std::filesystem::path m_outbox = m_directory.path() / "outbox";
     WebPages m_pages;
     int m_port = 0;
     TestDevice m_device;
@@ -128,25 +142,24 @@ TEST_F(WebTest, aNewAccountIsMadeAndTheRadioGetsInOnce)
 
 TEST_F(WebTest, anExistingAccountSignsInAndNothingTypedIsLostByAMistake)
 {
-    addAccount("mira@example.org");
+    addAccount();
     Browser browser(m_port);
     browser.get("/activate");
     EXPECT_EQ(browser.post("/activate", {{"code", newCode()}}), 200);
-    EXPECT_EQ(browser.post("/activate/account",
-                           {{"action", "signin"}, {"email", "mira@example.org"}, {"password", "wrong one"}}),
-              422);
-    EXPECT_TRUE(browser.shows("mira@example.org")); // the address stays
+    const auto signsIn = [&](const std::string &secret) {
+        return browser.post("/activate/account", {{"action", "signin"}, {"email", miraName}, {"password", secret}});
+    };
+    EXPECT_EQ(signsIn("wrong one"), 422);
+    EXPECT_TRUE(browser.shows(miraName)); // the address stays
     EXPECT_FALSE(browser.shows("wrong one"));
-    EXPECT_EQ(browser.post("/activate/account",
-                           {{"action", "signin"}, {"email", "mira@example.org"}, {"password", password}}),
-              200);
+    EXPECT_EQ(signsIn(password), 200);
     EXPECT_EQ(browser.post("/activate/allow", {}), 200);
     EXPECT_EQ(deviceLogin().code, 0);
 }
 
 TEST_F(WebTest, whatIsWrongWithANewAccountIsSaid)
 {
-    addAccount("mira@example.org");
+    addAccount();
     const std::tuple<const char *, const char *, const char *> cases[] = {
         {"not an address", "a long enough one", "not an e-mail address"},
         {"nora@example.org", "short", "at least eight characters"},
@@ -163,7 +176,7 @@ TEST_F(WebTest, whatIsWrongWithANewAccountIsSaid)
 
 TEST_F(WebTest, aFormWithoutItsTokenChangesNothing)
 {
-    addAccount("mira@example.org");
+    addAccount();
     Browser browser(m_port);
     enter(browser, newCode(), "signin", "mira@example.org", password);
     const std::string right = browser.csrf;
@@ -196,15 +209,14 @@ TEST_F(WebTest, guessingCodesEndsSoonAndExpiredOnesAreRefused)
 
 TEST_F(WebTest, theAccountPageShowsRadiosAndTakesTheirAccessAwayAtOnce)
 {
-    addAccount("mira@example.org");
-    const std::string token = logIn("mira@example.org", m_device);
+    addAccount();
+    const std::string token = logIn(miraName, m_device);
     data("associateDevice", {{"deviceId", m_device.slot(2)}}, token);
     const std::string deviceToken = deviceLogin(2).data.value("userToken", "");
     Browser browser(m_port);
-    browser.get("/account");
-    EXPECT_EQ(browser.post("/account/signin", {{"email", "mira@example.org"}, {"password", "wrong one"}}), 422);
+    EXPECT_EQ(signIn(browser, miraName, "wrong one"), 422);
     const std::string before = browser.cookie;
-    EXPECT_EQ(browser.post("/account/signin", {{"email", "mira@example.org"}, {"password", password}}), 303);
+    EXPECT_EQ(signIn(browser), 303);
     EXPECT_NE(browser.cookie, before); // a cookie that was known before is worth nothing
     browser.get("/account");
     EXPECT_TRUE(browser.shows(m_device.slot(2)));
@@ -217,12 +229,11 @@ TEST_F(WebTest, theAccountPageShowsRadiosAndTakesTheirAccessAwayAtOnce)
 
 TEST_F(WebTest, aNewPasswordNeedsTheOldOneAndSignsOthersOut)
 {
-    addAccount("mira@example.org");
+    addAccount();
     Browser mine(m_port);
     Browser other(m_port);
     for (Browser *browser : {&mine, &other}) {
-        browser->get("/account");
-        browser->post("/account/signin", {{"email", "mira@example.org"}, {"password", password}});
+        signIn(*browser);
         browser->get("/account");
     }
     EXPECT_EQ(mine.post("/account/password", {{"password", "wrong one"}, {"new", "another long one"}}), 422);
@@ -232,16 +243,12 @@ TEST_F(WebTest, aNewPasswordNeedsTheOldOneAndSignsOthersOut)
     EXPECT_TRUE(mine.shows("Radios with access"));
     other.get("/account");
     EXPECT_FALSE(other.shows("Radios with access"));
-    EXPECT_EQ(call("userLogin",
-                   {{"loginType", "user"}, {"userName", "mira@example.org"}, {"password", "another long one"}},
-                   m_device.partnerToken)
-                  .code,
-              0);
+    EXPECT_EQ(tryLogIn(miraName, "another long one", m_device).code, 0);
 }
 
 TEST_F(WebTest, aResetLinkOpensOnceAndAShortPasswordDoesNotCostIt)
 {
-    const AccountId id = addAccount("mira@example.org");
+    const AccountId id = addAccount();
     const std::string token = m_service->accounts.issueReset(id, passwordPurpose, 3600);
     Browser browser(m_port);
     EXPECT_EQ(browser.get("/reset?token=guessed"), 410);
@@ -295,34 +302,34 @@ TEST_F(WebTest, cookiesAreSecureOnlyWhereTheServiceIsEncrypted)
 TEST_F(WebTest, whatAPersonTypedIsNeverMarkup)
 {
     Browser browser(m_port);
-    browser.get("/account");
-    browser.post("/account/signin", {{"email", "\"><script>alert(1)</script>"}, {"password", "x"}});
+    signIn(browser, "\"><script>alert(1)</script>", "x");
     EXPECT_FALSE(browser.shows("<script"));
     EXPECT_TRUE(browser.shows("&lt;script&gt;"));
 }
 
 TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
 {
-    addAccount("mira@example.org");
-    const std::filesystem::path outbox = m_directory.path() / "outbox";
+    addAccount();
+    const auto remind = [&](const char *userName) {
+        return call("emailPassword", {{"userName", userName}}, m_device.partnerToken).code;
+    };
+    EXPECT_EQ(remind(miraName), 5000) << "no mail is set up";
     {
-        MailSettings settings;
-        settings.outbox = outbox;
-        settings.address = [] { return std::string("https://radio.example"); };
-        Mailbox mailbox(settings);
+        Mailbox mailbox(mailSettings());
         m_service->mailer = &mailbox;
-        EXPECT_EQ(call("emailPassword", {{"userName", "mira@example.org"}}, m_device.partnerToken).code, 0);
-        EXPECT_EQ(call("emailPassword", {{"userName", "nobody@example.org"}}, m_device.partnerToken).code, 0);
+        EXPECT_EQ(remind(miraName), 0);
+        EXPECT_EQ(remind("nobody@example.org"), 0) << "the answer does not tell who has an account";
+        EXPECT_EQ(remind("mira"), 5107);
     }
     m_service->mailer = nullptr;
     std::vector<std::filesystem::path> mails;
-    for (const auto &entry : std::filesystem::directory_iterator(outbox))
+    for (const auto &entry : std::filesystem::directory_iterator(m_outbox))
         mails.push_back(entry.path());
     ASSERT_EQ(mails.size(), 1U);
     struct stat info {};
     ASSERT_EQ(::stat(mails.front().c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0600U);
-    ASSERT_EQ(::stat(outbox.c_str(), &info), 0);
+    ASSERT_EQ(::stat(m_outbox.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0700U);
     std::ifstream file(mails.front());
     const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
@@ -335,11 +342,13 @@ TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
     EXPECT_EQ(browser.get(match[1]), 200);
 }
 
-// A mail server that takes one mail and keeps what it was told.
-class OneMailServer {
+// A mail server that keeps what it was told.
+class MailServer {
 public:
-    OneMailServer()
-        : m_listening(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    // A conversation for each of these, its answer to the recipient's name.
+    explicit MailServer(std::vector<std::string_view> answers)
+        : m_answers(std::move(answers))
+        , m_listening(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -349,14 +358,17 @@ public:
             ::getsockname(m_listening, reinterpret_cast<sockaddr *>(&address), &size) != 0)
             throw std::runtime_error("no port for the mail server");
         port = ntohs(address.sin_port);
-        m_thread = std::thread([this] { talk(); });
+        m_thread = std::thread([this] {
+            for (const std::string_view answer : m_answers)
+                talk(answer);
+        });
     }
-    ~OneMailServer()
+    ~MailServer()
     {
         finish();
         ::close(m_listening);
     }
-    // Waits for the end of the conversation.
+    // Waits for the end of the conversations.
     void finish()
     {
         ::shutdown(m_listening, SHUT_RD);
@@ -368,75 +380,68 @@ public:
     std::string heard; // valid after finish()
 
 private:
-    void talk()
+    void talk(std::string_view answer)
     {
         const int peer = ::accept(m_listening, nullptr, nullptr);
-        if (peer < 0)
+        FILE *input = ::fdopen(peer, "r");
+        if (!input)
             return;
-        const auto say = [peer](const std::string &line) { (void)!::write(peer, line.data(), line.size()); };
-        say("220 here\r\n");
-        std::string line;
+        const auto say = [peer](std::string_view text) { return ::write(peer, text.data(), text.size()) > 0; };
+        char *line = nullptr;
+        size_t size = 0;
         bool isText = false;
-        char c = 0;
-        while (::read(peer, &c, 1) == 1) {
-            line += c;
-            if (c != '\n')
+        bool isTalking = say("220 here\r\n");
+        while (isTalking && ::getline(&line, &size, input) > 0) {
+            const std::string_view said = line;
+            heard += said;
+            if (isText && said != ".\r\n")
                 continue;
-            heard += line;
-            if (isText) {
-                isText = line != ".\r\n";
-                if (!isText)
-                    say("250 taken\r\n");
-            } else if (line.starts_with("DATA")) {
-                isText = true;
-                say("354 go on\r\n");
-            } else if (line.starts_with("QUIT")) {
-                say("221 bye\r\n");
-                break;
-            } else {
-                say("250 fine\r\n");
-            }
-            line.clear();
+            isText = said.starts_with("DATA");
+            isTalking = say(isText ? "354 go on\r\n" : said.starts_with("RCPT") ? answer : "250 fine\r\n");
         }
-        ::close(peer);
+        std::free(line);
+        std::fclose(input);
     }
 
+    const std::vector<std::string_view> m_answers;
     int m_listening;
     std::thread m_thread;
 };
 
-TEST_F(WebTest, aConfiguredMailServerGetsTheMailAndTheOutboxStaysEmpty)
+TEST_F(WebTest, aMailServerIsAskedAgainWhenItSaysLaterAndNotWhenItRefuses)
 {
-    addAccount("mira@example.org");
-    OneMailServer server;
-    const std::filesystem::path outbox = m_directory.path() / "outbox";
-    MailSettings settings;
-    settings.smtp = "smtp://127.0.0.1:" + std::to_string(server.port);
-    settings.outbox = outbox;
-    settings.address = [] { return std::string("https://radio.example"); };
-    Mailbox mailbox(settings);
-    mailbox.sendPasswordReset("mira@example.org", "token-of-the-mail");
-    // The conversation ends by itself; only then is it asked what was said.
-    for (int i = 0; i < 1000 && !std::filesystem::exists(outbox) && !mailbox.isIdle(); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    server.finish();
-    EXPECT_NE(server.heard.find("RCPT TO:<mira@example.org>"), std::string::npos) << server.heard;
-    EXPECT_NE(server.heard.find("https://radio.example/reset?token=token-of-the-mail\r\n"), std::string::npos);
-    EXPECT_FALSE(std::filesystem::exists(outbox));
+    const std::tuple<std::vector<std::string_view>, bool> cases[] = {
+        {{"250 fine\r\n"}, true}, {{"451 later\r\n", "250 fine\r\n"}, true}, {{"550 nobody here\r\n"}, false}};
+    for (const auto &[answers, isDelivered] : cases) {
+        SCOPED_TRACE(answers.front());
+        MailServer server(answers);
+        MailSettings settings = mailSettings();
+        settings.smtp = "smtp://127.0.0.1:" + std::to_string(server.port);
+        settings.sender = "radio@radio.example";
+        settings.retries = {std::chrono::seconds(0)};
+        Mailbox mailbox(settings);
+        mailbox.sendPasswordReset("mira@example.org", "token-of-the-mail");
+        // The conversations end by themselves; only then is it asked what was said.
+        for (int i = 0; i < 1000 && !mailbox.isIdle(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        server.finish();
+        EXPECT_NE(server.heard.find("MAIL FROM:<radio@radio.example>"), std::string::npos) << server.heard;
+        EXPECT_NE(server.heard.find("RCPT TO:<mira@example.org>"), std::string::npos) << server.heard;
+        const std::string link = "https://radio.example/reset?token=token-of-the-mail\r\n";
+        EXPECT_EQ(server.heard.find(link) != std::string::npos, isDelivered) << server.heard;
+        EXPECT_EQ(std::filesystem::exists(m_outbox), !isDelivered);
+    }
 }
 
 TEST_F(WebTest, aMailThatCannotBeDeliveredIsKept)
 {
-    const std::filesystem::path outbox = m_directory.path() / "outbox";
     {
-        MailSettings settings;
+        MailSettings settings = mailSettings();
         settings.smtp = "smtp://127.0.0.1:1";
-        settings.outbox = outbox;
-        settings.address = [] { return std::string("https://radio.example"); };
         Mailbox mailbox(settings);
         mailbox.sendPasswordReset("mira@example.org", "t");
     }
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(outbox), {}), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_outbox), {}), 1);
 }
 
 TEST(MailboxTest, anAddressCannotBringHeadersOfItsOwn)
