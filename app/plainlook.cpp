@@ -25,7 +25,7 @@ QString styleSheet()
 {
     return QStringLiteral(R"(
 QDialog, QFrame#velmoraMainFrame { background-color: #1C0F29; }
-MenuDlg, MsgboxDlg, AboutDlg, WhyDlg { background-color: #3A2150; }
+MenuDlg, MsgboxDlg, AboutDlg, WhyDlg { background-color: transparent; }
 QLabel, QPushButton { color: rgb(255, 255, 255); }
 QPushButton { background-color: #34204A; outline: none; }
 QPushButton:focus { background-color: #FFB930; }
@@ -34,8 +34,14 @@ SelectUserDlg QPushButton#newUserBtn:focus { color: rgb(255, 255, 255); }
 ImageListWidget { background: transparent; border: none; outline: 0; color: rgb(255, 255, 255); }
 ImageListWidget::item:selected { background-color: #4A2F60; color: rgb(255, 255, 255); }
 ImageListWidget::item:selected:focus { background-color: #FFB930; color: rgb(0, 0, 0); }
-QLineEdit { background-color: #FFF8EA; padding: 0px 24px; border: 4px solid rgb(255, 180, 0); }
-QLineEdit:read-only { background-color: #170B22; border: 2px solid #7D6298; }
+QPushButton#playBtn { qproperty-text: "Play"; }
+QPushButton#nextBtn { qproperty-text: "Next"; }
+QPushButton#thumbdownBtn { qproperty-text: "Down"; }
+QPushButton#thumbupBtn { qproperty-text: "Up"; }
+QPushButton[objectName^="userListDelBtn"] { qproperty-text: "Delete"; font: 14pt; }
+QLineEdit { background-color: #FFF8EA; padding: 0px 18px; border: 4px solid rgb(255, 180, 0); }
+QLineEdit:read-only, QLineEdit[styleSheet*="InputBox_Normal"] {
+    background-color: #170B22; padding: 0px 20px; border: 2px solid #7D6298; }
 )");
 }
 

@@ -23,9 +23,8 @@ constexpr int rowsShown = 8;
 // The same picture for every mode, so that a selected row's icon is not tinted.
 QIcon plainIcon(const char *path)
 {
-    const QPixmap picture{QString::fromLatin1(path)};
-    QIcon icon(picture);
-    icon.addPixmap(picture, QIcon::Selected);
+    QIcon icon(QString::fromLatin1(path));
+    icon.addFile(QString::fromLatin1(path), QSize(), QIcon::Selected);
     return icon;
 }
 

@@ -4,11 +4,14 @@
 #include "widgets/imagelistwidgetitem.h"
 #include "widgets/marquee.h"
 
+#include <QApplication>
 #include <QDebug>
+#include <QFile>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -23,6 +26,17 @@ constexpr int textRight = 20;
 QPixmap focusBar()
 {
     return QPixmap(QStringLiteral(":/images/FocusBar.png"));
+}
+
+// The file that a style sheet takes for the same bar on this screen: under a marquee both are seen side by side.
+QPixmap sharpFocusBar()
+{
+    for (int times = qMin(qCeil(qApp->devicePixelRatio()), 9); times > 1; --times) {
+        const QString path = QStringLiteral(":/images/FocusBar@%1x.png").arg(times);
+        if (QFile::exists(path))
+            return QPixmap(path);
+    }
+    return focusBar();
 }
 
 QPixmap plainBar()
@@ -115,7 +129,7 @@ void ImageListWidget::checkScroll(QListWidgetItem *item)
     qDebug("ImageListWidget,checkScroll,start scoll...");
     const QRect place = row.adjusted(labelLeft, 0, -labelRight, 0).translated(viewport()->pos());
     m_scrollLabel->setGeometry(place);
-    m_scrollLabel->setBackdrop(backdrop(place));
+    m_scrollLabel->setBackdrop(backdrop(place.adjusted(0, 0, 1, 1))); // whole pixels of the screen, at any scale
     showBar(item, item->background().texture());
     m_scrollLabel->setText(text + QString(marquee::gapBlanks, QLatin1Char(' ')));
     m_scrollLabel->show();
@@ -172,13 +186,8 @@ QPixmap ImageListWidget::backdrop(const QRect &rect) const
 
 void ImageListWidget::showBar(QListWidgetItem *item, const QPixmap &bar)
 {
-    if (!item || bar.isNull()) {
-        m_scrollLabel->setBar(QPixmap());
-        return;
-    }
-    const qreal ratio = bar.devicePixelRatio();
-    m_scrollLabel->setBar(
-        bar.copy(QRectF(labelLeft * ratio, 0, bar.width() - (labelLeft + labelRight) * ratio, bar.height()).toRect()));
+    if (item)
+        m_scrollLabel->setBar(bar, QRect(QPoint(-labelLeft, 0), visualItemRect(item).size()));
 }
 
 void ImageListWidget::setFocusBg(QListWidgetItem *item)
@@ -191,7 +200,7 @@ void ImageListWidget::setFocusBg(QListWidgetItem *item)
     item->setData(Qt::BackgroundRole, QBrush(focusBar()));
     checkScroll(item);
     if (m_isScrolling)
-        showBar(item, focusBar());
+        showBar(item, sharpFocusBar());
 }
 
 void ImageListWidget::clearBg(QListWidgetItem *item)

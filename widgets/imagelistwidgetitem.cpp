@@ -2,6 +2,7 @@
 
 #include "widgets/marquee.h"
 
+#include <qdrawutil.h>
 #include <QPainter>
 #include <QPaintEvent>
 #include <QTimer>
@@ -25,9 +26,10 @@ void ImageListWidgetItem::setBackdrop(const QPixmap &backdrop)
     update();
 }
 
-void ImageListWidgetItem::setBar(const QPixmap &bar)
+void ImageListWidgetItem::setBar(const QPixmap &bar, const QRect &place)
 {
     m_bar = bar;
+    m_barPlace = place;
     update();
 }
 
@@ -97,7 +99,11 @@ void ImageListWidgetItem::paintEvent(QPaintEvent *event)
         painter.fillRect(event->rect(), Qt::black);
     else
         painter.drawPixmap(0, 0, m_backdrop);
-    painter.drawPixmap(0, 0, m_bar);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (m_bar.isNull())
+        painter.fillRect(event->rect(), QColor(0xFF, 0xB9, 0x30)); // the text is black: as readable without the picture
+    else
+        qDrawBorderPixmap(&painter, m_barPlace, QMargins(), m_bar);
 
     const int width = bandWidth();
     painter.setPen(palette().color(foregroundRole()));

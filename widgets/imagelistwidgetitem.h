@@ -13,9 +13,10 @@ public:
     explicit ImageListWidgetItem(QWidget *parent);
 
     void setText(const QString &text); // replaces the label's own text, which is not drawn
-    // What is painted under the text; both cover the label from its upper left corner.
+    // What is painted under the text: the backdrop from the label's upper left corner, and the whole bar of the row at
+    // `place`, in the label's coordinates. It is drawn as the row draws it, so that both fit at any scale.
     void setBackdrop(const QPixmap &backdrop);
-    void setBar(const QPixmap &bar);
+    void setBar(const QPixmap &bar, const QRect &place);
     QSize sizeHint() const override;
     void startScroll();
     void stopScroll();
@@ -34,6 +35,7 @@ private:
     QString m_text; // the row's text and the gap behind it
     QPixmap m_backdrop;
     QPixmap m_bar;
+    QRect m_barPlace;
     int m_offset = 0;
     int m_timerId = 0;              // 0: the text stands still
     QTimer *m_delayTimer = nullptr; // child, made by the first startScroll()

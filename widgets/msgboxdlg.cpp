@@ -33,6 +33,9 @@ MsgboxDlg::MsgboxDlg(int kind, const QString &text, QWidget *parent)
     move(240, 175);
 
     ui->contentLabel->setText(text);
+    // A line break at the end is not a line: those before it stay level with the icon.
+    if (text.endsWith(QLatin1Char('\n')))
+        ui->contentLabel->setContentsMargins(0, ui->contentLabel->fontMetrics().lineSpacing(), 0, 0);
     ui->infoIconLabel->setStyleSheet(iconStyle(kind));
     ui->okBtn->setStyle(&m_style);
     connect(ui->okBtn, &QPushButton::clicked, this, &QDialog::accept);

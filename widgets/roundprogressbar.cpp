@@ -1,7 +1,6 @@
 #include "widgets/roundprogressbar.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 namespace {
 
@@ -28,14 +27,11 @@ void RoundProgressBar::paintEvent(QPaintEvent *)
     const int range = maximum() - minimum();
     if (range <= 0 || value() <= minimum())
         return;
-    const qreal width = whole.width() * (value() - minimum()) / range;
-    // Both ends are round: a short part is the overlap of the track and of a bar that comes in from the left.
-    QPainterPath trackPath, litPath;
-    trackPath.addRoundedRect(whole, radius, radius);
-    const qreal length = qMax(width, whole.height());
-    litPath.addRoundedRect(QRectF(width - length, 0, length, whole.height()), radius, radius);
-    QLinearGradient mint(0, 0, qMax(width, 1.0), 0);
+    // Round at both ends from the first moment: never shorter than a dot.
+    const qreal length = qMax(whole.width() * (value() - minimum()) / range, whole.height());
+    QLinearGradient mint(0, 0, length, 0);
     mint.setColorAt(0, mintLeft);
     mint.setColorAt(1, mintRight);
-    painter.fillPath(trackPath.intersected(litPath), mint);
+    painter.setBrush(mint);
+    painter.drawRoundedRect(QRectF(0, 0, length, whole.height()), radius, radius);
 }

@@ -1,7 +1,10 @@
 #include "widgets/sharppanels.h"
 
 #include <QEvent>
+#include <QFile>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace {
 
@@ -23,6 +26,9 @@ constexpr Panel panels[] = {
 
 SharpPanels::SharpPanels(QObject *application)
     : QObject(application)
+    , m_hasPictures(std::all_of(std::begin(panels), std::end(panels), [](const Panel &panel) {
+        return QFile::exists(QStringLiteral(":/images/") + QLatin1String(panel.picture));
+    }))
 {
     application->installEventFilter(this);
 }
@@ -45,7 +51,7 @@ bool SharpPanels::eventFilter(QObject *watched, QEvent *event)
         return false;
     auto *widget = static_cast<QWidget *>(watched);
     const QString style = widget->styleSheet();
-    if (style.isEmpty() || widget->devicePixelRatioF() <= 1)
+    if (style.isEmpty() || (widget->devicePixelRatioF() <= 1 && m_hasPictures))
         return false;
     const QString sharp = sharpened(style, widget->objectName());
     if (sharp == style)

@@ -75,10 +75,13 @@ struct QtVirtualKbDlg::Private {
     {
         if (next == index)
             return;
-        q->update(keys.at(index).rect);
+        updateKey();
         index = next;
-        q->update(keys.at(index).rect);
+        updateKey();
     }
+
+    // With a margin: at a scale that is not whole a key's edge lies within a pixel that its own place does not cover.
+    void updateKey() { q->update(keys.at(index).rect.adjusted(-1, -1, 1, 1)); }
 
     void relabel()
     {

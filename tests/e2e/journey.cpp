@@ -34,8 +34,10 @@ bool copyTree(const QString &from, const QString &to)
 {
     if (!QDir().mkpath(to))
         return false;
-    // Links, not copies: the files are never written again.
-    return QProcess::execute("cp", {"-alT", from, to}) == 0;
+    // Links, not copies, where one file system holds both: the files are never written again.
+    QProcess link;
+    link.start("cp", {"-alT", from, to});
+    return (link.waitForFinished(60000) && link.exitCode() == 0) || QProcess::execute("cp", {"-aT", from, to}) == 0;
 }
 
 } // namespace

@@ -25,10 +25,11 @@ Tour::Tour(const QString &pictures, const QString &drafts, const QString &only)
 
 const QList<Tour::Way> &Tour::allWays()
 {
-    static const QList<Way> all = {
-        {"new", &Tour::newDevice},          {"code", &Tour::activation},    {"player", &Tour::evening},
-        {"station", &Tour::stationScreens}, {"accounts", &Tour::accounts},  {"slow", &Tour::slowService},
-        {"gone", &Tour::serviceGone},       {"unseen", &Tour::withoutKeys}, {"scales", &Tour::scales}};
+    static const QList<Way> all = {{"new", &Tour::newDevice},     {"code", &Tour::activation},
+                                   {"player", &Tour::evening},    {"station", &Tour::stationScreens},
+                                   {"accounts", &Tour::accounts}, {"slow", &Tour::slowService},
+                                   {"gone", &Tour::serviceGone},  {"unseen", &Tour::withoutKeys},
+                                   {"bare", &Tour::bare},         {"scales", &Tour::scales}};
     return all;
 }
 

@@ -45,11 +45,14 @@ private:
     void slowService();
     void serviceGone();
     void withoutKeys();
+    void bare();
     void scales();
 
     // The panel slides for half a second; a field's cursor is lit in the second after the last key.
     static constexpr int settleMs = 1200;
     static constexpr int marqueeMs = 2500;
+    static constexpr int stillMs = 400;  // a marquee has not begun
+    static constexpr int thumbMs = 3000; // a rating has come back
 
     const QString m_pictures;
     const QString m_drafts;

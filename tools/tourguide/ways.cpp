@@ -5,8 +5,10 @@
 #include "service/velmorasettings.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QTcpServer>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -153,7 +155,7 @@ void Tour::evening()
     Journey journey;
     if (!begin(journey))
         return;
-    stop(journey, journey.waitForAudio(5) && waitForTrack(journey), "player", "The player, list focused",
+    stop(journey, journey.waitForAudio(2) && waitForTrack(journey), "player-first", "The player, the first track",
          "01-player-playing");
     const bool hasRated = keys(journey, "green");
     bool hasHistory = skip(journey);
@@ -173,7 +175,10 @@ void Tour::evening()
          keys(journey, "left top select") && journey.waitForAudio(3) && waitForTrack(journey) &&
              keys(journey, "right right"),
          "player-tapestry", "Tapestry plays, its button focused", "03-player-buttons");
-    keys(journey, "left left");
+    stop(journey,
+         focusStations(journey) && keys(journey, "down down down down down select") && journey.waitForAudio(12) &&
+             waitForTrack(journey) && keys(journey, "green"),
+         "player", "The player after a while, list focused", "01-player-playing", thumbMs);
     stop(journey,
          keys(journey, "pause") &&
              journey.waitFor([](const QJsonObject &now) { return now.value(QStringLiteral("playback")).toInt() == 6; },
@@ -182,7 +187,7 @@ void Tour::evening()
     keys(journey, "play");
     stop(journey, openMenu(journey, 0), "menu", "The track menu", "15-track-menu");
     stop(journey, keys(journey, "select") && journey.waitForBox(QStringLiteral("Add bookmark")), "bookmark",
-         "A bookmark that the service refuses");
+         "A bookmark is set");
     keys(journey, "select");
     journey.waitForNoBox();
     stop(journey,
@@ -213,12 +218,12 @@ void Tour::stationScreens()
     keys(journey, "select");
     journey.waitForNoBox();
     stop(journey,
-         keys(journey, "backspace backspace backspace backspace") && type(journey, "e") && keys(journey, "enter") &&
+         keys(journey, "backspace backspace backspace backspace") && type(journey, "the") && keys(journey, "enter") &&
              journey.waitForBox(QStringLiteral("We found ")),
          "create-question", "Artist or track");
-    keys(journey, "right select");
+    keys(journey, "left select");
     stop(journey, journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }), "create",
-         "Create a station, results", "09-create-station-results");
+         "Create a station, results", "09-create-station-results", stillMs);
     const QStringList rows = journey.rows(results);
     int longest = 0;
     for (int row = 0; row < rows.size(); ++row)
@@ -338,6 +343,42 @@ void Tour::withoutKeys()
          "19-email-password");
 }
 
+// The radio without a picture of its own, and with a font that is wider than the one its screens are measured for.
+void Tour::bare()
+{
+    QTemporaryDir fonts;
+    QFile list(fonts.filePath(QStringLiteral("fonts.conf")));
+    if (list.open(QIODevice::WriteOnly))
+        list.write(
+            "<fontconfig><include>/etc/fonts/conf.d</include><dir>/usr/share/fonts/truetype/dejavu</dir><cachedir>" +
+            QFile::encodeName(fonts.path()) + "</cachedir></fontconfig>");
+    list.close();
+    qputenv("FONTCONFIG_FILE", QFile::encodeName(list.fileName()));
+    Journey::Options options;
+    options.radio = QStringLiteral(JOURNEY_BARE);
+    Journey journey(options);
+    const bool hasBegun = begin(journey);
+    qunsetenv("FONTCONFIG_FILE");
+    if (!hasBegun)
+        return;
+    stop(journey, journey.waitForAudio(4) && waitForTrack(journey), "bare-player", "No pictures, another font: player");
+    stop(journey, keys(journey, "down") && (QTest::qWait(marqueeMs), true), "bare-marquee",
+         "No pictures, another font: a long row moves");
+    stop(journey, keys(journey, "top") && openMenu(journey, 6), "bare-menu", "No pictures, another font: menu");
+    stop(journey,
+         keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) && type(journey, "e"),
+         "bare-create", "No pictures, another font: keyboard");
+    stop(journey, keys(journey, "enter") && journey.waitForBox(QStringLiteral("We found ")), "bare-question",
+         "No pictures, another font: a question");
+    keys(journey, "right select");
+    stop(journey, journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }), "bare-results",
+         "No pictures, another font: results", "", stillMs);
+    keys(journey, "back");
+    stop(journey,
+         openMenu(journey, 3) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("SelectUserDlg")),
+         "bare-accounts", "No pictures, another font: one account");
+}
+
 // The canvas on larger screens: 1366 x 768, full HD, and four times full HD.
 void Tour::scales()
 {
@@ -354,11 +395,16 @@ void Tour::scales()
             stop(journey, isReached, nameForm.arg(QLatin1String(name)), titleForm.arg(QLatin1String(title)), draft);
         };
         at(journey.waitForAudio(4) && waitForTrack(journey), "player", "The player", "01-player-playing");
+        at(keys(journey, "green") && skip(journey) && skip(journey) &&
+               keys(journey, "right right right right right right end") && (QTest::qWait(marqueeMs), true),
+           "history", "History, a track with a thumb", "04-player-history");
         at(openMenu(journey, 6), "menu", "The track menu", "15-track-menu");
-        at(keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) && type(journey, "e") &&
-               keys(journey, "enter") && journey.waitForBox(QStringLiteral("We found ")),
-           "question", "A question", "13-message-question");
-        at(keys(journey, "right select") &&
+        at(keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) &&
+               type(journey, "the") && keys(journey, "up"),
+           "keyboard", "The keyboard", "10-create-station-prompt");
+        at(keys(journey, "down enter") && journey.waitForBox(QStringLiteral("We found ")), "question", "A question",
+           "13-message-question");
+        at(keys(journey, "left select") &&
                journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }) &&
                keys(journey, "down") && (QTest::qWait(marqueeMs), true),
            "create", "Create a station", "09-create-station-results");
