@@ -13,68 +13,47 @@
 
 namespace {
 
-struct Twin {
-    QMutex mutex;
-    QString root;
-    QStringList commands;
-    std::unique_ptr<QTemporaryDir> ownRoot;
-};
+QMutex mutex;
+QString root;
+QStringList commands;
+std::unique_ptr<QTemporaryDir> ownRoot;
 
-Twin &twin()
+void adopt(const QString &path) // mutex held
 {
-    static Twin instance;
-    return instance;
-}
-
-void adopt(const QString &root)
-{
-    twin().root = QDir::cleanPath(root);
-    const QDir dir(twin().root);
-    dir.mkpath("var/local/misc/velmora");
-    dir.mkpath("mnt/sda1");
-    dir.mkpath("tmp");
-}
-
-QString rootLocked()
-{
-    Twin &t = twin();
-    if (t.root.isEmpty()) {
-        const QString fromOutside = qEnvironmentVariable("VELMORA_PRIVATE_ROOT");
-        if (fromOutside.isEmpty()) {
-            t.ownRoot = std::make_unique<QTemporaryDir>();
-            adopt(t.ownRoot->path());
-        } else {
-            adopt(fromOutside);
-        }
-    }
-    return t.root;
+    root = QDir::cleanPath(path);
+    for (const char *folder : {"var/local/misc/velmora", "mnt/sda1", "tmp"})
+        QDir(root).mkpath(QLatin1String(folder));
 }
 
 QString under(const QString &path)
 {
-    const QMutexLocker lock(&twin().mutex);
-    return rootLocked() + path;
+    const QMutexLocker lock(&mutex);
+    if (root.isEmpty() && qEnvironmentVariableIsEmpty("VELMORA_PRIVATE_ROOT"))
+        ownRoot = std::make_unique<QTemporaryDir>();
+    if (root.isEmpty())
+        adopt(ownRoot ? ownRoot->path() : qEnvironmentVariable("VELMORA_PRIVATE_ROOT"));
+    return root + path;
 }
 
 void record(const QString &command)
 {
-    const QMutexLocker lock(&twin().mutex);
-    twin().commands.append(command);
+    const QMutexLocker lock(&mutex);
+    commands.append(command);
 }
 
 } // namespace
 
-void DeviceTwin::setPrivateRoot(const QString &root)
+void DeviceTwin::setPrivateRoot(const QString &path)
 {
-    const QMutexLocker lock(&twin().mutex);
-    adopt(root);
-    twin().commands.clear();
+    const QMutexLocker lock(&mutex);
+    adopt(path);
+    commands.clear();
 }
 
 QStringList DeviceTwin::shellCommands()
 {
-    const QMutexLocker lock(&twin().mutex);
-    return twin().commands;
+    const QMutexLocker lock(&mutex);
+    return commands;
 }
 
 namespace device {

@@ -4,23 +4,11 @@
 
 #include <QPointer>
 
-namespace {
+QList<QByteArray> FakeDownload::urls;
+QString FakeDownload::folder;
+int FakeDownload::living = 0;
 
-struct State {
-    QList<QByteArray> urls;
-    QString folder;
-    QPointer<netcommon::HttpDownload> last;
-};
-
-State &state()
-{
-    static State instance;
-    return instance;
-}
-
-int livingObjects = 0;
-
-} // namespace
+static QPointer<netcommon::HttpDownload> last;
 
 namespace netcommon {
 
@@ -31,48 +19,35 @@ HttpDownload::HttpDownload(QObject *parent)
     , d(nullptr)
 {
     Q_UNUSED(d);
-    ++livingObjects;
+    ++FakeDownload::living;
 }
 
 HttpDownload::~HttpDownload()
 {
-    --livingObjects;
+    --FakeDownload::living;
 }
 
 void HttpDownload::setDownloadFolder(const QString &folder)
 {
-    state().folder = folder;
+    FakeDownload::folder = folder;
 }
 
 void HttpDownload::resquestDownload(char *url)
 {
-    state().urls.append(QByteArray(url));
-    state().last = this;
+    FakeDownload::urls.append(QByteArray(url));
+    last = this;
 }
 
 } // namespace netcommon
 
 void FakeDownload::reset()
 {
-    state() = State();
-}
-QList<QByteArray> FakeDownload::urls()
-{
-    return state().urls;
-}
-QString FakeDownload::folder()
-{
-    return state().folder;
-}
-int FakeDownload::living()
-{
-    return livingObjects;
+    urls.clear();
+    folder.clear();
+    last.clear();
 }
 
-bool FakeDownload::result(int result, const QString &strInfo)
+void FakeDownload::result(int result, const QString &strInfo)
 {
-    if (!state().last)
-        return false;
-    emit state().last->signalDownloadResult(result, strInfo);
-    return true;
+    emit last->signalDownloadResult(result, strInfo);
 }

@@ -8,10 +8,10 @@
 class FakeDownload {
 public:
     static void reset();
-    static QList<QByteArray> urls();
-    static QString folder(); // of the newest object
-    static int living();     // HttpDownload objects
+    static QList<QByteArray> urls;
+    static QString folder; // of the newest object
+    static int living;     // HttpDownload objects
 
-    // Reported by the object that made the last request; false when it is gone.
-    static bool result(int result, const QString &strInfo);
+    // Reported by the object that made the last request, which must live.
+    static void result(int result, const QString &strInfo);
 };

@@ -8,27 +8,14 @@
 
 #include <atomic>
 
-namespace {
+QList<_NETWORK_MSG_T> FakeIpc::messages;
+QList<bool> FakeIpc::exitRequests;
+QList<int> FakeIpc::responses;
+bool FakeIpc::isHandedOver = true;
+bool FakeIpc::isMissing = false;
 
-struct State {
-    QList<_NETWORK_MSG_T> messages;
-    QList<bool> exitRequests;
-    QList<int> responses;
-    bool isHandedOver = true;
-    bool isGranting = false;
-    bool isMissing = false;
-};
-
-State &state()
-{
-    static State instance;
-    return instance;
-}
-
-netcommon::Ipc *ipc = nullptr;
-netcommon::IpcThread *ipcThread = nullptr;
-
-} // namespace
+static netcommon::Ipc *ipc = nullptr;
+static netcommon::IpcThread *ipcThread = nullptr;
 
 namespace netcommon {
 
@@ -56,17 +43,14 @@ int Ipc::sendIpcMsg(_NETWORK_MSG_T *msg)
 {
     if (!msg)
         return -1;
-    state().messages.append(*msg);
+    FakeIpc::messages.append(*msg);
     return 0;
 }
 
 bool Ipc::requestExit(bool isNetworkError)
 {
-    state().exitRequests.append(isNetworkError);
-    if (state().isHandedOver && state().isGranting)
-        QMetaObject::invokeMethod(
-            IpcThread::getInstance(), [] { FakeIpc::exitFromMenu(); }, Qt::QueuedConnection);
-    return state().isHandedOver;
+    FakeIpc::exitRequests.append(isNetworkError);
+    return FakeIpc::isHandedOver;
 }
 
 struct IpcThread::Private {
@@ -91,7 +75,7 @@ IpcThread::~IpcThread()
 
 IpcThread *IpcThread::getInstance()
 {
-    if (state().isMissing)
+    if (FakeIpc::isMissing)
         return nullptr;
     if (!ipcThread)
         ipcThread = new IpcThread;
@@ -105,7 +89,7 @@ bool IpcThread::isStarted() const
 
 void IpcThread::responseParent(int type)
 {
-    state().responses.append(type);
+    FakeIpc::responses.append(type);
     if (type == 2)
         d->end.release();
 }
@@ -120,37 +104,16 @@ void IpcThread::run()
 
 void FakeIpc::reset()
 {
-    state() = State();
+    messages.clear();
+    exitRequests.clear();
+    responses.clear();
+    isHandedOver = true;
+    isMissing = false;
 }
 
-QList<_NETWORK_MSG_T> FakeIpc::messages()
+void FakeIpc::exitFromMenu()
 {
-    return state().messages;
-}
-QList<bool> FakeIpc::exitRequests()
-{
-    return state().exitRequests;
-}
-QList<int> FakeIpc::responses()
-{
-    return state().responses;
-}
-void FakeIpc::setRequestResult(bool isHandedOver)
-{
-    state().isHandedOver = isHandedOver;
-}
-void FakeIpc::setMissing(bool isMissing)
-{
-    state().isMissing = isMissing;
-}
-void FakeIpc::setGranting(bool isGranting)
-{
-    state().isGranting = isGranting;
-}
-
-void FakeIpc::exitFromMenu(bool isSystemError)
-{
-    emit netcommon::IpcThread::getInstance()->signalExit(true, isSystemError);
+    emit netcommon::IpcThread::getInstance()->signalExit(true, false);
 }
 
 void FakeIpc::screenSaver(bool fgEnter)

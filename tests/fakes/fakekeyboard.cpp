@@ -4,24 +4,13 @@
 
 #include <QLineEdit>
 
-namespace {
+QPointer<QtVirtualKbDlg> FakeKeyboard::current;
+QPointer<QLineEdit> FakeKeyboard::field;
+bool FakeKeyboard::isPrompt = false;
+bool FakeKeyboard::isHighlighted = false;
+bool FakeKeyboard::isLastKey = false;
 
-struct State {
-    QPointer<QtVirtualKbDlg> current;
-    QPointer<QLineEdit> field;
-    bool isPrompt = false;
-    bool isHighlighted = false;
-    bool isLastKey = false;
-    int page = 1;
-};
-
-State &state()
-{
-    static State instance;
-    return instance;
-}
-
-} // namespace
+static int page = 1;
 
 struct QtVirtualKbDlg::Private {};
 
@@ -30,47 +19,49 @@ QtVirtualKbDlg::QtVirtualKbDlg(QWidget *parent)
     , d(nullptr)
 {
     Q_UNUSED(d);
-    state() = State();
-    state().current = this;
+    FakeKeyboard::current = this;
+    FakeKeyboard::field = nullptr;
+    FakeKeyboard::isPrompt = FakeKeyboard::isHighlighted = FakeKeyboard::isLastKey = false;
+    page = 1;
     setFocusPolicy(Qt::NoFocus);
     connect(this, &QtVirtualKbDlg::signalChangeHighlight, this,
-            [](bool highlight) { state().isHighlighted = highlight; });
+            [](bool highlight) { FakeKeyboard::isHighlighted = highlight; });
 }
 
 QtVirtualKbDlg::~QtVirtualKbDlg() = default;
 
 void QtVirtualKbDlg::enableLineEdit(QLineEdit *field, bool fgPrompt)
 {
-    state().field = field;
-    state().isPrompt = fgPrompt;
+    FakeKeyboard::field = field;
+    FakeKeyboard::isPrompt = fgPrompt;
 }
 
 void QtVirtualKbDlg::showWindow(bool)
 {
-    state().isHighlighted = true;
+    FakeKeyboard::isHighlighted = true;
     show();
 }
 
 void QtVirtualKbDlg::loseFocus()
 {
-    state().isHighlighted = false;
+    FakeKeyboard::isHighlighted = false;
 }
 
 void QtVirtualKbDlg::restoreFocus()
 {
-    state().isHighlighted = true;
+    FakeKeyboard::isHighlighted = true;
 }
 
 bool QtVirtualKbDlg::isLastKey() const
 {
-    return state().isLastKey;
+    return FakeKeyboard::isLastKey;
 }
 
 void QtVirtualKbDlg::changePage()
 {
-    state().page = 3 - state().page;
-    m_isModeAble = state().page == 1;
-    emit signalPageNum(state().page);
+    page = 3 - page;
+    m_isModeAble = page == 1;
+    emit signalPageNum(page);
 }
 
 void QtVirtualKbDlg::changeMode()
@@ -87,66 +78,34 @@ void QtVirtualKbDlg::paintEvent(QPaintEvent *event)
     QWidget::paintEvent(event);
 }
 
-void FakeKeyboard::reset()
-{
-    const QPointer<QtVirtualKbDlg> current = state().current;
-    const QPointer<QLineEdit> field = state().field;
-    const bool isPrompt = state().isPrompt;
-    state() = State();
-    state().current = current;
-    state().field = field;
-    state().isPrompt = isPrompt;
-}
-
-QtVirtualKbDlg *FakeKeyboard::current()
-{
-    return state().current;
-}
-QLineEdit *FakeKeyboard::field()
-{
-    return state().field;
-}
-bool FakeKeyboard::isPrompt()
-{
-    return state().isPrompt;
-}
-bool FakeKeyboard::isHighlighted()
-{
-    return state().isHighlighted;
-}
-void FakeKeyboard::setLastKey(bool isLastKey)
-{
-    state().isLastKey = isLastKey;
-}
-
 void FakeKeyboard::type(const QString &text)
 {
     for (const QChar letter : text) {
-        if (!state().current || !state().field)
+        if (!current || !field)
             return;
-        if (state().isPrompt) {
-            state().isPrompt = false;
-            emit state().current->signalFirstKey();
-            if (!state().field)
+        if (isPrompt) {
+            isPrompt = false;
+            emit current->signalFirstKey();
+            if (!field)
                 return;
-            state().field->clear();
+            field->clear();
         }
-        state().field->deselect();
-        state().field->insert(letter);
+        field->deselect();
+        field->insert(letter);
     }
 }
 
 void FakeKeyboard::clear()
 {
-    if (!state().current || !state().field)
+    if (!current || !field)
         return;
-    state().field->clear();
-    state().isPrompt = true;
-    emit state().current->signalRestoreInitState();
+    field->clear();
+    isPrompt = true;
+    emit current->signalRestoreInitState();
 }
 
 void FakeKeyboard::confirm()
 {
-    if (state().current && state().field)
-        emit state().current->signalSendContext(state().isPrompt ? QString() : state().field->text());
+    if (current && field)
+        emit current->signalSendContext(isPrompt ? QString() : field->text());
 }

@@ -29,29 +29,6 @@ void *FakeArena::allocate(size_t size)
     return block;
 }
 
-FakeEntry FakeEntry::track(const FakeTrack &track)
-{
-    FakeEntry entry;
-    entry.music = track;
-    return entry;
-}
-
-FakeEntry FakeEntry::ad(const QByteArray &adToken)
-{
-    FakeEntry entry;
-    entry.isTrack = false;
-    entry.adToken = adToken;
-    return entry;
-}
-
-FakeEntry FakeEntry::withoutMap(bool isTrack)
-{
-    FakeEntry entry;
-    entry.isTrack = isTrack;
-    entry.hasMap = false;
-    return entry;
-}
-
 namespace {
 
 void fill(VLM_STATION_MAP_T *to, const FakeStation &from, FakeArena &arena)
@@ -87,146 +64,112 @@ VLM_TRACK_MAP_T *makeTrack(const FakeTrack &from, FakeArena &arena)
 
 } // namespace
 
-FakeReply::FakeReply(Build build)
-    : m_build(std::move(build))
+FakeStation FakeStation::tapestry()
 {
-}
-
-void *FakeReply::build(FakeArena &arena) const
-{
-    return m_build ? m_build(arena) : nullptr;
+    FakeStation station{"tapestry", "Tapestry"};
+    station.isTapestry = true;
+    station.allowRename = station.allowDelete = false;
+    return station;
 }
 
 FakeReply FakeReply::stationList(const QList<FakeStation> &stations)
 {
-    return FakeReply([stations](FakeArena &arena) {
-        auto *list = arena.make<VLM_WS_STATION_LIST_T>();
-        list->count = static_cast<int32_t>(stations.size());
-        list->stations = arena.make<VLM_STATION_MAP_T>(list->count);
-        for (int i = 0; i < list->count; ++i)
-            fill(&list->stations[i], stations.at(i), arena);
-        return static_cast<void *>(list);
+    return of<VLM_WS_STATION_LIST_T>([stations](VLM_WS_STATION_LIST_T &list, FakeArena &arena) {
+        list.count = static_cast<int32_t>(stations.size());
+        list.stations = arena.make<VLM_STATION_MAP_T>(list.count);
+        for (int i = 0; i < list.count; ++i)
+            fill(&list.stations[i], stations.at(i), arena);
     });
 }
 
 FakeReply FakeReply::stationListOf(const QList<QByteArray> &tokens)
 {
-    QList<FakeStation> stations;
-    FakeStation tapestry;
-    tapestry.token = "tapestry";
-    tapestry.name = "Tapestry";
-    tapestry.isTapestry = true;
-    tapestry.allowRename = tapestry.allowDelete = false;
-    stations.append(tapestry);
-    for (const QByteArray &token : tokens) {
-        FakeStation station;
-        station.token = station.name = token;
-        stations.append(station);
-    }
+    QList<FakeStation> stations{FakeStation::tapestry()};
+    for (const QByteArray &token : tokens)
+        stations.append(FakeStation{token, token});
     return stationList(stations);
 }
 
 FakeReply FakeReply::station(const FakeStation &station)
 {
-    return FakeReply([station](FakeArena &arena) {
-        auto *record = arena.make<VLM_STATION_MAP_T>();
-        fill(record, station, arena);
-        return static_cast<void *>(record);
-    });
+    return of<VLM_STATION_MAP_T>(
+        [station](VLM_STATION_MAP_T &record, FakeArena &arena) { fill(&record, station, arena); });
 }
 
 FakeReply FakeReply::playlist(const QList<FakeEntry> &entries)
 {
-    return FakeReply([entries](FakeArena &arena) {
-        auto *list = arena.make<VLM_WS_PLAYLIST_T>();
-        list->count = static_cast<int32_t>(entries.size());
-        list->entries = arena.make<VLM_PLAYLIST_ENTRY_T>(list->count);
-        for (int i = 0; i < list->count; ++i) {
+    return of<VLM_WS_PLAYLIST_T>([entries](VLM_WS_PLAYLIST_T &list, FakeArena &arena) {
+        list.count = static_cast<int32_t>(entries.size());
+        list.entries = arena.make<VLM_PLAYLIST_ENTRY_T>(list.count);
+        for (int i = 0; i < list.count; ++i) {
             const FakeEntry &from = entries.at(i);
-            list->entries[i].isTrack = from.isTrack;
-            if (!from.hasMap)
-                continue;
-            if (from.isTrack) {
-                list->entries[i].map.p_trackMap = makeTrack(from.music, arena);
-            } else {
-                list->entries[i].map.p_adMap = arena.make<VLM_AD_MAP_T>();
-                list->entries[i].map.p_adMap->adToken = arena.text(from.adToken);
+            list.entries[i].isTrack = from.isTrack;
+            if (from.hasMap && from.isTrack) {
+                list.entries[i].map.p_trackMap = makeTrack(from.music, arena);
+            } else if (from.hasMap) {
+                list.entries[i].map.p_adMap = arena.make<VLM_AD_MAP_T>();
+                list.entries[i].map.p_adMap->adToken = arena.text(from.adToken);
             }
         }
-        return static_cast<void *>(list);
     });
 }
 
 FakeReply FakeReply::adMetadata(const FakeAd &ad)
 {
-    return FakeReply([ad](FakeArena &arena) {
-        auto *record = arena.make<VLM_AD_METADATA_T>();
-        record->audioUrl = arena.text(ad.audioUrl);
-        record->audioType = arena.text("audio/flac");
-        record->adLine2 = arena.text(ad.line2);
-        record->durationSeconds = ad.durationSeconds;
-        record->imageUrl = arena.text(ad.imageUrl);
-        record->title = arena.text(ad.title);
-        return static_cast<void *>(record);
+    return of<VLM_AD_METADATA_T>([ad](VLM_AD_METADATA_T &record, FakeArena &arena) {
+        record.audioUrl = arena.text(ad.audioUrl);
+        record.audioType = arena.text("audio/flac");
+        record.adLine2 = arena.text(ad.line2);
+        record.durationSeconds = ad.durationSeconds;
+        record.imageUrl = arena.text(ad.imageUrl);
+        record.title = arena.text(ad.title);
     });
 }
 
 FakeReply FakeReply::partnerLogin()
 {
-    return FakeReply([](FakeArena &arena) {
-        auto *record = arena.make<VLM_WS_PARTNER_LOGIN_T>();
-        record->expiresIn = 3600;
-        return static_cast<void *>(record);
-    });
+    return of<VLM_WS_PARTNER_LOGIN_T>([](VLM_WS_PARTNER_LOGIN_T &record, FakeArena &) { record.expiresIn = 3600; });
 }
 
 FakeReply FakeReply::userLogin(const QByteArray &userName)
 {
-    return FakeReply([userName](FakeArena &arena) {
-        auto *record = arena.make<VLM_WS_USER_LOGIN_T>();
-        record->userName = arena.text(userName);
-        record->userId = arena.text("user-1");
-        record->expiresIn = 3600;
-        return static_cast<void *>(record);
+    return of<VLM_WS_USER_LOGIN_T>([userName](VLM_WS_USER_LOGIN_T &record, FakeArena &arena) {
+        record.userName = arena.text(userName);
+        record.userId = arena.text("user-1");
+        record.expiresIn = 3600;
     });
 }
 
 FakeReply FakeReply::activationCode(const QByteArray &code, const QByteArray &url)
 {
-    return FakeReply([code, url](FakeArena &arena) {
-        auto *record = arena.make<VLM_WS_ACTIVATION_CODE_T>();
-        record->activationCode = arena.text(code);
-        record->activationUrl = arena.text(url);
-        record->expiresIn = 600;
-        return static_cast<void *>(record);
+    return of<VLM_WS_ACTIVATION_CODE_T>([code, url](VLM_WS_ACTIVATION_CODE_T &record, FakeArena &arena) {
+        record.activationCode = arena.text(code);
+        record.activationUrl = arena.text(url);
+        record.expiresIn = 600;
     });
 }
 
 FakeReply FakeReply::search(const QList<FakeSearchTrack> &tracks, const QList<FakeSearchArtist> &artists)
 {
-    return FakeReply([tracks, artists](FakeArena &arena) {
-        auto *record = arena.make<VLM_WS_SEARCH_T>();
-        record->trackCount = static_cast<int32_t>(tracks.size());
-        record->tracks = arena.make<VLM_WS_SEARCH_TRACK_T>(record->trackCount);
-        for (int i = 0; i < record->trackCount; ++i)
-            record->tracks[i] = {arena.text(tracks.at(i).musicToken), arena.text(tracks.at(i).songName),
-                                 arena.text(tracks.at(i).artistName)};
-        record->artistCount = static_cast<int32_t>(artists.size());
-        record->artists = arena.make<VLM_WS_SEARCH_ARTIST_T>(record->artistCount);
-        for (int i = 0; i < record->artistCount; ++i)
-            record->artists[i] = {arena.text(artists.at(i).musicToken), arena.text(artists.at(i).artistName)};
-        return static_cast<void *>(record);
+    return of<VLM_WS_SEARCH_T>([tracks, artists](VLM_WS_SEARCH_T &record, FakeArena &arena) {
+        record.trackCount = static_cast<int32_t>(tracks.size());
+        record.tracks = arena.make<VLM_WS_SEARCH_TRACK_T>(record.trackCount);
+        for (int i = 0; i < record.trackCount; ++i)
+            record.tracks[i] = {arena.text(tracks.at(i).musicToken), arena.text(tracks.at(i).songName),
+                                arena.text(tracks.at(i).artistName)};
+        record.artistCount = static_cast<int32_t>(artists.size());
+        record.artists = arena.make<VLM_WS_SEARCH_ARTIST_T>(record.artistCount);
+        for (int i = 0; i < record.artistCount; ++i)
+            record.artists[i] = {arena.text(artists.at(i).musicToken), arena.text(artists.at(i).artistName)};
     });
 }
 
 FakeReply FakeReply::explanation(const QList<QByteArray> &traits)
 {
-    return FakeReply([traits](FakeArena &arena) {
-        auto *record = arena.make<VLM_WS_EXPLANATION_T>();
-        record->count = static_cast<int32_t>(traits.size());
-        record->traits = arena.make<VLM_WS_TRAIT_T>(record->count);
-        for (int i = 0; i < record->count; ++i)
-            record->traits[i] = {arena.text("trait"), arena.text(traits.at(i))};
-        return static_cast<void *>(record);
+    return of<VLM_WS_EXPLANATION_T>([traits](VLM_WS_EXPLANATION_T &record, FakeArena &arena) {
+        record.count = static_cast<int32_t>(traits.size());
+        record.traits = arena.make<VLM_WS_TRAIT_T>(record.count);
+        for (int i = 0; i < record.count; ++i)
+            record.traits[i] = {arena.text("trait"), arena.text(traits.at(i))};
     });
 }

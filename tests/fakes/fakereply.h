@@ -30,6 +30,8 @@ private:
 
 // A null QByteArray stands for a null pointer everywhere below; "" for an empty text.
 struct FakeStation {
+    static FakeStation tapestry();
+
     QByteArray token;
     QByteArray name;
     bool allowRename = true;
@@ -54,14 +56,13 @@ struct FakeTrack {
 };
 
 struct FakeEntry {
-    static FakeEntry track(const FakeTrack &track);
-    static FakeEntry ad(const QByteArray &adToken);
-    static FakeEntry withoutMap(bool isTrack); // the entry's map is a null pointer
+    static FakeEntry track(const FakeTrack &track) { return {true, true, track, {}}; }
+    static FakeEntry ad(const QByteArray &adToken) { return {false, true, {}, adToken}; }
 
     bool isTrack = true;
-    bool hasMap = true;
-    FakeTrack music;
-    QByteArray adToken;
+    bool hasMap = true; // else the entry's map is a null pointer
+    FakeTrack music = {};
+    QByteArray adToken = {};
 };
 
 struct FakeAd {
@@ -88,7 +89,18 @@ public:
     using Build = std::function<void *(FakeArena &)>;
 
     FakeReply() = default; // no data: the record's reply is null
-    explicit FakeReply(Build build);
+    // A zeroed record, filled by fill(Record &, FakeArena &).
+    template <typename Record, typename Fill>
+    static FakeReply of(Fill fill)
+    {
+        FakeReply reply;
+        reply.m_build = [fill](FakeArena &arena) {
+            Record *record = arena.make<Record>();
+            fill(*record, arena);
+            return static_cast<void *>(record);
+        };
+        return reply;
+    }
 
     static FakeReply stationList(const QList<FakeStation> &stations); // element 0 is the Tapestry station
     static FakeReply stationListOf(const QList<QByteArray> &tokens);  // Tapestry "tapestry" first, names are the tokens
@@ -101,7 +113,7 @@ public:
     static FakeReply search(const QList<FakeSearchTrack> &tracks, const QList<FakeSearchArtist> &artists);
     static FakeReply explanation(const QList<QByteArray> &traits);
 
-    void *build(FakeArena &arena) const;
+    void *build(FakeArena &arena) const { return m_build ? m_build(arena) : nullptr; }
 
 private:
     Build m_build;

@@ -10,6 +10,8 @@ public:
         , m_screen(new VelmoraParentWidget)
     {
         m_screen->setObjectName("player");
+        QObject::connect(m_screen, &VelmoraParentWidget::signalTimeoutStop, [this] { note("own stop"); });
+        QObject::connect(m_screen, &VelmoraParentWidget::signalTimeoutPlay, [this] { note("own play"); });
         setExisting(this);
     }
     ~Player() override
@@ -19,8 +21,8 @@ public:
     }
 
     VelmoraParentWidget *screen() override { return m_screen; }
-    void stopCurrentSong() override {}
-    void playCurrentSong() override {}
+    void stopCurrentSong() override { note("stop"); }
+    void playCurrentSong() override { note("play"); }
     void fillFromStationList(HANDLE_T h_handle) override
     {
         const WsHandle handle(h_handle);
@@ -30,6 +32,8 @@ public:
     void signOutAfterError() override { ++m_owner.m_signOuts; }
 
 private:
+    void note(const char *what) { m_owner.m_playerNotes.append(QLatin1String(what)); }
+
     FakeScreens &m_owner;
     QPointer<VelmoraParentWidget> m_screen;
 };

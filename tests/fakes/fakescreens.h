@@ -19,6 +19,7 @@ public:
 
     // --- the player screen
     QList<int> stationCounts() const { return m_stationCounts; } // of the lists it was filled from, in order
+    QStringList playerNotes() const { return m_playerNotes; }    // "stop", "play"; "own ..." when its own check says so
     int signOuts() const { return m_signOuts; }
     int idleRestarts() const { return m_idleRestarts; }
 
@@ -44,6 +45,7 @@ private:
     QPointer<VelmoraParentWidget> m_last;
     QList<QPointer<VelmoraParentWidget>> m_screens;
     QList<int> m_stationCounts;
+    QStringList m_playerNotes;
     int m_signOuts = 0;
     int m_idleRestarts = 0;
     Player *m_player = nullptr;

@@ -55,7 +55,7 @@ VLM_WS_EXT_ERRCODE_T FakeWs::Private::submit(std::unique_ptr<FakeRequest> reques
 {
     const std::lock_guard lock(mutex);
     FakeCall &call = request->call;
-    if (!isInitialised)
+    if (!device.isInitialised)
         return VLM_WS_ERR_NOT_INITIALISED;
     if (!failures.value(call.cmd).isEmpty()) {
         calls.append(call);
@@ -178,12 +178,6 @@ void FakeWs::autoReply(int cmd, std::function<FakeCompletion(const FakeCall &)> 
     d->always.insert(cmd, std::move(answer));
 }
 
-void FakeWs::noAutoReply(int cmd)
-{
-    const std::lock_guard lock(d->mutex);
-    d->always.remove(cmd);
-}
-
 void FakeWs::autoLogin(const QByteArray &userName, const FakeReply &stationList)
 {
     autoReply(VLM_WS_MSGID_PARTNER_LOGIN, VLM_WS_ERR_OK, FakeReply::partnerLogin());
@@ -214,29 +208,9 @@ bool FakeWs::completeNext(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &r
     return false;
 }
 
-// ---- device
-
-void FakeWs::setMacResult(VLM_WS_EXT_ERRCODE_T code)
+FakeWs::Device &FakeWs::device()
 {
-    const std::lock_guard lock(d->mutex);
-    d->macResult = code;
-}
-
-int FakeWs::macCalls() const
-{
-    const std::lock_guard lock(d->mutex);
-    return d->macCalls;
-}
-
-bool FakeWs::isInitialised() const
-{
-    const std::lock_guard lock(d->mutex);
-    return d->isInitialised;
-}
-void FakeWs::setInitResult(VLM_WS_EXT_ERRCODE_T code)
-{
-    const std::lock_guard lock(d->mutex);
-    d->initResult = code;
+    return d->device;
 }
 
 // ---- record

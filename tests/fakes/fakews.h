@@ -44,7 +44,6 @@ public:
                    const FakeReply &reply = {}); // once, before autoReply; queues up
     void autoReply(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {}); // every request from now on
     void autoReply(int cmd, std::function<FakeCompletion(const FakeCall &)> answer);
-    void noAutoReply(int cmd);
     // Partner login, user login, device association and the station list succeed for `userName`.
     void autoLogin(const QByteArray &userName, const FakeReply &stationList);
 
@@ -55,10 +54,13 @@ public:
     void flush();  // Thread: returns when nothing waits for delivery
 
     // --- device: its address is 00:1A:2B:3C:4D:5E
-    void setMacResult(VLM_WS_EXT_ERRCODE_T code);
-    int macCalls() const;
-    bool isInitialised() const;
-    void setInitResult(VLM_WS_EXT_ERRCODE_T code); // what velmora_ws_init returns
+    struct Device {
+        VLM_WS_EXT_ERRCODE_T macResult = VLM_WS_ERR_OK;  // what velmora_ws_utility_get_mac returns
+        VLM_WS_EXT_ERRCODE_T initResult = VLM_WS_ERR_OK; // what velmora_ws_init returns
+        int macCalls = 0;
+        bool isInitialised = true;
+    };
+    Device &device(); // while nothing is under way
 
     // --- record
     QList<FakeCall> calls() const;

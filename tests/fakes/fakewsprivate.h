@@ -48,10 +48,7 @@ struct FakeWs::Private {
     QHash<int, QList<FakeCompletion>> once;
     QHash<int, std::function<FakeCompletion(const FakeCall &)>> always;
 
-    VLM_WS_EXT_ERRCODE_T macResult = VLM_WS_ERR_OK;
-    int macCalls = 0;
-    bool isInitialised = true;
-    VLM_WS_EXT_ERRCODE_T initResult = VLM_WS_ERR_OK;
+    Device device;
     int releases = 0, doubleReleases = 0, zeroReleases = 0, unknownReleases = 0;
 
     VLM_WS_EXT_ERRCODE_T submit(std::unique_ptr<FakeRequest> request, HANDLE_T *outHandle);

@@ -67,15 +67,15 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_init(void)
 {
     FakeWs::Private *d = FakeWs::instance().d;
     const std::lock_guard lock(d->mutex);
-    d->isInitialised = d->initResult == VLM_WS_ERR_OK;
-    return d->initResult;
+    d->device.isInitialised = d->device.initResult == VLM_WS_ERR_OK;
+    return d->device.initResult;
 }
 
 VLM_WS_EXT_ERRCODE_T velmora_ws_uninit(void)
 {
     FakeWs::Private *d = FakeWs::instance().d;
     std::unique_lock lock(d->mutex);
-    d->isInitialised = false;
+    d->device.isInitialised = false;
     d->queue.clear();
     // No callback after uninit has returned; called from a callback it would wait for itself.
     d->wake.wait(lock, [d] { return !d->isDelivering || d->worker.get_id() == std::this_thread::get_id(); });
@@ -91,9 +91,9 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_utility_get_mac(char *buffer, int size)
 {
     FakeWs::Private *d = FakeWs::instance().d;
     const std::lock_guard lock(d->mutex);
-    ++d->macCalls;
-    if (d->macResult != VLM_WS_ERR_OK)
-        return d->macResult;
+    ++d->device.macCalls;
+    if (d->device.macResult != VLM_WS_ERR_OK)
+        return d->device.macResult;
     if (!buffer || size < 6)
         return VLM_WS_ERR_INVALID_ARGUMENT;
     std::memcpy(buffer, "\x00\x1a\x2b\x3c\x4d\x5e", 6);

@@ -10,53 +10,33 @@ class LogCapture {
 public:
     LogCapture()
     {
-        current() = this;
+        current = this;
         m_previous = qInstallMessageHandler(&LogCapture::take);
     }
     ~LogCapture()
     {
         qInstallMessageHandler(m_previous);
-        const QMutexLocker lock(&mutex());
-        current() = nullptr;
+        const QMutexLocker lock(&mutex);
+        current = nullptr;
     }
     LogCapture(const LogCapture &) = delete;
     LogCapture &operator=(const LogCapture &) = delete;
 
     QStringList lines() const
     {
-        const QMutexLocker lock(&mutex());
+        const QMutexLocker lock(&mutex);
         return m_lines;
     }
-    bool contains(const QString &text) const
-    {
-        for (const QString &line : lines()) {
-            if (line.contains(text))
-                return true;
-        }
-        return false;
-    }
-    void clear()
-    {
-        const QMutexLocker lock(&mutex());
-        m_lines.clear();
-    }
+    bool contains(const QString &text) const { return !lines().filter(text).isEmpty(); }
 
 private:
-    static QMutex &mutex()
-    {
-        static QMutex instance;
-        return instance;
-    }
-    static LogCapture *&current()
-    {
-        static LogCapture *instance = nullptr;
-        return instance;
-    }
+    static inline QMutex mutex;
+    static inline LogCapture *current = nullptr;
     static void take(QtMsgType, const QMessageLogContext &, const QString &line)
     {
-        const QMutexLocker lock(&mutex());
-        if (current())
-            current()->m_lines.append(line);
+        const QMutexLocker lock(&mutex);
+        if (current)
+            current->m_lines.append(line);
     }
 
     QtMessageHandler m_previous = nullptr;

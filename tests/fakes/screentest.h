@@ -1,7 +1,9 @@
 #pragma once
 
+#include "fakes/row.h"
 #include "service/velmorametatypes.h"
 
+#include <QApplication>
 #include <QPointer>
 #include <QStringList>
 #include <QTimer>
@@ -47,9 +49,11 @@ int livingScreens();          // top-level dialogs that are screens or boxes, hi
 // Runs deferred deletions and everything that is queued.
 void settle();
 
-inline void registerTypes()
+// Once a program, before its first screen: the types of queued signals; the last window that closes ends nothing.
+inline void prepare()
 {
     registerVelmoraMetaTypes();
+    QApplication::setQuitOnLastWindowClosed(false);
 }
 
 } // namespace screentest
@@ -62,12 +66,12 @@ public:
     enum Answer { Ok, Cancel, Nothing }; // Nothing: leave it open, the test takes it from there
 
     explicit BoxAnswer(const QList<Answer> &answers);
-    ~BoxAnswer() override;
 
-    int shown() const;           // boxes seen
-    QStringList texts() const;   // of contentLabel
-    QStringList buttons() const; // "OK" or "Yes|No"
-    QString icon() const;        // style sheet of the last box's infoIconLabel
+    int shown() const { return static_cast<int>(m_texts.size()); } // boxes seen
+    QStringList texts() const { return m_texts; }                  // of contentLabel
+    QStringList answered() const;                                  // texts; none as long as a box shows
+    QStringList buttons() const { return m_buttons; }              // "OK" or "Yes|No"
+    QString icon() const { return m_icon; }                        // style sheet of the last box's infoIconLabel
 
 private:
     void look();

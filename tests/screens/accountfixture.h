@@ -17,6 +17,7 @@ class ScreenFixture {
 public:
     ScreenFixture()
     {
+        screentest::prepare();
         DeviceTwin::setPrivateRoot(m_root.path());
         FakeIpc::reset();
         VelmoraWebService::getInstance();
@@ -25,6 +26,7 @@ public:
 
     ~ScreenFixture()
     {
+        qDeleteAll(m_shown);
         screentest::settle();
         m_screens.reset();
         m_service.ws.flush();
@@ -35,10 +37,16 @@ public:
     FakeWs &ws() { return m_service.ws; }
     FakeScreens &screens() { return *m_screens; }
 
-    static VelmoraSettings settings()
+    // Shows `screen`, which goes with this object at the latest.
+    template <typename Screen>
+    QPointer<Screen> show(Screen *screen)
     {
-        return {device::settingsFile(), QSettings::IniFormat, nullptr};
+        m_shown.append(screen);
+        screen->show();
+        return screen;
     }
+
+    static VelmoraSettings settings() { return {device::settingsFile(), QSettings::IniFormat, nullptr}; }
 
     // Accounts with slots "0", "1", ... in this order; the first one logged in last.
     static void storeAccounts(const QStringList &names)
@@ -54,6 +62,7 @@ private:
     QTemporaryDir m_root;
     FakeWsFixture m_service;
     std::unique_ptr<FakeScreens> m_screens;
+    QList<QPointer<QWidget>> m_shown;
 };
 
 // Takes `screen`'s next message box away as soon as it shows, as the network or the menu system would.

@@ -16,11 +16,9 @@ namespace {
 const QList<FakeSearchArtist> twoArtists = {{"artist-1", "North Window"}, {"artist-2", "Northern Quay"}};
 const QList<FakeSearchTrack> twoTracks = {{"song-1", "Northbound", "Ivory Lane"}, {"song-2", "North", "Tall Grass"}};
 
-QPointer<CreateStationDlg> open(int mode = 1)
+QPointer<CreateStationDlg> open(ScreenFixture &fixture, int mode = 1)
 {
-    auto *dialog = new CreateStationDlg(mode);
-    dialog->show();
-    return dialog;
+    return fixture.show(new CreateStationDlg(mode));
 }
 
 void search(const QString &text)
@@ -38,9 +36,7 @@ const FakeReply oneOfEach = FakeReply::search(twoTracks.mid(0, 1), twoArtists.mi
 
 FakeReply made(const QByteArray &token)
 {
-    FakeStation station;
-    station.token = token;
-    return FakeReply::station(station);
+    return FakeReply::station({.token = token, .name = {}});
 }
 
 } // namespace
@@ -48,19 +44,15 @@ FakeReply made(const QByteArray &token)
 class CreateStationTest : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() { registerTypes(); }
-    void init() { FakeKeyboard::reset(); }
-
     void blanksNeverReachTheService()
     {
         for (const QString &text : {QString(), QStringLiteral("   ")}) {
             ScreenFixture fixture;
-            const auto dialog = open();
+            const auto dialog = open(fixture);
             BoxAnswer box({BoxAnswer::Ok});
             text.isEmpty() ? FakeKeyboard::confirm() : search(text);
             QCOMPARE(box.texts(), QStringList("Please enter an artist or track name to create a new station"));
             QCOMPARE(fixture.ws().calls().size(), 0);
-            delete dialog;
         }
     }
 
@@ -88,7 +80,7 @@ private slots:
         for (const Case &c : cases) {
             ScreenFixture fixture;
             fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search(c.tracks, c.artists));
-            const auto dialog = open();
+            const auto dialog = open(fixture);
             BoxAnswer box(c.answer < 0 ? QList<BoxAnswer::Answer>{}
                                        : QList<BoxAnswer::Answer>{c.answer ? BoxAnswer::Ok : BoxAnswer::Cancel});
             search("north");
@@ -109,10 +101,9 @@ private slots:
                          QStringLiteral("1/%1").arg(c.rows.size()));
                 QVERIFY(child<QLabel>(dialog, "descriptionLabel")->isHidden());
                 QTRY_VERIFY(list(dialog)->hasFocus());
-                QVERIFY(!FakeKeyboard::isHighlighted());
+                QVERIFY(!FakeKeyboard::isHighlighted);
                 QCOMPARE(fixture.ws().count(VLM_WS_MSGID_CREATE_STATION), 0);
             }
-            delete dialog;
         }
     }
 
@@ -121,14 +112,12 @@ private slots:
         for (const int length : {40, 41}) {
             ScreenFixture fixture;
             fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search({}, {}));
-            const auto dialog = open();
+            const auto dialog = open(fixture);
             BoxAnswer box({BoxAnswer::Ok});
             search(QString(length, QLatin1Char('x')));
             const QString shown = QString(40, QLatin1Char('x')) + QLatin1String(length > 40 ? "..." : "");
-            QTRY_COMPARE(box.texts(), QStringList(QStringLiteral("No result for \n\"%1\"").arg(shown)));
-            QTRY_VERIFY(!visibleBox());
+            QTRY_COMPARE(box.answered(), QStringList(QStringLiteral("No result for \n\"%1\"").arg(shown)));
             QTRY_VERIFY(child<QLineEdit>(dialog, "searchLabelLineEdit")->hasFocus());
-            delete dialog;
         }
     }
 
@@ -141,7 +130,7 @@ private slots:
         fixture.ws().autoReply(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK,
                                FakeReply::stationListOf({"one", "brand-new"}));
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
-        const auto dialog = open();
+        const auto dialog = open(fixture);
         search("north");
         QTRY_COMPARE(list(dialog)->count(), 2);
         key(dialog, Select);
@@ -160,9 +149,9 @@ private slots:
     void rightAndLeftMoveBetweenKeyboardAndList()
     {
         ScreenFixture fixture;
-        const auto dialog = open();
+        const auto dialog = open(fixture);
         auto *field = child<QLineEdit>(dialog, "searchLabelLineEdit");
-        FakeKeyboard::setLastKey(true);
+        FakeKeyboard::isLastKey = true;
         key(dialog, Right); // nothing in the list
         QTRY_VERIFY(field->hasFocus());
         fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search(twoTracks, {}));
@@ -170,22 +159,21 @@ private slots:
         QTRY_VERIFY(list(dialog)->hasFocus());
         key(dialog, Left);
         QTRY_VERIFY(field->hasFocus());
-        QVERIFY(FakeKeyboard::isHighlighted());
-        FakeKeyboard::setLastKey(false);
+        QVERIFY(FakeKeyboard::isHighlighted);
+        FakeKeyboard::isLastKey = false;
         key(dialog, Right);
         QTRY_VERIFY(field->hasFocus());
-        FakeKeyboard::setLastKey(true);
+        FakeKeyboard::isLastKey = true;
         key(dialog, Right);
         QTRY_VERIFY(list(dialog)->hasFocus());
-        QVERIFY(!FakeKeyboard::isHighlighted());
-        delete dialog;
+        QVERIFY(!FakeKeyboard::isHighlighted);
     }
 
     void aLossUnderTheWordsOfAFailureEndsTheRadioOnce()
     {
         ScreenFixture fixture;
         fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_ERROR_CURL_FAILURE);
-        const auto dialog = open();
+        const auto dialog = open(fixture);
         QSignalSpy exits(dialog.data(), &VelmoraParentWidget::signalExit);
         QStringList texts;
         QTimer look;
@@ -204,7 +192,6 @@ private slots:
         settle();
         QCOMPARE(exits.size(), 1);
         FakeNetwork::back();
-        delete dialog;
     }
 
     void everyFailureHasItsWordsAndItsConsequence()
@@ -232,6 +219,7 @@ private slots:
             {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_INTERNAL, false, "Get station list failed ,please", Exit},
             {VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_ACCOUNT_INACTIVE, false, inactive, SignOut}};
         for (const Case &c : cases) {
+            const Row row(c.text);
             ScreenFixture fixture;
             fixture.screens().player(); // as it is when the player has opened this screen
             fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, oneOfEach);
@@ -240,19 +228,17 @@ private slots:
                 fixture.ws().failNext(c.failing, c.code);
             else
                 fixture.ws().autoReply(c.failing, c.code);
-            const auto dialog = open();
+            const auto dialog = open(fixture);
             BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
             QSignalSpy exits(dialog.data(), &VelmoraParentWidget::signalExit);
             QSignalSpy fatal(dialog.data(), &VelmoraParentWidget::signalFatalErr);
             search("north");
-            QTRY_COMPARE(box.shown(), c.failing == VLM_WS_MSGID_SEARCH ? 1 : 2); // after artist or track
+            QTRY_COMPARE(box.answered().size(), c.failing == VLM_WS_MSGID_SEARCH ? 1 : 2); // after artist or track
             QVERIFY2(box.texts().last().startsWith(c.text), qPrintable(box.texts().last()));
-            QTRY_VERIFY(!visibleBox());
             QTRY_COMPARE(exits.size(), c.way == Exit ? 1 : 0);
             QTRY_COMPARE(fixture.screens().signOuts(), c.way == SignOut ? 1 : 0);
             QCOMPARE(fatal.size(), fixture.screens().signOuts());
             QTRY_COMPARE(dialog.isNull(), c.way == SignOut);
-            delete dialog;
         }
     }
 
@@ -261,7 +247,7 @@ private slots:
         ScreenFixture fixture;
         fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, oneOfEach);
         fixture.ws().autoReply(VLM_WS_MSGID_CREATE_STATION, VLM_WS_ERR_OK, made("t"));
-        const auto dialog = open(0);
+        const auto dialog = open(fixture, 0);
         BoxAnswer box({BoxAnswer::Ok});
         QByteArray token;
         connect(dialog.data(), &CreateStationDlg::signalUpdateStationList, dialog.data(), [&token](HANDLE_T handle) {
@@ -270,13 +256,12 @@ private slots:
         });
         search("north");
         QTRY_COMPARE(token, QByteArray("t"));
-        delete dialog;
     }
 
     void theEmptiedFieldShowsOtherWordsThanAtTheStart()
     {
         ScreenFixture fixture;
-        const auto dialog = open();
+        const auto dialog = open(fixture);
         auto *field = child<QLineEdit>(dialog, "searchLabelLineEdit");
         QCOMPARE(field->text(), QStringLiteral("Artist Or Track"));
         FakeKeyboard::type("x");
@@ -287,7 +272,6 @@ private slots:
         QVERIFY(!caps->isHidden() && number->isHidden());
         key(dialog, Red);
         QVERIFY(caps->isHidden() && !number->isHidden());
-        delete dialog;
     }
 };
 

@@ -62,13 +62,6 @@ public:
                 rows.append(row);
         return rows;
     }
-    QStringList texts() const
-    {
-        QStringList all;
-        for (int row = 0; row < list.count(); ++row)
-            all.append(list.item(row)->text());
-        return all;
-    }
 
     LogCapture log;
     QWidget window;
@@ -105,47 +98,46 @@ private slots:
         QVERIFY(style.open(QIODevice::ReadOnly));
         qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
     }
-    void keysMoveTheCursorAndItsBar_data()
-    {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("to");
-        const int last = 29;
-        QTest::newRow("down") << 3 << int(Qt::Key_Down) << 4;
-        QTest::newRow("down on the last row") << last << int(Qt::Key_Down) << 0;
-        QTest::newRow("up") << 3 << int(Qt::Key_Up) << 2;
-        QTest::newRow("up on the first row") << 0 << int(Qt::Key_Up) << last;
-        QTest::newRow("end") << 3 << int(Qt::Key_End) << last;
-        QTest::newRow("end on the last row") << last << int(Qt::Key_End) << last;
-        QTest::newRow("home") << 3 << int(Qt::Key_Home) << 0;
-        QTest::newRow("home on the first row") << 0 << int(Qt::Key_Home) << 0;
-        QTest::newRow("the remote's home key") << 3 << int(Qt::Key_MenuPB) << 0;
-        QTest::newRow("page down from the top") << 0 << int(Qt::Key_PageDown) << 8;
-        QTest::newRow("page down in the middle") << 12 << int(Qt::Key_PageDown) << 20;
-        QTest::newRow("page down near the end") << 25 << int(Qt::Key_PageDown) << last;
-        QTest::newRow("page down on the last row") << last << int(Qt::Key_PageDown) << last;
-        QTest::newRow("page up from the bottom") << last << int(Qt::Key_PageUp) << 21;
-        QTest::newRow("page up near the top") << 3 << int(Qt::Key_PageUp) << 0;
-        QTest::newRow("page up on the first row") << 0 << int(Qt::Key_PageUp) << 0;
-        QTest::newRow("left") << 3 << int(Qt::Key_Left) << 3;
-        QTest::newRow("right") << 3 << int(Qt::Key_Right) << 3;
-    }
-
     void keysMoveTheCursorAndItsBar()
     {
-        QFETCH(int, from);
-        QFETCH(int, key);
-        QFETCH(int, to);
-        Rig rig(30, wide);
-        while (rig.list.currentRow() != from)
-            screentest::key(&rig.window, Qt::Key_Down);
-        screentest::key(&rig.window, key);
-        QCOMPARE(rig.list.currentRow(), to);
-        QCOMPARE(rig.lit(), QList<int>{to});
-        QVERIFY(rig.isRunning());
-        QCOMPARE(rig.label()->y(), rig.list.visualItemRect(rig.list.item(to)).y());
-        for (int row = 0; row < rig.list.count(); ++row)
-            QCOMPARE(rig.list.item(row)->text(), row == to ? QString() : wide);
+        const int last = 29;
+        struct Case {
+            const char *name;
+            int from, key, to;
+        };
+        const Case cases[] = {
+            {"down", 3, Qt::Key_Down, 4},
+            {"down on the last row", last, Qt::Key_Down, 0},
+            {"up", 3, Qt::Key_Up, 2},
+            {"up on the first row", 0, Qt::Key_Up, last},
+            {"end", 3, Qt::Key_End, last},
+            {"end on the last row", last, Qt::Key_End, last},
+            {"home", 3, Qt::Key_Home, 0},
+            {"home on the first row", 0, Qt::Key_Home, 0},
+            {"the remote's home key", 3, Qt::Key_MenuPB, 0},
+            {"page down from the top", 0, Qt::Key_PageDown, 8},
+            {"page down in the middle", 12, Qt::Key_PageDown, 20},
+            {"page down near the end", 25, Qt::Key_PageDown, last},
+            {"page down on the last row", last, Qt::Key_PageDown, last},
+            {"page up from the bottom", last, Qt::Key_PageUp, 21},
+            {"page up near the top", 3, Qt::Key_PageUp, 0},
+            {"page up on the first row", 0, Qt::Key_PageUp, 0},
+            {"left", 3, Qt::Key_Left, 3},
+            {"right", 3, Qt::Key_Right, 3},
+        };
+        for (const auto &[name, from, key, to] : cases) {
+            const Row row(name);
+            Rig rig(30, wide);
+            while (rig.list.currentRow() != from)
+                screentest::key(&rig.window, Qt::Key_Down);
+            screentest::key(&rig.window, key);
+            QCOMPARE(rig.list.currentRow(), to);
+            QCOMPARE(rig.lit(), QList<int>{to});
+            QVERIFY(rig.isRunning());
+            QCOMPARE(rig.label()->y(), rig.list.visualItemRect(rig.list.item(to)).y());
+            for (int i = 0; i < rig.list.count(); ++i)
+                QCOMPARE(rig.list.item(i)->text(), i == to ? QString() : wide);
+        }
     }
 
     void keysOnAnEmptyListAreHarmless()
@@ -157,27 +149,6 @@ private slots:
         rig.list.clearCurrentItemText();
         QCOMPARE(rig.list.currentItemText(), QString());
         QVERIFY(!rig.isRunning());
-    }
-
-    void keysKeepEveryTextWithItsRow()
-    {
-        Rig rig(25);
-        for (int row = 0; row < 25; row += 2)
-            rig.list.item(row)->setText(wide + QString::number(row));
-        rig.list.clearBg(rig.list.currentItem());
-        const QStringList before = rig.texts();
-        rig.list.setFocus();
-        quint32 seed = 7;
-        const QList<int> keys = {Qt::Key_Down, Qt::Key_Up,     Qt::Key_Down, Qt::Key_PageDown,
-                                 Qt::Key_End,  Qt::Key_PageUp, Qt::Key_Home, Qt::Key_Down};
-        for (int i = 0; i < 300; ++i) {
-            seed = seed * 1664525u + 1013904223u;
-            screentest::key(&rig.window, keys.at(int(seed >> 16) % keys.size()));
-            QCOMPARE(rig.list.currentItemText(), before.at(rig.list.currentRow()));
-            QCOMPARE(rig.lit(), QList<int>{rig.list.currentRow()});
-        }
-        rig.list.clearFocus();
-        QCOMPARE(rig.texts(), before);
     }
 
     void digitsAndLettersDoNotMoveTheCursor()
@@ -227,9 +198,11 @@ private slots:
         QVERIFY(rig.isRunning());
         QCOMPARE(rig.list.item(0)->text(), QString());
         QCOMPARE(rig.list.currentItemText(), wide);
+        screentest::key(&rig.window, Qt::Key_Down);
+        QCOMPARE(rig.list.item(0)->text(), wide);
         rig.list.clearFocus();
         QVERIFY(!rig.isRunning());
-        QCOMPARE(rig.list.item(0)->text(), wide);
+        QCOMPARE(rig.list.item(1)->text(), wide);
         QCOMPARE(rig.list.currentItemText(), wide);
     }
 

@@ -22,40 +22,37 @@ signals:
 class Info : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() { screentest::registerTypes(); }
-    void aDialogEndsByItsButtonOrBack_data()
-    {
-        QTest::addColumn<bool>("isWhy");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<bool>("ends");
-        for (const bool isWhy : {false, true}) {
-            const char *name = isWhy ? "why" : "about";
-            QTest::addRow("%s, Select", name) << isWhy << int(screentest::Select) << true;
-            QTest::addRow("%s, Back", name) << isWhy << int(screentest::Back) << true;
-            QTest::addRow("%s, Escape", name) << isWhy << int(Qt::Key_Escape) << false;
-            QTest::addRow("%s, Down", name) << isWhy << int(screentest::Down) << false;
-        }
-    }
-
+    void initTestCase() { screentest::prepare(); }
     void aDialogEndsByItsButtonOrBack()
     {
-        QFETCH(bool, isWhy);
-        QFETCH(int, key);
-        QFETCH(bool, ends);
-        const LogCapture log;
-        FakeScreens screens;
-        QPointer<VelmoraParentWidget> dialog;
-        if (isWhy)
-            dialog = new WhyDlg("Because.");
-        else
-            dialog = new AboutDlg;
-        QSignalSpy ended(dialog, SIGNAL(signalDestroyedWindow()));
-        dialog->show();
-        QTRY_VERIFY(screentest::childWidget(dialog, "doneBtn")->hasFocus());
-        screentest::key(dialog, key);
-        QCOMPARE(dialog.isNull(), ends); // at once
-        QCOMPARE(ended.size(), ends ? 1 : 0);
-        delete dialog;
+        struct Case {
+            const char *name;
+            int key;
+            bool ends;
+        };
+        const Case cases[] = {{"Select", screentest::Select, true},
+                              {"Back", screentest::Back, true},
+                              {"Escape", Qt::Key_Escape, false},
+                              {"Down", screentest::Down, false}};
+        for (const bool isWhy : {false, true}) {
+            for (const auto &[name, key, ends] : cases) {
+                const Row row(QStringLiteral("%1, why %2").arg(name).arg(isWhy));
+                const LogCapture log;
+                FakeScreens screens;
+                QPointer<VelmoraParentWidget> dialog;
+                if (isWhy)
+                    dialog = new WhyDlg("Because.");
+                else
+                    dialog = new AboutDlg;
+                QSignalSpy ended(dialog, SIGNAL(signalDestroyedWindow()));
+                dialog->show();
+                QTRY_VERIFY(screentest::childWidget(dialog, "doneBtn")->hasFocus());
+                screentest::key(dialog, key);
+                QCOMPARE(dialog.isNull(), ends); // at once
+                QCOMPARE(ended.size(), ends ? 1 : 0);
+                delete dialog;
+            }
+        }
     }
 
     void theParentTakesTheExplanationAway()
@@ -69,18 +66,6 @@ private slots:
         emit parent.signalDestoryDialog();
         QVERIFY(!why);
         QCOMPARE(ended.size(), 1);
-    }
-
-    void aLongExplanationWraps()
-    {
-        const LogCapture log;
-        FakeScreens screens;
-        WhyDlg why(QString("a warm and slow beat,").repeated(30));
-        auto *label = screentest::child<QLabel>(&why, "whyLabel");
-        QVERIFY(label->wordWrap());
-        QVERIFY(label->heightForWidth(label->width()) <= label->height());
-        QVERIFY(label->heightForWidth(label->width()) > 3 * label->fontMetrics().height());
-        why.setAttribute(Qt::WA_DeleteOnClose, false);
     }
 
     void aBoxOverADialogGivesTheFocusBack()

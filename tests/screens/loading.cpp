@@ -9,35 +9,12 @@ using screentest::child;
 class Loading : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        screentest::registerTypes();
-        QApplication::setQuitOnLastWindowClosed(false);
-    }
     void init() { m_fixture = std::make_unique<ScreenFixture>(); }
     void cleanup()
     {
-        delete m_screen;
         m_fixture.reset();
         screentest::settle();
         QCOMPARE(screentest::livingScreens(), 0);
-    }
-
-    void aStoredAccountReachesThePlayerWithItsStations()
-    {
-        ScreenFixture::storeAccounts({"someone@example.org"});
-        ws().autoLogin("someone@example.org", FakeReply::stationListOf({"tapestry", "one", "two"}));
-        VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SIGNIN);
-        open();
-        QTRY_COMPARE(screens().stationCounts().size(), 1);
-        QCOMPARE(screens().made(), QStringList{"player"});
-        QVERIFY(screens().stationCounts().first() > 0);
-        QVERIFY(PlayerPort::existing()->screen()->isVisible());
-        QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
-        QTRY_VERIFY(!m_screen);
-        QCOMPARE(ws().commands(),
-                 QList<int>({VLM_WS_MSGID_PARTNER_LOGIN, VLM_WS_MSGID_USER_LOGIN, VLM_WS_MSGID_GET_STATION_LIST}));
-        QCOMPARE(ws().last(VLM_WS_MSGID_USER_LOGIN).params.first().toByteArray(), QByteArray("deviceId"));
     }
 
     void anAccountWithoutStationsMakesItsFirst()
@@ -55,14 +32,11 @@ private slots:
 
     void withoutAStoredLoginTheAccountSelectionFollows()
     {
-        const std::tuple<bool, int> cases[] = {
-            {false, 0}, // no account on this device
-            {true, 1},  // accounts, but nobody logged in last
-        };
-        for (const auto &[isAccountStored, loginState] : cases) {
+        for (const int loginState : {0, 1}) {
+            const Row row(loginState ? "accounts, but nobody logged in last" : "no account on this device");
             cleanup(); // a fresh screen for each
             init();
-            if (isAccountStored)
+            if (loginState)
                 ScreenFixture::settings().addAccount("someone@example.org", "0");
             ws().autoReply(VLM_WS_MSGID_PARTNER_LOGIN, VLM_WS_ERR_OK, FakeReply::partnerLogin());
             open();
@@ -86,12 +60,15 @@ private slots:
 
     void aRefusedLoginLeadsSilentlyToTheAccountSelection()
     {
-        const std::tuple<int, int, QString> cases[] = {
-            {int(VLM_WS_MSGID_USER_LOGIN), 5105, "selectUser 1"},       // device not known
-            {int(VLM_WS_MSGID_USER_LOGIN), 5099, "selectUser 1"},       // account inactive at login
-            {int(VLM_WS_MSGID_GET_STATION_LIST), 5099, "selectUser 1"}, // account inactive at the list
+        struct Case {
+            const char *name;
+            int failing, code;
         };
-        for (const auto &[failing, code, next] : cases) {
+        const Case cases[] = {{"device not known", VLM_WS_MSGID_USER_LOGIN, 5105},
+                              {"account inactive at login", VLM_WS_MSGID_USER_LOGIN, 5099},
+                              {"account inactive at the list", VLM_WS_MSGID_GET_STATION_LIST, 5099}};
+        for (const auto &[name, failing, code] : cases) {
+            const Row row(name);
             cleanup(); // a fresh screen for each
             init();
             ScreenFixture::storeAccounts({"someone@example.org"});
@@ -99,30 +76,10 @@ private slots:
             ws().autoReply(failing, static_cast<VLM_WS_EXT_ERRCODE_T>(code));
             BoxAnswer answers({});
             open();
-            QTRY_COMPARE(screens().made(), QStringList{next});
+            QTRY_COMPARE(screens().made(), QStringList{"selectUser 1"});
             QCOMPARE(answers.shown(), 0);
             QCOMPARE(ScreenFixture::settings().getLoginState(), QStringLiteral("1"));
             QTRY_VERIFY(!m_screen);
-        }
-    }
-
-    void anErrorIsShownAndEndsTheRadio()
-    {
-        const std::tuple<int, QString> cases[] = {
-            {-504, "A network error has occurred.  Please check your network connection and try again."}, // network
-            {5000, "Connect to Velmora failed!"},                      // code without words
-            {5098, "Invalid username or password, please try again."}, // wrong password
-        };
-        for (const auto &[code, text] : cases) {
-            cleanup(); // a fresh screen for each
-            init();
-            ws().autoReply(VLM_WS_MSGID_PARTNER_LOGIN, static_cast<VLM_WS_EXT_ERRCODE_T>(code));
-            BoxAnswer answers({BoxAnswer::Ok});
-            open();
-            QTRY_COMPARE(FakeIpc::exitRequests(), QList<bool>{false});
-            QCOMPARE(answers.texts(), QStringList{text});
-            QVERIFY(answers.icon().contains("MsgBox_Error"));
-            QVERIFY2(screens().made().isEmpty() && m_screen->isVisible(), "the radio waits for its end");
         }
     }
 
@@ -135,7 +92,7 @@ private slots:
         QTimer::singleShot(0, m_screen, [this] { m_screen->close(); });
         m_screen->displayError(VLM_WS_ERR_ERROR_CURL_FAILURE);
         QVERIFY(!m_screen);
-        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        QVERIFY(FakeIpc::exitRequests.isEmpty());
     }
 
     void underAnErrorEverythingLaterIsDropped()
@@ -169,24 +126,21 @@ private slots:
             m_screen->loadingAnimation();
             QCOMPARE(shown(), QStringLiteral("image: url(:/images/Loading_%1.png);").arg(turn % 10));
         }
-        const auto timers = m_screen->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
-        const auto running =
-            std::find_if(timers.begin(), timers.end(), [](QTimer *timer) { return timer->isActive(); });
-        QVERIFY(running != timers.end());
-        QCOMPARE((*running)->interval(), 200);
+        const auto isRunning = [this] {
+            const auto timers = m_screen->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+            return std::any_of(timers.begin(), timers.end(),
+                               [](QTimer *timer) { return timer->isActive() && timer->interval() == 200; });
+        };
+        QVERIFY(isRunning());
         m_screen->m_isErrorMsg = true;
         m_screen->displayError(VLM_WS_ERR_ERROR_CURL_FAILURE);
-        QVERIFY2(!(*running)->isActive(), "an error stops it");
+        QVERIFY2(!isRunning(), "an error stops it");
     }
 
 private:
     FakeWs &ws() { return m_fixture->ws(); }
     FakeScreens &screens() { return m_fixture->screens(); }
-    void open()
-    {
-        m_screen = new LoadingDlg;
-        m_screen->show();
-    }
+    void open() { m_screen = m_fixture->show(new LoadingDlg); }
 
     std::unique_ptr<ScreenFixture> m_fixture;
     QPointer<LoadingDlg> m_screen;

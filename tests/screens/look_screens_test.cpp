@@ -53,8 +53,7 @@ class LookScreensTest : public QObject {
 private slots:
     void initTestCase()
     {
-        registerTypes();
-        QApplication::setQuitOnLastWindowClosed(false);
+        prepare();
         new SharpPanels(qApp);
         QFile style(QStringLiteral(":/velmora.qss")); // the same program is also built without pictures
         QCOMPARE(style.open(QIODevice::ReadOnly), !plainlook::isNeeded());
@@ -160,26 +159,6 @@ private slots:
         QVERIFY(qAbs(top("Leave?") - top("Leave? \n")) <= 1);
     }
 
-    void aMissingPictureLeavesTheTextAndTheControl()
-    {
-        QLabel label(QStringLiteral("words"));
-        label.setStyleSheet(QStringLiteral("border-image: url(:/images/not_there.png);\ncolor: rgb(255, 255, 255);"));
-        label.resize(200, 50);
-        QPalette dark = label.palette();
-        dark.setColor(QPalette::Window, Qt::black);
-        label.setPalette(dark);
-        label.show();
-        const QImage picture = label.grab().toImage();
-        int bright = 0;
-        for (int y = 0; y < picture.height(); ++y)
-            for (int x = 0; x < picture.width(); ++x)
-                bright += qGray(picture.pixel(x, y)) > 180 ? 1 : 0;
-        QVERIFY(bright > 20);
-        QLabel unknownFont(QStringLiteral("words"));
-        unknownFont.setFont(QFont(QStringLiteral("No Such Family"), 20));
-        QVERIFY(unknownFont.fontMetrics().horizontalAdvance(unknownFont.text()) > 20);
-    }
-
     void aRowsTextEndsBeforeTheMarkOfTheBar()
     {
         ImageListWidget list;
@@ -204,16 +183,8 @@ private slots:
         }
     }
 
-    void theBarOfARowHasNoSeamUnderItsMarquee_data()
-    {
-        QTest::addColumn<double>("scale");
-        for (const double scale : {1.0, 1.067, 1.5, 3.0})
-            QTest::addRow("%g", scale) << scale;
-    }
-
     void theBarOfARowHasNoSeamUnderItsMarquee()
     {
-        QFETCH(double, scale);
         QWidget window;
         window.setStyleSheet(QStringLiteral("QWidget { background: black; }"));
         ImageListWidget list(&window);
@@ -228,15 +199,18 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&window));
         list.setCurrentRow(1);
         list.setFocus();
-        QImage picture((QSizeF(window.size()) * scale).toSize(), QImage::Format_RGB32);
-        picture.setDevicePixelRatio(scale);
-        window.render(&picture);
-        int seams = 0;
-        const auto grey = [&](int x, int y) { return qGray(picture.pixel(qRound(x * scale), y)); };
-        for (int y = qRound(180 * scale); y < qRound(238 * scale); ++y)
-            if (y < 190 * scale || y > 226 * scale) // the text runs between
-                seams += qAbs(grey(100, y) - grey(140, y)) > 20 ? 1 : 0;
-        QCOMPARE(seams, 0);
+        for (const double scale : {1.0, 1.067, 1.5, 3.0}) {
+            const Row row(QString::number(scale));
+            QImage picture((QSizeF(window.size()) * scale).toSize(), QImage::Format_RGB32);
+            picture.setDevicePixelRatio(scale);
+            window.render(&picture);
+            int seams = 0;
+            const auto grey = [&](int x, int y) { return qGray(picture.pixel(qRound(x * scale), y)); };
+            for (int y = qRound(180 * scale); y < qRound(238 * scale); ++y)
+                if (y < 190 * scale || y > 226 * scale) // the text runs between
+                    seams += qAbs(grey(100, y) - grey(140, y)) > 20 ? 1 : 0;
+            QCOMPARE(seams, 0);
+        }
     }
 
     void theProgressBarIsRoundHoweverShort()
@@ -255,64 +229,55 @@ private slots:
         QVERIFY(lit(233, 6) && !lit(235, 0));
     }
 
-    void aPanelIsDrawnAnewOnlyWhereItsPictureWouldBeScaledUp_data()
-    {
-        QTest::addColumn<QString>("style");
-        QTest::addColumn<QString>("radius");
-        QTest::newRow("panel") << "QWidget#p {border-image: url(:/images/Welcome_Bg.png);}"
-                               << "border-radius: 16px";
-        QTest::newRow("box") << "QWidget#p {border-image: url(:/images/DialogBox_Bg.png);}"
-                             << "border-radius: 22px";
-        QTest::newRow("menu") << "QWidget#p {border-image: url(:/images/Menu_Bg.png);}"
-                              << "border-radius: 20px";
-        QTest::newRow("button") << "border-image: url(:/images/Button_N.png);" << QString();
-    }
-
     void aPanelIsDrawnAnewOnlyWhereItsPictureWouldBeScaledUp()
     {
-        QFETCH(QString, style);
-        QFETCH(QString, radius);
-        const QString sharp = SharpPanels::sharpened(style, QStringLiteral("p"));
-        QCOMPARE(sharp == style, radius.isEmpty());
-        QVERIFY(sharp.contains(radius));
-        QWidget panel;
-        panel.setObjectName(QStringLiteral("p"));
-        panel.setStyleSheet(style);
-        panel.ensurePolished();
-        // On a screen of the canvas's size; a radio without pictures has no other panels.
-        QCOMPARE(panel.styleSheet() == style, radius.isEmpty() || !plainlook::isNeeded());
+        const std::pair<QString, QString> cases[] = {
+            {"QWidget#p {border-image: url(:/images/Welcome_Bg.png);}", "border-radius: 16px"},
+            {"QWidget#p {border-image: url(:/images/DialogBox_Bg.png);}", "border-radius: 22px"},
+            {"QWidget#p {border-image: url(:/images/Menu_Bg.png);}", "border-radius: 20px"},
+            {"border-image: url(:/images/Button_N.png);", QString()}};
+        for (const auto &[style, radius] : cases) {
+            const Row row(style);
+            const QString sharp = SharpPanels::sharpened(style, QStringLiteral("p"));
+            QCOMPARE(sharp == style, radius.isEmpty());
+            QVERIFY(sharp.contains(radius));
+            QWidget panel;
+            panel.setObjectName(QStringLiteral("p"));
+            panel.setStyleSheet(style);
+            panel.ensurePolished();
+            // On a screen of the canvas's size; a radio without pictures has no other panels.
+            QCOMPARE(panel.styleSheet() == style, radius.isEmpty() || !plainlook::isNeeded());
+        }
     }
 
-    // --- the check itself
-    void aFaultIsSeen_data()
-    {
-        QTest::addColumn<QString>("style");
-        QTest::addColumn<QRect>("second");
-        QTest::addColumn<int>("found");
-        QTest::newRow("none") << QStringLiteral("color: white") << QRect(100, 200, 300, 40) << 0;
-        QTest::newRow("cut") << QStringLiteral("color: white") << QRect(100, 200, 20, 40) << 1;
-        QTest::newRow("over each other") << QStringLiteral("color: white") << QRect(100, 130, 300, 40) << 1;
-        QTest::newRow("unsafe") << QStringLiteral("color: white") << QRect(40, 200, 300, 40) << 1;
-        QTest::newRow("pale") << QStringLiteral("color: rgb(90, 90, 90)") << QRect(100, 200, 300, 40) << 1;
-    }
-
+    // The check itself.
     void aFaultIsSeen()
     {
-        QFETCH(QString, style);
-        QFETCH(QRect, second);
-        QFETCH(int, found);
-        QWidget window;
-        window.setStyleSheet(QStringLiteral("background: black"));
-        window.setGeometry(0, 0, 1280, 720);
-        QLabel first(QStringLiteral("first words"), &window);
-        first.setStyleSheet(QStringLiteral("color: white"));
-        first.setGeometry(100, 100, 300, 40);
-        QLabel other(QStringLiteral("other words"), &window);
-        other.setStyleSheet(style);
-        other.setGeometry(second);
-        window.show();
-        const QStringList all = lookcheck::faults(&window);
-        QVERIFY2(all.size() == found, qPrintable(all.join(QLatin1Char('\n'))));
+        struct Case {
+            const char *name, *style;
+            QRect second;
+            int found;
+        };
+        const Case cases[] = {{"none", "color: white", {100, 200, 300, 40}, 0},
+                              {"cut", "color: white", {100, 200, 20, 40}, 1},
+                              {"over each other", "color: white", {100, 130, 300, 40}, 1},
+                              {"unsafe", "color: white", {40, 200, 300, 40}, 1},
+                              {"pale", "color: rgb(90, 90, 90)", {100, 200, 300, 40}, 1}};
+        for (const auto &[name, style, second, found] : cases) {
+            const Row row(name);
+            QWidget window;
+            window.setStyleSheet(QStringLiteral("background: black"));
+            window.setGeometry(0, 0, 1280, 720);
+            QLabel first(QStringLiteral("first words"), &window);
+            first.setStyleSheet(QStringLiteral("color: white"));
+            first.setGeometry(100, 100, 300, 40);
+            QLabel other(QStringLiteral("other words"), &window);
+            other.setStyleSheet(QLatin1String(style));
+            other.setGeometry(second);
+            window.show();
+            const QStringList all = lookcheck::faults(&window);
+            QVERIFY2(all.size() == found, qPrintable(all.join(QLatin1Char('\n'))));
+        }
     }
 };
 

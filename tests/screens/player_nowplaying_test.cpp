@@ -41,11 +41,7 @@ private slots:
     void longNamesAreCut()
     {
         PlayerRig rig("tapestry");
-        FakeTrack track;
-        track.songName = QByteArray(31, 's');
-        track.artistName = QByteArray(30, 'a');
-        track.albumName = QByteArray(40, 'b');
-        rig.play({FakeEntry::track(track)});
+        rig.play({FakeEntry::track({QByteArray(31, 's'), QByteArray(30, 'a'), QByteArray(40, 'b')})});
         QCOMPARE(rig.text("songLabel"), QString(30, 's') + "...");
         QCOMPARE(rig.text("artistLabel"), QString(30, 'a'));
         QCOMPARE(rig.text("albumLabel"), QString(30, 'b') + "...");
@@ -55,8 +51,7 @@ private slots:
 
     void timesAndProgressFollowThePlayback()
     {
-        PlayerRig rig;
-        rig.play();
+        PlayingRig rig;
         const auto *bar = screentest::child<QProgressBar>(rig.player, "nowplayingProgressBar");
         FakePlayback::progress(70, 187);
         QCOMPARE(rig.text("currentTimeLabel"), QStringLiteral("01:10 /"));
@@ -74,48 +69,45 @@ private slots:
 
     void theHistoryKeepsThirtyRowsAndTheirThumbs()
     {
-        PlayerRig rig;
-        FakeTrack liked;
-        liked.songRating = 1; // marked at once: the oldest row of thirty
-        rig.play({FakeEntry::track(liked), PlayerRig::track("Song 2")});
-        const auto *thumb = screentest::childWidget(rig.player, "playlistthumb");
-        QVERIFY(!thumb->isHidden());
-        QVERIFY(rig.style("playlistthumb").contains("ThumbsUp_Enable.png"));
+        // Marked at once: the oldest row of thirty.
+        PlayingRig rig({FakeEntry::track({.songRating = 1}), PlayerRig::track("Song 2")});
+        QVERIFY(rig.hasThumb("ThumbsUp_Enable.png"));
         for (int i = 0; i < 29; ++i)
             playNext(rig);
         QCOMPARE(rig.history()->count(), 30);
-        QVERIFY(thumb->isHidden());
+        QVERIFY(!rig.hasThumb());
         rig.call("thumbUpSong");
         rig.answer(VLM_WS_MSGID_ADD_FEEDBACK, VLM_WS_ERR_OK); // the newest
         rig.history()->setCurrentRow(29);
-        QVERIFY(!thumb->isHidden());
+        QVERIFY(rig.hasThumb());
         QCOMPARE(rig.text("playlistNumLabel"), QStringLiteral("30/30"));
         playNext(rig);
         QCOMPARE(rig.history()->count(), 30);
         QCOMPARE(rig.text("playlistNumLabel"), QStringLiteral("1/30"));
-        QVERIFY(thumb->isHidden());
+        QVERIFY(!rig.hasThumb());
         rig.history()->setCurrentRow(1);
-        QVERIFY(!thumb->isHidden());
+        QVERIFY(rig.hasThumb());
         rig.history()->setCurrentRow(29);
-        QVERIFY(thumb->isHidden());
+        QVERIFY(!rig.hasThumb());
     }
 
     void aBadPictureKeepsThePlaceholder()
     {
         struct Case {
+            const char *name;
             int result;
             QSize size; // of a true picture
             QByteArray content;
         };
-        const Case cases[] = {{-1, QSize(10, 10), {}},
-                              {0, QSize(5000, 10), {}}, // far too large
-                              {0, {}, "<html>not found</html>"},
-                              {0, {}, "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"},
-                              {0, {}, QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16)}, // cut off
-                              {0, {}, {}}};                                             // no file
+        const Case cases[] = {{"download failed", -1, QSize(10, 10), {}},
+                              {"far too large", 0, QSize(5000, 10), {}},
+                              {"a page", 0, {}, "<html>not found</html>"},
+                              {"SVG", 0, {}, "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"},
+                              {"cut off", 0, {}, QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16)},
+                              {"no file", 0, {}, {}}};
         for (const Case &c : cases) {
-            PlayerRig rig;
-            rig.play();
+            const Row row(c.name);
+            PlayingRig rig;
             QTemporaryDir dir;
             QFile file(dir.filePath("cover"));
             if (c.size.isValid())
@@ -124,7 +116,7 @@ private slots:
                 QVERIFY(file.open(QIODevice::WriteOnly) && file.write(c.content) > 0);
             file.close();
             FakeDownload::result(c.result, file.fileName());
-            QVERIFY2(shownPicture(rig).isNull(), c.content.constData());
+            QVERIFY(shownPicture(rig).isNull());
             QVERIFY(rig.style("albumPicLabel").contains("NoThumbnail.png"));
         }
     }
@@ -145,10 +137,9 @@ private slots:
 
     void thePictureIsShownOnTheScreenAndInTheHistory()
     {
-        PlayerRig rig;
-        rig.play();
-        QCOMPARE(FakeDownload::urls().last(), QByteArray("http://127.0.0.1:1/cover of Song 1"));
-        QVERIFY(FakeDownload::folder().endsWith("/"));
+        PlayingRig rig;
+        QCOMPARE(FakeDownload::urls.last(), QByteArray("http://127.0.0.1:1/cover of Song 1"));
+        QVERIFY(FakeDownload::folder.endsWith("/"));
         QVERIFY(shownPicture(rig).isNull());
         QTemporaryDir dir;
         FakeDownload::result(0, writePicture(dir, QSize(500, 400), "JPG"));
@@ -162,10 +153,7 @@ private slots:
 
     void aLatePictureOfATrackBeforeIsIgnored()
     {
-        PlayerRig rig;
-        FakeTrack without;
-        without.albumArtUrl = QByteArray();
-        rig.play({PlayerRig::track("Song 1"), FakeEntry::track(without)});
+        PlayingRig rig({PlayerRig::track("Song 1"), FakeEntry::track({.albumArtUrl = {}})});
         playNext(rig);
         QTemporaryDir dir;
         FakeDownload::result(0, writePicture(dir, QSize(50, 50)));
@@ -174,8 +162,7 @@ private slots:
 
     void theFocusedPlayButtonStaysFocusedOverATrackChange()
     {
-        PlayerRig rig;
-        rig.play();
+        PlayingRig rig;
         rig.key(screentest::Right);
         rig.key(screentest::Right);
         QCOMPARE(rig.focused(), QStringList("playBtn"));

@@ -4,7 +4,7 @@
 class PlayerStations : public QObject {
     Q_OBJECT
 private slots:
-    void theLastStationIsFocusedAndStarts()
+    void theReplysOrderIsKeptAndTheLastStationStarts()
     {
         PlayerRig rig("b");
         rig.fill();
@@ -23,9 +23,12 @@ private slots:
         QCOMPARE(rig.text("stationNumLabel"), QStringLiteral("4/4"));
         rig.key(screentest::Down);
         QCOMPARE(rig.text("stationNumLabel"), QStringLiteral("1/4"));
-        rig.fill(PlayerRig::stations({"b", "x"})); // replaces the list
-        QCOMPARE(rig.stationsList()->count(), 3);
-        QCOMPARE(rig.stationsList()->currentRow(), 1);
+        rig.fill(PlayerRig::stations({"z", "b", "k"})); // replaces the list
+        QStringList names;
+        for (int row = 0; row < rig.stationsList()->count(); ++row)
+            names.append(rig.stationsList()->item(row)->text());
+        QCOMPARE(names, QStringList({"Tapestry", "Station z", "Station b", "Station k"})); // the reply's order
+        QCOMPARE(rig.stationsList()->currentRow(), 2);
         QCOMPARE(rig.sentText(VLM_WS_MSGID_GET_PLAYLIST), QByteArray("b"));
     }
 
@@ -41,10 +44,9 @@ private slots:
         }
     }
 
-    void aCreatedStationThatIsListedIsNotListedTwice()
+    void aCreatedStationIsSortedInOnceAndStarts()
     {
-        PlayerRig rig("b");
-        rig.play();
+        PlayingRig rig;
         BoxAnswer answers({BoxAnswer::Ok});
         rig.player->updateStationList(rig.createdStation(PlayerRig::stations({"b"}).first()));
         rig.run();
@@ -56,12 +58,18 @@ private slots:
         rig.run();
         QCOMPARE(rig.stationsList()->count(), 4);
         QCOMPARE(rig.sentText(VLM_WS_MSGID_GET_PLAYLIST), QByteArray("c"));
+        rig.player->updateStationList(rig.createdStation({.token = "new", .name = "station AA"}));
+        rig.run();
+        QCOMPARE(rig.stationsList()->count(), 5);
+        QCOMPARE(rig.stationsList()->item(2)->text(), QStringLiteral("station AA"));
+        QCOMPARE(rig.stationsList()->currentRow(), 2);
+        QCOMPARE(rig.lastStation(), QStringLiteral("new"));
+        QCOMPARE(rig.sentText(VLM_WS_MSGID_GET_PLAYLIST), QByteArray("new"));
     }
 
     void aRenamedStationKeepsTheCursorsRowAndTheFocus()
     {
-        PlayerRig rig("b");
-        rig.play();
+        PlayingRig rig;
         rig.key(screentest::Up); // row 1, "Station a"
         BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok});
         const auto openRenaming = [&rig] {
@@ -85,25 +93,10 @@ private slots:
         QCOMPARE(rig.focused(), QStringList("menuBtn"));
     }
 
-    void theReplysOrderIsKept()
-    {
-        PlayerRig rig;
-        rig.fill(PlayerRig::stations({"z", "b", "k"}));
-        QStringList names;
-        for (int row = 0; row < rig.stationsList()->count(); ++row)
-            names.append(rig.stationsList()->item(row)->text());
-        QCOMPARE(names, QStringList({"Tapestry", "Station z", "Station b", "Station k"}));
-        const QListWidgetItem *item = rig.stationsList()->item(1);
-        QCOMPARE(item->sizeHint(), QSize(324, 52));
-        QCOMPARE(item->textAlignment(), int(Qt::AlignVCenter));
-        QCOMPARE(item->flags(), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    }
-
     void anEmptyReplyKeepsTheListAndItsFirstRow()
     {
-        PlayerRig rig("a");
-        rig.play();
-        const HANDLE_T handle = rig.emptyStationList();
+        PlayingRig rig("a");
+        const HANDLE_T handle = rig.listed({});
         rig.player->fillFromStationList(handle);
         QVERIFY(!rig.service.ws.isLive(handle));
         rig.call("tapestryStation"); // row 0 is read from the reply that was kept
@@ -125,22 +118,6 @@ private slots:
         QCOMPARE(picture(2), file(":/images/common_station_icon_arrow_n.png"));
         // Selected rows show the same picture, not a tinted one.
         QCOMPARE(rig.stationsList()->item(1)->icon().pixmap(32, QIcon::Selected).toImage(), picture(1));
-    }
-
-    void aCreatedStationIsSortedInAndStarts()
-    {
-        PlayerRig rig("b");
-        rig.play();
-        FakeStation created;
-        created.token = "new";
-        created.name = "station AA";
-        rig.player->updateStationList(rig.createdStation(created));
-        rig.run();
-        QCOMPARE(rig.stationsList()->count(), 5);
-        QCOMPARE(rig.stationsList()->item(2)->text(), QStringLiteral("station AA"));
-        QCOMPARE(rig.stationsList()->currentRow(), 2);
-        QCOMPARE(rig.lastStation(), QStringLiteral("new"));
-        QCOMPARE(rig.sentText(VLM_WS_MSGID_GET_PLAYLIST), QByteArray("new"));
     }
 
     void hundredRowsAreTheMost()

@@ -32,8 +32,7 @@ VelmoraParentWidget *PlayerScreens::why(const QString &text, QWidget *parent)
 
 PlayerRig::PlayerRig(const QByteArray &lastStation)
 {
-    screentest::registerTypes();
-    QApplication::setQuitOnLastWindowClosed(false);
+    screentest::prepare();
     QFile style(":/velmora.qss"); // where the images are linked in
     if (qApp->styleSheet().isEmpty() && style.open(QIODevice::ReadOnly))
         qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
@@ -59,9 +58,9 @@ PlayerRig::~PlayerRig()
         player->close();
     run();
     delete VelmoraNextLimit::existing();
-    if (PlayerPort::existing() || FakePlayback::livingThreads() != 0 || FakeDownload::living() != 0)
+    if (PlayerPort::existing() || FakePlayback::livingThreads != 0 || FakeDownload::living != 0)
         QTest::qFail("the player screen has left something running", __FILE__, __LINE__);
-    for (const QString &violation : FakePlayback::violations())
+    for (const QString &violation : FakePlayback::violations)
         QTest::qFail(qPrintable(violation), __FILE__, __LINE__);
 }
 
@@ -70,12 +69,8 @@ PlayerRig::~PlayerRig()
 QList<FakeStation> PlayerRig::stations(const QList<QByteArray> &tokens)
 {
     QList<FakeStation> own;
-    for (const QByteArray &token : tokens) {
-        FakeStation station;
-        station.token = token;
-        station.name = "Station " + token;
-        own.append(station);
-    }
+    for (const QByteArray &token : tokens)
+        own.append(FakeStation{token, "Station " + token});
     return own;
 }
 
@@ -114,16 +109,6 @@ HANDLE_T PlayerRig::listed(const QList<FakeStation> &all)
     velmora_ws_getStationList(0, "", "", ignore, nullptr, &handle);
     service.ws.flush();
     return handle;
-}
-
-HANDLE_T PlayerRig::stationList(const QList<FakeStation> &own)
-{
-    FakeStation tapestry;
-    tapestry.token = "tapestry";
-    tapestry.name = "Tapestry";
-    tapestry.isTapestry = true;
-    tapestry.allowRename = tapestry.allowDelete = false;
-    return listed(QList{tapestry} + own);
 }
 
 HANDLE_T PlayerRig::createdStation(const FakeStation &station)

@@ -37,13 +37,13 @@ public:
     // --- service
     static QList<FakeStation> stations(const QList<QByteArray> &tokens = {"a", "b", "c"}); // Tapestry is added
     static FakeEntry track(const QByteArray &name);
-    static FakeReply tracks(int count); // "Song 1" and so on
-    HANDLE_T emptyStationList() { return listed({}); }
-    HANDLE_T stationList(const QList<FakeStation> &own);
+    static FakeReply tracks(int count);             // "Song 1" and so on
+    HANDLE_T listed(const QList<FakeStation> &all); // a station list that has arrived
+    HANDLE_T stationList(const QList<FakeStation> &own) { return listed(QList{FakeStation::tapestry()} + own); }
     HANDLE_T createdStation(const FakeStation &station);
     void fill(const QList<FakeStation> &own = stations());
     // Fills the list and starts the last station, whose playlist is this one; its first track plays.
-    void play(const QList<FakeEntry> &entries = {track("Song 1"), track("Song 2"), track("Song 3")});
+    void play(const QList<FakeEntry> &entries);
     void startTracks(int count); // answers the playlist that was asked for; the first of "Song 1" and so on plays
     void tick() const { call("checkwaterline"); }
     void finishTrack(); // it has been heard to its end, and the next is being started
@@ -70,19 +70,31 @@ public:
                     return found;
         return nullptr;
     }
+    bool hasThumb(const char *picture = "") const // the mark on the history's row
+    {
+        return !screentest::childWidget(player, "playlistthumb")->isHidden() &&
+               style("playlistthumb").contains(QLatin1String(picture));
+    }
     bool isAnimationShown() const { return player->isAnimationShown(); }
     // Object names of the controls of the player that look focused: exactly one, or none under a box or dialog.
     QStringList focused() const;
-    QString lastStation() const; // of the settings
-    // Uses them up.
-    int skipsLeft(const QString &station) const;
+    QString lastStation() const;                 // of the settings
+    int skipsLeft(const QString &station) const; // and now there is none
     static void useUpSkips(const QString &station);
 
     LogCapture log;
     FakeWsFixture service;
     PlayerScreens screens;
     QPointer<VelmoraMainDlg> player;
+};
 
-private:
-    HANDLE_T listed(const QList<FakeStation> &all);
+// The same, and the first of these tracks plays.
+class PlayingRig : public PlayerRig {
+public:
+    explicit PlayingRig(const QByteArray &lastStation = "b")
+        : PlayerRig(lastStation)
+    {
+        play({track("Song 1"), track("Song 2"), track("Song 3")});
+    }
+    explicit PlayingRig(const QList<FakeEntry> &entries) { play(entries); }
 };

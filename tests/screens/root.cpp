@@ -6,6 +6,7 @@
 #include "fakes/screentest.h"
 #include "screens/rootscreens.h"
 
+#include "netcommon/playback.h"
 #include "viewcomponent/bufferdlg.h"
 
 #include <functional>
@@ -18,11 +19,10 @@ const QString lastWindowQuestion = QStringLiteral("You have reached the last win
 const QString networkText = QStringLiteral("Unable to connect to network.");
 
 // Runs `act` once, as soon as a box shows and `answers`, if any, have noted it.
-template <class Act>
-void onBox(QObject *context, Act act, const BoxAnswer *answers = nullptr)
+void onBox(QObject *context, const std::function<void()> &act, const BoxAnswer *answers = nullptr)
 {
     auto *timer = new QTimer(context);
-    QObject::connect(timer, &QTimer::timeout, context, [timer, act, answers] {
+    timer->callOnTimeout([timer, act, answers] {
         if (!screentest::visibleBox() || (answers && answers->shown() == 0))
             return;
         timer->stop();
@@ -50,11 +50,7 @@ QTimer *idleTimer(const VelmoraParentWidget &screen)
 class Root : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase()
-    {
-        screentest::registerTypes();
-        QApplication::setQuitOnLastWindowClosed(false);
-    }
+    void initTestCase() { screentest::prepare(); }
     void init()
     {
         FakeIpc::reset();
@@ -87,6 +83,7 @@ private slots:
             {7, QStringList{}},               // unknown
         };
         for (const auto &[type, made] : cases) {
+            const Row row(QStringLiteral("type %1").arg(type));
             cleanup(); // a fresh screen for each
             init();
             VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_NONE);
@@ -125,7 +122,7 @@ private slots:
         m_screen->exitVelmora(); // the sentence about the last window was for Back only
         QCOMPARE(answers.texts(), QStringList({lastWindowQuestion, exitQuestion}));
         QCOMPARE(answers.buttons(), QStringList({"Yes|No", "Yes|No"}));
-        QVERIFY(FakeIpc::exitRequests().isEmpty());
+        QVERIFY(FakeIpc::exitRequests.isEmpty());
         QVERIFY(!m_screen->isEixt && m_screen->isVisible());
     }
 
@@ -137,7 +134,7 @@ private slots:
         m_screen->m_isNetworkError = true;
         emit m_screen->signalBlueBtn();
         QCOMPARE(answers.texts(), QStringList{exitQuestion});
-        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true});
+        QCOMPARE(FakeIpc::exitRequests, QList<bool>{true});
         QVERIFY(m_screen->isEixt);
         QVERIFY(m_screen->isVisible());
     }
@@ -155,12 +152,12 @@ private slots:
             &answers);
         emit m_screen->signalBlueBtn();
         QCOMPARE(answers.shown(), 1);
-        QCOMPARE(FakeIpc::exitRequests().size(), 1);
+        QCOMPARE(FakeIpc::exitRequests.size(), 1);
     }
 
     void aRefusedExitSaysSoAndTheRadioStays()
     {
-        FakeIpc::setRequestResult(false);
+        FakeIpc::isHandedOver = false;
         BoxAnswer answers({BoxAnswer::Ok});
         m_screen->isEixt = true;
         emit m_screen->signalExit(false, true);
@@ -171,11 +168,8 @@ private slots:
 
     void theMenuSystemsExitEndsTheEventLoopAndEveryScreen()
     {
-        const bool cases[] = {
-            true,  // told to all screens at once
-            false, // told to the first screen, whose end takes the others along
-        };
-        for (const auto &isTogether : cases) {
+        for (const bool isTogether : {true, false}) {
+            const Row row(isTogether ? "told to all" : "told to the first screen, whose end takes the others along");
             cleanup(); // a fresh screen for each
             init();
             auto *hidden = new ProbeScreen;
@@ -195,22 +189,12 @@ private slots:
             QCOMPARE(execute(), 0);
             QCOMPARE(answer, 0);
             QVERIFY2(isAnsweredOutside, "a box that the exit took away was not answered with No");
-            QVERIFY(!FakeIpc::responses().isEmpty());
-            QCOMPARE(FakeIpc::responses().first(), 2);
-            QVERIFY(FakeIpc::exitRequests().isEmpty());
+            QVERIFY(!FakeIpc::responses.isEmpty());
+            QCOMPARE(FakeIpc::responses.first(), 2);
+            QVERIFY(FakeIpc::exitRequests.isEmpty());
             screentest::settle();
             QVERIFY(!m_screen);
         }
-    }
-
-    void anExitThatIsGrantedEndsTheEventLoop()
-    {
-        FakeIpc::setGranting(true);
-        BoxAnswer answers({BoxAnswer::Ok});
-        QTimer::singleShot(0, m_screen, [this] { emit m_screen->signalReturnBtn(); });
-        QCOMPARE(execute(), 0);
-        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
-        QCOMPARE(FakeIpc::responses().first(), 2);
     }
 
     // --- message boxes
@@ -246,13 +230,10 @@ private slots:
     void aBoxTakenAwayIsNoAnswer()
     {
         const std::tuple<QString, int, bool> cases[] = {
-            {"destroy", 0, true}, // destroyed
-            {"hide", 0, true},    // hidden
-            {"replace", 0, true}, // replaced by another box
-            {"del", 1, false},    // closed as confirmed
-            {"no", 0, false},     // answered with No
+            {"destroy", 0, true}, {"hide", 0, true}, {"replace", 0, true}, {"confirm", 1, false}, {"no", 0, false},
         };
         for (const auto &[how, result, isDestroyed] : cases) {
+            const Row row(how);
             cleanup(); // a fresh screen for each
             init();
             onBox(m_context.get(), [this, how] {
@@ -260,7 +241,7 @@ private slots:
                     m_screen->destroyedMsgbox();
                 else if (how == "hide")
                     m_screen->hideMsgbox();
-                else if (how == "del")
+                else if (how == "confirm")
                     m_screen->delMsgbox();
                 else if (how == "no")
                     screentest::child<QPushButton>(screentest::visibleBox(), "cancelBtn")->click();
@@ -279,16 +260,16 @@ private slots:
 
     void aQuestionTakenAwayTakesNoBranch()
     {
-        ProbePlayer player;
-        FakePlayback::setState(PLAYBACK_STATE_PLAYING);
+        m_screens->player();
+        FakePlayback::state = PLAYBACK_STATE_PLAYING;
         onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
         m_screen->NohandleTimeOut();
         onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
         emit m_screen->signalBlueBtn();
         onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
         m_screen->gotoHome();
-        QVERIFY(FakeIpc::exitRequests().isEmpty());
-        QCOMPARE(player.notes, QStringList{"stop"});
+        QVERIFY(FakeIpc::exitRequests.isEmpty());
+        QCOMPARE(m_screens->playerNotes(), QStringList{"stop"});
         QVERIFY2(!m_screen->isEixt, "the blue key still works");
     }
 
@@ -301,11 +282,11 @@ private slots:
         for (const auto &ask : questions) {
             cleanup();
             init();
-            FakePlayback::setState(PLAYBACK_STATE_PLAYING);
+            FakePlayback::state = PLAYBACK_STATE_PLAYING;
             onBox(m_context.get(), [this] { m_screen->close(); });
             ask();
             QVERIFY(!m_screen && !screentest::visibleBox());
-            QVERIFY(FakeIpc::exitRequests().isEmpty());
+            QVERIFY(FakeIpc::exitRequests.isEmpty());
         }
     }
 
@@ -332,17 +313,18 @@ private slots:
     void theIdleCheckAsksOnlyWhileATrackGoesOn()
     {
         const std::tuple<int, bool, bool> cases[] = {
-            {4, false, false}, // stopped
-            {5, false, true},  // playing
-            {6, false, true},  // paused
-            {5, true, false},  // playing under the animation
+            {PLAYBACK_STATE_STOPPED, false, false},
+            {PLAYBACK_STATE_PLAYING, false, true},
+            {PLAYBACK_STATE_PAUSED, false, true},
+            {PLAYBACK_STATE_PLAYING, true, false},
             {0, false, false}, // nothing yet
         };
         for (const auto &[state, isAnimation, asks] : cases) {
+            const Row row(QStringLiteral("state %1, animation %2").arg(state).arg(isAnimation));
             cleanup(); // a fresh screen for each
             init();
-            ProbePlayer player;
-            FakePlayback::setState(state);
+            m_screens->player();
+            FakePlayback::state = state;
             m_screen->runTimer();
             QCOMPARE(idleTimer(*m_screen)->interval(), 28'800'000);
             if (isAnimation)
@@ -352,22 +334,22 @@ private slots:
             QCOMPARE(answers.texts(), asks ? QStringList{"    Are you still there ? "} : QStringList{});
             QVERIFY(idleTimer(*m_screen)->isActive());
             QCOMPARE(idleTimer(*m_screen)->interval(), asks ? 28'800'000 : 3'000);
-            QCOMPARE(player.notes, asks ? QStringList({"stop", "play"}) : QStringList{});
+            QCOMPARE(m_screens->playerNotes(), asks ? QStringList({"stop", "play"}) : QStringList{});
         }
     }
 
     void nobodyThereEndsTheRadioWithoutAnotherQuestion()
     {
-        ProbePlayer player;
-        player.probe->show();
-        FakePlayback::setState(PLAYBACK_STATE_PLAYING);
-        player.probe->runTimer();
+        PlayerPort *player = m_screens->player();
+        player->screen()->show();
+        FakePlayback::state = PLAYBACK_STATE_PLAYING;
+        player->screen()->runTimer();
         BoxAnswer answers({BoxAnswer::Cancel});
-        QVERIFY(QMetaObject::invokeMethod(idleTimer(*player.probe), "timeout"));
+        QVERIFY(QMetaObject::invokeMethod(idleTimer(*player->screen()), "timeout"));
         QCOMPARE(answers.buttons(), QStringList{"Yes|No"});
-        QCOMPARE(player.notes, QStringList{"own stop"}); // the player is told by its own signal
-        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
-        QVERIFY(!idleTimer(*player.probe)->isActive());
+        QCOMPARE(m_screens->playerNotes(), QStringList{"own stop"}); // the player is told by its own signal
+        QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
+        QVERIFY(!idleTimer(*player->screen())->isActive());
     }
 
     // --- network
@@ -377,7 +359,7 @@ private slots:
         for (const bool isOlderHidden : {false, true}) {
             cleanup();
             init();
-            ProbePlayer player; // hidden
+            PlayerPort *player = m_screens->player(); // hidden
             ProbeScreen newer;
             m_screen->setVisible(!isOlderHidden);
             newer.setVisible(isOlderHidden);
@@ -389,11 +371,11 @@ private slots:
             QCOMPARE(answers.buttons(), QStringList{"Home"});
             QVERIFY(answers.icon().contains("MsgBox_Warning"));
             QCOMPARE(owner, isOlderHidden ? &newer : m_screen.data());
-            QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true});
-            for (VelmoraParentWidget *screen : {static_cast<VelmoraParentWidget *>(m_screen), player.screen(),
+            QCOMPARE(FakeIpc::exitRequests, QList<bool>{true});
+            for (VelmoraParentWidget *screen : {static_cast<VelmoraParentWidget *>(m_screen), player->screen(),
                                                 static_cast<VelmoraParentWidget *>(&newer)})
                 QVERIFY(screen->m_isErrorMsg && screen->m_isNetworkError);
-            QVERIFY(player.notes.contains("stop") && player.notes.contains("own stop"));
+            QVERIFY(m_screens->playerNotes().contains("stop") && m_screens->playerNotes().contains("own stop"));
         }
     }
 
@@ -404,13 +386,13 @@ private slots:
             m_context.get(), [] { FakeNetwork::lost(); }, &answers);
         emit m_screen->signalBlueBtn();
         QCOMPARE(answers.texts(), QStringList({exitQuestion, networkText}));
-        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{true}); // one, by the network box
+        QCOMPARE(FakeIpc::exitRequests, QList<bool>{true}); // one, by the network box
         QVERIFY(!screentest::visibleBox());
     }
 
     void theNextLossIsToldAgainAfterTheNetworkCameBack()
     {
-        FakeIpc::setRequestResult(false); // the radio stays
+        FakeIpc::isHandedOver = false; // the radio stays
         BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok, BoxAnswer::Ok, BoxAnswer::Ok});
         FakeNetwork::lost();
         QVERIFY(m_screen->m_isNetworkError);
@@ -429,7 +411,7 @@ private slots:
         m_screen->gotoHome();
         QCOMPARE(answers.texts(), QStringList{"There may be network congestion."});
         QCOMPARE(answers.buttons(), QStringList{"Home"});
-        QCOMPARE(FakeIpc::exitRequests(), QList<bool>{false});
+        QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
     }
 
     // --- screen saver, animation
@@ -455,14 +437,13 @@ private slots:
 
     void theAnimationKeepsKeysFromTheScreen()
     {
-        int clicks = 0;
-        connect(m_screen->button, &QPushButton::clicked, this, [&clicks] { ++clicks; });
+        QSignalSpy clicks(m_screen->button, &QPushButton::clicked);
         m_screen->controlAnimation(false, "Delete station...");
         QVERIFY(m_screen->isAnimationShown());
         QVERIFY(!m_screen->fgActionInvalid());
         QVERIFY(m_screen->focusWidget() != m_screen->button);
         screentest::key(m_screen, screentest::Select);
-        QCOMPARE(clicks, 0);
+        QCOMPARE(clicks.size(), 0);
         m_screen->button->setFocus(); // as a screen does that gets its focus back
         FakeIpc::screenSaver(false);
         QVERIFY(m_screen->focusWidget() != m_screen->button);
@@ -473,7 +454,7 @@ private slots:
         QVERIFY(m_screen->fgActionInvalid());
         QCOMPARE(m_screen->focusWidget(), m_screen->button);
         screentest::key(m_screen, screentest::Select);
-        QCOMPARE(clicks, 1);
+        QCOMPARE(clicks.size(), 1);
         QCOMPARE(m_screen->findChildren<viewcomponent::BufferDlg *>().size(), 0);
     }
 

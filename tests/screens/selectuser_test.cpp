@@ -13,11 +13,9 @@ const QStringList threeNames = {"anna@house.example", "ben.with.a.name.too.long.
                                 "cleo@house.example"};
 const QStringList fiveNames = threeNames + QStringList{"dora@house.example", "emil@house.example"};
 
-QPointer<SelectUserDlg> open(int loginState)
+QPointer<SelectUserDlg> open(ScreenFixture &fixture, int loginState = 1)
 {
-    auto *dialog = new SelectUserDlg(loginState);
-    dialog->show();
-    return dialog;
+    return fixture.show(new SelectUserDlg(loginState));
 }
 
 void keys(SelectUserDlg *dialog, std::initializer_list<int> codes)
@@ -36,8 +34,6 @@ QString focusedName(SelectUserDlg *dialog)
 class SelectUserTest : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() { registerTypes(); }
-
     void arrowsFollowTheTable()
     {
         struct Case {
@@ -62,13 +58,12 @@ private slots:
         for (const Case &c : cases) {
             ScreenFixture fixture;
             fixture.storeAccounts(fiveNames.mid(0, c.accounts));
-            const auto dialog = open(1);
+            const auto dialog = open(fixture);
             keys(dialog, c.codes);
             QCOMPARE(focusedName(dialog), QLatin1String(c.focused));
             QCOMPARE(dialog->findChildren<QPushButton *>(QRegularExpression(QStringLiteral("userListBtn_."))).size(),
                      5);
             QVERIFY(child<QPushButton>(dialog, "userListBtn_5")->isHidden() == (c.accounts < 5));
-            delete dialog;
         }
     }
 
@@ -77,7 +72,7 @@ private slots:
         ScreenFixture fixture;
         fixture.storeAccounts(threeNames);
         fixture.ws().autoLogin(threeNames.at(1).toUtf8(), FakeReply::stationListOf({"one", "two"}));
-        const auto dialog = open(1);
+        const auto dialog = open(fixture);
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SIGNIN);
         keys(dialog, {Down, Select});
         QTRY_COMPARE(fixture.screens().stationCounts().size(), 1);
@@ -87,26 +82,13 @@ private slots:
         QTRY_VERIFY(!dialog);
     }
 
-    void anAccountWithoutStationsLeadsToCreateStationAndBack()
-    {
-        ScreenFixture fixture;
-        fixture.storeAccounts(threeNames);
-        fixture.ws().autoLogin("anna@house.example", FakeReply::stationListOf({}));
-        fixture.ws().autoReply(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, FakeReply::stationList({}));
-        const auto dialog = open(1);
-        keys(dialog, {Select});
-        QTRY_COMPARE(fixture.screens().made(), QStringList("createStation 1"));
-        QCOMPARE(VelmoraParentWidget::m_ui_type_queue.last(), VELMORA_UI_TYPE_SELECT_USER);
-        QTRY_VERIFY(!dialog);
-    }
-
     void aStoredAccountWithoutAPasswordAndARefusedOneGoToSignIn()
     {
         for (const bool hasPassword : {false, true}) {
             ScreenFixture fixture;
             fixture.settings().addAccount(threeNames.first(), hasPassword ? QStringLiteral("0") : QString());
             fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_DEVICE_NOT_FOUND);
-            const auto dialog = open(1);
+            const auto dialog = open(fixture);
             keys(dialog, {Select});
             QTRY_COMPARE(fixture.screens().made(), QStringList("signInFor " + threeNames.first()));
             QCOMPARE(VelmoraParentWidget::m_ui_type_queue.last(), VELMORA_UI_TYPE_SELECT_USER);
@@ -116,36 +98,21 @@ private slots:
 
     void aFailedLoginIsAWarningAndTheScreenStays()
     {
-        struct Case {
-            int code;
-            QString text;
-        };
-        const Case cases[] = {{VLM_WS_ERR_INVALID_LOGIN, "Invalid username or password, please try again."},
-                              {5050, "Incorrect login,please try again!"}};
-        for (const Case &c : cases) {
+        const std::pair<int, QString> cases[] = {
+            {VLM_WS_ERR_INVALID_LOGIN, "Invalid username or password, please try again."},
+            {5050, "Incorrect login,please try again!"}};
+        for (const auto &[code, text] : cases) {
             ScreenFixture fixture;
             fixture.storeAccounts(threeNames);
-            fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, static_cast<VLM_WS_EXT_ERRCODE_T>(c.code));
-            const auto dialog = open(1);
+            fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, static_cast<VLM_WS_EXT_ERRCODE_T>(code));
+            const auto dialog = open(fixture);
             BoxAnswer box({BoxAnswer::Ok});
             keys(dialog, {Down, Select});
-            QTRY_COMPARE(box.texts(), QStringList(c.text));
-            QTRY_VERIFY(!visibleBox());
+            QTRY_COMPARE(box.answered(), QStringList(text));
             QCOMPARE(focusedName(dialog), QStringLiteral("userListBtn_2"));
             QVERIFY(!dialog->isAnimationShown());
             QVERIFY(fixture.screens().made().isEmpty());
-            delete dialog;
         }
-    }
-
-    void anEmptyDeviceAsksByItselfAndYesLeadsToSignIn()
-    {
-        ScreenFixture fixture;
-        BoxAnswer box({BoxAnswer::Ok});
-        const auto dialog = open(0);
-        QTRY_COMPARE(fixture.screens().made(), QStringList("signIn"));
-        QCOMPARE(box.texts(), QStringList("Do you already have a Velmora account ? "));
-        QCOMPARE(box.buttons(), QStringList("Yes|No"));
     }
 
     void noLeadsToACodeAndReservesASlotForTheAccountToCome()
@@ -155,7 +122,7 @@ private slots:
         fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_OK,
                                FakeReply::activationCode("K7MPQ2XD", "http://radio.example/activate"));
         BoxAnswer box({BoxAnswer::Cancel});
-        const auto dialog = open(1);
+        const auto dialog = open(fixture);
         keys(dialog, {Up, Select});
         QTRY_COMPARE(fixture.screens().made(), QStringList("activation Your activation code is:    K7MPQ2XD|"
                                                            "Please go to    http://radio.example/activate"));
@@ -176,16 +143,14 @@ private slots:
             else
                 fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_INTERNAL);
             BoxAnswer box({BoxAnswer::Cancel, BoxAnswer::Ok});
-            const auto dialog = open(1);
+            const auto dialog = open(fixture);
             keys(dialog, {Up, Select});
-            QTRY_COMPARE(box.shown(), 2);
-            QCOMPARE(box.texts().last(),
-                     isRefusedAtOnce ? QStringLiteral("Can not generate device activation code!")
-                                     : QStringLiteral("Generate device activation code failed,you could try again!"));
-            QTRY_VERIFY(!visibleBox());
+            QTRY_COMPARE(box.answered().value(1),
+                         isRefusedAtOnce
+                             ? QStringLiteral("Can not generate device activation code!")
+                             : QStringLiteral("Generate device activation code failed,you could try again!"));
             QCOMPARE(fixture.settings().getLastLoginName(), threeNames.first());
             QVERIFY(dialog);
-            delete dialog;
         }
     }
 
@@ -195,14 +160,11 @@ private slots:
             ScreenFixture fixture;
             fixture.storeAccounts(fiveNames);
             BoxAnswer box({answer, BoxAnswer::Ok});
-            const auto dialog = open(0);
-            QTRY_COMPARE(box.shown(), 2);
-            QCOMPARE(box.texts().last(),
-                     QStringLiteral("We only keep max 5 accounts,you could delete one to continue."));
+            const auto dialog = open(fixture, 0);
+            QTRY_COMPARE(box.answered().value(1),
+                         QStringLiteral("We only keep max 5 accounts,you could delete one to continue."));
             QVERIFY(fixture.screens().made().isEmpty());
             QCOMPARE(fixture.ws().count(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE), 0);
-            QTRY_VERIFY(!visibleBox());
-            delete dialog;
         }
     }
 
@@ -213,7 +175,7 @@ private slots:
             fixture.storeAccounts(threeNames);
             fixture.ws().autoReply(VLM_WS_MSGID_DISASSOCIATE_DEVICE, code);
             BoxAnswer box({BoxAnswer::Cancel, BoxAnswer::Ok, BoxAnswer::Ok});
-            const auto dialog = open(1);
+            const auto dialog = open(fixture);
             QVERIFY(child<QPushButton>(dialog, "userListBtn_2")->text().endsWith(QChar(0x2026))); // on its row only
             keys(dialog, {Down, Right, Select});
             QTRY_VERIFY(!visibleBox());
@@ -222,9 +184,8 @@ private slots:
             keys(dialog, {Select});
             QCOMPARE(box.texts().first(), "Are you sure you want to delete the user: " + threeNames.at(1));
             if (code == VLM_WS_ERR_INTERNAL) {
-                QTRY_COMPARE(box.shown(), 3);
+                QTRY_COMPARE(box.answered().size(), 3);
                 QVERIFY(box.texts().last().startsWith("Disassociate device failed because of network error."));
-                QTRY_VERIFY(!visibleBox());
                 QCOMPARE(fixture.settings().getAllUserName(), threeNames);
             } else {
                 QTRY_COMPARE(fixture.settings().getAllUserName(), QStringList({threeNames.at(0), threeNames.at(2)}));
@@ -233,7 +194,6 @@ private slots:
             }
             QCOMPARE(fixture.ws().last(VLM_WS_MSGID_DISASSOCIATE_DEVICE).params.at(0).toByteArray(),
                      QByteArray("001A2B3C4D5E-1"));
-            delete dialog;
         }
     }
 
@@ -242,21 +202,20 @@ private slots:
         ScreenFixture fixture;
         fixture.storeAccounts(threeNames);
         BoxAnswer box({BoxAnswer::Nothing});
-        const auto dialog = open(1);
+        const auto dialog = open(fixture);
         destroyNextBox(dialog);
         keys(dialog, {Up, Select}); // returns when the box is gone
         QVERIFY(!visibleBox());
         settle();
         QCOMPARE(fixture.ws().calls().size(), 0);
         QVERIFY(fixture.screens().made().isEmpty());
-        delete dialog;
     }
 
     void theFocusedControlGivesItsLookAwayToABox()
     {
         ScreenFixture fixture;
         fixture.storeAccounts(threeNames);
-        const auto dialog = open(1);
+        const auto dialog = open(fixture);
         auto *row = child<QPushButton>(dialog, "userListBtn_1");
         QVERIFY(row->styleSheet().contains(QLatin1String("large_p")));
         FakeIpc::screenSaver(true);
@@ -265,7 +224,6 @@ private slots:
         FakeIpc::screenSaver(false);
         QVERIFY(row->styleSheet().contains(QLatin1String("large_p")));
         QCOMPARE(focusedName(dialog), QStringLiteral("userListBtn_1"));
-        delete dialog;
     }
 };
 

@@ -1,4 +1,5 @@
 // Feedback rules, history, texts, marquee: rules of the player screen and its list.
+#include "fakes/row.h"
 #include "player/feedbackrules.h"
 #include "player/nowplayingtext.h"
 #include "player/trackhistory.h"
@@ -10,45 +11,35 @@ using feedbackrules::Action;
 using feedbackrules::Situation;
 using feedbackrules::Verdict;
 
-Q_DECLARE_METATYPE(feedbackrules::Situation)
-
 class PlayerRulesTest : public QObject {
     Q_OBJECT
 private slots:
-    void anActionIsJudgedByTheSituation_data()
-    {
-        QTest::addColumn<Situation>("situation");
-        QTest::addColumn<QList<int>>("verdicts"); // of the six actions in their order
-        const int go = int(Verdict::Go), no = int(Verdict::Ignore), ad = int(Verdict::NotForAds),
-                  shared = int(Verdict::NotForSharedStations);
-        const auto row = [](const char *name, const QList<int> &verdicts,
-                            const std::function<void(Situation &)> &change) {
-            Situation situation;
-            change(situation);
-            QTest::newRow(name) << situation << verdicts;
-        };
-        //                                      up     down   sleep  song  artist explain
-        row("a plain track", QList<int>{go, go, go, go, go, go}, [](Situation &) {});
-        row("keys refused", QList<int>{no, no, go, go, go, go}, [](Situation &s) { s.isActionAllowed = false; });
-        row("a track is being started", QList<int>{go, no, no, go, go, go},
-            [](Situation &s) { s.isPlayReady = false; });
-        row("nothing plays", QList<int>{no, no, no, no, no, no}, [](Situation &s) { s.isEntryValid = false; });
-        row("asked already", QList<int>{no, no, no, no, no, go}, [](Situation &s) { s.isPermitted = false; });
-        row("an ad", QList<int>{ad, ad, ad, ad, ad, ad}, [](Situation &s) {
-            s.isAd = true;
-            s.hasTrack = false;
-        });
-        row("a track without data", QList<int>{no, no, no, no, no, no}, [](Situation &s) { s.hasTrack = false; });
-        row("a shared station", QList<int>{shared, shared, go, go, go, go},
-            [](Situation &s) { s.isRatingAllowed = false; });
-    }
-
     void anActionIsJudgedByTheSituation()
     {
-        QFETCH(Situation, situation);
-        QFETCH(QList<int>, verdicts);
-        for (int i = 0; i < verdicts.size(); ++i)
-            QCOMPARE(int(feedbackrules::judge(static_cast<Action>(i), situation)), verdicts.at(i));
+        struct Case {
+            const char *name;
+            std::function<void(Situation &)> change;
+            Verdict verdicts[6]; // of the actions in their order: up, down, sleep, song, artist, explain
+        };
+        const Verdict go = Verdict::Go, no = Verdict::Ignore, ad = Verdict::NotForAds,
+                      shared = Verdict::NotForSharedStations;
+        const Case cases[] = {
+            {"a plain track", [](Situation &) {}, {go, go, go, go, go, go}},
+            {"keys refused", [](Situation &s) { s.isActionAllowed = false; }, {no, no, go, go, go, go}},
+            {"a track is being started", [](Situation &s) { s.isPlayReady = false; }, {go, no, no, go, go, go}},
+            {"nothing plays", [](Situation &s) { s.isEntryValid = false; }, {no, no, no, no, no, no}},
+            {"asked already", [](Situation &s) { s.isPermitted = false; }, {no, no, no, no, no, go}},
+            {"an ad", [](Situation &s) { s.isAd = !(s.hasTrack = false); }, {ad, ad, ad, ad, ad, ad}},
+            {"a track without data", [](Situation &s) { s.hasTrack = false; }, {no, no, no, no, no, no}},
+            {"a shared station", [](Situation &s) { s.isRatingAllowed = false; }, {shared, shared, go, go, go, go}},
+        };
+        for (const Case &c : cases) {
+            const Row row(c.name);
+            Situation situation;
+            c.change(situation);
+            for (int i = 0; i < 6; ++i)
+                QCOMPARE(feedbackrules::judge(static_cast<Action>(i), situation), c.verdicts[i]);
+        }
     }
 
     void thumbsStayWithTheirRows()

@@ -1,6 +1,7 @@
 #include "fakes/devicetwin.h"
 #include "fakes/fakewsfixture.h"
 #include "fakes/logcapture.h"
+#include "fakes/row.h"
 #include "service/devicepaths.h"
 #include "service/velmoralogin.h"
 #include "service/velmorametatypes.h"
@@ -83,18 +84,18 @@ private slots:
     // name=slot
     void theSlotOfANameLogin()
     {
-        const std::tuple<QStringList, QByteArray> cases[] = {
-            {QStringList(), QByteArray("001A2B3C4D5E-0")},                                    // none yet
-            {QStringList({"bob=0", "ann=3"}), QByteArray("001A2B3C4D5E-3")},                  // stored with its slot
-            {QStringList({"bob=0", "ann="}), QByteArray("001A2B3C4D5E-1")},                   // stored without a slot
-            {QStringList({"a=0", "b=1", "c=2", "d=3", "e=4"}), QByteArray("001A2B3C4D5E-9")}, // a sixth account
+        const std::pair<QStringList, QByteArray> cases[] = {
+            {{"bob=0", "ann=3"}, "001A2B3C4D5E-3"},                  // stored with its slot
+            {{"bob=0", "ann="}, "001A2B3C4D5E-1"},                   // stored without a slot
+            {{"a=0", "b=1", "c=2", "d=3", "e=4"}, "001A2B3C4D5E-9"}, // a sixth account
         };
         for (const auto &[accounts, identity] : cases) {
+            const Row row(accounts.join(u' '));
             cleanup(); // afresh
             init();
             for (const QString &account : accounts)
                 store(account.section(u'=', 0, 0), account.section(u'=', 1));
-            ws().noAutoReply(23);
+            ws().autoReply(23, nullptr);
             m_login->userLogin("ann", "secret");
             ws().deliver();
             QCOMPARE(sentIdentity(23), identity);
@@ -137,59 +138,36 @@ private slots:
         QCOMPARE(lastLogin().password, QStringLiteral("2"));
     }
 
-    void everyFailedStepIsFatalWithItsCode_data()
-    {
-        QTest::addColumn<int>("cmd");
-        QTest::addColumn<bool>("isImmediate");
-        for (int cmd : {2, 3, 23, 29}) {
-            QTest::addRow("%d at once", cmd) << cmd << true;
-            QTest::addRow("%d completed", cmd) << cmd << false;
-        }
-    }
     void everyFailedStepIsFatalWithItsCode()
     {
-        QFETCH(int, cmd);
-        QFETCH(bool, isImmediate);
-        if (isImmediate)
-            ws().failNext(cmd, VLM_WS_ERR_ERROR_CURL_FAILURE);
-        else
-            ws().replyNext(cmd, VLM_WS_ERR_ERROR_CURL_FAILURE);
-        connect(m_login.get(), &VelmoraLogin::signalPartnerLoginDone, m_login.get(),
-                [this] { m_login->userLogin("ann", "secret"); });
-        m_login->partnerLogin();
-        ws().deliver();
-        m_seen.removeAll("partner");
-        QCOMPARE(m_seen, QStringList("fatal -504"));
-        QCOMPARE(ws().commands().last(), cmd);
-    }
-
-    void aDeviceLoginThatCannotBeSentIsFatal()
-    {
-        ws().failNext(3, VLM_WS_ERR_OUT_OF_MEMORY);
-        m_login->userLoginWithDeviceID();
-        QCOMPARE(m_seen, QStringList("fatal -503"));
+        for (const int cmd : {2, 3, 23, 29}) {
+            for (const bool isImmediate : {true, false}) {
+                const Row row(QStringLiteral("command %1, at once %2").arg(cmd).arg(isImmediate));
+                cleanup(); // afresh
+                init();
+                if (isImmediate)
+                    ws().failNext(cmd, VLM_WS_ERR_ERROR_CURL_FAILURE);
+                else
+                    ws().replyNext(cmd, VLM_WS_ERR_ERROR_CURL_FAILURE);
+                connect(m_login.get(), &VelmoraLogin::signalPartnerLoginDone, m_login.get(),
+                        [this] { m_login->userLogin("ann", "secret"); });
+                m_login->partnerLogin();
+                ws().deliver();
+                m_seen.removeAll("partner");
+                QCOMPARE(m_seen, QStringList("fatal -504"));
+                QCOMPARE(ws().commands().last(), cmd);
+            }
+        }
     }
 
     void anUnreadableAddressStopsTheChainSilently()
     {
-        ws().setMacResult(VLM_WS_ERR_INTERNAL);
+        ws().device().macResult = VLM_WS_ERR_INTERNAL;
         LogCapture log;
         m_login->userLogin("ann", "secret");
         QVERIFY(log.contains("VelmoraLogin,userLogin,getMac failed,e_ret=5000."));
         QVERIFY(ws().commands().isEmpty());
         QVERIFY(m_seen.isEmpty());
-    }
-
-    void theStationListIsTheReceiversToGiveBack()
-    {
-        disconnect(m_login.get(), &VelmoraLogin::signalGetStationListDone, this, nullptr);
-        HANDLE_T received = 0;
-        connect(m_login.get(), &VelmoraLogin::signalGetStationListDone, this,
-                [&received](HANDLE_T handle) { received = handle; });
-        m_login->getStationList();
-        ws().deliver();
-        QVERIFY(ws().isLive(received));
-        velmora_ws_release_handle(received);
     }
 
     void noPasswordIsLogged()

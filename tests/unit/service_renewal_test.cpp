@@ -1,6 +1,7 @@
 #include "fakes/devicetwin.h"
 #include "fakes/fakewsfixture.h"
 #include "fakes/logcapture.h"
+#include "fakes/row.h"
 #include "service/devicepaths.h"
 #include "service/velmorametatypes.h"
 #include "service/velmorasettings.h"
@@ -8,8 +9,6 @@
 
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <functional>
 
 #include <memory>
 
@@ -98,50 +97,6 @@ private slots:
         QVERIFY(!ws().isLive(first));
     }
 
-    void everyMarkedRequestIsSentAgainWithItsParameters_data()
-    {
-        using S = VelmoraWebService;
-        using Send = std::function<void(S *, HANDLE_T *)>;
-        QTest::addColumn<int>("cmd");
-        QTest::addColumn<Send>("send");
-        const auto row = [](int cmd, const char *name, Send send) { QTest::newRow(name) << cmd << std::move(send); };
-        row(0, "getAdMetadata", [](S *s, HANDLE_T *h) { s->getAdMetadata("ad", 5, false, nullptr, h); });
-        row(3, "userLogin",
-            [](S *s, HANDLE_T *h) { s->userLogin("user", "pw", "ann", "\0\1\2\3\4\5", false, nullptr, h); });
-        row(4, "addArtistBookmark", [](S *s, HANDLE_T *h) { s->addArtistBookmark("t", false, nullptr, h); });
-        row(5, "addSongBookmark", [](S *s, HANDLE_T *h) { s->addSongBookmark("t", false, nullptr, h); });
-        row(6, "disassociateDevice", [](S *s, HANDLE_T *h) { s->disassociateDevice("id", false, nullptr, h); });
-        row(8, "code", [](S *s, HANDLE_T *h) { s->generateDeviceActivationCode("id", false, nullptr, h); });
-        row(9, "search", [](S *s, HANDLE_T *h) { s->search("abc", 6, false, nullptr, h); });
-        row(10, "addFeedback", [](S *s, HANDLE_T *h) { s->addFeedback(1, "t", false, nullptr, h); });
-        row(12, "createStation",
-            [](S *s, HANDLE_T *h) { s->createStation("m", nullptr, "song", 2, false, nullptr, h); });
-        row(13, "deleteStation", [](S *s, HANDLE_T *h) { s->deleteStation("st", false, nullptr, h); });
-        row(15, "getPlaylist", [](S *s, HANDLE_T *h) { s->getPlaylist("st", 8, false, nullptr, h); });
-        row(17, "renameStation", [](S *s, HANDLE_T *h) { s->renameStation("n", "st", 9, false, nullptr, h); });
-        row(21, "explainTrack", [](S *s, HANDLE_T *h) { s->explainTrack("t", false, nullptr, h); });
-        row(23, "associateDevice", [](S *s, HANDLE_T *h) { s->associateDevice("id", false, nullptr, h); });
-        row(29, "getStationList", [](S *s, HANDLE_T *h) { s->getStationList(1, "k", "o", false, nullptr, h); });
-        row(35, "sleepSong", [](S *s, HANDLE_T *h) { s->sleepSong("t", false, nullptr, h); });
-    }
-    void everyMarkedRequestIsSentAgainWithItsParameters()
-    {
-        QFETCH(int, cmd);
-        using Send = std::function<void(VelmoraWebService *, HANDLE_T *)>;
-        QFETCH(Send, send);
-        expireNext(cmd);
-        logIn();
-        HANDLE_T handle = 0;
-        send(m_service, &handle);
-        ws().deliver();
-        const bool isPartnerTokenOnly = QList<int>{3, 6, 8}.contains(cmd);
-        QCOMPARE(ws().commands(), isPartnerTokenOnly ? QList<int>({cmd, 2, cmd}) : QList<int>({cmd, 2, 3, cmd}));
-        QCOMPARE(ws().calls().last().params, ws().calls().first().params);
-        QVERIFY(!ws().calls().last().tag);
-        ws().completeNext(cmd, VLM_WS_ERR_OK);
-        ws().deliver();
-    }
-
     void anInactiveAccountDuringARenewalEndsTheWaitingRequestAtOnce()
     {
         ws().autoReply(2, VLM_WS_ERR_OK);
@@ -170,20 +125,16 @@ private slots:
         QCOMPARE(ws().commands(), QList<int>({3, 2}));
     }
 
-    // the how-many-th request of a command is refused
     void immediateFailuresAreReportedAsTheWaitingRequestsResult()
     {
-        const std::tuple<QList<int>, QList<int>> cases[] = {
-            {QList<int>{2}, QList<int>{29, 2}},         // the partner login
-            {QList<int>{3}, QList<int>{29, 2, 3}},      // the device login
-            {QList<int>{29}, QList<int>{29, 2, 3, 29}}, // the request itself
-        };
-        for (const auto &[fails, commands] : cases) {
+        const std::pair<int, QList<int>> cases[] = {{2, {29, 2}}, {3, {29, 2, 3}}, {29, {29, 2, 3, 29}}};
+        for (const auto &[failing, commands] : cases) {
+            const Row row(QStringLiteral("command %1").arg(failing));
             cleanup(); // afresh
             init();
             logIn();
             const HANDLE_T first = requestStationList();
-            ws().failNext(fails.first(), VLM_WS_ERR_ERROR_CURL_FAILURE);
+            ws().failNext(failing, VLM_WS_ERR_ERROR_CURL_FAILURE);
             ws().complete(first, VLM_WS_ERR_INVALID_AUTH_TOKEN);
             ws().deliver();
             QCOMPARE(ws().commands(), commands);
@@ -216,7 +167,7 @@ private slots:
 
     void anUnreadableAddressLeavesTheRequestWaiting()
     {
-        ws().setMacResult(VLM_WS_ERR_INTERNAL);
+        ws().device().macResult = VLM_WS_ERR_INTERNAL;
         logIn();
         expireNext(29);
         const HANDLE_T handle = requestStationList();
@@ -245,17 +196,6 @@ private slots:
         QCOMPARE(m_receiver->seen, QStringList("playlist 0 tag 0"));
         QVERIFY(ws().isLive(first));
         QCOMPARE(ws().doubleReleases(), 0);
-    }
-
-    void aRenewalRunsOnTheLibrarysThreadToo()
-    {
-        ws().reset(FakeWs::Delivery::Thread);
-        logIn();
-        expireNext(29);
-        ws().autoReply(29, VLM_WS_ERR_OK, FakeReply::stationListOf({"s1"}));
-        requestStationList();
-        QTRY_COMPARE(m_receiver->seen, QStringList("stationList 0 tag 0"));
-        QCOMPARE(ws().commands(), QList<int>({29, 2, 3, 29}));
     }
 };
 

@@ -13,21 +13,13 @@ void keep(HANDLE_T handle, VLM_WS_EXT_ERRCODE_T, VOID *)
     received = handle;
 }
 
-// A completed station list, search, ... of this reply; owned.
-template <typename Request>
-WsHandle completed(FakeWs &ws, int cmd, const FakeReply &reply, Request request)
-{
-    ws.replyNext(cmd, VLM_WS_ERR_OK, reply);
-    HANDLE_T handle = 0;
-    request(&handle);
-    ws.deliver();
-    return WsHandle(received);
-}
-
+// A completed station list of this reply; owned.
 WsHandle list(FakeWs &ws, const FakeReply &reply)
 {
-    return completed(ws, VLM_WS_MSGID_GET_STATION_LIST, reply,
-                     [](HANDLE_T *out) { velmora_ws_getStationList(1, "dateCreated", "desc", keep, nullptr, out); });
+    ws.replyNext(VLM_WS_MSGID_GET_STATION_LIST, VLM_WS_ERR_OK, reply);
+    velmora_ws_getStationList(1, "dateCreated", "desc", keep, nullptr, nullptr);
+    ws.deliver();
+    return WsHandle(received);
 }
 
 } // namespace
@@ -56,11 +48,8 @@ private slots:
         QCOMPARE(wsreply::StationList(list(fixture.ws, FakeReply()).get()).count(), 0);
         QCOMPARE(wsreply::StationList(list(fixture.ws, FakeReply::stationList({})).get()).count(), 0);
         const auto odd = [](int count) {
-            return FakeReply([count](FakeArena &arena) {
-                auto *record = arena.make<VLM_WS_STATION_LIST_T>();
-                record->count = count; // without an array
-                return static_cast<void *>(record);
-            });
+            return FakeReply::of<VLM_WS_STATION_LIST_T>(
+                [count](VLM_WS_STATION_LIST_T &record, FakeArena &) { record.count = count; }); // without an array
         };
         for (int count : {-1, 7}) {
             const WsHandle handle = list(fixture.ws, odd(count));

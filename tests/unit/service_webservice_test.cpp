@@ -1,14 +1,11 @@
 #include "fakes/fakewsfixture.h"
 #include "fakes/logcapture.h"
+#include "fakes/row.h"
 #include "service/velmorametatypes.h"
 #include "service/velmorawebservice.h"
 #include "service/wscommands.h"
-#include "service/wshandle.h"
 
-#include <QMetaMethod>
 #include <QtTest>
-
-#include <memory>
 
 namespace {
 
@@ -120,25 +117,41 @@ private slots:
                 velmora_ws_release_handle(done);
             });
             QCOMPARE(wrapper.call(service, false, tag, &handle), VLM_WS_ERR_OK);
+            const Row row(wrapper.signalName);
             const FakeCall call = fixture.ws.last(wrapper.cmd);
             QCOMPARE(call.handle, handle);
             QCOMPARE(call.params, wrapper.params);
             QVERIFY(call.hasCallback);
             QVERIFY(fixture.ws.complete(handle, VLM_WS_ERR_MAINTENANCE));
             fixture.ws.deliver();
-            QVERIFY2(number == 1, wrapper.signalName);
+            QCOMPARE(number, 1);
         }
     }
 
-    void theSignalsStandInTheOrderOfTheIdentifiers()
+    // Its partner token alone, or the device's login too, is renewed before.
+    void exactlyTheseAreSentAgainWithTheirParametersWhenTheTokenExpires()
     {
-        QList<QByteArray> declared, expected;
-        const QMetaObject &meta = VelmoraWebService::staticMetaObject;
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-            declared.append(meta.method(i).methodSignature());
-        for (const Wrapper &wrapper : wrappers())
-            expected.append(QByteArray(wrapper.signalName) + "(HANDLE_T,VLM_WS_EXT_ERRCODE_T,VOID*)");
-        QCOMPARE(declared, expected);
+        const QSet<int> retried{0, 3, 4, 5, 6, 8, 9, 10, 12, 13, 15, 17, 21, 23, 29, 35};
+        for (const Wrapper &wrapper : wrappers()) {
+            const Row row(wrapper.signalName);
+            FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
+            fixture.ws.replyNext(wrapper.cmd, VLM_WS_ERR_INVALID_AUTH_TOKEN);
+            fixture.ws.autoReply(2, VLM_WS_ERR_OK, FakeReply::partnerLogin());
+            fixture.ws.autoReply(3, VLM_WS_ERR_OK, FakeReply::userLogin("ann"));
+            HANDLE_T handle = 0;
+            QCOMPARE(wrapper.call(Service::getInstance(), false, nullptr, &handle), VLM_WS_ERR_OK);
+            fixture.ws.deliver();
+            const QList<FakeCall> calls = fixture.ws.calls();
+            QCOMPARE(calls.size() > 1 && calls.last().cmd == wrapper.cmd, retried.contains(wrapper.cmd));
+            if (retried.contains(wrapper.cmd)) {
+                QCOMPARE(calls.size(), QSet<int>({3, 6, 8}).contains(wrapper.cmd) ? 3 : 4);
+                QCOMPARE(calls.last().params, calls.first().params);
+                QVERIFY(!calls.last().tag);
+                fixture.ws.completeNext(wrapper.cmd, VLM_WS_ERR_OK);
+                fixture.ws.deliver();
+            }
+            delete Service::getInstance();
+        }
     }
 
     void aRequestWithoutCallbackRaisesNothing()
@@ -151,15 +164,6 @@ private slots:
         fixture.ws.complete(handle, VLM_WS_ERR_OK);
         fixture.ws.deliver();
         QCOMPARE(spy.count(), 0);
-    }
-
-    void anImmediateFailureIsReturned()
-    {
-        FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
-        fixture.ws.failNext(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OUT_OF_MEMORY);
-        HANDLE_T handle = 0;
-        QCOMPARE(Service::getInstance()->search("a", 0, false, nullptr, &handle), VLM_WS_ERR_OUT_OF_MEMORY);
-        QCOMPARE(handle, HANDLE_T(0));
     }
 
     void aNullHandleIsLoggedAndIgnored()
@@ -193,77 +197,21 @@ private slots:
         QVERIFY(!fixture.ws.isLive(handle));
     }
 
-    void theAddressIsAskedForOnceAProcess()
+    void theAddressIsAskedForOnceAndReadsAsZerosWhenThatFailed()
     {
-        FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
-        char buffer[7];
-        for (int i = 0; i < 3; ++i) {
+        for (const bool isFailing : {false, true}) {
+            FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
+            char buffer[7];
+            fixture.ws.device().macResult = isFailing ? VLM_WS_ERR_INTERNAL : VLM_WS_ERR_OK;
+            QCOMPARE(Service::getInstance()->getMac(buffer, 7), fixture.ws.device().macResult);
+            fixture.ws.device().macResult = VLM_WS_ERR_OK;
             memset(buffer, 0x55, sizeof buffer);
             QCOMPARE(Service::getInstance()->getMac(buffer, 7), VLM_WS_ERR_OK);
-            QCOMPARE(QByteArray(buffer, 7), QByteArray("\x00\x1a\x2b\x3c\x4d\x5e\x00", 7));
+            QCOMPARE(QByteArray(buffer, 7),
+                     isFailing ? QByteArray(7, '\0') : QByteArray("\x00\x1a\x2b\x3c\x4d\x5e\x00", 7));
+            QCOMPARE(fixture.ws.device().macCalls, 1);
+            delete Service::getInstance();
         }
-        QCOMPARE(fixture.ws.macCalls(), 1);
-    }
-
-    void aFailedAddressIsNotAskedForAgainAndReadsAsZeros()
-    {
-        FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
-        fixture.ws.setMacResult(VLM_WS_ERR_INTERNAL);
-        char buffer[7];
-        QCOMPARE(Service::getInstance()->getMac(buffer, 7), VLM_WS_ERR_INTERNAL);
-        fixture.ws.setMacResult(VLM_WS_ERR_OK);
-        memset(buffer, 0x55, sizeof buffer);
-        QCOMPARE(Service::getInstance()->getMac(buffer, 7), VLM_WS_ERR_OK);
-        QCOMPARE(QByteArray(buffer, 7), QByteArray(7, '\0'));
-        QCOMPARE(fixture.ws.macCalls(), 1);
-    }
-
-    void initAndUninitReachTheLibrary()
-    {
-        FakeWsFixture fixture;
-        QCOMPARE(Service::getInstance()->uninit(), VLM_WS_ERR_OK);
-        QVERIFY(!fixture.ws.isInitialised());
-        HANDLE_T handle = 0;
-        QCOMPARE(Service::getInstance()->search("a", 0, false, nullptr, &handle), VLM_WS_ERR_NOT_INITIALISED);
-        QCOMPARE(Service::getInstance()->init(), VLM_WS_ERR_OK);
-        QVERIFY(fixture.ws.isInitialised());
-    }
-
-    // The receiver lives here, the completions come from the library's thread.
-    void tenThousandCompletionsArriveInOrderInTheReceiversThread()
-    {
-        FakeWsFixture fixture;
-        const int number = 10000;
-        Service *service = Service::getInstance();
-        fixture.ws.autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search({{"m", "s", "a"}}, {}));
-        fixture.ws.autoReply(VLM_WS_MSGID_EXPLAIN_TRACK, VLM_WS_ERR_NOT_FOUND);
-        QList<quintptr> arrived;
-        QStringList wrong;
-        QObject receiver;
-        const auto receive = [&](HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T code, VOID *tag) {
-            const WsHandle handle(h_handle);
-            const bool isSearch = reinterpret_cast<quintptr>(tag) % 2 == 0;
-            if (QThread::currentThread() != receiver.thread())
-                wrong.append("in a foreign thread");
-            if (code != (isSearch ? VLM_WS_ERR_OK : VLM_WS_ERR_NOT_FOUND))
-                wrong.append(QStringLiteral("result %1").arg(code));
-            arrived.append(reinterpret_cast<quintptr>(tag));
-        };
-        connect(service, &Service::signalSearchDone, &receiver, receive);
-        connect(service, &Service::signalExplainTrackDone, &receiver, receive);
-        LogCapture silent;
-        for (quintptr i = 0; i < number; ++i) {
-            HANDLE_T handle = 0;
-            VOID *const tag = reinterpret_cast<VOID *>(i);
-            QCOMPARE(i % 2 == 0 ? service->search("x", 0, false, tag, &handle)
-                                : service->explainTrack("x", false, tag, &handle),
-                     VLM_WS_ERR_OK);
-        }
-        QTRY_COMPARE_WITH_TIMEOUT(arrived.size(), number, 60000);
-        for (quintptr i = 0; i < number; ++i)
-            QCOMPARE(arrived.at(static_cast<int>(i)), i);
-        QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(u' ')));
-        QCOMPARE(fixture.ws.releases(), number);
     }
 };
 
