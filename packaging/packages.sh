@@ -10,6 +10,7 @@ packages_build=(
 packages_run=(
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa
     libqt6network6 fonts-liberation xvfb
+    alsa-utils
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
 packages_artwork=(librsvg2-bin optipng)

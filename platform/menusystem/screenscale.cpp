@@ -1,8 +1,6 @@
 #include "screenscale.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
@@ -23,22 +21,7 @@ QSize readSize(const QByteArray &text)
     return read && width > 0 && height > 0 ? QSize(width, height) : QSize();
 }
 
-QByteArray content(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(4096) : QByteArray();
-}
-
-QSize kernelModeSize()
-{
-    const QDir outputs(QStringLiteral("/sys/class/drm"));
-    for (const QString &output : outputs.entryList({QStringLiteral("card*-*")}))
-        if (content(outputs.filePath(output + QLatin1String("/status"))).trimmed() == "connected")
-            return readSize(content(outputs.filePath(output + QLatin1String("/modes"))));
-    return {};
-}
-
-QSize askDisplayServer()
+QSize askPlatform()
 {
     QProcess asker;
     auto environment = QProcessEnvironment::systemEnvironment();
@@ -48,7 +31,7 @@ QSize askDisplayServer()
     asker.setProcessEnvironment(environment);
     asker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     asker.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--measure-screen")});
-    if (!asker.waitForFinished(10000)) {
+    if (!asker.waitForFinished(60000)) {
         asker.kill();
         asker.waitForFinished();
         return {};
@@ -68,14 +51,10 @@ double scaleFor(const QSize &screen, bool isWindowed)
 QSize screenSize()
 {
     const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM").section(u':', 0, 0);
-    if (platform == QLatin1String("linuxfb"))
-        return readSize(content(QStringLiteral("/sys/class/graphics/fb0/virtual_size")));
-    if (platform.startsWith(QLatin1String("eglfs")))
-        return kernelModeSize();
-    if (platform == QLatin1String("xcb") || platform == QLatin1String("wayland") ||
-        (platform.isEmpty() && (qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))))
-        return askDisplayServer();
-    return {};
+    const bool hasDisplay = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    if (platform.isEmpty() ? !hasDisplay : platform == QLatin1String("offscreen"))
+        return {};
+    return askPlatform();
 }
 
 int printScreenSize(int argc, char **argv)
