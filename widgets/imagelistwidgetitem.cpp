@@ -16,6 +16,7 @@ ImageListWidgetItem::ImageListWidgetItem(QWidget *parent)
 void ImageListWidgetItem::setText(const QString &text)
 {
     m_text = text;
+    layOut();
     update();
     updateGeometry();
 }
@@ -33,9 +34,19 @@ void ImageListWidgetItem::setBar(const QPixmap &bar, const QRect &place)
     update();
 }
 
-int ImageListWidgetItem::bandWidth() const
+void ImageListWidgetItem::layOut()
 {
-    return fontMetrics().horizontalAdvance(m_text);
+    m_line.setTextFormat(Qt::PlainText);
+    m_line.setText(m_text);
+    m_line.prepare({}, font());
+    m_bandWidth = fontMetrics().horizontalAdvance(m_text);
+}
+
+void ImageListWidgetItem::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange)
+        layOut();
+    QLabel::changeEvent(event);
 }
 
 QSize ImageListWidgetItem::sizeHint() const
@@ -83,7 +94,7 @@ void ImageListWidgetItem::timerEvent(QTimerEvent *event)
         QLabel::timerEvent(event);
         return;
     }
-    if (marquee::advance(m_offset, bandWidth()) == marquee::Step::ShiftAndPause) {
+    if (marquee::advance(m_offset, m_bandWidth) == marquee::Step::ShiftAndPause) {
         resetScroll();
         m_delayTimer->stop();
         m_delayTimer->start(marquee::pauseMs);
@@ -99,16 +110,17 @@ void ImageListWidgetItem::paintEvent(QPaintEvent *event)
         painter.fillRect(event->rect(), Qt::black);
     else
         painter.drawPixmap(0, 0, m_backdrop);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (m_bar.isNull())
+    if (m_bar.isNull()) {
         painter.fillRect(event->rect(), QColor(0xFF, 0xB9, 0x30)); // the text is black: as readable without the picture
-    else
+    } else if (m_bar.devicePixelRatio() == painter.deviceTransform().m11()) {
+        painter.drawPixmap(m_barPlace.topLeft(), m_bar); // many times a second: nothing to scale, nothing to compute
+    } else {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
         qDrawBorderPixmap(&painter, m_barPlace, QMargins(), m_bar);
+    }
 
-    const int width = bandWidth();
     painter.setPen(palette().color(foregroundRole()));
-    for (const int x : marquee::copies(m_offset, width, this->width()))
-        if (x <= event->rect().right() && x + width > event->rect().left())
-            painter.drawText(QRect(x, 0, width, height()), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                             m_text);
+    for (const int x : marquee::copies(m_offset, m_bandWidth, width()))
+        if (x <= event->rect().right() && x + m_bandWidth > event->rect().left())
+            painter.drawStaticText(x, (height() - fontMetrics().height()) / 2, m_line);
 }

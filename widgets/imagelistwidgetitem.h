@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QPixmap>
+#include <QStaticText>
 
 class QTimer;
 
@@ -25,14 +26,18 @@ public slots:
     void startTimerEngine();
 
 protected:
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
 
 private:
     void resetScroll();
-    int bandWidth() const;
+    void layOut();
 
     QString m_text; // the row's text and the gap behind it
+    // Both are made anew when the text or the font changes: laying out a line thirty times a second is what costs.
+    QStaticText m_line;
+    int m_bandWidth = 0;
     QPixmap m_backdrop;
     QPixmap m_bar;
     QRect m_barPlace;
