@@ -38,7 +38,7 @@ QPushButton#playBtn { qproperty-text: "Play"; }
 QPushButton#nextBtn { qproperty-text: "Next"; }
 QPushButton#thumbdownBtn { qproperty-text: "Down"; }
 QPushButton#thumbupBtn { qproperty-text: "Up"; }
-QPushButton[objectName^="userListDelBtn"] { qproperty-text: "Delete"; font: 14pt; }
+QPushButton[objectName^="userListDelBtn"] { qproperty-text: "Delete"; font: 12pt "Arial"; }
 QLineEdit { background-color: #FFF8EA; padding: 0px 18px; border: 4px solid rgb(255, 180, 0); }
 QLineEdit:read-only, QLineEdit[styleSheet*="InputBox_Normal"] {
     background-color: #170B22; padding: 0px 20px; border: 2px solid #7D6298; }

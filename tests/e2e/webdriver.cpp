@@ -55,6 +55,7 @@ bool WebDriver::start()
     m_base = QStringLiteral("http://127.0.0.1:") + match.captured(1);
     const QJsonArray arguments = {"--headless",
                                   "--no-sandbox",
+                                  "--disable-dev-shm-usage", // a container has none, or a small one
                                   "--disable-gpu",
                                   "--disable-quic",
                                   "--no-first-run",

@@ -131,6 +131,7 @@ private slots:
         QFETCH(int, focused);
         ScreenFixture fixture;
         const QPointer<QWidget> screen = make();
+        const auto end = qScopeGuard([&] { delete screen; }); // also when it fails: a screen left alone asks questions
         screen->show();
         screen->activateWindow();
         settle();
@@ -139,7 +140,6 @@ private slots:
         QVERIFY2(lit.size() == focused, qPrintable(lit.join(QLatin1Char(' '))));
         const QImage picture = screen->grab().toImage(); // what lies behind a box stays behind it
         QCOMPARE(qAlpha(picture.pixel(picture.width() / 2, picture.height() - 12)), 255);
-        delete screen;
     }
 
     void aLineBreakAtTheEndOfAMessageMovesNothing()
