@@ -63,6 +63,21 @@ std::string form(const std::string &action, const std::string &csrf, const std::
     return "<form method=\"post\" action=\"" + escape(action) + "\">\n" + hidden("csrf", csrf) + fields + "</form>\n";
 }
 
+std::string emailField(const std::string &value)
+{
+    return field({"email", "E-mail address", "email", value, "username", {}});
+}
+
+std::string passwordField(const std::string &label)
+{
+    return field({"password", label, "password", {}, "current-password", {}});
+}
+
+std::string newPasswordField(const std::string &name, const std::string &label)
+{
+    return field({name, label, "password", {}, "new-password", "At least eight characters."});
+}
+
 std::string field(const Field &field)
 {
     std::string text = "<label>" + escape(field.label) + "<input name=\"" + escape(field.name) + "\" type=\"" +

@@ -30,6 +30,9 @@ struct Field {
     bool isCode = false; // an activation code: large, capitals, no corrections
 };
 std::string field(const Field &field);
+std::string emailField(const std::string &value);
+std::string passwordField(const std::string &label); // the present one, named "password"
+std::string newPasswordField(const std::string &name, const std::string &label);
 std::string hidden(const std::string &name, const std::string &value);
 std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
 std::string link(const std::string &address, const std::string &label);

@@ -41,19 +41,7 @@ void WebPages::signInPage(Visit &visit, const std::string &problem, const std::s
     show(visit, "Sign in",
          html::heading("Your account") + html::error(problem) +
              html::form("/account/signin", visit.session.csrf,
-                        html::field({.name = "email",
-                                     .label = "E-mail address",
-                                     .type = "email",
-                                     .value = userName,
-                                     .autocomplete = "username",
-                                     .hint = {}}) +
-                            html::field({.name = "password",
-                                         .label = "Password",
-                                         .type = "password",
-                                         .value = {},
-                                         .autocomplete = "current-password",
-                                         .hint = {}}) +
-                            html::button("Sign in")) +
+                        html::emailField(userName) + html::passwordField("Password") + html::button("Sign in")) +
              html::link("/activate", "Activate a radio"),
          status);
 }
@@ -80,18 +68,7 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
     }
     body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
             html::form("/account/password", visit.session.csrf,
-                       html::field({.name = "password",
-                                    .label = "Password now",
-                                    .type = "password",
-                                    .value = {},
-                                    .autocomplete = "current-password",
-                                    .hint = {}}) +
-                           html::field({.name = "new",
-                                        .label = "New password",
-                                        .type = "password",
-                                        .value = {},
-                                        .autocomplete = "new-password",
-                                        .hint = "At least eight characters."}) +
+                       html::passwordField("Password now") + html::newPasswordField("new", "New password") +
                            html::button("Change")) +
             html::form("/account/signout", visit.session.csrf, html::button("Sign out"));
     show(visit, "Your account", body, status);

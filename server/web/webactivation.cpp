@@ -75,32 +75,14 @@ void WebPages::takeCode(Visit &visit)
 
 void WebPages::accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
 {
-    const std::string email = html::field({.name = "email",
-                                           .label = "E-mail address",
-                                           .type = "email",
-                                           .value = userName,
-                                           .autocomplete = "username",
-                                           .hint = {}});
+    const std::string email = html::emailField(userName);
     show(visit, "Your account",
          html::heading("Whose radio is it?") + html::error(problem) + "<h2>I have an account</h2>\n" +
              html::form("/activate/account", visit.session.csrf,
-                        email +
-                            html::field({.name = "password",
-                                         .label = "Password",
-                                         .type = "password",
-                                         .value = {},
-                                         .autocomplete = "current-password",
-                                         .hint = {}}) +
-                            html::button("Sign in", "action", "signin")) +
+                        email + html::passwordField("Password") + html::button("Sign in", "action", "signin")) +
              "<h2>I am new here</h2>\n" +
              html::form("/activate/account", visit.session.csrf,
-                        email +
-                            html::field({.name = "password",
-                                         .label = "Password",
-                                         .type = "password",
-                                         .value = {},
-                                         .autocomplete = "new-password",
-                                         .hint = "At least eight characters."}) +
+                        email + html::newPasswordField("password", "Password") +
                             html::button("Create an account", "action", "create")),
          status);
 }

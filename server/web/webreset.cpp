@@ -19,13 +19,7 @@ std::string passwordForm(const std::string &csrf, const std::string &token, cons
 {
     return html::heading("A new password") + html::error(problem) +
            html::form("/reset", csrf,
-                      html::hidden("token", token) +
-                          html::field({.name = "new",
-                                       .label = "New password",
-                                       .type = "password",
-                                       .value = {},
-                                       .autocomplete = "new-password",
-                                       .hint = "At least eight characters."}) +
+                      html::hidden("token", token) + html::newPasswordField("new", "New password") +
                           html::button("Set it"));
 }
 
