@@ -53,7 +53,7 @@ void WebPages::addTo(httplib::Server &server)
 
 std::string WebPages::Visit::value(const std::string &name) const
 {
-    return request.has_param(name.c_str()) ? request.get_param_value(name.c_str()) : std::string();
+    return request.has_param(name) ? request.get_param_value(name) : std::string();
 }
 
 void WebPages::visit(const httplib::Request &request, httplib::Response &response, Handler handler)
