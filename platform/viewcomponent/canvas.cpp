@@ -2,7 +2,8 @@
 
 #include "backdrop.h"
 #include "canvasgeometry.h"
-#include "windowstack.h"
+#include "platform/shared/canvasproperty.h"
+#include "platform/shared/windowstack.h"
 
 #include <QApplication>
 #include <QMoveEvent>
@@ -17,9 +18,6 @@ namespace viewcomponent {
 using platform::WindowStack;
 
 namespace {
-
-// Read by whoever needs the screen's part that is ours: a QRect in logical pixels.
-constexpr char canvasProperty[] = "velmoraCanvas";
 
 // Screens hand over without a gap. A canvas that stays empty lost its screen to a desktop's way to close windows (which
 // cannot be told from the program's own), and a black screen that hears no key would be all that is left.
@@ -109,7 +107,7 @@ void Canvas::spread()
     if (m_backdrop && (!isWindowed || !m_backdrop->isVisible()))
         m_backdrop->cover(whole);
     m_canvas = isWindowed ? m_backdrop->geometry() : canvasOn(whole);
-    qApp->setProperty(canvasProperty, m_canvas);
+    qApp->setProperty(platform::canvasProperty, m_canvas);
     for (auto entry = m_places.cbegin(); entry != m_places.cend(); ++entry)
         place(entry.key(), entry->onCanvas);
 }

@@ -1,6 +1,6 @@
 // The canvas on a screen that is larger than it. The offscreen platform is given a screen of 1600 x 900.
 #include "canvasgeometry.h"
-#include "windoworder.h"
+#include "platform/shared/windoworder.h"
 
 #include "viewcomponent/magicscrollbar.h"
 

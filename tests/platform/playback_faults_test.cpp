@@ -2,7 +2,7 @@
 
 #include "playbackrig.h"
 
-#include "platform/netcommon/playbackstatistics.h"
+#include "platform/netcommon/playback/playbackstatistics.h"
 
 #include <QtTest>
 

@@ -2,7 +2,7 @@
 
 #include "mediaserver.h"
 
-#include "platform/netcommon/fetcher.h"
+#include "platform/netcommon/playback/fetcher.h"
 
 #include <QtTest>
 

@@ -1,9 +1,9 @@
 // The deciders of playback, by tables.
 
-#include "platform/netcommon/fetcherrules.h"
-#include "platform/netcommon/httpaddress.h"
-#include "platform/netcommon/playbackbuffer.h"
-#include "platform/netcommon/playbackorder.h"
+#include "platform/netcommon/playback/fetcherrules.h"
+#include "platform/netcommon/playback/httpaddress.h"
+#include "platform/netcommon/playback/playbackbuffer.h"
+#include "platform/netcommon/playback/playbackorder.h"
 
 #include <QtTest>
 

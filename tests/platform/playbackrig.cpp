@@ -1,6 +1,6 @@
 #include "playbackrig.h"
 
-#include "platform/netcommon/playbackstatistics.h"
+#include "platform/netcommon/playback/playbackstatistics.h"
 
 using netcommon::Playback;
 

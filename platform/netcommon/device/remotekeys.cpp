@@ -1,0 +1,141 @@
+#include "remotekeys.h"
+
+#include "plainrepeat.h"
+#include "remotekeytable.h"
+#include "platform/shared/windowstack.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPointer>
+#include <QWindow>
+
+namespace netcommon {
+
+namespace {
+
+// A key that already has the remote's code.
+class FinalKeyEvent : public QKeyEvent {
+public:
+    using QKeyEvent::QKeyEvent;
+};
+
+// A widget that is not a line edit says with this property that it, or a field inside it, takes typed text.
+constexpr char textEntryProperty[] = "velmoraTextEntry";
+
+bool isTextEntry()
+{
+    const QWidget *widget = QApplication::focusWidget();
+    if (const auto *field = qobject_cast<const QLineEdit *>(widget))
+        return !field->isReadOnly();
+    for (; widget; widget = widget->isWindow() ? nullptr : widget->parentWidget())
+        if (widget->property(textEntryProperty).toBool())
+            return true;
+    return false;
+}
+
+// The window that a key goes to: also one that the display server has given no focus, for the menu system's keys
+// arrive without it.
+QWindow *keyWindow()
+{
+    if (const QWidget *popup = QApplication::activePopupWidget())
+        return popup->windowHandle();
+    if (const QWidget *box = QApplication::activeModalWidget(); box && box->isVisible())
+        return box->windowHandle();
+    const auto *active = QApplication::activeWindow();
+    const auto *top = platform::WindowStack::instance().top();
+    if (active && active->isVisible())
+        return active->windowHandle();
+    return top ? top->windowHandle() : nullptr;
+}
+
+// An X server marks a held key only by releases that bear the time of the next press, which may not have arrived yet
+// when the release is looked at. It can leave those releases out, for this program alone.
+void reportHeldKeysPlainly()
+{
+#if QT_CONFIG(xcb)
+    // The offscreen platform has the interface too, and nothing behind it.
+    if (auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>(); x11 && x11->connection())
+        netcommonLeaveOutRepeatedReleases(x11->connection());
+#endif
+}
+
+} // namespace
+
+RemoteKeys::RemoteKeys(QObject *application)
+    : QObject(application)
+{
+    platform::WindowStack::instance(); // it sees windows from now on
+    application->installEventFilter(this);
+}
+
+bool RemoteKeys::press(int key, bool isTyped)
+{
+    QWindow *window = keyWindow();
+    if (!window)
+        return false;
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent *event =
+            isTyped ? new QKeyEvent(type, key, Qt::NoModifier) : new FinalKeyEvent(type, key, Qt::NoModifier);
+        QCoreApplication::postEvent(window, event);
+    }
+    return true;
+}
+
+bool RemoteKeys::type(const QString &text)
+{
+    QWindow *window = keyWindow();
+    if (!window)
+        return false;
+    for (const QChar character : text) {
+        const int key = character.toUpper().unicode();
+        const auto modifiers = character.isUpper() ? Qt::ShiftModifier : Qt::NoModifier;
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease})
+            QCoreApplication::postEvent(window, new QKeyEvent(type, key, modifiers, QString(character)));
+    }
+    return true;
+}
+
+bool RemoteKeys::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationStateChange)
+        m_held.forget();
+    const bool isPress = event->type() == QEvent::KeyPress;
+    if ((!isPress && event->type() != QEvent::KeyRelease) || !watched->isWindowType() ||
+        dynamic_cast<FinalKeyEvent *>(event))
+        return false;
+    if (!m_hasBegun) {
+        m_hasBegun = true;
+        reportHeldKeysPlainly();
+    }
+    const auto *key = static_cast<QKeyEvent *>(event);
+    const keys::Stroke stroke{key->key(), key->modifiers(), key->text(), key->isAutoRepeat(), key->timestamp()};
+    const auto deliveries = isPress ? m_held.pressed(stroke, isTextEntry()) : m_held.released(stroke, isTextEntry());
+    if (deliveries.size() == 1 &&
+        deliveries.front() == keys::HeldKeys::Delivery{isPress, stroke.key, stroke.isAutoRepeat})
+        return false; // as it is
+    const QPointer<QObject> receiver(watched);
+    for (const auto &delivery : deliveries) {
+        // What was translated carries neither text nor modifiers.
+        const bool isSame = delivery.key == stroke.key;
+        FinalKeyEvent translated(delivery.isPress ? QEvent::KeyPress : QEvent::KeyRelease, delivery.key,
+                                 isSame ? stroke.modifiers : Qt::NoModifier, key->nativeScanCode(),
+                                 key->nativeVirtualKey(), key->nativeModifiers(), isSame ? stroke.text : QString(),
+                                 delivery.isAutoRepeat);
+        translated.setTimestamp(stroke.timestamp);
+        if (receiver)
+            QCoreApplication::sendEvent(receiver, &translated);
+    }
+    return true;
+}
+
+// Runs while the application object is being made. A program without widgets has no keys.
+void installRemoteKeys()
+{
+    if (auto *application = qobject_cast<QApplication *>(QCoreApplication::instance()))
+        new RemoteKeys(application);
+}
+
+Q_COREAPP_STARTUP_FUNCTION(installRemoteKeys)
+
+} // namespace netcommon

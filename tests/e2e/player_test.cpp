@@ -1,0 +1,185 @@
+// An evening on the player screen, with the remote alone.
+
+#include "e2e/journey.h"
+
+namespace {
+
+const QString stationList = QStringLiteral("stationListWidget");
+const QString history = QStringLiteral("playListWidget");
+
+QString text(const QJsonObject &now, const char *label)
+{
+    return now.value("labels").toObject().value(QLatin1String(label)).toString();
+}
+
+// An audio ad has no album.
+bool isTrack(const QJsonObject &now)
+{
+    return Journey::isPlaying(now) && !text(now, "albumLabel").isEmpty();
+}
+
+// Waits until an ad, should one be playing, is over.
+bool waitForTrack(Journey &journey)
+{
+    return journey.waitFor(isTrack, 40);
+}
+
+} // namespace
+
+class PlayerJourney : public QObject {
+    Q_OBJECT
+private slots:
+    void anotherStationIsChosenAndItsMusicPlays()
+    {
+        Journey journey;
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        const QStringList rows = journey.rows(stationList);
+        const int playing = journey.row(stationList);
+        const int next = playing + 1 < rows.size() ? playing + 1 : 0;
+        QVERIFY(journey.key({"down", "select"}));
+        QVERIFY(journey.waitFor([&](const QJsonObject &now) {
+            return Journey::isPlaying(now) && Journey::count(now, history) == 2 &&
+                   text(now, "stationNameLabel").left(20) == rows.at(next).left(20);
+        }));
+        QVERIFY(journey.waitForAudio(1));
+        // It is the last station: the next start begins with it.
+        QVERIFY(journey.exits());
+    }
+
+    void skippingEndsAtTheLimitInWords()
+    {
+        Journey journey;
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        int skips = 0;
+        for (; skips < 6; ++skips) {
+            QVERIFY(waitForTrack(journey));
+            const int before = Journey::count(journey.last(), history);
+            QVERIFY(journey.key({"next"}));
+            QVERIFY(journey.waitFor([&](const QJsonObject &now) {
+                return Journey::isPlaying(now) && Journey::count(now, history) > before;
+            }));
+        }
+        QVERIFY(waitForTrack(journey));
+        QVERIFY(journey.key({"next"}));
+        QVERIFY(journey.answerBox(
+            QStringLiteral(
+                "Unfortunately,our music licenses force us to limit the number of tracks you may skip each hour."),
+            {"select"}));
+        QVERIFY(journey.waitForNoBox());
+        QCOMPARE(journey.status().value("focus").toString(), stationList);
+        QVERIFY(journey.waitForAudio(1)); // the track plays on
+    }
+
+    void thumbsBookmarkAndTheReasonReachTheService()
+    {
+        Journey journey;
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        QVERIFY(waitForTrack(journey));
+        // thumbs up stays on the track
+        QVERIFY(journey.key({"green"}));
+        QVERIFY(journey.waitFor([&](const QJsonObject &) { return journey.serverReport().contains("addFeedback"); }));
+        QVERIFY(journey.waitFor(isTrack));
+        QCOMPARE(journey.rows(history).size(), 1);
+        // bookmark
+        QVERIFY(journey.openMenuEntry(0));
+        QVERIFY(journey.answerBox("Add bookmark successful!", {"select"}));
+        QVERIFY(journey.waitFor(Journey::isPlaying));
+        QCOMPARE(journey.last().value("focus").toString(), QStringLiteral("menuBtn"));
+        // why
+        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.waitForScreen("MenuDlg"));
+        QVERIFY(journey.key({"down", "down", "down", "select"}));
+        QVERIFY(journey.waitForScreen("WhyDlg"));
+        const QString why = journey.label("whyLabel");
+        QVERIFY(why.startsWith("Based on what you've told us so far, we're playing "));
+        QVERIFY(why.contains(" because it features "));
+        journey.screenshot("why");
+        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
+        // thumbs down leaves the track at once
+        QVERIFY(waitForTrack(journey));
+        const QString disliked = text(journey.last(), "songLabel");
+        const int before = Journey::count(journey.last(), history);
+        QVERIFY(journey.key({"red"}));
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &now) { return Journey::isPlaying(now) && Journey::count(now, history) > before; }));
+        QVERIFY(text(journey.last(), "songLabel") != disliked);
+        QVERIFY(journey.waitForAudio(1));
+    }
+
+    void deletingThePlayingStationStartsTheOneThatMovesUp()
+    {
+        Journey journey;
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        const int row = 1;
+        QVERIFY(journey.key({"top"}));
+        QVERIFY(journey.key({"down", "select"}));
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &now) { return Journey::isPlaying(now) && Journey::count(now, history) >= 2; }));
+        QCOMPARE(journey.row(stationList), row);
+        const QStringList before = journey.rows(stationList);
+        QVERIFY(journey.openMenuEntry(5)); // around the end to "Delete This Station"
+        QVERIFY(journey.answerBox("Are you sure you want to delete station: \n", {"left", "select"}));
+        QVERIFY(journey.waitFor([&](const QJsonObject &now) {
+            return Journey::isPlaying(now) && Journey::count(now, stationList) == before.size() - 1 &&
+                   Journey::count(now, history) >= 3;
+        }));
+        QCOMPARE(journey.row(stationList), row);
+        QVERIFY(journey.waitForAudio(1));
+    }
+
+    void switchingTheUserEndsTheMusicAndShowsTheAccounts()
+    {
+        Journey journey;
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        QVERIFY(journey.openMenuEntry(3));
+        QVERIFY(journey.waitForScreen("SelectUserDlg"));
+        QCOMPARE(journey.last().value("playback").toInt(), 4);
+        QCOMPARE(journey.label("userListBtn_1"), QStringLiteral("listener@velmora.invalid"));
+        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
+        QVERIFY(journey.waitForAudio(1));
+    }
+
+    void aSlowServiceBuffersAndGoesOn()
+    {
+        // Less than the tracks need: the radio pauses under three seconds and goes on above seven.
+        Journey journey({.serverOptions = {"--throttle", "40000"}});
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitFor([](const QJsonObject &now) { return now.value("playback").toInt() == 6; }, 60));
+        const double heard = journey.last().value("audioSeconds").toDouble();
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &now) {
+                return now.value("playback").toInt() == 5 && now.value("audioSeconds").toDouble() > heard + 2;
+            },
+            60));
+    }
+
+    void fastKeysNeitherCrashNorSilenceIt()
+    {
+        Journey journey;
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        const qint64 pid = journey.radioPid();
+        for (int round = 0; round < 55; ++round) { // more than six hundred keys, faster than ten a second
+            QVERIFY(journey.key({"next", "down", "select", "green", "pause", "right", "select", "back", "pause", "red",
+                                 "left", "back"}));
+        }
+        // Whatever is open now: out of it, and music.
+        for (int tries = 0; tries < 20 && !Journey::isPlaying(journey.status()); ++tries) {
+            const QJsonObject now = journey.last();
+            if (now.value("box").isString())
+                journey.key({"select"});
+            else if (now.value("screen").toString() != QLatin1String("VelmoraMainDlg"))
+                journey.key({"back"});
+            else if (now.value("playback").toInt() == 6)
+                journey.key({"play"});
+            QTest::qWait(500);
+        }
+        QCOMPARE(journey.radioPid(), pid);
+        QVERIFY(journey.waitFor(Journey::isPlaying));
+        QVERIFY(journey.waitForAudio(2));
+    }
+};
+
+QTEST_GUILESS_MAIN(PlayerJourney)
+#include "player_test.moc"

@@ -1,0 +1,135 @@
+// From the start to music, and what a person is told when there is none.
+
+#include "e2e/journey.h"
+
+#include <QFileInfo>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <csignal>
+
+namespace {
+
+const QString networkText =
+    QStringLiteral("A network error has occurred.  Please check your network connection and try again.");
+
+} // namespace
+
+class StartJourney : public QObject {
+    Q_OBJECT
+private slots:
+    void aSetUpDeviceEndsInMusicWithoutAKey()
+    {
+        Journey journey;
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
+        QVERIFY(journey.waitForAudio(3));
+        const QJsonObject now = journey.status();
+        QCOMPARE(now.value("playback").toInt(), 5);
+        QCOMPARE(now.value("focus").toString(), QStringLiteral("stationListWidget"));
+        QVERIFY(journey.rows("stationListWidget").size() > 3);
+        QCOMPARE(journey.rows("playListWidget").size(), 1);
+        QVERIFY(!journey.label("songLabel").isEmpty());
+        QVERIFY(journey.exits());
+        QVERIFY(journey.radioReport().contains("Velmora main function exit ok!"));
+        QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
+    }
+
+    void withoutAPictureAndWithoutAFontTheRadioPlaysAndFollowsTheKeys()
+    {
+        QTemporaryDir noFonts;
+        QFile config(noFonts.filePath("fonts.conf"));
+        QVERIFY(config.open(QIODevice::WriteOnly));
+        config.write("<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig/>");
+        config.close();
+        qputenv("FONTCONFIG_FILE", QFile::encodeName(config.fileName()));
+        const auto tidy = qScopeGuard([] { qunsetenv("FONTCONFIG_FILE"); });
+        Journey journey({.radio = QStringLiteral(JOURNEY_BARE)});
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForAudio(2));
+        QVERIFY(journey.openMenuEntry(6) && journey.waitForScreen("CreateStationDlg"));
+        QVERIFY(journey.key({"text", "zzqx", "enter"}));
+        QVERIFY(journey.answerBox(QString(), {"select"}));
+        QVERIFY(journey.waitForNoBox());
+        QVERIFY(journey.key({"back", "left"}));
+        QVERIFY(journey.openMenuEntry(3) && journey.waitForScreen("SelectUserDlg"));
+        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.waitForScreen("VelmoraMainDlg"));
+        QVERIFY(journey.waitForAudio(2));
+        QVERIFY(journey.exits());
+    }
+
+    void oneTrackFollowsAnotherWithoutAKey()
+    {
+        Journey journey({.isShort = true});
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        // More than a batch of four entries, so that the next one is fetched on the way.
+        QVERIFY(journey.waitFor([&](const QJsonObject &) { return journey.rows("playListWidget").size() >= 6; }, 120));
+        QVERIFY(journey.status().value("audioSeconds").toDouble() > 200);
+    }
+
+    void anExpiredSessionIsRenewedInTheMiddleOfListening()
+    {
+        Journey::Options options;
+        options.isShort = true;
+        options.serverOptions = {"--token-lifetime", "4,3"};
+        Journey journey(options);
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        // The music outlives the session: it goes on after the renewal as before.
+        QVERIFY(journey.waitFor(
+            [&](const QJsonObject &) { return journey.radioReport().contains("VelmoraLogin,retrytempwebservice..."); },
+            60));
+        QVERIFY(journey.waitForAudio(200, 60));
+        QVERIFY(journey.status().value("box").isNull());
+    }
+
+    void aServerThatIsNotThereIsNamedAndLeftInAnOrderlyWay()
+    {
+        QTcpServer nobody;
+        QVERIFY(nobody.listen(QHostAddress::LocalHost));
+        const QString url = QStringLiteral("http://127.0.0.1:%1").arg(nobody.serverPort());
+        nobody.close();
+        Journey journey({.hasServer = false, .serverUrl = url});
+        QVERIFY(journey.writeSettings("[Welcome]\nisCheck=1\n"));
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForBox(networkText));
+        QCOMPARE(journey.last().value("screen").toString(), QStringLiteral("LoadingDlg"));
+        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.waitForEnd());
+        QCOMPARE(journey.exitCode(), 0);
+    }
+
+    void aServerThatAnswersGarbageEndsInWordsNotInAFrozenScreen()
+    {
+        QTcpServer garbage;
+        QVERIFY(garbage.listen(QHostAddress::LocalHost));
+        connect(&garbage, &QTcpServer::newConnection, &garbage, [&garbage] {
+            QTcpSocket *socket = garbage.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+                socket->readAll();
+                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 12\r\nConnection: close\r\n\r\n{\"code\": 0, ");
+                socket->disconnectFromHost();
+            });
+        });
+        Journey journey(
+            {.hasServer = false, .serverUrl = QStringLiteral("http://127.0.0.1:%1").arg(garbage.serverPort())});
+        QVERIFY(journey.writeSettings("[Welcome]\nisCheck=1\n"));
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.answerBox("Connect to Velmora failed!", {"select"}));
+        QVERIFY(journey.waitForEnd());
+    }
+
+    void aNewDeviceIsWelcomedAndMayLeave()
+    {
+        Journey journey({.isSetUp = false});
+        QVERIFY2(journey.start(), qPrintable(journey.problem()));
+        QVERIFY(journey.waitForScreen("WelcomeDlg"));
+        QVERIFY(journey.key({"back"}));
+        QVERIFY(journey.answerBox("You have reached the last window.", {"left", "select"}));
+        QVERIFY(journey.waitForEnd());
+        QCOMPARE(journey.exitCode(), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(StartJourney)
+#include "start_test.moc"
