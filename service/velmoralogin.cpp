@@ -1,7 +1,6 @@
 #include "service/velmoralogin.h"
 
 #include "service/deviceidentity.h"
-#include "service/devicepaths.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
@@ -21,7 +20,7 @@ QByteArray identityOfLastLogin()
         qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", result);
         return QByteArray();
     }
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+    VelmoraSettings settings = deviceSettings();
     return deviceIdentity(mac, settings.getLastLogin().password).toLatin1();
 }
 
@@ -68,7 +67,7 @@ void VelmoraLogin::userLogin(const QString &userName, const QString &password)
     QByteArray secret = password.toUtf8();
     if (userName.isEmpty()) {
         qDebug("VelmoraLogin,userLogin,read ini file...");
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         const AccountRecord last = settings.getLastLogin();
         name = last.userName.toUtf8();
         secret = last.password.toUtf8();
@@ -181,7 +180,7 @@ void VelmoraLogin::finishUserLogin(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret
     if (!m_isDeviceLogin) {
         qDebug("VelmoraLogin,handleWebServiceRet,associateDevice...");
         {
-            VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+            VelmoraSettings settings = deviceSettings();
             const QString slot = settings.getPassword(m_account.userName); // empty for an unknown account too
             if (!slot.isEmpty())
                 settings.setLastLogin(m_account.userName);
@@ -202,7 +201,7 @@ void VelmoraLogin::finishUserLogin(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret
     const QString userName = wsreply::loginUserName(h_handle);
     qDebug("VelmoraLogin,handleWebServiceRet,set username with deviceId!");
     if (!userName.isEmpty()) { // a reply without a name must not cost the last login its slot
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         settings.addAccount(userName, settings.getLastLogin().password);
         settings.setLastLogin(userName);
     }

@@ -258,3 +258,8 @@ void VelmoraSettings::rewriteAccounts(bool withLastStation)
     }
     endArray();
 }
+
+VelmoraSettings deviceSettings()
+{
+    return {device::settingsFile(), QSettings::IniFormat, nullptr};
+}

@@ -42,3 +42,7 @@ private:
 
     QList<AccountRecord> m_accounts; // in file order
 };
+
+// The settings of this device, for one operation: `VelmoraSettings settings = deviceSettings();`. The file is opened
+// anew with every call.
+[[nodiscard]] VelmoraSettings deviceSettings();

@@ -1,5 +1,4 @@
 #include "service/deviceidentity.h"
-#include "service/devicepaths.h"
 #include "service/tokenrenewal.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
@@ -183,7 +182,7 @@ void VelmoraWebService::userLoginWithDeviceID()
     }
     AccountRecord last;
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         last = settings.getLastLogin();
     }
     const QByteArray identity = deviceIdentity(mac, last.password).toLatin1();

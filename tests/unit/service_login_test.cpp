@@ -2,7 +2,6 @@
 #include "fakes/fakewsfixture.h"
 #include "fakes/logcapture.h"
 #include "fakes/row.h"
-#include "service/devicepaths.h"
 #include "service/velmoralogin.h"
 #include "service/velmorametatypes.h"
 #include "service/velmorasettings.h"
@@ -24,12 +23,12 @@ class ServiceLoginTest : public QObject {
     FakeWs &ws() { return m_fixture->ws; }
     void store(const QString &name, const QString &slot)
     {
-        VelmoraSettings file(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings file = deviceSettings();
         file.addAccount(name, slot);
     }
     AccountRecord lastLogin()
     {
-        return VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).getLastLogin();
+        return deviceSettings().getLastLogin();
     }
     QByteArray sentIdentity(int cmd) { return ws().last(cmd).params.last().toByteArray(); }
 
@@ -76,7 +75,7 @@ private slots:
         QCOMPARE(m_seen, QStringList("list of 2"));
         QCOMPARE(lastLogin().userName, QStringLiteral("ann@example.org"));
         QCOMPARE(lastLogin().password, QStringLiteral("1"));
-        VelmoraSettings file(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings file = deviceSettings();
         QCOMPARE(file.getAllUserName(), QStringList({"bob", "ann@example.org"}));
         QCOMPARE(file.getAllPassword(), QStringList({"0", "1"}));
     }
@@ -130,7 +129,7 @@ private slots:
 
     void aReplyWithoutANameStoresNoAccount()
     {
-        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setLastLogin("ann", "2");
+        deviceSettings().setLastLogin("ann", "2");
         ws().autoReply(3, VLM_WS_ERR_OK, FakeReply());
         m_login->userLoginWithDeviceID();
         ws().deliver();

@@ -2,7 +2,6 @@
 #include "fakes/fakewsfixture.h"
 #include "fakes/logcapture.h"
 #include "fakes/row.h"
-#include "service/devicepaths.h"
 #include "service/velmorametatypes.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
@@ -70,7 +69,7 @@ private slots:
         m_service = VelmoraWebService::getInstance();
         m_receiver = std::make_unique<Receiver>(m_service);
         m_isLossExpected = false;
-        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setLastLogin("ann", "3");
+        deviceSettings().setLastLogin("ann", "3");
     }
     void cleanup()
     {
