@@ -1,14 +1,12 @@
 #include "remotekeytable.h"
 
+#include "netcommon/remotekeys.h"
+
 #include <QStringList>
 
 namespace netcommon::keys {
 
 namespace {
-
-// The remote's codes that have no name of their own in Qt, or another one.
-constexpr int redKey = 0x010000CB;
-constexpr int greenKey = 0x010000C0;
 
 // Longer than any keyboard waits before it repeats. After that a release was missed, and the press is a new one.
 constexpr std::uint64_t longestRepeatMs = 1500;
