@@ -1,59 +1,22 @@
 #include "player/stationrecord.h"
 
-#include <cstdlib>
-#include <cstring>
+#include "service/stationcopy.h"
 
 namespace stationrecord {
 
-namespace {
-
-bool copyText(char *&target, const char *source)
-{
-    target = source ? strdup(source) : nullptr;
-    return target || !source;
-}
-
-} // namespace
-
 VLM_STATION_MAP_T *copy(const VLM_STATION_MAP_T &source)
 {
-    auto *record = static_cast<VLM_STATION_MAP_T *>(std::malloc(sizeof(VLM_STATION_MAP_T)));
-    if (!record)
-        return nullptr;
-    std::memset(record, 0, sizeof *record); // padding included
-    record->fgFlag0 = source.fgFlag0;
-    record->allowRename = source.allowRename;
-    record->allowDelete = source.allowDelete;
-    record->fgFlag20 = source.fgFlag20;
-    record->isShared = source.isShared;
-    if (copyText(record->stationId, source.stationId) && copyText(record->stationToken, source.stationToken) &&
-        copyText(record->stationStr16, source.stationStr16) && copyText(record->stationStr24, source.stationStr24) &&
-        copyText(record->stationName, source.stationName))
-        return record;
-    release(record);
-    return nullptr;
+    return copyStation(source).release();
 }
 
 void release(VLM_STATION_MAP_T *record)
 {
-    if (!record)
-        return;
-    std::free(record->stationId);
-    std::free(record->stationToken);
-    std::free(record->stationStr16);
-    std::free(record->stationStr24);
-    std::free(record->stationName);
-    std::free(record);
+    StationCopy(record).reset();
 }
 
 bool rename(VLM_STATION_MAP_T &record, const QByteArray &name)
 {
-    char *text = strdup(name.constData());
-    if (!text)
-        return false;
-    std::free(record.stationName);
-    record.stationName = text;
-    return true;
+    return setStationName(record, name);
 }
 
 bool lessThan(const VLM_STATION_MAP_T *a, const VLM_STATION_MAP_T *b)
