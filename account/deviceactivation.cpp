@@ -2,8 +2,6 @@
 
 #include "app/velmoraparentwidget.h"
 #include "service/deviceidentity.h"
-#include "service/devicepaths.h"
-#include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
 
@@ -11,17 +9,6 @@
 #include <QDebug>
 
 namespace deviceactivation {
-
-namespace {
-
-// The last login before the reservation. GUI thread.
-std::optional<AccountRecord> &before()
-{
-    static std::optional<AccountRecord> record;
-    return record;
-}
-
-} // namespace
 
 QString codeLine(const QString &code)
 {
@@ -42,7 +29,6 @@ std::optional<VLM_WS_EXT_ERRCODE_T> requestCode()
         qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", int(result));
         return std::nullopt;
     }
-    reserveSlot();
     HANDLE_T handle = 0;
     return service->generateDeviceActivationCode(macDigits(mac).toLatin1().constData(), false, nullptr, &handle);
 }
@@ -58,28 +44,6 @@ std::optional<wsreply::ActivationCode> takeCode(VelmoraParentWidget *screen, HAN
         return wsreply::activationCode(h_handle);
     qDebug("%s,generateDeviceActivationCodeDone.error,return=%d", name, int(e_ret));
     return std::nullopt;
-}
-
-void reserveSlot()
-{
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
-    if (!before())
-        before() = settings.getLastLogin();
-    settings.setLastLogin(QString(), settings.getFreeSlot());
-}
-
-void giveSlotBack()
-{
-    if (!before())
-        return;
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
-    settings.setLastLogin(before()->userName, before()->password);
-    before().reset();
-}
-
-void forgetReservation()
-{
-    before().reset();
 }
 
 } // namespace deviceactivation

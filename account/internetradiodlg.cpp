@@ -2,7 +2,9 @@
 
 #include "account/afterlogin.h"
 #include "account/deviceactivation.h"
+#include "service/devicepaths.h"
 #include "service/velmoralogin.h"
+#include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
 #include "service/wsreply.h"
@@ -48,6 +50,9 @@ void InternetRadioDlg::dress(bool isFocused)
 void InternetRadioDlg::userLoginWithDeviceID()
 {
     controlAnimation(false, tr("Please wait..."));
+    // The settings keep the last login until the service knows the new account: whatever ends this screen, the next
+    // start is what it was.
+    m_login->setActivationSlot(VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).getFreeSlot());
     m_login->userLoginWithDeviceID();
 }
 
@@ -100,7 +105,6 @@ void InternetRadioDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
     if (isFatalMessageUp())
         return;
     qDebug("InternetRadioDlg,enterVelmoraMainDlg,station count=%d...", wsreply::StationList(h_handle).count());
-    deviceactivation::forgetReservation();
     afterlogin::enterPlayer(this, m_login, handle.take());
 }
 
@@ -142,8 +146,6 @@ void InternetRadioDlg::keyReleaseEvent(QKeyEvent *event)
     }
     if (event->key() == Qt::Key_Back) {
         qDebug("InternetRadioDlg,keyReleaseEvent.recv Qt::Key_Back.");
-        // Before account selection reads which account was last.
-        deviceactivation::giveSlotBack();
         emit signalReturnBtn();
         return;
     }

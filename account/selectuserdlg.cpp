@@ -237,7 +237,6 @@ void SelectUserDlg::generateDeviceActivationCode()
         controlAnimation(false, tr("Please wait..."));
         return;
     }
-    deviceactivation::giveSlotBack();
     showWarning(tr("Can not generate device activation code!"));
 }
 
@@ -245,7 +244,6 @@ void SelectUserDlg::generateDeviceActivationCodeDone(HANDLE_T h_handle, VLM_WS_E
 {
     const auto code = deviceactivation::takeCode(this, h_handle, e_ret);
     if (!code) {
-        deviceactivation::giveSlotBack();
         showWarning(messageFor(e_ret, tr("Generate device activation code failed,you could try again!")));
         return;
     }

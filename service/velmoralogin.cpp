@@ -10,9 +10,9 @@
 
 namespace {
 
-// The identity that the service knows this device by, with the slot of the last login. Empty when the device's address
-// cannot be read: the chain then stops without a word (deliberate).
-QByteArray identityOfLastLogin()
+// The identity that the service knows this device by, with `slot`, or the last login's when that is empty. Empty when
+// the device's address cannot be read: the chain then stops without a word (deliberate).
+QByteArray identityFor(const QString &slot)
 {
     char mac[7];
     const VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->getMac(mac, sizeof mac);
@@ -20,6 +20,8 @@ QByteArray identityOfLastLogin()
         qDebug("VelmoraLogin,userLoginWithDeviceID,getMac failed,e_ret=%d.", result);
         return QByteArray();
     }
+    if (!slot.isEmpty())
+        return deviceIdentity(mac, slot).toLatin1();
     VelmoraSettings settings = deviceSettings();
     return deviceIdentity(mac, settings.getLastLogin().password).toLatin1();
 }
@@ -60,7 +62,7 @@ void VelmoraLogin::partnerLogin()
     }
 }
 
-void VelmoraLogin::userLogin(const QString &userName, const QString &password)
+bool VelmoraLogin::userLogin(const QString &userName, const QString &password)
 {
     qDebug("VelmoraLogin,userLogin..");
     QByteArray name = userName.toUtf8();
@@ -80,7 +82,7 @@ void VelmoraLogin::userLogin(const QString &userName, const QString &password)
     VLM_WS_EXT_ERRCODE_T result = VelmoraWebService::getInstance()->getMac(mac, sizeof mac);
     if (result != VLM_WS_ERR_OK) {
         qDebug("VelmoraLogin,userLogin,getMac failed,e_ret=%d.", result);
-        return;
+        return false;
     }
     HANDLE_T handle = 0;
     result = VelmoraWebService::getInstance()->userLogin("user", secret.constData(), name.constData(), mac, false,
@@ -91,12 +93,13 @@ void VelmoraLogin::userLogin(const QString &userName, const QString &password)
         qDebug("VelmoraLogin,userLogin failed,ret=%d.", result);
         emit signaVelmoraLoginFatalError(result);
     }
+    return true;
 }
 
 void VelmoraLogin::associateDevice()
 {
     qDebug("VelmoraLogin,associateDevice...");
-    const QByteArray identity = identityOfLastLogin();
+    const QByteArray identity = identityFor(QString());
     if (identity.isEmpty())
         return;
     qDebug("VelmoraLogin,associateDevice.deviceId=%s..", identity.constData());
@@ -112,7 +115,7 @@ void VelmoraLogin::associateDevice()
 void VelmoraLogin::userLoginWithDeviceID()
 {
     qDebug("VelmoraLogin,userLoginWithDeviceID...");
-    const QByteArray identity = identityOfLastLogin();
+    const QByteArray identity = identityFor(m_activationSlot);
     if (identity.isEmpty())
         return;
     HANDLE_T handle = 0;
@@ -202,6 +205,8 @@ void VelmoraLogin::finishUserLogin(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret
     qDebug("VelmoraLogin,handleWebServiceRet,set username with deviceId!");
     if (!userName.isEmpty()) { // a reply without a name must not cost the last login its slot
         VelmoraSettings settings = deviceSettings();
+        if (!m_activationSlot.isEmpty())
+            settings.setLastLogin(QString(), m_activationSlot);
         settings.addAccount(userName, settings.getLastLogin().password);
         settings.setLastLogin(userName);
     }

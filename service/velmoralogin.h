@@ -13,7 +13,12 @@ public:
     explicit VelmoraLogin(QObject *parent = nullptr);
     ~VelmoraLogin() override;
 
-    void userLogin(const QString &userName, const QString &password); // empty name: the last login of the settings
+    // Empty name: the last login of the settings. False when the device's address cannot be read: nothing was sent, and
+    // no signal will come.
+    bool userLogin(const QString &userName, const QString &password);
+    // The slot of an account that is being activated: userLoginWithDeviceID() logs in with it instead of the last
+    // login's. The settings get it only once the service has logged the account in.
+    void setActivationSlot(const QString &slot) { m_activationSlot = slot; }
     void userLoginWithDeviceID();
     void associateDevice();
     void getStationList();
@@ -36,4 +41,5 @@ private:
     bool m_isAssociateStarted = false;
     bool m_isDeviceLogin = false; // the user login under way is the one by device identity
     AccountRecord m_account;
+    QString m_activationSlot; // empty: none
 };

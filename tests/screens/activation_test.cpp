@@ -4,6 +4,7 @@
 #include "account/internetradiodlg.h"
 #include "screens/accountfixture.h"
 
+#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 
@@ -23,13 +24,17 @@ QString code(QWidget *dialog)
     return child<QLabel>(dialog, "descriptionLabel3")->text();
 }
 
+QByteArray settingsFile()
+{
+    QFile file(device::settingsFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 class ActivationTest : public QObject {
     Q_OBJECT
 private slots:
-    void init() { deviceactivation::forgetReservation(); }
-
     void aFailedNewCodeLeavesTheOldOne()
     {
         ScreenFixture fixture;
@@ -55,34 +60,44 @@ private slots:
         QTRY_VERIFY(child<QPushButton>(dialog, "okBtn")->hasFocus());
     }
 
-    void aFinishedActivationStoresTheAccountWithItsSlot()
+    void aFinishedActivationStoresTheAccountWithTheFirstFreeSlot()
     {
         ScreenFixture fixture;
         fixture.storeAccounts({"anna@house.example"});
-        deviceactivation::reserveSlot();
         fixture.ws().autoLogin("new@house.example", FakeReply::stationListOf({"one"}));
         const auto dialog = open(fixture);
         key(dialog, Select);
         QTRY_COMPARE(fixture.screens().stationCounts().size(), 1);
         QTRY_VERIFY(!dialog);
+        QCOMPARE(fixture.ws().last(VLM_WS_MSGID_USER_LOGIN).params.at(3).toByteArray(), QByteArray("001A2B3C4D5E-1"));
         QCOMPARE(fixture.settings().getPassword("new@house.example"), QStringLiteral("1"));
-        QCOMPARE(fixture.settings().getLastLoginName(), QStringLiteral("new@house.example"));
-        deviceactivation::giveSlotBack(); // nothing is reserved any more
-        QCOMPARE(fixture.settings().getLastLoginName(), QStringLiteral("new@house.example"));
+        QCOMPARE(fixture.settings().getLastLogin().userName, QStringLiteral("new@house.example"));
+        QCOMPARE(fixture.settings().getLastLogin().password, QStringLiteral("1"));
     }
 
-    void backGivesTheLastLoginBack()
+    // A power cut asks nobody: the file itself says what the next start will do.
+    void theSettingsStayAsTheyAreUntilTheActivationIsCompleted()
     {
         ScreenFixture fixture;
         fixture.storeAccounts({"anna@house.example"});
-        deviceactivation::reserveSlot();
-        QCOMPARE(fixture.settings().getLastLoginName(), QString());
+        const QByteArray before = settingsFile();
+        QVERIFY(before.contains("anna@house.example"));
+        fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_DEVICE_NOT_FOUND);
+        fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_OK,
+                               FakeReply::activationCode("SECOND", "http://radio.example/activate"));
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
+        BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
         const auto dialog = open(fixture);
+        for (int refusals = 1; refusals <= 2; ++refusals) {
+            key(dialog, Select);
+            QTRY_COMPARE(fixture.ws().count(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE), refusals);
+            QTRY_VERIFY(!dialog->isAnimationShown());
+            QCOMPARE(code(dialog), QStringLiteral("Your activation code is:    SECOND"));
+            QCOMPARE(settingsFile(), before);
+        }
         key(dialog, Back);
         QCOMPARE(fixture.screens().made(), QStringList("selectUser 2"));
-        QCOMPARE(fixture.settings().getLastLogin().userName, QStringLiteral("anna@house.example"));
-        QCOMPARE(fixture.settings().getLastLogin().password, QStringLiteral("0"));
+        QCOMPARE(settingsFile(), before);
     }
 };
 

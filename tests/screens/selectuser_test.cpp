@@ -115,7 +115,7 @@ private slots:
         }
     }
 
-    void noLeadsToACodeAndReservesASlotForTheAccountToCome()
+    void noLeadsToACodeAndTheLastLoginStays()
     {
         ScreenFixture fixture;
         fixture.storeAccounts(threeNames);
@@ -128,12 +128,11 @@ private slots:
                                                            "Please go to    http://radio.example/activate"));
         QCOMPARE(fixture.ws().last(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE).params.at(0).toByteArray(),
                  QByteArray("001A2B3C4D5E"));
-        const AccountRecord login = fixture.settings().getLastLogin();
-        QCOMPARE(login.userName, QString());
-        QCOMPARE(login.password, QStringLiteral("3"));
+        QCOMPARE(fixture.settings().getLastLogin().userName, threeNames.first());
+        QCOMPARE(fixture.settings().getLastLogin().password, QStringLiteral("0"));
     }
 
-    void aCodeThatIsRefusedGivesTheLastLoginBack()
+    void aCodeThatIsRefusedIsAWarning()
     {
         for (bool isRefusedAtOnce : {true, false}) {
             ScreenFixture fixture;
