@@ -103,6 +103,7 @@ void EmailPwdDlg::recoverInitInputState()
         return;
     qDebug("EmailPwdDlg,recoverInitInputState,init the stationNameLineEdit..."); // the field's name is deliberate
     ui->emailLineEdit->setStyleSheet(QLatin1String(initialStyle));
+    ui->emailLineEdit->setReadOnly(true);
 }
 
 void EmailPwdDlg::loseFocus(bool fgMsgbox)

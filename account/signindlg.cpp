@@ -67,6 +67,7 @@ void SignInDlg::showByAccount(const QString &account)
 void SignInDlg::askForPassword()
 {
     m_stage = PasswordStage;
+    ui->emailLineEdit->setReadOnly(true);
     ui->emailLineEdit->clearFocus();
     TextEntry::setPromptStyle(ui->emailLineEdit);
     ui->passwordLineEdit->setReadOnly(false);
@@ -78,12 +79,16 @@ void SignInDlg::askForPassword()
 void SignInDlg::askForEmailAgain()
 {
     ui->passwordLineEdit->clear();
+    ui->passwordLineEdit->setReadOnly(true);
     ui->passwordLineEdit->clearFocus();
     TextEntry::setPromptStyle(ui->passwordLineEdit);
+    ui->emailLineEdit->setReadOnly(false);
     ui->emailLineEdit->setFocus(Qt::OtherFocusReason);
     TextEntry::setTypingStyle(ui->emailLineEdit);
     m_keyboard->enableLineEdit(ui->emailLineEdit, false);
     m_stage = EmailStage;
+    if (m_page != letterPage)
+        m_keyboard->changePage();
 }
 
 bool SignInDlg::signInFromLoginFile()
@@ -94,13 +99,30 @@ bool SignInDlg::signInFromLoginFile()
     ui->emailLineEdit->setText(QString::fromLatin1(file->email));
     ui->passwordLineEdit->setText(QString::fromLatin1(file->password));
     // The values themselves: a field drops the line feed that a file without carriage returns leaves.
-    m_login->userLogin(QString::fromLatin1(file->email), QString::fromLatin1(file->password));
+    logIn(QString::fromLatin1(file->email), QString::fromLatin1(file->password));
     return true;
+}
+
+void SignInDlg::logIn(const QString &email, const QString &password)
+{
+    m_isLoginUnderWay = true; // before the request: a refusal is signalled while it is made
+    const QPointer<SignInDlg> guard(this);
+    const bool isAnswerExpected = m_login->userLogin(email, password);
+    if (!guard || isAnswerExpected)
+        return;
+    m_isLoginUnderWay = false;
+    emit signalChangeHighlight(true);
+    activeField()->setFocus(Qt::OtherFocusReason);
+    controlAnimation(true);
 }
 
 void SignInDlg::signInVelmora(QString strContent)
 {
     qDebug("SignInDlg,signInVelmora,stage=%d.", m_stage);
+    if (m_isLoginUnderWay) { // one from the login file shows no animation, so keys still arrive
+        qDebug("SignInDlg,signInVelmora,login under way,return.");
+        return;
+    }
     if (strContent.isEmpty()) {
         if (!signInFromLoginFile())
             showWarning(tr("No information was entered.Please try again."));
@@ -113,7 +135,7 @@ void SignInDlg::signInVelmora(QString strContent)
     ui->passwordLineEdit->clearFocus();
     emit signalChangeHighlight(false);
     controlAnimation(false, tr("Please wait..."));
-    m_login->userLogin(ui->emailLineEdit->text(), ui->passwordLineEdit->text());
+    logIn(ui->emailLineEdit->text(), ui->passwordLineEdit->text());
 }
 
 void SignInDlg::displayUnknownDevice()
@@ -124,6 +146,7 @@ void SignInDlg::displayUnknownDevice()
 void SignInDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
 {
     qDebug("SignInDlg,displayError,ret=%d.", int(e_ret));
+    m_isLoginUnderWay = false;
     if (isFatalMessageUp())
         return;
     emit signalChangeHighlight(true);
@@ -167,17 +190,19 @@ void SignInDlg::recoverInitInputState()
     if (!ui->emailLineEdit->text().isEmpty())
         return;
     TextEntry::setPromptStyle(ui->emailLineEdit);
+    ui->emailLineEdit->setReadOnly(true);
     ui->emailLineEdit->setText(tr("Enter your Velmora account..."));
 }
 
 void SignInDlg::showDigitHint(int pageNum)
 {
-    if (pageNum == 1) {
+    m_page = pageNum;
+    if (pageNum == letterPage) {
         ui->blueContentLabel->hide();
         ui->blueIconLabel->hide();
         ui->greenContentLabel->show();
         ui->greenIconLabel->show();
-    } else if (pageNum == 2) {
+    } else if (pageNum == symbolPage) {
         ui->greenContentLabel->hide();
         ui->greenIconLabel->hide();
     }

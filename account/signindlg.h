@@ -38,13 +38,18 @@ private slots:
 
 private:
     enum Stage { EmailStage = 0, PasswordStage = 1 };
+    static constexpr int letterPage = 1; // as the keyboard numbers its pages
+    static constexpr int symbolPage = 2;
 
     QLineEdit *activeField() const;
     void askForPassword();
     void askForEmailAgain();
     bool signInFromLoginFile();
+    void logIn(const QString &email, const QString &password);
 
     std::unique_ptr<Ui::SignInDlg> ui;
     VelmoraLogin *m_login; // child
     int m_stage = EmailStage;
+    int m_page = letterPage;        // that the keyboard shows
+    bool m_isLoginUnderWay = false; // from the request to the station list or the failure
 };

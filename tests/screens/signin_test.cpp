@@ -51,12 +51,15 @@ private slots:
             dialog->showByAccount("anna@house.example");
             QCOMPARE(FakeKeyboard::field, password(dialog));
             FakeKeyboard::type("wrong");
+            key(dialog, Red);
+            QVERIFY(child<QLabel>(dialog, "greenContentLabel")->isHidden());
             FakeKeyboard::confirm();
             QTRY_COMPARE(box.answered(), QStringList(text));
             QCOMPARE(email(dialog)->text(), QStringLiteral("anna@house.example"));
             QCOMPARE(password(dialog)->text(), QString());
             QTRY_VERIFY(email(dialog)->hasFocus());
             QVERIFY(!FakeKeyboard::isPrompt);
+            QVERIFY(!child<QLabel>(dialog, "greenContentLabel")->isHidden()); // the page of the letters
             QVERIFY(!dialog->isAnimationShown());
         }
     }
@@ -70,6 +73,7 @@ private slots:
         key(dialog, Back); // arrives at the password field, which would swallow its release
         QCOMPARE(email(dialog)->text(), QStringLiteral("anna@house.example"));
         QCOMPARE(FakeKeyboard::field, email(dialog));
+        QVERIFY(!email(dialog)->isReadOnly() && password(dialog)->isReadOnly()); // as they look
         QVERIFY(fixture.screens().made().isEmpty());
         key(dialog, Back);
         QCOMPARE(fixture.screens().made(), QStringList("selectUser 2"));
@@ -83,6 +87,23 @@ private slots:
         BoxAnswer box({BoxAnswer::Ok});
         FakeKeyboard::confirm();
         QCOMPARE(box.texts(), QStringList("No information was entered.Please try again."));
+    }
+
+    void aLoginFromTheFileIsSentOnceHoweverOftenDoneIsPressed()
+    {
+        ScreenFixture fixture;
+        writeLoginFile("a@b\r\nsecret\r\n");
+        const auto dialog = fixture.show(new SignInDlg);
+        BoxAnswer box({BoxAnswer::Ok});
+        FakeKeyboard::confirm();
+        FakeKeyboard::confirm();
+        FakeKeyboard::type("x");
+        FakeKeyboard::confirm();
+        QCOMPARE(fixture.ws().count(VLM_WS_MSGID_USER_LOGIN), 1);
+        QVERIFY(fixture.ws().completeNext(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_INVALID_LOGIN));
+        QTRY_COMPARE(box.answered().size(), 1);
+        FakeKeyboard::confirm(); // the address that the screen holds
+        QCOMPARE(FakeKeyboard::field, password(dialog));
     }
 
     void aLoginFilesLinesAreCutAsTheDeviceReadsThem()
@@ -114,8 +135,10 @@ private slots:
         ScreenFixture fixture;
         const auto dialog = fixture.show(new SignInDlg);
         FakeKeyboard::type("x");
+        QVERIFY(!email(dialog)->isReadOnly());
         FakeKeyboard::clear();
         QCOMPARE(email(dialog)->text(), prompt);
+        QVERIFY(email(dialog)->isReadOnly());
         FakeKeyboard::type("a@b");
         FakeKeyboard::confirm();
         FakeKeyboard::type("y");
