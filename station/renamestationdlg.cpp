@@ -140,8 +140,10 @@ void RenameStationDlg::changeInitInputState()
 void RenameStationDlg::recoverInitInputState()
 {
     qDebug("RenameStationDlg,recoverInitInputState...");
-    if (ui->stationNameLineEdit->text().isEmpty())
-        TextEntry::setPromptStyle(ui->stationNameLineEdit);
+    if (!ui->stationNameLineEdit->text().isEmpty())
+        return;
+    TextEntry::setPromptStyle(ui->stationNameLineEdit);
+    ui->stationNameLineEdit->setReadOnly(true);
 }
 
 void RenameStationDlg::showDigitHint(int pageNum)

@@ -22,6 +22,11 @@ QLineEdit *field(QWidget *dialog)
     return child<QLineEdit>(dialog, "stationNameLineEdit");
 }
 
+QByteArray sentName(ScreenFixture &fixture)
+{
+    return fixture.ws().last(VLM_WS_MSGID_RENAME_STATION).params.value(0).toByteArray();
+}
+
 } // namespace
 
 class RenameStationTest : public QObject {
@@ -51,9 +56,23 @@ private slots:
             QCOMPARE(box.texts(), QStringList("Rename station failed, no station name supplied."));
         }
         FakeKeyboard::type("  ");
-        BoxAnswer box({BoxAnswer::Cancel});
+        BoxAnswer box({BoxAnswer::Ok});
         FakeKeyboard::confirm();
         QCOMPARE(box.shown(), 1);
+        QCOMPARE(sentName(fixture), QByteArray("  "));
+    }
+
+    void aNameIsSentWholeAlthoughTheQuestionCutsIt()
+    {
+        ScreenFixture fixture;
+        const QString name = QString(63, QLatin1Char('n')) + QChar(0xE9);
+        const auto dialog = open(fixture, name);
+        BoxAnswer box({BoxAnswer::Ok});
+        FakeKeyboard::confirm();
+        QVERIFY(box.texts().first().endsWith(QLatin1String("...?")));
+        QCOMPARE(sentName(fixture), name.toUtf8());
+        FakeKeyboard::clear();
+        QVERIFY(field(dialog)->isReadOnly());
     }
 
     void everyFailureLeadsSomewhere()
