@@ -97,6 +97,7 @@ void CreateStationDlg::searchStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T
     ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
     emit signalChangeHighlight(true);
     controlAnimation(true);
+    dropRows();
     if (e_ret != VLM_WS_ERR_OK) {
         handle.reset();
         report(e_ret, tr("Search station failed,you could try again!"));
@@ -147,13 +148,22 @@ void CreateStationDlg::showSearchContent(const wsreply::SearchResult &result)
     }
 }
 
+// The rows of an earlier search say nothing about the text that now stands in the field.
+void CreateStationDlg::dropRows()
+{
+    ui->searchResultListWidget->clearScroll();
+    ui->searchResultListWidget->clear();
+    ui->searchResultListWidget->hide();
+    ui->searchResultNumLabel->clear();
+    ui->descriptionLabel->show();
+    m_tokens.clear();
+}
+
 void CreateStationDlg::beginRows()
 {
+    dropRows();
     ui->descriptionLabel->hide();
     ImageListWidget *list = ui->searchResultListWidget;
-    list->clearScroll();
-    list->clear();
-    m_tokens.clear();
     list->show();
     list->setStyle(&m_listStyle);
 }
@@ -284,6 +294,7 @@ void CreateStationDlg::recoverInitInputState()
     if (!ui->searchLabelLineEdit->text().isEmpty())
         return;
     TextEntry::setPromptStyle(ui->searchLabelLineEdit);
+    ui->searchLabelLineEdit->setReadOnly(true);
     ui->searchLabelLineEdit->setText(tr("Artist or Song")); // not the words of the start (deliberate)
 }
 

@@ -49,6 +49,7 @@ private:
     void showSearchContent(const wsreply::SearchResult &result);
     void showArtists(const QList<wsreply::SearchArtist> &artists);
     void showSongs(const QList<wsreply::SearchTrack> &tracks);
+    void dropRows();
     void beginRows();
     void addRow(const QString &text, const QString &token, const QIcon &icon);
     void endRows();

@@ -107,17 +107,25 @@ private slots:
         }
     }
 
-    void nothingFoundNamesTheTextCutToForty()
+    void nothingFoundNamesTheTextCutToFortyAndTakesTheOldRowsAway()
     {
         for (const int length : {40, 41}) {
             ScreenFixture fixture;
-            fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search({}, {}));
+            fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search(twoTracks, {}));
             const auto dialog = open(fixture);
+            search("north");
+            QTRY_VERIFY(list(dialog)->hasFocus());
+            key(dialog, Left);
+            FakeKeyboard::clear();
+            fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_OK, FakeReply::search({}, {}));
             BoxAnswer box({BoxAnswer::Ok});
             search(QString(length, QLatin1Char('x')));
             const QString shown = QString(40, QLatin1Char('x')) + QLatin1String(length > 40 ? "..." : "");
             QTRY_COMPARE(box.answered(), QStringList(QStringLiteral("No result for \n\"%1\"").arg(shown)));
             QTRY_VERIFY(child<QLineEdit>(dialog, "searchLabelLineEdit")->hasFocus());
+            QVERIFY(list(dialog)->isHidden() && list(dialog)->count() == 0);
+            QVERIFY(!child<QLabel>(dialog, "descriptionLabel")->isHidden());
+            QCOMPARE(child<QLabel>(dialog, "searchResultNumLabel")->text(), QString());
         }
     }
 
@@ -265,8 +273,10 @@ private slots:
         auto *field = child<QLineEdit>(dialog, "searchLabelLineEdit");
         QCOMPARE(field->text(), QStringLiteral("Artist Or Track"));
         FakeKeyboard::type("x");
+        QVERIFY(!field->isReadOnly());
         FakeKeyboard::clear();
         QCOMPARE(field->text(), QStringLiteral("Artist or Song"));
+        QVERIFY(field->isReadOnly());
         auto *caps = child<QLabel>(dialog, "greenContentLabel");
         auto *number = child<QLabel>(dialog, "digitalContentLable");
         QVERIFY(!caps->isHidden() && number->isHidden());
