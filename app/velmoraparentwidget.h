@@ -50,10 +50,10 @@ public:
 
     // --- message box
     void setMsgBoxInfoType(int type); // label set of the next box only
+    virtual void destroyedMsgbox();
     // Runs a box modally and returns 1 (OK, Yes, Artist, Home) or 0 (Cancel, No, Track, or destroyed from outside: ask
     // isBoxDestroyed()). THIS SCREEN MAY BE GONE when it returns: guard with QPointer before touching a member.
     virtual int showMsgbox(int type, const QString &text);
-    virtual void destroyedMsgbox();
     void hideMsgbox();
     void delMsgbox();
     bool isMsgboxShown() const;
@@ -96,7 +96,11 @@ signals:
     void signalTimeoutStop();
     void signalTimeoutNohandle();
 
-protected slots:
+protected:
+    // Swallows Escape, which would close and so delete the screen: Back is a key of its own.
+    bool event(QEvent *event) override;
+
+private slots:
     void exitVelmora();
     void exitVelmora(bool isFromParent, bool isSystemError);
     void returnToLastWindow();
@@ -104,12 +108,6 @@ protected slots:
     void gotoHome();
     void handleBufferState(bool isLow);
     void startAniTimer();
-
-protected:
-    // Swallows Escape, which would close and so delete the screen: Back is a key of its own.
-    bool event(QEvent *event) override;
-
-private slots:
     void handleScreenSaver(bool fgEnter);
 
 private:

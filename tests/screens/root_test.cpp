@@ -106,7 +106,7 @@ private slots:
     {
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SIGNIN);
         onBox(m_context.get(), [this] {
-            m_screen->returnToLastWindow();
+            emit m_screen->signalReturnBtn();
             m_screen->delMsgbox();
         });
         m_screen->showMsgbox(MSG_INFO, "text");
@@ -119,7 +119,7 @@ private slots:
     {
         BoxAnswer answers({BoxAnswer::Cancel, BoxAnswer::Cancel});
         emit m_screen->signalReturnBtn();
-        m_screen->exitVelmora(); // the sentence about the last window was for Back only
+        emit m_screen->signalBlueBtn(); // the sentence about the last window was for Back only
         QCOMPARE(answers.texts(), QStringList({lastWindowQuestion, exitQuestion}));
         QCOMPARE(answers.buttons(), QStringList({"Yes|No", "Yes|No"}));
         QVERIFY(FakeIpc::exitRequests.isEmpty());
@@ -184,7 +184,7 @@ private slots:
                 if (isTogether)
                     FakeIpc::exitFromMenu();
                 else
-                    m_screen->exitVelmora(true, false);
+                    emit m_screen->signalExit(true, false);
             });
             QCOMPARE(execute(), 0);
             QCOMPARE(answer, 0);
@@ -267,7 +267,7 @@ private slots:
         onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
         emit m_screen->signalBlueBtn();
         onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
-        m_screen->gotoHome();
+        m_screen->call("gotoHome");
         QVERIFY(FakeIpc::exitRequests.isEmpty());
         QCOMPARE(m_screens->playerNotes(), QStringList{"stop"});
         QVERIFY2(!m_screen->isEixt, "the blue key still works");
@@ -276,9 +276,9 @@ private slots:
     void everyQuestionSurvivesTheEndOfItsScreen()
     {
         const std::function<void()> questions[] = {
-            [this] { m_screen->exitVelmora(); },       [this] { m_screen->NohandleTimeOut(); },
-            [this] { m_screen->gotoHome(); },          [] { FakeNetwork::lost(); },
-            [this] { m_screen->handleWSError(5099); }, [this] { m_screen->showMsgbox(MSG_QUESTION, QString()); }};
+            [this] { emit m_screen->signalBlueBtn(); }, [this] { m_screen->NohandleTimeOut(); },
+            [this] { m_screen->call("gotoHome"); },     [] { FakeNetwork::lost(); },
+            [this] { m_screen->handleWSError(5099); },  [this] { m_screen->showMsgbox(MSG_QUESTION, QString()); }};
         for (const auto &ask : questions) {
             cleanup();
             init();
@@ -408,7 +408,7 @@ private slots:
     void congestionLeadsHome()
     {
         BoxAnswer answers({BoxAnswer::Ok});
-        m_screen->gotoHome();
+        m_screen->call("gotoHome");
         QCOMPARE(answers.texts(), QStringList{"There may be network congestion."});
         QCOMPARE(answers.buttons(), QStringList{"Home"});
         QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
@@ -460,10 +460,10 @@ private slots:
 
     void theNetworkComingBackEndsTheAnimation()
     {
-        m_screen->startAniTimer();
+        m_screen->call("startAniTimer");
         QVERIFY2(!m_screen->isAnimationShown(), "only while the network is down");
         m_screen->m_isNetworkError = true;
-        m_screen->startAniTimer();
+        m_screen->call("startAniTimer");
         QVERIFY(m_screen->isAnimationShown());
         FakeNetwork::back();
         QVERIFY(!m_screen->isAnimationShown());

@@ -4,8 +4,9 @@
 
 #include <QPushButton>
 #include <QStringList>
+#include <QTest>
 
-// A screen with one button, whose protected slots can be called; notes what the root widget tells it.
+// A screen with one button, whose private slots can be called; notes what the root widget tells it.
 class ProbeScreen : public VelmoraParentWidget {
     Q_OBJECT
 public:
@@ -31,11 +32,8 @@ public:
         VelmoraParentWidget::resetFocus(fgMsgbox);
         notes.append(QStringLiteral("reset"));
     }
-    using VelmoraParentWidget::exitVelmora;
-    using VelmoraParentWidget::gotoHome;
-    using VelmoraParentWidget::handleNetworkEvent;
-    using VelmoraParentWidget::returnToLastWindow;
-    using VelmoraParentWidget::startAniTimer;
+
+    void call(const char *slot) { QVERIFY2(QMetaObject::invokeMethod(this, slot), slot); }
 
     QPushButton *other;
     QPushButton *button; // has the focus at the start
