@@ -1,73 +1,22 @@
 #include "server/catalogue/catalogue.h"
 
-#include "server/accounts/secrets.h"
+#include "server/catalogue/owners.h"
 #include "server/catalogue/searchtext.h"
 #include "server/store/store.h"
 
-#include <map>
 #include <set>
 
 namespace velmora::server {
 
 namespace {
 
-// Finds or makes the artists and albums of a batch of tracks, remembering what it has seen.
-class Owners {
-public:
-    explicit Owners(Database &db)
-        : m_db(db)
-    {
-    }
-
-    int64_t artist(const std::string &name)
-    {
-        const auto known = m_artists.find(name);
-        if (known != m_artists.end())
-            return known->second;
-        int64_t id = 0;
-        Statement row = m_db.prepare("SELECT id FROM artists WHERE folded = ?1 AND name = ?2");
-        row.with(foldedText(name), name);
-        if (row.step()) {
-            id = row.integer(0);
-        } else {
-            m_db.run("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3)", randomToken(9), name,
-                     foldedText(name));
-            id = m_db.lastRowId();
-            m_db.run("INSERT INTO artist_search (rowid, name) VALUES (?1, ?2)", id, indexedText(name));
-        }
-        return m_artists[name] = id;
-    }
-
-    int64_t album(int64_t artist, const std::string &title, int year)
-    {
-        const auto key = std::make_pair(artist, title);
-        const auto known = m_albums.find(key);
-        if (known != m_albums.end())
-            return known->second;
-        int64_t id = 0;
-        Statement row = m_db.prepare("SELECT id FROM albums WHERE artist_id = ?1 AND title = ?2");
-        row.with(artist, title);
-        if (row.step()) {
-            id = row.integer(0);
-        } else {
-            m_db.run("INSERT INTO albums (public_id, artist_id, title, year) VALUES (?1, ?2, ?3, ?4)", randomToken(9),
-                     artist, title, year);
-            id = m_db.lastRowId();
-        }
-        return m_albums[key] = id;
-    }
-
-private:
-    Database &m_db;
-    std::map<std::string, int64_t> m_artists;
-    std::map<std::pair<int64_t, std::string>, int64_t> m_albums;
-};
-
 constexpr const char *trackColumns =
     "SELECT t.id, t.public_id, t.artist_id, t.album_id, t.song, a.name, b.title, t.style, t.mood, t.tempo, t.year, "
-    "t.duration, t.audio_path, t.audio_type, t.bitrate, t.picture_path, t.is_explicit, t.is_playable FROM tracks t "
-    "JOIN "
-    "artists a ON a.id = t.artist_id JOIN albums b ON b.id = t.album_id WHERE ";
+    "t.duration, t.audio_path, t.audio_type, t.bitrate, t.picture_path, t.is_explicit, t.is_playable, t.gain_db, "
+    "t.peak FROM tracks t JOIN artists a ON a.id = t.artist_id JOIN albums b ON b.id = t.album_id WHERE ";
+
+// Tracks of the demo catalogue's own making; those of folders come and go with their files.
+constexpr const char *fromNoFolder = "source = 'demo' AND NOT EXISTS (SELECT 1 FROM files WHERE track_id = tracks.id)";
 
 Track readTrack(const Statement &row)
 {
@@ -90,6 +39,10 @@ Track readTrack(const Statement &row)
     track.pictureFile = row.text(15);
     track.isExplicit = row.integer(16) != 0;
     track.isPlayable = row.integer(17) != 0;
+    if (!row.isNull(18))
+        track.gainDb = row.real(18);
+    if (!row.isNull(19))
+        track.peak = row.real(19);
     return track;
 }
 
@@ -118,7 +71,7 @@ void Catalogue::put(const std::vector<Track> &tracks)
         Statement index = db->prepare("INSERT INTO track_search (rowid, song, artist) VALUES (?1, ?2, ?3)");
         for (const Track &track : tracks) {
             const int64_t artist = owners.artist(track.artist);
-            const int64_t album = owners.album(artist, track.album, track.year);
+            const int64_t album = owners.album({artist, track.album, {}, track.year});
             insert.with(track.publicId, artist, album, track.song, foldedText(track.song), track.style, track.mood,
                         track.tempo, track.year, track.durationSeconds, track.audioFile.string(), track.audioType,
                         track.bitrate, track.pictureFile.string(), track.isExplicit, track.isPlayable);
@@ -132,7 +85,7 @@ void Catalogue::put(const std::vector<Track> &tracks)
         }
         change.commit();
     }
-    m_becamePlayable.notify_all();
+    noteChange();
 }
 
 void Catalogue::put(const std::vector<Ad> &ads)
@@ -158,7 +111,7 @@ void Catalogue::keepOnly(const std::vector<std::string> &trackIds, const std::ve
     const std::set<std::string> keptAds(adIds.begin(), adIds.end());
     std::vector<int64_t> gone;
     {
-        Statement row = db->prepare("SELECT id, public_id FROM tracks");
+        Statement row = db->prepare(std::string("SELECT id, public_id FROM tracks WHERE ") + fromNoFolder);
         while (row.step()) {
             if (!keptTracks.contains(row.text(1)))
                 gone.push_back(row.integer(0));
@@ -183,13 +136,14 @@ void Catalogue::keepOnly(const std::vector<std::string> &trackIds, const std::ve
     db->run(std::string("DELETE FROM artist_search WHERE rowid IN ") + idle);
     db->run(std::string("DELETE FROM artists WHERE id IN ") + idle);
     change.commit();
+    noteChange();
 }
 
 void Catalogue::setTrackPlayable(const std::string &publicId, bool isPlayable, int bitrate)
 {
     m_store.lock()->run("UPDATE tracks SET is_playable = ?2, bitrate = ?3 WHERE public_id = ?1", publicId, isPlayable,
                         bitrate);
-    m_becamePlayable.notify_all();
+    noteChange();
 }
 
 void Catalogue::setAdPlayable(const std::string &publicId, bool isPlayable)
@@ -284,7 +238,28 @@ Counts Catalogue::counts()
 bool Catalogue::isGrowing()
 {
     const Store::Lock db = m_store.lock();
-    return db->prepare("SELECT 1 FROM tracks WHERE is_playable = 0 LIMIT 1").step();
+    if (db->prepare(std::string("SELECT 1 FROM tracks WHERE is_playable = 0 AND ") + fromNoFolder + " LIMIT 1").step())
+        return true;
+    const std::lock_guard guard(m_mutex);
+    return !m_growing.empty();
+}
+
+void Catalogue::setGrowing(const std::string &source, bool isGrowing)
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        if (isGrowing)
+            m_growing.insert(source);
+        else
+            m_growing.erase(source);
+    }
+    m_becamePlayable.notify_all();
+}
+
+void Catalogue::noteChange()
+{
+    ++m_revision;
+    m_becamePlayable.notify_all();
 }
 
 void Catalogue::want(const std::set<std::string> &styles)

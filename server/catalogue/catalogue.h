@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -33,7 +34,9 @@ struct Track {
     int bitrate = 0;       // bits a second
     std::filesystem::path pictureFile;
     bool isExplicit = false;
-    bool isPlayable = false; // its audio file is there, whole
+    bool isPlayable = false;      // its audio file is there, whole
+    std::optional<double> gainDb; // what brings it to -18 LUFS; nothing until it was measured
+    std::optional<double> peak;   // highest sample, 1 is full scale
 };
 
 struct Ad {
@@ -63,7 +66,8 @@ public:
     // large catalogue hand over thousands at a time. Throws StoreError; then none of them is there.
     void put(const std::vector<Track> &tracks);
     void put(const std::vector<Ad> &ads);
-    // Drops every track and ad whose public id is not in these lists; tokens issued for them end.
+    // Drops every ad, and every track that comes from no folder, whose public id is not in these lists; tokens issued
+    // for them end.
     void keepOnly(const std::vector<std::string> &trackIds, const std::vector<std::string> &adIds);
     void setTrackPlayable(const std::string &publicId, bool isPlayable, int bitrate);
     void setAdPlayable(const std::string &publicId, bool isPlayable);
@@ -78,7 +82,14 @@ public:
     std::optional<std::string> pictureOfStyle(const std::string &style);
     std::optional<std::string> pictureOfArtist(int64_t artistId);
     Counts counts();
-    bool isGrowing(); // some track's file is still to be made
+    // Whether more music is about to come: some track's file is still to be made, or a source said so.
+    bool isGrowing();
+    void setGrowing(const std::string &source, bool isGrowing);
+
+    // Counts the changes of what there is to play: who keeps a copy of it looks here whether the copy is old.
+    uint64_t revision() const { return m_revision; }
+    // To be called after tracks were changed past this class; wakes who waits in waitUntil().
+    void noteChange();
 
     // Somebody waits for music of these styles: who makes files makes theirs first.
     void want(const std::set<std::string> &styles);
@@ -91,8 +102,10 @@ private:
     std::optional<Ad> adWhere(const char *condition, const std::string &value);
 
     Store &m_store;
-    std::mutex m_mutex; // guards m_wanted
+    std::mutex m_mutex; // guards the two sets
     std::set<std::string> m_wanted;
+    std::set<std::string> m_growing; // sources
+    std::atomic<uint64_t> m_revision{0};
     std::condition_variable m_becamePlayable;
 };
 

@@ -224,8 +224,100 @@ CREATE INDEX devices_by_account ON devices(account_id);
 ALTER TABLE sessions ADD COLUMN is_revoked INTEGER NOT NULL DEFAULT 0;
 )sql";
 
+// Music from folders. Paths are bytes, because names of files need not be UTF-8; a file's path is relative to its root.
+// A root, file or track that is gone is marked, never deleted: thumbs and stations hang on the track.
+// files.left_out is empty, or the rule (server/library/leftout.h) that keeps the file out of the stations.
+// tracks.recording_id names the track of the same recording that plays instead; NULL when it is this one.
+// descriptors.numbers are half floats in the machine's little-endian order.
+// plays.issue_id was the issued track's id, which is forgotten earlier than the play.
+constexpr const char *ownMusic = R"sql(
+CREATE TABLE roots (
+  id INTEGER PRIMARY KEY,
+  path BLOB NOT NULL UNIQUE,
+  source TEXT NOT NULL DEFAULT 'folder' CHECK (source IN ('demo', 'folder')),
+  is_configured INTEGER NOT NULL DEFAULT 1,
+  is_present INTEGER NOT NULL DEFAULT 0,
+  away_since INTEGER,
+  problem TEXT NOT NULL DEFAULT '',
+  device INTEGER NOT NULL DEFAULT 0,
+  scanned_at INTEGER,
+  tag_agreement REAL
+);
+CREATE TABLE files (
+  id INTEGER PRIMARY KEY,
+  root_id INTEGER NOT NULL REFERENCES roots(id) ON DELETE CASCADE,
+  path BLOB NOT NULL,
+  size INTEGER NOT NULL,
+  mtime_ns INTEGER NOT NULL,
+  inode INTEGER NOT NULL,
+  track_id INTEGER REFERENCES tracks(id) ON DELETE SET NULL,
+  sound_print BLOB,
+  tags_print BLOB,
+  quality INTEGER NOT NULL DEFAULT 0,
+  missing_since INTEGER,
+  worker_version INTEGER NOT NULL DEFAULT 0,
+  analysis_version INTEGER NOT NULL DEFAULT 0,
+  tries INTEGER NOT NULL DEFAULT 0,
+  left_out TEXT NOT NULL DEFAULT '',
+  problem TEXT NOT NULL DEFAULT '',
+  noted_at INTEGER NOT NULL DEFAULT 0,
+  UNIQUE (root_id, path)
+);
+CREATE INDEX files_by_track ON files(track_id);
+CREATE INDEX files_by_sound ON files(sound_print);
+CREATE INDEX files_by_reason ON files(left_out, id) WHERE left_out <> '';
+ALTER TABLE tracks ADD COLUMN source TEXT NOT NULL DEFAULT 'demo';
+ALTER TABLE tracks ADD COLUMN recording_id INTEGER;
+ALTER TABLE tracks ADD COLUMN album_artist TEXT NOT NULL DEFAULT '';
+ALTER TABLE tracks ADD COLUMN composer TEXT NOT NULL DEFAULT '';
+ALTER TABLE tracks ADD COLUMN work TEXT NOT NULL DEFAULT '';
+ALTER TABLE tracks ADD COLUMN movement INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE tracks ADD COLUMN disc INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE tracks ADD COLUMN number INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE tracks ADD COLUMN gain_db REAL;
+ALTER TABLE tracks ADD COLUMN peak REAL;
+ALTER TABLE tracks ADD COLUMN seconds REAL;
+ALTER TABLE tracks ADD COLUMN kind TEXT NOT NULL DEFAULT 'music';
+CREATE INDEX tracks_by_album ON tracks(album_id);
+CREATE INDEX tracks_by_recording ON tracks(recording_id) WHERE recording_id IS NOT NULL;
+ALTER TABLE albums ADD COLUMN folder BLOB;
+ALTER TABLE albums ADD COLUMN cover TEXT NOT NULL DEFAULT '';
+ALTER TABLE albums ADD COLUMN cover_print TEXT NOT NULL DEFAULT '';
+CREATE TABLE styles (
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL,
+  folded TEXT NOT NULL UNIQUE,
+  tracks INTEGER NOT NULL DEFAULT 0
+);
+CREATE TABLE track_styles (
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  style_id INTEGER NOT NULL REFERENCES styles(id) ON DELETE CASCADE,
+  weight REAL NOT NULL,
+  PRIMARY KEY (track_id, style_id)
+) WITHOUT ROWID;
+CREATE INDEX track_styles_by_style ON track_styles(style_id, track_id);
+CREATE TABLE descriptors (
+  track_id INTEGER PRIMARY KEY REFERENCES tracks(id) ON DELETE CASCADE,
+  version INTEGER NOT NULL,
+  numbers BLOB NOT NULL
+);
+CREATE TABLE plays (
+  issue_id INTEGER PRIMARY KEY,
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  started_at INTEGER NOT NULL,
+  seconds REAL NOT NULL DEFAULT 0,
+  outcome TEXT NOT NULL CHECK (outcome IN ('playing', 'ended', 'skipped', 'left'))
+);
+CREATE INDEX plays_by_station ON plays(station_id, started_at);
+CREATE INDEX plays_by_account ON plays(account_id, started_at);
+ALTER TABLE issued_tracks ADD COLUMN device_key_hash TEXT NOT NULL DEFAULT '';
+ALTER TABLE issued_tracks ADD COLUMN terms TEXT NOT NULL DEFAULT '';
+)sql";
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
-constexpr std::array steps = {accountsAndDevices, catalogue, stations, devicesByKey};
+constexpr std::array steps = {accountsAndDevices, catalogue, stations, devicesByKey, ownMusic};
 
 } // namespace
 

@@ -48,6 +48,17 @@ std::string Statement::text(int column) const
     return bytes ? std::string(bytes, static_cast<size_t>(sqlite3_column_bytes(m_statement, column))) : std::string();
 }
 
+std::string Statement::blob(int column) const
+{
+    const auto *bytes = static_cast<const char *>(sqlite3_column_blob(m_statement, column));
+    return bytes ? std::string(bytes, static_cast<size_t>(sqlite3_column_bytes(m_statement, column))) : std::string();
+}
+
+double Statement::real(int column) const
+{
+    return sqlite3_column_double(m_statement, column);
+}
+
 bool Statement::isNull(int column) const
 {
     return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
@@ -56,6 +67,18 @@ bool Statement::isNull(int column) const
 void Statement::bind(int index, int64_t value)
 {
     check(sqlite3_bind_int64(m_statement, index, value));
+}
+
+void Statement::bind(int index, double value)
+{
+    check(sqlite3_bind_double(m_statement, index, value));
+}
+
+void Statement::bind(int index, const Blob &value)
+{
+    // An empty view may have no address, and SQLite takes that for NULL.
+    check(sqlite3_bind_blob64(m_statement, index, value.bytes.empty() ? "" : value.bytes.data(), value.bytes.size(),
+                              SQLITE_TRANSIENT));
 }
 
 void Statement::bind(int index, std::string_view value)

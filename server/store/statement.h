@@ -26,6 +26,11 @@ private:
     bool m_isConstraint;
 };
 
+// Bytes that are no text: bound as a BLOB, compared byte by byte.
+struct Blob {
+    std::string_view bytes;
+};
+
 // One prepared statement: bound, stepped through once, finalised with its owner. Texts are UTF-8; a bound text is
 // copied.
 class Statement {
@@ -53,12 +58,16 @@ public:
 
     int64_t integer(int column) const;  // 0 for NULL
     std::string text(int column) const; // empty for NULL
+    std::string blob(int column) const; // the bytes as they are; empty for NULL
+    double real(int column) const;      // 0 for NULL
     bool isNull(int column) const;
 
 private:
     void bind(int index, int64_t value);
     void bind(int index, int value) { bind(index, static_cast<int64_t>(value)); }
     void bind(int index, bool value) { bind(index, static_cast<int64_t>(value)); }
+    void bind(int index, double value);
+    void bind(int index, const Blob &value);
     void bind(int index, std::string_view value);
     void bind(int index, const std::string &value) { bind(index, std::string_view(value)); }
     void bind(int index, const char *value) { bind(index, std::string_view(value)); }

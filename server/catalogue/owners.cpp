@@ -1,0 +1,49 @@
+#include "server/catalogue/owners.h"
+
+#include "server/accounts/secrets.h"
+#include "server/catalogue/searchtext.h"
+#include "server/store/database.h"
+
+namespace velmora::server {
+
+int64_t Owners::artist(const std::string &name)
+{
+    const auto known = m_artists.find(name);
+    if (known != m_artists.end())
+        return known->second;
+    const std::string folded = foldedText(name);
+    int64_t id = 0;
+    // A name of punctuation alone folds to nothing and is compared as it is.
+    Statement row = m_db.prepare("SELECT id FROM artists WHERE folded = ?1 AND (?1 <> '' OR name = ?2) ORDER BY id");
+    row.with(folded, name);
+    if (row.step()) {
+        id = row.integer(0);
+    } else {
+        m_db.run("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3)", randomToken(9), name, folded);
+        id = m_db.lastRowId();
+        m_db.run("INSERT INTO artist_search (rowid, name) VALUES (?1, ?2)", id, indexedText(name));
+    }
+    return m_artists[name] = id;
+}
+
+int64_t Owners::album(const AlbumKey &key)
+{
+    const auto remembered = std::make_tuple(key.artistId, key.title, key.folder);
+    const auto known = m_albums.find(remembered);
+    if (known != m_albums.end())
+        return known->second;
+    int64_t id = 0;
+    Statement row = m_db.prepare("SELECT id FROM albums WHERE artist_id = ?1 AND title = ?2 AND "
+                                 "COALESCE(folder, x'') = ?3");
+    row.with(key.artistId, key.title, Blob{key.folder});
+    if (row.step()) {
+        id = row.integer(0);
+    } else {
+        m_db.run("INSERT INTO albums (public_id, artist_id, title, year, folder) VALUES (?1, ?2, ?3, ?4, ?5)",
+                 randomToken(9), key.artistId, key.title, key.year, Blob{key.folder});
+        id = m_db.lastRowId();
+    }
+    return m_albums[remembered] = id;
+}
+
+} // namespace velmora::server

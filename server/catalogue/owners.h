@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <tuple>
+
+namespace velmora::server {
+
+class Database;
+
+// What tells one album from another. `folder` is empty but for compilations: two of them may share artist and title.
+struct AlbumKey {
+    int64_t artistId = 0;
+    std::string title;
+    std::string folder;
+    int year = 0; // of a new album; not part of the comparison
+};
+
+// Finds or makes the artists and albums of a batch of tracks, remembering what it has seen. Used within one
+// transaction, on the thread that holds the store's lock.
+class Owners {
+public:
+    explicit Owners(Database &db)
+        : m_db(db)
+    {
+    }
+
+    // Names are compared folded, so "Café Noir" and "CAFE NOIR" are one artist; the first spelling stays.
+    int64_t artist(const std::string &name);
+    int64_t album(const AlbumKey &key);
+
+private:
+    Database &m_db;
+    std::map<std::string, int64_t> m_artists;
+    std::map<std::tuple<int64_t, std::string, std::string>, int64_t> m_albums;
+};
+
+} // namespace velmora::server
