@@ -22,22 +22,22 @@ int fail(int code, const QString &text)
     return code;
 }
 
+// From now on they wait until the server reads them.
+void holdSignals()
+{
+    sigset_t held;
+    ::sigemptyset(&held);
+    ::sigaddset(&held, SIGINT);
+    ::sigaddset(&held, SIGTERM);
+    ::sigprocmask(SIG_BLOCK, &held, nullptr);
+}
+
 int runRadio(const Arguments &arguments, const QString &socket)
 {
-    sigset_t read;
-    ::sigemptyset(&read);
-    ::sigaddset(&read, SIGINT);
-    ::sigaddset(&read, SIGTERM);
-    ::sigprocmask(SIG_BLOCK, &read, nullptr);
-
     MenuServer server(arguments);
     double scale = arguments.scale.value_or(1);
-    if (!arguments.scale) {
-        const QSize screen = screenSize();
-        scale = scaleFor(screen, arguments.isWindowed);
-        if (!screen.isEmpty() && (screen.width() < 1280 || screen.height() < 720))
-            std::fprintf(stderr, "velmora-menu: the screen is smaller than 1280 x 720: not all will be seen\n");
-    }
+    if (!arguments.scale)
+        scale = scaleFor(screenSize(), arguments.isWindowed);
     QString reason;
     if (!server.start(socket, scale, &reason))
         return fail(1, QStringLiteral("cannot listen at %1: %2 (--socket takes another place)").arg(socket, reason));
@@ -65,8 +65,10 @@ int main(int argc, char **argv)
     if (arguments->mode == Mode::MeasureScreen)
         return printScreenSize(argc, argv);
 
-    const QCoreApplication application(argc, argv);
     const bool isRadio = arguments->mode == Mode::Run;
+    if (isRadio)
+        holdSignals();
+    const QCoreApplication application(argc, argv);
     QString socket = arguments->socket;
     if (socket.isEmpty())
         socket = usualSocket(qEnvironmentVariable("XDG_RUNTIME_DIR"), QDir::tempPath(), isRadio, &reason);

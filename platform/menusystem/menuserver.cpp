@@ -112,8 +112,12 @@ void MenuServer::readPeer(int number)
     case menu::Received::Packet:
         break;
     }
-    if (packet.message.type == menu::Hello && !m_radio)
+    if (packet.message.type == menu::Hello && !m_radio) {
         m_radio = number;
+        m_hasRadioConnected = true;
+        if (m_isEndOrdered)
+            sendToRadio(menu::Exit); // ordered before the radio could hear it
+    }
     if (m_radio == number)
         handleRadio(packet);
     else if (packet.message.type != menu::Hello)
@@ -230,9 +234,12 @@ void MenuServer::giveUpWaiting(qint64 longerThanMs)
 
 void MenuServer::askToEnd()
 {
+    m_isEndOrdered = true;
     m_watch->ending(m_clock.elapsed());
-    if (!sendToRadio(menu::Exit))
-        m_watch->insist(m_clock.elapsed()); // it has no ear for the polite way
+    // A radio that is still starting gets the order as soon as it connects; one whose connection is gone cannot be
+    // asked.
+    if (!sendToRadio(menu::Exit) && m_hasRadioConnected)
+        m_watch->insist(m_clock.elapsed());
 }
 
 void MenuServer::readSignal()

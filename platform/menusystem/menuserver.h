@@ -74,7 +74,9 @@ private:
     QElapsedTimer m_clock;
     std::optional<RadioWatch> m_watch; // from the radio's start
     QTimer m_tick;
-    bool m_isEnding = false; // the radio has said that it ends
+    bool m_hasRadioConnected = false; // at least once
+    bool m_isEndOrdered = false;      // by a command or a signal
+    bool m_isEnding = false;          // the radio has said that it ends
     bool m_isAskedBySignal = false;
     bool m_isExitSaid = false; // the radio's exit notice has come
 };

@@ -206,22 +206,26 @@ bool Journey::makeLibrary()
     return false;
 }
 
-bool Journey::start()
+bool Journey::prepare()
 {
     if (m_options.hasServer && m_serverUrl.isEmpty() && !startServer())
         return false;
     QDir().mkpath(m_root.filePath("device"));
-    if (m_options.isSetUp && m_options.hasServer) {
-        QProcess setup;
-        dieWithUs(setup);
-        setup.setProcessEnvironment(environment());
-        setup.setProcessChannelMode(QProcess::MergedChannels);
-        setup.start(QStringLiteral(JOURNEY_SETUP), {m_root.filePath("server/demo-account.txt")});
-        if (!setup.waitForFinished(60000) || setup.exitCode() != 0) {
-            m_problem = QStringLiteral("setting up failed: ") + QString::fromUtf8(setup.readAll());
-            return false;
-        }
-    }
+    if (!m_options.isSetUp || !m_options.hasServer)
+        return true;
+    QProcess setup;
+    dieWithUs(setup);
+    setup.setProcessEnvironment(environment());
+    setup.setProcessChannelMode(QProcess::MergedChannels);
+    setup.start(QStringLiteral(JOURNEY_SETUP), {m_root.filePath("server/demo-account.txt")});
+    if (setup.waitForFinished(60000) && setup.exitCode() == 0)
+        return true;
+    m_problem = QStringLiteral("setting up failed: ") + QString::fromUtf8(setup.readAll());
+    return false;
+}
+
+void Journey::launch()
+{
     m_menu = std::make_unique<QProcess>();
     dieWithUs(*m_menu);
     m_menu->setProcessEnvironment(environment());
@@ -229,6 +233,13 @@ bool Journey::start()
     m_menu->setStandardOutputFile(m_root.filePath("radio.log"));
     m_menu->start(QStringLiteral(JOURNEY_MENU), QStringList{"--socket", m_root.filePath("menu.sock")} +
                                                     m_options.menuOptions + QStringList{"--", m_options.radio});
+}
+
+bool Journey::start()
+{
+    if (!prepare())
+        return false;
+    launch();
     if (!waitFor([](const QJsonObject &now) { return now.value("screen").isString(); }, startSeconds)) {
         m_problem = QStringLiteral("the radio did not come up: ") + radioReport().right(2000);
         return false;
@@ -385,6 +396,11 @@ bool Journey::waitForEnd(int seconds)
 int Journey::exitCode() const
 {
     return m_menu->exitStatus() == QProcess::NormalExit ? m_menu->exitCode() : -1;
+}
+
+void Journey::terminate()
+{
+    m_menu->terminate();
 }
 
 bool Journey::exits()

@@ -36,7 +36,9 @@ public:
     // Renders the demo catalogue into JOURNEY_LIBRARY; false when it cannot be made.
     static bool makeLibrary();
 
-    bool start();        // the radio; false with a message in problem()
+    bool prepare();      // service and device; false with a message in problem()
+    void launch();       // the menu system with the radio, again after an end; returns at once
+    bool start();        // prepares, launches and waits for the first screen; false with a message in problem()
     bool startPlaying(); // and waits for its first music
     // In place of what earlier starts would have left; before start().
     bool writeSettings(const QByteArray &text);
@@ -70,7 +72,8 @@ public:
     // --- the end
     bool waitForEnd(int seconds = 20); // of the menu system and with it the radio
     int exitCode() const;
-    bool exits(); // when asked to, with code 0
+    void terminate(); // sends SIGTERM to the menu system
+    bool exits();     // when asked to, with code 0
     qint64 radioPid();
 
     // --- the service

@@ -3,6 +3,7 @@
 #include "e2e/journey.h"
 
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -33,6 +34,30 @@ private slots:
         QVERIFY(journey.exits());
         QVERIFY(journey.radioReport().contains("Velmora main function exit ok!"));
         QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
+    }
+
+    // VELMORA_EXIT_MOMENTS: how many moments of the first two seconds are tried.
+    void anExitAtAnyMomentOfTheStartIsFollowed()
+    {
+        const int moments = qEnvironmentVariable("VELMORA_EXIT_MOMENTS", "8").toInt();
+        Journey journey({.menuOptions = {"--insist-after", "60"}});
+        QVERIFY2(journey.prepare(), qPrintable(journey.problem()));
+        for (int index = 0; index < moments; ++index) {
+            const int moment = (2000 * index + QRandomGenerator::global()->bounded(2000)) / moments;
+            const std::string told = std::to_string(moment) + " ms";
+            journey.launch();
+            QVERIFY(QTest::qWaitFor([&] { return journey.radioReport().contains("velmora-menu: listening at"); }));
+            QTest::qSleep(moment); // the moment is the test's input: no outcome is awaited
+            if (index % 2)
+                journey.terminate();
+            else
+                QVERIFY(journey.menu({"exit"}));
+            QVERIFY2(journey.waitForEnd(70) && journey.exitCode() == 0,
+                     qPrintable(QString::fromStdString(told) + journey.radioReport().right(2000)));
+            QVERIFY2(journey.radioReport().contains("Velmora main function exit ok!"), told.c_str());
+            QVERIFY2(!QFileInfo::exists(journey.root() + "/device/tmp/velmora"), told.c_str());
+            QVERIFY2(!QFileInfo::exists(journey.root() + "/menu.sock"), told.c_str());
+        }
     }
 
     void withoutAPictureAndWithoutAFontTheRadioPlaysAndFollowsTheKeys()

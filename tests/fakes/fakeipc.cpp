@@ -94,6 +94,11 @@ void IpcThread::responseParent(int type)
         d->end.release();
 }
 
+void IpcThread::connectNotify(const QMetaMethod &signal)
+{
+    QThread::connectNotify(signal);
+}
+
 void IpcThread::run()
 {
     d->isStarted = true;

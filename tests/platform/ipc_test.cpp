@@ -149,6 +149,27 @@ private slots:
         QVERIFY(thread->isRunning());
     }
 
+    void anOrderToExitStandsUntilItIsAnswered()
+    {
+        MenuEnd end;
+        IpcThread *thread = end.startedThread();
+        QVERIFY(thread);
+        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::Exit))); // no screen is there
+        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::Ping, 7)));
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Answer)); // the order before it was read
+        {
+            QObject leaving; // a screen that is deleted before it hears the order
+            connect(thread, &IpcThread::signalExit, &leaving, [] { QFAIL("a deleted receiver was told"); });
+        }
+        QSignalSpy exits(thread, &IpcThread::signalExit);
+        QTRY_VERIFY(!exits.isEmpty());
+        QCOMPARE(exits.first(), (QVariantList{true, false}));
+        thread->responseParent(2);
+        const QSignalSpy late(thread, &IpcThread::signalExit);
+        QCoreApplication::processEvents();
+        QVERIFY(late.isEmpty());
+    }
+
     void theExitNoticeIsSentAfterTheThreadIsGone()
     {
         MenuEnd end;

@@ -14,7 +14,7 @@ public:
     static IpcThread *getInstance();
     ~IpcThread() override;
 
-    // True once run() has begun to listen. Any thread.
+    // True once run() has begun to listen. Right after start() the call waits for that, at most 100 ms. Any thread.
     bool isStarted() const;
 
 public slots:
@@ -22,11 +22,13 @@ public slots:
     void responseParent(int type);
 
 signals:
-    // The menu system ends the application (isFromParent true).
+    // The menu system ends the application (isFromParent true). Until responseParent(2) a receiver that connects after
+    // the order came is told, too.
     void signalExit(bool isFromParent, bool isSystemError);
     void signalScreenSaver(bool fgEnter);
 
 protected:
+    void connectNotify(const QMetaMethod &signal) override;
     void run() override;
 
 private:

@@ -5,20 +5,34 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QMetaMethod>
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace netcommon {
 
+namespace {
+
+// How long isStarted() waits for a thread that was started and does not listen yet.
+constexpr auto longestStart = std::chrono::milliseconds(100);
+
+} // namespace
+
 struct IpcThread::Private {
     std::shared_ptr<MenuLink> link = MenuLink::shared();
-    std::atomic<bool> isStarted{false};
+    std::mutex startMutex; // protects isStarted
+    std::condition_variable startCondition;
+    bool isStarted = false;
     std::atomic<bool> isEnding{false};
-    bool hasResponded = false; // GUI thread only
+    std::atomic<bool> isExitOrdered{false}; // by the menu system
+    bool hasResponded = false;              // GUI thread only
     const int wake = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 
     ~Private() { ::close(wake); }
@@ -60,8 +74,12 @@ IpcThread::~IpcThread()
     delete d;
 }
 
+// The program looks again only after a pause of its own, so the first look waits the few microseconds that are needed.
 bool IpcThread::isStarted() const
 {
+    std::unique_lock lock(d->startMutex);
+    if (!d->isStarted && isRunning())
+        d->startCondition.wait_for(lock, longestStart, [this] { return d->isStarted; });
     return d->isStarted;
 }
 
@@ -75,10 +93,29 @@ void IpcThread::responseParent(int type)
     d->end();
 }
 
+// An order to exit stands until it is answered: while the program starts there may be no screen yet, and between two
+// screens the only receiver may be one that is about to be deleted. So each new receiver hears the order again. The
+// order is stored before it is emitted, and a connection is made before this function runs: one of the two reaches it.
+void IpcThread::connectNotify(const QMetaMethod &signal)
+{
+    QThread::connectNotify(signal);
+    if (signal != QMetaMethod::fromSignal(&IpcThread::signalExit) || !d->isExitOrdered)
+        return;
+    const auto repeatOrder = [this] {
+        if (!d->hasResponded)
+            emit signalExit(true, false);
+    };
+    QMetaObject::invokeMethod(this, repeatOrder, Qt::QueuedConnection); // the receiver is still being constructed
+}
+
 // The IPC thread. What it emits reaches the screens queued; requests that look at widgets are queued to the GUI thread.
 void IpcThread::run()
 {
-    d->isStarted = true;
+    {
+        const std::scoped_lock lock(d->startMutex);
+        d->isStarted = true;
+    }
+    d->startCondition.notify_all();
     pollfd watched[2] = {{d->wake, POLLIN, 0}, {d->link->isConnected() ? d->link->descriptor() : -1, POLLIN, 0}};
     while (!d->isEnding) {
         if (::poll(watched, 2, -1) < 0) {
@@ -101,6 +138,7 @@ void IpcThread::run()
         case menu::Received::Packet:
             switch (packet.message.type) {
             case menu::Exit:
+                d->isExitOrdered = true;
                 emit signalExit(true, false);
                 break;
             case menu::ScreenSaver:
