@@ -1,7 +1,5 @@
 #include "backdrop.h"
 
-#include "canvasgeometry.h"
-
 #include <QCoreApplication>
 #include <QEvent>
 #include <QGuiApplication>
@@ -33,16 +31,16 @@ bool Backdrop::isNeeded()
     return QGuiApplication::platformName() == QLatin1String("xcb");
 }
 
-Backdrop::Backdrop(bool isWindowed)
-    : m_isWindowed(isWindowed)
+Backdrop::Backdrop(const QSize &window)
+    : m_isWindowed(!window.isEmpty())
 {
     setObjectName(QStringLiteral("backdrop"));
     setTitle(QStringLiteral("Velmora"));
-    if (isWindowed) {
-        setMinimumSize(canvasSize);
-        setMaximumSize(canvasSize);
+    if (m_isWindowed) {
+        setMinimumSize(window);
+        setMaximumSize(window);
         const QRect free = screen()->availableGeometry();
-        setGeometry(QRect(free.center() - QRect(QPoint(), canvasSize).center(), canvasSize));
+        setGeometry(QRect(free.center() - QRect(QPoint(), window).center(), window));
     } else {
         setFlags(Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
     }

@@ -12,7 +12,8 @@ public:
     // Whether the platform has a display server on which other things could be seen behind the canvas.
     static bool isNeeded();
 
-    explicit Backdrop(bool isWindowed);
+    // `window`: its size in window mode; empty when it covers the screen.
+    explicit Backdrop(const QSize &window);
 
     void cover(const QRect &screen);
 

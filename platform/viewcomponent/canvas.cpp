@@ -4,8 +4,10 @@
 #include "canvasgeometry.h"
 #include "platform/shared/canvasproperty.h"
 #include "platform/shared/windowstack.h"
+#include "scaledown.h"
 
 #include <QApplication>
+#include <QMouseEvent>
 #include <QMoveEvent>
 #include <QPainter>
 #include <QPointer>
@@ -52,6 +54,8 @@ Canvas::~Canvas() = default;
 
 bool Canvas::eventFilter(QObject *watched, QEvent *event)
 {
+    if (m_factor < 1 && watched->isWindowType())
+        return mapMouse(watched, event);
     if ((event->type() != QEvent::Move && event->type() != QEvent::Show) || m_isPlacing || event->spontaneous() ||
         !watched->isWidgetType())
         return false;
@@ -71,6 +75,7 @@ bool Canvas::eventFilter(QObject *watched, QEvent *event)
         place(window, known->onCanvas);
     else
         place(window, window->testAttribute(Qt::WA_Moved) ? window->pos() : restingPlace(window->size()));
+    shrink(window);
     fillCorners(window);
     // A window manager keeps a window above the one that it belongs to.
     if (m_backdrop && !window->parentWidget() && window->windowHandle())
@@ -85,7 +90,9 @@ void Canvas::begin()
     m_hasBegun = true;
     const bool isWindowed = qEnvironmentVariableIntValue("VELMORA_WINDOWED") == 1;
     if (Backdrop::isNeeded()) {
-        m_backdrop = std::make_unique<Backdrop>(isWindowed);
+        if (isWindowed) // as large as the desktop leaves room for
+            m_factor = shrinkFactor(QGuiApplication::primaryScreen()->availableSize());
+        m_backdrop = std::make_unique<Backdrop>(isWindowed ? shrunk(canvasSize, m_factor) : QSize());
         connect(m_backdrop.get(), &Backdrop::focused, this, &Canvas::settleLater);
         if (isWindowed) {
             connect(m_backdrop.get(), &QWindow::xChanged, this, &Canvas::spread);
@@ -106,15 +113,19 @@ void Canvas::spread()
     const bool isWindowed = m_backdrop && !(m_backdrop->flags() & Qt::FramelessWindowHint);
     if (m_backdrop && (!isWindowed || !m_backdrop->isVisible()))
         m_backdrop->cover(whole);
-    m_canvas = isWindowed ? m_backdrop->geometry() : canvasOn(whole);
+    if (!isWindowed)
+        m_factor = hasOrder() ? shrinkFactor(whole.size()) : 1;
+    m_canvas = isWindowed ? m_backdrop->geometry() : canvasOn(whole, m_factor);
     qApp->setProperty(platform::canvasProperty, m_canvas);
-    for (auto entry = m_places.cbegin(); entry != m_places.cend(); ++entry)
+    for (auto entry = m_places.cbegin(); entry != m_places.cend(); ++entry) {
         place(entry.key(), entry->onCanvas);
+        shrink(entry.key());
+    }
 }
 
 void Canvas::place(QWidget *window, const QPoint &onCanvas)
 {
-    const QPoint onScreen = m_canvas.topLeft() + onCanvas;
+    const QPoint onScreen = m_canvas.topLeft() + (QPointF(onCanvas) * m_factor).toPoint();
     if (!m_places.contains(window))
         connect(window, &QObject::destroyed, this, [this, window] { m_places.remove(window); });
     m_places[window] = {onCanvas, onScreen};
@@ -123,9 +134,35 @@ void Canvas::place(QWidget *window, const QPoint &onCanvas)
     window->move(onScreen);
 }
 
+void Canvas::shrink(QWidget *window) const
+{
+    auto *effect = qobject_cast<ScaleDown *>(window->graphicsEffect());
+    if (m_factor == 1 && !effect)
+        return;
+    if (!effect)
+        window->setGraphicsEffect(effect = new ScaleDown(window)); // the window owns it
+    effect->setFactor(m_factor);
+    // The native window's mask: one of the widget would keep Qt from painting what lies outside of it unscaled.
+    if (QWindow *native = window->windowHandle())
+        native->setMask(m_factor == 1 ? QRegion() : QRegion(QRect(QPoint(), shrunk(window->size(), m_factor))));
+}
+
+// The widgets do not know that they are painted smaller.
+bool Canvas::mapMouse(QObject *watched, QEvent *event)
+{
+    auto *mouse = event->isPointerEvent() ? dynamic_cast<QMouseEvent *>(event) : nullptr;
+    if (!mouse || m_isMapping || watched == m_backdrop.get())
+        return false;
+    QMouseEvent mapped(mouse->type(), mouse->position() / m_factor, mouse->globalPosition(), mouse->button(),
+                       mouse->buttons(), mouse->modifiers(), mouse->pointingDevice());
+    const QScopedValueRollback guard(m_isMapping, true);
+    QCoreApplication::sendEvent(watched, &mapped);
+    return true;
+}
+
 // Without a compositing manager what is transparent turns black: a window with round corners brings what lies behind
 // them along, as it is when the window shows. With one it makes no difference.
-void Canvas::fillCorners(QWidget *window)
+void Canvas::fillCorners(QWidget *window) const
 {
     if (!window->testAttribute(Qt::WA_TranslucentBackground) || QGuiApplication::platformName() != QLatin1String("xcb"))
         return;
@@ -134,6 +171,7 @@ void Canvas::fillCorners(QWidget *window)
     behind.fill(Qt::transparent);
     QPainter painter(&behind);
     const QRect whole = window->rect();
+    const auto placeOf = [this](QWidget *shown) { return m_places.value(shown).onCanvas; };
     QRect corner(0, 0, largestCorner, largestCorner);
     for (const QPoint &place :
          {whole.topLeft(), QPoint(whole.width() - largestCorner, 0), QPoint(0, whole.height() - largestCorner),
@@ -141,7 +179,8 @@ void Canvas::fillCorners(QWidget *window)
         corner.moveTopLeft(place);
         for (QWidget *below : WindowStack::instance().bottomToTop())
             if (below != window)
-                painter.drawPixmap(corner.topLeft(), below->grab(corner.translated(window->pos() - below->pos())));
+                painter.drawPixmap(corner.topLeft(),
+                                   ScaleDown::grabUnscaled(below, corner.translated(placeOf(window) - placeOf(below))));
     }
     painter.end();
     QPalette palette = window->palette();

@@ -16,9 +16,9 @@ class Backdrop;
 
 // Puts every window of the screens onto a canvas of 1280 x 720 that lies in the middle of the real screen. A screen
 // moves itself to a place on the canvas and is moved on to the place on the screen; on a screen of just that size both
-// are the same. Windows keep their order, and the uppermost has the focus, whether or not a window manager cares.
-// It is installed by the library itself when the application object is made, and lives as long as that. GUI thread
-// only.
+// are the same. On a smaller screen everything is painted smaller (scaledown.h). Windows keep their order, and the
+// uppermost has the focus, whether or not a window manager cares. It is installed by the library itself when the
+// application object is made, and lives as long as that. GUI thread only.
 class Canvas : public QObject {
     Q_OBJECT
 public:
@@ -38,14 +38,18 @@ private:
     void begin(); // when the first window shows: the screen is known then
     void spread();
     void place(QWidget *window, const QPoint &onCanvas);
-    static void fillCorners(QWidget *window);
+    void shrink(QWidget *window) const;
+    bool mapMouse(QObject *watched, QEvent *event);
+    void fillCorners(QWidget *window) const;
     void settleLater();
     void settle();
 
     bool m_hasBegun = false;
-    bool m_isPlacing = false;  // moves are our own
-    bool m_isSettling = false; // settle() is on its way
-    QRect m_canvas;
+    bool m_isPlacing = false;             // moves are our own
+    bool m_isSettling = false;            // settle() is on its way
+    bool m_isMapping = false;             // a mouse event is our own
+    double m_factor = 1;                  // canvas to screen, below 1 on a small screen
+    QRect m_canvas;                       // on the screen
     QHash<QWidget *, Place> m_places;     // of living windows
     QTimer m_emptyTimer;                  // runs while no window shows
     std::unique_ptr<Backdrop> m_backdrop; // null where the platform shows nothing else

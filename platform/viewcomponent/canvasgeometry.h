@@ -6,9 +6,13 @@ namespace viewcomponent {
 
 inline constexpr QSize canvasSize(1280, 720);
 
-// Where the canvas lies on a screen, in the screen's own logical pixels: in the middle of it, and at its corner when
-// the screen is smaller in one direction, for then nothing is gained by cutting the other.
-QRect canvasOn(const QRect &screen);
+// What the canvas is multiplied by on a screen that is smaller: above 0, at most 1. Larger screens have Qt's own scale
+// factor. All sizes here are in the screen's logical pixels.
+double shrinkFactor(const QSize &screen);
+// Where the canvas lies on a screen at this factor: in the middle, and at the corner of a screen that it does not fit,
+// for then nothing is gained by cutting the other side.
+QRect canvasOn(const QRect &screen, double factor);
+QSize shrunk(const QSize &size, double factor);
 // Where a window stands that nobody has moved: in the middle of the canvas, a full-screen one thus at its corner.
 QPoint restingPlace(const QSize &window);
 

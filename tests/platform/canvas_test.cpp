@@ -33,17 +33,17 @@ private slots:
 
     void theCanvasLiesInTheMiddle()
     {
-        const std::tuple<QRect, QPoint> cases[] = {
-            {QRect(0, 0, 1280, 720), QPoint(0, 0)},           // the same
-            {QRect(0, 0, 1720, 720), QPoint(220, 0)},         // wide
-            {QRect(0, 0, 1280, 800), QPoint(0, 40)},          // high
-            {QRect(1920, 100, 1280, 800), QPoint(1920, 140)}, // second screen
-            {QRect(0, 0, 800, 800), QPoint(0, 0)},            // small
-            {QRect(0, 0, 1279, 960), QPoint(0, 0)},           // rounded down
+        const std::tuple<QRect, QRect> cases[] = {
+            {QRect(0, 0, 1280, 720), QRect(0, 0, 1280, 720)},           // the same
+            {QRect(0, 0, 1720, 720), QRect(220, 0, 1280, 720)},         // wide
+            {QRect(0, 0, 1280, 800), QRect(0, 40, 1280, 720)},          // high
+            {QRect(1920, 100, 1280, 800), QRect(1920, 140, 1280, 720)}, // second screen
+            {QRect(0, 0, 1024, 768), QRect(0, 96, 1024, 576)},          // small
+            {QRect(50, 0, 800, 480), QRect(50, 15, 800, 450)},          // smaller
+            {QRect(0, 0, 1279, 960), QRect(0, 0, 1280, 720)},           // rounded down: nothing is shrunk for a pixel
         };
-        for (const auto &[screen, canvas] : cases) {
-            QCOMPARE(viewcomponent::canvasOn(screen), QRect(canvas, QSize(1280, 720)));
-        }
+        for (const auto &[screen, canvas] : cases)
+            QCOMPARE(viewcomponent::canvasOn(screen, viewcomponent::shrinkFactor(screen.size())), canvas);
     }
 
     // in the order of showing

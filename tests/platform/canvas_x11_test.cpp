@@ -73,6 +73,8 @@ private slots:
             {"1366x768", QSize(1365, 768)},   // 1.067
             {"1920x1200", QSize(1920, 1080)}, // 1.5
             {"3840x2160", QSize(3840, 2160)}, // 3
+            {"1024x768", QSize(1024, 576)},   // smaller than the canvas: 0.8
+            {"800x480", QSize(800, 450)},     // 0.625
         };
         for (const auto &[screen, picture] : cases) {
             QVERIFY(startServer(screen));

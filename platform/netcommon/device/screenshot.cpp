@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QPainter>
+#include <QWindow>
 
 #include <cerrno>
 #include <cstdlib>
@@ -33,8 +34,14 @@ QImage canvasPicture()
     picture.setDevicePixelRatio(ratio);
     picture.fill(Qt::black);
     QPainter painter(&picture);
-    for (QWidget *window : windows)
+    for (QWidget *window : windows) {
+        // On a small screen the canvas hides what its shrunk windows do not fill.
+        const QWindow *native = window->windowHandle();
+        const QRegion mask = native ? native->mask() : QRegion();
+        const QRect shown = mask.isEmpty() ? window->rect() : mask.boundingRect();
+        painter.setClipRect(shown.translated(window->pos() - canvas.topLeft()));
         painter.drawPixmap(window->pos() - canvas.topLeft(), window->grab());
+    }
     return picture;
 }
 
