@@ -1,0 +1,246 @@
+#include "server/engine/chooser.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+namespace velmora::engine {
+
+namespace {
+
+constexpr size_t shortlistSize = 300;
+constexpr float noiseScale = 0.35f;
+constexpr float freshWeight = 0.5f;
+constexpr size_t mostRecent = 60;       // recordings
+constexpr size_t movementDistance = 20; // tracks between two movements of a work
+
+// How far the rules reach, in tracks back.
+struct Reach {
+    size_t albums, artists, composers, recordings, works;
+};
+constexpr size_t strictLevels = 3; // of these every one must leave enough music that fits
+
+// A station's recent past and what else is forbidden, ready to be asked about any track.
+class Rules {
+public:
+    Rules(const StationScores &scores, const Circumstances &circumstances)
+        : m_index(scores.index())
+        , m_circumstances(circumstances)
+    {
+        for (const int64_t id : circumstances.recent) {
+            if (const std::optional<Position> track = m_index.find(id))
+                m_recent.push_back(&m_index.facts(*track));
+            if (m_recent.size() == mostRecent)
+                break;
+        }
+        size_t fitting = scores.fitCount();
+        for (const int64_t id : circumstances.excludedTracks) {
+            const std::optional<Position> track = m_index.find(id);
+            if (track && fitting > 0 && scores.base(*track) >= scores.fitThreshold())
+                --fitting;
+        }
+        m_fitting = fitting;
+        findPlaysOfAll(scores);
+        const size_t half = std::min(mostRecent, fitting / 2);
+        m_levels = {Reach{6, 4, 4, half, movementDistance},
+                    Reach{0, 4, 4, half, movementDistance},
+                    Reach{0, 2, 2, half, movementDistance},
+                    Reach{0, 1, 0, half, movementDistance},
+                    Reach{0, 1, 0, half, 0},
+                    Reach{0, 1, 0, 1, 0},
+                    Reach{0, 0, 0, half, 0},
+                    Reach{0, 0, 0, 0, 0}};
+    }
+
+    static constexpr size_t levelCount = 8;
+    size_t fitting() const { return m_fitting; }
+
+    void setLevel(size_t level)
+    {
+        const Reach &reach = m_levels[level];
+        const auto collect = [&](size_t count, auto key) {
+            std::unordered_set<int64_t> keys;
+            for (size_t i = 0; i < std::min(count, m_recent.size()); ++i)
+                keys.insert(key(*m_recent[i]));
+            keys.erase(0);
+            return keys;
+        };
+        m_albums = collect(reach.albums, [](const TrackFacts &facts) { return facts.album; });
+        m_artists = collect(reach.artists, [](const TrackFacts &facts) { return facts.artist; });
+        m_composers = collect(reach.composers, [](const TrackFacts &facts) { return facts.composer; });
+        m_recordings = collect(reach.recordings, [](const TrackFacts &facts) { return facts.recording; });
+        m_works = collect(reach.works, [](const TrackFacts &facts) { return facts.work; });
+    }
+
+    bool allow(Position track) const
+    {
+        const TrackFacts &facts = m_index.facts(track);
+        return (!facts.isExplicit || m_circumstances.allowsExplicit) && !m_artists.contains(facts.artist) &&
+               !m_recordings.contains(facts.recording) && !m_albums.contains(facts.album) &&
+               !m_composers.contains(facts.composer) && !m_works.contains(facts.work) &&
+               !m_circumstances.excludedTracks.contains(facts.id) &&
+               !m_circumstances.excludedArtists.contains(facts.artist) && isNextMovement(facts);
+    }
+
+    float fresh(Position track) const
+    {
+        const auto plays = m_circumstances.plays.find(m_index.facts(track).id);
+        if (plays == m_circumstances.plays.end())
+            return 0;
+        return -freshWeight * std::log(1 + static_cast<float>(std::max(0, plays->second - m_playsOfAll)));
+    }
+
+private:
+    // What every track that fits was played does not count: a small station would wear out and drift to music that
+    // does not fit, only because it has not been heard.
+    void findPlaysOfAll(const StationScores &scores)
+    {
+        if (m_circumstances.plays.size() < m_fitting)
+            return;
+        size_t played = 0;
+        int fewest = INT_MAX;
+        for (const auto &[id, plays] : m_circumstances.plays) {
+            const std::optional<Position> track = m_index.find(id);
+            if (!track || scores.base(*track) < scores.fitThreshold() || m_circumstances.excludedTracks.contains(id))
+                continue;
+            ++played;
+            fewest = std::min(fewest, plays);
+        }
+        if (played >= m_fitting && played > 0)
+            m_playsOfAll = fewest;
+    }
+
+    // A work's movements come in their order: the one after the last that was played, the first one at the beginning.
+    bool isNextMovement(const TrackFacts &facts) const
+    {
+        if (facts.work == 0)
+            return true;
+        const auto last = std::find_if(m_recent.begin(), m_recent.end(),
+                                       [&](const TrackFacts *recent) { return recent->work == facts.work; });
+        const int32_t before = last == m_recent.end() ? INT32_MIN : (*last)->movement;
+        const std::vector<Position> &movements = m_index.tracksOfWork(facts.work);
+        const auto next = std::find_if(movements.begin(), movements.end(),
+                                       [&](Position movement) { return m_index.facts(movement).movement > before; });
+        const Position wanted = next == movements.end() ? movements.front() : *next;
+        return facts.movement == m_index.facts(wanted).movement;
+    }
+
+    const EngineIndex &m_index;
+    const Circumstances &m_circumstances;
+    std::vector<const TrackFacts *> m_recent; // newest first
+    size_t m_fitting = 0;
+    int m_playsOfAll = 0;
+    std::array<Reach, levelCount> m_levels;
+    std::unordered_set<int64_t> m_albums, m_artists, m_composers, m_recordings, m_works; // kept apart now
+};
+
+// Calls `take` with every track by falling base until it answers false.
+template <typename Take>
+void walk(const StationScores &scores, const Take &take)
+{
+    for (const Position track : scores.best()) {
+        if (!take(track))
+            return;
+    }
+    if (scores.best().size() == scores.index().size())
+        return;
+    // The best of a large library were not enough; the rest is not in order, but all of it is looked at.
+    const float last = scores.base(scores.best().back());
+    const std::unordered_set<Position> seen(scores.best().begin(), scores.best().end());
+    for (Position track = 0; track < scores.index().size(); ++track) {
+        if (scores.base(track) <= last && !seen.contains(track) && !take(track))
+            return;
+    }
+}
+
+bool leavesEnough(const StationScores &scores, const Rules &rules)
+{
+    constexpr size_t enoughTracks = 20;
+    constexpr size_t enoughArtists = 3;
+    const size_t wanted = std::clamp<size_t>(rules.fitting() / 4, 1, enoughTracks);
+    size_t tracks = 0, fitting = 0;
+    std::unordered_set<int64_t> artists, allArtists;
+    walk(scores, [&](Position track) {
+        if (scores.base(track) < scores.fitThreshold())
+            return false;
+        ++fitting;
+        const int64_t artist = scores.index().facts(track).artist;
+        allArtists.insert(artist);
+        if (rules.allow(track)) {
+            ++tracks;
+            artists.insert(artist);
+        }
+        return tracks < wanted || artists.size() < enoughArtists;
+    });
+    // A station of few artists is content with a third of them.
+    const size_t wantedArtists = std::clamp<size_t>(allArtists.size() / 3, 1, enoughArtists);
+    return tracks >= wanted && artists.size() >= wantedArtists;
+}
+
+// The best allowed tracks: those that none outside has a higher score than.
+std::vector<Candidate> shortlist(const StationScores &scores, const Rules &rules)
+{
+    // Having been played only ever lowers a score: once 300 are found that stand above the next base, the rest cannot
+    // reach them.
+    std::vector<std::pair<float, Position>> found;
+    const auto isHigher = std::greater<std::pair<float, Position>>();
+    walk(scores, [&](Position track) {
+        if (!rules.allow(track))
+            return true;
+        if (found.size() >= shortlistSize) {
+            if (scores.base(track) <= found.front().first)
+                return false;
+        }
+        const std::pair<float, Position> entry = {scores.base(track) + rules.fresh(track), track};
+        if (found.size() >= shortlistSize) {
+            if (entry <= found.front())
+                return true;
+            std::pop_heap(found.begin(), found.end(), isHigher);
+            found.pop_back();
+        }
+        found.push_back(entry);
+        std::push_heap(found.begin(), found.end(), isHigher);
+        return true;
+    });
+    std::sort(found.begin(), found.end(), isHigher);
+    std::vector<Candidate> result;
+    for (const auto &[score, track] : found) {
+        Candidate &candidate = result.emplace_back();
+        candidate.track = track;
+        candidate.terms = scores.terms(track);
+        at(candidate.terms, Term::Fresh) = rules.fresh(track);
+    }
+    return result;
+}
+
+} // namespace
+
+std::optional<Pick> choose(const StationScores &scores, const Circumstances &circumstances, Noise &noise)
+{
+    Rules rules(scores, circumstances);
+    Pick pick;
+    for (size_t level = 0; level < Rules::levelCount; ++level) {
+        rules.setLevel(level);
+        if (level < strictLevels && !leavesEnough(scores, rules))
+            continue;
+        pick.shortlist = shortlist(scores, rules);
+        if (!pick.shortlist.empty())
+            break;
+    }
+    if (pick.shortlist.empty())
+        return std::nullopt;
+    // Gumbel noise: the highest sum is a draw with odds that grow with the score.
+    std::uniform_real_distribution<double> uniform(1e-12, 1 - 1e-12);
+    float best = 0;
+    for (size_t i = 0; i < pick.shortlist.size(); ++i) {
+        Candidate &candidate = pick.shortlist[i];
+        candidate.noise = noiseScale * static_cast<float>(-std::log(-std::log(uniform(noise))));
+        if (const float score = candidate.score(); i == 0 || score > best) {
+            best = score;
+            pick.winner = i;
+        }
+    }
+    return pick;
+}
+
+} // namespace velmora::engine

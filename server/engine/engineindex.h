@@ -1,0 +1,65 @@
+#pragma once
+
+#include "server/engine/styleshares.h"
+
+#include <memory>
+#include <unordered_map>
+
+namespace velmora::engine {
+
+// What a track is like in words, each a rank in the library from -1 to 1; 0 where it is not known.
+enum class Attribute { Energy, Brightness, Tempo, Minor, Busyness };
+constexpr size_t attributeCount = 5;
+using Attributes = std::array<float, attributeCount>;
+
+// A track's place in an index.
+using Position = uint32_t;
+
+struct TrackFacts {
+    int64_t id = 0;
+    int64_t artist = 0;
+    int64_t album = 0;
+    int64_t recording = 0;
+    int64_t composer = 0; // 0: none
+    int64_t work = 0;     // 0: none
+    int32_t movement = 0;
+    int16_t tempo = 0; // beats a minute; 0 when it is not known for certain
+    bool isExplicit = false;
+};
+
+// All that the engine knows of the music, as it was at one moment. Immutable once built, so that any thread reads it
+// without a lock; about 300 bytes a track.
+class EngineIndex {
+public:
+    // Ids of tracks must differ. Votes take seconds for a large library; see StyleShares.
+    EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping = nullptr);
+
+    size_t size() const { return m_facts.size(); }
+    const TrackFacts &facts(Position track) const { return m_facts[track]; }
+    std::optional<Position> find(int64_t trackId) const;
+    const std::vector<Position> &tracksOfArtist(int64_t artist) const; // empty when there is none
+    // Its movements in order.
+    const std::vector<Position> &tracksOfWork(int64_t work) const;
+
+    const Likeness &likeness() const { return m_likeness; }
+    const StyleShares &shares() const { return m_shares; }
+    const std::vector<EngineStyle> &styles() const { return m_styles; }
+    std::optional<int> findStyle(const std::string &name) const;
+    // The styles with the most tracks, at most 40: what learning looks at.
+    const std::vector<int> &commonStyles() const { return m_commonStyles; }
+    Attributes attributes(Position track) const;
+
+private:
+    void findCommonStyles();
+    void rankAttributes(const EngineMusic &music);
+
+    std::vector<TrackFacts> m_facts; // by id
+    std::vector<EngineStyle> m_styles;
+    std::unordered_map<int64_t, std::vector<Position>> m_byArtist, m_byWork;
+    Likeness m_likeness;
+    StyleShares m_shares;
+    std::vector<int> m_commonStyles;
+    std::vector<std::array<int8_t, attributeCount>> m_attributes; // 127 is 1
+};
+
+} // namespace velmora::engine
