@@ -3,10 +3,13 @@
 
 #include <atomic>
 #include <cstring>
+#include <dlfcn.h>
+#include <netdb.h>
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QTemporaryFile>
 #include <QTest>
+#include <semaphore>
 #include <unistd.h>
 
 namespace {
@@ -43,6 +46,24 @@ extern "C" __attribute__((visibility("default"))) void explicit_bzero(void *memo
     volatile char *bytes = static_cast<volatile char *>(memory);
     for (size_t i = 0; i < size; ++i)
         bytes[i] = 0;
+}
+
+// A name server that does not answer: a lookup of this host ends when the test lets it.
+constexpr char deadHost[] = "dead-name-server.invalid";
+std::atomic<bool> isLookingUp = false;
+std::binary_semaphore lookupMayEnd{0};
+
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char *node, const char *service,
+                                                                  const addrinfo *hints, addrinfo **found)
+{
+    if (node && std::strcmp(node, deadHost) == 0) {
+        isLookingUp = true;
+        lookupMayEnd.acquire();
+        isLookingUp = false;
+        return EAI_AGAIN;
+    }
+    static const auto next = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    return next(node, service, hints, found);
 }
 
 class WsLifecycleTest : public QObject {
@@ -168,6 +189,31 @@ private slots:
         QVERIFY(wasWiped(QByteArray("under way\0", 10)));
         QVERIFY(wasWiped(QByteArray("behind it\0", 10)));
         watchWiping(false);
+    }
+
+    void uninitDoesNotWaitForANameServer()
+    {
+        WsFixture ws({}, false);
+        qputenv("VELMORA_WS_SERVER", QByteArray("http://") + deadHost);
+        QCOMPARE(velmora_ws_init(), VLM_WS_ERR_OK);
+        QCOMPARE(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle), VLM_WS_ERR_OK);
+        QTRY_VERIFY(isLookingUp);
+        // A library that waits for the lookup is let go after a while, so that this test fails instead of hanging.
+        std::atomic<bool> isLetGo = false;
+        std::binary_semaphore hasReturned{0};
+        std::thread watch([&] {
+            if (!hasReturned.try_acquire_for(std::chrono::seconds(20))) {
+                isLetGo = true;
+                lookupMayEnd.release();
+            }
+        });
+        QCOMPARE(velmora_ws_uninit(), VLM_WS_ERR_OK);
+        hasReturned.release();
+        watch.join();
+        QVERIFY(!isLetGo);
+        QCOMPARE(ws.count(), 0);
+        lookupMayEnd.release();
+        QTRY_VERIFY(!isLookingUp);
     }
 
     void uninitFromACallbackEndsTheLibrary()
