@@ -9,6 +9,18 @@
  * velmora_ws_release_handle(). The request's parameters and its reply live exactly that long. A request that was
  * made with a null callback releases itself.
  *
+ * Every request completes, but for those under way when velmora_ws_uninit() is called:
+ *  - VLM_WS_ERR_INVALID_AUTH_TOKEN asks the caller to log in and to send the same request again, for the commands of
+ *    VLM_WS_IS_SENT_AGAIN. After three such renewals in a row the request completes with the code of the last login,
+ *    or with VLM_WS_ERR_INVALID_AUTH_TOKEN_2 where that login succeeded. So do, at once, a user login that is part of
+ *    a renewal and every other command. A partner login never completes with VLM_WS_ERR_INVALID_AUTH_TOKEN.
+ *  - velmora_ws_getPlaylist() completes with VLM_WS_ERR_NOTHING_PLAYED in place of a fourth playlist in a row of a
+ *    station from which nothing played. The library does not see the playback. It takes a playlist for unplayed when
+ *    the next one is wanted within three seconds for every entry that has something to play (an empty playlist: within
+ *    ten seconds), and when no request named a track meanwhile. Media that are refused more slowly are not noticed.
+ *
+ * Requests that change something carry a random key. The service gives a repeated request its first answer.
+ *
  * Text is UTF-8 and NUL terminated unless stated otherwise. A null char* parameter means "not given".
  */
 #ifndef VELMORA_WS_H
@@ -34,6 +46,7 @@ typedef void VOID;
 
 typedef enum _VLM_WS_EXT_ERR_CODE_T {
     /* The library's own results. */
+    VLM_WS_ERR_NOTHING_PLAYED = -507,     /* three playlists of a station in a row, and nothing of them was played */
     VLM_WS_ERR_REPLY_TOO_LARGE = -506,    /* the reply passed the size or depth limit */
     VLM_WS_ERR_MALFORMED_REPLY = -505,    /* not JSON, cut off, or not of the agreed shape */
     VLM_WS_ERR_ERROR_CURL_FAILURE = -504, /* the network could not be reached or the transfer broke */
@@ -99,6 +112,20 @@ typedef enum _VLM_WS_MSGID_T {
     VLM_WS_MSGID_SLEEP_SONG = 35,
     VLM_WS_MSGID_COUNT = 36
 } VLM_WS_MSGID_T;
+
+/*
+ * Whether callers answer VLM_WS_ERR_INVALID_AUTH_TOKEN to this command by logging in and sending it again. They drop
+ * the others, so that a library completes those with another code. `id`: 0 to 35.
+ */
+#define VLM_WS_SENT_AGAIN(name) (1ULL << VLM_WS_MSGID_##name)
+#define VLM_WS_ALL_SENT_AGAIN                                                                                          \
+    (VLM_WS_SENT_AGAIN(GET_AD_METADATA) | VLM_WS_SENT_AGAIN(USER_LOGIN) | VLM_WS_SENT_AGAIN(ADD_ARTIST_BOOKMARK) |     \
+     VLM_WS_SENT_AGAIN(ADD_SONG_BOOKMARK) | VLM_WS_SENT_AGAIN(DISASSOCIATE_DEVICE) |                                   \
+     VLM_WS_SENT_AGAIN(GENERATE_DEVICE_ACTIVATION_CODE) | VLM_WS_SENT_AGAIN(SEARCH) |                                  \
+     VLM_WS_SENT_AGAIN(ADD_FEEDBACK) | VLM_WS_SENT_AGAIN(CREATE_STATION) | VLM_WS_SENT_AGAIN(DELETE_STATION) |         \
+     VLM_WS_SENT_AGAIN(GET_PLAYLIST) | VLM_WS_SENT_AGAIN(RENAME_STATION) | VLM_WS_SENT_AGAIN(EXPLAIN_TRACK) |          \
+     VLM_WS_SENT_AGAIN(ASSOCIATE_DEVICE) | VLM_WS_SENT_AGAIN(GET_STATION_LIST) | VLM_WS_SENT_AGAIN(SLEEP_SONG))
+#define VLM_WS_IS_SENT_AGAIN(id) ((VLM_WS_ALL_SENT_AGAIN >> (id)&1) != 0)
 
 /*
  * A request record; HANDLE_T is its address. `params` points at the copied parameters in the order in which they were
@@ -360,7 +387,8 @@ extern VELMORA_WS_EXPORT const char velmora_ws_invalid_url[15];
 
 /* Starts the worker thread. 0 also when it is already running. */
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_init(void);
-/* Breaks off what is under way (no further callbacks), ends the worker thread and forgets the session. */
+/* Breaks off what is under way (no further callbacks), ends the worker thread and forgets the session. Does not wait
+ * for a name server. */
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_uninit(void);
 /* 0, an unknown or an already released handle is reported on standard error and otherwise harmless. Any thread. */
 VELMORA_WS_EXPORT VLM_WS_EXT_ERRCODE_T velmora_ws_release_handle(HANDLE_T handle);

@@ -1,7 +1,7 @@
 #include "commands.h"
 
+#include <algorithm>
 #include <cstring>
-#include <iterator>
 
 namespace velmora::ws {
 
@@ -107,39 +107,39 @@ using R = ReplyShape;
 // clang-format off
 constexpr Command commands[] = {
     {VLM_WS_MSGID_GET_AD_METADATA, "getAdMetadata", User, R::AdMetadata, textFlagSize, adMetadataFields},
-    {VLM_WS_MSGID_REGISTER_AD, "registerAd", User, R::None, twoTextsSize, registerAdFields},
+    {VLM_WS_MSGID_REGISTER_AD, "registerAd", User, R::None, twoTextsSize, registerAdFields, true},
     {VLM_WS_MSGID_PARTNER_LOGIN, "partnerLogin", None, R::PartnerLogin, sizeof(VLM_WS_PARTNER_LOGIN_PARAMS_T), partnerLoginFields},
     {VLM_WS_MSGID_USER_LOGIN, "userLogin", Partner, R::UserLogin, sizeof(VLM_WS_USER_LOGIN_PARAMS_T), userLoginFields},
-    {VLM_WS_MSGID_ADD_ARTIST_BOOKMARK, "addArtistBookmark", User, R::None, textSize, trackFields},
-    {VLM_WS_MSGID_ADD_SONG_BOOKMARK, "addSongBookmark", User, R::None, textSize, trackFields},
-    {VLM_WS_MSGID_DISASSOCIATE_DEVICE, "disassociateDevice", Partner, R::None, textSize, deviceFields},
-    {VLM_WS_MSGID_GET_DEVICE_INFO, "getDeviceInfo", Partner, R::DeviceInfo, textSize, deviceFields, true},
-    {VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, "generateDeviceActivationCode", Partner, R::ActivationCode, textSize, deviceFields},
+    {VLM_WS_MSGID_ADD_ARTIST_BOOKMARK, "addArtistBookmark", User, R::None, textSize, trackFields, true},
+    {VLM_WS_MSGID_ADD_SONG_BOOKMARK, "addSongBookmark", User, R::None, textSize, trackFields, true},
+    {VLM_WS_MSGID_DISASSOCIATE_DEVICE, "disassociateDevice", Partner, R::None, textSize, deviceFields, true},
+    {VLM_WS_MSGID_GET_DEVICE_INFO, "getDeviceInfo", Partner, R::DeviceInfo, textSize, deviceFields},
+    {VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, "generateDeviceActivationCode", Partner, R::ActivationCode, textSize, deviceFields, true},
     {VLM_WS_MSGID_SEARCH, "search", User, R::Search, textFlagSize, searchFields},
-    {VLM_WS_MSGID_ADD_FEEDBACK, "addFeedback", User, R::None, flagTextSize, feedbackFields},
-    {VLM_WS_MSGID_ADD_MUSIC, "addMusic", User, R::None, twoTextsSize, addMusicFields},
-    {VLM_WS_MSGID_CREATE_STATION, "createStation", User, R::Station, sizeof(VLM_WS_CREATE_STATION_PARAMS_T), createStationFields},
-    {VLM_WS_MSGID_DELETE_STATION, "deleteStation", User, R::None, textSize, stationFields},
+    {VLM_WS_MSGID_ADD_FEEDBACK, "addFeedback", User, R::None, flagTextSize, feedbackFields, true},
+    {VLM_WS_MSGID_ADD_MUSIC, "addMusic", User, R::None, twoTextsSize, addMusicFields, true},
+    {VLM_WS_MSGID_CREATE_STATION, "createStation", User, R::Station, sizeof(VLM_WS_CREATE_STATION_PARAMS_T), createStationFields, true},
+    {VLM_WS_MSGID_DELETE_STATION, "deleteStation", User, R::None, textSize, stationFields, true},
     {VLM_WS_MSGID_GET_GENRE_STATIONS, "getGenreStations", User, R::GenreList, 0, {}},
     {VLM_WS_MSGID_GET_PLAYLIST, "getPlaylist", User, R::Playlist, textFlagSize, stationFlagFields},
     {VLM_WS_MSGID_GET_STATION, "getStation", User, R::Station, textFlagSize, stationFlagFields},
-    {VLM_WS_MSGID_RENAME_STATION, "renameStation", User, R::Station, sizeof(VLM_WS_RENAME_STATION_PARAMS_T), renameFields},
-    {VLM_WS_MSGID_TRANSFORM_SHARED_STATION, "transformSharedStation", User, R::Station, textFlagSize, stationFlagFields},
+    {VLM_WS_MSGID_RENAME_STATION, "renameStation", User, R::Station, sizeof(VLM_WS_RENAME_STATION_PARAMS_T), renameFields, true},
+    {VLM_WS_MSGID_TRANSFORM_SHARED_STATION, "transformSharedStation", User, R::Station, textFlagSize, stationFlagFields, true},
     {VLM_WS_MSGID_EXPLAIN_TRACK, "explainTrack", User, R::Explanation, textSize, trackFields},
-    {VLM_WS_MSGID_TRACK_EVENT, "trackEvent", User, R::None, sizeof(VLM_WS_TRACK_EVENT_PARAMS_T), trackEventFields},
-    {VLM_WS_MSGID_ASSOCIATE_DEVICE, "associateDevice", User, R::None, textSize, deviceFields},
+    {VLM_WS_MSGID_TRACK_EVENT, "trackEvent", User, R::None, sizeof(VLM_WS_TRACK_EVENT_PARAMS_T), trackEventFields, true},
+    {VLM_WS_MSGID_ASSOCIATE_DEVICE, "associateDevice", User, R::None, textSize, deviceFields, true},
     {VLM_WS_MSGID_CREATE_USER, "createUser", Partner, R::UserLogin, sizeof(VLM_WS_CREATE_USER_PARAMS_T), createUserFields, true},
-    {VLM_WS_MSGID_EMAIL_EXPLICIT_PIN_RESCUE, "emailExplicitPINRescue", User, R::None, 0, {}},
+    {VLM_WS_MSGID_EMAIL_EXPLICIT_PIN_RESCUE, "emailExplicitPINRescue", User, R::None, 0, {}, true},
     {VLM_WS_MSGID_EMAIL_PASSWORD, "emailPassword", Partner, R::None, textSize, userNameFields, true},
-    {VLM_WS_MSGID_GENERATE_USER_ACTIVATION_CODE, "generateUserActivationCode", User, R::ActivationCode, 0, {}},
+    {VLM_WS_MSGID_GENERATE_USER_ACTIVATION_CODE, "generateUserActivationCode", User, R::ActivationCode, 0, {}, true},
     {VLM_WS_MSGID_GET_EXPLICIT_CONTENT_FILTER, "getExplicitContentFilter", User, R::IsEnabled, 0, {}},
     {VLM_WS_MSGID_GET_STATION_LIST, "getStationList", User, R::StationList, sizeof(VLM_WS_GET_STATION_LIST_PARAMS_T), stationListFields},
     {VLM_WS_MSGID_GET_STATION_LIST_CHECKSUM, "getStationListChecksum", User, R::Checksum, 0, {}},
-    {VLM_WS_MSGID_GET_USER_INFO, "getUserInfo", Partner, R::UserInfo, sizeof(VLM_WS_GET_USER_INFO_PARAMS_T), userInfoFields, true},
+    {VLM_WS_MSGID_GET_USER_INFO, "getUserInfo", Partner, R::UserInfo, sizeof(VLM_WS_GET_USER_INFO_PARAMS_T), userInfoFields},
     {VLM_WS_MSGID_IS_EXPLICIT_CONTENT_FILTER_PIN_PROTECTED, "isExplicitContentFilterPINProtected", User, R::IsProtected, 0, {}},
-    {VLM_WS_MSGID_SET_EXPLICIT_CONTENT_FILTER, "setExplicitContentFilter", User, R::IsEnabled, flagTextSize, filterFields},
-    {VLM_WS_MSGID_SET_EXPLICIT_PIN, "setExplicitPIN", User, R::None, twoTextsSize, pinFields},
-    {VLM_WS_MSGID_SLEEP_SONG, "sleepSong", User, R::None, textSize, trackFields},
+    {VLM_WS_MSGID_SET_EXPLICIT_CONTENT_FILTER, "setExplicitContentFilter", User, R::IsEnabled, flagTextSize, filterFields, true},
+    {VLM_WS_MSGID_SET_EXPLICIT_PIN, "setExplicitPIN", User, R::None, twoTextsSize, pinFields, true},
+    {VLM_WS_MSGID_SLEEP_SONG, "sleepSong", User, R::None, textSize, trackFields, true},
 };
 // clang-format on
 
@@ -152,6 +152,12 @@ const Command *findCommand(uint32_t id)
             return &command;
     }
     return nullptr;
+}
+
+bool namesTrack(const Command &command)
+{
+    return std::any_of(command.fields.begin(), command.fields.end(),
+                       [](const Field &field) { return std::strcmp(field.key, "trackToken") == 0; });
 }
 
 bool hasRequiredParams(const Command &command, const void *params)

@@ -53,12 +53,18 @@ struct Command {
     ReplyShape reply;
     std::size_t paramsSize; // 0: `params` is null
     std::span<const Field> fields;
-    // Needs the partner session only and is not sent again by callers: the library renews that session itself.
-    bool renewsPartner = false;
+    // Changes something at the service: a repetition must not change it twice.
+    bool isChange = false;
+
+    // Needs the partner session only, and callers do not send it again: the library renews that session itself.
+    bool renewsPartner() const { return token == Token::Partner && !VLM_WS_IS_SENT_AGAIN(id); }
 };
 
 // Null for an identifier without a command.
 const Command *findCommand(uint32_t id);
+
+// Whether one of the command's parameters names a track.
+bool namesTrack(const Command &command);
 
 // Whether every parameter that the command cannot do without is there. `params` is the command's structure.
 bool hasRequiredParams(const Command &command, const void *params);

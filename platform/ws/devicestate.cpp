@@ -1,16 +1,16 @@
 #include "devicestate.h"
 
+#include "randombytes.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <linux/if_arp.h>
 #include <mutex>
 #include <string>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -45,19 +45,6 @@ public:
 private:
     int m_fd;
 };
-
-void fillRandom(unsigned char *bytes, std::size_t size)
-{
-    while (size > 0) {
-        const ssize_t got = getrandom(bytes, size, 0);
-        if (got < 0 && errno != EINTR)
-            std::abort(); // a kernel without random numbers; nothing safe can be made
-        if (got > 0) {
-            bytes += got;
-            size -= static_cast<std::size_t>(got);
-        }
-    }
-}
 
 SecretText randomKey()
 {

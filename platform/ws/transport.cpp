@@ -86,7 +86,7 @@ std::size_t Transport::takeHeader(char *, std::size_t size, std::size_t count, v
     return size * count;
 }
 
-bool Transport::start(const char *function, const SecretText &token, SecretText body)
+bool Transport::start(const char *function, const SecretText &token, const std::string &key, SecretText body)
 {
     if (m_config.server.empty() || !load())
         return false;
@@ -98,18 +98,22 @@ bool Transport::start(const char *function, const SecretText &token, SecretText 
     m_started = m_lastByte = Clock::now();
 
     curl_slist *headers = nullptr;
-    // "Expect:" alone removes curl's own, which would cost a round trip.
-    for (const char *line : {"Content-Type: application/json", "Accept: application/json", "Expect:"}) {
+    const auto addHeader = [this, &headers](const char *line) {
         if (curl_slist *longer = m_curl->slist_append(headers, line))
             headers = longer;
-    }
+    };
+    // "Expect:" alone removes curl's own, which would cost a round trip.
+    for (const char *line : {"Content-Type: application/json", "Accept: application/json", "Expect:"})
+        addHeader(line);
     if (!token.empty()) {
         SecretText line;
         line.reserve(64 + token.size());
         line.append("Authorization: Bearer ").append(token);
-        if (curl_slist *longer = m_curl->slist_append(headers, line.c_str()))
-            headers = longer;
+        addHeader(line.c_str());
     }
+    // libcurl sends a request again, with the same headers, when a kept connection ends before the answer.
+    if (!key.empty())
+        addHeader(("Velmora-Request-Key: " + key).c_str());
     m_headers.reset(headers);
 
     const std::string url = m_config.server + "/v1/" + function;
@@ -128,7 +132,8 @@ bool Transport::start(const char *function, const SecretText &token, SecretText 
     m_curl->easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHeader);
     m_curl->easy_setopt(easy, CURLOPT_HEADERDATA, this);
     m_curl->easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    // A name lookup that is broken off ends on a thread of its own: waiting for it takes as long as the dead name server.
+    // A name lookup that is broken off ends on a thread of its own: waiting for it takes as long as the dead name
+    // server.
     m_curl->easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
     m_curl->easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(m_config.connectTimeout.count()));
     m_curl->easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, 1L);

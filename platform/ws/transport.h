@@ -32,8 +32,8 @@ public:
     // Ends run() early. Any thread.
     void wake();
 
-    // Sends POST /v1/<function>; an empty token sends none. False: could not even be begun.
-    bool start(const char *function, const SecretText &token, SecretText body);
+    // Sends POST /v1/<function>; an empty token or key sends none. False: could not even be begun.
+    bool start(const char *function, const SecretText &token, const std::string &key, SecretText body);
     bool isBusy() const { return m_isBusy; }
 
     // Waits for network, wake() or `until`, and works on what has come. The answer when the transfer has ended.

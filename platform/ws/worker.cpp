@@ -2,6 +2,7 @@
 
 #include "devicestate.h"
 #include "handles.h"
+#include "randombytes.h"
 #include "requestbody.h"
 
 #include <algorithm>
@@ -47,6 +48,20 @@ Reply readAnswer(const Command &command, const Answer &answer, Arena &memory)
 bool isLogin(const Command &command)
 {
     return command.id == VLM_WS_MSGID_PARTNER_LOGIN || command.id == VLM_WS_MSGID_USER_LOGIN;
+}
+
+// 32 hexadecimal digits that no other request has.
+std::string requestKey()
+{
+    unsigned char bytes[16];
+    fillRandom(bytes, sizeof bytes);
+    std::string key;
+    for (const unsigned char byte : bytes) {
+        constexpr char digits[] = "0123456789abcdef";
+        key += digits[byte >> 4];
+        key += digits[byte & 15];
+    }
+    return key;
 }
 
 } // namespace
@@ -116,15 +131,19 @@ void Worker::accept()
         std::lock_guard lock(m_mutex);
         incoming.swap(m_incoming);
     }
+    const auto now = Clock::now();
     for (Request *request : incoming) {
         Job job{};
         job.handle = request->handle();
         job.request = request;
         job.command = findCommand(request->record.vlm_ws_CmdID);
         if (job.command->id == VLM_WS_MSGID_PARTNER_LOGIN)
-            job.loginDue = m_loginPace.schedule(Clock::now());
-        if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST)
+            job.loginDue = m_loginPace.schedule(now);
+        if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST) {
             job.station = static_cast<VLM_WS_TEXT_FLAG_PARAMS_T *>(request->record.params)->text;
+        }
+        if (job.command->isChange)
+            job.key = requestKey();
         m_waiting.push_back(std::move(job));
     }
 }
@@ -174,13 +193,13 @@ void Worker::send(Job job, Clock::time_point now)
             VLM_WS_PARTNER_LOGIN_PARAMS_T params{};
             params.includeExtras = 1;
             const Command &login = *findCommand(VLM_WS_MSGID_PARTNER_LOGIN);
-            isStarted = m_transport.start(login.function, {}, requestBody(login, &params, deviceKey()));
+            isStarted = m_transport.start(login.function, {}, {}, requestBody(login, &params, deviceKey()));
         } else {
             static const SecretText none;
             const bool isPartnerLogin = job.command->id == VLM_WS_MSGID_PARTNER_LOGIN;
             const Session *open = session(job.tokenSent);
             isStarted = m_transport.start(
-                job.command->function, open ? open->token : none,
+                job.command->function, open ? open->token : none, job.key,
                 requestBody(*job.command, job.request->record.params, isPartnerLogin ? deviceKey() : none));
         }
     } catch (const std::bad_alloc &) {
@@ -203,8 +222,9 @@ void Worker::finish(const Answer &answer)
     }
     const auto now = Clock::now();
     Reply reply = readAnswer(*job.command, answer, job.request->memory);
-    if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST)
+    if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST) {
         m_playlistPace.replied(job.station, now);
+    }
     if (!reply.token.empty()) {
         Session &opened = job.command->reply == ReplyShape::PartnerLogin ? m_partner : m_user;
         opened = {std::move(reply.token), now + std::chrono::seconds(reply.expiresIn)};
@@ -212,7 +232,7 @@ void Worker::finish(const Answer &answer)
     if (reply.code == VLM_WS_ERR_INVALID_AUTH_TOKEN) {
         if (Session *refused = session(job.tokenSent))
             refused->close();
-        if (job.command->renewsPartner && !job.hasRenewed) {
+        if (job.command->renewsPartner() && !job.hasRenewed) {
             m_waiting.push_front(std::move(job));
             return;
         }
@@ -223,7 +243,8 @@ void Worker::finish(const Answer &answer)
 void Worker::finishRenewal(Job job, const Answer &answer)
 {
     Arena scratch;
-    Reply reply = readAnswer(*findCommand(VLM_WS_MSGID_PARTNER_LOGIN), answer, scratch);
+    const Command &login = *findCommand(VLM_WS_MSGID_PARTNER_LOGIN);
+    Reply reply = readAnswer(login, answer, scratch);
     if (reply.code != VLM_WS_ERR_OK) {
         complete(job, reply.code, nullptr);
         return;
@@ -290,7 +311,7 @@ Worker::Session *Worker::session(Token token)
 
 bool Worker::mustRenew(const Job &job, Clock::time_point now) const
 {
-    return job.command->renewsPartner && !job.hasRenewed && tokenFor(job) == Token::Partner && !m_partner.isOpen(now);
+    return job.command->renewsPartner() && !job.hasRenewed && tokenFor(job) == Token::Partner && !m_partner.isOpen(now);
 }
 
 bool Worker::isHeld(const Job &job, Clock::time_point now) const
@@ -299,17 +320,14 @@ bool Worker::isHeld(const Job &job, Clock::time_point now) const
     if (token == Token::None)
         return false;
     const bool isUserLogin = job.command->id == VLM_WS_MSGID_USER_LOGIN;
+    const bool isOpen = (token == Token::User ? m_user : m_partner).isOpen(now);
     for (const Job &other : m_waiting) {
         if (other.handle == job.handle && isUserLogin)
             return false; // logins keep their order
         if (!isLogin(*other.command) || other.handle == job.handle)
             continue;
         const bool isPartnerLogin = other.command->id == VLM_WS_MSGID_PARTNER_LOGIN;
-        if (isUserLogin && isPartnerLogin)
-            return true;
-        if (token == Token::Partner && isPartnerLogin && !m_partner.isOpen(now))
-            return true;
-        if (token == Token::User && !m_user.isOpen(now))
+        if (isUserLogin ? isPartnerLogin : !isOpen)
             return true;
     }
     return false;

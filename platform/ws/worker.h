@@ -36,6 +36,7 @@ private:
         HANDLE_T handle;
         Request *request; // owned by Handles
         const Command *command;
+        std::string key;                           // of a change: the same whenever it is sent
         std::string station;                       // of getPlaylist
         std::optional<Clock::time_point> loginDue; // when the partner login of it or before it may be sent
         bool hasRenewed = false;                   // the partner session was renewed for this job

@@ -2,6 +2,7 @@
 #include "ws_fixture.h"
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QSslSocket>
@@ -132,6 +133,25 @@ private slots:
         QCOMPARE(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_NOT_FOUND);
         QCOMPARE(ws.wait(velmora_ws_addSongBookmark("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
         QCOMPARE(ws.server.seen.last().connection, 2);
+    }
+
+    void aChangeThatIsSentTwiceIsRecognised()
+    {
+        WsFixture ws;
+        const auto key = [](const WsTestServer::Seen &request) {
+            static const QRegularExpression line("\r\nVelmora-Request-Key: ([0-9a-f]{32})(\r\n|$)");
+            return line.match(QString::fromLatin1(request.head)).captured(1);
+        };
+        QCOMPARE(ws.wait(velmora_ws_search("a", 0, cb, nullptr, &ws.handle)), VLM_WS_ERR_MALFORMED_REPLY);
+        QVERIFY(!ws.server.seen.last().head.contains("Velmora-Request-Key")); // nothing is changed by it
+        // The kept connection ends after the request was read: it is sent again over another one.
+        ws.server.answer("deleteStation", {Reply{{}, true}, WsTestServer::data({})});
+        QCOMPARE(ws.wait(velmora_ws_deleteStation("s", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
+        QCOMPARE(ws.wait(velmora_ws_deleteStation("s", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
+        QCOMPARE(ws.server.functions().count("deleteStation"), 3);
+        QCOMPARE(key(ws.server.seen.at(1)).size(), 32);
+        QCOMPARE(key(ws.server.seen.at(2)), key(ws.server.seen.at(1)));
+        QVERIFY(key(ws.server.seen.at(3)).size() == 32 && key(ws.server.seen.at(3)) != key(ws.server.seen.at(1)));
     }
 
     void aProxyOfTheEnvironmentIsNotUsed()
