@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstring>
 #include <new>
 #include <pthread.h>
 
@@ -62,6 +63,15 @@ std::string requestKey()
         key += digits[byte & 15];
     }
     return key;
+}
+
+// What the listener could hear of a playlist.
+int playableEntries(const VLM_WS_PLAYLIST_T &playlist)
+{
+    return static_cast<int>(
+        std::count_if(playlist.entries, playlist.entries + playlist.count, [](const VLM_PLAYLIST_ENTRY_T &entry) {
+            return !entry.isTrack || std::strcmp(entry.map.p_trackMap->audioUrl, velmora_ws_invalid_url) != 0;
+        }));
 }
 
 } // namespace
@@ -141,7 +151,10 @@ void Worker::accept()
             job.loginDue = m_loginPace.schedule(now);
         if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST) {
             job.station = static_cast<VLM_WS_TEXT_FLAG_PARAMS_T *>(request->record.params)->text;
+            job.isBeyondLimit = !m_playlistLimit.allows(job.station, now);
         }
+        if (namesTrack(*job.command))
+            m_playlistLimit.heard();
         if (job.command->isChange)
             job.key = requestKey();
         m_waiting.push_back(std::move(job));
@@ -185,6 +198,10 @@ std::optional<Clock::time_point> Worker::dueTime(Job &job, Clock::time_point now
 
 void Worker::send(Job job, Clock::time_point now)
 {
+    if (job.isBeyondLimit) {
+        complete(job, VLM_WS_ERR_NOTHING_PLAYED, nullptr);
+        return;
+    }
     bool isStarted = false;
     job.isRenewing = mustRenew(job, now);
     job.tokenSent = tokenFor(job);
@@ -224,6 +241,8 @@ void Worker::finish(const Answer &answer)
     Reply reply = readAnswer(*job.command, answer, job.request->memory);
     if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST) {
         m_playlistPace.replied(job.station, now);
+        if (reply.code == VLM_WS_ERR_OK)
+            m_playlistLimit.replied(job.station, playableEntries(*static_cast<VLM_WS_PLAYLIST_T *>(reply.record)), now);
     }
     if (!reply.token.empty()) {
         Session &opened = job.command->reply == ReplyShape::PartnerLogin ? m_partner : m_user;
@@ -236,6 +255,9 @@ void Worker::finish(const Answer &answer)
             m_waiting.push_front(std::move(job));
             return;
         }
+        reply.code = m_renewalLimit.refused(*job.command, job.tokenSent);
+    } else if (reply.code >= VLM_WS_ERR_OK) {
+        m_renewalLimit.accepted(job.tokenSent);
     }
     complete(job, reply.code, reply.record);
 }
@@ -245,6 +267,8 @@ void Worker::finishRenewal(Job job, const Answer &answer)
     Arena scratch;
     const Command &login = *findCommand(VLM_WS_MSGID_PARTNER_LOGIN);
     Reply reply = readAnswer(login, answer, scratch);
+    if (reply.code == VLM_WS_ERR_INVALID_AUTH_TOKEN)
+        reply.code = m_renewalLimit.refused(login, Token::None);
     if (reply.code != VLM_WS_ERR_OK) {
         complete(job, reply.code, nullptr);
         return;
@@ -257,6 +281,7 @@ void Worker::finishRenewal(Job job, const Answer &answer)
 
 void Worker::complete(const Job &job, VLM_WS_EXT_ERRCODE_T code, void *record)
 {
+    m_renewalLimit.completed(*job.command, code);
     Request &request = *job.request;
     if (m_isEnding) {
         Handles::instance().drop(job.handle);
@@ -327,7 +352,7 @@ bool Worker::isHeld(const Job &job, Clock::time_point now) const
         if (!isLogin(*other.command) || other.handle == job.handle)
             continue;
         const bool isPartnerLogin = other.command->id == VLM_WS_MSGID_PARTNER_LOGIN;
-        if (isUserLogin ? isPartnerLogin : !isOpen)
+        if (isUserLogin ? isPartnerLogin : !isOpen || m_renewalLimit.isRenewing())
             return true;
     }
     return false;

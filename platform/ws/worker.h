@@ -1,5 +1,6 @@
 #pragma once
 
+#include "callerlimits.h"
 #include "commands.h"
 #include "config.h"
 #include "pace.h"
@@ -39,6 +40,7 @@ private:
         std::string key;                           // of a change: the same whenever it is sent
         std::string station;                       // of getPlaylist
         std::optional<Clock::time_point> loginDue; // when the partner login of it or before it may be sent
+        bool isBeyondLimit = false;                // a playlist that is not asked for any more
         bool hasRenewed = false;                   // the partner session was renewed for this job
         bool isRenewing = false;                   // its own partner login is under way
         Token tokenSent = Token::None;
@@ -82,6 +84,8 @@ private:
     Session m_user;
     LoginPace m_loginPace;
     PlaylistPace m_playlistPace;
+    RenewalLimit m_renewalLimit;
+    PlaylistLimit m_playlistLimit;
     SecretText m_deviceKey;
 };
 

@@ -1,4 +1,5 @@
 // The library's rules alone: replies of every wrong shape, the pace, the device's state, the settings.
+#include "callerlimits.h"
 #include "config.h"
 #include "devicestate.h"
 #include "pace.h"
@@ -256,6 +257,45 @@ private slots:
         QVERIFY(pace.earliest("a", start + 1500ms) == start + 1500ms);
         pace.replied("b", start + 1500ms);
         QVERIFY(pace.earliest("b", start + 1600ms) == start + 2500ms);
+    }
+
+    void theFourthPlaylistInARowFromWhichNothingPlayedIsRefused()
+    {
+        struct Case {
+            const char *name;
+            int playable;               // entries of every playlist
+            std::chrono::seconds pause; // from an answer to the next wish
+            bool isRefused;
+        };
+        const Case cases[] = {
+            {"empty ones", 0, 1s, true},    {"empty ones, at leisure", 0, 10s, false}, {"all refused", 4, 11s, true},
+            {"one skipped", 4, 12s, false}, {"a single track refused", 1, 2s, true},   {"a single track", 1, 3s, false},
+        };
+        for (const Case &c : cases) {
+            for (const bool isHeard : {false, true}) {
+                PlaylistLimit limit;
+                Clock::time_point now{};
+                QList<bool> allowed;
+                for (int i = 0; i < 8; ++i, now += c.pause) {
+                    allowed += limit.allows("a", now);
+                    if (allowed.last())
+                        limit.replied("a", c.playable, now);
+                    if (isHeard && i == 2)
+                        limit.heard();
+                }
+                QList<bool> expected(8, true);
+                if (c.isRefused)
+                    expected[isHeard ? 6 : 3] = false;
+                if (c.isRefused && !isHeard)
+                    expected[7] = false; // three more were allowed
+                QVERIFY2(allowed == expected, c.name);
+            }
+        }
+        PlaylistLimit limit; // another station starts afresh
+        for (const char *station : {"a", "a", "a", "b", "a"}) {
+            QVERIFY(limit.allows(station, Clock::time_point{}));
+            limit.replied(station, 0, Clock::time_point{});
+        }
     }
 
     void theStateIsMadeOnceAndForItsOwnerAlone()

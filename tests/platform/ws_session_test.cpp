@@ -178,19 +178,24 @@ private slots:
         ws.logIn();
         const int before = ws.count();
         ws.server.answer("getPlaylist", emptyPlaylist);
-        velmora_ws_getPlaylist("one", 0, cb, nullptr, nullptr);
-        velmora_ws_getPlaylist("one", 0, cb, nullptr, nullptr);
         velmora_ws_getPlaylist("two", 0, cb, nullptr, nullptr);
+        velmora_ws_getPlaylist("one", 0, cb, nullptr, nullptr);
+        velmora_ws_getPlaylist("one", 0, cb, nullptr, nullptr);
         velmora_ws_sleepSong("t", cb, nullptr, nullptr);
         QVERIFY(ws.waitFor(before + 1));
         QElapsedTimer clock;
         clock.start();
         QVERIFY(ws.waitFor(before + 3));
         QCOMPARE(ws.server.functions().mid(0, 3), QStringList({"getPlaylist", "getPlaylist", "sleepSong"}));
-        QCOMPARE(ws.server.seen.at(1).body["stationToken"].toString(), "two");
+        QCOMPARE(ws.server.seen.at(1).body["stationToken"].toString(), "one");
         QVERIFY(ws.waitFor(before + 4));
         QVERIFY2(clock.elapsed() >= 950, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(ws.server.seen.last().body["stationToken"].toString(), "one");
+        // Nothing in them plays: a third playlist comes after the second, but no fourth.
+        for (const auto code : {VLM_WS_ERR_OK, VLM_WS_ERR_NOTHING_PLAYED})
+            QCOMPARE(ws.wait(velmora_ws_getPlaylist("one", 0, cb, nullptr, &ws.handle)), code);
+        QCOMPARE(ws.server.functions().count("getPlaylist"), 4);
+        QCOMPARE(ws.wait(velmora_ws_getPlaylist("one", 0, cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
     }
 };
 

@@ -1,0 +1,163 @@
+// The real adapter over the real library, against a service that lets nobody in.
+#include "fakes/devicetwin.h"
+#include "fakes/row.h"
+#include "service/velmorametatypes.h"
+#include "unit/service_requests.h"
+#include "ws_fixture.h"
+
+#include <QTest>
+
+#include <functional>
+
+using requests::Service;
+using requests::Wrapper;
+using requests::wrappers;
+using Seen = WsTestServer::Seen;
+
+namespace {
+
+const auto refused = WsTestServer::code(VLM_WS_ERR_INVALID_AUTH_TOKEN);
+const WsTestServer::Reply cut{"HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\n{", true};
+
+WsTestServer::Reply partnerIn()
+{
+    return WsTestServer::data({{"partnerToken", WsFixture::partnerToken}, {"expiresIn", 99}});
+}
+
+WsTestServer::Reply userIn()
+{
+    return WsTestServer::data(
+        {{"userToken", WsFixture::userToken}, {"userName", "mira"}, {"userId", "7"}, {"expiresIn", 99}});
+}
+
+// A service that answers 5097 to everything but the logins, and what its answers come to for each kind of request.
+struct Trouble {
+    const char *name;
+    std::function<WsTestServer::Reply(const Seen &)> login;
+    int ofUserRequests;
+    int ofPartnerRequests;
+    int ofUserLogin;
+};
+
+const QList<Trouble> &troubles()
+{
+    static const QList<Trouble> list{
+        {"the device is unknown",
+         [](const Seen &request) {
+             return request.function == "partnerLogin" ? partnerIn() : WsTestServer::code(VLM_WS_ERR_DEVICE_NOT_FOUND);
+         },
+         VLM_WS_ERR_DEVICE_NOT_FOUND, VLM_WS_ERR_INVALID_AUTH_TOKEN_2, VLM_WS_ERR_DEVICE_NOT_FOUND},
+        {"the partner login breaks",
+         [](const Seen &request) { return request.function == "partnerLogin" ? cut : refused; },
+         VLM_WS_ERR_ERROR_CURL_FAILURE, VLM_WS_ERR_ERROR_CURL_FAILURE, VLM_WS_ERR_ERROR_CURL_FAILURE},
+        {"every new session is refused",
+         [](const Seen &request) { return request.function == "partnerLogin" ? partnerIn() : userIn(); },
+         VLM_WS_ERR_INVALID_AUTH_TOKEN_2, VLM_WS_ERR_INVALID_AUTH_TOKEN_2, VLM_WS_ERR_OK},
+        {"the user login is refused too",
+         [](const Seen &request) { return request.function == "partnerLogin" ? partnerIn() : refused; },
+         VLM_WS_ERR_INVALID_AUTH_TOKEN_2, VLM_WS_ERR_INVALID_AUTH_TOKEN_2, VLM_WS_ERR_INVALID_AUTH_TOKEN_2},
+        {"the partner login is refused", [](const Seen &) { return refused; }, VLM_WS_ERR_INVALID_AUTH_TOKEN_2,
+         VLM_WS_ERR_INVALID_AUTH_TOKEN_2, VLM_WS_ERR_INVALID_AUTH_TOKEN_2},
+    };
+    return list;
+}
+
+// The radio's side, with the signals that its screens would see.
+class Radio {
+public:
+    explicit Radio(const Trouble &trouble)
+    {
+        DeviceTwin::setPrivateRoot(m_ws.folder.path());
+        m_ws.server.setScript([&trouble](const Seen &request) {
+            return request.function == "partnerLogin" || request.function == "userLogin" ? trouble.login(request)
+                                                                                         : refused;
+        });
+    }
+    ~Radio() { delete Service::getInstance(); }
+
+    void send(const Wrapper &wrapper)
+    {
+        QObject::connect(Service::getInstance(), wrapper.signal, &m_context,
+                         [this, &wrapper](HANDLE_T handle, VLM_WS_EXT_ERRCODE_T code, VOID *) {
+                             results.append({wrapper.cmd, code});
+                             velmora_ws_release_handle(handle);
+                         });
+        HANDLE_T handle = 0;
+        QCOMPARE(wrapper.call(Service::getInstance(), false, nullptr, &handle), VLM_WS_ERR_OK);
+    }
+    // Until there are as many results. The logins are paced: some waiting belongs to it.
+    void waitFor(qsizetype number)
+    {
+        QDeadlineTimer limit(40'000);
+        while (results.size() < number && !limit.hasExpired())
+            QTest::qWait(1);
+    }
+    int partnerLogins() const { return int(m_ws.server.functions().count("partnerLogin")); }
+
+    QList<std::pair<int, int>> results; // command, code
+
+private:
+    WsFixture m_ws;
+    QObject m_context;
+};
+
+} // namespace
+
+class WsRenewalTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { registerVelmoraMetaTypes(); }
+
+    void everyKindOfRequestIsAnsweredOnce()
+    {
+        const QSet<int> partnerRequests{6, 7, 8, 24, 26, 31};
+        for (const Trouble &trouble : troubles()) {
+            for (const Wrapper &wrapper : wrappers()) {
+                if (wrapper.cmd == VLM_WS_MSGID_PARTNER_LOGIN)
+                    continue; // a part of every trouble
+                const Row row(
+                    QStringLiteral("%1: %2").arg(QLatin1String(trouble.name), QLatin1String(wrapper.signalName)));
+                Radio radio(trouble);
+                radio.send(wrapper);
+                const bool isUserLogin = wrapper.cmd == VLM_WS_MSGID_USER_LOGIN;
+                const bool isSentAgain = VLM_WS_IS_SENT_AGAIN(wrapper.cmd);
+                int code = trouble.ofUserRequests;
+                if (isUserLogin)
+                    code = trouble.ofUserLogin;
+                else if (partnerRequests.contains(wrapper.cmd))
+                    code = trouble.ofPartnerRequests;
+                else if (!isSentAgain)
+                    code = VLM_WS_ERR_INVALID_AUTH_TOKEN_2;
+                radio.waitFor(1);
+                QCOMPARE(radio.results, (QList<std::pair<int, int>>{{wrapper.cmd, code}}));
+                if (isSentAgain && !isUserLogin)
+                    QCOMPARE(radio.partnerLogins(), 3);
+                else
+                    QVERIFY(radio.partnerLogins() <= 1);
+            }
+        }
+    }
+
+    void requestsThatWaitTogetherAreAllAnswered()
+    {
+        const QList<int> together{VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE,
+                                  VLM_WS_MSGID_EMAIL_PASSWORD};
+        for (const Trouble &trouble : troubles().mid(0, 2)) { // each takes some seconds: the logins are paced
+            const Row row(trouble.name);
+            Radio radio(trouble);
+            for (const Wrapper &wrapper : wrappers()) {
+                if (together.contains(wrapper.cmd))
+                    radio.send(wrapper);
+            }
+            radio.waitFor(together.size());
+            QSet<int> answered;
+            for (const auto &[cmd, code] : radio.results)
+                answered.insert(cmd);
+            QCOMPARE(answered, QSet<int>(together.begin(), together.end()));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(WsRenewalTest)
+#include "ws_renewal_test.moc"
