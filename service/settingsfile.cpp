@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QThread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,16 +14,27 @@ namespace settingsfile {
 
 namespace {
 
-bool isDamaged(const QString &fileName)
+constexpr int openAttempts = 4;
+constexpr int retryPauseMs = 25;
+
+enum class Content { Missing, Sound, Damaged, Unreadable };
+
+Content contentOf(const QString &fileName)
 {
-    if (QFileInfo(fileName).isDir())
-        return true;
+    const QFileInfo info(fileName);
+    if (!info.exists())
+        return Content::Missing;
+    if (info.isDir())
+        return Content::Damaged;
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly) || file.readAll().contains('\0') || file.error() != QFileDevice::NoError)
-        return true;
+    if (!file.open(QIODevice::ReadOnly))
+        return Content::Unreadable; // too many open files, for example: that says nothing about the content
+    const bool hasNul = file.readAll().contains('\0');
+    if (file.error() != QFileDevice::NoError)
+        return Content::Unreadable;
     const QSettings probe(fileName, QSettings::IniFormat);
     probe.allKeys(); // sections are parsed, and found wrong, only when they are asked for
-    return probe.status() == QSettings::FormatError;
+    return hasNul || probe.status() == QSettings::FormatError ? Content::Damaged : Content::Sound;
 }
 
 QString asideName(const QString &fileName)
@@ -37,11 +49,18 @@ QString asideName(const QString &fileName)
 
 } // namespace
 
-QString prepare(const QString &fileName)
+Prepared prepare(const QString &fileName)
 {
     const QByteArray path = QFile::encodeName(fileName);
+    Content content = contentOf(fileName);
+    for (int attempt = 1; content == Content::Unreadable && attempt < openAttempts; ++attempt) {
+        QThread::msleep(retryPauseMs);
+        content = contentOf(fileName);
+    }
+    if (content == Content::Unreadable)
+        return {false, QString()};
     QString aside;
-    if (QFileInfo::exists(fileName) && isDamaged(fileName)) {
+    if (content == Content::Damaged) {
         aside = asideName(fileName);
         if (::rename(path.constData(), QFile::encodeName(aside).constData()) != 0)
             aside.clear();
@@ -52,7 +71,7 @@ QString prepare(const QString &fileName)
         static_cast<void>(::fchmod(descriptor, S_IRUSR | S_IWUSR));
         ::close(descriptor);
     }
-    return aside;
+    return {true, aside};
 }
 
 } // namespace settingsfile

@@ -5,9 +5,13 @@
 // What happens to the settings file before it is opened.
 namespace settingsfile {
 
-// A file that cannot be read, is no ini file or holds NUL bytes is renamed to <name>.damaged-<date and time>, so that
-// an empty one can be started; the new name is returned, or nothing when the file is sound or missing. A sound or
-// missing file becomes readable for its owner only.
-QString prepare(const QString &fileName);
+struct Prepared {
+    bool isReadable = true; // false: the file is there and cannot be opened, after several attempts; it is left alone
+    QString aside;          // where a damaged file is kept now; empty when none was
+};
+
+// A file whose content is no ini file or holds NUL bytes is renamed to <name>.damaged-<date and time>, so that an empty
+// one can be started. So is a folder in its place. A sound or missing file becomes readable for its owner only.
+Prepared prepare(const QString &fileName);
 
 } // namespace settingsfile

@@ -5,22 +5,49 @@
 
 #include <QDebug>
 
+#include <algorithm>
+#include <limits>
+
 // Groups of one record are written and read as arrays without an index (deliberate): the file has always had their
 // "size=0".
 
 namespace {
 
-const int slotCount = 5;
+constexpr int slotCount = 5;
 
-// Renames a damaged file before QSettings opens it.
+// The file for QSettings to open, once a damaged one is out of the way.
 QString prepared(const QString &fileName, QSettings::Format format)
 {
-    if (format == QSettings::IniFormat) {
-        const QString aside = settingsfile::prepare(fileName);
-        if (!aside.isEmpty())
-            qWarning("VelmoraSettings,new,damaged file kept as %s", qUtf8Printable(aside));
+    if (format != QSettings::IniFormat)
+        return fileName;
+    const settingsfile::Prepared file = settingsfile::prepare(fileName);
+    if (!file.aside.isEmpty())
+        qWarning("VelmoraSettings,new,damaged file kept as %s", qUtf8Printable(file.aside));
+    if (file.isReadable)
+        return fileName;
+    qWarning("VelmoraSettings,new,%s cannot be opened,nothing is read or stored", qUtf8Printable(fileName));
+    // QSettings takes a file that it cannot read for an empty one and would write over it. Below a file there is
+    // nothing to read, and nothing can be written.
+    return fileName + QStringLiteral("/unreadable");
+}
+
+// Begins to read the array and returns the indexes, from 0, of the entries that the file holds. The size that it claims
+// may be damaged: it only limits them, where it is a size at all.
+QList<int> beginHeldArray(QSettings &settings, const QString &group)
+{
+    settings.beginReadArray(group);
+    bool isNumber = false;
+    const int claimed = settings.value(QStringLiteral("size")).toString().toInt(&isNumber);
+    const int size = isNumber && claimed >= 0 ? claimed : std::numeric_limits<int>::max();
+    QList<int> indexes;
+    const QStringList entries = settings.childGroups();
+    for (const QString &entry : entries) {
+        const int number = entry.toInt(); // from 1
+        if (number >= 1 && number <= size)
+            indexes.append(number - 1);
     }
-    return fileName;
+    std::sort(indexes.begin(), indexes.end());
+    return indexes;
 }
 
 QString readGroup(QSettings &settings, const char *group, const char *key)
@@ -44,10 +71,10 @@ VelmoraSettings::VelmoraSettings(const QString &fileName, QSettings::Format form
     : QSettings(prepared(fileName, format), format, parent)
 {
     qDebug("new VelmoraSettings\n");
-    const int size = beginReadArray(QStringLiteral("Account"));
-    qDebug("VelmoraSettings,new.size=%d..", size);
-    for (int i = 0; i < size; ++i) {
-        setArrayIndex(i);
+    const QList<int> accounts = beginHeldArray(*this, QStringLiteral("Account"));
+    qDebug("VelmoraSettings,new.size=%d..", static_cast<int>(accounts.size()));
+    for (const int index : accounts) {
+        setArrayIndex(index);
         const AccountRecord account{value(QStringLiteral("userName")).toString(),
                                     value(QStringLiteral("password")).toString(),
                                     value(QStringLiteral("laststation")).toString()};
@@ -56,9 +83,9 @@ VelmoraSettings::VelmoraSettings(const QString &fileName, QSettings::Format form
     }
     endArray();
 
-    const int slotsInFile = beginReadArray(QStringLiteral("Slot"));
+    const bool hasSlots = !beginHeldArray(*this, QStringLiteral("Slot")).isEmpty();
     endArray();
-    if (slotsInFile == 0) {
+    if (!hasSlots) {
         beginWriteArray(QStringLiteral("Slot"));
         for (int i = 0; i < slotCount; ++i) {
             setArrayIndex(i);

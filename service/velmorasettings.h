@@ -6,9 +6,10 @@
 #include <QSettings>
 #include <QStringList>
 
-// What the application remembers between runs. Made on the stack for one operation; the destructor flushes the file
-// system. A damaged file is kept beside and an empty one started. GUI thread, and the web-service callback's thread
-// during a token renewal (its own object).
+// What the application remembers between runs. An object lives on the stack for one operation; its destructor flushes
+// the file system. A file with damaged content is kept under another name, and an empty one is started. A file that
+// cannot be opened reads as empty, stores nothing and stays what it is. GUI thread; during a token renewal also the
+// web-service callback's thread, with an object of its own.
 class VelmoraSettings : public QSettings {
     Q_OBJECT
 public:

@@ -193,6 +193,52 @@ private slots:
         }
     }
 
+    void aDamagedSizeCountsOnlyWhatTheFileHolds()
+    {
+        for (const char *size : {"3000", "99999999999", "-1", "many", "1"}) {
+            const Row row(QString::fromLatin1(size));
+            init(); // afresh
+            write(QByteArray("[Account]\nsize=%\n1\\userName=ann\n1\\password=2\n[Slot]\nsize=%\n"
+                             "[LastLogin]\nsize=%\nuserName=ann\n[LastSlot]\nsize=%\n")
+                      .replace("%", size));
+            LogCapture log;
+            QCOMPARE(names(), QStringList("ann"));
+            QVERIFY(log.contains("VelmoraSettings,new.size=1.."));
+            QCOMPARE(raw("Slot/size").toInt(), 5); // it held none
+            QCOMPARE(open()->getLastLoginName(), QStringLiteral("ann"));
+            QVERIFY(beside().isEmpty());
+        }
+    }
+
+    void aUsedSlotLeavesTheOthers()
+    {
+        open()->markSlotUsed(1);
+        QCOMPARE(raw("Slot/size").toInt(), 5);
+        QStringList values;
+        for (int i = 1; i <= 5; ++i)
+            values += raw(qPrintable(QStringLiteral("Slot/%1/slotValue").arg(i))).toString();
+        QCOMPARE(values, QStringList({"0", "1", "0", "0", "0"}));
+    }
+
+    void aFileThatCannotBeOpenedIsLeftAlone()
+    {
+        open()->addAccount("ann", "0");
+        LogCapture log;
+        struct rlimit old {};
+        QCOMPARE(getrlimit(RLIMIT_NOFILE, &old), 0);
+        const struct rlimit none {
+            0, old.rlim_max
+        };
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+        auto settings = open();
+        setrlimit(RLIMIT_NOFILE, &old);
+        settings->addAccount("bob", "1"); // could be written by now, over what was not read
+        settings.reset();
+        QVERIFY(log.contains("cannot be opened"));
+        QVERIFY(beside().isEmpty());
+        QCOMPARE(names(), QStringList("ann"));
+    }
+
     void aFolderInThePlaceOfTheFileIsMovedAside()
     {
         LogCapture silent;
