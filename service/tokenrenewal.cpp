@@ -15,10 +15,10 @@ Action decide(const Situation &situation)
     const bool isPartnerLogin = situation.cmd == VLM_WS_MSGID_PARTNER_LOGIN;
     if (!isPending || (!isPartnerLogin && situation.cmd != VLM_WS_MSGID_USER_LOGIN))
         return Action::Emit;
-    // The logins' own results are not examined (deliberate): a failed one shows in the request that is sent again.
+    // The results of the logins are not examined (deliberate): a failure shows in the request that is sent again.
     if (isPartnerLogin && !situation.isPartnerTokenOnly)
         return Action::StartDeviceLogin;
-    return wscommands::command(situation.pendingCmd).isRetried ? Action::Resend : Action::Drop;
+    return wscommands::isSentAgain(situation.pendingCmd) ? Action::Resend : Action::Drop;
 }
 
 } // namespace tokenrenewal

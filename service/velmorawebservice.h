@@ -117,7 +117,6 @@ signals:
 private:
     VelmoraWebService();
     void webServiceDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
-    void emitDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
     void reportPending(VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag);
     void retrytempwebservice();
     VLM_WS_EXT_ERRCODE_T sendAgain(HANDLE_T pending);

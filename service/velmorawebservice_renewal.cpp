@@ -18,8 +18,8 @@ namespace {
 
 HANDLE_T m_temp_handle = 0;        // the request that waits for a new token; the adapter owns it while it waits
 bool m_temp_partner_token = false; // it needs a new partner login only
-// It was reported after an immediate failure and belongs to its receiver: it stays set until the next completion and is
-// never read again.
+// The waiting request was reported after an immediate failure and belongs to its receiver. m_temp_handle stays set
+// until the next completion, and nothing is read through it.
 bool m_temp_reported = false;
 
 void clearPending()
@@ -27,12 +27,6 @@ void clearPending()
     m_temp_handle = 0;
     m_temp_partner_token = false;
     m_temp_reported = false;
-}
-
-Action decide(HANDLE_T handle, VLM_WS_EXT_ERRCODE_T result)
-{
-    return tokenrenewal::decide(
-        {wsreply::commandId(handle), result, wsreply::commandId(m_temp_handle), m_temp_partner_token});
 }
 
 using Signal = void (VelmoraWebService::*)(HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *);
@@ -93,7 +87,7 @@ void VelmoraWebService::velmora_ws_requst_cb(unsigned long h_handle, _VLM_WS_EXT
         return;
     }
     const int cmd = wsreply::commandId(h_handle);
-    switch (decide(h_handle, e_ret)) {
+    switch (tokenrenewal::decide({cmd, e_ret, wsreply::commandId(m_temp_handle), m_temp_partner_token})) {
     case Action::ReportInactive:
         self->reportPending(e_ret, pv_tag);
         clearPending();
@@ -110,9 +104,16 @@ void VelmoraWebService::velmora_ws_requst_cb(unsigned long h_handle, _VLM_WS_EXT
         userLoginWithDeviceID();
         velmora_ws_release_handle(h_handle);
         return;
-    case Action::Emit:
     case Action::Resend:
     case Action::Drop:
+        // The last login of the renewal. The screens never see it.
+        qDebug("VelmoraWebService,webServiceDone,vlm_ws_CmdID=%d, ret = %d", cmd, e_ret);
+        if (cmd == VLM_WS_MSGID_PARTNER_LOGIN)
+            m_temp_partner_token = false;
+        self->retrytempwebservice();
+        velmora_ws_release_handle(h_handle);
+        return;
+    case Action::Emit:
         break;
     }
     self->webServiceDone(h_handle, e_ret, pv_tag);
@@ -120,36 +121,21 @@ void VelmoraWebService::velmora_ws_requst_cb(unsigned long h_handle, _VLM_WS_EXT
 
 void VelmoraWebService::webServiceDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag)
 {
-    if (decide(h_handle, e_ret) == Action::Emit) {
-        emitDone(h_handle, e_ret, pv_tag);
-        return;
-    }
-    // A login of the renewal: the screens never see it.
-    const int cmd = wsreply::commandId(h_handle);
-    qDebug("VelmoraWebService,webServiceDone,vlm_ws_CmdID=%d, ret = %d", cmd, e_ret);
-    if (cmd == VLM_WS_MSGID_PARTNER_LOGIN)
-        m_temp_partner_token = false;
-    retrytempwebservice();
-    velmora_ws_release_handle(h_handle);
-}
-
-void VelmoraWebService::emitDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag)
-{
     const int cmd = wsreply::commandId(h_handle);
     qDebug("VelmoraWebService,webServiceDone,vlm_ws_CmdID=%d, ret = %d", cmd, e_ret);
     const Signal signal = wscommands::command(cmd).name ? signalTable[cmd] : nullptr;
-    // Without a receiver (its screen has been left) nobody would give the handle back.
+    // A signal without a receiver (its screen is gone) would leave nobody to release the handle.
     if (signal && isSignalConnected(QMetaMethod::fromSignal(signal)))
         emit(this->*signal)(h_handle, e_ret, pv_tag);
     else
         velmora_ws_release_handle(h_handle);
 }
 
-// Straight to its signal, also for a waiting login: the renewal must not start over with what has just failed.
+// The waiting request goes straight to its signal, a login too: its failure must not start the renewal over.
 void VelmoraWebService::reportPending(VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag)
 {
     m_temp_reported = true;
-    emitDone(m_temp_handle, e_ret, pv_tag);
+    webServiceDone(m_temp_handle, e_ret, pv_tag);
 }
 
 void VelmoraWebService::forgetRenewal()
@@ -203,7 +189,7 @@ void VelmoraWebService::retrytempwebservice()
     }
     const int cmd = wsreply::commandId(m_temp_handle);
     qDebug("VelmoraWebService,webServiceDone,vlm_ws_CmdID=%d", cmd);
-    if (wscommands::command(cmd).isRetried) {
+    if (wscommands::isSentAgain(cmd)) {
         const VLM_WS_EXT_ERRCODE_T result = sendAgain(m_temp_handle);
         if (result != VLM_WS_ERR_OK) {
             qDebug("VelmoraWebService,retrytempwebservice,ret=%d.", result);
@@ -215,7 +201,7 @@ void VelmoraWebService::retrytempwebservice()
     m_temp_handle = 0;
 }
 
-// With the parameters of the record and without the caller's tag (deliberate): receivers go by the command identifier.
+// Uses the parameters of the record, but not the caller's tag (deliberate): receivers go by the command identifier.
 VLM_WS_EXT_ERRCODE_T VelmoraWebService::sendAgain(HANDLE_T pending)
 {
     const void *params = reinterpret_cast<const VLM_WS_REQUEST_T *>(pending)->params;
@@ -268,6 +254,6 @@ VLM_WS_EXT_ERRCODE_T VelmoraWebService::sendAgain(HANDLE_T pending)
     case VLM_WS_MSGID_SLEEP_SONG:
         return sleepSong(text->text, false, nullptr, &handle);
     default:
-        return VLM_WS_ERR_INVALID_ARGUMENT; // not marked as one that is sent again
+        return VLM_WS_ERR_INVALID_ARGUMENT; // none that is sent again: VLM_WS_IS_SENT_AGAIN
     }
 }

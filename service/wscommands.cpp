@@ -1,49 +1,51 @@
 #include "service/wscommands.h"
 
+#include "velmora_ws.h"
+
 namespace wscommands {
 
 namespace {
 
-constexpr Command reserved{nullptr, false, false};
+constexpr Command reserved{nullptr, false};
 
 constexpr Command table[Count] = {
-    // name, retried, partner token only
-    {"getAdMetadata", true, false},
-    {"registerAd", false, false},
-    {"partnerLogin", false, false},
-    {"userLogin", true, true},
-    {"addArtistBookmark", true, false},
-    {"addSongBookmark", true, false},
-    {"disassociateDevice", true, true},
-    {"getDeviceInfo", false, true},
-    {"generateDeviceActivationCode", true, true},
-    {"search", true, false},
-    {"addFeedback", true, false},
-    {"addMusic", false, false},
-    {"createStation", true, false},
-    {"deleteStation", true, false},
-    {"getGenreStations", false, false},
-    {"getPlaylist", true, false},
-    {"getStation", false, false},
-    {"renameStation", true, false},
-    {"transformSharedStation", false, false},
+    // name, partner token only
+    {"getAdMetadata", false},
+    {"registerAd", false},
+    {"partnerLogin", false},
+    {"userLogin", true},
+    {"addArtistBookmark", false},
+    {"addSongBookmark", false},
+    {"disassociateDevice", true},
+    {"getDeviceInfo", true},
+    {"generateDeviceActivationCode", true},
+    {"search", false},
+    {"addFeedback", false},
+    {"addMusic", false},
+    {"createStation", false},
+    {"deleteStation", false},
+    {"getGenreStations", false},
+    {"getPlaylist", false},
+    {"getStation", false},
+    {"renameStation", false},
+    {"transformSharedStation", false},
     reserved,
     reserved,
-    {"explainTrack", true, false},
-    {"trackEvent", false, false},
-    {"associateDevice", true, false},
-    {"createUser", false, true},
-    {"emailExplicitPINRescue", false, false},
-    {"emailPassword", false, true},
-    {"generateUserActivationCode", false, false},
-    {"getExplicitContentFilter", false, false},
-    {"getStationList", true, false},
-    {"getStationListChecksum", false, false},
-    {"getUserInfo", false, true},
-    {"isExplicitContentFilterPINProtected", false, false},
-    {"setExplicitContentFilter", false, false},
-    {"setExplicitPIN", false, false},
-    {"sleepSong", true, false},
+    {"explainTrack", false},
+    {"trackEvent", false},
+    {"associateDevice", false},
+    {"createUser", true},
+    {"emailExplicitPINRescue", false},
+    {"emailPassword", true},
+    {"generateUserActivationCode", false},
+    {"getExplicitContentFilter", false},
+    {"getStationList", false},
+    {"getStationListChecksum", false},
+    {"getUserInfo", true},
+    {"isExplicitContentFilterPINProtected", false},
+    {"setExplicitContentFilter", false},
+    {"setExplicitPIN", false},
+    {"sleepSong", false},
 };
 
 } // namespace
@@ -51,6 +53,11 @@ constexpr Command table[Count] = {
 const Command &command(int id)
 {
     return id >= 0 && id < Count ? table[id] : reserved;
+}
+
+bool isSentAgain(int id)
+{
+    return id >= 0 && id < Count && VLM_WS_IS_SENT_AGAIN(id);
 }
 
 } // namespace wscommands

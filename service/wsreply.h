@@ -7,7 +7,8 @@
 #include <QStringList>
 
 // Typed views of the library's replies: the only place that knows their layout. A view borrows from the handle, which
-// must outlive it; a null handle or a reply without data gives an empty view. GUI thread.
+// must outlive it; a null handle or a reply without data gives an empty view. Any thread that owns the handle: the GUI
+// thread, and the library's thread while its callback runs.
 namespace wsreply {
 
 int commandId(HANDLE_T handle); // -1 for 0

@@ -26,10 +26,7 @@ class ServiceLoginTest : public QObject {
         VelmoraSettings file = deviceSettings();
         file.addAccount(name, slot);
     }
-    AccountRecord lastLogin()
-    {
-        return deviceSettings().getLastLogin();
-    }
+    AccountRecord lastLogin() { return deviceSettings().getLastLogin(); }
     QByteArray sentIdentity(int cmd) { return ws().last(cmd).params.last().toByteArray(); }
 
 private slots:
@@ -134,7 +131,9 @@ private slots:
         m_login->userLoginWithDeviceID();
         ws().deliver();
         QCOMPARE(m_seen, QStringList("list of 2"));
+        QCOMPARE(lastLogin().userName, QStringLiteral("ann"));
         QCOMPARE(lastLogin().password, QStringLiteral("2"));
+        QVERIFY(deviceSettings().getAllUserName().isEmpty());
     }
 
     void everyFailedStepIsFatalWithItsCode()

@@ -96,6 +96,22 @@ private slots:
         QVERIFY(!ws().isLive(first));
     }
 
+    void eachRenewalMakesTheLoginsThatItsOwnRequestNeeds()
+    {
+        logIn();
+        expireNext(8);
+        ws().autoReply(8, VLM_WS_ERR_OK, FakeReply::activationCode("ABC", "http://x"));
+        HANDLE_T handle = 0;
+        m_service->generateDeviceActivationCode("001A2B3C4D5E", false, tag(), &handle);
+        ws().deliver();
+        expireNext(29);
+        ws().autoReply(29, VLM_WS_ERR_OK, FakeReply::stationListOf({"s1"}));
+        requestStationList();
+        ws().deliver();
+        QCOMPARE(ws().commands(), QList<int>({8, 2, 8, 29, 2, 3, 29}));
+        QCOMPARE(m_receiver->seen, QStringList({"code 0 tag 0", "stationList 0 tag 0"}));
+    }
+
     void anInactiveAccountDuringARenewalEndsTheWaitingRequestAtOnce()
     {
         ws().autoReply(2, VLM_WS_ERR_OK);
