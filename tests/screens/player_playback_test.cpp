@@ -115,7 +115,7 @@ private slots:
         BoxAnswer answers({BoxAnswer::Ok});
         QCOMPARE(rig.player->nextSong(), 1); // an ad is not skipped
         QCOMPARE(answers.texts(), QStringList(adsOnly));
-        QCOMPARE(rig.skipsLeft("b"), 6);
+        QCOMPARE(rig.takeSkips("b"), 6);
         rig.finishTrack();
         QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2); // the ad was the last entry
     }
@@ -277,7 +277,7 @@ private slots:
         QCOMPARE(FakePlayback::urls.size(), 1);
         rig.call("signout");
         QVERIFY(rig.screens.made().isEmpty());
-        QCOMPARE(rig.skipsLeft("b"), 6);
+        QCOMPARE(rig.takeSkips("b"), 6);
     }
 
     void aSkipThatWaitsForAReplyIsOneSkip()
@@ -292,7 +292,7 @@ private slots:
         QCOMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 1"));
         rig.answer(VLM_WS_MSGID_ADD_FEEDBACK, VLM_WS_ERR_OK);
         QCOMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 2"));
-        QCOMPARE(rig.skipsLeft("b"), 5);
+        QCOMPARE(rig.takeSkips("b"), 5);
     }
 
     void repliesUnderAFatalMessageAreGivenBack()

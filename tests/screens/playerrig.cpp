@@ -198,7 +198,7 @@ QString PlayerRig::lastStation() const
     return settings.getStationInfo();
 }
 
-int PlayerRig::skipsLeft(const QString &station) const
+int PlayerRig::takeSkips(const QString &station)
 {
     VelmoraNextLimit *limit = VelmoraNextLimit::getInstance();
     int left = 0;

@@ -78,8 +78,8 @@ public:
     bool isAnimationShown() const { return player->isAnimationShown(); }
     // Object names of the controls of the player that look focused: exactly one, or none under a box or dialog.
     QStringList focused() const;
-    QString lastStation() const;                 // of the settings
-    int skipsLeft(const QString &station) const; // and now there is none
+    QString lastStation() const;                  // of the settings
+    static int takeSkips(const QString &station); // uses up what the limit still allows; how many
     static void useUpSkips(const QString &station);
 
     LogCapture log;
