@@ -16,18 +16,18 @@ Answer ask(const QList<Record> &records, const QString &stationToken, const QTim
         if (answer.count++ == 0)
             answer.first = i;
     }
-    if (answer.count < MaxSkips)
+    if (answer.count < maxSkips)
         return answer;
     int age = secondsOfDay(now) - secondsOfDay(records.at(answer.first).timeStamp);
     if (age < 0)
         age += 86400; // midnight has passed
-    answer.isFirstExpired = answer.isAllowed = age >= Window;
+    answer.isFirstExpired = answer.isAllowed = age >= windowSeconds;
     return answer;
 }
 
 bool isOverdue(const Record &record, const QTime &now)
 {
-    return secondsOfDay(now) - secondsOfDay(record.timeStamp) >= Window;
+    return secondsOfDay(now) - secondsOfDay(record.timeStamp) >= windowSeconds;
 }
 
 } // namespace skiprules

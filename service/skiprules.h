@@ -7,7 +7,8 @@
 // At most six skips a station within an hour, by the wall clock's hours, minutes and seconds.
 namespace skiprules {
 
-enum { MaxSkips = 6, Window = 3601 }; // a record counts while it is younger than Window seconds
+constexpr int maxSkips = 6;
+constexpr int windowSeconds = 3601; // a record counts while it is younger
 
 struct Record {
     QString stationToken;

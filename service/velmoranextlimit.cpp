@@ -52,7 +52,7 @@ bool VelmoraNextLimit::isAllowedNext(const QString &stationToken)
     qDebug("VelmoraNextLimit,isAllowedNext,stationToken=\"%s\"", qUtf8Printable(stationToken));
     const QTime now = currentTime();
     const skiprules::Answer answer = skiprules::ask(m_queue, stationToken, now);
-    if (answer.count < skiprules::MaxSkips) {
+    if (answer.count < skiprules::maxSkips) {
         qDebug("VelmoraNextLimit,isAllowedNext,count < 6.count=%d", answer.count);
         return true;
     }

@@ -32,7 +32,7 @@ void clearPending()
 using Signal = void (VelmoraWebService::*)(HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *);
 
 // By command identifier.
-constexpr Signal signalTable[wscommands::Count] = {
+constexpr Signal signalTable[wscommands::count] = {
     &VelmoraWebService::signalGetAdMetadataDone,
     &VelmoraWebService::signalRegAdDone,
     &VelmoraWebService::signalParterLoginDone,

@@ -8,7 +8,7 @@ namespace {
 
 constexpr Command reserved{nullptr, false};
 
-constexpr Command table[Count] = {
+constexpr Command table[count] = {
     // name, partner token only
     {"getAdMetadata", false},
     {"registerAd", false},
@@ -52,12 +52,12 @@ constexpr Command table[Count] = {
 
 const Command &command(int id)
 {
-    return id >= 0 && id < Count ? table[id] : reserved;
+    return id >= 0 && id < count ? table[id] : reserved;
 }
 
 bool isSentAgain(int id)
 {
-    return id >= 0 && id < Count && VLM_WS_IS_SENT_AGAIN(id);
+    return id >= 0 && id < count && VLM_WS_IS_SENT_AGAIN(id);
 }
 
 } // namespace wscommands

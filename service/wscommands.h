@@ -3,7 +3,7 @@
 // What the adapter knows of every request of the web-service library, by its command identifier.
 namespace wscommands {
 
-enum { Count = 36 }; // identifiers 0 to 35
+constexpr int count = 36; // identifiers 0 to 35
 
 struct Command {
     const char *name;        // of the library function without its prefix; null for the reserved 19 and 20

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-// Memory that is overwritten before it is given back: request records, request bodies, session tokens.
+// Memory that is overwritten before it is freed: request records, request bodies, session tokens.
 namespace velmora::ws {
 
 void wipe(void *memory, std::size_t size);
 
-// Owns everything that one request record points at; nothing in it is freed singly. Not thread-safe.
+// Owns everything that one request record points at. All of it is freed together. Not thread-safe.
 class Arena {
 public:
     Arena() = default;
@@ -55,10 +55,10 @@ struct WipingAllocator {
     bool operator==(const WipingAllocator &) const { return true; }
 };
 
-// Only what does not fit into the string object itself is wiped: reserve() before writing a secret.
+// A short text inside the string object itself is not wiped: call reserve() before writing a secret.
 using SecretText = std::basic_string<char, std::char_traits<char>, WipingAllocator<char>>;
 
-// Assigning an empty text would keep the old memory for reuse, unwiped.
+// Frees and wipes the text. Assigning an empty text would keep the old memory, unwiped.
 void forget(SecretText &text);
 
 } // namespace velmora::ws

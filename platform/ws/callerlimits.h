@@ -5,7 +5,7 @@
 
 #include <string>
 
-// What ends a caller's endless loop: the answer after the same thing has failed too often. Plain values: time comes in.
+// What ends a caller's endless loop: the answer after the same thing has failed too often. Time is an argument.
 namespace velmora::ws {
 
 // Callers answer VLM_WS_ERR_INVALID_AUTH_TOKEN with a partner login, a user login where one is needed, and the same

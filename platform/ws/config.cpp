@@ -31,8 +31,8 @@ std::string trimmed(std::string_view text)
     return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
 }
 
-// An address of a host, perhaps with a path; http and https alone, no user name, query or fragment. Empty when it is
-// not one. What is wrong inside the host is found when it is to be reached.
+// Accepts http and https with a host and perhaps a path, without user name, query and fragment. Returns an empty text
+// for anything else. A wrong host name shows at the first request.
 std::string serverAddress(std::string text)
 {
     while (text.ends_with('/'))
@@ -58,7 +58,7 @@ std::filesystem::path defaultStateDir()
     return std::filesystem::path(home) / ".local/state/velmora-ws";
 }
 
-// One setting of the file. False: not a known one, or not a usable value.
+// Applies one setting of the file. False: an unknown setting, or an unusable value.
 bool apply(Config &config, const std::string &key, const std::string &value)
 {
     const auto milliseconds = [&value](std::chrono::milliseconds &target) {

@@ -11,11 +11,11 @@ struct Config {
     std::string caFile;             // empty: the system's certificates
     std::filesystem::path stateDir; // empty: nothing can be kept
     std::chrono::milliseconds connectTimeout{10'000};
-    std::chrono::milliseconds stallTimeout{20'000};   // without a single byte
-    std::chrono::milliseconds requestTimeout{60'000}; // a whole request, however slowly it drips
+    std::chrono::milliseconds stallTimeout{20'000};   // without any byte received
+    std::chrono::milliseconds requestTimeout{60'000}; // from the start of a request to its end
 };
 
-// The configuration file, then the environment on top. What cannot be used is named on standard error and left out.
+// Reads the configuration file, then the environment, which wins. Reports unusable settings on standard error.
 Config loadConfig();
 
 } // namespace velmora::ws

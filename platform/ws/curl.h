@@ -4,8 +4,8 @@
 
 namespace velmora::ws {
 
-// libcurl, loaded with the first request: it brings some thirty libraries with it, and a television that starts shall
-// show its first picture before. The members are its functions of the same names.
+// libcurl, loaded with the first request. It brings some thirty libraries with it, and a television shall show its
+// first picture before they are loaded. The members are libcurl's functions of the same names.
 struct Curl {
     decltype(&::curl_easy_cleanup) easy_cleanup;
     decltype(&::curl_easy_getinfo) easy_getinfo;
@@ -24,8 +24,8 @@ struct Curl {
     decltype(&::curl_slist_append) slist_append;
     decltype(&::curl_slist_free_all) slist_free_all;
 
-    // The library, initialised; null, and reported once, where there is none. Any thread; the first call takes some
-    // milliseconds. It stays until the process ends.
+    // The initialised library. Null where it cannot be loaded, which is reported once. Any thread; the first call takes
+    // some milliseconds. The library stays loaded until the process ends.
     static const Curl *get();
 };
 

@@ -76,7 +76,7 @@ bool isAllZero(const HardwareAddress &address)
     return std::all_of(address.begin(), address.end(), [](unsigned char byte) { return byte == 0; });
 }
 
-// 12 hexadecimal digits, colons between pairs allowed; a single device's address.
+// Reads 12 hexadecimal digits, with or without colons between pairs. Refuses the address of a group.
 std::optional<HardwareAddress> parseAddress(std::string text)
 {
     std::erase(text, ':');
@@ -138,7 +138,7 @@ void complain(const fs::path &path, const char *what)
     std::fprintf(stderr, "libvelmora_ws: %s: %s; the device's state holds for this process only\n", path.c_str(), what);
 }
 
-// Makes the folder, or takes one of ours; owner-only afterwards.
+// Makes the folder, or takes one that this user owns. Only the owner may use it afterwards.
 bool prepareFolder(const fs::path &folder)
 {
     std::error_code error;
@@ -225,7 +225,7 @@ bool writeAll(int fd, std::string_view text)
 
 enum class Written { Done, Exists, Failed };
 
-// Another process may start at the same time: whoever comes second takes the first one's file.
+// Two processes may start at the same time: the second one takes the file of the first.
 Written writeState(const fs::path &folder, const DeviceState &state)
 {
     const fs::path file = folder / fileName;

@@ -10,7 +10,7 @@ namespace velmora::ws {
 
 using HardwareAddress = std::array<unsigned char, 6>;
 
-// What a device is known by, chosen at its first start and kept from then on.
+// The identity of a device, chosen at its first start and kept from then on.
 struct DeviceState {
     HardwareAddress address{};
     SecretText key; // 32 random bytes, base64url
@@ -24,7 +24,7 @@ DeviceState loadDeviceState(const std::filesystem::path &folder, const std::file
 // The state of this process's device; `folder` is read again only when it is another one. Any thread.
 DeviceState deviceState(const std::filesystem::path &folder);
 
-// The first Ethernet device's own address, as the kernel lists them, that its maker burnt in.
+// The permanent address of the first Ethernet device, in the order of the kernel.
 std::optional<HardwareAddress> permanentAddress(const std::filesystem::path &sysClassNet);
 
 } // namespace velmora::ws

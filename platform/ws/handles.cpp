@@ -3,7 +3,7 @@
 namespace velmora::ws {
 
 namespace {
-// The address sanitizer keeps freed addresses back by itself, and sees who reads them.
+// The address sanitizer holds freed addresses back by itself, and reports who reads them.
 #ifdef __SANITIZE_ADDRESS__
 constexpr std::size_t retiredLimit = 0;
 #else
@@ -56,7 +56,7 @@ void Handles::retire(std::unique_ptr<Request> request)
         return;
     request->record = {noCommand, nullptr, nullptr};
     {
-        Arena memory = std::move(request->memory); // wiped and freed here; the shell alone stays
+        Arena memory = std::move(request->memory); // wiped and freed here; only the shell stays
     }
     m_retired.push_back(std::move(request));
     if (m_retired.size() > retiredLimit)

@@ -16,9 +16,9 @@ public:
 
     void add(std::unique_ptr<Request> request); // throws std::bad_alloc
     void markCompleted(HANDLE_T handle);
-    // Gives a completed record back; false (nothing happened) when it is not one.
+    // Frees a completed record. False, without effect, for any other handle.
     bool release(HANDLE_T handle);
-    // Frees a record that was handed to nobody.
+    // Frees a record that no caller has received.
     void drop(HANDLE_T handle);
 
 private:
@@ -30,7 +30,7 @@ private:
 
     std::mutex m_mutex;
     std::unordered_map<HANDLE_T, Entry> m_live;
-    // The emptied shells of the latest released records, so that their addresses are not handed out again at once and
+    // The empty shells of the latest released records. They keep their addresses from being used again at once, so that
     // a second release is recognised.
     std::deque<std::unique_ptr<Request>> m_retired;
 };

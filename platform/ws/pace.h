@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-// When a request may be sent, so that a caller in a loop does not hammer the service. Plain values: time comes in.
+// Throttles requests, so that a caller in a loop does not flood the service. Plain values: time is an argument.
 namespace velmora::ws {
 
 using Clock = std::chrono::steady_clock;
@@ -14,7 +14,7 @@ using Clock = std::chrono::steady_clock;
 // After three partner logins within ten seconds each further one waits a second.
 class LoginPace {
 public:
-    // When the login that is wanted now may be sent; counts it.
+    // Returns when a login that is wanted now may be sent, and counts it.
     Clock::time_point schedule(Clock::time_point now);
 
 private:

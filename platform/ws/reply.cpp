@@ -13,7 +13,7 @@ using Json = nlohmann::json;
 
 enum class Need { Required, Optional }; // Optional: missing and null read as empty, 0 or false
 
-// Reads the members of one object. The first one that is not as agreed clears `ok`; what was read is then worthless.
+// Reads the members of one object. The first wrong member clears `ok`, and the whole record is then unusable.
 class Object {
 public:
     Object(const Json &json, Arena &memory, bool &ok)

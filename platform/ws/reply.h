@@ -19,7 +19,7 @@ struct Reply {
     int32_t expiresIn = 0;  // seconds, with `token`
 };
 
-// Reads the body of an answer. Never throws but std::bad_alloc; whatever does not have the agreed shape is malformed.
+// Reads the body of an answer. Any other shape than the agreed one is malformed. Throws std::bad_alloc only.
 Reply parseReply(const Command &command, long httpStatus, std::string_view body, Arena &memory);
 
 } // namespace velmora::ws

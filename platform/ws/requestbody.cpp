@@ -64,7 +64,7 @@ bool isUtf8(const char *text)
     return true;
 }
 
-// Writes straight into memory that will be wiped, which a JSON library's own strings would not be.
+// Writes into memory that is wiped afterwards. The strings of a JSON library would not be.
 class Writer {
 public:
     Writer() { m_body.reserve(512); }

@@ -120,7 +120,7 @@ bool Transport::start(const char *function, const SecretText &token, const std::
     m_curl->easy_setopt(easy, CURLOPT_URL, url.c_str());
     m_curl->easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     m_curl->easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
-    m_curl->easy_setopt(easy, CURLOPT_PROXY, ""); // the configuration names no proxy, the environment shall not
+    m_curl->easy_setopt(easy, CURLOPT_PROXY, ""); // no proxy, whatever the environment says
     m_curl->easy_setopt(easy, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1));
     m_curl->easy_setopt(easy, CURLOPT_USERAGENT, "libvelmora_ws/1");
     m_curl->easy_setopt(easy, CURLOPT_HTTPHEADER, m_headers.get());
@@ -132,8 +132,8 @@ bool Transport::start(const char *function, const SecretText &token, const std::
     m_curl->easy_setopt(easy, CURLOPT_HEADERFUNCTION, takeHeader);
     m_curl->easy_setopt(easy, CURLOPT_HEADERDATA, this);
     m_curl->easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    // A name lookup that is broken off ends on a thread of its own: waiting for it takes as long as the dead name
-    // server.
+    // An aborted name lookup ends on a thread of its own. Joining that thread could take as long as the timeout of a
+    // dead name server.
     m_curl->easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
     m_curl->easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, long(m_config.connectTimeout.count()));
     m_curl->easy_setopt(easy, CURLOPT_SSL_VERIFYPEER, 1L);

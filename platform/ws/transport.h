@@ -20,8 +20,8 @@ struct Answer {
     std::string body;
 };
 
-// One HTTP transfer at a time over a connection that is kept. One thread, but for wake(). Before the first transfer
-// nothing of the network is loaded.
+// One HTTP transfer at a time over a kept connection. Used by one thread, except wake(). No network library is loaded
+// before the first transfer.
 class Transport {
 public:
     explicit Transport(const Config &config);
@@ -36,10 +36,10 @@ public:
     bool start(const char *function, const SecretText &token, const std::string &key, SecretText body);
     bool isBusy() const { return m_isBusy; }
 
-    // Waits for network, wake() or `until`, and works on what has come. The answer when the transfer has ended.
+    // Waits for the network, wake() or `until`, then works on the transfer. Returns the answer when it has ended.
     std::optional<Answer> run(std::optional<Clock::time_point> until);
 
-    // Breaks off.
+    // Aborts the transfer.
     void stop();
 
 private:

@@ -1,4 +1,4 @@
-// The C interface but for the request functions: life cycle, handles, hardware address.
+// The C interface without the request functions: life cycle, handles, hardware address.
 #include "velmora_ws.h"
 
 #include "config.h"

@@ -15,7 +15,7 @@ namespace velmora::ws {
 
 namespace {
 
-// The process's signals are for its other threads; broken pipes of TLS connections are reported as errors.
+// The other threads handle the signals of the process. A broken pipe is reported as an error of the transfer.
 void blockSignals()
 {
     sigset_t signals;
@@ -291,7 +291,7 @@ void Worker::complete(const Job &job, VLM_WS_EXT_ERRCODE_T code, void *record)
     const VELMORA_WS_CALLBACK_T callback = request.callback;
     VOID *tag = request.tag;
     Handles::instance().markCompleted(job.handle);
-    // From here on the record is the receiver's.
+    // From here on the receiver owns the record.
     if (callback)
         callback(job.handle, code, tag);
     else
@@ -314,7 +314,7 @@ void Worker::dropAll()
 
 Token Worker::tokenFor(const Job &job) const
 {
-    // Without a name the question is about the session's own user.
+    // A request without a name asks about the user of the session.
     if (job.command->id == VLM_WS_MSGID_GET_USER_INFO && !m_user.token.empty() &&
         !static_cast<VLM_WS_GET_USER_INFO_PARAMS_T *>(job.request->record.params)->userName)
         return Token::User;

@@ -18,8 +18,8 @@
 
 namespace velmora::ws {
 
-// The library's one thread: sends the requests one at a time, in the order in which they were made, and runs the
-// callbacks. A request whose session is known to be closed waits for a login that was made after it.
+// The thread of the library. It sends the requests one at a time, in the order in which they were made, and runs the
+// callbacks. A request whose session is known to be closed waits for a login, even one that was made after it.
 class Worker : public std::enable_shared_from_this<Worker> {
 public:
     explicit Worker(const Config &config); // throws
@@ -28,8 +28,8 @@ public:
     // Any thread. False: ended already. `outHandle` (may be null) is written before the worker can see the request.
     bool add(std::unique_ptr<Request> request, HANDLE_T *outHandle);
 
-    // Breaks off and ends the thread; no callback begins after the return. From a callback it returns at once, and the
-    // thread ends when the callback has returned. Once only.
+    // Aborts the transfer and ends the thread; no callback begins after the return. Called from a callback it returns
+    // at once, and the thread ends when the callback has returned. May be called once.
     void end();
 
 private:
@@ -39,7 +39,7 @@ private:
         const Command *command;
         std::string key;                           // of a change: the same whenever it is sent
         std::string station;                       // of getPlaylist
-        std::optional<Clock::time_point> loginDue; // when the partner login of it or before it may be sent
+        std::optional<Clock::time_point> loginDue; // when its partner login, or the one before it, may be sent
         bool isBeyondLimit = false;                // a playlist that is not asked for any more
         bool hasRenewed = false;                   // the partner session was renewed for this job
         bool isRenewing = false;                   // its own partner login is under way
