@@ -3,7 +3,7 @@ packages_build=(
     cmake ninja-build pkg-config g++ ccache lld
     qt6-base-dev qt6-base-dev-tools
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
-    libxcb1-dev libxcb-xkb-dev
+    libxcb1-dev libxcb-xkb-dev libxcb-randr0-dev
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libcpp-httplib-dev
     libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev libkissfft-dev
 )

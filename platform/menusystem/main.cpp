@@ -22,6 +22,15 @@ int fail(int code, const QString &text)
     return code;
 }
 
+int printScreenSize()
+{
+    const QSize size = screenSize();
+    if (size.isEmpty())
+        return 1;
+    std::printf("%dx%d\n", size.width(), size.height());
+    return 0;
+}
+
 // From now on they wait until the server reads them.
 void holdSignals()
 {
@@ -62,13 +71,12 @@ int main(int argc, char **argv)
         std::fputs(qPrintable(usage()), stdout);
         return 0;
     }
-    if (arguments->mode == Mode::MeasureScreen)
-        return printScreenSize(argc, argv);
-
     const bool isRadio = arguments->mode == Mode::Run;
     if (isRadio)
         holdSignals();
     const QCoreApplication application(argc, argv);
+    if (arguments->mode == Mode::MeasureScreen)
+        return printScreenSize();
     QString socket = arguments->socket;
     if (socket.isEmpty())
         socket = usualSocket(qEnvironmentVariable("XDG_RUNTIME_DIR"), QDir::tempPath(), isRadio, &reason);

@@ -83,7 +83,8 @@ private slots:
             QCOMPARE(menu.command({"key", "red"}).code, 0);
             QTRY_COMPARE(menu.status()["focus"].toString(), "okBtn");
             const QString file = menu.path("picture.png");
-            QCOMPARE(menu.command({"screenshot", file}).code, 0);
+            const Outcome outcome = menu.command({"screenshot", file});
+            QVERIFY2(outcome.code == 0, outcome.errors.constData());
             const QImage image(file);
             QCOMPARE(image.size(), picture);
             // The same places on the canvas at each scale.
