@@ -82,7 +82,7 @@ int KeyLayout::next(int index, Direction direction)
     }
     const int rows = letterRows + 1;
     const int target = (row + (direction == Direction::Down ? 1 : rows - 1)) % rows;
-    // The key of that row whose middle lies nearest; both pages have the same places.
+    // The key of that row with the nearest centre; both pages have the same geometry.
     static const QList<Key> places = keys(letterPage, false);
     const int middle = places.at(index).rect.center().x();
     int best = rowStart(target);

@@ -27,7 +27,7 @@ public:
     // Keys in reading order. `isCapital` counts on the letter page only.
     static QList<Key> keys(int page, bool isCapital);
     // Where an arrow leads from `index`. Up, Down and Left wrap around; Right on a right-most key stays: the dialog may
-    // take the highlight away there, and wrapRight() follows when it does not.
+    // take the highlight there; if it does not, wrapRight() is called.
     static int next(int index, Direction direction);
     static int wrapRight(int index);
     static bool isRightMost(int index);

@@ -57,7 +57,7 @@ struct QtVirtualKbDlg::Private {
     QList<KeyLayout::Key> keys;
     QFont letterFont;
     QFont wordFont;
-    QTimer repeatTimer; // a held Select on Delete goes on deleting
+    QTimer repeatTimer; // repeats Delete while Select is held
     int page = KeyLayout::letterPage;
     int index = 0;
     bool isCapital = false;
@@ -80,7 +80,7 @@ struct QtVirtualKbDlg::Private {
         updateKey();
     }
 
-    // With a margin: at a scale that is not whole a key's edge lies within a pixel that its own place does not cover.
+    // With a margin: at a fractional scale a key's edge lies in a pixel outside of its rectangle.
     void updateKey() { q->update(keys.at(index).rect.adjusted(-1, -1, 1, 1)); }
 
     void relabel()
@@ -89,7 +89,7 @@ struct QtVirtualKbDlg::Private {
         q->update();
     }
 
-    // Prompt state ends with the first key: the dialog dresses the field, then the prompt gives way.
+    // The first key ends the prompt state: the dialog restyles the field, then the prompt is removed.
     void endPrompt()
     {
         if (!isPrompt)
@@ -169,7 +169,7 @@ struct QtVirtualKbDlg::Private {
         setIndex(next);
     }
 
-    // True when the key was the keyboard's.
+    // True when the keyboard used the key.
     bool handlePress(QKeyEvent *event)
     {
         if (!isActive())
@@ -189,7 +189,7 @@ struct QtVirtualKbDlg::Private {
         }
         if (isPrintable(event)) {
             type(event->text());
-            setIndex(KeyLayout::doneIndex()); // who types on a PC keyboard confirms with Enter
+            setIndex(KeyLayout::doneIndex()); // Enter on a PC keyboard confirms
             return true;
         }
         return false;
@@ -203,7 +203,7 @@ struct QtVirtualKbDlg::Private {
             repeatTimer.stop();
         if (event->key() != Qt::Key_Right)
             return;
-        // After the dialog has had its say about this release.
+        // After the dialog has handled this release.
         QTimer::singleShot(0, q, [this] {
             isFreshArrival = false;
             if (isRightAtEdge && isActive())
@@ -249,7 +249,7 @@ void QtVirtualKbDlg::enableLineEdit(QLineEdit *field, bool fgPrompt)
     d->repeatTimer.stop();
     if (field) {
         field->installEventFilter(this);
-        // What a PC keyboard deletes in the field itself.
+        // Text deleted in the field by a PC keyboard.
         d->fieldEdited = connect(field, &QLineEdit::textEdited, this, [this] { d->noteEmpty(); });
     }
 }
@@ -301,7 +301,7 @@ bool QtVirtualKbDlg::eventFilter(QObject *watched, QEvent *event)
         return QWidget::eventFilter(watched, event);
     auto *key = static_cast<QKeyEvent *>(event);
     if (watched == d->field) {
-        // A prompt is never edited: what would be typed behind it is typed in its place.
+        // A prompt is never edited: typed text replaces it.
         if (event->type() == QEvent::KeyPress && d->isPrompt && d->isActive() &&
             (isPrintable(key) || key->key() == Qt::Key_Backspace || key->key() == Qt::Key_Delete))
             return d->handlePress(key);
@@ -313,7 +313,7 @@ bool QtVirtualKbDlg::eventFilter(QObject *watched, QEvent *event)
         d->handleRelease(key);
         return false;
     }
-    // The dialog is asked first: what it passes on to QDialog comes back ignored, and is the keyboard's.
+    // The dialog handles the key first; if it passes it to QDialog, the event is ignored, and the keyboard uses it.
     const QPointer<QtVirtualKbDlg> guard(this);
     d->isDispatching = true;
     event->accept();

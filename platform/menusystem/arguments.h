@@ -22,20 +22,20 @@ struct Arguments {
     enum class Mode { Run, Command, Help, MeasureScreen };
 
     Mode mode = Mode::Command;
-    QString socket; // empty: the usual place
+    QString socket; // empty: the default place
 
     // Mode::Run
     QStringList program; // with its arguments
     bool isWindowed = false;
-    std::optional<double> scale; // none: as fits the screen
-    int hangSeconds = 30;        // without an answer: the radio hangs
-    int insistSeconds = 10;      // from the wish to end until the radio is made to
+    std::optional<double> scale; // none: what fits the screen
+    int hangSeconds = 30;        // without an answer for so long, the radio counts as hanging
+    int insistSeconds = 10;      // from the order to exit until the radio is terminated
 
     // Mode::Command
     std::vector<Request> requests; // in their order
 };
 
-// Nothing, and the reason, when a word is not understood.
+// Empty, with a reason, when a word is not understood.
 std::optional<Arguments> parseArguments(const QStringList &words, QString *reason);
 QString usage();
 

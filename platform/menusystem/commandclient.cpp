@@ -15,7 +15,7 @@ namespace {
 
 namespace menu = netcommon::menu;
 
-// The menu system gives up on the radio sooner.
+// Longer than the menu system waits for the radio.
 constexpr int answerMs = 15000;
 
 int fail(const QString &text)

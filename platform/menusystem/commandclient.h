@@ -4,8 +4,8 @@
 
 namespace menusystem {
 
-// Sends the requests to the running menu system, one after the other, each when the one before was answered, and
-// prints what there is to print. Returns the process's exit code: 0 done, 1 a request failed or nobody is there.
+// Sends the requests to the running menu system, each after the answer to the one before, and prints the replies.
+// Returns the process's exit code: 0 done, 1 a request failed or no menu system runs.
 int runCommand(const std::vector<Request> &requests, const QString &socket);
 
 } // namespace menusystem

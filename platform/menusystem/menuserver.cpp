@@ -104,7 +104,7 @@ void MenuServer::readPeer(int number)
     case menu::Received::Nothing:
         return;
     case menu::Received::Closed:
-        // Later: this runs inside the notifier that goes with it.
+        // Queued, because this runs inside the notifier that is deleted.
         peer->second.notifier->setEnabled(false);
         QMetaObject::invokeMethod(
             this, [this, number] { dropPeer(number); }, Qt::QueuedConnection);
@@ -143,7 +143,7 @@ void MenuServer::handleRadio(const menu::Packet &packet)
         answered(packet);
         break;
     case menu::ExitRequest:
-        // Nothing on this device stands against it: the request is answered by telling the radio to end.
+        // Always granted on this device: the answer is the order to exit.
         sendToRadio(menu::Exit);
         m_watch->ending(now);
         break;
@@ -177,7 +177,7 @@ void MenuServer::answer(int number, std::uint32_t id, bool done, const QByteArra
                    text);
 }
 
-// What can be said of the radio without its help.
+// The status of a radio that does not answer.
 QByteArray MenuServer::silentStatus() const
 {
     const bool runs = m_process.state() != QProcess::NotRunning;
@@ -247,7 +247,7 @@ void MenuServer::readSignal()
     signalfd_siginfo info;
     while (::read(m_signals, &info, sizeof info) == ssize_t(sizeof info)) {
         if (m_isAskedBySignal) {
-            m_watch->insist(m_clock.elapsed()); // twice: whoever sends it means it
+            m_watch->insist(m_clock.elapsed()); // a second signal: no more waiting
             continue;
         }
         m_isAskedBySignal = true;
@@ -294,7 +294,7 @@ bool MenuServer::sendToRadio(std::uint32_t type, std::uint32_t id, std::uint32_t
 
 void MenuServer::finished()
 {
-    // Its last words may still lie in the socket.
+    // Its last messages may still be in the socket.
     while (m_radio && !m_isExitSaid) {
         menu::Packet packet;
         if (menu::receive(m_peers.at(*m_radio).descriptor, packet) != menu::Received::Packet)

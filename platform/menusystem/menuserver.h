@@ -68,7 +68,7 @@ private:
     RadioProcess m_process;
     std::map<int, Peer> m_peers;
     int m_lastPeer = 0;
-    std::optional<int> m_radio; // key in m_peers, once it has said who it is
+    std::optional<int> m_radio; // key in m_peers, after its Hello
     std::map<std::uint32_t, Waiting> m_waiting;
     std::uint32_t m_lastId = 0;
     QElapsedTimer m_clock;
@@ -78,7 +78,7 @@ private:
     bool m_isEndOrdered = false;      // by a command or a signal
     bool m_isEnding = false;          // the radio has said that it ends
     bool m_isAskedBySignal = false;
-    bool m_isExitSaid = false; // the radio's exit notice has come
+    bool m_isExitSaid = false; // the radio's exit notice has arrived
 };
 
 } // namespace menusystem

@@ -16,13 +16,13 @@ RadioProcess::RadioProcess(QObject *parent)
     setStandardInputFile(nullDevice());
     setChildProcessModifier([menu = ::getpid()] {
         ::umask(077);
-        // The radio hears the first request to terminate without following it, so nothing less is sure.
+        // SIGKILL, because the radio only announces its first SIGTERM.
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (::getppid() != menu)
             ::_exit(127);
         sigset_t none;
         ::sigemptyset(&none);
-        ::sigprocmask(SIG_SETMASK, &none, nullptr); // ours are blocked: they come through a descriptor
+        ::sigprocmask(SIG_SETMASK, &none, nullptr); // this process blocks its signals and reads them from a descriptor
     });
 }
 
@@ -30,14 +30,14 @@ void RadioProcess::startRadio(const QStringList &program, const QString &socket,
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QString::fromLatin1(netcommon::menu::socketVariable), socket);
-    // This factor and no other: fonts at 96 dots per inch whatever the screen says of itself.
+    // Only this scale factor counts, and fonts have 96 dots per inch, whatever the screen reports.
     for (const char *name : {"QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR", "QT_USE_PHYSICAL_DPI",
                              "QT_ENABLE_HIGHDPI_SCALING", "VELMORA_WINDOWED"})
         environment.remove(QString::fromLatin1(name));
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale, 'g', 12));
     environment.insert(QStringLiteral("QT_SCALE_FACTOR_ROUNDING_POLICY"), QStringLiteral("PassThrough"));
     environment.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("96"));
-    // A dozen threads that allocate little: one heap for all of them saves megabytes.
+    // A dozen threads allocate little: one shared heap saves megabytes.
     const QString heaps = QStringLiteral("MALLOC_ARENA_MAX");
     if (!environment.contains(heaps))
         environment.insert(heaps, QStringLiteral("1"));

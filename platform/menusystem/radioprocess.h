@@ -4,7 +4,7 @@
 
 namespace menusystem {
 
-// The radio as a child process: its files are nobody else's, and it dies with this process. Owned by the server.
+// The radio as a child process: its files are private to the user, and it dies with this process. Owned by the server.
 class RadioProcess : public QProcess {
     Q_OBJECT
 public:
@@ -12,7 +12,7 @@ public:
 
     // `scale`: logical to real pixels.
     void startRadio(const QStringList &program, const QString &socket, double scale, bool isWindowed);
-    // As a shell counts: the exit code, or 128 and the signal's number; 127 when it could not be started.
+    // As in a shell: the exit code, 128 plus the signal's number, or 127 when the radio could not be started.
     int resultCode() const;
 };
 

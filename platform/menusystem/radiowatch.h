@@ -5,8 +5,8 @@
 
 namespace menusystem {
 
-// When the radio counts as hanging, and how it is made to end. Fed with times in milliseconds on one clock; step() is
-// called about once a second and says what is to be done now.
+// Decides when the radio counts as hanging, and how it is terminated. All times are milliseconds of one clock; step()
+// is called about twice a second and returns what to do now.
 class RadioWatch {
 public:
     enum class Action { Nothing, Ping, ReportHang, ReportStuckExit, Terminate, Kill };
@@ -14,14 +14,14 @@ public:
     RadioWatch(std::int64_t now, std::int64_t hangMs, std::int64_t insistMs);
 
     void answered(std::int64_t now);
-    // The radio has been told to end, or says that it ends. The first time counts.
+    // The radio was ordered to exit, or reports that it exits. The first call counts.
     void ending(std::int64_t now);
-    // Whoever asked will wait no longer.
+    // Terminate now: the sender of the order waits no longer.
     void insist(std::int64_t now);
     Action step(std::int64_t now);
 
     static constexpr std::int64_t pingMs = 5000;
-    // A radio answers the first request to terminate by saying that it has heard it.
+    // The radio only announces its first SIGTERM.
     static constexpr std::int64_t secondTerminateMs = 1000;
     static constexpr std::int64_t killMs = 4000;
 
@@ -33,8 +33,8 @@ private:
     std::int64_t m_lastAnswer;
     std::int64_t m_lastPing;
     bool m_isReported = false;
-    std::optional<std::int64_t> m_insistAt; // once it is to end
-    int m_insisted = 0;                     // how many steps of insisting are done
+    std::optional<std::int64_t> m_insistAt; // set when the radio is to end
+    int m_insisted = 0;                     // number of termination steps done
 };
 
 } // namespace menusystem

@@ -17,7 +17,7 @@ namespace {
 
 constexpr double windowShare = 0.8;
 
-// "1280x720" or "1280,720", and what comes behind.
+// Reads "1280x720" or "1280,720" at the start of the text.
 QSize readSize(const QByteArray &text)
 {
     int width = 0, height = 0;
@@ -79,7 +79,7 @@ QSize askDisplayServer()
     return screens.rem ? outputSize(connection.get(), *screens.data) : QSize();
 }
 
-// Qt's platform is asked by a process of its own, because a console's screen is let go with it.
+// A separate process asks Qt's platform, so that a console's screen is released again.
 QSize askPlatform()
 {
     QProcess asker;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr char socketName[] = "/velmora-menu.sock";
 
-// A directory, no link, ours, and closed to everybody else.
+// A directory (not a link) that is ours and closed to everybody else.
 bool isPrivate(const QByteArray &path)
 {
     struct stat entry {};
@@ -29,7 +29,7 @@ QString usualSocket(const QString &runtimeDirectory, const QString &temporary, b
     const QByteArray runtime = QFile::encodeName(runtimeDirectory);
     if (!runtime.isEmpty() && isPrivate(runtime))
         return runtimeDirectory + QLatin1String(socketName);
-    // The name follows from the user, so that commands find it.
+    // The user's number is in the name, so that commands find the directory.
     QByteArray directory = QFile::encodeName(temporary) + "/velmora-menu-" + QByteArray::number(::geteuid());
     if (mayMake)
         ::mkdir(directory.constData(), 0700);

@@ -13,7 +13,7 @@ namespace viewcomponent {
 
 namespace {
 
-// The server fills the window by itself, from its first appearance on.
+// The server fills the window itself, from the moment it is mapped.
 void paintByServer([[maybe_unused]] WId window)
 {
 #if QT_CONFIG(xcb)
@@ -66,7 +66,7 @@ bool Backdrop::event(QEvent *event)
         emit focused();
         break;
     case QEvent::Close:
-        // The desktop's own way to end a program.
+        // The desktop's close button.
         event->ignore();
         QCoreApplication::quit();
         return true;

@@ -18,7 +18,7 @@ public:
     void cover(const QRect &screen);
 
 signals:
-    // It was given the focus, which belongs to the screens.
+    // The backdrop got the focus, which belongs to the screens.
     void focused();
 
 protected:

@@ -54,7 +54,7 @@ private:
 
 } // namespace
 
-// Follows the parent's size, turns the frames while the dialog shows, and gives the focus back when it goes.
+// Follows the parent's size, animates the frames while the dialog is visible, and gives the focus back when it hides.
 struct BufferDlg::Private : public QObject {
     Private(BufferDlg *owner, const QString &text)
         : q(owner)
@@ -95,7 +95,7 @@ struct BufferDlg::Private : public QObject {
     {
         if (watched == q && event->type() == QEvent::Hide && !event->spontaneous()) {
             timer.stop();
-            // Only when nobody has moved the focus on meanwhile.
+            // Only if the focus was not moved in the meantime.
             if (q->window()->focusWidget() == q && focusBefore && focusBefore->isVisibleTo(q->window()))
                 focusBefore->setFocus(Qt::OtherFocusReason);
             focusBefore.clear();
@@ -112,7 +112,7 @@ struct BufferDlg::Private : public QObject {
     QTimer timer;
     int frame = 0;
     std::array<QPixmap, loaderFrames> pictures; // filled as they are needed
-    QPointer<QWidget> focusBefore;              // had the focus when the dialog showed
+    QPointer<QWidget> focusBefore;              // had the focus before the dialog was shown
 };
 
 BufferDlg::BufferDlg(const QString &text, QWidget *parent)
@@ -127,7 +127,7 @@ BufferDlg::BufferDlg(const QString &text, QWidget *parent)
 BufferDlg::~BufferDlg()
 {
     if (isVisible())
-        hide(); // gives the focus back while this is still a whole object
+        hide(); // gives the focus back while the object is still complete
     delete d;
 }
 
@@ -144,7 +144,7 @@ void BufferDlg::showEvent(QShowEvent *event)
     setFocus(Qt::OtherFocusReason);
 }
 
-// Ignored keys travel on to the dialog under it, which knows that the animation shows; none reaches a control.
+// Ignored keys go to the dialog below, which knows that the animation is visible; none reaches a control.
 void BufferDlg::keyPressEvent(QKeyEvent *event)
 {
     event->ignore();

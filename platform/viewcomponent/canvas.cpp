@@ -21,13 +21,13 @@ using platform::WindowStack;
 
 namespace {
 
-// Screens hand over without a gap. A canvas that stays empty lost its screen to a desktop's way to close windows (which
-// cannot be told from the program's own), and a black screen that hears no key would be all that is left.
+// Screens hand over without a gap. A canvas stays empty only after the desktop closed a window, which looks like the
+// program's own closing; what remains would be a black screen that takes no keys.
 constexpr int longestEmptyMs = 3000;
 
 constexpr int largestCorner = 24; // of a box
 
-// The platforms that draw nowhere have no order of windows, and complain of each attempt.
+// Platforms without a display have no stacking order and warn at each attempt to change it.
 bool hasOrder()
 {
     const QString platform = QGuiApplication::platformName();
@@ -39,7 +39,7 @@ bool hasOrder()
 Canvas::Canvas(QObject *application)
     : QObject(application)
 {
-    // Filters run in the reverse order of their installation: places are made before the stack is looked at.
+    // Event filters run in reverse order of installation: windows are placed before the stack sees them.
     connect(&WindowStack::instance(), &WindowStack::changed, this, &Canvas::settleLater);
     application->installEventFilter(this);
     m_emptyTimer.setSingleShot(true);
@@ -66,7 +66,7 @@ bool Canvas::eventFilter(QObject *watched, QEvent *event)
     const auto known = m_places.constFind(window);
     if (event->type() == QEvent::Move) {
         const QPoint to = static_cast<QMoveEvent *>(event)->pos();
-        // Qt reports a move of a hidden window when it shows next; that one may be ours, or none at all.
+        // Qt reports the move of a hidden window at its next show; that move may be ours, or none at all.
         if (window->testAttribute(Qt::WA_Moved) && (known == m_places.constEnd() || known->onScreen != to))
             place(window, to);
         return false;
@@ -129,7 +129,7 @@ void Canvas::place(QWidget *window, const QPoint &onCanvas)
     if (!m_places.contains(window))
         connect(window, &QObject::destroyed, this, [this, window] { m_places.remove(window); });
     m_places[window] = {onCanvas, onScreen};
-    // Also where it stands there already: a dialog that was never moved would move itself when it shows.
+    // Even if the place is the same: a dialog that was never moved would move itself when it is shown.
     const QScopedValueRollback guard(m_isPlacing, true);
     window->move(onScreen);
 }
@@ -142,7 +142,7 @@ void Canvas::shrink(QWidget *window) const
     if (!effect)
         window->setGraphicsEffect(effect = new ScaleDown(window)); // the window owns it
     effect->setFactor(m_factor);
-    // The native window's mask: one of the widget would keep Qt from painting what lies outside of it unscaled.
+    // The native window's mask, because Qt does not repaint a widget outside of its own mask.
     if (QWindow *native = window->windowHandle())
         native->setMask(m_factor == 1 ? QRegion() : QRegion(QRect(QPoint(), shrunk(window->size(), m_factor))));
 }
@@ -160,8 +160,8 @@ bool Canvas::mapMouse(QObject *watched, QEvent *event)
     return true;
 }
 
-// Without a compositing manager what is transparent turns black: a window with round corners brings what lies behind
-// them along, as it is when the window shows. With one it makes no difference.
+// Without a compositing manager transparent pixels are black. So a window with round corners paints what lies behind
+// them at the time it is shown. With a compositing manager this makes no difference.
 void Canvas::fillCorners(QWidget *window) const
 {
     if (!window->testAttribute(Qt::WA_TranslucentBackground) || QGuiApplication::platformName() != QLatin1String("xcb"))
@@ -196,8 +196,8 @@ void Canvas::settleLater()
     QMetaObject::invokeMethod(this, &Canvas::settle, Qt::QueuedConnection);
 }
 
-// Without a window manager nobody gives a new window the focus, nor the one below when it closes; and a window that is
-// shown again comes back at its old place in the order.
+// Without a window manager a new window does not get the focus, nor does the window below when it closes; and a window
+// that is shown again keeps its old place in the stacking order.
 void Canvas::settle()
 {
     m_isSettling = false;
@@ -222,7 +222,7 @@ void installCanvas()
         return;
     static QPointer<Canvas> canvas;
     canvas = new Canvas(application);
-    // The application's children outlive its connection to the display server; the backdrop must not.
+    // The application's children are deleted after its connection to the display server; the backdrop must go before.
     qAddPostRoutine([] { delete canvas; });
 }
 

@@ -35,7 +35,7 @@ private:
         QPoint onScreen; // where place() has put it last
     };
 
-    void begin(); // when the first window shows: the screen is known then
+    void begin(); // when the first window is shown: only then is the screen known
     void spread();
     void place(QWidget *window, const QPoint &onCanvas);
     void shrink(QWidget *window) const;
@@ -45,14 +45,14 @@ private:
     void settle();
 
     bool m_hasBegun = false;
-    bool m_isPlacing = false;             // moves are our own
-    bool m_isSettling = false;            // settle() is on its way
-    bool m_isMapping = false;             // a mouse event is our own
+    bool m_isPlacing = false;             // the canvas itself moves a window
+    bool m_isSettling = false;            // settle() is queued
+    bool m_isMapping = false;             // the canvas itself sends a mouse event
     double m_factor = 1;                  // canvas to screen, below 1 on a small screen
     QRect m_canvas;                       // on the screen
     QHash<QWidget *, Place> m_places;     // of living windows
     QTimer m_emptyTimer;                  // runs while no window shows
-    std::unique_ptr<Backdrop> m_backdrop; // null where the platform shows nothing else
+    std::unique_ptr<Backdrop> m_backdrop; // null on platforms that show nothing else
 };
 
 } // namespace viewcomponent

@@ -12,7 +12,7 @@ struct Bar {
     QRgb colour;
 };
 
-// By the way that the light has gone since it stood on the bar; the last is the bar that it reaches next.
+// By the number of steps since the light stood on the bar; the last is the bar that it reaches next.
 constexpr Bar lit[] = {{21, 0xffffcb52}, {17, 0xffe8a83f}, {13, 0xffb87a45}, {10, 0xff8a5a58}};
 constexpr Bar ahead{11, 0xff6e4a78};
 constexpr Bar resting{7, 0xff4a2f60};
@@ -45,7 +45,7 @@ QPixmap drawnLoader(int frame, qreal devicePixelRatio)
 
 QPixmap loaderPicture(int frame, qreal devicePixelRatio)
 {
-    // An icon finds the picture of double size beside the plain one.
+    // QIcon finds the double-size picture (@2x) by itself.
     const QPixmap picture =
         QIcon(QStringLiteral(":/images/Loading_%1.png").arg(frame)).pixmap(loaderSize, devicePixelRatio);
     return picture.isNull() ? drawnLoader(frame, devicePixelRatio) : picture;

@@ -17,7 +17,7 @@ MCommonStyle::~MCommonStyle()
 void MCommonStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                                  const QWidget *widget) const
 {
-    // The screens show the focus with a picture of their own.
+    // The screens show the focus by their own pictures.
     if (element != PE_FrameFocusRect)
         QProxyStyle::drawPrimitive(element, option, painter, widget);
 }

@@ -16,7 +16,7 @@ using namespace netcommon;
 
 namespace {
 
-// A menu system that does what the test says.
+// A menu system that the test drives.
 class MenuEnd {
 public:
     MenuEnd()
@@ -44,7 +44,7 @@ public:
         });
         return came ? packet : menu::Packet{};
     }
-    // The thread of the radio, started and greeted by.
+    // The radio's IPC thread, started and connected; null when no Hello came.
     IpcThread *startedThread()
     {
         IpcThread *thread = IpcThread::getInstance();
@@ -84,7 +84,7 @@ private slots:
         QCOMPARE(Ipc::getInstance()->sendIpcMsg(nullptr), -1);
         QSignalSpy exits(IpcThread::getInstance(), &IpcThread::signalExit);
         QVERIFY(Ipc::requestExit(true));
-        QCOMPARE(exits.size(), 0); // the question of the caller is closed first
+        QCOMPARE(exits.size(), 0); // the caller closes its question first
         QTRY_COMPARE(exits.size(), 1);
         QCOMPARE(exits.first(), (QVariantList{true, false}));
     }
@@ -156,7 +156,7 @@ private slots:
         QVERIFY(thread);
         QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::Exit))); // no screen is there
         QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::Ping, 7)));
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Answer)); // the order before it was read
+        QCOMPARE(end.next().message.type, std::uint32_t(menu::Answer)); // so the order was read
         {
             QObject leaving; // a screen that is deleted before it hears the order
             connect(thread, &IpcThread::signalExit, &leaving, [] { QFAIL("a deleted receiver was told"); });

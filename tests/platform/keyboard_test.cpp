@@ -13,8 +13,8 @@ namespace {
 
 const char prompt[] = "Type something...";
 
-// A dialog in the manner of the radio's: presses are asked for, then passed on to QDialog; the field hands everything
-// but text to its dialog.
+// A dialog like the radio's: it checks presses, then passes them to QDialog; the field passes everything but text to
+// its dialog.
 class Dialog : public QDialog {
 public:
     explicit Dialog(bool fgPrompt = true)

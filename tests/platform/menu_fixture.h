@@ -10,7 +10,7 @@ struct Outcome {
     QByteArray errors;
 };
 
-// A menu system under a socket of its own with a sample program in the radio's place; both end with the fixture.
+// A menu system with its own socket and a sample program in the radio's place; both end with the fixture.
 class MenuFixture {
 public:
     MenuFixture() = default;

@@ -1,4 +1,4 @@
-// velmora-menu with a program in the radio's place: what a person types and what comes of it.
+// velmora-menu with a sample program in the radio's place: commands and their effects.
 #include "menu_fixture.h"
 
 #include "arguments.h"
@@ -220,7 +220,7 @@ private slots:
         QVERIFY(QFile::exists(menu.socket()));
         QVERIFY(menu.start());
 
-        MenuFixture other; // but a file is nobody's socket
+        MenuFixture other; // but a plain file is not replaced
         QFile file(other.socket());
         QVERIFY(file.open(QIODevice::WriteOnly));
         const Outcome outcome = other.command({"--", "/bin/true"});
@@ -236,7 +236,7 @@ private slots:
         const pid_t radio = menu.status()["pid"].toInt();
         QVERIFY(radio > 0 && ::kill(radio, 0) == 0);
         menu.process().kill();
-        // It may stay as a zombie of whoever collects orphans; then it has no program any more.
+        // It may stay as a zombie, which has no program any more.
         const QString program = QStringLiteral("/proc/%1/exe").arg(radio);
         QTRY_VERIFY(QFileInfo(program).symLinkTarget().isEmpty());
     }
@@ -277,7 +277,7 @@ private slots:
         watch.answered(36000);
         expect({{66000, Action::ReportHang}}); // and anew after an answer
         watch.ending(70000);
-        watch.ending(79000); // said again: the first time counts
+        watch.ending(79000); // the first call counts
         expect({{79999, Action::Nothing},
                 {80000, Action::ReportStuckExit},
                 {80001, Action::Terminate},

@@ -1,4 +1,4 @@
-// When the network counts as lost: the rule, what it is made from, and the kernel's own word in a network of our own.
+// When the network counts as lost: the rule, its inputs, and real kernel messages in a network namespace of our own.
 #include "networkdecider.h"
 #include "routetable.h"
 #include "serveraddress.h"
@@ -18,7 +18,7 @@ using namespace netcommon;
 
 namespace {
 
-bool hasOwnNetwork = false; // this process was moved to an empty network of its own
+bool hasOwnNetwork = false; // this process is in an empty network namespace
 
 bool configure(const QStringList &words)
 {

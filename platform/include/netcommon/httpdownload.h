@@ -7,7 +7,7 @@
 
 namespace netcommon {
 
-// Downloads pictures, one at a time: a new request replaces the one under way, which then reports nothing.
+// Downloads pictures, one at a time: a new request replaces the current one, which then reports nothing.
 // GUI thread only. Owned by whoever creates it.
 class NETCOMMON_EXPORT HttpDownload : public QObject {
     Q_OBJECT

@@ -13,10 +13,10 @@ public:
     Ipc(const Ipc &) = delete;
     Ipc &operator=(const Ipc &) = delete;
 
-    // Sends one message; 0 when it was handed over, otherwise -1. Without a menu system it is dropped and 0 returned.
+    // Sends one message; 0 when it was sent, otherwise -1. Without a menu system the message is dropped and 0 returned.
     int sendIpcMsg(_NETWORK_MSG_T *msg);
 
-    // Asks for permission to exit. True when the request was handed over: IpcThread::signalExit(true, false) follows.
+    // Asks for permission to exit. True when the request was sent: IpcThread::signalExit(true, false) follows.
     // Without a menu system it is granted at once. `isNetworkError` tells the menu system why.
     static bool requestExit(bool isNetworkError);
 

@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-// Spelled so: signatures are compared by this text.
+// The misspelling is deliberate: signal signatures are compared by this text.
 typedef enum _NETWORK_EVENT_T { NETWORK_EVENT_CONNECTED = 0, NETWORK_EVENT_DISCONNECTED = 1 } NETWORk_EVENT_T;
 
 // One message to or from the device's menu system.

@@ -55,7 +55,7 @@ bool Ipc::requestExit(bool isNetworkError)
         if (sent || link->isConnected())
             return sent;
     }
-    // Nobody to ask. Queued: the caller's own handling of its question comes to an end first.
+    // No menu system: granted. Queued, so that the caller finishes with its question box first.
     qDebug("Ipc,requestExit,isNetworkError=%d,no menu system,granted", isNetworkError);
     return QMetaObject::invokeMethod(
         thread, [thread] { emit thread->signalExit(true, false); }, Qt::QueuedConnection);

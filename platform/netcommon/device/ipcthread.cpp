@@ -61,7 +61,7 @@ IpcThread *IpcThread::getInstance()
 IpcThread::IpcThread()
     : d(new Private)
 {
-    // The net under responseParent(2): main waits for this thread without a limit.
+    // In case responseParent(2) never comes: main waits for this thread without a limit.
     if (auto *application = QCoreApplication::instance())
         connect(application, &QCoreApplication::aboutToQuit, this, [this] { d->end(); });
 }
@@ -74,7 +74,7 @@ IpcThread::~IpcThread()
     delete d;
 }
 
-// The program looks again only after a pause of its own, so the first look waits the few microseconds that are needed.
+// A caller that polls pauses after a failed look, so the first look waits for the few microseconds that are needed.
 bool IpcThread::isStarted() const
 {
     std::unique_lock lock(d->startMutex);
@@ -95,7 +95,7 @@ void IpcThread::responseParent(int type)
 
 // An order to exit stands until it is answered: while the program starts there may be no screen yet, and between two
 // screens the only receiver may be one that is about to be deleted. So each new receiver hears the order again. The
-// order is stored before it is emitted, and a connection is made before this function runs: one of the two reaches it.
+// order is stored before it is emitted, and a connection exists before this function runs, so no receiver is missed.
 void IpcThread::connectNotify(const QMetaMethod &signal)
 {
     QThread::connectNotify(signal);

@@ -12,14 +12,14 @@ namespace netcommon {
 class MenuLink {
 public:
     static std::shared_ptr<MenuLink> shared();
-    // The next shared() connects anew; who holds the old one keeps it.
+    // The next shared() makes a new connection; holders of the old one keep it.
     static void forget();
 
     ~MenuLink();
     MenuLink(const MenuLink &) = delete;
     MenuLink &operator=(const MenuLink &) = delete;
 
-    // False without a menu system, and from the moment on when it has gone.
+    // False without a menu system, and after it has gone.
     bool isConnected() const;
     // For poll(); -1 without a menu system.
     int descriptor() const { return m_descriptor; }

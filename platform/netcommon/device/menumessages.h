@@ -5,8 +5,8 @@
 #include <cstring>
 
 // What the radio's process and the device's menu system say to each other, and what the menu's own command line says
-// to the running menu. The socket keeps the borders of messages: one packet is one 68-byte record, and behind it a text
-// where the table says so. All numbers are in the machine's own byte order, for both ends run on one machine.
+// to the running menu. The socket preserves message boundaries: a packet is one 68-byte record, followed by a text
+// where the table says so. All numbers are in the machine's byte order, because both ends run on one machine.
 //
 // | type | from -> to         | value                    | flag               | text             | answered |
 // |------|--------------------|--------------------------|--------------------|------------------|----------|
@@ -25,7 +25,7 @@
 // | 12   | menu -> radio      |                          |                    |                  | by 11    |
 // | 13   | radio -> menu      | process id: first words  |                    |                  | no       |
 //
-// "command -> radio" passes through the menu, which puts a number of its own in the place of the command's.
+// "command -> radio" passes through the menu, which replaces the command's id with one of its own.
 namespace netcommon::menu {
 
 enum MessageType : std::uint32_t {
@@ -46,7 +46,7 @@ enum MessageType : std::uint32_t {
 
 enum AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
 
-// The record's data: who asked (returned with the answer), value, flag.
+// Offsets in the record's data: id of the request (returned with the answer), value, flag.
 inline constexpr int idOffset = 0;
 inline constexpr int valueOffset = 4;
 inline constexpr int flagOffset = 8;

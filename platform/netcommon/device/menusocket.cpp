@@ -82,7 +82,7 @@ int listenAt(const QByteArray &path, QString *reason)
         return failed(other, reason, QStringLiteral("another one runs there"));
     struct stat entry {};
     if (::lstat(path.constData(), &entry) == 0) {
-        // What a menu system that was killed has left behind; anything else stays.
+        // The socket of a menu system that was killed is removed; anything else stays.
         if (!S_ISSOCK(entry.st_mode) || entry.st_uid != ::geteuid())
             return failed(-1, reason, QStringLiteral("something else is there"));
         ::unlink(path.constData());

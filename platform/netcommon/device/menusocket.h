@@ -20,14 +20,14 @@ enum class Received { Packet, Nothing, Closed };
 
 // Connects to the owner's own menu system; -1 and a reason when there is none, or when it belongs to somebody else.
 int connectTo(const QByteArray &path, QString *reason);
-// A listening socket that only the owner can reach, in the place of one that nobody listens to any more; -1 and a
-// reason when the path is too long, cannot be made, or another one listens there.
+// A listening socket that only the owner can reach; it replaces one that nobody listens to any more. -1 and a reason
+// when the path is too long or cannot be created, or when another process listens there.
 int listenAt(const QByteArray &path, QString *reason);
-// The next peer, -1 when there is none. A peer that is another user is dropped.
+// The next peer, -1 when there is none. A peer that runs as another user is dropped.
 int acceptPeer(int listener);
 
-// False, with errno, when it was not handed over: EPIPE the peer is gone, EAGAIN it has not read for very long. Never
-// blocks, raises no signal.
+// False when the message was not sent; errno is EPIPE when the peer is gone, EAGAIN when the socket's buffer is full.
+// Never blocks and raises no signal.
 bool send(int descriptor, const _NETWORK_MSG_T &message, const QByteArray &text = {});
 // Never blocks. A packet without a whole record counts as the end of the connection.
 Received receive(int descriptor, Packet &packet);

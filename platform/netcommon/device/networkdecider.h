@@ -6,13 +6,14 @@
 
 namespace netcommon {
 
-// When the network counts as lost. A loss is told only after it has lasted (a cable is plugged over, an address is
-// renewed, a router announces itself anew); what never was there is never lost.
+// Decides when the network counts as lost. A loss is reported only after a delay, because short ones are normal (a
+// cable is moved, an address is renewed, a router announces itself again). A network that was never there is never
+// lost.
 class NetworkDecider {
 public:
     struct Action {
         std::optional<NETWORk_EVENT_T> event;
-        bool startsTimer = false; // lossDelayMs from now timePassed() is to be called
+        bool startsTimer = false; // call timePassed() in lossDelayMs
         bool stopsTimer = false;
 
         bool operator==(const Action &) const = default;
@@ -30,7 +31,7 @@ private:
     bool m_isServerLocal;
     bool m_hasRoute;
     bool m_isTimerRunning = false;
-    bool m_isLost = false;     // told so
+    bool m_isLost = false;     // reported
     bool m_isHeldDown = false; // by the menu system
 };
 

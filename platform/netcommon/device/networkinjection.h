@@ -4,7 +4,7 @@
 
 namespace netcommon {
 
-// The menu system's word on the network: "lost" holds against what the kernel says until "back". GUI thread.
+// The menu system's report on the network: after "lost" the kernel's reports are ignored until "back". GUI thread.
 // Without a NetworkNotify nothing happens.
 void injectNetworkEvent(NETWORk_EVENT_T event);
 

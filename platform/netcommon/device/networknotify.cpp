@@ -22,7 +22,7 @@ namespace {
 
 NetworkNotify *instance = nullptr;
 
-// Where the web-service library finds its server, too.
+// The web-service library reads its server's address from the same file.
 QString configurationFile()
 {
     const QString named = qEnvironmentVariable("VELMORA_WS_CONF");
@@ -55,7 +55,7 @@ bool readRoute(bool otherwise)
     return isKnown ? found : otherwise;
 }
 
-// Kernel and menu system in, events out.
+// Turns the reports of the kernel and the menu system into events.
 class Watch {
 public:
     explicit Watch(NetworkNotify *owner)
@@ -86,7 +86,7 @@ public:
     void injected(NETWORk_EVENT_T event) { apply(m_decider.injected(event)); }
 
 private:
-    // What the messages say is not looked at (and may be incomplete after an overrun): the table itself is read anew.
+    // The messages are not parsed, because they may be incomplete after an overrun: the whole table is read again.
     void kernelSpoke()
     {
         char ignored[8192];

@@ -1,4 +1,4 @@
-// C, because the extension's header has members that are key words of C++.
+// C, because members in the extension's header are keywords of C++.
 #include "plainrepeat.h"
 
 #include <stdlib.h>
@@ -8,7 +8,7 @@ void netcommonLeaveOutRepeatedReleases(struct xcb_connection_t *connection)
 {
     const xcb_query_extension_reply_t *extension = xcb_get_extension_data(connection, &xcb_xkb_id);
     if (!extension || !extension->present)
-        return; // using what is not there would end the connection
+        return; // a request to a missing extension would end the connection
     const uint32_t flag = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
     const xcb_xkb_per_client_flags_cookie_t cookie =
         xcb_xkb_per_client_flags(connection, XCB_XKB_ID_USE_CORE_KBD, flag, flag, 0, 0, 0);

@@ -1,8 +1,8 @@
 #include "remotekeys.h"
 
 #include "plainrepeat.h"
-#include "remotekeytable.h"
 #include "platform/shared/windowstack.h"
+#include "remotekeytable.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -20,7 +20,7 @@ public:
     using QKeyEvent::QKeyEvent;
 };
 
-// A widget that is not a line edit says with this property that it, or a field inside it, takes typed text.
+// With this property a widget that is not a line edit declares that it, or a field inside it, takes typed text.
 constexpr char textEntryProperty[] = "velmoraTextEntry";
 
 bool isTextEntry()
@@ -34,8 +34,7 @@ bool isTextEntry()
     return false;
 }
 
-// The window that a key goes to: also one that the display server has given no focus, for the menu system's keys
-// arrive without it.
+// The window that gets a key. It needs no focus from the display server: the menu system's keys work without it.
 QWindow *keyWindow()
 {
     if (const QWidget *popup = QApplication::activePopupWidget())
@@ -49,12 +48,12 @@ QWindow *keyWindow()
     return top ? top->windowHandle() : nullptr;
 }
 
-// An X server marks a held key only by releases that bear the time of the next press, which may not have arrived yet
-// when the release is looked at. It can leave those releases out, for this program alone.
+// An X server reports a held key by releases that carry the time of the next press, which may not have arrived yet. It
+// can leave out those releases for this program alone.
 void reportHeldKeysPlainly()
 {
 #if QT_CONFIG(xcb)
-    // The offscreen platform has the interface too, and nothing behind it.
+    // The offscreen platform has the interface, too, but no connection behind it.
     if (auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>(); x11 && x11->connection())
         netcommonLeaveOutRepeatedReleases(x11->connection());
 #endif
@@ -65,7 +64,7 @@ void reportHeldKeysPlainly()
 RemoteKeys::RemoteKeys(QObject *application)
     : QObject(application)
 {
-    platform::WindowStack::instance(); // it sees windows from now on
+    platform::WindowStack::instance(); // created now, so that it sees every window
     application->installEventFilter(this);
 }
 
@@ -113,10 +112,10 @@ bool RemoteKeys::eventFilter(QObject *watched, QEvent *event)
     const auto deliveries = isPress ? m_held.pressed(stroke, isTextEntry()) : m_held.released(stroke, isTextEntry());
     if (deliveries.size() == 1 &&
         deliveries.front() == keys::HeldKeys::Delivery{isPress, stroke.key, stroke.isAutoRepeat})
-        return false; // as it is
+        return false; // unchanged
     const QPointer<QObject> receiver(watched);
     for (const auto &delivery : deliveries) {
-        // What was translated carries neither text nor modifiers.
+        // A translated key carries neither text nor modifiers.
         const bool isSame = delivery.key == stroke.key;
         FinalKeyEvent translated(delivery.isPress ? QEvent::KeyPress : QEvent::KeyRelease, delivery.key,
                                  isSame ? stroke.modifiers : Qt::NoModifier, key->nativeScanCode(),

@@ -9,8 +9,8 @@ namespace netcommon {
 // Turns the keys of a PC's keyboard into the remote's, for the whole application. It is installed by the library
 // itself when the application object is made, and lives as long as that. GUI thread only.
 //
-// It works on windows, before a key is handed to a widget, so that each key is looked at once however many widgets it
-// then travels through; keys that are sent to a widget itself are left alone.
+// It filters windows, before a widget gets the key, so that each key is translated once, however many widgets it is
+// then passed to. Keys that are sent directly to a widget are left alone.
 class RemoteKeys : public QObject {
     Q_OBJECT
 public:
@@ -27,7 +27,7 @@ private:
     explicit RemoteKeys(QObject *application);
 
     keys::HeldKeys m_held;
-    bool m_hasBegun = false; // the first key has come
+    bool m_hasBegun = false; // the first key has arrived
 };
 
 } // namespace netcommon

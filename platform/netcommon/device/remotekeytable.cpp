@@ -8,7 +8,7 @@ namespace netcommon::keys {
 
 namespace {
 
-// Longer than any keyboard waits before it repeats. After that a release was missed, and the press is a new one.
+// Longer than any keyboard's repeat delay. A later press of a held key means that its release was missed.
 constexpr std::uint64_t longestRepeatMs = 1500;
 
 struct Translation {
@@ -29,7 +29,7 @@ constexpr Translation translations[] = {
     // Remote controls that the display server knows by colour.
     {Qt::Key_Red, redKey},
     {Qt::Key_Green, greenKey},
-    // The remote has one key that pauses and goes on.
+    // The remote has a single key for pause and play.
     {Qt::Key_MediaPause, Qt::Key_Pause},
     {Qt::Key_MediaTogglePlayPause, Qt::Key_Pause},
 };

@@ -18,14 +18,14 @@ struct Stroke {
     std::uint64_t timestamp = 0; // milliseconds
 };
 
-// The code that the application is given for a key. `isTextEntry`: a writable field has the focus.
+// The key code that the application gets for a key. `isTextEntry`: a writable field has the focus.
 int remoteKey(const Stroke &stroke, bool isTextEntry);
-// Arrows, page keys and Delete: everything else acts once, however long it is held.
+// True for arrows, page keys and Delete. All other keys act once, however long they are held.
 bool mayRepeat(int key);
 
 // Which keys are down, and so what a press or a release becomes. A key that is held arrives in one of three ways:
 // as presses and releases that are marked as repeated, as marked presses only, or as plain presses without a release
-// between them. Out of each come marked releases and presses in turn, for focus moves act on releases.
+// between them. Each way becomes alternating marked releases and presses, because focus moves act on releases.
 class HeldKeys {
 public:
     struct Delivery {
@@ -37,9 +37,9 @@ public:
     using Deliveries = QVarLengthArray<Delivery, 2>;
 
     Deliveries pressed(const Stroke &stroke, bool isTextEntry);
-    // The release becomes what its press became, wherever the focus is now.
+    // A release is translated as its press was, even if the focus has moved.
     Deliveries released(const Stroke &stroke, bool isTextEntry);
-    // The keyboard speaks to somebody else: releases may be missed.
+    // Another program gets the keys now: releases may be missed.
     void forget() { m_held.clear(); }
 
 private:

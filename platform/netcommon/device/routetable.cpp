@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned deadFlags = RTNH_F_DEAD | RTNH_F_LINKDOWN;
 
-// A route of several hops leads out while one of them carries.
+// A multipath route leads out while the link of one hop is up.
 bool hasLivingHop(const rtattr *attribute)
 {
     auto *hop = static_cast<const rtnexthop *>(RTA_DATA(attribute));

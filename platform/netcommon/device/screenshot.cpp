@@ -21,7 +21,7 @@ namespace netcommon {
 
 namespace {
 
-// Where the canvas lies when no view library says so.
+// The canvas when no view library has placed it.
 constexpr QRect plainCanvas(0, 0, 1280, 720);
 
 QImage canvasPicture()
@@ -57,7 +57,7 @@ QString writeScreenshot(const QString &absolutePath)
     struct stat entry {};
     if (::lstat(path.constData(), &entry) == 0 && !S_ISREG(entry.st_mode) && !S_ISLNK(entry.st_mode))
         return QStringLiteral("%1 is not a file").arg(absolutePath);
-    // A new file under a name nobody can foresee, put into the place of the old one when it is whole.
+    // Written to a new file with a random name, which replaces the old file when it is complete.
     QByteArray temporary = path + ".XXXXXX";
     const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (descriptor < 0)

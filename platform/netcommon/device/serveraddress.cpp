@@ -12,7 +12,7 @@ namespace netcommon {
 
 namespace {
 
-// The text of an address in one spelling; empty for a name.
+// The normalised text of an IP address; empty for a host name.
 QString canonical(const QString &host)
 {
     unsigned char bytes[sizeof(in6_addr)];
@@ -54,7 +54,7 @@ QString serverAddress(const QString &fromEnvironment, const QString &configurati
     QFile file(configurationFile);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    // As the library reads it: one "name = value" a line, the last one of a name counts.
+    // Read as the library does: one "name = value" a line, the last line with a name counts.
     QString address;
     const auto lines = QString::fromUtf8(file.read(64 * 1024)).split(QLatin1Char('\n'));
     for (const QString &line : lines)

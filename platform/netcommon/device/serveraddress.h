@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// Where the station service is, as far as the network's state is concerned.
+// The station service's address, for deciding whether the network matters at all.
 namespace netcommon {
 
 // The address that the web-service library uses: from its environment variable, else from its configuration file;

@@ -32,11 +32,11 @@ bool isBox(const QWidget *window)
     return window && window->isModal();
 }
 
-// Texts by object name, as a person would read them now.
+// The visible texts by object name.
 QJsonObject labels(const QWidget *window)
 {
     QJsonObject texts;
-    // Not those of a dialog that belongs to the window.
+    // Without those of dialogs that belong to the window.
     const auto add = [&](const QWidget *widget, const QString &text) {
         if (widget->isVisible() && widget->window() == window && !widget->objectName().isEmpty() && !text.isEmpty())
             texts[widget->objectName()] = text.left(maxTextLength);
@@ -103,7 +103,7 @@ QByteArray statusLine()
     }
     QByteArray line = QJsonDocument(status).toJson(QJsonDocument::Compact);
     if (line.size() > menu::maxTextBytes) {
-        // Very long texts: the rest is worth more than no answer.
+        // Too long to send: without the texts, the rest still arrives.
         status.remove(QStringLiteral("lists"));
         status.remove(QStringLiteral("labels"));
         status.remove(QStringLiteral("boxLabels"));
