@@ -1,5 +1,6 @@
 #include "account/afterlogin.h"
 
+#include "app/stationdialog.h"
 #include "app/playerport.h"
 #include "app/screenfactory.h"
 #include "app/velmoraparentwidget.h"

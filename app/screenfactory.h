@@ -2,13 +2,16 @@
 
 #include <QString>
 
+class PlayerDialog;
 class PlayerPort;
 class QWidget;
+class StationDialog;
+class TrackMenuDialog;
 class VelmoraParentWidget;
 
 // Makes screens for those who may not know their classes. main registers the product's; tests their own.
 // Every screen is returned hidden, deletes itself when it is closed, and has no parent unless one is given. The caller
-// connects what it needs by signal name.
+// connects what it needs; what it hears of a screen is declared by the class that is returned.
 class ScreenFactory {
 public:
     virtual ~ScreenFactory() = default;
@@ -26,9 +29,9 @@ public:
     virtual VelmoraParentWidget *emailPassword() = 0;
     // The single player screen, made now if there is none.
     virtual PlayerPort *player() = 0;
-    virtual VelmoraParentWidget *createStation(int mode) = 0;
-    virtual VelmoraParentWidget *renameStation(const QString &name, const QString &stationToken) = 0;
-    virtual VelmoraParentWidget *trackMenu(QWidget *parent) = 0;
-    virtual VelmoraParentWidget *about(QWidget *parent) = 0;
-    virtual VelmoraParentWidget *why(const QString &text, QWidget *parent) = 0;
+    virtual StationDialog *createStation(int mode) = 0;
+    virtual StationDialog *renameStation(const QString &name, const QString &stationToken) = 0;
+    virtual TrackMenuDialog *trackMenu(QWidget *parent) = 0;
+    virtual PlayerDialog *about(QWidget *parent) = 0;
+    virtual PlayerDialog *why(const QString &text, QWidget *parent) = 0;
 };

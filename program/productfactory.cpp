@@ -55,27 +55,27 @@ PlayerPort *ProductFactory::player()
     return VelmoraMainDlg::getInstance();
 }
 
-VelmoraParentWidget *ProductFactory::createStation(int mode)
+StationDialog *ProductFactory::createStation(int mode)
 {
     return new CreateStationDlg(mode);
 }
 
-VelmoraParentWidget *ProductFactory::renameStation(const QString &name, const QString &stationToken)
+StationDialog *ProductFactory::renameStation(const QString &name, const QString &stationToken)
 {
     return new RenameStationDlg(name, stationToken);
 }
 
-VelmoraParentWidget *ProductFactory::trackMenu(QWidget *parent)
+TrackMenuDialog *ProductFactory::trackMenu(QWidget *parent)
 {
     return new MenuDlg(parent);
 }
 
-VelmoraParentWidget *ProductFactory::about(QWidget *parent)
+PlayerDialog *ProductFactory::about(QWidget *parent)
 {
     return new AboutDlg(parent);
 }
 
-VelmoraParentWidget *ProductFactory::why(const QString &text, QWidget *parent)
+PlayerDialog *ProductFactory::why(const QString &text, QWidget *parent)
 {
     return new WhyDlg(text, parent);
 }

@@ -13,9 +13,9 @@ public:
     VelmoraParentWidget *activation(const QString &codeLine, const QString &pageLine) override;
     VelmoraParentWidget *emailPassword() override;
     PlayerPort *player() override;
-    VelmoraParentWidget *createStation(int mode) override;
-    VelmoraParentWidget *renameStation(const QString &name, const QString &stationToken) override;
-    VelmoraParentWidget *trackMenu(QWidget *parent) override;
-    VelmoraParentWidget *about(QWidget *parent) override;
-    VelmoraParentWidget *why(const QString &text, QWidget *parent) override;
+    StationDialog *createStation(int mode) override;
+    StationDialog *renameStation(const QString &name, const QString &stationToken) override;
+    TrackMenuDialog *trackMenu(QWidget *parent) override;
+    PlayerDialog *about(QWidget *parent) override;
+    PlayerDialog *why(const QString &text, QWidget *parent) override;
 };

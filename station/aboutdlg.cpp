@@ -6,7 +6,7 @@
 
 AboutDlg::AboutDlg(QWidget *parent)
     : InfoDlg(parent)
-    , ui(new Ui::AboutDlg)
+    , ui(std::make_unique<Ui::AboutDlg>())
 {
     qDebug("new AboutDlg");
     ui->setupUi(this);
@@ -16,5 +16,4 @@ AboutDlg::AboutDlg(QWidget *parent)
 AboutDlg::~AboutDlg()
 {
     qDebug("del AboutDlg");
-    delete ui;
 }

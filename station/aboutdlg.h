@@ -2,6 +2,8 @@
 
 #include "station/infodlg.h"
 
+#include <memory>
+
 namespace Ui {
 class AboutDlg;
 }
@@ -14,5 +16,5 @@ public:
     ~AboutDlg() override;
 
 private:
-    Ui::AboutDlg *ui;
+    const std::unique_ptr<Ui::AboutDlg> ui;
 };

@@ -26,7 +26,6 @@ public:
 
 signals:
     void signalSearchResultWidgetItemClicked(QString strKey);
-    void signalUpdateStationList(HANDLE_T h_handle);
 
 protected:
     void keyReleaseEvent(QKeyEvent *event) override;

@@ -7,7 +7,7 @@
 #include <QPushButton>
 
 InfoDlg::InfoDlg(QWidget *parent)
-    : VelmoraParentWidget(parent)
+    : PlayerDialog(parent)
 {
 }
 
@@ -41,13 +41,15 @@ void InfoDlg::keyReleaseEvent(QKeyEvent *event)
 
 void InfoDlg::loseFocus(bool fgMsgbox)
 {
+    qDebug("%s,loseFocus...", metaObject()->className());
     m_doneBtn->clearFocus();
-    VelmoraParentWidget::loseFocus(fgMsgbox);
+    PlayerDialog::loseFocus(fgMsgbox);
 }
 
 void InfoDlg::resetFocus(bool fgMsgbox)
 {
+    qDebug("%s,resetFocus...", metaObject()->className());
     m_doneBtn->setFocus(Qt::OtherFocusReason);
     m_doneBtn->setStyleSheet(QStringLiteral("border-image: url(:/images/Button_Focus_H.png);\ncolor: rgb(0, 0,0);"));
-    VelmoraParentWidget::resetFocus(fgMsgbox);
+    PlayerDialog::resetFocus(fgMsgbox);
 }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "app/velmoraparentwidget.h"
+#include "app/playerdialog.h"
 
 class QPushButton;
 
 // What About and Why share: a card over the player screen with one button, which Select or a click chooses. That or
 // Back ends it. GUI thread only.
-class InfoDlg : public VelmoraParentWidget {
+class InfoDlg : public PlayerDialog {
     Q_OBJECT
 public:
     explicit InfoDlg(QWidget *parent);
@@ -14,9 +14,6 @@ public:
 
     void loseFocus(bool fgMsgbox) override;
     void resetFocus(bool fgMsgbox) override;
-
-signals:
-    void signalDestroyedWindow(); // by the destructor, once
 
 public slots:
     void destroyedWindow(); // closes and deletes this dialog at once

@@ -17,8 +17,8 @@ constexpr int closeAfterMs = 32'400'000; // nine hours
 } // namespace
 
 MenuDlg::MenuDlg(QWidget *parent)
-    : VelmoraParentWidget(parent)
-    , ui(new Ui::MenuDlg)
+    : TrackMenuDialog(parent)
+    , ui(std::make_unique<Ui::MenuDlg>())
     , m_closeTimer(new QTimer(this))
 {
     qDebug("new MenuDlg");
@@ -53,7 +53,6 @@ MenuDlg::MenuDlg(QWidget *parent)
 MenuDlg::~MenuDlg()
 {
     qDebug("del MenuDlg");
-    delete ui;
     delete m_closeTimer;
     emit signalDestroyedWindow();
 }
@@ -135,6 +134,7 @@ void MenuDlg::destroyedWindow()
 
 void MenuDlg::runtimer()
 {
+    qDebug("MenuDlg,runtimer...");
     if (m_closeTimer->isActive())
         m_closeTimer->stop();
     m_closeTimer->start(closeAfterMs);
@@ -195,13 +195,15 @@ void MenuDlg::setHighlighted(int position, bool isHighlighted)
 
 void MenuDlg::loseFocus(bool fgMsgbox)
 {
+    qDebug("MenuDlg,loseFocus,position=%d.", m_position);
     m_entries[m_position]->clearFocus();
-    VelmoraParentWidget::loseFocus(fgMsgbox);
+    TrackMenuDialog::loseFocus(fgMsgbox);
 }
 
 void MenuDlg::resetFocus(bool fgMsgbox)
 {
+    qDebug("MenuDlg,resetFocus,position=%d.", m_position);
     m_entries[m_position]->setFocus(Qt::OtherFocusReason);
     setHighlighted(m_position, true);
-    VelmoraParentWidget::resetFocus(fgMsgbox);
+    TrackMenuDialog::resetFocus(fgMsgbox);
 }

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "app/velmoraparentwidget.h"
+#include "app/playerdialog.h"
+
+#include <memory>
 
 class QPushButton;
 class QTimer;
@@ -10,7 +12,7 @@ class MenuDlg;
 }
 
 // The pop-up list of actions over the player screen. It does no work: an entry closes the menu and reports its index.
-class MenuDlg : public VelmoraParentWidget {
+class MenuDlg : public TrackMenuDialog {
     Q_OBJECT
 public:
     explicit MenuDlg(QWidget *parent = nullptr);
@@ -21,10 +23,6 @@ public:
 
 signals:
     void signalRetuenBtn(); // spelled so: Back was pressed
-    // Spelled so. 0 bookmark artist, 1 bookmark track, 2 sleep, 3 create, 4 delete, 5 rename, 6 switch user, 7 exit,
-    // 8 nobody used the menu for nine hours, 9 why.
-    void itemCliecked(int index);
-    void signalDestroyedWindow();
 
 public slots:
     void menudoBookmarkArtist();
@@ -52,8 +50,8 @@ private:
     void moveHighlight(int step);
     void setHighlighted(int position, bool isHighlighted);
 
-    Ui::MenuDlg *ui;
+    const std::unique_ptr<Ui::MenuDlg> ui;
     QPushButton *m_entries[entryCount]; // of the form, from top to bottom
     int m_position = 0;
-    QTimer *m_closeTimer;
+    QTimer *const m_closeTimer; // child
 };

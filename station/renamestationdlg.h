@@ -18,9 +18,6 @@ public:
     void loseFocus(bool fgMsgbox) override;
     void resetFocus(bool fgMsgbox) override;
 
-signals:
-    void signalUpdateStationName(QString newStationName); // for the player screen; never emitted here
-
 protected:
     void keyReleaseEvent(QKeyEvent *event) override;
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/textentrydlg.h"
+#include "app/stationdialog.h"
 
 // What Create and Rename station share: how a failed completion is told and where it leads, and the station list that
 // both end with. GUI thread only.
-class StationTextDlg : public TextEntryDlg {
+class StationTextDlg : public StationDialog {
     Q_OBJECT
 public:
     explicit StationTextDlg(QWidget *parent = nullptr);

@@ -6,7 +6,7 @@
 
 WhyDlg::WhyDlg(const QString &text, QWidget *parent)
     : InfoDlg(parent)
-    , ui(new Ui::WhyDlg)
+    , ui(std::make_unique<Ui::WhyDlg>())
 {
     qDebug("new WhyDlg");
     ui->setupUi(this);
@@ -20,5 +20,4 @@ WhyDlg::WhyDlg(const QString &text, QWidget *parent)
 WhyDlg::~WhyDlg()
 {
     qDebug("del WhyDlg");
-    delete ui;
 }

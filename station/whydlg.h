@@ -2,6 +2,8 @@
 
 #include "station/infodlg.h"
 
+#include <memory>
+
 namespace Ui {
 class WhyDlg;
 }
@@ -14,5 +16,5 @@ public:
     ~WhyDlg() override;
 
 private:
-    Ui::WhyDlg *ui;
+    const std::unique_ptr<Ui::WhyDlg> ui;
 };

@@ -53,16 +53,6 @@ FakeScreens::~FakeScreens()
     ScreenFactory::setInstance(nullptr);
 }
 
-VelmoraParentWidget *FakeScreens::make(const QString &name)
-{
-    auto *screen = new VelmoraParentWidget;
-    screen->setObjectName(name);
-    m_made.append(name);
-    m_screens.append(screen);
-    m_last = screen;
-    return screen;
-}
-
 VelmoraParentWidget *FakeScreens::selectUser(int loginState)
 {
     return make(QStringLiteral("selectUser %1").arg(loginState));
@@ -89,17 +79,17 @@ PlayerPort *FakeScreens::player()
     return m_player;
 }
 
-VelmoraParentWidget *FakeScreens::createStation(int mode)
+StationDialog *FakeScreens::createStation(int mode)
 {
-    return make(QStringLiteral("createStation %1").arg(mode));
+    return make<StationDialog>(QStringLiteral("createStation %1").arg(mode));
 }
 
-VelmoraParentWidget *FakeScreens::renameStation(const QString &name, const QString &stationToken)
+StationDialog *FakeScreens::renameStation(const QString &name, const QString &stationToken)
 {
-    return make(QStringLiteral("renameStation %1 %2").arg(name, stationToken));
+    return make<StationDialog>(QStringLiteral("renameStation %1 %2").arg(name, stationToken));
 }
 
-VelmoraParentWidget *FakeScreens::why(const QString &text, QWidget *)
+PlayerDialog *FakeScreens::why(const QString &text, QWidget *)
 {
-    return make(QStringLiteral("why ") + text);
+    return make<PlayerDialog>(QStringLiteral("why ") + text);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "app/playerdialog.h"
 #include "app/playerport.h"
 #include "app/screenfactory.h"
+#include "app/stationdialog.h"
 #include "app/velmoraparentwidget.h"
 
 #include <QPointer>
@@ -31,15 +33,24 @@ public:
     VelmoraParentWidget *activation(const QString &codeLine, const QString &pageLine) override;
     VelmoraParentWidget *emailPassword() override { return make(QStringLiteral("emailPassword")); }
     PlayerPort *player() override;
-    VelmoraParentWidget *createStation(int mode) override;
-    VelmoraParentWidget *renameStation(const QString &name, const QString &stationToken) override;
-    VelmoraParentWidget *trackMenu(QWidget *) override { return make(QStringLiteral("trackMenu")); }
-    VelmoraParentWidget *about(QWidget *) override { return make(QStringLiteral("about")); }
-    VelmoraParentWidget *why(const QString &text, QWidget *parent) override;
+    StationDialog *createStation(int mode) override;
+    StationDialog *renameStation(const QString &name, const QString &stationToken) override;
+    TrackMenuDialog *trackMenu(QWidget *) override { return make<TrackMenuDialog>(QStringLiteral("trackMenu")); }
+    PlayerDialog *about(QWidget *) override { return make<PlayerDialog>(QStringLiteral("about")); }
+    PlayerDialog *why(const QString &text, QWidget *parent) override;
 
 private:
     class Player;
-    VelmoraParentWidget *make(const QString &name);
+    template <typename Screen = VelmoraParentWidget>
+    Screen *make(const QString &name)
+    {
+        auto *screen = new Screen;
+        screen->setObjectName(name);
+        m_made.append(name);
+        m_screens.append(screen);
+        m_last = screen;
+        return screen;
+    }
 
     QStringList m_made;
     QPointer<VelmoraParentWidget> m_last;

@@ -18,9 +18,9 @@
 class PlayerScreens : public FakeScreens {
 public:
     PlayerPort *player() override;
-    VelmoraParentWidget *trackMenu(QWidget *parent) override;
-    VelmoraParentWidget *about(QWidget *parent) override;
-    VelmoraParentWidget *why(const QString &text, QWidget *parent) override;
+    TrackMenuDialog *trackMenu(QWidget *parent) override;
+    PlayerDialog *about(QWidget *parent) override;
+    PlayerDialog *why(const QString &text, QWidget *parent) override;
 };
 
 const QString skipLimit = QStringLiteral("Unfortunately,our music licenses force us to limit the number of tracks you "
