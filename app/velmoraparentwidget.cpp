@@ -1,4 +1,4 @@
-// The root widget: life, history and Back, focus flag, timers, animation, veil.
+// The root widget: life, history and Back, focus flag, timers, animation.
 #include "app/velmoraparentwidget.h"
 
 #include "app/playerport.h"
@@ -11,7 +11,6 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLabel>
 
 namespace {
 constexpr int IdleLimitMs = 28'800'000; // 8 hours
@@ -193,7 +192,7 @@ void VelmoraParentWidget::handleScreenSaver(bool fgEnter)
         resetFocus(false);
 }
 
-// --- animation and veil
+// --- animation
 
 void VelmoraParentWidget::controlAnimation(bool fgHide, const QString &text)
 {
@@ -242,19 +241,6 @@ void VelmoraParentWidget::startAniTimer()
 void VelmoraParentWidget::handleBufferState(bool isLow)
 {
     qDebug("VelmoraParentWidget,handleBufferState,isLow=%d", isLow);
-}
-
-void VelmoraParentWidget::showShadow(bool fgShow)
-{
-    qDebug("VelmoraParentWidget,showShadow=%d.", fgShow);
-    delete m_shadow.data();
-    if (!fgShow)
-        return;
-    m_shadow = new QLabel(this);
-    m_shadow->setStyleSheet(QStringLiteral("border-image: url(:/images/mst_thumnail_mask.png);\n"));
-    m_shadow->setGeometry(rect());
-    m_shadow->show();
-    m_shadow->raise();
 }
 
 // --- idle timer

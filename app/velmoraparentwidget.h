@@ -116,7 +116,9 @@ private:
     void playCurrentSong();
     void answerParentExit();
     bool isNetworkBoxMine() const;
+    bool isCovered() const;
     static QList<VelmoraParentWidget *> screens(); // all living ones
+    void dimUnder(const QObject *box);
 
     bool m_isLastWindow = false; // Back was pressed with an empty history
     bool m_isAnimation = false;

@@ -114,6 +114,8 @@ void VelmoraParentWidget::NohandleTimeOut()
     auto *playback = netcommon::Playback::getInstance();
     const int state = playback ? playback->getPbcState() : int(PLAYBACK_STATE_STOPPED);
     m_idleTimer->stop();
+    if (isCovered())
+        return; // the screen on top asks; this one's timer starts again when it is shown
     // A paused track counts as going on: the water line pauses it as well as the listener.
     if (m_isAnimation || (state != PLAYBACK_STATE_PLAYING && state != PLAYBACK_STATE_PAUSED)) {
         m_idleTimer->start(IdleRepeatMs);
@@ -124,14 +126,26 @@ void VelmoraParentWidget::NohandleTimeOut()
     const QPointer<VelmoraParentWidget> self(this);
     // The blanks around the words are deliberate.
     const bool isYes = showMsgbox(MSG_QUESTION, tr("    Are you still there ? ")) != 0;
-    if (!self || m_isBoxDestroyed)
+    if (!self)
         return;
-    if (isYes) {
+    // Another box, which took this one's place, was answered: somebody is there. Not so when the radio is about to end.
+    const bool isReplaced = m_isBoxDestroyed;
+    if (isReplaced && (isEixt || m_isExitGranted || m_isErrorMsg))
+        return;
+    if (isYes || isReplaced) {
         runTimer();
         playCurrentSong();
     } else {
         emit signalExit(false, true);
     }
+}
+
+// Another screen shows in the place of this one, as a station dialog does in the place of the player.
+bool VelmoraParentWidget::isCovered() const
+{
+    const QList<VelmoraParentWidget *> all = screens();
+    return !isVisible() &&
+           std::any_of(all.begin(), all.end(), [](const VelmoraParentWidget *screen) { return screen->isVisible(); });
 }
 
 // Every living screen hears of the loss, one box a process tells the listener: the visible screen's, or that of the

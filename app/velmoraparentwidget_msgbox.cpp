@@ -1,4 +1,4 @@
-// The root widget: message boxes and the words of service errors.
+// The root widget: message boxes, the veil under them, and the words of service errors.
 #include "app/velmoraparentwidget.h"
 
 #include "app/errortexts.h"
@@ -8,18 +8,14 @@
 
 namespace {
 
-// Dims a full-screen dialog for as long as its box lives, so that the box is the only bright thing. A dialog that is
-// itself a card stays as it is.
-void dimUnder(QWidget *screen, const QObject *box)
+QLabel *newVeil(QWidget *screen)
 {
-    if (!screen->isVisible() || screen->width() < 1280)
-        return;
     auto *veil = new QLabel(screen);
     veil->setStyleSheet(QStringLiteral("border-image: url(:/images/mst_thumnail_mask.png);\n"));
     veil->setGeometry(screen->rect());
     veil->show();
-    QObject::connect(box, &QObject::destroyed, veil, &QWidget::hide);
-    QObject::connect(box, &QObject::destroyed, veil, &QObject::deleteLater);
+    veil->raise();
+    return veil;
 }
 
 } // namespace
@@ -54,7 +50,7 @@ int VelmoraParentWidget::showMsgbox(int type, const QString &text)
     }
     m_msgBoxInfoType = LABELS_DEFAULT;
     m_isBoxShown = true;
-    dimUnder(this, box);
+    dimUnder(box);
     const int result = box->exec();
     if (!self)
         return 0; // the screen went with its box open
@@ -64,6 +60,25 @@ int VelmoraParentWidget::showMsgbox(int type, const QString &text)
     if (self)
         destroyedMsgbox();
     return result;
+}
+
+// Dims a full-screen dialog for as long as its box lives, so that the box is the only bright thing. A dialog that is
+// itself a card stays as it is, and so does a screen that is dimmed already.
+void VelmoraParentWidget::dimUnder(const QObject *box)
+{
+    if (!isVisible() || width() < 1280 || m_shadow)
+        return;
+    QLabel *veil = newVeil(this);
+    connect(box, &QObject::destroyed, veil, &QWidget::hide);
+    connect(box, &QObject::destroyed, veil, &QObject::deleteLater);
+}
+
+void VelmoraParentWidget::showShadow(bool fgShow)
+{
+    qDebug("VelmoraParentWidget,showShadow=%d.", fgShow);
+    delete m_shadow.data();
+    if (fgShow)
+        m_shadow = newVeil(this);
 }
 
 void VelmoraParentWidget::destroyedMsgbox()
