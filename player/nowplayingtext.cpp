@@ -2,11 +2,6 @@
 
 namespace nowplayingtext {
 
-QString cut(const QString &text, int length)
-{
-    return text.size() > length ? text.left(length) + QStringLiteral("...") : text;
-}
-
 QString time(int hours, int mins, int secs)
 {
     const QString minutes =

@@ -6,6 +6,7 @@
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
 #include "ui_createstationdlg.h"
+#include "widgets/cuttext.h"
 #include "widgets/textentry.h"
 
 #include <virtualkb/qtvirtualkbdlg.h>
@@ -113,7 +114,7 @@ void CreateStationDlg::showSearchContent(const wsreply::SearchResult &result)
     const qsizetype artists = result.artists.size();
     const qsizetype tracks = result.tracks.size();
     if (artists == 0 && tracks == 0) {
-        const QString text = TextEntry::cut(ui->searchLabelLineEdit->text(), longestSearchShown);
+        const QString text = cutText(ui->searchLabelLineEdit->text(), longestSearchShown);
         showWarning(tr("No result for ") + QLatin1String("\n\"") + text + QLatin1Char('"'));
         return;
     }

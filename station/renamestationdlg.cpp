@@ -4,6 +4,7 @@
 #include "service/wshandle.h"
 #include "station/stationhandover.h"
 #include "ui_renamestationdlg.h"
+#include "widgets/cuttext.h"
 #include "widgets/textentry.h"
 
 #include <virtualkb/qtvirtualkbdlg.h>
@@ -74,7 +75,7 @@ void RenameStationDlg::renameStation(QString newStationName)
     const QPointer<RenameStationDlg> guard(this);
     const int answer =
         showMsgbox(MSG_QUESTION, tr("Are you sure you want to rename this station as: \n") +
-                                     TextEntry::cut(newStationName, longestNameAsked) + QLatin1Char('?'));
+                                     cutText(newStationName, longestNameAsked) + QLatin1Char('?'));
     if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
         return;
     if (answer == 0) {

@@ -47,11 +47,6 @@ void TextEntry::setTypingStyle(QLineEdit *field)
     field->setStyleSheet(QStringLiteral("border-image: url(:/images/InputBox_Focus_H.png);\ncolor: rgb(0, 0, 0);"));
 }
 
-QString TextEntry::cut(const QString &text, int length)
-{
-    return text.size() > length ? text.left(length) + QStringLiteral("...") : text;
-}
-
 bool TextEntry::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn) {

@@ -19,9 +19,6 @@ public:
     static void setPromptStyle(QLineEdit *field); // idle, grey text
     static void setTypingStyle(QLineEdit *field); // focused, black text
 
-    // At most `length` characters, then "...".
-    static QString cut(const QString &text, int length);
-
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
