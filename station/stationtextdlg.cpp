@@ -1,5 +1,6 @@
 #include "station/stationtextdlg.h"
 
+#include "app/errortexts.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
 #include "station/stationhandover.h"
@@ -7,7 +8,7 @@
 #include <QDebug>
 
 StationTextDlg::StationTextDlg(QWidget *parent)
-    : TextEntryDlg(parent)
+    : StationDialog(parent)
 {
     connect(this, &StationTextDlg::signalFatalErr, this, &StationTextDlg::handleFatalErr);
 }
@@ -28,7 +29,8 @@ bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
         return false;
     const QString text = messageFor(code, fallback);
     const QPointer<StationTextDlg> guard(this);
-    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
+    const errortexts::Reaction reaction = errortexts::reactionTo(code, errortexts::Place::Player);
+    if (reaction == errortexts::Reaction::SignOut) {
         m_isErrorMsg = true;
         emit signalFatalErr(code);
     }
@@ -36,13 +38,17 @@ bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
     // A box that the network's loss or an exit took away has been answered by them.
     if (!guard || isEixt || m_isNetworkError)
         return false;
-    if (code == VLM_WS_ERR_ERROR_CURL_FAILURE) {
+    switch (reaction) {
+    case errortexts::Reaction::Leave:
+        if (isBoxDestroyed()) // another box took its place: the listener has not been told that the radio will end
+            break;
         emit signalExit(false, true);
         return false;
-    }
-    if (code == VLM_WS_ERR_ACCOUNT_INACTIVE) {
+    case errortexts::Reaction::SignOut:
         stationhandover::signOut(this);
         return false;
+    default:
+        break;
     }
     return true;
 }
