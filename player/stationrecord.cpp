@@ -1,23 +1,8 @@
 #include "player/stationrecord.h"
 
-#include "service/stationcopy.h"
+#include <algorithm>
 
 namespace stationrecord {
-
-VLM_STATION_MAP_T *copy(const VLM_STATION_MAP_T &source)
-{
-    return copyStation(source).release();
-}
-
-void release(VLM_STATION_MAP_T *record)
-{
-    StationCopy(record).reset();
-}
-
-bool rename(VLM_STATION_MAP_T &record, const QByteArray &name)
-{
-    return setStationName(record, name);
-}
 
 bool lessThan(const VLM_STATION_MAP_T *a, const VLM_STATION_MAP_T *b)
 {
@@ -44,15 +29,20 @@ int indexOfRow(int row)
     return row - 1;
 }
 
-int indexOfToken(const QList<VLM_STATION_MAP_T *> &records, const QString &wanted)
+int indexOfToken(const List &records, const QString &wanted)
 {
-    for (int i = 0; i < records.size(); ++i)
-        if (token(records.at(i)) == wanted)
-            return i;
-    return -1;
+    const auto found = std::find_if(records.begin(), records.end(),
+                                    [&wanted](const StationCopy &record) { return token(record.get()) == wanted; });
+    return found == records.end() ? -1 : static_cast<int>(found - records.begin());
 }
 
-int rowOfLastStation(const QString &tapestryToken, const QList<VLM_STATION_MAP_T *> &records, const QString &last)
+const VLM_STATION_MAP_T *at(const List &records, int index)
+{
+    return index >= 0 && index < static_cast<int>(records.size()) ? records[static_cast<std::size_t>(index)].get()
+                                                                  : nullptr;
+}
+
+int rowOfLastStation(const QString &tapestryToken, const List &records, const QString &last)
 {
     if (tapestryToken == last)
         return 0;
@@ -64,12 +54,13 @@ int rowAfterDeletion(int row, int rowCount)
     return row == rowCount - 1 ? row - 1 : row;
 }
 
-Kind kindOfRow(int row, const QList<VLM_STATION_MAP_T *> &records)
+Kind kindOfRow(int row, const List &records)
 {
     const int index = indexOfRow(row);
     if (index < 0)
         return Kind::Tapestry;
-    return index < records.size() && records.at(index)->isShared ? Kind::Shared : Kind::Ordinary;
+    const VLM_STATION_MAP_T *record = at(records, index);
+    return record && record->isShared ? Kind::Shared : Kind::Ordinary;
 }
 
 const char *iconPath(Kind kind, bool isPlaying)

@@ -8,6 +8,7 @@
 #include "service/velmorasettings.h"
 #include "service/wsreply.h"
 #include "ui_velmoramaindlg.h"
+#include "widgets/cuttext.h"
 
 #include <QDebug>
 
@@ -48,28 +49,25 @@ void VelmoraMainDlg::fillStationInfoList(HANDLE_T h_handle)
 {
     releaseStationInfoList(true, 0);
     const wsreply::StationList reply(h_handle);
+    qDebug("VelmoraMainDlg,fillStationInfoList,count=%d.", reply.count());
     for (int i = 1; i < reply.count(); ++i) {
         const VLM_STATION_MAP_T *source = reply.at(i);
-        VLM_STATION_MAP_T *record = source ? stationrecord::copy(*source) : nullptr;
+        StationCopy record = source ? copyStation(*source) : nullptr;
         if (!record) {
             qDebug("VelmoraMainDlg,fillStationInfoList,malloc VLM_STATION_MAP_T failed! ");
             return;
         }
-        m_stationInfoList.append(record);
+        m_stationInfoList.push_back(std::move(record));
     }
 }
 
 void VelmoraMainDlg::releaseStationInfoList(bool isAll, int index)
 {
-    if (m_stationInfoList.isEmpty())
-        return;
-    if (isAll) {
-        for (VLM_STATION_MAP_T *record : std::as_const(m_stationInfoList))
-            stationrecord::release(record);
+    qDebug("VelmoraMainDlg,releaseStationInfoList,isAll=%d,index=%d.", isAll, index);
+    if (isAll)
         m_stationInfoList.clear();
-    } else if (index >= 0 && index < m_stationInfoList.size()) {
-        stationrecord::release(m_stationInfoList.takeAt(index));
-    }
+    else if (stationrecord::at(m_stationInfoList, index))
+        m_stationInfoList.erase(m_stationInfoList.begin() + index);
 }
 
 bool VelmoraMainDlg::caseInsensitiveLessThan(VLM_STATION_MAP_T *a, VLM_STATION_MAP_T *b)
@@ -77,11 +75,17 @@ bool VelmoraMainDlg::caseInsensitiveLessThan(VLM_STATION_MAP_T *a, VLM_STATION_M
     return stationrecord::lessThan(a, b);
 }
 
+void VelmoraMainDlg::sortStations()
+{
+    std::sort(m_stationInfoList.begin(), m_stationInfoList.end(),
+              [](const StationCopy &a, const StationCopy &b) { return caseInsensitiveLessThan(a.get(), b.get()); });
+}
+
 const VLM_STATION_MAP_T *VelmoraMainDlg::stationOfRow(int row) const
 {
     if (row == 0)
         return wsreply::StationList(m_stationlist_handle.get()).at(0);
-    return m_stationInfoList.value(stationrecord::indexOfRow(row), nullptr);
+    return stationrecord::at(m_stationInfoList, stationrecord::indexOfRow(row));
 }
 
 QString VelmoraMainDlg::stationRowText(int row) const
@@ -132,7 +136,7 @@ void VelmoraMainDlg::focusStation(bool fgAutoPlay)
     else if (m_focusPosition != focusring::StationList)
         list->clearFocus();
     showStationNum(list->currentRow());
-    if (m_isFocusable && !m_isErrorMsg)
+    if (screencover::mayLookFocused(cover()))
         showFocused(m_focusPosition);
 }
 
@@ -141,8 +145,8 @@ void VelmoraMainDlg::addStationRows()
     ImageListWidget *list = ui->stationListWidget;
     list->setUpdatesEnabled(false);
     addStationRow(stationrecord::name(stationOfRow(0)), cachedIcon(iconPath(Kind::Tapestry, false)));
-    for (const VLM_STATION_MAP_T *record : std::as_const(m_stationInfoList))
-        addStationRow(stationrecord::name(record),
+    for (const StationCopy &record : m_stationInfoList)
+        addStationRow(stationrecord::name(record.get()),
                       cachedIcon(iconPath(record->isShared ? Kind::Shared : Kind::Ordinary, false)));
     list->setUpdatesEnabled(true);
 }
@@ -168,8 +172,7 @@ void VelmoraMainDlg::focusStationWithoutPlaying(int foundRow)
     } else if (playing.renametationIndex > 0) {
         row = playing.renametationIndex;
         if (row == playing.selectedStationIndex)
-            ui->stationNameLabel->setText(
-                nowplayingtext::cut(stationrecord::name(stationOfRow(row)), nowplayingtext::labelLength));
+            ui->stationNameLabel->setText(cutText(stationrecord::name(stationOfRow(row)), nowplayingtext::labelLength));
     }
     makeStationRowCurrent(row);
     // The ordinary picture, also on a playing Tapestry row (deliberate).
@@ -206,6 +209,7 @@ const QIcon &VelmoraMainDlg::cachedIcon(const char *path)
 // The widget's current row counts, not the argument.
 void VelmoraMainDlg::showStationNum(int)
 {
+    qDebug("VelmoraMainDlg,showStationNum...");
     const ImageListWidget *list = ui->stationListWidget;
     ui->stationNumLabel->setText(QStringLiteral("%1/%2").arg(list->currentRow() + 1).arg(list->count()));
 }
@@ -222,6 +226,7 @@ void VelmoraMainDlg::updateStationList(HANDLE_T h_handle)
 {
     const WsHandle handle(h_handle);
     const VLM_STATION_MAP_T *station = wsreply::station(h_handle);
+    qDebug("VelmoraMainDlg,updateStationList,hasStation=%d.", station != nullptr);
     if (!station)
         return;
     controlAnimation(true, QString());
@@ -237,13 +242,13 @@ void VelmoraMainDlg::updateStationList(HANDLE_T h_handle)
     m_playing_station_info_t.deleteStationIndex = 0;
     m_playing_station_info_t.renametationIndex = 0;
     if (stationrecord::indexOfToken(m_stationInfoList, token) < 0) {
-        VLM_STATION_MAP_T *record = stationrecord::copy(*station);
+        StationCopy record = copyStation(*station);
         if (!record) {
             qDebug("VelmoraMainDlg,updateStationList,malloc VLM_STATION_MAP_T failed! ");
             return;
         }
-        m_stationInfoList.append(record);
-        std::sort(m_stationInfoList.begin(), m_stationInfoList.end(), caseInsensitiveLessThan);
+        m_stationInfoList.push_back(std::move(record));
+        sortStations();
     }
     focusStation(true);
 }
@@ -252,16 +257,17 @@ void VelmoraMainDlg::updateStationList(HANDLE_T h_handle)
 void VelmoraMainDlg::updateStationName(QString newStationName)
 {
     ImageListWidget *list = ui->stationListWidget;
+    qDebug("VelmoraMainDlg,updateStationName,row=%d.", list->currentRow());
     const int index = stationrecord::indexOfRow(list->currentRow());
     list->clearScroll();
-    if (index < 0 || index >= m_stationInfoList.size())
+    if (!stationrecord::at(m_stationInfoList, index))
         return;
     // Latin-1, although names are read as UTF-8 (deliberate).
-    if (!stationrecord::rename(*m_stationInfoList.at(index), newStationName.toLatin1()))
+    if (!setStationName(*m_stationInfoList[static_cast<std::size_t>(index)], newStationName.toLatin1()))
         return;
-    std::sort(m_stationInfoList.begin(), m_stationInfoList.end(), caseInsensitiveLessThan);
+    sortStations();
     focusStation(false);
     list->ensureFocusVisible();
-    if (m_focusPosition != focusring::StationList || !m_isFocusable)
+    if (m_focusPosition != focusring::StationList || !screencover::mayLookFocused(cover()))
         list->clearFocus(); // the bar of a list without focus
 }

@@ -7,37 +7,19 @@ using namespace stationrecord;
 
 namespace {
 
-// Records that are released when the test ends.
-class Records {
-public:
-    explicit Records(const QList<QByteArray> &names)
-    {
-        for (const QByteArray &name : names) {
-            VLM_STATION_MAP_T source{};
-            QByteArray text = name;
-            QByteArray token = "token-" + name;
-            source.stationName = text.data();
-            source.stationToken = token.data();
-            list.append(copy(source));
-        }
+List records(const QList<QByteArray> &names)
+{
+    List list;
+    for (const QByteArray &name : names) {
+        VLM_STATION_MAP_T source{};
+        QByteArray text = name;
+        QByteArray token = "token-" + name;
+        source.stationName = text.data();
+        source.stationToken = token.data();
+        list.push_back(copyStation(source));
     }
-    ~Records()
-    {
-        for (VLM_STATION_MAP_T *record : std::as_const(list))
-            release(record);
-    }
-    Records(const Records &) = delete;
-
-    QStringList names() const
-    {
-        QStringList result;
-        for (const VLM_STATION_MAP_T *record : list)
-            result.append(name(record));
-        return result;
-    }
-
-    QList<VLM_STATION_MAP_T *> list;
-};
+    return list;
+}
 
 } // namespace
 
@@ -46,22 +28,25 @@ class PlayerStationsTest : public QObject {
 private slots:
     void namesAreSortedWithoutRegardToCase()
     {
-        Records records({"velvet", "Acoustic", "VELVET", "jazz", ""});
-        std::sort(records.list.begin(), records.list.end(), lessThan);
-        const QStringList names = records.names();
+        List list = records({"velvet", "Acoustic", "VELVET", "jazz", ""});
+        std::sort(list.begin(), list.end(),
+                  [](const StationCopy &a, const StationCopy &b) { return lessThan(a.get(), b.get()); });
+        QStringList names;
+        for (const StationCopy &record : list)
+            names.append(name(record.get()));
         QCOMPARE(names.mid(0, 3), QStringList({"", "Acoustic", "jazz"}));
         QCOMPARE(names.at(3).toLower(), names.at(4).toLower());
-        QVERIFY(!lessThan(records.list.at(3), records.list.at(4)) && !lessThan(records.list.at(4), records.list.at(3)));
+        QVERIFY(!lessThan(at(list, 3), at(list, 4)) && !lessThan(at(list, 4), at(list, 3)));
     }
 
     void theLastStationDecidesTheRow()
     {
-        const Records records({"a", "b", "c"});
-        QCOMPARE(rowOfLastStation("tapestry", records.list, "tapestry"), 0);
-        QCOMPARE(rowOfLastStation("tapestry", records.list, "token-a"), 1);
-        QCOMPARE(rowOfLastStation("tapestry", records.list, "token-c"), 3);
+        const List list = records({"a", "b", "c"});
+        QCOMPARE(rowOfLastStation("tapestry", list, "tapestry"), 0);
+        QCOMPARE(rowOfLastStation("tapestry", list, "token-a"), 1);
+        QCOMPARE(rowOfLastStation("tapestry", list, "token-c"), 3);
         for (const char *unknown : {"token-x", "TOKEN-A", ""}) // gone, case counts, nothing heard yet
-            QCOMPARE(rowOfLastStation("tapestry", records.list, unknown), 0);
+            QCOMPARE(rowOfLastStation("tapestry", list, unknown), 0);
     }
 };
 
