@@ -1,6 +1,8 @@
 // The player screen: its life, its port, and what it shows when something fails.
 #include "player/velmoramaindlg.h"
 
+#include "app/errortexts.h"
+#include "app/playerdialog.h"
 #include "netcommon/httpdownload.h"
 #include "netcommon/ipcthread.h"
 #include "netcommon/networknotify.h"
@@ -30,15 +32,18 @@ VelmoraMainDlg *VelmoraMainDlg::getInstance()
 }
 
 VelmoraMainDlg::VelmoraMainDlg()
-    : ui(new Ui::VelmoraMainDlg)
+    : ui(std::make_unique<Ui::VelmoraMainDlg>())
     , m_webService(VelmoraWebService::getInstance())
     , m_waterlineTimer(new QTimer(this))
-    , m_playbackThread(new netcommon::PlaybackThread)
-    , m_download(new netcommon::HttpDownload)
+    , m_playbackThread(std::make_unique<netcommon::PlaybackThread>())
+    , m_download(std::make_unique<netcommon::HttpDownload>())
 {
     qDebug("new VelmoraMainDlg");
     ui->setupUi(this);
     initPlaybackInfo();
+    showEntryTexts(QString(), QString(), QString(), false);
+    ui->stationIconLabel->hide();
+    ui->stationCaptionLabel->hide();
     showUserName();
     m_playbackThread->start(QThread::InheritPriority);
     runTimer();
@@ -66,26 +71,27 @@ VelmoraMainDlg::~VelmoraMainDlg()
     if (existing() == this)
         setExisting(nullptr);
     // Dialogs report their end to this screen, which must still be one then.
-    if (m_childDlg)
-        m_childDlg->disconnect(this);
-    delete m_childDlg.data();
+    for (PlayerDialog *dialog : std::as_const(m_dialogs)) {
+        dialog->disconnect(this);
+        delete dialog;
+    }
     ui->stationListWidget->disconnect(this);
     ui->playListWidget->disconnect(this);
 
-    delete ui;
+    ui.reset();
     delete m_waterlineTimer;
     releaseStationInfoList(true, 0);
-    delete m_download;
+    m_download.reset();
     m_playbackThread->setType(PLAYBACK_TYPE_END);
     if (m_playbackThread->wait())
         qDebug("VelmoraMainDlg,delete,m_playbackThread return true.");
     else
         qDebug("VelmoraMainDlg,delete,m_playbackThread return false.");
-    delete m_playbackThread;
+    m_playbackThread.reset();
     m_stationlist_handle.reset();
     m_playlist_handle.reset();
     m_adMetadata_handle.reset();
-    delete m_playbackAnimation;
+    m_playbackAnimation.reset();
 }
 
 void VelmoraMainDlg::showUserName()
@@ -174,8 +180,8 @@ bool VelmoraMainDlg::reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fall
         return false;
 
     const QPointer<VelmoraMainDlg> self(this);
-    const bool isInactive = e_ret == VLM_WS_ERR_ACCOUNT_INACTIVE;
-    if (isInactive) {
+    const errortexts::Reaction reaction = errortexts::reactionTo(e_ret, errortexts::Place::Player);
+    if (reaction == errortexts::Reaction::SignOut) {
         m_isErrorMsg = true;
         emit signalFatalErr(e_ret);
     }
@@ -183,12 +189,14 @@ bool VelmoraMainDlg::reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fall
     // A box that the network's loss or an exit took away has been answered by them.
     if (!self || m_isGoing || isEixt || m_isNetworkError)
         return false;
-    if (e_ret == VLM_WS_ERR_ERROR_CURL_FAILURE) {
+    // A box that another one took away was not answered: the listener has not been told that the radio will end.
+    if (reaction == errortexts::Reaction::Leave && !isBoxDestroyed()) {
         emit signalExit(false, true);
         return false;
     }
     resetFocus();
-    if (isInactive)
-        signOutAfterError();
-    return !isInactive;
+    if (reaction != errortexts::Reaction::SignOut)
+        return true;
+    signOutAfterError(); // without its box too: this account gets nothing any more
+    return false;
 }

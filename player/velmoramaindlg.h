@@ -3,13 +3,18 @@
 #include "app/playerport.h"
 #include "app/velmoraparentwidget.h"
 #include "player/feedbackrules.h"
+#include "player/screencover.h"
+#include "player/stationrecord.h"
 #include "player/trackhistory.h"
 #include "service/wshandle.h"
 
 #include <QIcon>
 #include <QPropertyAnimation>
 
+#include <memory>
+
 class ImageListWidget;
+class PlayerDialog;
 class QListWidgetItem;
 class QPushButton;
 class VelmoraWebService;
@@ -133,7 +138,7 @@ public slots:
     void movePlaybackWidget();
 
     // --- velmoramaindlg_focus.cpp
-    void resetFocus(); // allows the screen to show focus again, and shows it
+    void resetFocus(); // the keys go to the screen on top; this one shows its focus again, unless something covers it
     void menuSong();
     void hanleMenuOp(int index); // spelled so
     void showAboutVelmora();
@@ -157,7 +162,7 @@ private:
     VelmoraMainDlg();
     static VelmoraMainDlg *m_instance;
 
-    Ui::VelmoraMainDlg *ui;
+    std::unique_ptr<Ui::VelmoraMainDlg> ui; // reset by the destructor, before what its signals reach
     VelmoraWebService *const m_webService;
     bool m_isGoing = false; // closed; deletion is on its way
 
@@ -175,6 +180,7 @@ private:
     void wireStations();
     static bool caseInsensitiveLessThan(VLM_STATION_MAP_T *a, VLM_STATION_MAP_T *b);
     void fillStationInfoList(HANDLE_T h_handle);
+    void sortStations();
     void releaseStationInfoList(bool isAll, int index);
     void focusStation(bool fgAutoPlay);
     void addStationRows();
@@ -187,9 +193,9 @@ private:
     void showStationIcon(int row, bool isPlaying);
     const QIcon &cachedIcon(const char *path);
 
-    QList<VLM_STATION_MAP_T *> m_stationInfoList; // owned copies; element i is row i + 1
-    WsHandle m_stationlist_handle;                // element 0 of its reply is row 0
-    QString m_strCurrentStationToken;             // plays or is being started
+    stationrecord::List m_stationInfoList; // element i is row i + 1
+    WsHandle m_stationlist_handle;         // element 0 of its reply is row 0
+    QString m_strCurrentStationToken;      // plays or is being started
     struct {
         int selectedStationIndex = 0; // row of the station that plays
         int deleteStationIndex = 0;   // row to focus after a deletion; 0 none
@@ -209,6 +215,8 @@ private:
     void getAdMetaData(int index);
     bool hasPlayingEntry() const;
     bool isPlayingAd() const;
+    void endPlayback();
+    void leaveEntryUnstarted();
     void startFilePlay();
     void stopFilePlay();
     void pauseFilePlay();
@@ -232,15 +240,16 @@ private:
     bool m_isPlayPending = false;     // one does
     bool m_isNeedNewPlaylist = false; // the next track change fetches a fresh playlist
     bool m_isAdMetadataDone = false;
+    bool m_isEntryUnstarted = false; // the entry could not be asked for; true until the next track change
     bool m_isPlayURLOk = false;
     bool m_isPaused = false; // the play button shows the play picture
     bool m_isLowWater = true;
     bool m_isFileEof = false;
     bool m_isGotoNext = false;
     int m_totalSeconds = 0;
-    QTimer *m_waterlineTimer;                    // 500 ms
-    netcommon::PlaybackThread *m_playbackThread; // owned; ended and waited for by the destructor
-    static int m_lowWaterTicks;                  // one for the process
+    QTimer *m_waterlineTimer;                                    // 500 ms
+    std::unique_ptr<netcommon::PlaybackThread> m_playbackThread; // ended and waited for by the destructor
+    static int m_lowWaterTicks;                                  // one for the process
 
     // --- feedback
     void wireFeedback();
@@ -267,14 +276,17 @@ private:
     void updatePlaybackInfo();
     void addPlaylistItem(QString text);
     void showHistoryIcon(const QPixmap &picture);
-    void showPlayPicture(const char *picture);
+    void showPaused(bool isPaused);
+    void showCoverThumb();
+    void showEntryTexts(const QString &song, const QString &artist, const QString &album, bool isAd);
     void showStationLine();
 
     int m_historyThumbs[trackhistory::capacity] = {}; // 0 the oldest row
     QString m_strTotalTime;
-    QPropertyAnimation *m_playbackAnimation = nullptr; // owned
-    netcommon::HttpDownload *m_download;               // owned
+    std::unique_ptr<QPropertyAnimation> m_playbackAnimation; // null: has not run yet
+    std::unique_ptr<netcommon::HttpDownload> m_download;
     bool m_isDownloadExpected = false;
+    bool m_isPlayingRowPlain = false; // the playing station's row lost its mint in a pause
 
     // --- focus
     void wireFocus();
@@ -285,16 +297,15 @@ private:
     ImageListWidget *listAt(int position) const; // null for none
     QPushButton *buttonAt(int position) const;   // null for none
     void showAnimation(const QString &text);
-    void openDialog(VelmoraParentWidget *dialog, const char *endSlot, const QPoint &place, bool fgVeil);
-    bool isDialogOpen() const;
+    // `ended` is called when the dialog reports its destruction.
+    void openDialog(PlayerDialog *dialog, const QPoint &place, void (VelmoraMainDlg::*ended)());
+    screencover::Cover cover() const;
     void activateTopScreen();
 
     int m_focusPosition = -1;
-    bool m_isFocusable = true; // the focus flag
-    bool m_isFocusableAfterBox = true;
-    int m_boxDepth = 0;
+    int m_openBoxes = 0; // calls of showMsgbox() that have not returned
     bool m_wasShown = false;
-    QPointer<VelmoraParentWidget> m_childDlg; // menu, about or why
+    QList<PlayerDialog *> m_dialogs; // children: menu, about, why; each until it reports its destruction
 
     // --- manage
     void wireManage();

@@ -1,4 +1,5 @@
 // The player screen: focus ring, keys, and the dialogs that cover it.
+#include "app/playerdialog.h"
 #include "app/screenfactory.h"
 #include "player/focusring.h"
 #include "player/menuactions.h"
@@ -16,6 +17,7 @@ namespace {
 // The colour keys of the remote.
 constexpr int keyGreen = 0x010000C0;
 constexpr int keyRed = 0x010000CB;
+constexpr QPoint bufferingPlace(430, 358); // under the cover
 constexpr int ringPositions[] = {focusring::StationList, focusring::History,   focusring::Menu,   focusring::Play,
                                  focusring::Next,        focusring::ThumbDown, focusring::ThumbUp};
 
@@ -69,6 +71,7 @@ QPushButton *VelmoraMainDlg::buttonAt(int position) const
 
 void VelmoraMainDlg::moveFocusOnFedbackBtn(bool isLeftToRight)
 {
+    qDebug("VelmoraMainDlg,moveFocusOnFedbackBtn,position=%d,isLeftToRight=%d.", m_focusPosition, isLeftToRight);
     moveFocusTo(focusring::neighbour(m_focusPosition, isLeftToRight));
 }
 
@@ -116,7 +119,9 @@ void VelmoraMainDlg::showAnimation(const QString &text)
     else if (QPushButton *button = buttonAt(m_focusPosition))
         button->setStyleSheet(focusring::buttonStyle(m_focusPosition, false, m_isPaused));
     controlAnimation(false, text);
-    if (!isAnimationShown() && m_isFocusable && !m_isErrorMsg)
+    if (auto *card = findChild<QWidget *>(QStringLiteral("bufferCard"))) // a device's own library may have none
+        card->move(bufferingPlace);
+    if (screencover::mayLookFocused(cover()))
         showFocused(m_focusPosition);
 }
 
@@ -129,7 +134,8 @@ void VelmoraMainDlg::loseFocus(bool fgMsgbox)
 
 void VelmoraMainDlg::resetFocus(bool fgMsgbox)
 {
-    if (!m_isFocusable || m_isErrorMsg || m_isGoing) {
+    qDebug("VelmoraMainDlg,resetFocus,position=%d.", m_focusPosition);
+    if (!screencover::mayRestoreFocus(cover())) {
         qDebug("VelmoraMainDlg,resetFocus.invalid,return.");
         return;
     }
@@ -144,13 +150,21 @@ void VelmoraMainDlg::resetFocus(bool fgMsgbox)
 
 void VelmoraMainDlg::resetFocus()
 {
-    if (m_boxDepth > 0) {
-        m_isFocusableAfterBox = true; // the box keeps the keys until it is answered
-        return;
-    }
-    m_isFocusable = !m_isGoing;
+    qDebug("VelmoraMainDlg,resetFocus,openBoxes=%d,dialogs=%d.", m_openBoxes, int(m_dialogs.size()));
     activateTopScreen();
     resetFocus(false);
+}
+
+screencover::Cover VelmoraMainDlg::cover() const
+{
+    screencover::Cover cover;
+    cover.boxes = m_openBoxes;
+    cover.isDialogOpen = !m_dialogs.isEmpty();
+    cover.isHidden = !isVisible();
+    cover.isAnimated = isAnimationShown();
+    cover.isFatal = m_isErrorMsg;
+    cover.isLeaving = m_isGoing;
+    return cover;
 }
 
 // A mouse takes the focus by itself: the ring follows.
@@ -176,43 +190,34 @@ void VelmoraMainDlg::showEvent(QShowEvent *event)
 
 // ---- message boxes
 
-// While a box is open the screen may not show focus, so that an answer of the service that arrives meanwhile gives no
-// keys back to the screen under the box.
 int VelmoraMainDlg::showMsgbox(int type, const QString &text)
 {
     const QPointer<VelmoraMainDlg> self(this);
-    if (m_boxDepth++ == 0)
-        m_isFocusableAfterBox = m_isFocusable;
-    m_isFocusable = false;
+    ++m_openBoxes;
     const int result = VelmoraParentWidget::showMsgbox(type, text);
     if (!self)
         return 0;
-    if (--m_boxDepth > 0)
-        return result; // another box of this screen is still on its way out
-    m_isFocusable = m_isFocusableAfterBox && !m_isGoing && !isDialogOpen();
-    activateTopScreen();
-    resetFocus(false);
+    --m_openBoxes;
+    resetFocus();
     return result;
 }
 
-bool VelmoraMainDlg::isDialogOpen() const
-{
-    return m_childDlg && m_childDlg->isVisible();
-}
-
-// The keys go to what lies on top: an open dialog of this screen, this screen, or the one that hides it.
 void VelmoraMainDlg::activateTopScreen()
 {
-    if (m_isGoing || isMsgboxShown())
-        return;
-    if (isDialogOpen()) {
-        m_childDlg->activateWindow();
-    } else if (isVisible()) {
+    switch (screencover::keyOwner(cover())) {
+    case screencover::KeyOwner::Unchanged:
+        break;
+    case screencover::KeyOwner::Dialog:
+        m_dialogs.last()->activateWindow();
+        break;
+    case screencover::KeyOwner::Player:
         activateWindow();
-    } else {
+        break;
+    case screencover::KeyOwner::OtherScreen:
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (widget != this && widget->isVisible() && qobject_cast<VelmoraParentWidget *>(widget))
                 widget->activateWindow();
+        break;
     }
 }
 
@@ -292,37 +297,38 @@ void VelmoraMainDlg::keyReleaseEvent(QKeyEvent *event)
 
 // ---- menu and about
 
-// `endSlot` (as by SLOT()) hears of the dialog's end. A veil lies on the screen until then, if wanted.
-void VelmoraMainDlg::openDialog(VelmoraParentWidget *dialog, const char *endSlot, const QPoint &place, bool fgVeil)
+void VelmoraMainDlg::openDialog(PlayerDialog *dialog, const QPoint &place, void (VelmoraMainDlg::*ended)())
 {
     loseFocus(false);
-    m_isFocusable = false;
-    m_isFocusableAfterBox = false;
-    m_childDlg = dialog;
-    if (fgVeil) {
-        showShadow(true);
-        connect(dialog, &QObject::destroyed, this, [this] { showShadow(false); });
-    }
-    connect(dialog, SIGNAL(signalDestroyedWindow()), this, endSlot);
+    m_dialogs.append(dialog);
+    showShadow(true);
+    connect(dialog, &PlayerDialog::signalDestroyedWindow, this, [this, dialog, ended] {
+        m_dialogs.removeOne(dialog);
+        if (m_dialogs.isEmpty())
+            showShadow(false);
+        (this->*ended)();
+    });
     dialog->move(place);
     dialog->show();
 }
 
 void VelmoraMainDlg::menuSong()
 {
+    qDebug("VelmoraMainDlg,menuSong...");
     if (!fgActionInvalid()) {
         qDebug("VelmoraMainDlg,menuSong,action invalid");
         return;
     }
     stopTimer();
-    VelmoraParentWidget *menu = ScreenFactory::instance()->trackMenu(this);
-    connect(menu, SIGNAL(itemCliecked(int)), this, SLOT(hanleMenuOp(int)));
-    openDialog(menu, SLOT(resetFocus()), QPoint(450, 215), false);
+    TrackMenuDialog *menu = ScreenFactory::instance()->trackMenu(this);
+    connect(menu, &TrackMenuDialog::itemCliecked, this, &VelmoraMainDlg::hanleMenuOp);
+    openDialog(menu, QPoint(450, 215), &VelmoraMainDlg::resetFocus);
 }
 
 void VelmoraMainDlg::showAboutVelmora()
 {
-    openDialog(ScreenFactory::instance()->about(this), SLOT(resetFocus()), QPoint(240, 110), true);
+    qDebug("VelmoraMainDlg,showAboutVelmora...");
+    openDialog(ScreenFactory::instance()->about(this), QPoint(240, 110), &VelmoraMainDlg::resetFocus);
 }
 
 void VelmoraMainDlg::hanleMenuOp(int index)

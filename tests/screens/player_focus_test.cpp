@@ -192,10 +192,14 @@ private slots:
     void aBoxOverTheMenuGivesTheKeysBackToTheMenu()
     {
         PlayingRig rig;
+        goTo(rig, 1);
+        rig.call("addSongBookmark");
+        rig.player->controlAnimation(true); // as when the network comes back
         rig.call("menuSong");
         BoxAnswer answers({BoxAnswer::Ok});
-        rig.player->showMsgbox(MSG_INFO, "A box");
-        QVERIFY(rig.focused().isEmpty());
+        rig.answer(VLM_WS_MSGID_ADD_SONG_BOOKMARK, VLM_WS_ERR_INTERNAL);
+        QCOMPARE(answers.shown(), 1);
+        QVERIFY(rig.focused().isEmpty()); // the Menu button is not lit under its menu
         auto *menu = rig.dialog<MenuDlg>();
         QVERIFY(menu);
         QTRY_COMPARE(QApplication::activeWindow(), menu);
@@ -210,6 +214,8 @@ private slots:
         BoxAnswer answers({BoxAnswer::Ok});
         rig.player->showMsgbox(MSG_INFO, "A box");
         QTRY_COMPARE(QApplication::activeWindow(), rig.screens.last());
+        rig.player->NohandleTimeOut(); // the screen in its place asks
+        QCOMPARE(answers.texts(), QStringList("A box"));
         rig.screens.last()->close();
     }
 

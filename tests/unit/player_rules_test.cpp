@@ -2,7 +2,9 @@
 #include "fakes/row.h"
 #include "player/feedbackrules.h"
 #include "player/nowplayingtext.h"
+#include "player/screencover.h"
 #include "player/trackhistory.h"
+#include "widgets/cuttext.h"
 #include "widgets/marquee.h"
 
 #include <QtTest>
@@ -54,6 +56,42 @@ private slots:
             QCOMPARE(trackhistory::thumbOfRow(thumbs, outside, 2), 0);
         trackhistory::setThumbOfRow(thumbs, 0, 0, trackhistory::ThumbDown); // an empty history keeps nothing
         QCOMPARE(trackhistory::thumbOfRow(thumbs, 1, 2), 1);
+    }
+
+    void whatLiesOverThePlayerDecidesAboutFocusAndKeys()
+    {
+        using screencover::KeyOwner;
+        struct Case {
+            const char *name;
+            screencover::Cover cover;
+            bool mayRestore, mayLook;
+            KeyOwner owner;
+        };
+        const Case cases[] = {
+            {"nothing", {}, true, true, KeyOwner::Player},
+            {"a box", {.boxes = 1}, false, false, KeyOwner::Unchanged},
+            {"a dialog", {.isDialogOpen = true}, false, false, KeyOwner::Dialog},
+            {"a box over a dialog", {.boxes = 2, .isDialogOpen = true}, false, false, KeyOwner::Unchanged},
+            {"another screen", {.isHidden = true}, true, true, KeyOwner::OtherScreen},
+            {"the animation", {.isAnimated = true}, true, false, KeyOwner::Player},
+            {"a fatal message", {.isFatal = true}, false, false, KeyOwner::Player},
+            {"its end", {.isHidden = true, .isLeaving = true}, false, false, KeyOwner::Unchanged},
+        };
+        for (const Case &c : cases) {
+            const Row row(c.name);
+            QCOMPARE(screencover::mayRestoreFocus(c.cover), c.mayRestore);
+            QCOMPARE(screencover::mayLookFocused(c.cover), c.mayLook);
+            QCOMPARE(screencover::keyOwner(c.cover), c.owner);
+        }
+    }
+
+    void textsAreCutBetweenCharacters()
+    {
+        QCOMPARE(cutText("abc", 3), QStringLiteral("abc"));
+        QCOMPARE(cutText("abcd", 3), QStringLiteral("abc..."));
+        const QString note = QString::fromUtf8("ab\xf0\x9f\x8e\xb5"); // the note takes two units
+        QCOMPARE(cutText(note + "cd", 3), QStringLiteral("ab..."));
+        QCOMPARE(cutText(note + "cd", 4), note + "...");
     }
 
     void timesAreWritten()
