@@ -55,6 +55,7 @@ int VelmoraMainDlg::playbackState() const
 int VelmoraMainDlg::gotoPlaySong()
 {
     using playlistcursor::Move;
+    qDebug("VelmoraMainDlg,gotoPlaySong,index=%d.", m_playing_song_info_t.playingSongIndex);
     if (!m_playlist) {
         qDebug("VelmoraMainDlg,gotoPlaySong,no playlist.");
         return VELMORA_APP_NO_PLAYLIST;
@@ -69,7 +70,8 @@ int VelmoraMainDlg::gotoPlaySong()
     const auto next = playlistcursor::next(m_playlist, m_playing_song_info_t.playingSongIndex, m_isNeedNewPlaylist,
                                            velmora_ws_invalid_url);
     m_isNeedNewPlaylist = false;
-    qDebug("VelmoraMainDlg,gotoPlaySong,index=%d.", next.index);
+    m_isEntryUnstarted = false;
+    qDebug("VelmoraMainDlg,gotoPlaySong,next index=%d.", next.index);
     m_isplayready = next.move == Move::FetchMore || next.move == Move::BrokenTrack;
     switch (next.move) {
     case Move::NoPlaylist:
@@ -82,6 +84,7 @@ int VelmoraMainDlg::gotoPlaySong()
         break;
     case Move::BrokenTrack:
         qDebug("VelmoraMainDlg,gotoPlaySong,p_trackMap is NULL");
+        endPlayback();
         return VELMORA_APP_INVALID;
     case Move::SkipTrack:
         m_playing_song_info_t.playingSongIndex = next.index;
@@ -97,14 +100,38 @@ int VelmoraMainDlg::gotoPlaySong()
     return VELMORA_APP_DONE;
 }
 
+// There is no playlist, or a broken one. What still sounds ends, the screen looks stopped, and Select on any station,
+// also on the one that was chosen last, asks for a playlist.
+void VelmoraMainDlg::endPlayback()
+{
+    stopFilePlay();
+    m_strCurrentStationToken.clear();
+    m_isPlayPending = false;
+    m_isplayready = true; // nothing is being started
+    showPaused(true);
+}
+
+// Nothing plays until the listener moves on: play and pause go to the next entry, as at the end of a track, and so does
+// next.
+void VelmoraMainDlg::leaveEntryUnstarted()
+{
+    m_isEntryUnstarted = true;
+    m_isGotoNext = true;
+    m_isFileEof = true;
+    m_isplayready = true;
+    showPaused(true);
+}
+
 void VelmoraMainDlg::startFilePlay()
 {
+    qDebug("VelmoraMainDlg,startFilePlay,index=%d.", m_playing_song_info_t.playingSongIndex);
     m_playbackThread->setType(PLAYBACK_TYPE_START);
     m_isLowWater = false;
 }
 
 void VelmoraMainDlg::stopFilePlay()
 {
+    qDebug("VelmoraMainDlg,stopFilePlay,index=%d.", m_playing_song_info_t.playingSongIndex);
     m_playbackThread->setType(PLAYBACK_TYPE_STOP);
     m_isFileEof = false;
     m_isGotoNext = false;
@@ -113,6 +140,7 @@ void VelmoraMainDlg::stopFilePlay()
 
 void VelmoraMainDlg::pauseFilePlay()
 {
+    qDebug("VelmoraMainDlg,pauseFilePlay,index=%d.", m_playing_song_info_t.playingSongIndex);
     m_waterlineTimer->stop();
 }
 
@@ -120,6 +148,7 @@ void VelmoraMainDlg::pauseFilePlay()
 
 void VelmoraMainDlg::handlePlayURLOk()
 {
+    qDebug("VelmoraMainDlg,handlePlayURLOk,index=%d.", m_playing_song_info_t.playingSongIndex);
     m_isPlayURLOk = true;
 }
 
@@ -178,22 +207,25 @@ void VelmoraMainDlg::showStartedEntry()
     }
     initPlaybackInfo();
     updatePlaybackInfo();
-    if (m_isFocusable && !m_isErrorMsg)
+    if (screencover::mayLookFocused(cover()))
         showFocused(m_focusPosition); // the play button was given its plain look
 }
 
 void VelmoraMainDlg::slotGotoPlayNextSong()
 {
+    qDebug("VelmoraMainDlg,slotGotoPlayNextSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     m_isGotoNext = true;
 }
 
 void VelmoraMainDlg::updateFileEof()
 {
+    qDebug("VelmoraMainDlg,updateFileEof,index=%d.", m_playing_song_info_t.playingSongIndex);
     m_isFileEof = true;
 }
 
 void VelmoraMainDlg::gotoPlayNextSong()
 {
+    qDebug("VelmoraMainDlg,gotoPlayNextSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     emit signalPlaySong();
 }
 
@@ -201,6 +233,7 @@ void VelmoraMainDlg::gotoPlayNextSong()
 
 int VelmoraMainDlg::playSong()
 {
+    qDebug("VelmoraMainDlg,playSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     if (!hasPlayingEntry()) {
         qDebug("VelmoraMainDlg,playSong,invalid index=%d.", m_playing_song_info_t.playingSongIndex);
         return VELMORA_APP_INVALID;
@@ -220,6 +253,7 @@ int VelmoraMainDlg::playSong()
 
 int VelmoraMainDlg::pauseSong()
 {
+    qDebug("VelmoraMainDlg,pauseSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     if (!hasPlayingEntry()) {
         qDebug("VelmoraMainDlg,pauseSong,invalid index=%d.", m_playing_song_info_t.playingSongIndex);
         return VELMORA_APP_INVALID;
@@ -240,6 +274,7 @@ int VelmoraMainDlg::pauseSong()
 // Pauses the stream, does not stop it (deliberate).
 int VelmoraMainDlg::stopSong()
 {
+    qDebug("VelmoraMainDlg,stopSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     if (!hasPlayingEntry()) {
         qDebug("VelmoraMainDlg,stopSong,invalid index=%d.", m_playing_song_info_t.playingSongIndex);
         return VELMORA_APP_INVALID;
@@ -252,6 +287,7 @@ int VelmoraMainDlg::stopSong()
 
 int VelmoraMainDlg::nextSong()
 {
+    qDebug("VelmoraMainDlg,nextSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     if (!fgActionInvalid()) {
         qDebug("VelmoraMainDlg,nextSong,action invalid");
         return VELMORA_APP_INVALID;
@@ -263,6 +299,10 @@ int VelmoraMainDlg::nextSong()
     if (!hasPlayingEntry()) {
         qDebug("VelmoraMainDlg,nextSong,invalid index=%d.", m_playing_song_info_t.playingSongIndex);
         return VELMORA_APP_INVALID;
+    }
+    if (m_isEntryUnstarted) {
+        emit signalPlaySong(); // nothing was heard: no skip is booked
+        return VELMORA_APP_DONE;
     }
     if (isPlayingAd()) {
         warn(tr("       Invalid operation for audio ads"));
@@ -288,6 +328,7 @@ int VelmoraMainDlg::nextSong()
 
 void VelmoraMainDlg::playFromPause()
 {
+    qDebug("VelmoraMainDlg,playFromPause,index=%d.", m_playing_song_info_t.playingSongIndex);
     m_playbackThread->setType(PLAYBACK_TYPE_RESUME);
 }
 
@@ -300,6 +341,7 @@ void VelmoraMainDlg::checkwaterline()
     IMTK_PB_CTRL_BUFFER_STATUS_T buffer{};
     if (playback->GetBufferStatus(&buffer) != 0)
         buffer = {};
+    qDebug("VelmoraMainDlg,checkwaterline,amount=%u.", buffer.ui4_amount);
     waterline::State state{m_isGotoNext, m_isFileEof, m_isLowWater, m_lowWaterTicks};
     const Action action = waterline::tick(state, {buffer.ui4_start, buffer.ui4_end, buffer.ui4_amount,
                                                   playback->getPbcState(), m_totalSeconds, m_isPaused});

@@ -56,7 +56,7 @@ int VelmoraMainDlg::requestPlaylist(const VLM_STATION_MAP_T *station, bool isCho
     }
     qDebug("VelmoraMainDlg,getPlayList,ret=%d.", ret);
     const WsHandle refused(h_handle);
-    m_isplayready = true; // nothing is being started
+    endPlayback();
     warn(tr("Get playlist failed,you could try again!"));
     return VELMORA_APP_INVALID;
 }
@@ -82,14 +82,14 @@ void VelmoraMainDlg::getPlayListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_r
     resetFocus(false);
     if (e_ret != VLM_WS_ERR_OK) {
         handle.reset();
-        m_isplayready = true; // nothing is being started
+        endPlayback();
         reportError(e_ret, tr("Get play list failed ,please try later!"));
         return;
     }
     const VLM_WS_PLAYLIST_T *playlist = wsreply::playlist(h_handle);
     if (!playlist) {
         qDebug("VelmoraMainDlg,getPlayListDone,no data.");
-        m_isplayready = true;
+        endPlayback();
         return;
     }
     m_playlist_handle = std::move(handle);
@@ -103,11 +103,12 @@ void VelmoraMainDlg::getPlayListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_r
 // Starts entry `index`, an ad: its address comes with its metadata.
 void VelmoraMainDlg::getAdMetaData(int index)
 {
+    qDebug("VelmoraMainDlg,getAdMetaData,index=%d.", index);
     m_playing_song_info_t.playingSongIndex = index;
     const VLM_AD_MAP_T *ad = playlistcursor::ad(m_playlist, index);
     if (!ad) {
         qDebug("VelmoraMainDlg,getAdMetaData,p_adMap is NULL");
-        m_isplayready = true; // nothing is being started, and no animation would ever end
+        leaveEntryUnstarted();
         return;
     }
     m_isAdMetadataDone = false;
@@ -119,7 +120,7 @@ void VelmoraMainDlg::getAdMetaData(int index)
     }
     qDebug("VelmoraMainDlg,getAdMetaData,ret=%d.", ret);
     const WsHandle refused(h_handle);
-    m_isplayready = true;
+    leaveEntryUnstarted();
     warn(tr("Get Ad metadata failed!"));
 }
 
@@ -161,5 +162,7 @@ void VelmoraMainDlg::getAdMetadataDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e
 
 bool VelmoraMainDlg::checkinvalidURL(char *ps_url, char *ps_compare)
 {
-    return playlistcursor::isInvalidUrl(ps_url, ps_compare);
+    const bool isInvalid = playlistcursor::isInvalidUrl(ps_url, ps_compare);
+    qDebug("VelmoraMainDlg,checkinvalidURL,isInvalid=%d.", isInvalid);
+    return isInvalid;
 }

@@ -4,6 +4,25 @@
 
 #include "netcommon/playback.h"
 
+#include <functional>
+
+namespace {
+
+// Runs `act` once, as soon as a box shows that `answers` has noted.
+void whenBoxShows(PlayerRig &rig, const BoxAnswer &answers, const std::function<void()> &act)
+{
+    auto *timer = new QTimer(rig.player);
+    timer->callOnTimeout([timer, &answers, act] {
+        if (answers.shown() == 0)
+            return;
+        timer->stop();
+        act();
+    });
+    timer->start(1);
+}
+
+} // namespace
+
 class PlayerPlayback : public QObject {
     Q_OBJECT
 private slots:
@@ -68,32 +87,44 @@ private slots:
         QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
     }
 
-    void aPlaylistThatFailsIsSaid()
+    void aPlaylistThatFailsEndsTheMusicAndIsAskedForAgain()
     {
         struct Case {
             bool isSent;
             int code;
-            const char *text;
+            QStringList texts;
             int exits;
         };
         const Case cases[] = {
-            {false, VLM_WS_ERR_OUT_OF_MEMORY, "Get playlist failed,you could try again!", 0},
-            {true, 5000, "Get play list failed ,please try later!", 0},
-            {true, 5102, "Station does not exist.", 0},
-            {true, -504, "A network error has occurred.  Please check your network connection and try again.", 1}};
+            {false, VLM_WS_ERR_OUT_OF_MEMORY, {"Get playlist failed,you could try again!"}, 0},
+            {true, VLM_WS_ERR_OK, {}, 0}, // without data
+            {true, 5000, {"Get play list failed ,please try later!"}, 0},
+            {true, 5102, {"Station does not exist."}, 0},
+            {true, -504, {"A network error has occurred.  Please check your network connection and try again."}, 1}};
         for (const Case &c : cases) {
-            const Row row(c.text);
-            PlayerRig rig;
-            BoxAnswer answers({BoxAnswer::Ok});
-            if (!c.isSent)
-                rig.service.ws.failNext(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_EXT_ERRCODE_T(c.code));
-            rig.fill();
-            if (c.isSent)
-                rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_EXT_ERRCODE_T(c.code));
-            QCOMPARE(answers.texts(), QStringList(c.text));
-            QVERIFY(!rig.isAnimationShown());
-            QCOMPARE(FakeIpc::exitRequests.size(), c.exits);
-            QCOMPARE(rig.focused(), QStringList("stationListWidget"));
+            for (const char *slot : {"getPlayList", "getPlayListNormal"}) {
+                const Row row(QStringLiteral("%1, sent %2, code %3").arg(slot).arg(c.isSent).arg(c.code));
+                PlayingRig rig;
+                BoxAnswer answers({BoxAnswer::Ok});
+                FakePlayback::clearCommands();
+                if (!c.isSent)
+                    rig.service.ws.failNext(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_EXT_ERRCODE_T(c.code));
+                rig.call(slot);
+                if (c.isSent)
+                    rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_EXT_ERRCODE_T(c.code));
+                QCOMPARE(answers.texts(), c.texts);
+                QVERIFY(!rig.isAnimationShown());
+                QCOMPARE(FakeIpc::exitRequests.size(), c.exits);
+                QCOMPARE(rig.focused(), QStringList("stationListWidget"));
+                QCOMPARE(FakePlayback::types, QList<int>{3}); // what sounded has ended, and the screen says so
+                QVERIFY(rig.style("playBtn").contains("Play.png") && rig.style("playIconLabel").contains("Play.png"));
+                for (const char *dead : {"playSong", "pauseSong", "nextSong", "checkwaterline"})
+                    rig.call(dead);
+                rig.key(screentest::Select); // on the row of the station that failed
+                QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 3);
+                rig.startTracks(1);
+                QCOMPARE(FakePlayback::urls.size(), 1);
+            }
         }
     }
 
@@ -111,6 +142,12 @@ private slots:
         QCOMPARE(rig.text("songLabel"), QString::fromLatin1("Caf\xc3\xa9")); // byte by byte on the song line
         QCOMPARE(rig.text("artistLabel"), QStringLiteral("Announcer"));
         QCOMPARE(rig.text("albumLabel"), QString());
+        const std::pair<const char *, bool> marks[] = {{"adLabel", true},
+                                                       {"artistCaptionLabel", false},
+                                                       {"albumCaptionLabel", false},
+                                                       {"stationCaptionLabel", true}};
+        for (const auto &[name, isShown] : marks)
+            QCOMPARE(!screentest::childWidget(rig.player, name)->isHidden(), isShown);
         QCOMPARE(FakeDownload::urls.last(), ad.imageUrl);
         BoxAnswer answers({BoxAnswer::Ok});
         QCOMPARE(rig.player->nextSong(), 1); // an ad is not skipped
@@ -120,18 +157,26 @@ private slots:
         QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2); // the ad was the last entry
     }
 
-    void anAdThatIsNotAskedForLeavesTheScreenUsable()
+    void anAdThatCannotBeAskedForIsPassedByPlayPauseAndNext()
     {
-        PlayingRig rig({PlayerRig::track("Song 1"), FakeEntry::ad("ad-1"), PlayerRig::track("Song 2")});
-        rig.service.ws.failNext(VLM_WS_MSGID_GET_AD_METADATA, VLM_WS_ERR_OUT_OF_MEMORY);
-        BoxAnswer answers({BoxAnswer::Ok});
-        rig.finishTrack();
-        QCOMPARE(answers.texts(), QStringList("Get Ad metadata failed!"));
-        QVERIFY(!rig.isAnimationShown());
-        QCOMPARE(rig.focused(), QStringList("stationListWidget"));
-        rig.key(screentest::Up);
-        rig.key(screentest::Select);
-        QCOMPARE(rig.sentText(VLM_WS_MSGID_GET_PLAYLIST), QByteArray("a"));
+        for (const bool hasMap : {true, false}) {
+            for (const char *slot : {"nextSong", "playSong", "pauseSong"}) {
+                const Row row(QStringLiteral("%1, map %2").arg(slot).arg(hasMap));
+                FakeEntry ad = FakeEntry::ad("ad-1");
+                ad.hasMap = hasMap;
+                PlayingRig rig({PlayerRig::track("Song 1"), ad, PlayerRig::track("Song 2")});
+                rig.service.ws.failNext(VLM_WS_MSGID_GET_AD_METADATA, VLM_WS_ERR_OUT_OF_MEMORY);
+                BoxAnswer answers({BoxAnswer::Ok});
+                rig.finishTrack();
+                QCOMPARE(answers.texts(), hasMap ? QStringList("Get Ad metadata failed!") : QStringList());
+                QVERIFY(!rig.isAnimationShown());
+                QCOMPARE(rig.focused(), QStringList("stationListWidget"));
+                QVERIFY(rig.style("playBtn").contains("Play.png"));
+                rig.call(slot);
+                QCOMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 2"));
+                QCOMPARE(rig.skipsLeft("b"), 6); // nothing was skipped
+            }
+        }
     }
 
     void anAdsAddressThatComesAfterAStationChangeIsDropped()
@@ -184,6 +229,8 @@ private slots:
         rig.finishTrack();
         QVERIFY(!rig.isAnimationShown());
         QCOMPARE(rig.focused(), QStringList("stationListWidget"));
+        rig.key(screentest::Select); // on the station whose playlist is broken
+        QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2);
         rig.call("signout");
         QCOMPARE(rig.screens.made(), QStringList("selectUser 2"));
     }
@@ -206,18 +253,6 @@ private slots:
         }
     }
 
-    void anEmptyReplyIsHarmless()
-    {
-        PlayerRig rig;
-        rig.fill();
-        rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_OK);
-        QVERIFY(!rig.isAnimationShown());
-        for (const char *slot : {"gotoPlaySong", "playSong", "pauseSong", "stopSong", "nextSong", "checkwaterline"})
-            rig.call(slot);
-        QVERIFY(FakePlayback::urls.isEmpty());
-        QCOMPARE(rig.focused(), QStringList("stationListWidget"));
-    }
-
     void pauseAndPlayKeysReachThePlayback()
     {
         PlayingRig rig;
@@ -225,14 +260,42 @@ private slots:
         rig.key(Qt::Key_Pause);
         rig.run();
         QVERIFY(rig.style("playBtn").contains("Play.png"));
+        QVERIFY(rig.style("stationIconLabel").contains("common_station_icon_n.png")); // mint means sound
         rig.key(Qt::Key_Pause);
         rig.run();
         QVERIFY(rig.style("playBtn").contains("Pause.png"));
+        QVERIFY(rig.style("stationIconLabel").contains("common_station_icon_s.png"));
         rig.key(Qt::Key_MediaStop); // pauses
         rig.key(Qt::Key_MediaPlay);
         QCOMPARE(FakePlayback::types, QList<int>({2, 0, 2, 0}));
         rig.key(Qt::Key_MediaPlay); // plays already
         QCOMPARE(FakePlayback::types.size(), 4);
+    }
+
+    void anIdleQuestionThatAnotherBoxReplacesLeavesTheMusicOn()
+    {
+        PlayingRig rig;
+        rig.player->stopTimer();
+        BoxAnswer answers({BoxAnswer::Nothing, BoxAnswer::Ok});
+        whenBoxShows(rig, answers, [&rig] { rig.player->showMsgbox(MSG_WARNING, "Another box"); });
+        rig.player->NohandleTimeOut();
+        QCOMPARE(answers.texts(), QStringList({"    Are you still there ? ", "Another box"}));
+        QCOMPARE(FakePlayback::types.last(), 0);
+        const QList<QTimer *> timers = rig.player->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly);
+        QVERIFY(std::any_of(timers.begin(), timers.end(),
+                            [](const QTimer *timer) { return timer->isActive() && timer->interval() == 28'800'000; }));
+    }
+
+    void aFailureWhoseBoxAnExitQuestionReplacesDoesNotEndTheRadio()
+    {
+        PlayingRig rig;
+        rig.call("getPlayListNormal");
+        BoxAnswer answers({BoxAnswer::Nothing, BoxAnswer::Cancel});
+        whenBoxShows(rig, answers, [&rig] { emit rig.player->signalExit(false, false); });
+        rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_ERROR_CURL_FAILURE);
+        QCOMPARE(answers.shown(), 2);
+        QVERIFY(FakeIpc::exitRequests.isEmpty()); // the listener has said no
+        QCOMPARE(rig.focused(), QStringList("stationListWidget"));
     }
 
     void stoppingPausesAndPlayingOnStartsTheWaterLine()
