@@ -1,4 +1,5 @@
 // The player screen: rating, sleep, bookmarks and the explanation of the track that plays.
+#include "app/playerdialog.h"
 #include "app/screenfactory.h"
 #include "player/playlistcursor.h"
 #include "player/velmoramaindlg.h"
@@ -86,6 +87,7 @@ bool VelmoraMainDlg::wasSent(VLM_WS_EXT_ERRCODE_T ret, HANDLE_T h_handle, const 
 
 void VelmoraMainDlg::thumbUpSong()
 {
+    qDebug("VelmoraMainDlg,thumbUpSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     if (const VLM_TRACK_MAP_T *track = trackForAction(Action::ThumbUp, m_playing_song_info_t.isThumbUpAble)) {
         HANDLE_T h_handle = 0;
         const VLM_WS_EXT_ERRCODE_T ret = m_webService->addFeedback(1, track->trackToken, false, nullptr, &h_handle);
@@ -100,6 +102,7 @@ void VelmoraMainDlg::thumbUpSong()
 
 void VelmoraMainDlg::thumbDownSong()
 {
+    qDebug("VelmoraMainDlg,thumbDownSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     const VLM_TRACK_MAP_T *track = trackForAction(Action::ThumbDown, m_playing_song_info_t.isThumbDownAble);
     if (!track)
         return;
@@ -165,12 +168,14 @@ void VelmoraMainDlg::setRatedRowsThumb(trackhistory::Thumb thumb)
     trackhistory::setThumbOfRow(m_historyThumbs, m_ratedRow, ui->playListWidget->count(), thumb);
     if (ui->playListWidget->currentRow() == m_ratedRow)
         showPlaylistHistorythumb(m_ratedRow);
+    showCoverThumb();
 }
 
 // ---- sleep
 
 void VelmoraMainDlg::sleepSong()
 {
+    qDebug("VelmoraMainDlg,sleepSong,index=%d.", m_playing_song_info_t.playingSongIndex);
     const VLM_TRACK_MAP_T *track = trackForAction(Action::Sleep, m_playing_song_info_t.isSleepAble);
     if (!track)
         return;
@@ -210,11 +215,13 @@ void VelmoraMainDlg::sleepSongDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret
 
 void VelmoraMainDlg::addSongBookmark()
 {
+    qDebug("VelmoraMainDlg,addSongBookmark,index=%d.", m_playing_song_info_t.playingSongIndex);
     bookmark(false);
 }
 
 void VelmoraMainDlg::addArtistBookmark()
 {
+    qDebug("VelmoraMainDlg,addArtistBookmark,index=%d.", m_playing_song_info_t.playingSongIndex);
     bookmark(true);
 }
 
@@ -254,6 +261,7 @@ void VelmoraMainDlg::addBookmarkDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_r
 
 void VelmoraMainDlg::explainTrack()
 {
+    qDebug("VelmoraMainDlg,explainTrack,index=%d.", m_playing_song_info_t.playingSongIndex);
     const VLM_TRACK_MAP_T *track = trackForAction(Action::Explain, true);
     if (!track)
         return;
@@ -292,7 +300,7 @@ void VelmoraMainDlg::explainTrackDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_
 void VelmoraMainDlg::showExplanation(const QString &text)
 {
     m_isExplanationOpen = true;
-    openDialog(ScreenFactory::instance()->why(text, this), SLOT(slotDestroyDialog()), QPoint(240, 110), true);
+    openDialog(ScreenFactory::instance()->why(text, this), QPoint(240, 110), &VelmoraMainDlg::slotDestroyDialog);
 }
 
 // The explanation has ended.
@@ -306,6 +314,7 @@ void VelmoraMainDlg::slotDestroyDialog()
 // Ends an open explanation, which then reports to slotDestroyDialog().
 void VelmoraMainDlg::destroyedDialog()
 {
+    qDebug("VelmoraMainDlg,destroyedDialog,isOpen=%d.", m_isExplanationOpen);
     if (!m_isExplanationOpen)
         return;
     m_isExplanationOpen = false;

@@ -1,5 +1,6 @@
 // The player screen: creating, deleting and renaming stations, the Tapestry station, sign-out.
 #include "app/screenfactory.h"
+#include "app/stationdialog.h"
 #include "netcommon/playbackthread.h"
 #include "player/nowplayingtext.h"
 #include "player/stationrecord.h"
@@ -9,10 +10,10 @@
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "ui_velmoramaindlg.h"
+#include "widgets/cuttext.h"
 
 #include <QDebug>
 
-using nowplayingtext::cut;
 using nowplayingtext::questionLength;
 
 namespace {
@@ -36,16 +37,17 @@ void VelmoraMainDlg::wireManage()
 
 void VelmoraMainDlg::createStation()
 {
+    qDebug("VelmoraMainDlg,createStation,count=%d.", ui->stationListWidget->count());
     if (ui->stationListWidget->count() >= mostStations) {
         warn(tr("Velmora only permits to create 100 stations,so you can not create more stations!"));
         return;
     }
     stopTimer();
     hide();
-    VelmoraParentWidget *dialog = ScreenFactory::instance()->createStation(createFromPlayer);
+    StationDialog *dialog = ScreenFactory::instance()->createStation(createFromPlayer);
     recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
-    connect(dialog, SIGNAL(signalUpdateStationList(HANDLE_T)), this, SLOT(updateStationList(HANDLE_T)));
-    connect(dialog, SIGNAL(signalFatalErr(int)), this, SLOT(handleFatalErr(int)));
+    connect(dialog, &StationDialog::signalUpdateStationList, this, &VelmoraMainDlg::updateStationList);
+    connect(dialog, &StationDialog::signalFatalErr, this, &VelmoraMainDlg::handleFatalErr);
     dialog->show();
 }
 
@@ -83,11 +85,12 @@ bool VelmoraMainDlg::confirm(const QString &question)
 
 void VelmoraMainDlg::delStation()
 {
+    qDebug("VelmoraMainDlg,delStation,row=%d.", ui->stationListWidget->currentRow());
     const int row = ownStationRow(tr("Tapestry station can not be deleted!"));
     if (row < 0)
         return;
     const QString token = stationrecord::token(stationOfRow(row));
-    if (!confirm(tr("Are you sure you want to delete station: \n") + cut(stationRowText(row), questionLength) +
+    if (!confirm(tr("Are you sure you want to delete station: \n") + cutText(stationRowText(row), questionLength) +
                  tr(" ?")))
         return;
     const VLM_STATION_MAP_T *station = stationOfRow(row);
@@ -162,12 +165,13 @@ void VelmoraMainDlg::deleteStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e
 
 void VelmoraMainDlg::renameStation()
 {
+    qDebug("VelmoraMainDlg,renameStation,row=%d.", ui->stationListWidget->currentRow());
     const int row = ownStationRow(tr("Tapestry station can not be renamed!"));
     if (row < 0)
         return;
     const QString token = stationrecord::token(stationOfRow(row));
     const QString name = stationRowText(row);
-    if (!confirm(tr("Are you sure you want to rename station: \n") + cut(name, questionLength) + tr(" ?")))
+    if (!confirm(tr("Are you sure you want to rename station: \n") + cutText(name, questionLength) + tr(" ?")))
         return;
     const VLM_STATION_MAP_T *station = stationOfRow(row);
     if (!station || stationrecord::token(station) != token) {
@@ -181,10 +185,10 @@ void VelmoraMainDlg::renameStation()
     }
     hide();
     stopTimer();
-    VelmoraParentWidget *dialog = ScreenFactory::instance()->renameStation(name, token);
+    StationDialog *dialog = ScreenFactory::instance()->renameStation(name, token);
     recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
-    connect(dialog, SIGNAL(signalUpdateStationName(QString)), this, SLOT(updateStationName(QString)));
-    connect(dialog, SIGNAL(signalFatalErr(int)), this, SLOT(handleFatalErr(int)));
+    connect(dialog, &StationDialog::signalUpdateStationName, this, &VelmoraMainDlg::updateStationName);
+    connect(dialog, &StationDialog::signalFatalErr, this, &VelmoraMainDlg::handleFatalErr);
     dialog->show();
     m_playing_station_info_t.renametationIndex = row;
 }
@@ -193,6 +197,7 @@ void VelmoraMainDlg::renameStation()
 
 void VelmoraMainDlg::tapestryStation()
 {
+    qDebug("VelmoraMainDlg,tapestryStation...");
     ui->stationListWidget->clearBg(ui->stationListWidget->currentItem());
     ui->stationListWidget->setCurrentRow(0);
     getPlayList();
@@ -202,6 +207,7 @@ void VelmoraMainDlg::tapestryStation()
 
 void VelmoraMainDlg::signout()
 {
+    qDebug("VelmoraMainDlg,signout,isplayready=%d.", m_isplayready);
     if (!m_isplayready) {
         qDebug("VelmoraMainDlg,signout,a track is being started,return.");
         return;

@@ -8,12 +8,12 @@
 #include "player/velmoramaindlg.h"
 #include "service/wsreply.h"
 #include "ui_velmoramaindlg.h"
+#include "widgets/cuttext.h"
 #include "widgets/picturefile.h"
 
 #include <QDebug>
 #include <QPainter>
 
-using nowplayingtext::cut;
 using nowplayingtext::labelLength;
 
 namespace {
@@ -21,6 +21,8 @@ namespace {
 constexpr QPoint panelOutside(1161, 130);
 constexpr QPoint panelInside(640, 130);
 constexpr int slideMs = 500;
+constexpr QRect artistPlace(500, 437, 376, 46); // behind its caption
+constexpr QRect adTextPlace(404, 437, 472, 46); // without a caption
 
 QIcon sameWhenSelected(const QPixmap &picture)
 {
@@ -39,6 +41,29 @@ QPixmap framed(QPixmap picture, qreal ratio)
     return picture;
 }
 
+// Gives the label the narrowest width at which its text needs no more lines: none of them is much shorter than the
+// others, and no word stands alone on the last one.
+void balanceLines(QLabel *label)
+{
+    label->setContentsMargins(0, 0, 0, 0);
+    const QFontMetrics metrics(label->font());
+    const int whole = label->contentsRect().width();
+    const auto textIn = [&](int width) {
+        return metrics.boundingRect(QRect(0, 0, width, 1000), Qt::TextWordWrap, label->text());
+    };
+    const int height = textIn(whole).height();
+    if (height <= metrics.height())
+        return;
+    int tooNarrow = 0;
+    int enough = whole;
+    while (enough - tooNarrow > 1) {
+        const int middle = (tooNarrow + enough) / 2;
+        const QRect text = textIn(middle);
+        (text.height() <= height && text.width() <= middle ? enough : tooNarrow) = middle;
+    }
+    label->setContentsMargins(0, 0, whole - enough, 0);
+}
+
 } // namespace
 
 void VelmoraMainDlg::wireNowPlaying()
@@ -53,7 +78,8 @@ void VelmoraMainDlg::wireNowPlaying()
 
     connect(this, &VelmoraMainDlg::signalDownLoadPic, this, &VelmoraMainDlg::downloadPicfromVelmora,
             Qt::DirectConnection);
-    connect(m_download, &netcommon::HttpDownload::signalDownloadResult, this, &VelmoraMainDlg::responseDownloadDone);
+    connect(m_download.get(), &netcommon::HttpDownload::signalDownloadResult, this,
+            &VelmoraMainDlg::responseDownloadDone);
     connect(this, &VelmoraMainDlg::signalMovePlaybackWidget, this, &VelmoraMainDlg::movePlaybackWidget);
     connect(ui->playListWidget, &QListWidget::currentRowChanged, this, &VelmoraMainDlg::showPlaylistNum);
     connect(ui->playListWidget, &QListWidget::currentRowChanged, this, &VelmoraMainDlg::showPlaylistHistorythumb);
@@ -63,8 +89,11 @@ void VelmoraMainDlg::wireNowPlaying()
 
 void VelmoraMainDlg::initPlaybackInfo()
 {
+    qDebug("VelmoraMainDlg,initPlaybackInfo...");
     ui->thumbnaiMasklLabel->hide();
     ui->playlistthumb->hide();
+    ui->coverThumbLabel->hide();
+    ui->adLabel->hide();
     ui->playIconLabel->setStyleSheet(
         QStringLiteral("background-color: rgba(255, 255, 255, 0);\nborder-image: url(:/images/Play.png);"));
     ui->playBtn->setStyleSheet(focusring::buttonStyle(focusring::Play, false, true));
@@ -85,23 +114,19 @@ void VelmoraMainDlg::initPlaybackInfo()
 void VelmoraMainDlg::updatePlaybackInfo()
 {
     const int index = m_playing_song_info_t.playingSongIndex;
+    qDebug("VelmoraMainDlg,updatePlaybackInfo,index=%d.", index);
     if (!hasPlayingEntry()) {
         qDebug("VelmoraMainDlg,updatePlaybackInfo,invalid index=%d.", index);
         return;
     }
-    ui->songLabel->setText(QString());
-    ui->artistLabel->setText(QString());
-    ui->albumLabel->setText(QString());
-    ui->stationNameLabel->setText(QString());
+    showEntryTexts(QString(), QString(), QString(), false);
     ui->totalTimeLabel->setText(m_strTotalTime);
     showStationLine();
 
     if (isPlayingAd()) {
-        if (const VLM_AD_METADATA_T *metadata = wsreply::adMetadata(m_adMetadata_handle.get())) {
-            // ASCII here, UTF-8 in the history row (deliberate).
-            ui->songLabel->setText(cut(QString::fromLatin1(metadata->title), labelLength));
-            ui->artistLabel->setText(cut(QString::fromUtf8(metadata->adLine2), labelLength));
-        }
+        // ASCII here, UTF-8 in the history row (deliberate).
+        if (const VLM_AD_METADATA_T *metadata = wsreply::adMetadata(m_adMetadata_handle.get()))
+            showEntryTexts(QString::fromLatin1(metadata->title), QString::fromUtf8(metadata->adLine2), QString(), true);
         return;
     }
     const VLM_TRACK_MAP_T *track = playlistcursor::track(m_playlist, index);
@@ -109,31 +134,50 @@ void VelmoraMainDlg::updatePlaybackInfo()
         qDebug("VelmoraMainDlg,updatePlaybackInfo,p_trackMap is NULL");
         return;
     }
-    ui->songLabel->setText(cut(QString::fromUtf8(track->songName), labelLength));
-    ui->artistLabel->setText(cut(QString::fromUtf8(track->artistName), labelLength));
-    ui->albumLabel->setText(cut(QString::fromUtf8(track->albumName), labelLength));
+    showEntryTexts(QString::fromUtf8(track->songName), QString::fromUtf8(track->artistName),
+                   QString::fromUtf8(track->albumName), false);
     if (track->songRating == 1) {
         trackhistory::setThumbOfRow(m_historyThumbs, 0, ui->playListWidget->count(), trackhistory::ThumbUp);
         showPlaylistHistorythumb(0);
     } else {
         ui->playlistthumb->hide();
     }
+    showCoverThumb();
+}
+
+// A caption without a value is not shown, nor is an ad's second line called an artist.
+void VelmoraMainDlg::showEntryTexts(const QString &song, const QString &artist, const QString &album, bool isAd)
+{
+    ui->songLabel->setText(cutText(song, labelLength));
+    balanceLines(ui->songLabel);
+    ui->artistLabel->setText(cutText(artist, labelLength));
+    ui->artistLabel->setGeometry(isAd ? adTextPlace : artistPlace);
+    ui->albumLabel->setText(cutText(album, labelLength));
+    const bool hasArtist = !artist.isEmpty() && !isAd;
+    ui->artistIconLabel->setVisible(hasArtist);
+    ui->artistCaptionLabel->setVisible(hasArtist);
+    ui->albumIconLabel->setVisible(!album.isEmpty());
+    ui->albumCaptionLabel->setVisible(!album.isEmpty());
+    ui->adLabel->setVisible(isAd);
 }
 
 void VelmoraMainDlg::showStationLine()
 {
     const int row = m_playing_station_info_t.selectedStationIndex;
     ui->stationNameLabel->setText(row == 0 ? stationRowText(0)
-                                           : cut(stationrecord::name(stationOfRow(row)), labelLength));
-    ui->stationIconLabel->setStyleSheet(
-        QStringLiteral("border-image: url(%1);")
-            .arg(QLatin1String(stationrecord::iconPath(stationrecord::kindOfRow(row, m_stationInfoList), true))));
+                                           : cutText(stationrecord::name(stationOfRow(row)), labelLength));
+    ui->stationIconLabel->show();
+    ui->stationCaptionLabel->show();
+    ui->stationIconLabel->setStyleSheet(QStringLiteral("border-image: url(%1);")
+                                            .arg(QLatin1String(stationrecord::iconPath(
+                                                stationrecord::kindOfRow(row, m_stationInfoList), !m_isPaused))));
 }
 
 // ---- history
 
 void VelmoraMainDlg::addPlaylistItem(QString text)
 {
+    qDebug("VelmoraMainDlg,addPlaylistItem,count=%d.", ui->playListWidget->count());
     ImageListWidget *list = ui->playListWidget;
     list->clearBg(list->currentItem());
     if (trackhistory::makeRoom(m_historyThumbs, list->count()))
@@ -152,17 +196,20 @@ void VelmoraMainDlg::addPlaylistItem(QString text)
     ui->albumPicLabel->setStyleSheet(QStringLiteral("border-image: url(:/images/NoThumbnail.png);"));
     showPlaylistNum(0);
     showPlaylistHistorythumb(0);
-    if (m_focusPosition == focusring::History && m_isFocusable && !m_isErrorMsg)
+    showCoverThumb();
+    if (m_focusPosition == focusring::History && screencover::mayLookFocused(cover()))
         showFocused(m_focusPosition);
 }
 
 void VelmoraMainDlg::showPlaylistNum(int index)
 {
+    qDebug("VelmoraMainDlg,showPlaylistNum,index=%d.", index);
     ui->playlistNumLabel->setText(QStringLiteral("%1/%2").arg(index + 1).arg(ui->playListWidget->count()));
 }
 
 void VelmoraMainDlg::showPlaylistHistorythumb(int index)
 {
+    qDebug("VelmoraMainDlg,showPlaylistHistorythumb,index=%d.", index);
     const int thumb = trackhistory::thumbOfRow(m_historyThumbs, index, ui->playListWidget->count());
     if (thumb == trackhistory::ThumbDown)
         ui->playlistthumb->setStyleSheet(QStringLiteral("border-image: url(:/images/ThumbsDown_Enable.png);"));
@@ -171,10 +218,22 @@ void VelmoraMainDlg::showPlaylistHistorythumb(int index)
     ui->playlistthumb->setVisible(thumb != trackhistory::NoThumb);
 }
 
+// The thumb of what plays, also while another row of the history is current.
+void VelmoraMainDlg::showCoverThumb()
+{
+    const int thumb = trackhistory::thumbOfRow(m_historyThumbs, 0, ui->playListWidget->count());
+    ui->coverThumbLabel->setStyleSheet(QStringLiteral("border-image: url(:/images/%1);")
+                                           .arg(thumb == trackhistory::ThumbDown
+                                                    ? QStringLiteral("ThumbsDown_Enable.png")
+                                                    : QStringLiteral("ThumbsUp_Enable.png")));
+    ui->coverThumbLabel->setVisible(thumb != trackhistory::NoThumb);
+}
+
 // ---- times
 
 void VelmoraMainDlg::updateTotalTime(int hours, int mins, int secs)
 {
+    qDebug("VelmoraMainDlg,updateTotalTime,hours=%d,mins=%d,secs=%d.", hours, mins, secs);
     m_strTotalTime = nowplayingtext::time(hours, mins, secs);
     m_totalSeconds = hours * 3600 + mins * 60 + secs;
     ui->totalTimeLabel->setText(m_strTotalTime);
@@ -183,17 +242,20 @@ void VelmoraMainDlg::updateTotalTime(int hours, int mins, int secs)
 
 void VelmoraMainDlg::updateCurrentTime(int hours, int mins, int secs)
 {
+    qDebug("VelmoraMainDlg,updateCurrentTime,hours=%d,mins=%d,secs=%d.", hours, mins, secs);
     ui->currentTimeLabel->setText(nowplayingtext::time(hours, mins, secs) + QStringLiteral(" /"));
     emit signalUpdatePlaybackinfo(1, hours, mins, secs);
 }
 
 void VelmoraMainDlg::updateProgressBar(int percent)
 {
+    qDebug("VelmoraMainDlg,updateProgressBar,percent=%d.", percent);
     ui->nowplayingProgressBar->setValue(percent);
 }
 
 void VelmoraMainDlg::initPlaybackInfoByStop()
 {
+    qDebug("VelmoraMainDlg,initPlaybackInfoByStop...");
     emit signalUpdatePlaybackinfo(2, 2, 0, 0);
     updateCurrentTime(0, 0, 0);
     if (ui->nowplayingProgressBar->value() != 0)
@@ -204,6 +266,7 @@ void VelmoraMainDlg::initPlaybackInfoByStop()
 
 void VelmoraMainDlg::downloadPicfromVelmora(char *pcUrl)
 {
+    qDebug("VelmoraMainDlg,downloadPicfromVelmora,hasUrl=%d.", pcUrl && *pcUrl);
     m_isDownloadExpected = pcUrl && *pcUrl;
     if (m_isDownloadExpected)
         m_download->resquestDownload(pcUrl);
@@ -212,13 +275,13 @@ void VelmoraMainDlg::downloadPicfromVelmora(char *pcUrl)
 void VelmoraMainDlg::responseDownloadDone(int result, QString strInfo)
 {
     qDebug("VelmoraMainDlg,responseDownloadDone,result=%d.", result);
+    m_playing_station_info_t.download_info_t.result = result;
+    m_playing_station_info_t.download_info_t.strInfo = strInfo;
     if (!m_isDownloadExpected) {
-        qDebug("VelmoraMainDlg,responseDownloadDone,not expected any more.");
+        qDebug("VelmoraMainDlg,responseDownloadDone,not expected any more."); // the picture of an entry before
         return;
     }
     m_isDownloadExpected = false;
-    m_playing_station_info_t.download_info_t.result = result;
-    m_playing_station_info_t.download_info_t.strInfo = strInfo;
     if (result < 0)
         return;
     const QPixmap picture = picturefile::load(strInfo, ui->albumPicLabel->size() * devicePixelRatioF());
@@ -232,6 +295,7 @@ void VelmoraMainDlg::responseDownloadDone(int result, QString strInfo)
 
 void VelmoraMainDlg::updatePlaylistItem()
 {
+    qDebug("VelmoraMainDlg,updatePlaylistItem...");
     const auto &download = m_playing_station_info_t.download_info_t;
     if (download.result >= 0 && !download.strInfo.isEmpty())
         showHistoryIcon(picturefile::load(download.strInfo, ui->albumPicLabel->size() * devicePixelRatioF()));
@@ -253,39 +317,47 @@ void VelmoraMainDlg::showHistoryIcon(const QPixmap &picture)
 
 void VelmoraMainDlg::handlePlayOk()
 {
-    m_isPaused = false;
+    qDebug("VelmoraMainDlg,handlePlayOk...");
     emit signalUpdatePlaybackinfo(2, 0, 0, 0);
-    showPlayPicture("Pause.png");
+    showPaused(false);
 }
 
 void VelmoraMainDlg::handlePauseOk()
 {
-    m_isPaused = true;
+    qDebug("VelmoraMainDlg,handlePauseOk...");
     emit signalUpdatePlaybackinfo(2, 1, 0, 0);
-    showPlayPicture("Play.png");
+    showPaused(true);
 }
 
-// The action that a press would do; the text stays white with and without focus.
-void VelmoraMainDlg::showPlayPicture(const char *picture)
+// The button shows the action that a press would do; its text stays white with and without focus. Mint means sound: in
+// a pause the bar and the marks of the station are without it.
+void VelmoraMainDlg::showPaused(bool isPaused)
 {
-    const QString name = QString::fromLatin1(picture);
+    m_isPaused = isPaused;
+    ui->nowplayingProgressBar->setMuted(isPaused);
+    if (!ui->stationNameLabel->text().isEmpty())
+        showStationLine();
+    if (isPaused != m_isPlayingRowPlain)
+        showStationIcon(m_playing_station_info_t.selectedStationIndex, !isPaused);
+    m_isPlayingRowPlain = isPaused;
+    const QString name = isPaused ? QStringLiteral("Play.png") : QStringLiteral("Pause.png");
     ui->playIconLabel->setStyleSheet(
         QStringLiteral("background-color: rgba(255, 255, 255, 0);\nborder-image: url(:/images/%1);").arg(name));
     ui->playBtn->setStyleSheet(
         QStringLiteral("image: url(:/images/%1);\nborder-image: url(:/images/%2);\ncolor: rgb(255, 255, 255);\n"
                        "border-with: 5px;")
-            .arg(name, ui->playBtn->hasFocus() ? QStringLiteral("Button_F.png") : QStringLiteral("Button_N.png")));
+            .arg(name, focusWidget() == ui->playBtn ? QStringLiteral("Button_F.png") : QStringLiteral("Button_N.png")));
 }
 
 // ---- the panel slides in
 
 void VelmoraMainDlg::movePlaybackWidget()
 {
+    qDebug("VelmoraMainDlg,movePlaybackWidget...");
     QWidget *panel = ui->playbackControlWidget;
     panel->move(panelOutside);
     panel->raise(); // it passes over the history
-    delete m_playbackAnimation;
-    m_playbackAnimation = new QPropertyAnimation(panel, "geometry");
+    m_playbackAnimation = std::make_unique<QPropertyAnimation>(panel, "geometry");
     m_playbackAnimation->setDuration(slideMs);
     m_playbackAnimation->setStartValue(QRect(panelOutside, panel->size()));
     m_playbackAnimation->setEndValue(QRect(panelInside, panel->size()));

@@ -7,12 +7,20 @@ namespace {
 constexpr QColor track(58, 38, 80);
 constexpr QColor mintLeft(0x2F, 0xBF, 0x95);
 constexpr QColor mintRight(0x7C, 0xEF, 0xCB);
+constexpr QColor mutedLeft(0x8E, 0x6F, 0xAE);
+constexpr QColor mutedRight(0xB5, 0x9D, 0xCC);
 
 } // namespace
 
 RoundProgressBar::RoundProgressBar(QWidget *parent)
     : QProgressBar(parent)
 {
+}
+
+void RoundProgressBar::setMuted(bool isMuted)
+{
+    m_isMuted = isMuted;
+    update();
 }
 
 void RoundProgressBar::paintEvent(QPaintEvent *)
@@ -29,9 +37,9 @@ void RoundProgressBar::paintEvent(QPaintEvent *)
         return;
     // Round at both ends from the first moment: never shorter than a dot.
     const qreal length = qMax(whole.width() * (value() - minimum()) / range, whole.height());
-    QLinearGradient mint(0, 0, length, 0);
-    mint.setColorAt(0, mintLeft);
-    mint.setColorAt(1, mintRight);
-    painter.setBrush(mint);
+    QLinearGradient lit(0, 0, length, 0);
+    lit.setColorAt(0, m_isMuted ? mutedLeft : mintLeft);
+    lit.setColorAt(1, m_isMuted ? mutedRight : mintRight);
+    painter.setBrush(lit);
     painter.drawRoundedRect(QRectF(0, 0, length, whole.height()), radius, radius);
 }

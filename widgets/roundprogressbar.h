@@ -8,6 +8,11 @@ class RoundProgressBar : public QProgressBar {
 public:
     explicit RoundProgressBar(QWidget *parent = nullptr);
 
+    void setMuted(bool isMuted); // without the colour of sound: paused
+
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool m_isMuted = false;
 };

@@ -120,12 +120,15 @@ private slots:
         QCOMPARE(rig.service.ws.last(VLM_WS_MSGID_ADD_FEEDBACK).params.at(0).toInt(), 1);
         rig.answer(VLM_WS_MSGID_ADD_FEEDBACK, VLM_WS_ERR_OK);
         QVERIFY(rig.hasThumb("ThumbsUp_Enable.png"));
+        const auto *onCover = screentest::childWidget(rig.player, "coverThumbLabel");
+        QVERIFY(onCover->isVisible() && onCover->styleSheet().contains("ThumbsUp_Enable.png"));
         QCOMPARE(FakePlayback::urls.size(), 1); // it plays on
         QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 1);
         rig.key(screentest::Red);
         QCOMPARE(rig.service.ws.last(VLM_WS_MSGID_ADD_FEEDBACK).params.at(0).toInt(), 0);
         rig.answer(VLM_WS_MSGID_ADD_FEEDBACK, VLM_WS_ERR_OK);
         QVERIFY(rig.hasThumb("ThumbsDown_Enable.png"));
+        QVERIFY(onCover->styleSheet().contains("ThumbsDown_Enable.png"));
         QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2); // a fresh playlist
         QCOMPARE(rig.skipsLeft("b"), 5);
     }
@@ -182,6 +185,9 @@ private slots:
         rig.finishTrack(); // the next track change fetches a fresh playlist
         QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2);
         QCOMPARE(FakePlayback::urls.size(), 1);
+        rig.startTracks(2); // and plays it
+        QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2);
+        QCOMPARE(FakePlayback::urls.size(), 2);
     }
 
     void theSkipIsBookedOnTheStationThatWasRated()
@@ -205,6 +211,7 @@ private slots:
         QVERIFY(!rig.hasThumb());
         rig.history()->setCurrentRow(1);
         QVERIFY(rig.hasThumb("ThumbsDown_Enable.png"));
+        QVERIFY(!screentest::childWidget(rig.player, "coverThumbLabel")->isVisible());
     }
 
     void bookmarksAreConfirmed()

@@ -81,7 +81,10 @@ private slots:
         rig.history()->setCurrentRow(29);
         QVERIFY(rig.hasThumb());
         QCOMPARE(rig.text("playlistNumLabel"), QStringLiteral("30/30"));
+        const QString newest = rig.history()->item(0)->text();
         playNext(rig);
+        QCOMPARE(rig.history()->item(0)->text(), rig.text("songLabel"));
+        QCOMPARE(rig.history()->item(1)->text(), newest); // the oldest has gone
         QCOMPARE(rig.history()->count(), 30);
         QCOMPARE(rig.text("playlistNumLabel"), QStringLiteral("1/30"));
         QVERIFY(!rig.hasThumb());

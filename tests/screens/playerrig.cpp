@@ -15,17 +15,17 @@ PlayerPort *PlayerScreens::player()
     return VelmoraMainDlg::getInstance();
 }
 
-VelmoraParentWidget *PlayerScreens::trackMenu(QWidget *parent)
+TrackMenuDialog *PlayerScreens::trackMenu(QWidget *parent)
 {
     return new MenuDlg(parent);
 }
 
-VelmoraParentWidget *PlayerScreens::about(QWidget *parent)
+PlayerDialog *PlayerScreens::about(QWidget *parent)
 {
     return new AboutDlg(parent);
 }
 
-VelmoraParentWidget *PlayerScreens::why(const QString &text, QWidget *parent)
+PlayerDialog *PlayerScreens::why(const QString &text, QWidget *parent)
 {
     return new WhyDlg(text, parent);
 }
@@ -37,6 +37,7 @@ PlayerRig::PlayerRig(const QByteArray &lastStation)
     if (qApp->styleSheet().isEmpty() && style.open(QIODevice::ReadOnly))
         qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
     FakePlayback::reset();
+    FakePlayback::setBuffer(0, 5000); // between the water lines: the timer changes nothing by itself
     FakeDownload::reset();
     FakeIpc::reset();
     QFile::remove(device::settingsFile());
