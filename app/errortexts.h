@@ -1,7 +1,7 @@
 #pragma once
 
-// What a result code of the station service means to the listener: which words, and what becomes of the screen. Codes
-// are the values of VLM_WS_EXT_ERRCODE_T. Plain values; any thread.
+// Maps a result code of the station service to its message and to the reaction of the screen. Codes are the values of
+// VLM_WS_EXT_ERRCODE_T. Plain values; any thread.
 namespace errortexts {
 
 struct ErrorText {
@@ -11,7 +11,7 @@ struct ErrorText {
 ErrorText textOf(int code);
 bool hasText(int code);
 
-// Who asks. The same code ends one screen and leaves another usable.
+// The screen that asks: the same code ends one screen and leaves another usable.
 enum class Place {
     Player,  // player screen, create station, rename station
     Loading, // automatic login
@@ -22,7 +22,7 @@ enum class Reaction {
     Stay,         // show the words, the screen goes on
     SignOut,      // show the words, then sign out
     Leave,        // show the words, then leave the application
-    SelectAccount // no words: on to the account selection
+    SelectAccount // no message: on to the account selection
 };
 Reaction reactionTo(int code, Place place); // code other than 0
 

@@ -115,7 +115,7 @@ void VelmoraParentWidget::NohandleTimeOut()
     const int state = playback ? playback->getPbcState() : int(PLAYBACK_STATE_STOPPED);
     m_idleTimer->stop();
     if (isCovered())
-        return; // the screen on top asks; this one's timer starts again when it is shown
+        return; // the screen on top asks; this timer is restarted when this screen is shown again
     // A paused track counts as going on: the water line pauses it as well as the listener.
     if (m_isAnimation || (state != PLAYBACK_STATE_PLAYING && state != PLAYBACK_STATE_PAUSED)) {
         m_idleTimer->start(IdleRepeatMs);
@@ -128,7 +128,7 @@ void VelmoraParentWidget::NohandleTimeOut()
     const bool isYes = showMsgbox(MSG_QUESTION, tr("    Are you still there ? ")) != 0;
     if (!self)
         return;
-    // Another box, which took this one's place, was answered: somebody is there. Not so when the radio is about to end.
+    // Another box replaced the question: the music goes on, unless the application is about to end.
     const bool isReplaced = m_isBoxDestroyed;
     if (isReplaced && (isEixt || m_isExitGranted || m_isErrorMsg))
         return;
@@ -140,7 +140,7 @@ void VelmoraParentWidget::NohandleTimeOut()
     }
 }
 
-// Another screen shows in the place of this one, as a station dialog does in the place of the player.
+// True when another screen is shown in place of this one, as a station dialog is in place of the player.
 bool VelmoraParentWidget::isCovered() const
 {
     const QList<VelmoraParentWidget *> all = screens();

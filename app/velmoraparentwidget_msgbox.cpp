@@ -62,8 +62,8 @@ int VelmoraParentWidget::showMsgbox(int type, const QString &text)
     return result;
 }
 
-// Dims a full-screen dialog for as long as its box lives, so that the box is the only bright thing. A dialog that is
-// itself a card stays as it is, and so does a screen that is dimmed already.
+// Dims a full-screen dialog while its box is open, so that the box is the only bright thing. Dialogs that are cards
+// themselves and screens that are dimmed already stay as they are.
 void VelmoraParentWidget::dimUnder(const QObject *box)
 {
     if (!isVisible() || width() < 1280 || m_shadow)

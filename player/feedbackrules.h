@@ -3,7 +3,8 @@
 #include <QString>
 #include <QStringList>
 
-// May the listener rate, put to sleep, bookmark or ask about the playing entry now, and which words are due if not.
+// Decides whether the listener may rate, put to sleep, bookmark or ask about the playing entry, and which message is
+// due if not.
 namespace feedbackrules {
 
 enum class Action { ThumbUp, ThumbDown, Sleep, BookmarkSong, BookmarkArtist, Explain };
@@ -12,7 +13,7 @@ struct Situation {
     bool isActionAllowed = true; // the root widget's check
     bool isPlayReady = true;
     bool isEntryValid = true; // index inside the playlist
-    bool isPermitted = true;  // no request of this kind is under way for this track
+    bool isPermitted = true;  // no request of this kind is pending for this track
     bool isAd = false;
     bool hasTrack = true; // the entry has its map
     bool isRatingAllowed = true;
@@ -22,7 +23,7 @@ enum class Verdict { Go, Ignore, NotForAds, NotForSharedStations };
 
 Verdict judge(Action action, const Situation &situation);
 
-// "A,B." and nothing for no traits.
+// "A,B."; an empty text for no traits.
 QString joinTraits(const QStringList &traits);
 
 } // namespace feedbackrules

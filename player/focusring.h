@@ -12,8 +12,8 @@ enum Position { None = -1, StationList = 2, History = 3, Menu = 4, Play = 5, Nex
 int neighbour(int position, bool isLeftToRight);
 bool isOnRing(int position);
 bool isList(int position);
-// The style sheet of a button; empty for what is none. `isPaused` matters for the play button only: it shows the play
-// picture then, and keeps its white text even when focused.
+// The style sheet of a button; empty for a position without one. `isPaused` matters for the play button only: it shows
+// the play picture then, and keeps its white text even when focused.
 QString buttonStyle(int position, bool isFocused, bool isPaused);
 
 } // namespace focusring

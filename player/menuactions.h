@@ -1,6 +1,6 @@
 #pragma once
 
-// What the indexes that the track menu reports stand for.
+// The meaning of the indexes that the track menu reports.
 namespace menuactions {
 
 enum class Action {

@@ -7,9 +7,9 @@ namespace playlistcursor {
 
 enum class Move {
     NoPlaylist,
-    FetchMore, // used up, or a fresh one was asked for
+    FetchMore, // the playlist is used up, or a fresh one is wanted
     StartAd,
-    BrokenTrack, // an entry without its map: stay where we are
+    BrokenTrack, // an entry without its map
     SkipTrack,   // no usable address
     StartTrack
 };
@@ -28,7 +28,7 @@ const VLM_TRACK_MAP_T *track(const VLM_WS_PLAYLIST_T *playlist, int index);
 const VLM_AD_MAP_T *ad(const VLM_WS_PLAYLIST_T *playlist, int index);
 bool isAd(const VLM_WS_PLAYLIST_T *playlist, int index);
 
-// The first 14 characters of both are the same (two nulls are the same too).
+// True when the first 14 characters of both are equal, or both are null.
 bool isInvalidUrl(const char *url, const char *marker);
 // An address that cannot be played: none, or the marker.
 bool isUnusable(const char *url, const char *marker);

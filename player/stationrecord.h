@@ -6,13 +6,13 @@
 
 #include <vector>
 
-// The player screen's own copies of station records, and what follows from them. List row 0 is always the Tapestry
+// The player screen's own copies of station records, and the rules that work on them. List row 0 is always the Tapestry
 // station, which has no record: row r > 0 shows record r - 1.
 namespace stationrecord {
 
 using List = std::vector<StationCopy>;
 
-// Names as ASCII, without regard to case. Equal names come in either order.
+// Compares the names as ASCII, ignoring case. The order of equal names is not defined.
 bool lessThan(const VLM_STATION_MAP_T *a, const VLM_STATION_MAP_T *b);
 
 QString token(const VLM_STATION_MAP_T *record); // empty for a null record or token

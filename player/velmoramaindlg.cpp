@@ -70,7 +70,7 @@ VelmoraMainDlg::~VelmoraMainDlg()
         m_instance = nullptr;
     if (existing() == this)
         setExisting(nullptr);
-    // Dialogs report their end to this screen, which must still be one then.
+    // Dialogs report their end to this screen while it is still complete.
     for (PlayerDialog *dialog : std::as_const(m_dialogs)) {
         dialog->disconnect(this);
         delete dialog;
@@ -100,7 +100,7 @@ void VelmoraMainDlg::showUserName()
     ui->userNameLabel->setText(settings.getLastLoginName());
 }
 
-// Closes the screen for good. It is deleted as soon as control is back in the event loop; until then it hears nothing.
+// Closes the screen for good. The event loop deletes it; until then it receives no signals.
 void VelmoraMainDlg::leave()
 {
     m_isGoing = true;
@@ -145,7 +145,7 @@ void VelmoraMainDlg::restartIdleTimer()
 
 void VelmoraMainDlg::signOutAfterError()
 {
-    m_isplayready = true; // a track that is being started holds up the listener's sign-out only
+    m_isplayready = true; // a starting track delays only the sign-out that the listener asks for
     signout();
 }
 
@@ -186,10 +186,10 @@ bool VelmoraMainDlg::reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fall
         emit signalFatalErr(e_ret);
     }
     showMsgbox(MSG_WARNING, text);
-    // A box that the network's loss or an exit took away has been answered by them.
+    // The loss of the network and the exit close the box and decide themselves how to go on.
     if (!self || m_isGoing || isEixt || m_isNetworkError)
         return false;
-    // A box that another one took away was not answered: the listener has not been told that the radio will end.
+    // Another box replaced this one: the listener has not confirmed the message, so the radio does not end.
     if (reaction == errortexts::Reaction::Leave && !isBoxDestroyed()) {
         emit signalExit(false, true);
         return false;
@@ -197,6 +197,6 @@ bool VelmoraMainDlg::reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fall
     resetFocus();
     if (reaction != errortexts::Reaction::SignOut)
         return true;
-    signOutAfterError(); // without its box too: this account gets nothing any more
+    signOutAfterError(); // also when the box was replaced: the service refuses this account from now on
     return false;
 }

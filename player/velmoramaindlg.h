@@ -138,7 +138,7 @@ public slots:
     void movePlaybackWidget();
 
     // --- velmoramaindlg_focus.cpp
-    void resetFocus(); // the keys go to the screen on top; this one shows its focus again, unless something covers it
+    void resetFocus(); // gives the keys to the screen on top, and this one its focus unless it is covered
     void menuSong();
     void hanleMenuOp(int index); // spelled so
     void showAboutVelmora();
@@ -169,11 +169,13 @@ private:
     // --- velmoramaindlg.cpp
     void showUserName();
     void leave();
-    // Takes the focus off, shows a warning unless a fatal message is up, gives the focus back. False: this has gone.
+    // Takes the focus off, shows a warning unless a fatal message is up, gives the focus back. False: this screen is
+    // gone.
     bool warn(const QString &text);
-    // A message, unless a fatal one is up, and the end of the radio.
+    // Shows a message, unless a fatal one is up, and then leaves the application.
     void showAndLeave(int type, const QString &text);
-    // The reaction to a failed completion. True: the screen goes on; false: it ends or has gone.
+    // Shows the message of a failed completion and does what the code demands. True: the screen goes on; false: it ends
+    // or is gone.
     bool reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fallback);
 
     // --- stations
@@ -236,11 +238,11 @@ private:
     const VLM_WS_PLAYLIST_T *m_playlist = nullptr; // of that handle
     WsHandle m_adMetadata_handle;
     bool m_isplayready = true;        // false from the start of a track until its play result
-    bool m_isFeedbackBusy = false;    // a thumbs up is on its way: track changes wait
-    bool m_isPlayPending = false;     // one does
+    bool m_isFeedbackBusy = false;    // a thumbs up waits for its reply: track changes wait too
+    bool m_isPlayPending = false;     // a track change waits for that reply
     bool m_isNeedNewPlaylist = false; // the next track change fetches a fresh playlist
     bool m_isAdMetadataDone = false;
-    bool m_isEntryUnstarted = false; // the entry could not be asked for; true until the next track change
+    bool m_isEntryUnstarted = false; // the request for the entry failed; until the next track change
     bool m_isPlayURLOk = false;
     bool m_isPaused = false; // the play button shows the play picture
     bool m_isLowWater = true;
@@ -253,22 +255,23 @@ private:
 
     // --- feedback
     void wireFeedback();
-    // The track that the action is about; null when it must not go on, which has been said where words are due.
+    // The track that the action is about. Null when the action is refused; a message has been shown where one is due.
     const VLM_TRACK_MAP_T *trackForAction(feedbackrules::Action action, bool isPermitted);
     void bookmark(bool isArtist);
-    // After a request. True: sent, and the animation shows. False: refused, and said so; this may have gone.
+    // Evaluates the result of a request. True: sent, and the animation shows. False: not sent, `refusal` was shown;
+    // this screen may be gone.
     bool wasSent(VLM_WS_EXT_ERRCODE_T ret, HANDLE_T h_handle, const QString &animation, const QString &refusal);
     void feedbackSucceeded(bool isUp);
     void setRatedRowsThumb(trackhistory::Thumb thumb);
     void showExplanation(const QString &text);
     static QString skipLimitText();
-    // Books a skip that was performed; an empty token books nothing.
+    // Counts a skip that was performed; an empty token counts nothing.
     static void recordSkip(const QString &stationToken);
 
     bool m_isExplanationOpen = false;
-    QString m_feedbackSkipToken; // station that the thumbs down under way will skip on; empty: none
-    QString m_sleepSkipToken;    // the same for a sleep
-    int m_ratedRow = 0;          // history row of the track whose rating is under way
+    QString m_feedbackSkipToken; // station whose skip the pending thumbs down will use; empty: none
+    QString m_sleepSkipToken;    // the same for a pending sleep
+    int m_ratedRow = 0;          // history row of the track whose rating is pending
 
     // --- now playing
     void wireNowPlaying();
@@ -286,7 +289,7 @@ private:
     std::unique_ptr<QPropertyAnimation> m_playbackAnimation; // null: has not run yet
     std::unique_ptr<netcommon::HttpDownload> m_download;
     bool m_isDownloadExpected = false;
-    bool m_isPlayingRowPlain = false; // the playing station's row lost its mint in a pause
+    bool m_isPlayingRowPlain = false; // a pause took the mint from the icon of the playing row
 
     // --- focus
     void wireFocus();
@@ -309,9 +312,9 @@ private:
 
     // --- manage
     void wireManage();
-    // The row that a menu action is about; -1 when it is the Tapestry row, which `refusal` then says, or when this has
+    // The row that a menu action is about. -1 for the Tapestry row, after showing `refusal`, or when this screen is
     // gone.
     int ownStationRow(const QString &refusal);
-    bool confirm(const QString &question); // false also when this has gone or the box was taken away
+    bool confirm(const QString &question); // false also when this screen is gone or the box was closed unanswered
     void continueAfterDeletion(int row);
 };

@@ -106,7 +106,7 @@ void VelmoraMainDlg::thumbDownSong()
     const VLM_TRACK_MAP_T *track = trackForAction(Action::ThumbDown, m_playing_song_info_t.isThumbDownAble);
     if (!track)
         return;
-    // The rating is sent also when no skip is left; the track then plays on.
+    // The rating is sent even when no skip is left; then the track plays on.
     m_feedbackSkipToken = m_strCurrentStationToken;
     if (!m_strCurrentStationToken.isEmpty() &&
         !VelmoraNextLimit::getInstance()->isAllowedNext(m_strCurrentStationToken))
@@ -122,7 +122,7 @@ void VelmoraMainDlg::thumbDownSong()
     m_ratedRow = 0;
 }
 
-// A thumbs up and a thumbs down look alike here: the busy flag tells them apart.
+// The reply does not say whether it belongs to a thumbs up or a thumbs down: the busy flag does.
 void VelmoraMainDlg::addFeedbackDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
     const WsHandle handle(h_handle);
@@ -140,7 +140,7 @@ void VelmoraMainDlg::addFeedbackDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_r
     }
     if (reportError(e_ret, tr("Add feedback failed ,you could try again!")) && m_isPlayPending) {
         m_isPlayPending = false;
-        emit signalPlaySong(); // or the playback would stand still
+        emit signalPlaySong(); // otherwise nothing would start the next track
     }
 }
 
@@ -162,7 +162,7 @@ void VelmoraMainDlg::feedbackSucceeded(bool isUp)
     }
 }
 
-// The newest row, unless tracks were added while the reply was on its way.
+// The rated row is the newest one unless tracks were added before the reply arrived.
 void VelmoraMainDlg::setRatedRowsThumb(trackhistory::Thumb thumb)
 {
     trackhistory::setThumbOfRow(m_historyThumbs, m_ratedRow, ui->playListWidget->count(), thumb);

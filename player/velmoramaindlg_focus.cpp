@@ -25,7 +25,7 @@ constexpr int ringPositions[] = {focusring::StationList, focusring::History,   f
 
 void VelmoraMainDlg::wireFocus()
 {
-    // A button keeps its Select release for itself: the idle timer is restarted here instead of by the key.
+    // A button consumes the release of Select, so its click restarts the idle timer.
     for (const int position : ringPositions)
         if (QPushButton *button = buttonAt(position))
             connect(button, &QPushButton::clicked, this, &VelmoraMainDlg::restartIdleTimer);
@@ -86,7 +86,7 @@ void VelmoraMainDlg::moveFocusTo(int position)
     showFocused(position);
 }
 
-// While the buffering animation shows, the keyboard stays with it, and nothing looks focused.
+// The buffering animation keeps the keyboard, and no control looks focused while it shows.
 void VelmoraMainDlg::showFocused(int position)
 {
     if (isAnimationShown())
@@ -167,7 +167,7 @@ screencover::Cover VelmoraMainDlg::cover() const
     return cover;
 }
 
-// A mouse takes the focus by itself: the ring follows.
+// A mouse click moves the focus by itself; the ring follows.
 bool VelmoraMainDlg::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason)
@@ -182,7 +182,7 @@ void VelmoraMainDlg::showEvent(QShowEvent *event)
     VelmoraParentWidget::showEvent(event);
     if (!m_wasShown) {
         m_wasShown = true;
-        QPixmapCache::clear(); // large pictures of the screens that led here would stay for a minute
+        QPixmapCache::clear(); // it would keep large pictures of the previous screens for a minute
         emit signalMovePlaybackWidget();
     }
     resetFocus(false);

@@ -140,7 +140,7 @@ void VelmoraMainDlg::deleteStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e
     m_playing_station_info_t.deleteStationIndex = stationrecord::rowAfterDeletion(row, list->count());
     const bool wasPlaying = row == m_playing_station_info_t.selectedStationIndex;
     if (list->count() == 2) {
-        // A listener must own a station: the player goes, and a station is created at once.
+        // A listener must own a station: the player closes, and the creation screen opens.
         if (wasPlaying)
             stopFilePlay();
         leave();

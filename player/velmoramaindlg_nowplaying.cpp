@@ -32,7 +32,7 @@ QIcon sameWhenSelected(const QPixmap &picture)
     return icon;
 }
 
-// With a thin light edge: a dark picture would run into the dark screen.
+// Draws a thin light edge, so that a dark picture stands out from the dark screen.
 QPixmap framed(QPixmap picture, qreal ratio)
 {
     QPainter painter(&picture);
@@ -41,8 +41,8 @@ QPixmap framed(QPixmap picture, qreal ratio)
     return picture;
 }
 
-// Gives the label the narrowest width at which its text needs no more lines: none of them is much shorter than the
-// others, and no word stands alone on the last one.
+// Narrows the text to the smallest width that needs the same number of lines: the lines become about equally long, and
+// the last word does not stand alone.
 void balanceLines(QLabel *label)
 {
     label->setContentsMargins(0, 0, 0, 0);
@@ -145,7 +145,7 @@ void VelmoraMainDlg::updatePlaybackInfo()
     showCoverThumb();
 }
 
-// A caption without a value is not shown, nor is an ad's second line called an artist.
+// Hides captions without a value, and the artist caption of an ad, whose second line is no artist.
 void VelmoraMainDlg::showEntryTexts(const QString &song, const QString &artist, const QString &album, bool isAd)
 {
     ui->songLabel->setText(cutText(song, labelLength));
@@ -218,7 +218,7 @@ void VelmoraMainDlg::showPlaylistHistorythumb(int index)
     ui->playlistthumb->setVisible(thumb != trackhistory::NoThumb);
 }
 
-// The thumb of what plays, also while another row of the history is current.
+// Shows the thumb of the newest entry, whatever row of the history is current.
 void VelmoraMainDlg::showCoverThumb()
 {
     const int thumb = trackhistory::thumbOfRow(m_historyThumbs, 0, ui->playListWidget->count());
@@ -278,7 +278,7 @@ void VelmoraMainDlg::responseDownloadDone(int result, QString strInfo)
     m_playing_station_info_t.download_info_t.result = result;
     m_playing_station_info_t.download_info_t.strInfo = strInfo;
     if (!m_isDownloadExpected) {
-        qDebug("VelmoraMainDlg,responseDownloadDone,not expected any more."); // the picture of an entry before
+        qDebug("VelmoraMainDlg,responseDownloadDone,not expected any more."); // it belongs to an earlier entry
         return;
     }
     m_isDownloadExpected = false;
@@ -329,8 +329,8 @@ void VelmoraMainDlg::handlePauseOk()
     showPaused(true);
 }
 
-// The button shows the action that a press would do; its text stays white with and without focus. Mint means sound: in
-// a pause the bar and the marks of the station are without it.
+// The button shows the action that a press would do; its text stays white with and without focus. Mint stands for
+// sound: the progress bar and the icons of the station lose it while paused.
 void VelmoraMainDlg::showPaused(bool isPaused)
 {
     m_isPaused = isPaused;

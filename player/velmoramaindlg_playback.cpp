@@ -88,7 +88,7 @@ int VelmoraMainDlg::gotoPlaySong()
         return VELMORA_APP_INVALID;
     case Move::SkipTrack:
         m_playing_song_info_t.playingSongIndex = next.index;
-        emit signalPlaySong(); // shows the animation if anything is being started
+        emit signalPlaySong(); // starts the next entry, which shows the animation
         break;
     case Move::StartTrack:
         m_playing_song_info_t.playingSongIndex = next.index;
@@ -100,8 +100,8 @@ int VelmoraMainDlg::gotoPlaySong()
     return VELMORA_APP_DONE;
 }
 
-// There is no playlist, or a broken one. What still sounds ends, the screen looks stopped, and Select on any station,
-// also on the one that was chosen last, asks for a playlist.
+// Called when there is no usable playlist. Stops the sound, shows the screen as stopped, and forgets the station, so
+// that Select on any row, the same one included, requests a playlist.
 void VelmoraMainDlg::endPlayback()
 {
     stopFilePlay();
@@ -111,8 +111,7 @@ void VelmoraMainDlg::endPlayback()
     showPaused(true);
 }
 
-// Nothing plays until the listener moves on: play and pause go to the next entry, as at the end of a track, and so does
-// next.
+// The entry cannot be started, and nothing plays. Play, pause and next go to the next entry.
 void VelmoraMainDlg::leaveEntryUnstarted()
 {
     m_isEntryUnstarted = true;
@@ -161,7 +160,7 @@ void VelmoraMainDlg::playResult(int ret)
             resetFocus(false);
             if (isPlayingAd() && !m_isAdMetadataDone) {
                 qDebug("VelmoraMainDlg,playResult,getmetadata not done!");
-                return; // the timer stays off (deliberate): the metadata's arrival starts the file anew
+                return; // the timer stays off (deliberate): the metadata will start the file
             }
             showStartedEntry();
         }
@@ -203,12 +202,12 @@ void VelmoraMainDlg::showStartedEntry()
         emit signalDownLoadPic(metadata->imageUrl);
         m_isAdMetadataDone = false;
     } else {
-        return; // of a playlist that was given up meanwhile
+        return; // the result belongs to a playlist that was replaced
     }
     initPlaybackInfo();
     updatePlaybackInfo();
     if (screencover::mayLookFocused(cover()))
-        showFocused(m_focusPosition); // the play button was given its plain look
+        showFocused(m_focusPosition); // initPlaybackInfo() gave the play button its normal style
 }
 
 void VelmoraMainDlg::slotGotoPlayNextSong()
@@ -301,7 +300,7 @@ int VelmoraMainDlg::nextSong()
         return VELMORA_APP_INVALID;
     }
     if (m_isEntryUnstarted) {
-        emit signalPlaySong(); // nothing was heard: no skip is booked
+        emit signalPlaySong(); // nothing was heard, so this does not count as a skip
         return VELMORA_APP_DONE;
     }
     if (isPlayingAd()) {
@@ -313,7 +312,7 @@ int VelmoraMainDlg::nextSong()
         qDebug("VelmoraMainDlg,nextSong,invaild state,can not be skip.");
         return VELMORA_APP_INVALID;
     }
-    // A track change that waits already is this skip: it was allowed and booked then.
+    // While a track change is pending, another skip joins it: the limiter has counted that change already.
     const bool isCounted = !m_strCurrentStationToken.isEmpty() && !m_isPlayPending;
     if (isCounted && !VelmoraNextLimit::getInstance()->isAllowedNext(m_strCurrentStationToken)) {
         warn(skipLimitText());

@@ -24,7 +24,7 @@ int VelmoraMainDlg::getPlayListNormal()
     return requestPlaylist(stationOfRow(m_playing_station_info_t.selectedStationIndex), false);
 }
 
-// What plays goes on until the reply.
+// The current track keeps sounding until the reply arrives.
 int VelmoraMainDlg::requestPlaylist(const VLM_STATION_MAP_T *station, bool isChosen)
 {
     controlAnimation(true);
@@ -100,7 +100,7 @@ void VelmoraMainDlg::getPlayListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_r
 
 // ---- ads
 
-// Starts entry `index`, an ad: its address comes with its metadata.
+// Starts entry `index`, an ad. Its address comes with its metadata.
 void VelmoraMainDlg::getAdMetaData(int index)
 {
     qDebug("VelmoraMainDlg,getAdMetaData,index=%d.", index);
@@ -131,7 +131,7 @@ void VelmoraMainDlg::getAdMetadataDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e
     if (isFatalMessageUp())
         return;
     m_isAdMetadataDone = true;
-    const bool isLate = !isPlayingAd(); // the listener has gone to another station meanwhile
+    const bool isLate = !isPlayingAd(); // the listener has chosen another station since the request
     if (e_ret != VLM_WS_ERR_OK) {
         handle.reset();
         if (reportError(e_ret, tr("Get track data failed.Please try later!")) && !isLate)

@@ -39,7 +39,7 @@ void VelmoraMainDlg::fillupStationListBox_Ex(HANDLE_T h_handle, VLM_WS_EXT_ERRCO
         m_strCurrentStationToken.clear(); // the listener has to create a station; row 0 keeps the reply it has
         return;
     }
-    // The old reply, whose element 0 was row 0, goes when nothing reads it any more.
+    // The old reply is released at the end of this function: row 0 is read from it until then.
     std::swap(m_stationlist_handle, handle);
     fillStationInfoList(m_stationlist_handle.get());
     focusStation(fg_autoplay);
@@ -195,7 +195,7 @@ void VelmoraMainDlg::showStationIcon(int row, bool isPlaying)
         item->setIcon(cachedIcon(iconPath(stationrecord::kindOfRow(row, m_stationInfoList), isPlaying)));
 }
 
-// The same picture for selected rows, which would be tinted otherwise.
+// The selected mode gets the same picture; otherwise Qt tints it.
 const QIcon &VelmoraMainDlg::cachedIcon(const char *path)
 {
     QIcon &icon = m_icons[QByteArray(path)];
@@ -206,7 +206,7 @@ const QIcon &VelmoraMainDlg::cachedIcon(const char *path)
     return icon;
 }
 
-// The widget's current row counts, not the argument.
+// The argument is not used (deliberate): the widget's current row counts.
 void VelmoraMainDlg::showStationNum(int)
 {
     qDebug("VelmoraMainDlg,showStationNum...");

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// The check of the audio buffer, every 500 ms while a track plays: what one tick leads to. Under the low line the
-// stream is paused until it has passed the high one; between them nothing changes.
+// Decides what one check of the audio buffer, every 500 ms while a track plays, leads to. Below the low line the stream
+// is paused until the buffer has passed the high line; between the two nothing changes (hysteresis).
 namespace waterline {
 
 inline constexpr int tickMs = 500;
@@ -11,7 +11,7 @@ inline constexpr std::uint32_t lowMs = 3000;
 inline constexpr std::uint32_t highMs = 7000;
 inline constexpr int patience = 599; // ticks under the low line; one more gives up
 
-// What the player screen keeps between two ticks.
+// State that the player screen keeps between two ticks.
 struct State {
     bool isGotoNext = false; // the last sample was heard
     bool isFileEof = false;  // the whole file was received
@@ -19,7 +19,7 @@ struct State {
     int lowTicks = 0;
 };
 
-// What the platform says at this tick. Milliseconds.
+// Values that the platform reports at this tick, in milliseconds.
 struct Reading {
     std::uint32_t start = 0;
     std::uint32_t end = 0;
@@ -32,12 +32,12 @@ struct Reading {
 enum class Action {
     None,
     NextSong,    // the track has ended
-    Ended,       // the rest was heard: the next tick moves on
-    Resume,      // the rest lies in the buffer: play on if paused
+    Ended,       // the end was reached: the next tick starts the next entry
+    Resume,      // the file is complete: resume if paused
     Pause,       // let the buffer fill
     GiveUp,      // five minutes under the low line
-    PlayOn,      // full again: start the stream
-    ShowPlaying, // it plays, but the screen still shows the pause
+    PlayOn,      // above the high line: resume
+    ShowPlaying, // it plays, but the screen still shows it as paused
     AlreadyPlays
 };
 

@@ -4,8 +4,8 @@
 
 class QPushButton;
 
-// What About and Why share: a card over the player screen with one button, which Select or a click chooses. That or
-// Back ends it. GUI thread only.
+// Common part of About and Why: a card over the player screen with one button. The button or Back closes it. GUI thread
+// only.
 class InfoDlg : public PlayerDialog {
     Q_OBJECT
 public:
@@ -19,7 +19,8 @@ public slots:
     void destroyedWindow(); // closes and deletes this dialog at once
 
 protected:
-    // Once the form stands: gives its button the focus. The button dies with the form, before this class's destructor.
+    // Called once the form exists; gives its button the focus. The form deletes the button before this class's
+    // destructor runs.
     void useDoneButton(QPushButton *doneBtn);
     void keyReleaseEvent(QKeyEvent *event) override;
 

@@ -59,7 +59,7 @@ MenuDlg::~MenuDlg()
 
 // ---- entries
 
-// The receiver may run a message box, and this menu may go with its parent meanwhile.
+// The receiver may run a message box, and this menu may be deleted with its parent meanwhile.
 void MenuDlg::choose(const char *slot, int index)
 {
     qDebug("MenuDlg,%s,index=%d.", slot, index);
@@ -104,7 +104,7 @@ void MenuDlg::menurenamestation()
     choose("menurenamestation", 5);
 }
 
-// Deleted by its closing only (deliberate): signing out closes the player screen, whose child the menu is.
+// Only closed here, which deletes it later (deliberate): signing out closes the player screen, the menu's parent.
 void MenuDlg::menusignout()
 {
     qDebug("MenuDlg,menusignout,index=6.");

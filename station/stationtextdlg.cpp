@@ -35,12 +35,12 @@ bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
         emit signalFatalErr(code);
     }
     showMsgbox(MSG_WARNING, text);
-    // A box that the network's loss or an exit took away has been answered by them.
+    // The loss of the network and the exit close the box and decide themselves how to go on.
     if (!guard || isEixt || m_isNetworkError)
         return false;
     switch (reaction) {
     case errortexts::Reaction::Leave:
-        if (isBoxDestroyed()) // another box took its place: the listener has not been told that the radio will end
+        if (isBoxDestroyed()) // another box replaced this one: the listener has not confirmed the message
             break;
         emit signalExit(false, true);
         return false;

@@ -12,7 +12,7 @@ WhyDlg::WhyDlg(const QString &text, QWidget *parent)
     ui->setupUi(this);
     ui->whyLabel->setText(text);
     useDoneButton(ui->doneBtn);
-    // By name: this folder does not know the player screen.
+    // Connected by name because station/ must not include the player screen.
     if (parent && parent->metaObject()->indexOfSignal("signalDestoryDialog()") >= 0)
         connect(parent, SIGNAL(signalDestoryDialog()), this, SLOT(destroyedWindow()));
 }
