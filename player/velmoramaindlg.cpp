@@ -96,7 +96,7 @@ VelmoraMainDlg::~VelmoraMainDlg()
 
 void VelmoraMainDlg::showUserName()
 {
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+    VelmoraSettings settings = deviceSettings();
     ui->userNameLabel->setText(settings.getLastLoginName());
 }
 

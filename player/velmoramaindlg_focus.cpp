@@ -1,6 +1,7 @@
 // The player screen: focus ring, keys, and the dialogs that cover it.
 #include "app/playerdialog.h"
 #include "app/screenfactory.h"
+#include "netcommon/remotekeys.h"
 #include "player/focusring.h"
 #include "player/menuactions.h"
 #include "player/velmoramaindlg.h"
@@ -14,9 +15,6 @@
 
 namespace {
 
-// The colour keys of the remote.
-constexpr int keyGreen = 0x010000C0;
-constexpr int keyRed = 0x010000CB;
 constexpr QPoint bufferingPlace(430, 358); // under the cover
 constexpr int ringPositions[] = {focusring::StationList, focusring::History,   focusring::Menu,   focusring::Play,
                                  focusring::Next,        focusring::ThumbDown, focusring::ThumbUp};
@@ -282,10 +280,10 @@ void VelmoraMainDlg::keyReleaseEvent(QKeyEvent *event)
     case Qt::Key_Right:
         moveFocusOnFedbackBtn(true);
         break;
-    case keyGreen:
+    case netcommon::greenKey:
         emit signalThumbUpSong();
         break;
-    case keyRed:
+    case netcommon::redKey:
         emit signalThumbDownSong();
         break;
     default:

@@ -5,7 +5,6 @@
 #include "player/nowplayingtext.h"
 #include "player/stationrecord.h"
 #include "player/velmoramaindlg.h"
-#include "service/devicepaths.h"
 #include "service/velmoranextlimit.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
@@ -213,7 +212,7 @@ void VelmoraMainDlg::signout()
         return;
     }
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         const AccountRecord account = settings.getLastLogin();
         qDebug("VelmoraMainDlg,signout,isKnown=%d.", !account.userName.isEmpty());
         loseFocus(false);

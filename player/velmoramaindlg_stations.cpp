@@ -4,7 +4,6 @@
 #include "player/nowplayingtext.h"
 #include "player/stationrecord.h"
 #include "player/velmoramaindlg.h"
-#include "service/devicepaths.h"
 #include "service/velmorasettings.h"
 #include "service/wsreply.h"
 #include "ui_velmoramaindlg.h"
@@ -108,7 +107,7 @@ void VelmoraMainDlg::focusStation(bool fgAutoPlay)
     }
     QString lastStation;
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         lastStation = settings.getStationInfo();
     }
     const VLM_STATION_MAP_T *tapestry = stationOfRow(0);
@@ -216,7 +215,7 @@ void VelmoraMainDlg::showStationNum(int)
 
 void VelmoraMainDlg::rememberLastStation(const QString &stationToken)
 {
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+    VelmoraSettings settings = deviceSettings();
     settings.setStationInfo(settings.getLastLoginName(), stationToken);
 }
 

@@ -1,7 +1,6 @@
 #include "station/createstationdlg.h"
 
 #include "app/playerport.h"
-#include "service/devicepaths.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
@@ -261,7 +260,7 @@ void CreateStationDlg::updateStationList(HANDLE_T h_handle)
     const WsHandle handle(h_handle);
     const QString token = QString::fromLatin1(wsreply::station(h_handle)->stationToken);
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         settings.setStationInfo(settings.getLastLoginName(), token);
     }
     getStationList();
