@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr QPoint bufferingPlace(430, 358); // under the cover
+constexpr QPoint bufferingPlace(404, 358); // under the cover, in line with it
 constexpr int ringPositions[] = {focusring::StationList, focusring::History,   focusring::Menu,   focusring::Play,
                                  focusring::Next,        focusring::ThumbDown, focusring::ThumbUp};
 

@@ -6,6 +6,8 @@
 #include "station/menudlg.h"
 #include "station/whydlg.h"
 
+#include <optional>
+
 namespace {
 
 const QStringList ring = {"stationListWidget", "menuBtn",    "playBtn",       "nextBtn",
@@ -148,26 +150,30 @@ private slots:
 
     void oneControlIsFocusedAfterwards()
     {
-        // One screen an event, which goes round the whole ring. What plays another track stays on it for three places:
-        // a station may skip six times.
+        // One screen for each event, which goes round the whole ring. What plays another track stays on it for three
+        // places: a station may skip six times.
         const std::pair<const char *, int> events[] = {
             {"box", 7},         {"menu", 7},       {"menu entry", 7}, {"about", 7},        {"explanation", 7},
             {"refill", 3},      {"next track", 3}, {"deletion", 3},   {"screen saver", 7}, {"hidden and shown", 7},
             {"network back", 7}};
         for (const auto &[event, places] : events) {
-            PlayerRig rig;
-            rig.play(QList<FakeEntry>(8, PlayerRig::track("Song")));
-            rig.key(screentest::Down);
+            std::optional<PlayerRig> rig;
             for (int i = 0; i < places; ++i) {
                 const QString place = ring.at(i * ring.size() / places);
                 const Row row(QStringLiteral("%1, %2").arg(event, place));
-                while (rig.focused() != QStringList(place))
-                    rig.key(screentest::Right);
+                if (!rig || qstrcmp(event, "deletion") == 0) { // there always of a station that does not play
+                    rig.reset();
+                    rig.emplace();
+                    rig->play(QList<FakeEntry>(8, PlayerRig::track("Song")));
+                    rig->key(screentest::Down);
+                }
+                while (rig->focused() != QStringList(place))
+                    rig->key(screentest::Right);
                 BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok});
-                happens(rig, event);
-                rig.run();
-                QCOMPARE(rig.focused(), QStringList(place));
-                QCOMPARE(rig.player->focusWidget()->objectName(), place);
+                happens(*rig, event);
+                rig->run();
+                QCOMPARE(rig->focused(), QStringList(place));
+                QCOMPARE(rig->player->focusWidget()->objectName(), place);
             }
         }
     }
