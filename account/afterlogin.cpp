@@ -5,31 +5,16 @@
 #include "app/screenfactory.h"
 #include "app/velmoraparentwidget.h"
 #include "service/velmoralogin.h"
-#include "service/velmorawebservice.h"
 #include "service/wshandle.h"
 #include "service/wsreply.h"
 
 namespace afterlogin {
 
-void retire(VelmoraParentWidget *screen, VelmoraLogin *login)
-{
-    VelmoraWebService *service = VelmoraWebService::getInstance();
-    if (login) {
-        QObject::disconnect(service, nullptr, login, nullptr);
-        QObject::disconnect(login, nullptr, screen, nullptr);
-    }
-    QObject::disconnect(service, nullptr, screen, nullptr);
-    screen->stopTimer();
-    screen->controlAnimation(true);
-    screen->destroyedMsgbox();
-    screen->close();
-}
-
 void enterPlayer(VelmoraParentWidget *screen, VelmoraLogin *login, HANDLE_T h_handle)
 {
     WsHandle handle(h_handle);
     const int count = wsreply::StationList(h_handle).count();
-    retire(screen, login);
+    screen->retire(login);
     ScreenFactory *factory = ScreenFactory::instance();
     if (count > 0) {
         VelmoraParentWidget::clearAllRecordHistroyUiType();

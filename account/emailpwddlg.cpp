@@ -1,6 +1,5 @@
 #include "account/emailpwddlg.h"
 
-#include "account/afterlogin.h"
 #include "app/screenfactory.h"
 #include "service/velmorawebservice.h"
 #include "service/wshandle.h"
@@ -15,9 +14,9 @@
 namespace {
 
 // This screen's own looks: light while it waits, dark while it is typed into.
-const char initialStyle[] = "color: rgb(0,0,0);\nborder-image: url(:/images/InputBox_Focus_H.png);\n"
-                            "background-color: rgba(255, 255, 255, 0);";
-const char typingStyle[] = "color: rgb(255, 255, 255);\nborder-image: url(:/images/sign_inputbox.png);\n";
+constexpr char initialStyle[] = "color: rgb(0,0,0);\nborder-image: url(:/images/InputBox_Focus_H.png);\n"
+                                "background-color: rgba(255, 255, 255, 0);";
+constexpr char typingStyle[] = "color: rgb(255, 255, 255);\nborder-image: url(:/images/sign_inputbox.png);\n";
 
 } // namespace
 
@@ -45,7 +44,7 @@ EmailPwdDlg::~EmailPwdDlg()
 
 void EmailPwdDlg::openSignIn()
 {
-    afterlogin::retire(this, nullptr);
+    retire();
     ScreenFactory::instance()->signIn()->show();
 }
 

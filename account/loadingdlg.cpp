@@ -15,8 +15,8 @@
 
 namespace {
 
-constexpr int FramePeriodMs = 200;
-constexpr int LoginDelayMs = 200; // the screen is painted first
+constexpr int framePeriodMs = 200;
+constexpr int loginDelayMs = 200; // the screen is painted first
 
 // 0: no account on this device yet, 1: some.
 int loginStateOf(const QStringList &userNames)
@@ -45,9 +45,9 @@ LoadingDlg::LoadingDlg(QWidget *parent)
     for (QLabel *frame : std::as_const(m_frames))
         frame->hide();
     connect(m_animationTimer, &QTimer::timeout, this, &LoadingDlg::loadingAnimation);
-    m_animationTimer->start(FramePeriodMs);
+    m_animationTimer->start(framePeriodMs);
     wireLogin();
-    QTimer::singleShot(LoginDelayMs, this, &LoadingDlg::signalPartnerLogin);
+    QTimer::singleShot(loginDelayMs, this, &LoadingDlg::signalPartnerLogin);
     qDebug("new LoadingDlg done.");
 }
 
@@ -63,7 +63,6 @@ void LoadingDlg::wireLogin()
 LoadingDlg::~LoadingDlg()
 {
     qDebug("del LoadingDlg...");
-    delete ui;
 }
 
 void LoadingDlg::loseFocus(bool fgMsgbox)
@@ -113,7 +112,7 @@ void LoadingDlg::connectToVelmora()
 void LoadingDlg::leaveScreen()
 {
     m_animationTimer->stop();
-    afterlogin::retire(this, m_login);
+    retire(m_login);
 }
 
 void LoadingDlg::goToAccountSelection(int loginState)

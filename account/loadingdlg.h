@@ -4,6 +4,8 @@
 
 #include <QList>
 
+#include <memory>
+
 class QLabel;
 class QTimer;
 class VelmoraLogin;
@@ -38,7 +40,7 @@ private:
     void goToAccountSelection(int loginState);
     void leaveScreen();
 
-    Ui::LoadingDlg *ui;
+    std::unique_ptr<Ui::LoadingDlg> ui;
     QList<QLabel *> m_frames; // of the form, in the order in which they are shown
     int m_frameIndex = 0;     // the frame to show next
     QTimer *m_animationTimer; // child

@@ -8,8 +8,8 @@
 #include <QKeyEvent>
 
 namespace {
-const char *const FocusedLook = "border-image: url(:/images/Button_Focus_H.png);\ncolor: rgb(0, 0, 0);";
-const char *const NormalLook = "border-image: url(:/images/Button_Normal_H.png);\ncolor: rgb(255, 255, 255);";
+constexpr char focusedLook[] = "border-image: url(:/images/Button_Focus_H.png);\ncolor: rgb(0, 0, 0);";
+constexpr char normalLook[] = "border-image: url(:/images/Button_Normal_H.png);\ncolor: rgb(255, 255, 255);";
 } // namespace
 
 WelcomeDlg::WelcomeDlg(QWidget *parent)
@@ -25,20 +25,19 @@ WelcomeDlg::WelcomeDlg(QWidget *parent)
 WelcomeDlg::~WelcomeDlg()
 {
     qDebug("del WelcomeDlg");
-    delete ui;
 }
 
 void WelcomeDlg::loseFocus(bool fgMsgbox)
 {
     ui->activateBtn->clearFocus();
-    ui->activateBtn->setStyleSheet(QLatin1String(NormalLook));
+    ui->activateBtn->setStyleSheet(QLatin1String(normalLook));
     VelmoraParentWidget::loseFocus(fgMsgbox);
 }
 
 void WelcomeDlg::resetFocus(bool fgMsgbox)
 {
     ui->activateBtn->setFocus(Qt::OtherFocusReason);
-    ui->activateBtn->setStyleSheet(QLatin1String(FocusedLook));
+    ui->activateBtn->setStyleSheet(QLatin1String(focusedLook));
     VelmoraParentWidget::resetFocus(fgMsgbox);
 }
 

@@ -2,6 +2,8 @@
 
 #include "app/velmoraparentwidget.h"
 
+#include <memory>
+
 namespace Ui {
 class WelcomeDlg;
 }
@@ -27,5 +29,5 @@ protected:
 private:
     void askToLeave();
 
-    Ui::WelcomeDlg *ui;
+    std::unique_ptr<Ui::WelcomeDlg> ui;
 };

@@ -6,6 +6,7 @@
 #include "netcommon/ipcthread.h"
 #include "netcommon/networknotify.h"
 #include "netcommon/playback.h"
+#include "service/velmorawebservice.h"
 #include "viewcomponent/bufferdlg.h"
 #include "widgets/msgboxdlg.h"
 
@@ -134,6 +135,20 @@ void VelmoraParentWidget::returnToLastWindow()
     close(); // deletes this screen as soon as control is back in the event loop
     rebuildScreen(m_ui_type_queue.last());
     delUiType();
+}
+
+void VelmoraParentWidget::retire(QObject *login)
+{
+    const QObject *service = VelmoraWebService::getInstance();
+    if (login) {
+        disconnect(service, nullptr, login, nullptr);
+        disconnect(login, nullptr, this, nullptr);
+    }
+    disconnect(service, nullptr, this, nullptr);
+    stopTimer();
+    controlAnimation(true);
+    destroyedMsgbox();
+    close();
 }
 
 QList<VelmoraParentWidget *> VelmoraParentWidget::screens()

@@ -69,6 +69,11 @@ public:
     void stopTimer();
     void resetNohandleTimeOut();
 
+    // --- hand-over
+    // Cuts this screen and `login`, its login sequence if it has one, off from the web service: at most one living
+    // receiver may hear a completion. Takes the message box away and closes the screen, which is deleted later.
+    void retire(QObject *login = nullptr);
+
     // --- service errors
     QString handleWSError(VLM_WS_EXT_ERRCODE_T code);
     void handleWSError(int errType); // the inactive account only

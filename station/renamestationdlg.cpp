@@ -57,7 +57,7 @@ RenameStationDlg::~RenameStationDlg()
 
 void RenameStationDlg::backToPlayer()
 {
-    stationhandover::retire(this);
+    retire();
     delUiType();
     stationhandover::showPlayer();
 }

@@ -3,18 +3,8 @@
 #include "app/playerport.h"
 #include "app/screenfactory.h"
 #include "app/velmoraparentwidget.h"
-#include "service/velmorawebservice.h"
 
 namespace stationhandover {
-
-void retire(VelmoraParentWidget *dialog)
-{
-    QObject::disconnect(VelmoraWebService::getInstance(), nullptr, dialog, nullptr);
-    dialog->stopTimer();
-    dialog->controlAnimation(true);
-    dialog->destroyedMsgbox();
-    dialog->close();
-}
 
 void showPlayer()
 {
@@ -25,7 +15,7 @@ void showPlayer()
 
 void signOut(VelmoraParentWidget *dialog)
 {
-    retire(dialog);
+    dialog->retire();
     VelmoraParentWidget::clearAllRecordHistroyUiType();
     if (PlayerPort *player = PlayerPort::existing())
         player->signOutAfterError();
@@ -33,7 +23,7 @@ void signOut(VelmoraParentWidget *dialog)
 
 void enterPlayer(VelmoraParentWidget *dialog, HANDLE_T h_handle)
 {
-    retire(dialog);
+    dialog->retire();
     VelmoraParentWidget::clearAllRecordHistroyUiType();
     showPlayer();
     PlayerPort::existing()->fillFromStationList(h_handle);

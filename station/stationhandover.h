@@ -7,8 +7,6 @@ class VelmoraParentWidget;
 // How Create and Rename station end: back on the player screen. GUI thread.
 namespace stationhandover {
 
-// Closes `dialog` (deleted later) and cuts it off from the web service.
-void retire(VelmoraParentWidget *dialog);
 // Shows the player screen (made now if there is none) and restarts its idle timer.
 void showPlayer();
 // The account is no longer active: closes the dialog, forgets the history, signs out. Once.
