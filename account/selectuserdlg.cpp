@@ -14,6 +14,8 @@
 
 #include <QDebug>
 #include <QKeyEvent>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 
 namespace {
 
@@ -33,7 +35,7 @@ QString deleteLook(const char *icon)
 
 constexpr int newUserPadding = 80;
 constexpr int rowPadding = 120;
-constexpr int rowTextWidth = 756 - 2 * rowPadding; // the padding counts on both sides
+constexpr int rowTextEnd = 24; // between a long name and the right edge of its row
 constexpr int newUserDelayMs = 100;
 
 } // namespace
@@ -160,8 +162,7 @@ void SelectUserDlg::initRecordUserInfo(const QString &strFocus)
     for (int row = 1; row <= maxAccounts; ++row) {
         const bool isUsed = row <= m_userCount;
         const QString name = isUsed ? names.at(row - 1) : QString();
-        rowButton(row)->setText(rowButton(row)->fontMetrics().elidedText(name, Qt::ElideRight, rowTextWidth));
-        rowButton(row)->setAccessibleName(name);
+        rowButton(row)->setText(name);
         rowButton(row)->setVisible(isUsed);
         deleteButton(row)->setVisible(isUsed);
         rowIcon(row)->setVisible(isUsed);
@@ -176,7 +177,7 @@ void SelectUserDlg::initRecordUserInfo(const QString &strFocus)
 
 void SelectUserDlg::openSignIn(const QString &account)
 {
-    afterlogin::retire(this, m_login);
+    retire(m_login);
     ScreenFactory *factory = ScreenFactory::instance();
     recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
     if (account.isEmpty())
@@ -247,7 +248,7 @@ void SelectUserDlg::generateDeviceActivationCodeDone(HANDLE_T h_handle, VLM_WS_E
         showWarning(messageFor(e_ret, tr("Generate device activation code failed,you could try again!")));
         return;
     }
-    afterlogin::retire(this, m_login);
+    retire(m_login);
     VelmoraParentWidget *screen = ScreenFactory::instance()->activation(deviceactivation::codeLine(code->code),
                                                                         deviceactivation::pageLine(code->url));
     recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
@@ -398,8 +399,29 @@ void SelectUserDlg::keyReleaseEvent(QKeyEvent *event)
     }
 }
 
+// Instead of the button itself, which would cut a long name without dots, and as far from the right as from the left.
+void SelectUserDlg::paintRow(QPushButton *button) const
+{
+    QStylePainter painter(button);
+    QStyleOptionButton option;
+    option.initFrom(button);
+    option.state |= button->isDown() ? QStyle::State_Sunken : QStyle::State_Raised;
+    painter.drawControl(QStyle::CE_PushButton, option); // without a text: the look alone
+    const QRect room = button->rect().adjusted(rowPadding, 0, -rowTextEnd, 0);
+    const QString name = button->fontMetrics().elidedText(button->text(), Qt::ElideRight, room.width());
+    painter.setPen(button->palette().color(QPalette::ButtonText));
+    painter.drawText(room,
+                     Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine |
+                         (name.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight),
+                     name);
+}
+
 bool SelectUserDlg::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Paint && watched->objectName().startsWith(QLatin1String("userListBtn_"))) {
+        paintRow(static_cast<QPushButton *>(watched));
+        return true;
+    }
     // The slots act on the focused row: a mouse moves the focus before it clicks.
     if (event->type() == QEvent::MouseButtonPress) {
         for (int index = 0; index <= 2 * m_userCount; ++index) {

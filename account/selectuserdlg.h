@@ -56,12 +56,12 @@ private:
     QString focusUser() const { return m_userNames.value(focusRow() - 1); }
     void dress(int focusIndex, bool isFocused);
     void moveFocus(int focusIndex);
-    // A message over this screen; false when a fatal message is up and nothing was shown.
+    void paintRow(QPushButton *button) const;
 
     std::unique_ptr<Ui::SelectUserDlg> ui;
     viewcomponent::MCommonStyle m_style;
     VelmoraLogin *m_login;   // child
-    QStringList m_userNames; // of the rows, whole: a button may show a name shortened
+    QStringList m_userNames; // of the rows
     int m_userCount = 0;
     int m_focusIndex = 0;  // 0 newUserBtn; 2k - 1 row k; 2k its delete button
     QString m_deletedUser; // whose disassociation is under way

@@ -175,7 +175,7 @@ private slots:
             fixture.ws().autoReply(VLM_WS_MSGID_DISASSOCIATE_DEVICE, code);
             BoxAnswer box({BoxAnswer::Cancel, BoxAnswer::Ok, BoxAnswer::Ok});
             const auto dialog = open(fixture);
-            QVERIFY(child<QPushButton>(dialog, "userListBtn_2")->text().endsWith(QChar(0x2026))); // on its row only
+            QCOMPARE(child<QPushButton>(dialog, "userListBtn_2")->text(), threeNames.at(1)); // however long
             keys(dialog, {Down, Right, Select});
             QTRY_VERIFY(!visibleBox());
             QCOMPARE(fixture.settings().getAllUserName(), threeNames); // No
