@@ -1,4 +1,4 @@
-// The message box: its looks, and every answer that the remote's keys can give.
+// The message box: its look, and every answer that the remote's keys can give.
 #include "fakes/fakeipc.h"
 #include "fakes/screentest.h"
 #include "widgets/msgboxdlg.h"
@@ -83,6 +83,27 @@ private slots:
             box.deleteMsgBox(); // counts as confirmed
         });
         QCOMPARE(result, 1);
+    }
+
+    void aWordWithoutBlanksIsBroken()
+    {
+        const auto inkHeight = [](int letters) {
+            MsgboxDlg box(1, QString(letters, QLatin1Char('M')), nullptr);
+            box.show();
+            const QImage picture = box.grab(child<QLabel>(&box, "contentLabel")->geometry()).toImage();
+            int top = picture.height(), bottom = 0;
+            for (int y = 0; y < picture.height(); ++y)
+                for (int x = 0; x < picture.width(); ++x)
+                    if (qGray(picture.pixel(x, y)) > 200) {
+                        top = qMin(top, y);
+                        bottom = y;
+                    }
+            return bottom - top;
+        };
+        QVERIFY(inkHeight(10) < 30);
+        QVERIFY(inkHeight(64) > 60);
+        // More than there is room for: whole lines, and dots on the baseline of the last.
+        QVERIFY(inkHeight(400) > 150 && inkHeight(400) <= 190);
     }
 
     void theBackgroundIsDrawnOnATranslucentWindow()
