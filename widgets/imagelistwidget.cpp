@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr QChar rightToLeftIsolate(0x2067);
+constexpr QChar popIsolate(0x2069);
 constexpr int labelLeft = 40; // of the marquee within its row
 constexpr int labelRight = 30;
 constexpr int textLeft = 41; // of a row's text
@@ -50,7 +52,8 @@ QPixmap selectedBar()
 }
 
 // Ends a long text before the mark at the right end of the current row's bar, on every row: none changes its text when
-// it becomes the current one.
+// it becomes the current one. A name of blanks is shown in quotation marks. A right-to-left name keeps its own order in
+// the row, its punctuation included, and begins at the row's left like every other.
 class RowDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -59,8 +62,13 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
     {
         QStyledItemDelegate::initStyleOption(option, index);
-        option->text =
-            option->fontMetrics.elidedText(option->text, Qt::ElideRight, option->rect.width() - textLeft - textRight);
+        QString text = option->text;
+        if (!text.isEmpty() && text.trimmed().isEmpty())
+            text = QLatin1Char('"') + text + QLatin1Char('"');
+        text = option->fontMetrics.elidedText(text, Qt::ElideRight, option->rect.width() - textLeft - textRight);
+        if (text.isRightToLeft())
+            text = rightToLeftIsolate + text + popIsolate;
+        option->text = text;
     }
 };
 

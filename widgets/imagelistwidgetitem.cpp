@@ -8,6 +8,12 @@
 #include <QTimer>
 #include <QTimerEvent>
 
+namespace {
+
+constexpr int fadeWidth = 12; // pixels over which the text goes at an edge
+
+} // namespace
+
 ImageListWidgetItem::ImageListWidgetItem(QWidget *parent)
     : QLabel(parent)
 {
@@ -24,6 +30,7 @@ void ImageListWidgetItem::setText(const QString &text)
 void ImageListWidgetItem::setBackdrop(const QPixmap &backdrop)
 {
     m_backdrop = backdrop;
+    forgetEdges();
     update();
 }
 
@@ -31,15 +38,54 @@ void ImageListWidgetItem::setBar(const QPixmap &bar, const QRect &place)
 {
     m_bar = bar;
     m_barPlace = place;
+    forgetEdges();
     update();
 }
 
 void ImageListWidgetItem::layOut()
 {
+    QString name = m_text;
+    while (name.endsWith(QLatin1Char(' ')))
+        name.chop(1);
+    m_isRightToLeft = name.isRightToLeft();
+    QTextOption option;
+    option.setTextDirection(m_isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+    option.setWrapMode(QTextOption::NoWrap);
     m_line.setTextFormat(Qt::PlainText);
-    m_line.setText(m_text);
+    m_line.setTextOption(option);
+    m_line.setText(name);
     m_line.prepare({}, font());
+    m_textWidth = fontMetrics().horizontalAdvance(name);
     m_bandWidth = fontMetrics().horizontalAdvance(m_text);
+}
+
+void ImageListWidgetItem::forgetEdges()
+{
+    m_leftFade = QPixmap();
+    m_rightFade = QPixmap();
+}
+
+void ImageListWidgetItem::resizeEvent(QResizeEvent *event)
+{
+    forgetEdges();
+    QLabel::resizeEvent(event);
+}
+
+QRect ImageListWidgetItem::leftEdge() const
+{
+    return QRect(0, 0, fadeWidth, height());
+}
+
+QRect ImageListWidgetItem::rightEdge() const
+{
+    return QRect(width() - fadeWidth, 0, fadeWidth, height());
+}
+
+// A text at rest is whole where it begins, and where it ends if there is room for it.
+bool ImageListWidgetItem::isFaded(const QRect &edge) const
+{
+    const bool isBeginning = (edge.left() == 0) != m_isRightToLeft;
+    return m_offset != 0 || (!isBeginning && m_textWidth > width());
 }
 
 void ImageListWidgetItem::changeEvent(QEvent *event)
@@ -99,28 +145,67 @@ void ImageListWidgetItem::timerEvent(QTimerEvent *event)
         m_delayTimer->stop();
         m_delayTimer->start(marquee::pauseMs);
     }
-    scroll(-1, 0);
+    const int step = m_isRightToLeft ? 1 : -1;
+    scroll(step, 0);
+    // The edges stay where they are, and the column that has just left one is no longer faded.
+    update(leftEdge().adjusted(0, 0, qMax(step, 0), 0));
+    update(rightEdge().adjusted(qMin(step, 0), 0, 0, 0));
 }
 
-void ImageListWidgetItem::paintEvent(QPaintEvent *event)
+void ImageListWidgetItem::paintGround(QPainter &painter)
 {
-    QPainter painter(this);
-    painter.setClipRegion(event->region());
     if (m_backdrop.isNull())
-        painter.fillRect(event->rect(), Qt::black);
+        painter.fillRect(rect(), Qt::black);
     else
         painter.drawPixmap(0, 0, m_backdrop);
     if (m_bar.isNull()) {
-        painter.fillRect(event->rect(), QColor(0xFF, 0xB9, 0x30)); // the text is black: as readable without the picture
+        painter.fillRect(rect(), QColor(0xFF, 0xB9, 0x30)); // the text is black: as readable without the picture
     } else if (m_bar.devicePixelRatio() == painter.deviceTransform().m11()) {
         painter.drawPixmap(m_barPlace.topLeft(), m_bar); // many times a second: nothing to scale, nothing to compute
     } else {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         qDrawBorderPixmap(&painter, m_barPlace, QMargins(), m_bar);
     }
+}
 
+QPixmap ImageListWidgetItem::fadedGround(const QRect &edge, bool isLeft)
+{
+    const qreal ratio = devicePixelRatioF();
+    QPixmap faded(edge.size() * ratio);
+    faded.setDevicePixelRatio(ratio);
+    faded.fill(Qt::transparent);
+    QPainter painter(&faded);
+    painter.save();
+    painter.translate(-edge.topLeft());
+    paintGround(painter);
+    painter.restore();
+    QLinearGradient fade(0, 0, edge.width(), 0);
+    fade.setColorAt(isLeft ? 0 : 1, Qt::black);
+    fade.setColorAt(isLeft ? 1 : 0, Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.fillRect(QRect(QPoint(), edge.size()), fade);
+    return faded;
+}
+
+void ImageListWidgetItem::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    paintGround(painter);
     painter.setPen(palette().color(foregroundRole()));
-    for (const int x : marquee::copies(m_offset, m_bandWidth, width()))
-        if (x <= event->rect().right() && x + m_bandWidth > event->rect().left())
-            painter.drawStaticText(x, (height() - fontMetrics().height()) / 2, m_line);
+    for (const int x : marquee::copies(m_offset, m_bandWidth, width())) {
+        const int left = m_isRightToLeft ? width() - x - m_textWidth : x;
+        if (left <= event->rect().right() && left + m_textWidth > event->rect().left())
+            painter.drawStaticText(left, (height() - fontMetrics().height()) / 2, m_line);
+    }
+    if (isFaded(leftEdge()) && event->region().intersects(leftEdge())) {
+        if (m_leftFade.isNull())
+            m_leftFade = fadedGround(leftEdge(), true);
+        painter.drawPixmap(leftEdge().topLeft(), m_leftFade);
+    }
+    if (isFaded(rightEdge()) && event->region().intersects(rightEdge())) {
+        if (m_rightFade.isNull())
+            m_rightFade = fadedGround(rightEdge(), false);
+        painter.drawPixmap(rightEdge().topLeft(), m_rightFade);
+    }
 }

@@ -6,8 +6,9 @@
 
 class QTimer;
 
-// The marquee of an ImageListWidget: a label over one row that runs the row's text to the left. It paints its part of
-// the row's bar and of what lies under the list itself, so that it is opaque and a step uncovers one column only.
+// The marquee of an ImageListWidget: a label over one row that runs the row's text to the left, a right-to-left text to
+// the right. It paints its part of the row's bar and of what lies under the list itself, so that it is opaque and a
+// step paints no more than the uncovered column and the two edges, at which the text fades.
 class ImageListWidgetItem : public QLabel {
     Q_OBJECT
 public:
@@ -28,19 +29,30 @@ public slots:
 protected:
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
 
 private:
     void resetScroll();
     void layOut();
+    void paintGround(QPainter &painter);
+    QPixmap fadedGround(const QRect &edge, bool isLeft);
+    QRect leftEdge() const;
+    QRect rightEdge() const;
+    bool isFaded(const QRect &edge) const; // text may be cut there
+    void forgetEdges();
 
     QString m_text; // the row's text and the gap behind it
     // Both are made anew when the text or the font changes: laying out a line thirty times a second is what costs.
     QStaticText m_line;
-    int m_bandWidth = 0;
+    int m_textWidth = 0; // without the gap
+    int m_bandWidth = 0; // with it
+    bool m_isRightToLeft = false;
     QPixmap m_backdrop;
     QPixmap m_bar;
     QRect m_barPlace;
+    QPixmap m_leftFade; // the ground, opaque at the outside; made when first painted
+    QPixmap m_rightFade;
     int m_offset = 0;
     int m_timerId = 0;              // 0: the text stands still
     QTimer *m_delayTimer = nullptr; // child, made by the first startScroll()
