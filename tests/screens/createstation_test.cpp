@@ -139,13 +139,18 @@ private slots:
                                FakeReply::stationListOf({"one", "brand-new"}));
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_MAIN);
         const auto dialog = open(fixture);
+        int madeByConfirming = -1;
+        connect(list(dialog)->model(), &QAbstractItemModel::rowsInserted, dialog, [&](const QModelIndex &, int row) {
+            if (row == 1) // the list is full as soon as control is back in the event loop
+                QTimer::singleShot(0, dialog, [&] {
+                    key(dialog, Select);
+                    madeByConfirming = fixture.ws().count(VLM_WS_MSGID_CREATE_STATION);
+                    key(dialog, Down);
+                });
+        });
         search("north");
-        QTRY_COMPARE(list(dialog)->count(), 2);
-        key(dialog, Select);
-        QCOMPARE(fixture.ws().count(VLM_WS_MSGID_CREATE_STATION), 0);
-        key(dialog, Down);
-        QTest::qWait(120); // the guard's own time
-        key(dialog, Select);
+        QTRY_COMPARE(madeByConfirming, 0);
+        QTRY_VERIFY((key(dialog, Select), fixture.ws().count(VLM_WS_MSGID_CREATE_STATION) == 1));
         QTRY_COMPARE(fixture.screens().stationCounts(), QList<int>{3});
         QCOMPARE(fixture.ws().last(VLM_WS_MSGID_CREATE_STATION).params.at(0).toByteArray(), QByteArray("song-2"));
         QCOMPARE(fixture.settings().getStationInfo(), QStringLiteral("brand-new"));
