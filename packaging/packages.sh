@@ -9,7 +9,8 @@ packages_build=(
 )
 packages_run=(
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa
-    libqt6network6 fonts-liberation xvfb
+    libqt6network6 xvfb
+    fonts-liberation fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji # names in every script
     alsa-utils
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)

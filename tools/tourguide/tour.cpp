@@ -29,7 +29,8 @@ const QList<Tour::Way> &Tour::allWays()
                                    {"player", &Tour::evening},    {"station", &Tour::stationScreens},
                                    {"accounts", &Tour::accounts}, {"slow", &Tour::slowService},
                                    {"gone", &Tour::serviceGone},  {"unseen", &Tour::withoutKeys},
-                                   {"bare", &Tour::bare},         {"scales", &Tour::scales}};
+                                   {"names", &Tour::names},       {"bare", &Tour::bare},
+                                   {"scales", &Tour::scales}};
     return all;
 }
 

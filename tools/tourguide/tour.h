@@ -45,6 +45,7 @@ private:
     void slowService();
     void serviceGone();
     void withoutKeys();
+    void names();
     void bare();
     void scales();
 

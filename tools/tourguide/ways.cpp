@@ -10,6 +10,8 @@
 #include <QTcpServer>
 #include <QTemporaryDir>
 
+#include <sqlite3.h>
+
 namespace {
 
 const QString player = QStringLiteral("VelmoraMainDlg");
@@ -70,6 +72,38 @@ bool openMenu(Journey &journey, int up)
     return waitForTrack(journey) && focusStations(journey) && keys(journey, "right select") &&
            journey.waitForScreen(QStringLiteral("MenuDlg")) &&
            (up == 0 || journey.key(QStringList(up, QStringLiteral("up"))));
+}
+
+// Names as they come in the world: Japanese, Chinese, Korean, Arabic, Hebrew, Devanagari, Thai, emoji.
+const char *const worldNames[] = {"夜の窓辺で聴く静かな歌",
+                                  "雨后的小巷",
+                                  "비 오는 날의 작은 방",
+                                  "موسيقى هادئة بعد المطر",
+                                  "ערב שקט ליד הים!",
+                                  "धीमी शाम की एक धुन",
+                                  "เพลงช้าในสวนหลังบ้าน",
+                                  "Café ☕ 🌧️ 🎶",
+                                  "أغان طويلة لليالي الشتاء الباردة قرب النافذة"};
+
+// Gives everything that the service knows by name one of these names.
+bool renameEverything(const Journey &journey)
+{
+    sqlite3 *store = nullptr;
+    bool isDone =
+        sqlite3_open(qUtf8Printable(journey.root() + QStringLiteral("/server/velmora.db")), &store) == SQLITE_OK;
+    sqlite3_busy_timeout(store, 10000);
+    constexpr int count = int(std::size(worldNames));
+    for (int i = 0; i < count && isDone; ++i) {
+        // The same rest means another name in each table, so that a track shows several scripts at once.
+        const auto sql = QStringLiteral("UPDATE stations SET name = '%1' WHERE id % %2 = %3;"
+                                        "UPDATE tracks SET song = '%1' WHERE id % %2 = %3;"
+                                        "UPDATE artists SET name = '%1' WHERE (id + 3) % %2 = %3;"
+                                        "UPDATE albums SET title = '%1' WHERE (id + 5) % %2 = %3;")
+                             .arg(QString::fromUtf8(worldNames[i]), QString::number(count), QString::number(i));
+        isDone = sqlite3_exec(store, sql.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
+    }
+    sqlite3_close(store);
+    return isDone;
 }
 
 bool skip(Journey &journey)
@@ -341,6 +375,63 @@ void Tour::withoutKeys()
          "Password reminder, prompt (shown by the tour: no key leads here)");
     stop(journey, type(journey, "living.room@example.org"), "reminder", "Password reminder, typing",
          "19-email-password");
+}
+
+void Tour::names()
+{
+    Journey journey;
+    if (!journey.startServer() || !renameEverything(journey) || !begin(journey)) {
+        m_missing += QStringLiteral("names of the world");
+        return;
+    }
+    stop(journey, journey.waitForAudio(2) && waitForTrack(journey) && focusStations(journey), "names-player",
+         "Names of the world: stations and the track", "01-player-playing", stillMs);
+    bool hasHistory = true;
+    for (int track = 0; track < 4; ++track)
+        hasHistory = skip(journey) && hasHistory;
+    stop(journey,
+         hasHistory && waitForTrack(journey) && keys(journey, "right right right right right right") &&
+             (QTest::qWait(marqueeMs), true),
+         "names-history", "Names of the world: history", "04-player-history");
+    int arabic = 0;
+    for (const QString &row : journey.rows(stations))
+        arabic = row.isRightToLeft() && row.size() > 30 ? int(journey.rows(stations).indexOf(row)) : arabic;
+    stop(journey,
+         focusStations(journey) && keys(journey, "top") &&
+             (arabic == 0 || journey.key(QStringList(arabic, QStringLiteral("down")))) &&
+             (QTest::qWait(marqueeMs), true),
+         "names-marquee", "Names of the world: a long right-to-left row moves", "02-player-long-names");
+    keys(journey, "select");
+    journey.waitForAudio(2);
+    stop(journey,
+         openMenu(journey, 5) && keys(journey, "select") &&
+             journey.waitForBox(QStringLiteral("Are you sure you want to delete station")),
+         "names-question", "Names of the world: a question", "13-message-question");
+    keys(journey, "select");
+    journey.waitForNoBox();
+    stop(journey,
+         openMenu(journey, 4) && keys(journey, "select") &&
+             journey.waitForBox(QStringLiteral("Are you sure you want to rename station")) &&
+             keys(journey, "left select") && journey.waitForScreen(QStringLiteral("RenameStationDlg")),
+         "names-rename", "Names of the world: rename a station", "18-rename-station");
+    keys(journey, "back");
+    stop(journey,
+         openMenu(journey, 6) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) &&
+             type(journey, "the") && keys(journey, "enter") && journey.waitForBox(QStringLiteral("We found ")) &&
+             keys(journey, "right select") &&
+             journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }),
+         "names-create", "Names of the world: results", "09-create-station-results", stillMs);
+    keys(journey, "back");
+    {
+        VelmoraSettings settings(journey.settingsFile(), QSettings::IniFormat, nullptr);
+        int slot = 1;
+        for (const int name : {0, 3, 5, 8})
+            settings.addAccount(QString::fromUtf8(worldNames[name]), QString::number(slot++));
+    }
+    stop(journey,
+         openMenu(journey, 3) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("SelectUserDlg")) &&
+             journey.waitFor([](const QJsonObject &now) { return !text(now, "userListBtn_5").isEmpty(); }, 5),
+         "names-accounts", "Names of the world: accounts", "06-account-selection");
 }
 
 // The radio without a picture of its own, and with a font that is wider than the one its screens are measured for.
