@@ -269,7 +269,7 @@ private slots:
         onBox(m_context.get(), [this] { m_screen->destroyedMsgbox(); });
         m_screen->call("gotoHome");
         QVERIFY(FakeIpc::exitRequests.isEmpty());
-        QCOMPARE(m_screens->playerNotes(), QStringList{"stop"});
+        QCOMPARE(m_screens->playerNotes(), QStringList({"stop", "play"})); // another box was answered
         QVERIFY2(!m_screen->isEixt, "the blue key still works");
     }
 
