@@ -1,5 +1,7 @@
 #include "app/textentrydlg.h"
 
+#include "netcommon/remotekeys.h"
+
 #include <virtualkb/qtvirtualkbdlg.h>
 
 #include <QDebug>
@@ -30,11 +32,11 @@ void TextEntryDlg::keyPressEvent(QKeyEvent *event)
         qDebug("%s,keyPressEvent,action invalid,return.", name);
         return;
     }
-    if (event->key() == Qt::Key_Calculator) {
+    if (event->key() == netcommon::redKey) {
         qDebug("%s,keyPressEvent.recv Qt::Key_Calculator,red key.", name);
         if (m_keyboard)
             emit signalRedBtn();
-    } else if (event->key() == Qt::Key_AddFavorite) {
+    } else if (event->key() == netcommon::greenKey) {
         qDebug("%s,keyPressEvent.recv Qt::Key_BookMark,green key.", name);
         if (m_keyboard && m_keyboard->m_isModeAble)
             emit signalGreenBtn();
