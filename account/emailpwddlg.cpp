@@ -13,7 +13,7 @@
 
 namespace {
 
-// This screen's own looks: light while it waits, dark while it is typed into.
+// This screen's own looks of the field: light while it is empty, dark while somebody types.
 constexpr char initialStyle[] = "color: rgb(0,0,0);\nborder-image: url(:/images/InputBox_Focus_H.png);\n"
                                 "background-color: rgba(255, 255, 255, 0);";
 constexpr char typingStyle[] = "color: rgb(255, 255, 255);\nborder-image: url(:/images/sign_inputbox.png);\n";

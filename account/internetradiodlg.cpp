@@ -2,7 +2,6 @@
 
 #include "account/afterlogin.h"
 #include "account/deviceactivation.h"
-#include "service/devicepaths.h"
 #include "service/velmoralogin.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
@@ -29,7 +28,7 @@ InternetRadioDlg::InternetRadioDlg(const QString &codeLine, const QString &pageL
             &InternetRadioDlg::generateDeviceActivationCodeDone);
     connect(m_login, &VelmoraLogin::signalGetStationListDone, this, &InternetRadioDlg::enterVelmoraMainDlg);
     connect(m_login, &VelmoraLogin::signalLoginWithDeviceIDDoneError, this, &InternetRadioDlg::displayError);
-    // Without it a failed login would leave the screen behind its "Please wait..." for ever.
+    // Without this connection a failed login would leave "Please wait..." on the screen for ever.
     connect(m_login, &VelmoraLogin::signaVelmoraLoginFatalError, this, &InternetRadioDlg::displayFatalError);
     dress(true);
     ui->okBtn->setFocus(Qt::OtherFocusReason);
@@ -50,9 +49,9 @@ void InternetRadioDlg::dress(bool isFocused)
 void InternetRadioDlg::userLoginWithDeviceID()
 {
     controlAnimation(false, tr("Please wait..."));
-    // The settings keep the last login until the service knows the new account: whatever ends this screen, the next
-    // start is what it was.
-    m_login->setActivationSlot(VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).getFreeSlot());
+    // The settings keep the last login until the service has logged the new account in. So the next start does not
+    // change, whatever ends this screen.
+    m_login->setActivationSlot(deviceSettings().getFreeSlot());
     m_login->userLoginWithDeviceID();
 }
 

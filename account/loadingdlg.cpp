@@ -3,7 +3,6 @@
 #include "account/afterlogin.h"
 #include "app/errortexts.h"
 #include "app/screenfactory.h"
-#include "service/devicepaths.h"
 #include "service/velmoralogin.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
@@ -16,7 +15,7 @@
 namespace {
 
 constexpr int framePeriodMs = 200;
-constexpr int loginDelayMs = 200; // the screen is painted first
+constexpr int loginDelayMs = 200; // so that the screen is painted first
 
 // 0: no account on this device yet, 1: some.
 int loginStateOf(const QStringList &userNames)
@@ -26,7 +25,7 @@ int loginStateOf(const QStringList &userNames)
 
 QStringList storedUserNames()
 {
-    return VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).getAllUserName();
+    return deviceSettings().getAllUserName();
 }
 
 } // namespace
@@ -91,7 +90,7 @@ void LoadingDlg::deviceidlogin()
     QStringList userNames;
     AccountRecord lastLogin;
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         userNames = settings.getAllUserName();
         lastLogin = settings.getLastLogin();
     }
@@ -118,10 +117,10 @@ void LoadingDlg::leaveScreen()
 void LoadingDlg::goToAccountSelection(int loginState)
 {
     leaveScreen();
-    qDebug("LoadingDlg,connectToVelmora,first login..."); // the same words on every road: deliberate
+    qDebug("LoadingDlg,connectToVelmora,first login..."); // the same text in every case (deliberate)
     int storedState = 0;
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         settings.setLoginState(QString::number(loginState));
         storedState = settings.getLoginState().toInt();
     }

@@ -4,7 +4,6 @@
 #include "account/deviceactivation.h"
 #include "app/screenfactory.h"
 #include "service/deviceidentity.h"
-#include "service/devicepaths.h"
 #include "service/velmoralogin.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
@@ -56,7 +55,7 @@ SelectUserDlg::SelectUserDlg(int loginState, QWidget *parent)
         rowButton(row)->installEventFilter(this);
         deleteButton(row)->installEventFilter(this);
         connect(rowButton(row), &QPushButton::clicked, this, &SelectUserDlg::loadingToMainDlg);
-        // pressed, not clicked (deliberate): the question answers to the next press
+        // pressed, not clicked (deliberate)
         connect(deleteButton(row), &QPushButton::pressed, this, &SelectUserDlg::deleteUser);
     }
     ui->newUserBtn->setStyle(&m_style);
@@ -83,7 +82,7 @@ SelectUserDlg::SelectUserDlg(int loginState, QWidget *parent)
 
 SelectUserDlg::~SelectUserDlg()
 {
-    // The buttons draw with m_style: they go before it does.
+    // The buttons draw with m_style, so they are deleted before it.
     qDeleteAll(findChildren<QPushButton *>());
     qDebug("del SelectUserDlg..");
 }
@@ -146,7 +145,7 @@ void SelectUserDlg::moveFocus(int focusIndex)
 void SelectUserDlg::initRecordUserInfo(const QString &strFocus)
 {
     qDebug().noquote() << QStringLiteral("SelectUserDlg,initRecordUserInfo,strFocus=") + strFocus;
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+    VelmoraSettings settings = deviceSettings();
     QString focusName = strFocus;
     if (strFocus.isEmpty()) {
         qDebug("SelectUserDlg,initRecordUserInfo,read from Seetings.");
@@ -194,7 +193,7 @@ void SelectUserDlg::loadingToMainDlg()
     const QString userName = focusUser();
     AccountRecord login;
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         settings.setLastLogin(userName);
         login = settings.getLastLogin();
         settings.setLastSlot(login.password);
@@ -217,9 +216,8 @@ void SelectUserDlg::newUser()
     const int answer = showMsgbox(MSG_QUESTION, tr("Do you already have a Velmora account ? "));
     if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
         return;
-    // With all slots in use a code could not be linked either: the same words.
-    const bool isFull =
-        VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).getAllUserName().size() >= maxAccounts;
+    // With all slots in use an activation would fail as well: the same message.
+    const bool isFull = deviceSettings().getAllUserName().size() >= maxAccounts;
     if (isFull)
         showWarning(tr("We only keep max 5 accounts,you could delete one to continue."));
     else if (answer == 1)
@@ -275,12 +273,12 @@ void SelectUserDlg::deleteUser()
     const int answer = showMsgbox(MSG_QUESTION, tr("Are you sure you want to delete the user: ") + userName);
     if (!guard)
         return;
-    deleteButton(focusRow())->setDown(false); // its release went to the box
+    deleteButton(focusRow())->setDown(false); // the box got its key release
     if (answer != 1 || isBoxDestroyed() || isEixt || m_isErrorMsg)
         return;
     QString slot;
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         slot = settings.getPassword(userName);
     }
     m_deletedUser = userName;
@@ -305,7 +303,7 @@ void SelectUserDlg::deleteUserDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret
         return;
     }
     {
-        VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings settings = deviceSettings();
         settings.deleteAccount(m_deletedUser);
     }
     m_deletedUser.clear();
@@ -399,14 +397,14 @@ void SelectUserDlg::keyReleaseEvent(QKeyEvent *event)
     }
 }
 
-// Instead of the button itself, which would cut a long name without dots, and as far from the right as from the left.
+// Replaces the button's own painting, which would cut a long name without dots and far from the row's right edge.
 void SelectUserDlg::paintRow(QPushButton *button) const
 {
     QStylePainter painter(button);
     QStyleOptionButton option;
     option.initFrom(button);
     option.state |= button->isDown() ? QStyle::State_Sunken : QStyle::State_Raised;
-    painter.drawControl(QStyle::CE_PushButton, option); // without a text: the look alone
+    painter.drawControl(QStyle::CE_PushButton, option); // the background: the option has no text
     const QRect room = button->rect().adjusted(rowPadding, 0, -rowTextEnd, 0);
     const QString name = button->fontMetrics().elidedText(button->text(), Qt::ElideRight, room.width());
     painter.setPen(button->palette().color(QPalette::ButtonText));
@@ -422,7 +420,7 @@ bool SelectUserDlg::eventFilter(QObject *watched, QEvent *event)
         paintRow(static_cast<QPushButton *>(watched));
         return true;
     }
-    // The slots act on the focused row: a mouse moves the focus before it clicks.
+    // The slots act on the focused row, so a mouse press moves the focus before it becomes a click.
     if (event->type() == QEvent::MouseButtonPress) {
         for (int index = 0; index <= 2 * m_userCount; ++index) {
             if (control(index) == watched)

@@ -42,7 +42,7 @@ SignInDlg::SignInDlg(QWidget *parent)
     m_login = new VelmoraLogin(this);
     connect(m_login, &VelmoraLogin::signaVelmoraLoginFatalError, this, &SignInDlg::displayError);
     connect(m_login, &VelmoraLogin::signalGetStationListDone, this, &SignInDlg::enterVelmoraMainDlg);
-    // The chain ends in a login by device identity, which the service may refuse.
+    // The login sequence ends in a login by device identity, which the service may refuse.
     connect(m_login, &VelmoraLogin::signalLoginWithDeviceIDDoneError, this, &SignInDlg::displayUnknownDevice);
     ui->emailLineEdit->setFocus(Qt::OtherFocusReason);
 }
@@ -98,7 +98,7 @@ bool SignInDlg::signInFromLoginFile()
         return false;
     ui->emailLineEdit->setText(QString::fromLatin1(file->email));
     ui->passwordLineEdit->setText(QString::fromLatin1(file->password));
-    // The values themselves: a field drops the line feed that a file without carriage returns leaves.
+    // Not read back from the fields: a line edit drops the line feed that a file without carriage returns leaves.
     logIn(QString::fromLatin1(file->email), QString::fromLatin1(file->password));
     return true;
 }
@@ -186,7 +186,7 @@ void SignInDlg::changeInitInputState()
 void SignInDlg::recoverInitInputState()
 {
     qDebug("SignInDlg,recoverInitInputState...");
-    // The e-mail field only: a prompt never goes into the password.
+    // Only the e-mail field has a prompt.
     if (!ui->emailLineEdit->text().isEmpty())
         return;
     TextEntry::setPromptStyle(ui->emailLineEdit);

@@ -1,7 +1,6 @@
 #include "account/welcomedlg.h"
 
 #include "app/screenfactory.h"
-#include "service/devicepaths.h"
 #include "service/velmorasettings.h"
 #include "ui_welcomedlg.h"
 
@@ -44,7 +43,7 @@ void WelcomeDlg::resetFocus(bool fgMsgbox)
 void WelcomeDlg::activateVelmora()
 {
     qDebug("WelcomeDlg,activateVelmora");
-    VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setWelcomeCheck(QStringLiteral("1"));
+    deviceSettings().setWelcomeCheck(QStringLiteral("1"));
     destroyedMsgbox();
     close(); // deletes this screen as soon as control is back in the event loop
     ScreenFactory::instance()->loading()->show();

@@ -2,11 +2,11 @@
 #include "account/welcomedlg.h"
 #include "app/crashreporter.h"
 #include "app/plainlook.h"
-#include "program/productfactory.h"
 #include "netcommon/ipc.h"
 #include "netcommon/ipcthread.h"
 #include "netcommon/networknotify.h"
 #include "netcommon/playback.h"
+#include "program/productfactory.h"
 #include "service/devicepaths.h"
 #include "service/velmorametatypes.h"
 #include "service/velmorasettings.h"
@@ -24,8 +24,8 @@
 
 namespace {
 
-constexpr useconds_t StartPollUs = 150'000;
-constexpr std::uint32_t ApplicationEnded = 4; // type of the exit notice
+constexpr useconds_t startPollUs = 150'000;
+constexpr std::uint32_t applicationEnded = 4; // type of the exit notice
 
 // On standard output, newline before carriage return: deliberate. Flushed, because it may be a file.
 void sayOnConsole(const char *text)
@@ -54,7 +54,7 @@ void startIpcThread(netcommon::IpcThread *ipcThread)
     ipcThread->start(QThread::InheritPriority);
     while (!ipcThread->isStarted()) { // without limit
         qDebug("Velmora main function,wait start...");
-        usleep(StartPollUs);
+        usleep(startPollUs);
     }
 }
 
@@ -62,7 +62,7 @@ void startIpcThread(netcommon::IpcThread *ipcThread)
 void showFirstScreen()
 {
     qDebug("startVelmora...");
-    VelmoraSettings settings(device::settingsFile(), QSettings::IniFormat, nullptr);
+    VelmoraSettings settings = deviceSettings();
     VelmoraParentWidget *screen = nullptr;
     if (settings.getWelcomeCheck() == QLatin1String("1"))
         screen = new LoadingDlg(nullptr);
@@ -99,7 +99,7 @@ void tellMenuSystem()
     sayOnConsole("Velmora main function emit exit signal...");
     _NETWORK_MSG_T message;
     std::memset(&message, 0, sizeof message);
-    message.type = ApplicationEnded;
+    message.type = applicationEnded;
     if (auto *ipc = netcommon::Ipc::getInstance())
         ipc->sendIpcMsg(&message);
     if (auto *ipc = netcommon::Ipc::getInstance()) {

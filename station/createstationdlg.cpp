@@ -20,7 +20,7 @@ constexpr int longestSearchShown = 40;
 const QSize rowSize(324, 52);
 constexpr int rowsShown = 8;
 
-// The same picture for every mode, so that a selected row's icon is not tinted.
+// The same picture for every icon mode: Qt would tint the icon of a selected row.
 QIcon plainIcon(const char *path)
 {
     QIcon icon(QString::fromLatin1(path));
@@ -66,7 +66,7 @@ CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
 
 CreateStationDlg::~CreateStationDlg()
 {
-    delete ui->searchResultListWidget; // it draws with m_listStyle, which goes before the children
+    delete ui->searchResultListWidget; // it draws with m_listStyle, which is destroyed before the children
     qDebug("del CreateStationDlg..");
 }
 
@@ -105,7 +105,7 @@ void CreateStationDlg::searchStationDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T
     }
     const wsreply::SearchResult result = wsreply::search(h_handle);
     handle.reset();
-    showSearchContent(result); // last: a question in it may outlive this screen
+    showSearchContent(result); // last: it may ask a question, during which this screen can be deleted
 }
 
 void CreateStationDlg::showSearchContent(const wsreply::SearchResult &result)
@@ -148,7 +148,7 @@ void CreateStationDlg::showSearchContent(const wsreply::SearchResult &result)
     }
 }
 
-// The rows of an earlier search say nothing about the text that now stands in the field.
+// Removes the rows of an earlier search: they do not belong to the text that is in the field now.
 void CreateStationDlg::dropRows()
 {
     ui->searchResultListWidget->clearScroll();
@@ -295,7 +295,7 @@ void CreateStationDlg::recoverInitInputState()
         return;
     TextEntry::setPromptStyle(ui->searchLabelLineEdit);
     ui->searchLabelLineEdit->setReadOnly(true);
-    ui->searchLabelLineEdit->setText(tr("Artist or Song")); // not the words of the start (deliberate)
+    ui->searchLabelLineEdit->setText(tr("Artist or Song")); // not the prompt of the start (deliberate)
 }
 
 void CreateStationDlg::showDigitHint(int pageNum)

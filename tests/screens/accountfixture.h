@@ -12,7 +12,8 @@
 
 #include <QTemporaryDir>
 
-// One test of an account or station screen: a private device, a scripted service, screens that only say their names.
+// The set-up of one test of an account or station screen: a private device, a scripted service, and a factory whose
+// screens only record their names.
 class ScreenFixture {
 public:
     ScreenFixture()
@@ -37,7 +38,7 @@ public:
     FakeWs &ws() { return m_service.ws; }
     FakeScreens &screens() { return *m_screens; }
 
-    // Shows `screen`, which goes with this object at the latest.
+    // Shows `screen`, which is deleted with this object at the latest.
     template <typename Screen>
     QPointer<Screen> show(Screen *screen)
     {
@@ -46,12 +47,12 @@ public:
         return screen;
     }
 
-    static VelmoraSettings settings() { return {device::settingsFile(), QSettings::IniFormat, nullptr}; }
+    static VelmoraSettings settings() { return deviceSettings(); }
 
     // Accounts with slots "0", "1", ... in this order; the first one logged in last.
     static void storeAccounts(const QStringList &names)
     {
-        VelmoraSettings file(device::settingsFile(), QSettings::IniFormat, nullptr);
+        VelmoraSettings file = deviceSettings();
         for (int i = 0; i < names.size(); ++i)
             file.addAccount(names.at(i), QString::number(i));
         if (!names.isEmpty())
@@ -65,7 +66,7 @@ private:
     QList<QPointer<QWidget>> m_shown;
 };
 
-// Takes `screen`'s next message box away as soon as it shows, as the network or the menu system would.
+// Removes `screen`'s next message box as soon as it shows, as a lost network or an ordered exit does.
 inline void destroyNextBox(VelmoraParentWidget *screen)
 {
     auto *look = new QTimer(screen);

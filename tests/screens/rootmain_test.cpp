@@ -6,7 +6,6 @@
 #include "fakes/fakews.h"
 #include "fakes/logcapture.h"
 #include "fakes/screentest.h"
-#include "service/devicepaths.h"
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "unit/stdoutcapture.h"
@@ -79,7 +78,7 @@ private slots:
             cleanup(); // a fresh screen for each
             init();
             if (!check.isNull())
-                VelmoraSettings(device::settingsFile(), QSettings::IniFormat, nullptr).setWelcomeCheck(check);
+                deviceSettings().setWelcomeCheck(check);
             QStringList shown;
             inTheRadio = [&shown] { shown = screentest::visibleWindows(); };
             QCOMPARE(run(), 0);
