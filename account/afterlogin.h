@@ -5,11 +5,11 @@
 class VelmoraLogin;
 class VelmoraParentWidget;
 
-// How every account screen ends: it is retired, and the next screen is made and shown in the same slot. GUI thread.
+// How an account screen ends after a login: it is retired, and the next screen is made and shown at once. GUI thread.
 namespace afterlogin {
 
-// A login has delivered its station list: hands over to the player screen, or to Create station where the account has
-// none (Back from there leads to account selection). Takes the handle over.
+// The login has delivered the station list: hands over to the player screen, or to Create station when the account has
+// no station (Back from there leads to account selection). Takes over the handle.
 void enterPlayer(VelmoraParentWidget *screen, VelmoraLogin *login, HANDLE_T h_handle);
 
 } // namespace afterlogin

@@ -14,12 +14,12 @@ namespace deviceactivation {
 QString codeLine(const QString &code); // "Your activation code is:    " and the code
 QString pageLine(const QString &url);  // "Please go to    " and the address
 
-// Asks the service for a code for this device. The library's immediate result; nothing when the hardware address cannot
-// be read, which is only logged.
+// Asks the service for a code for this device. Returns the library's immediate result, or nothing when the hardware
+// address cannot be read, which is only logged.
 std::optional<VLM_WS_EXT_ERRCODE_T> requestCode();
 
-// The service's answer to that: the code, and nothing once a failure has been logged; the screen tells of it. Ends the
-// animation of `screen` and releases the handle.
+// Handles the service's reply: ends the animation of `screen` and releases the handle. Returns the code, or nothing
+// after a failure, which it logs and the screen shows.
 std::optional<wsreply::ActivationCode> takeCode(VelmoraParentWidget *screen, HANDLE_T h_handle,
                                                 VLM_WS_EXT_ERRCODE_T e_ret);
 

@@ -14,7 +14,7 @@ class InternetRadioDlg;
 class InternetRadioDlg : public VelmoraParentWidget {
     Q_OBJECT
 public:
-    // Both lines are prepared by the caller (deviceactivation); the history passes two empty ones.
+    // The caller prepares both lines (see deviceactivation.h); the navigation history passes two empty strings.
     InternetRadioDlg(const QString &codeLine, const QString &pageLine, QWidget *parent = nullptr);
     ~InternetRadioDlg() override;
 

@@ -14,8 +14,8 @@ namespace Ui {
 class LoadingDlg;
 }
 
-// Logo and a small animation while the stored account logs in; hands over to the player, to Create station or to the
-// account selection, or ends in an error box and the application's exit. Starts by itself 200 ms after construction.
+// Shows the logo and a small animation while the stored account logs in. Hands over to the player, to Create station or
+// to account selection, or shows an error box and exits the application. Starts 200 ms after construction.
 class LoadingDlg : public VelmoraParentWidget {
     Q_OBJECT
 public:

@@ -14,7 +14,7 @@ namespace Ui {
 class SelectUserDlg;
 }
 
-// Account selection: the accounts that this device knows, one to delete or a new one to begin. At most five.
+// Account selection: at most five accounts of this device, to choose or to delete, and a button for a new one.
 class SelectUserDlg : public VelmoraParentWidget {
     Q_OBJECT
 public:
@@ -22,7 +22,7 @@ public:
     explicit SelectUserDlg(int loginState, QWidget *parent = nullptr);
     ~SelectUserDlg() override;
 
-    // Fills the rows from the settings and focuses the row of `strFocus`; empty: of the last login.
+    // Fills the rows from the settings and focuses the row of `strFocus`, or of the last login when it is empty.
     void initRecordUserInfo(const QString &strFocus);
 
     void loseFocus(bool fgMsgbox) override;
@@ -47,7 +47,7 @@ private:
     static constexpr int maxAccounts = 5;
 
     void generateDeviceActivationCode();
-    void openSignIn(const QString &account);    // empty: nobody in particular
+    void openSignIn(const QString &account);    // empty: no particular account
     QPushButton *control(int focusIndex) const; // null outside the rows that show
     QPushButton *rowButton(int row) const;      // 1 to 5
     QPushButton *deleteButton(int row) const;
@@ -64,5 +64,5 @@ private:
     QStringList m_userNames; // of the rows
     int m_userCount = 0;
     int m_focusIndex = 0;  // 0 newUserBtn; 2k - 1 row k; 2k its delete button
-    QString m_deletedUser; // whose disassociation is under way
+    QString m_deletedUser; // the account that is being deleted
 };

@@ -8,8 +8,8 @@ namespace Ui {
 class WelcomeDlg;
 }
 
-// Greets a device that was never set up. "Activate Velmora" notes that it was seen and goes on to the loading screen;
-// Back asks whether to leave.
+// The greeting of a device that was never set up. "Activate Velmora" records that it was seen and goes on to the
+// loading screen. Back asks whether to exit.
 class WelcomeDlg : public VelmoraParentWidget {
     Q_OBJECT
 public:

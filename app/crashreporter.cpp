@@ -24,17 +24,18 @@ namespace registers = registerdump_x86_64;
 #error "the crash reporter has no register dump for this processor"
 #endif
 
-// printf in a signal handler: the process ends here anyway, and the console is the only witness. Most lines appear
-// twice: deliberate.
+// The signal handler calls printf: the process ends here anyway, and the console is the only record. Most lines appear
+// twice (deliberate).
 namespace {
 
-// In the order of installation; SIGSEGV last, it alone gets SA_ONSTACK.
+// In the order of installation. SIGSEGV is last; only it gets SA_ONSTACK.
 const int handledSignals[] = {SIGINT, SIGILL, SIGTERM, SIGFPE, SIGABRT, SIGSEGV};
-constexpr int SignalCount = sizeof handledSignals / sizeof handledSignals[0];
-struct sigaction previousActions[SignalCount];
+constexpr int signalCount = sizeof handledSignals / sizeof handledSignals[0];
+struct sigaction previousActions[signalCount];
 
-constexpr int MaxFrames = 32;
-constexpr const char *DefaultHandler = "Using default signal handler."; // said even though none is restored: deliberate
+constexpr int maxFrames = 32;
+constexpr const char *defaultHandler =
+    "Using default signal handler."; // printed although none is restored (deliberate)
 
 void banner(const char *text)
 {
@@ -49,8 +50,8 @@ void bannerTwice(const char *text)
 
 void defaultHandlerTwice()
 {
-    std::puts(DefaultHandler);
-    std::puts(DefaultHandler);
+    std::puts(defaultHandler);
+    std::puts(defaultHandler);
 }
 
 [[noreturn]] void park()
@@ -63,7 +64,7 @@ void defaultHandlerTwice()
 void restorePrevious(int signo)
 {
     std::fflush(stdout);
-    for (int i = 0; i < SignalCount; ++i) {
+    for (int i = 0; i < signalCount; ++i) {
         if (handledSignals[i] == signo)
             sigaction(signo, &previousActions[i], nullptr);
     }
@@ -79,11 +80,11 @@ void printRegisters(const mcontext_t &context)
     registers::print(context);
 }
 
-// Of its own, so that the first frame is this function and none of the interrupted code.
+// A separate function, so that the first frame is this one and never one of the interrupted code.
 [[gnu::noinline]] void printBacktrace()
 {
-    void *frames[MaxFrames];
-    const int count = backtrace(frames, MaxFrames);
+    void *frames[maxFrames];
+    const int count = backtrace(frames, maxFrames);
     char **names = backtrace_symbols(frames, count);
     if (!names)
         return;
@@ -128,7 +129,7 @@ void handleSignal(int signo, siginfo_t *info, void *context)
         printInstruction(pc);
         printRegisters(machine);
         printBacktrace();
-        std::puts(DefaultHandler);
+        std::puts(defaultHandler);
         break;
     case SIGSEGV:
         bannerTwice("Invalid memory reference");
@@ -160,7 +161,7 @@ int installCrashReporter()
     action.sa_sigaction = handleSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_SIGINFO;
-    for (int i = 0; i < SignalCount; ++i) {
+    for (int i = 0; i < signalCount; ++i) {
         if (handledSignals[i] == SIGSEGV)
             action.sa_flags |= SA_ONSTACK;
         const int result = sigaction(handledSignals[i], &action, &previousActions[i]);

@@ -8,7 +8,7 @@ namespace plainlook {
 
 namespace {
 
-// White text on the first ones, black text on the last four.
+// The last four carry black text, the others white text.
 const char *const surfaces[] = {"Main_Bg", "Screen_Bg", "Welcome_Bg",     "DialogBox_Bg", "Menu_Bg",
                                 "Btn_F",   "Button_F",  "Button_Focus_H", "FocusBar",     "InputBox_Focus_H"};
 

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-// What the radio looks like when its pictures are missing: plain surfaces under every text, so that it can be read and
-// the focus is seen.
+// The look of the radio when its pictures are missing: every text has a plain surface under it, so that it can be read,
+// and the focus stays visible.
 namespace plainlook {
 
 bool isNeeded(); // a surface that carries text is missing

@@ -4,8 +4,8 @@
 
 class VelmoraParentWidget;
 
-// What the root widget and the account and station screens know of the player screen: the existing one, never a way to
-// make it (that is ScreenFactory::player()).
+// What the root widget and the account and station screens know about the player screen. It gives access to an existing
+// player; ScreenFactory::player() makes one.
 class PlayerPort {
 public:
     virtual ~PlayerPort() = default;
@@ -15,12 +15,12 @@ public:
     virtual VelmoraParentWidget *screen() = 0;
     virtual void stopCurrentSong() = 0;
     virtual void playCurrentSong() = 0;
-    // Takes the handle of a station list over and fills the list, playing the last station.
+    // Fills the station list from the reply and plays the last station. Takes over the handle.
     virtual void fillFromStationList(HANDLE_T h_handle) = 0;
     virtual void restartIdleTimer() = 0;
-    // Signs out because an error wants it: also while a track is starting.
+    // Signs out because of an error, also while a track is starting.
     virtual void signOutAfterError() = 0;
 
 protected:
-    static void setExisting(PlayerPort *port); // the player screen, in its constructor and destructor
+    static void setExisting(PlayerPort *port); // called by the player screen's constructor and destructor
 };

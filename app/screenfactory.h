@@ -9,7 +9,8 @@ class StationDialog;
 class TrackMenuDialog;
 class VelmoraParentWidget;
 
-// Makes screens for those who may not know their classes. main registers the product's; tests their own.
+// Makes screens for callers that must not know their classes. main() registers the product's factory; tests register
+// their own.
 // Every screen is returned hidden, deletes itself when it is closed, and has no parent unless one is given. The caller
 // connects what it needs; what it hears of a screen is declared by the class that is returned.
 class ScreenFactory {
@@ -23,11 +24,11 @@ public:
     virtual VelmoraParentWidget *loading() = 0;
     virtual VelmoraParentWidget *selectUser(int loginState) = 0;
     virtual VelmoraParentWidget *signIn() = 0;
-    // The sign-in screen that asks `account` for the password only. Shows itself.
+    // The sign-in screen for a known account: it asks for the password only. The screen shows itself.
     virtual VelmoraParentWidget *signInFor(const QString &account) = 0;
     virtual VelmoraParentWidget *activation(const QString &codeLine, const QString &pageLine) = 0;
     virtual VelmoraParentWidget *emailPassword() = 0;
-    // The single player screen, made now if there is none.
+    // The single player screen; made by this call if there is none.
     virtual PlayerPort *player() = 0;
     virtual StationDialog *createStation(int mode) = 0;
     virtual StationDialog *renameStation(const QString &name, const QString &stationToken) = 0;

@@ -20,7 +20,7 @@ constexpr int IdleLimitMs = 28'800'000; // 8 hours
 QQueue<_VELMORA_UI_TYPE_E> VelmoraParentWidget::m_ui_type_queue;
 
 VelmoraParentWidget::VelmoraParentWidget(QWidget *parent, Qt::WindowFlags flags)
-    : QDialog(parent, flags | Qt::Dialog) // without the dialog bit a screen with a parent would be no window
+    : QDialog(parent, flags | Qt::Dialog) // without the dialog flag a screen with a parent would not be a window
     , m_idleTimer(new QTimer(this))
 {
     qDebug("new VelmoraParentWidget..");
@@ -176,7 +176,7 @@ void VelmoraParentWidget::resetFocus(bool fgMsgbox)
     qDebug("VelmoraParentWidget,resetFocus...");
     m_isLoseFocus = false;
     if (m_bufferDlg)
-        m_bufferDlg->setFocus(Qt::OtherFocusReason); // a control that Select could click waits for the animation's end
+        m_bufferDlg->setFocus(Qt::OtherFocusReason); // no control may be clicked before the animation ends
 }
 
 bool VelmoraParentWidget::fgActionInvalid()
@@ -214,11 +214,11 @@ void VelmoraParentWidget::controlAnimation(bool fgHide, const QString &text)
     qDebug("VelmoraParentWidget,controlAnimation,fgHide=%d.", fgHide);
     if (fgHide) {
         if (m_bufferDlg) {
-            // The animation holds the focus: it goes back to where it was, unless the screen has moved it meanwhile.
+            // The animation has the focus: it goes back to where it was, unless the screen has moved it in between.
             QWidget *focused = focusWidget();
             const bool isFocusOurs = !focused || focused == m_bufferDlg || m_bufferDlg->isAncestorOf(focused);
             m_bufferDlg->close();
-            m_bufferDlg->deleteLater(); // a key may just be on its way through it
+            m_bufferDlg->deleteLater(); // it may be handling a key event now
             m_bufferDlg.clear();
             if (isFocusOurs && m_focusUnderAnimation)
                 m_focusUnderAnimation->setFocus(Qt::OtherFocusReason);

@@ -57,11 +57,11 @@ public:
     void hideMsgbox();
     void delMsgbox();
     bool isMsgboxShown() const;
-    // The last box was taken away by the program, not answered: its 0 is no answer.
+    // The last box was closed by the program and not answered: its result 0 is no answer.
     bool isBoxDestroyed() const;
 
     // --- actions, animation, idle timer
-    bool fgActionInvalid(); // true: the action may go on (the name is the product's)
+    bool fgActionInvalid(); // true: the action may go on (the inverted name is deliberate)
     void controlAnimation(bool fgHide, const QString &text = QString());
     bool isAnimationShown() const;
     void showShadow(bool fgShow);
@@ -77,16 +77,16 @@ public:
     // --- service errors
     QString handleWSError(VLM_WS_EXT_ERRCODE_T code);
     void handleWSError(int errType); // the inactive account only
-    // The words for a code, or the screen's own where there are none.
+    // The message for a code, or the screen's own `fallback` when there is none.
     QString messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
-    // Asked before any message of a failure: true, and logged, once m_isErrorMsg is set.
+    // To be asked before a failure is shown: true, and logged, when m_isErrorMsg is set.
     bool isFatalMessageUp() const;
     // A warning, unless a fatal message is up. This screen may be gone afterwards, as after every box.
     void showWarning(const QString &text);
 
     bool m_isNetworkError = false;
     bool m_isErrorMsg = false; // an error that ends the screen is shown; no further service errors are
-    bool isEixt = false;       // spelled so: an exit is under way
+    bool isEixt = false;       // an exit is under way (the spelling is deliberate)
 
 public slots:
     void NohandleTimeOut();
@@ -102,7 +102,7 @@ signals:
     void signalTimeoutNohandle();
 
 protected:
-    // Swallows Escape, which would close and so delete the screen: Back is a key of its own.
+    // Consumes Escape, which would close and so delete the screen. Back is another key.
     bool event(QEvent *event) override;
 
 private slots:
@@ -130,7 +130,7 @@ private:
     bool m_isLoseFocus = false;
     bool m_isBoxShown = false;
     bool m_isBoxDestroyed = false;
-    bool m_isExitGranted = false; // the exit was asked for or ordered: nothing clears isEixt any more
+    bool m_isExitGranted = false; // the exit is certain: nothing clears isEixt any more
     int m_msgBoxInfoType = LABELS_DEFAULT;
     QPointer<viewcomponent::BufferDlg> m_bufferDlg;
     QTimer *m_idleTimer; // child

@@ -60,7 +60,7 @@ void VelmoraParentWidget::exitVelmora(bool isFromParent, bool isSystemError)
     if (!m_isExitGranted) {
         isEixt = false;
         qDebug("VelmoraParentWidget,exitVelmora,Can not exit Velmora,send exit Velmora signal failed.");
-        // Not translated: deliberate.
+        // Not translated (deliberate).
         showMsgbox(MSG_ERROR, QStringLiteral("Can not exit Velmora,send exit Velmora signal failed!"));
         return;
     }
@@ -70,13 +70,13 @@ void VelmoraParentWidget::exitVelmora(bool isFromParent, bool isSystemError)
 void VelmoraParentWidget::answerParentExit()
 {
     if (isEixt && m_isExitGranted && isHidden())
-        return; // ordered twice
+        return; // the same order a second time
     qDebug("VelmoraParentWidget,exitVelmora,signal is from parent...");
-    // quit() closes the windows that show. A box that it closed would count as answered with No, and a hidden screen
-    // would outlive the application: the player's playback thread with it.
+    // quit() closes visible windows only. A box closed by it would count as answered with No, and a hidden screen, with
+    // the player's playback thread, would outlive the application.
     for (VelmoraParentWidget *screen : screens()) {
         screen->destroyedMsgbox();
-        screen->isEixt = true; // what its box was about is not asked again on the way out
+        screen->isEixt = true; // so that its box is not shown again during the exit
         screen->m_isExitGranted = true;
     }
     for (VelmoraParentWidget *screen : screens())

@@ -61,6 +61,6 @@ private:
     viewcomponent::MCommonStyle m_listStyle;
     const int m_mode;
     int m_focusArea = NoArea;
-    bool m_isSelectAble = false;     // the key that confirmed the search must not choose a row too
+    bool m_isSelectAble = false;     // false: the key that confirmed the search must not choose a row
     QMap<QString, QString> m_tokens; // displayed text -> music token; of two equal rows the last
 };

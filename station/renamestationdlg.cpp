@@ -38,7 +38,7 @@ RenameStationDlg::RenameStationDlg(const QString &stationName, const QString &st
     connect(m_keyboard, &QtVirtualKbDlg::signalRestoreInitState, this, &RenameStationDlg::recoverInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalFirstKey, this, &RenameStationDlg::changeInitInputState);
     connect(m_keyboard, &QtVirtualKbDlg::signalPageNum, this, &RenameStationDlg::showDigitHint);
-    // The field holds a real text: no first key is announced for it, the first change dresses it for typing.
+    // The field holds real text, for which the keyboard announces no first key: the first change sets the typing style.
     connect(ui->stationNameLineEdit, &QLineEdit::textChanged, this, [this](const QString &text) {
         if (!text.isEmpty() && ui->stationNameLineEdit->isReadOnly())
             changeInitInputState();
@@ -176,7 +176,7 @@ void RenameStationDlg::resetFocus(bool fgMsgbox)
 
 void RenameStationDlg::keyReleaseEvent(QKeyEvent *event)
 {
-    // No question whether an action is allowed here, unlike the other dialogs (deliberate).
+    // Unlike the other dialogs, this one does not ask fgActionInvalid() here (deliberate).
     qDebug("RenameStationDlg,keyReleaseEvent,event->key=%0x", event->key());
     runTimer();
     if (event->key() == Qt::Key_Back) {

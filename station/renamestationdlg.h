@@ -32,7 +32,7 @@ private slots:
     void showDigitHint(int pageNum);
 
 private:
-    // Leaves for the player screen, which is still there with its stations.
+    // Returns to the player screen, which still exists with its stations.
     void backToPlayer();
 
     std::unique_ptr<Ui::RenameStationDlg> ui;

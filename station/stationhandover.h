@@ -7,11 +7,11 @@ class VelmoraParentWidget;
 // How Create and Rename station end: back on the player screen. GUI thread.
 namespace stationhandover {
 
-// Shows the player screen (made now if there is none) and restarts its idle timer.
+// Shows the player screen, making it if there is none, and restarts its idle timer.
 void showPlayer();
-// The account is no longer active: closes the dialog, forgets the history, signs out. Once.
+// The account is no longer active: closes the dialog, clears the history, signs out.
 void signOut(VelmoraParentWidget *dialog);
-// A fresh station list: closes the dialog, forgets the history, shows the player and fills it. Takes the handle over.
+// A new station list: closes the dialog, clears the history, shows the player and fills it. Takes over the handle.
 void enterPlayer(VelmoraParentWidget *dialog, HANDLE_T h_handle);
 
 } // namespace stationhandover

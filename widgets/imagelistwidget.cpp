@@ -30,7 +30,7 @@ QPixmap focusBar()
     return QPixmap(QStringLiteral(":/images/FocusBar.png"));
 }
 
-// The file that a style sheet takes for the same bar on this screen: under a marquee both are seen side by side.
+// The file that a style sheet chooses for the same bar on this screen. Beside a marquee both are visible at once.
 QPixmap sharpFocusBar()
 {
     for (int times = qMin(qCeil(qApp->devicePixelRatio()), 9); times > 1; --times) {
@@ -51,9 +51,9 @@ QPixmap selectedBar()
     return QPixmap(QStringLiteral(":/images/FocusBar_Selected.png"));
 }
 
-// Ends a long text before the mark at the right end of the current row's bar, on every row: none changes its text when
-// it becomes the current one. A name of blanks is shown in quotation marks. A right-to-left name keeps its own order in
-// the row, its punctuation included, and begins at the row's left like every other.
+// Elides a long text before the mark at the right end of the current row's bar, in every row, so that no text changes
+// when its row becomes the current one. A name of blanks is shown in quotation marks. A right-to-left name keeps its
+// own order in the row, its punctuation included, and begins at the row's left like every other.
 class RowDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -88,7 +88,7 @@ ImageListWidget::ImageListWidget(QWidget *parent)
     m_scrollLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_scrollLabel->hide();
     setVerticalScrollBar(new viewcomponent::MagicScrollBar(this));
-    setFocusPolicy(Qt::ClickFocus); // the screens' own rings move the focus, never Tab
+    setFocusPolicy(Qt::ClickFocus); // the screens' focus rings move the focus, Tab never does
     setUniformItemSizes(true);
     setItemDelegate(new RowDelegate(this));
 }
@@ -171,7 +171,7 @@ void ImageListWidget::clearScroll(QListWidgetItem *item)
     m_isScrolling = false;
 }
 
-// What lies under the list at `rect`: the backgrounds of its ancestors. Nothing while the list is not shown.
+// The picture under the list at `rect`: the backgrounds of its ancestors. Null while the list is hidden.
 QPixmap ImageListWidget::backdrop(const QRect &rect) const
 {
     if (!isVisible() || rect.isEmpty())
@@ -276,7 +276,7 @@ bool ImageListWidget::event(QEvent *event)
     return QListWidget::event(event);
 }
 
-// The row that the key leads to is decorated before the base class makes it current.
+// The target row is decorated before the base class makes it the current row.
 bool ImageListWidget::handleKey(int key)
 {
     const int row = currentRow();
@@ -344,7 +344,7 @@ void ImageListWidget::decorate(int row)
     setFocusBg(target);
 }
 
-// Wraps around: the base class must not move the row a second time, so the key ends here.
+// Wraps around. The event is consumed, because the base class must not move the row a second time.
 void ImageListWidget::jumpTo(int row)
 {
     leaveRow();
@@ -357,7 +357,7 @@ void ImageListWidget::keyboardSearch(const QString &)
 {
 }
 
-// ---- mouse: a click makes a row current, nothing else; the base class knows nothing of bars and marquees
+// ---- mouse: a click only makes a row the current one; the base class knows nothing about bars and marquees
 
 void ImageListWidget::mousePressEvent(QMouseEvent *event)
 {
@@ -384,5 +384,5 @@ void ImageListWidget::mouseDoubleClickEvent(QMouseEvent *)
 
 void ImageListWidget::wheelEvent(QWheelEvent *event)
 {
-    event->accept(); // the marquee would be left behind
+    event->accept(); // the marquee does not scroll with the rows
 }

@@ -5,12 +5,12 @@
 
 class ImageListWidgetItem;
 
-// The list of every scrolling list: driven by the remote's arrow, page and home/end keys, wraps around at both ends,
-// marks its current row with a picture, and runs a text that is too wide as a marquee. While a marquee runs, the row's
-// own text is blank: read it through currentItemText().
+// The widget of every scrolling list. It is driven by the remote's arrow, page and home/end keys, wraps around at both
+// ends, marks its current row with a picture, and scrolls a text that is too wide as a marquee. While a marquee runs,
+// the row's own text is blank: read it through currentItemText().
 //
-// Whoever changes the current row or removes rows by program calls clearBg() on the current row first (it stops the
-// marquee). The list wants a viewport of whole rows, as high as the page size says.
+// Code that changes the current row or removes rows calls clearBg() on the current row first, which stops the marquee.
+// The height of the viewport is a whole number of rows, the page size.
 class ImageListWidget : public QListWidget {
     Q_OBJECT
 public:
@@ -18,7 +18,7 @@ public:
     ~ImageListWidget() override;
 
     QString currentItemText() const;
-    void setPageSize(int rows); // rows a page key moves over, the row left included
+    void setPageSize(int rows); // rows that a page key moves by, the current row included
     int pageSize() const { return m_pageSize; }
 
     void checkScroll();
@@ -26,7 +26,7 @@ public:
     void setFocusBg(QListWidgetItem *item);      // focused row, list has the focus
     void clearBg(QListWidgetItem *item);         // plain row
     void setFocusDisable(QListWidgetItem *item); // current row, list without focus
-    // These hide QWidget's on purpose: the bar follows the keyboard focus.
+    // These hide the functions of QWidget on purpose: the bar follows the keyboard focus.
     void setFocus();
     void clearFocus();
     void ensureFocusVisible();
@@ -47,7 +47,7 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    bool handleKey(int key); // true: the key is used up
+    bool handleKey(int key); // true: the event is consumed
     void leaveRow();
     void decorate(int row);
     void jumpTo(int row);

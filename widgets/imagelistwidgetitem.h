@@ -15,8 +15,8 @@ public:
     explicit ImageListWidgetItem(QWidget *parent);
 
     void setText(const QString &text); // replaces the label's own text, which is not drawn
-    // What is painted under the text: the backdrop from the label's upper left corner, and the whole bar of the row at
-    // `place`, in the label's coordinates. It is drawn as the row draws it, so that both fit at any scale.
+    // The ground under the text: the backdrop from the label's upper left corner, and the row's whole bar at `place`,
+    // in the label's coordinates. The bar is drawn as the row draws it, so that both match at any scale.
     void setBackdrop(const QPixmap &backdrop);
     void setBar(const QPixmap &bar, const QRect &place);
     QSize sizeHint() const override;
@@ -43,7 +43,7 @@ private:
     void forgetEdges();
 
     QString m_text; // the row's text and the gap behind it
-    // Both are made anew when the text or the font changes: laying out a line thirty times a second is what costs.
+    // Laid out again only when the text or the font changes: a layout at every step would be the costly part.
     QStaticText m_line;
     int m_textWidth = 0; // without the gap
     int m_bandWidth = 0; // with it

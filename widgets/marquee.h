@@ -2,8 +2,8 @@
 
 #include <QList>
 
-// The arithmetic of a text that runs through a window too narrow for it: an endless band of copies that stands still
-// for a moment after each turn. All lengths in pixels.
+// The arithmetic of a text that scrolls through a window too narrow for it: an endless band of copies that pauses after
+// each turn. All lengths are in pixels.
 namespace marquee {
 
 inline constexpr int pauseMs = 1000;
@@ -14,9 +14,9 @@ inline constexpr int widestStill = 250; // a fixed limit, not the window's width
 enum class Step { Shift, ShiftAndPause };
 
 bool runs(int textWidth);
-// Moves `offset` on by one pixel; a full turn of `bandWidth` ends at 0 and asks for a pause.
+// Advances `offset` by one pixel. A full turn of `bandWidth` pixels ends at 0 and asks for a pause.
 Step advance(int &offset, int bandWidth);
-// Left edges of the copies that are seen through a window `windowWidth` wide. Empty for a band of width 0.
+// Left edges of the copies that are visible in a window of `windowWidth`. Empty for a band of width 0.
 QList<int> copies(int offset, int bandWidth, int windowWidth);
 
 } // namespace marquee

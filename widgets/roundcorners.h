@@ -2,5 +2,5 @@
 
 class QWidget;
 
-// Lets what lies behind a window show through where its style sheet draws nothing. Call it before the window shows.
+// Makes a window transparent where its style sheet draws nothing. Call it before the window shows.
 void showRoundCorners(QWidget *window);

@@ -35,7 +35,7 @@ void RoundProgressBar::paintEvent(QPaintEvent *)
     const int range = maximum() - minimum();
     if (range <= 0 || value() <= minimum())
         return;
-    // Round at both ends from the first moment: never shorter than a dot.
+    // Never shorter than its height, so that both ends are round.
     const qreal length = qMax(whole.width() * (value() - minimum()) / range, whole.height());
     QLinearGradient lit(0, 0, length, 0);
     lit.setColorAt(0, m_isMuted ? mutedLeft : mintLeft);

@@ -2,7 +2,8 @@
 
 #include <QProgressBar>
 
-// A bar whose lit part has round ends however short it is; a style sheet squares what is shorter than its corners.
+// A progress bar whose lit part has round ends at any length. A style sheet draws square ends on a part that is shorter
+// than its corners.
 class RoundProgressBar : public QProgressBar {
     Q_OBJECT
 public:

@@ -16,7 +16,7 @@ struct Panel {
     const char *bottom;
 };
 
-// As in the masters of the pictures.
+// The same values as in the SVG masters of the pictures.
 constexpr Panel panels[] = {
     {"Welcome_Bg.png", "2px solid #5B4472", 16, "rgba(43, 24, 57, 240)", "rgba(29, 15, 40, 240)"},
     {"DialogBox_Bg.png", "3px solid #8E6FAE", 22, "rgb(58, 33, 80)", "rgb(38, 19, 56)"},
@@ -60,7 +60,7 @@ bool SharpPanels::eventFilter(QObject *watched, QEvent *event)
         widget->setStyleSheet(sharp);
         return false;
     }
-    // The style sheet of a window would fill its corners too: a child at the bottom wears it.
+    // A window's own style sheet would fill its corners too, so a child at the bottom gets it.
     widget->setStyleSheet(QString());
     auto *panel = new QWidget(widget);
     panel->setObjectName(QStringLiteral("sharpPanel"));

@@ -2,10 +2,10 @@
 
 #include <QObject>
 
-// Makes the panels sharp on a screen larger than the canvas. Their pictures exist once, because the forms' style sheets
-// slice them in pixels of the file; here each is exchanged for the same panel drawn by its style sheet, when its widget
-// is about to show for the first time. The same where the pictures are missing: without a panel a box would show what
-// lies behind it. Installed on the application object; GUI thread.
+// Makes the panels sharp on a screen larger than the canvas. Their pictures exist in one size only, because the forms'
+// style sheets slice them in pixels of the file. This filter replaces each picture by the same panel drawn by a style
+// sheet, just before the widget shows for the first time. It does the same when the pictures are missing: a box without
+// a panel would be transparent. Installed on the application object; GUI thread.
 class SharpPanels : public QObject {
     Q_OBJECT
 public:
@@ -13,7 +13,7 @@ public:
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-    // What the form's own style sheet becomes; `style` itself when it names no panel.
+    // The style sheet that replaces the form's own; `style` itself when it names no panel.
     static QString sharpened(const QString &style, const QString &objectName);
 
 private:

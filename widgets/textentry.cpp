@@ -8,7 +8,7 @@
 
 namespace {
 
-// A cursor of one pixel shimmers on a television and is not seen from a sofa.
+// A cursor of one pixel flickers on a television and cannot be seen from a distance.
 class FieldStyle : public QProxyStyle {
 public:
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
@@ -50,7 +50,7 @@ void TextEntry::setTypingStyle(QLineEdit *field)
 bool TextEntry::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn) {
-        // The toolkit selects everything in a field that gets the focus; a remote has no use for a selection.
+        // Qt selects the whole text of a field that gets the focus; a remote control has no use for a selection.
         auto *field = static_cast<QLineEdit *>(watched);
         QMetaObject::invokeMethod(
             field, [field] { field->end(false); }, Qt::QueuedConnection);
@@ -64,5 +64,5 @@ bool TextEntry::eventFilter(QObject *watched, QEvent *event)
     if (!isDialogs)
         return false;
     QCoreApplication::sendEvent(m_dialog, event);
-    return true; // nothing of this object may be touched: the dialog can be gone
+    return true; // the dialog, and this object with it, may be deleted here
 }

@@ -5,9 +5,9 @@
 class QDialog;
 class QLineEdit;
 
-// What every dialog with an on-screen keyboard needs of its entry fields; a child of the dialog. A field that holds the
-// keyboard focus would swallow every key release and move its own cursor with the arrows: it hands them to the dialog
-// instead, which decides and passes the presses on to the keyboard.
+// Makes line edits work as the entry fields of a dialog with an on-screen keyboard; a child of the dialog. A line edit
+// that has the focus would consume every key release and move its cursor with the arrows. This filter gives those keys
+// to the dialog instead, which passes the presses on to the keyboard.
 class TextEntry : public QObject {
     Q_OBJECT
 public:
@@ -23,5 +23,5 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QObject *const m_dialog; // the parent; a plain object while it is being destroyed
+    QObject *const m_dialog; // the parent; no longer a QDialog while it is being destroyed
 };

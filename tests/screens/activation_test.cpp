@@ -75,7 +75,7 @@ private slots:
         QCOMPARE(fixture.settings().getLastLogin().password, QStringLiteral("1"));
     }
 
-    // A power cut asks nobody: the file itself says what the next start will do.
+    // A power cut runs no code, so the file itself is compared.
     void theSettingsStayAsTheyAreUntilTheActivationIsCompleted()
     {
         ScreenFixture fixture;

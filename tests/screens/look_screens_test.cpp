@@ -1,4 +1,4 @@
-// What a machine can see of every screen but the player: texts, safe area, neighbours, focus, contrast, names.
+// The look of every screen except the player: texts, safe area, overlaps, focus, contrast, accessible names.
 
 #include "account/emailpwddlg.h"
 #include "account/internetradiodlg.h"
@@ -131,14 +131,15 @@ private slots:
         QFETCH(int, focused);
         ScreenFixture fixture;
         const QPointer<QWidget> screen = make();
-        const auto end = qScopeGuard([&] { delete screen; }); // also when it fails: a screen left alone asks questions
+        const auto end =
+            qScopeGuard([&] { delete screen; }); // also after a failure: a screen that is left over would show boxes
         screen->show();
         screen->activateWindow();
         settle();
         QCOMPARE(lookcheck::faults(screen).join(QLatin1Char('\n')), QString());
         const QStringList lit = lookcheck::focused(screen);
         QVERIFY2(lit.size() == focused, qPrintable(lit.join(QLatin1Char(' '))));
-        const QImage picture = screen->grab().toImage(); // what lies behind a box stays behind it
+        const QImage picture = screen->grab().toImage(); // a box is opaque
         QCOMPARE(qAlpha(picture.pixel(picture.width() / 2, picture.height() - 12)), 255);
     }
 
@@ -255,7 +256,7 @@ private slots:
         }
     }
 
-    // The check itself.
+    // A test of the check itself.
     void aFaultIsSeen()
     {
         struct Case {

@@ -4,11 +4,12 @@
 
 class QWidget;
 
-// What a machine can see on a window that shows: one line a fault, empty when there is none. GUI thread only.
+// Checks what a program can see on a visible window. GUI thread only.
 namespace lookcheck {
 
-// Texts whole, words and controls inside the safe area of the canvas, no two neighbours over each other, contrast of
-// at least 4.5 to 1 against what is really behind, a name for every control that can take the focus.
+// One line a fault. Checked are: no text is cut, texts and controls are inside the safe area of the canvas, no two
+// siblings overlap, the contrast with the actual background is at least 4.5 to 1, and every control that can take the
+// focus has an accessible name.
 QStringList faults(QWidget *window);
 
 // Object names of the controls that look focused: an amber surface or an amber frame. The field that the on-screen

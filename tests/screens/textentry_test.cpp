@@ -1,4 +1,4 @@
-// Text entry with the real keyboard: keys go to the field that holds the focus, which keeps none that are not its own.
+// Text entry with the real keyboard: a key goes to the focused field, which passes on what is not its own.
 
 #include "account/signindlg.h"
 #include "screens/accountfixture.h"

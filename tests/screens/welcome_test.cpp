@@ -1,4 +1,4 @@
-// The welcome screen: the one button, and Back.
+// The welcome screen: its button, and Back.
 #include "account/welcomedlg.h"
 #include "screens/accountfixture.h"
 

@@ -30,7 +30,7 @@ public:
         m_process.kill();
         m_process.waitForFinished();
     }
-    // Everything written until `marker` stood there `times` times; shorter when the time is up.
+    // The output up to the `times`-th appearance of `marker`; shorter when the time is up.
     QByteArray outputUntil(const QByteArray &marker, int times)
     {
         QDeadlineTimer deadline(ReportMs);

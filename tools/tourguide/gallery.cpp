@@ -1,5 +1,5 @@
-// Linked into a radio of its own: shows over the player, one after the other, what no key and no answer of the service
-// leads to. VELMORA_GALLERY names them, parted by commas: about, info, reminder.
+// Linked into a separate build of the radio. Shows the screens that no key and no reply of the service leads to, one
+// after the other, over the player. VELMORA_GALLERY names them, separated by commas: about, info, reminder.
 
 #include "app/screenfactory.h"
 #include "app/velmoraparentwidget.h"

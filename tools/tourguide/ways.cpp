@@ -1,4 +1,4 @@
-// What the tour walks through: each way is one evening of its own.
+// The ways of the tour: each is one journey with its own device and service.
 
 #include "tools/tourguide/tour.h"
 
@@ -66,7 +66,7 @@ bool focusStations(Journey &journey)
     return false;
 }
 
-// The entry that many steps above the menu's last one.
+// Opens the track menu and moves up by `up` entries from its last one.
 bool openMenu(Journey &journey, int up)
 {
     return waitForTrack(journey) && focusStations(journey) && keys(journey, "right select") &&
@@ -94,7 +94,7 @@ bool renameEverything(const Journey &journey)
     sqlite3_busy_timeout(store, 10000);
     constexpr int count = int(std::size(worldNames));
     for (int i = 0; i < count && isDone; ++i) {
-        // The same rest means another name in each table, so that a track shows several scripts at once.
+        // The offsets differ, so that one track shows several scripts at once.
         const auto sql = QStringLiteral("UPDATE stations SET name = '%1' WHERE id % %2 = %3;"
                                         "UPDATE tracks SET song = '%1' WHERE id % %2 = %3;"
                                         "UPDATE artists SET name = '%1' WHERE (id + 3) % %2 = %3;"
@@ -164,7 +164,7 @@ void Tour::activation()
     keys(journey, "select");
 }
 
-// A service that hears and never answers: the screen stays.
+// A service that accepts connections and never answers: the loading screen stays.
 void Tour::loading(const QString &name, const QString &title, const QStringList &menuOptions)
 {
     QTcpServer silent;
@@ -193,7 +193,7 @@ void Tour::evening()
          "01-player-playing");
     const bool hasRated = keys(journey, "green");
     bool hasHistory = skip(journey);
-    // An ad is not rated; a track that is not liked ends.
+    // An ad cannot be rated; a track that gets a thumb down ends.
     const bool hasDisliked = waitForTrack(journey) && keys(journey, "red") && skip(journey);
     hasHistory = skip(journey) && skip(journey) && hasHistory && hasRated && hasDisliked && waitForTrack(journey);
     stop(journey, hasHistory && keys(journey, "right right right right right right"), "player-history",
@@ -267,7 +267,7 @@ void Tour::stationScreens()
          (longest == 0 || journey.key(QStringList(longest, QStringLiteral("down")))) && (QTest::qWait(marqueeMs), true),
          "create-marquee", "Create a station, a long row moves");
     keys(journey, "back");
-    // --- another name, as long as it goes
+    // --- a name of the greatest length
     waitForTrack(journey);
     keys(journey, "left top down down select");
     journey.waitForAudio(2);
@@ -322,7 +322,7 @@ void Tour::accounts()
 void Tour::slowService()
 {
     Journey::Options options;
-    // Slow enough for a look at what the radio shows until it can begin.
+    // So slow that what the radio shows before the first music can be seen.
     options.serverOptions = {QStringLiteral("--throttle"), QStringLiteral("20000")};
     Journey journey(options);
     if (!begin(journey))
@@ -355,7 +355,7 @@ void Tour::serviceGone()
         stop(journey, journey.waitForBox(QString()), "error", "An error: the service has no answer at the start");
 }
 
-// Screens and a kind of box that the radio can show and no key leads to.
+// Screens and a kind of box that no key leads to.
 void Tour::withoutKeys()
 {
     qputenv("VELMORA_GALLERY", "about,info,reminder");
@@ -434,7 +434,7 @@ void Tour::names()
          "names-accounts", "Names of the world: accounts", "06-account-selection");
 }
 
-// The radio without a picture of its own, and with a font that is wider than the one its screens are measured for.
+// The radio without its pictures, and with a font that is wider than the one its screens are measured for.
 void Tour::bare()
 {
     QTemporaryDir fonts;
