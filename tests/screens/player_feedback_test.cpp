@@ -71,7 +71,7 @@ private slots:
                 QCOMPARE(rig.focused(), QStringList("stationListWidget"));
                 rig.call(action.slot); // may be tried again
                 QVERIFY(rig.isAnimationShown());
-                QCOMPARE(rig.skipsLeft("b"), 6);
+                QCOMPARE(rig.takeSkips("b"), 6);
             }
         }
     }
@@ -130,7 +130,7 @@ private slots:
         QVERIFY(rig.hasThumb("ThumbsDown_Enable.png"));
         QVERIFY(onCover->styleSheet().contains("ThumbsDown_Enable.png"));
         QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2); // a fresh playlist
-        QCOMPARE(rig.skipsLeft("b"), 5);
+        QCOMPARE(rig.takeSkips("b"), 5);
     }
 
     void aTrackThatEndsUnderAThumbsUpWaitsForTheReplyWhateverItIs()
@@ -143,7 +143,7 @@ private slots:
             BoxAnswer answers({BoxAnswer::Ok});
             rig.answer(VLM_WS_MSGID_ADD_FEEDBACK, code);
             QCOMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 2"));
-            QCOMPARE(rig.skipsLeft("b"), 6);
+            QCOMPARE(rig.takeSkips("b"), 6);
         }
     }
 
@@ -154,7 +154,7 @@ private slots:
         rig.answer(VLM_WS_MSGID_SLEEP_SONG, VLM_WS_ERR_OK);
         QCOMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 2"));
         FakePlayback::playOk(10);
-        QCOMPARE(rig.skipsLeft("b"), 5); // and now there is none
+        QCOMPARE(rig.takeSkips("b"), 5); // and now there is none
         BoxAnswer answers({BoxAnswer::Ok});
         rig.call("sleepSong");
         QCOMPARE(answers.texts(), QStringList(skipLimit));
@@ -196,8 +196,8 @@ private slots:
         rig.call("thumbDownSong");
         rig.call("tapestryStation"); // while the reply is on its way
         rig.answer(VLM_WS_MSGID_ADD_FEEDBACK, VLM_WS_ERR_OK);
-        QCOMPARE(rig.skipsLeft("b"), 5);
-        QCOMPARE(rig.skipsLeft("tapestry"), 6);
+        QCOMPARE(rig.takeSkips("b"), 5);
+        QCOMPARE(rig.takeSkips("tapestry"), 6);
     }
 
     void aMarkStaysWithTheTrackThatWasRated()

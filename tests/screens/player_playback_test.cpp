@@ -174,7 +174,7 @@ private slots:
                 QVERIFY(rig.style("playBtn").contains("Play.png"));
                 rig.call(slot);
                 QCOMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 2"));
-                QCOMPARE(rig.skipsLeft("b"), 6); // nothing was skipped
+                QCOMPARE(rig.takeSkips("b"), 6); // nothing was skipped
             }
         }
     }
