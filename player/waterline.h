@@ -1,14 +1,16 @@
 #pragma once
 
+#include "netcommon/netcommon_global.h"
+
 #include <cstdint>
 
 // Decides what one check of the audio buffer, every 500 ms while a track plays, leads to. Below the low line the stream
 // is paused until the buffer has passed the high line; between the two nothing changes (hysteresis).
 namespace waterline {
 
-inline constexpr int tickMs = 500;
-inline constexpr std::uint32_t lowMs = 3000;
-inline constexpr std::uint32_t highMs = 7000;
+inline constexpr int tickMs = netcommon::waterTickMs;
+inline constexpr std::uint32_t lowMs = netcommon::lowWaterMs;
+inline constexpr std::uint32_t highMs = netcommon::highWaterMs;
 inline constexpr int patience = 599; // ticks under the low line; one more gives up
 
 // State that the player screen keeps between two ticks.

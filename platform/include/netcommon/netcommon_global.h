@@ -41,3 +41,13 @@ typedef struct _IMTK_PB_CTRL_BUFFER_STATUS_T {
     std::uint32_t ui4_end;    // end of what has been received
     std::uint32_t ui4_amount; // ui4_end - ui4_start
 } IMTK_PB_CTRL_BUFFER_STATUS_T;
+
+namespace netcommon {
+
+// The water line: how the player screen watches what is buffered. It looks once a tick, pauses a track below the low
+// line and resumes it above the high one. Milliseconds.
+inline constexpr std::uint32_t waterTickMs = 500;
+inline constexpr std::uint32_t lowWaterMs = 3000;
+inline constexpr std::uint32_t highWaterMs = 7000;
+
+} // namespace netcommon
