@@ -16,7 +16,7 @@ namespace {
 
 const std::map<char, std::function<void(PlaybackOrder &)>> facts{
     {'t', [](PlaybackOrder &order) { order.taken(); }},
-    {'p', [](PlaybackOrder &order) { order.prerolled(); }},
+    {'p', [](PlaybackOrder &order) { order.ready(); }},
     {'1', [](PlaybackOrder &order) { order.failed(-1); }},
     {'2', [](PlaybackOrder &order) { order.failed(-2); }},
     {'P', [](PlaybackOrder &order) { order.wantPlay(false); }},
@@ -26,6 +26,7 @@ const std::map<char, std::function<void(PlaybackOrder &)>> facts{
     {'l', [](PlaybackOrder &order) { order.buffered(2999); }},
     {'h', [](PlaybackOrder &order) { order.buffered(3000); }},
     {'E', [](PlaybackOrder &order) { order.received(); }},
+    {'S', [](PlaybackOrder &order) { order.endsSoon(); }},
     {'N', [](PlaybackOrder &order) { order.ended(); }},
 };
 
@@ -37,10 +38,11 @@ QString reports(const QByteArray &letters)
     for (const char letter : letters)
         facts.at(letter)(order);
     for (const PlaybackReport &report : order.take()) {
-        const bool valued = report.kind == PlaybackReport::Result || report.kind == PlaybackReport::CurrentTime ||
-                            report.kind == PlaybackReport::TotalTime || report.kind == PlaybackReport::Progress ||
-                            report.kind == PlaybackReport::BufferLow;
-        said << names.value(report.kind) + (valued ? QString::number(report.value) : QString());
+        const bool valued =
+            report.kind == PlaybackReport::Kind::Result || report.kind == PlaybackReport::Kind::CurrentTime ||
+            report.kind == PlaybackReport::Kind::TotalTime || report.kind == PlaybackReport::Kind::Progress ||
+            report.kind == PlaybackReport::Kind::BufferLow;
+        said << names.value(int(report.kind)) + (valued ? QString::number(report.value) : QString());
     }
     return said.join(' ') + QStringLiteral(" =%1").arg(order.state());
 }
@@ -59,7 +61,10 @@ private slots:
         row("all bytes before the result", "tETpN", "url result0 play total12 eof next =4");
         row("total before the result is told after it", "tTp", "url result0 play total12 =5");
         row("the end without the file's end reports both", "tpN", "url result0 play eof next =4");
-        row("the end before the beginning is nothing", "tN", "url =4");
+        row("the next track is asked for once, while this one still plays", "tpESlSN", "url result0 play eof next =4");
+        row("what ends soon still plays", "tpES", "url result0 play eof next =5");
+        row("what is not all here does not end soon", "tpS", "url result0 play =5");
+        row("the end before the beginning is nothing", "tSN", "url =4");
         row("paused before the result", "tPp", "url result0 pause =6");
         row("paused and resumed before the result", "tPRp", "url result0 play =5");
         row("paused before the address", "Ptp", "url result0 pause =6");
@@ -98,6 +103,19 @@ private slots:
             QCOMPARE(uint(status.ui4_end), stop);
             QCOMPARE(status.ui4_amount, status.ui4_end - status.ui4_start);
         }
+    }
+
+    void aTrackBeginsWhenItsFirstLookWillFindEnough()
+    {
+        const std::tuple<qint64, qint64, bool, bool> cases[] = {
+            {3499, 60000, false, false}, {3500, 60000, false, true}, // enough is buffered
+            {400, 5000, true, true},     {0, 0, false, false},       // all of it, nothing
+            {1000, 149, false, false},   {1000, 150, false, true},   // the first burst says nothing
+            {2400, 1200, false, false},  {2500, 1250, false, true},  // at twice playing speed
+            {2700, 1400, false, false},                              // a little slower
+        };
+        for (const auto &[buffered, arriving, isReceived, expected] : cases)
+            QVERIFY2(mayStart({buffered, arriving, isReceived}) == expected, qPrintable(QString::number(buffered)));
     }
 
     void theSinkIsHeldBetweenItsTwoLines()

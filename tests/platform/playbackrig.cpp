@@ -35,11 +35,16 @@ PlaybackRig::~PlaybackRig()
 
 void PlaybackRig::play(const QByteArray &url)
 {
+    m_audioBefore = netcommon::statistics::audioSecondsRendered();
+    replace(url);
+}
+
+void PlaybackRig::replace(const QByteArray &url)
+{
     heard.clear();
     seconds.clear();
     percents.clear();
     lows.clear();
-    m_audioBefore = netcommon::statistics::audioSecondsRendered();
     thread.setType(PLAYBACK_TYPE_STOP);
     thread.setType(PLAYBACK_TYPE_START);
     QByteArray text = url;
@@ -51,6 +56,12 @@ void PlaybackRig::play(const MediaFile &file)
 {
     server.serve("/track", file);
     play(server.url("/track"));
+}
+
+void PlaybackRig::replace(const MediaFile &file)
+{
+    server.serve("/track", file);
+    replace(server.url("/track"));
 }
 
 double PlaybackRig::audioSeconds() const

@@ -8,6 +8,10 @@
 #include <QObject>
 #include <QStringList>
 
+// Waits for an outcome that takes as long as a track plays, on any machine.
+#define TRY_VERIFY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, 60000)
+#define TRY_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, 60000)
+
 // Playback and its thread, what they said, in order, and a server for what they play.
 class PlaybackRig : public QObject {
 public:
@@ -18,10 +22,15 @@ public:
     // As the player screen starts a track: stop, start, address.
     void play(const QByteArray &url);
     void play(const MediaFile &file); // served as "/track"
+    // The same, and audioSeconds() goes on counting.
+    void replace(const QByteArray &url);
+    void replace(const MediaFile &file);
     void command(PLAYBACK_TYPE_E type) { thread.setType(type); }
     int state() { return playback->getPbcState(); }
     IMTK_PB_CTRL_BUFFER_STATUS_T buffer();
     int count(const QString &what) const { return int(heard.count(what)); }
+    // The next track was asked for, and the last sample was heard.
+    bool hasEnded() { return heard.contains(QStringLiteral("next")) && state() == PLAYBACK_STATE_STOPPED; }
     // That reached the sink since play().
     double audioSeconds() const;
     // All that is heard of a good track of this many seconds.

@@ -33,7 +33,7 @@ void FetcherFeed::attach(GstAppSrc *source)
 
 void FetcherFeed::detach()
 {
-    m_wanted = false;
+    m_isWanted = false;
     const std::lock_guard lock(m_mutex);
     m_source.reset();
 }
@@ -43,9 +43,17 @@ qint64 FetcherFeed::silentMs() const
     return nowMs() - m_lastByte.load();
 }
 
+qint64 FetcherFeed::arrivingMs() const
+{
+    const qint64 first = m_firstByte.load();
+    return first > 0 ? nowMs() - first : 0;
+}
+
 void FetcherFeed::push(const QByteArray &bytes)
 {
     m_lastByte = nowMs();
+    if (m_firstByte.load() == 0)
+        m_firstByte = m_lastByte.load();
     const std::lock_guard lock(m_mutex);
     if (m_source)
         gst_app_src_push_buffer(m_source.get(),
@@ -71,13 +79,13 @@ void FetcherFeed::failed()
 void FetcherFeed::needData(GstAppSrc *, guint, gpointer self)
 {
     auto *const feed = static_cast<FetcherFeed *>(self);
-    if (!feed->m_wanted.exchange(true))
+    if (!feed->m_isWanted.exchange(true))
         feed->m_fetcher.wake();
 }
 
 void FetcherFeed::enoughData(GstAppSrc *, gpointer self)
 {
-    static_cast<FetcherFeed *>(self)->m_wanted = false;
+    static_cast<FetcherFeed *>(self)->m_isWanted = false;
 }
 
 } // namespace netcommon

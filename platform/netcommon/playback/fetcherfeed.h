@@ -21,8 +21,10 @@ public:
     void detach();                  // before it is set to NULL again; any thread
     // Milliseconds since the last byte came, or since attach().
     qint64 silentMs() const;
+    // Milliseconds since the first byte came; 0 before it.
+    qint64 arrivingMs() const;
 
-    bool wanted() const override { return m_wanted.load(); }
+    bool wanted() const override { return m_isWanted.load(); }
     void push(const QByteArray &bytes) override;
     void complete() override;
     void failed() override;
@@ -34,8 +36,10 @@ private:
     const quint64 m_id;
     PlaybackInbox &m_inbox;
     Fetcher &m_fetcher;
-    std::atomic<bool> m_wanted{false};
-    std::atomic<qint64> m_lastByte{0}; // milliseconds of the steady clock
+    std::atomic<bool> m_isWanted{false};
+    // Milliseconds of the steady clock.
+    std::atomic<qint64> m_firstByte{0}; // 0: none came
+    std::atomic<qint64> m_lastByte{0};
     std::mutex m_mutex;
     GstOwner<GstAppSrc> m_source; // null: detached
 };

@@ -18,7 +18,8 @@ struct PlaybackEvent {
         Command,
         Address, // text is the address
         // What happened to a pipeline; id is the pipeline's. text is for the log.
-        Prerolled,
+        Decoded,   // there is audio, or the end of the stream; it waits for a sink
+        Prerolled, // the same, and the sink is ready to play
         Ended,
         SinkFailed,
         DecoderMissing, // of recognised audio

@@ -7,103 +7,113 @@
 
 namespace netcommon {
 
-namespace {
-constexpr int LowWaterMs = 3000; // the player screen pauses below this
-}
+using Kind = PlaybackReport::Kind;
 
 void PlaybackOrder::taken()
 {
-    if (m_phase != Idle)
+    if (m_phase != Phase::Idle)
         return;
-    m_phase = Starting;
-    report(PlaybackReport::UrlOk);
+    m_phase = Phase::Starting;
+    report(Kind::UrlOk);
 }
 
-void PlaybackOrder::prerolled()
+void PlaybackOrder::ready()
 {
-    if (m_phase != Starting)
+    if (m_phase != Phase::Starting)
         return;
-    m_phase = Playing;
-    report(PlaybackReport::Result, 0);
-    report(m_wantsPlay ? PlaybackReport::PlayOk : PlaybackReport::PauseOk);
+    m_phase = Phase::Playing;
+    report(Kind::Result, 0);
+    report(m_wantsPlay ? Kind::PlayOk : Kind::PauseOk);
     if (m_total >= 0)
-        report(PlaybackReport::TotalTime, m_total);
-    if (m_received)
+        report(Kind::TotalTime, m_total);
+    if (m_isReceived)
         reportEof();
 }
 
 void PlaybackOrder::failed(int code)
 {
-    if (m_phase != Starting && m_phase != Playing)
+    if (m_phase != Phase::Starting && m_phase != Phase::Playing)
         return;
-    m_phase = Over;
-    report(PlaybackReport::Result, code);
+    m_phase = Phase::Over;
+    report(Kind::Result, code);
 }
 
-void PlaybackOrder::wantPlay(bool play)
+void PlaybackOrder::wantPlay(bool wantsPlay)
 {
-    if (m_wantsPlay == play)
+    if (m_wantsPlay == wantsPlay)
         return;
-    m_wantsPlay = play;
-    if (m_phase == Playing)
-        report(play ? PlaybackReport::PlayOk : PlaybackReport::PauseOk);
+    m_wantsPlay = wantsPlay;
+    if (m_phase == Phase::Playing)
+        report(wantsPlay ? Kind::PlayOk : Kind::PauseOk);
 }
 
 void PlaybackOrder::totalKnown(int seconds)
 {
-    if (m_total >= 0 || seconds < 0 || m_phase == Over)
+    if (m_total >= 0 || seconds < 0 || m_phase == Phase::Over)
         return;
     m_total = seconds;
-    if (m_phase == Playing)
-        report(PlaybackReport::TotalTime, seconds);
+    if (m_phase == Phase::Playing)
+        report(Kind::TotalTime, seconds);
 }
 
 void PlaybackOrder::position(int seconds)
 {
-    if (m_phase != Playing || seconds == m_second)
+    if (m_phase != Phase::Playing || seconds == m_second)
         return;
     m_second = seconds;
-    report(PlaybackReport::CurrentTime, seconds);
+    report(Kind::CurrentTime, seconds);
     const int percent = m_total > 0 ? static_cast<int>(std::clamp(100LL * seconds / m_total, 0LL, 100LL)) : -1;
     if (percent >= 0 && percent != m_percent)
-        report(PlaybackReport::Progress, percent);
+        report(Kind::Progress, percent);
     m_percent = percent;
 }
 
 void PlaybackOrder::buffered(int ms)
 {
-    const bool low = ms < LowWaterMs && !m_received; // what is all here cannot run dry
-    if (m_phase != Playing)
+    const bool isLow = ms < static_cast<int>(lowWaterMs) && !m_isReceived; // what is all here cannot run dry
+    if (m_phase != Phase::Playing)
         return;
-    if (!low)
+    if (!isLow)
         m_wasHigh = true;
-    if (low == m_low || !m_wasHigh) // every track begins low; only falling is news
+    if (isLow == m_isLow || !m_wasHigh) // every track begins low; only falling is news
         return;
-    m_low = low;
-    report(PlaybackReport::BufferLow, low ? 1 : 0);
+    m_isLow = isLow;
+    report(Kind::BufferLow, isLow ? 1 : 0);
 }
 
 void PlaybackOrder::received()
 {
-    m_received = true;
-    if (m_phase == Playing)
+    m_isReceived = true;
+    if (m_phase == Phase::Playing)
         reportEof();
+}
+
+void PlaybackOrder::endsSoon()
+{
+    if (m_phase == Phase::Playing && m_isReceived)
+        askForNext();
 }
 
 void PlaybackOrder::ended()
 {
-    if (m_phase != Playing)
+    if (m_phase != Phase::Playing)
         return;
-    m_received = true;
+    m_isReceived = true;
+    askForNext();
+    m_phase = Phase::Over;
+}
+
+void PlaybackOrder::askForNext()
+{
     reportEof();
-    m_phase = Over;
-    report(PlaybackReport::NextSong);
+    if (!std::exchange(m_hasAskedForNext, true))
+        report(Kind::NextSong);
 }
 
 void PlaybackOrder::reportEof()
 {
-    if (!std::exchange(m_eofReported, true))
-        report(PlaybackReport::FileEof);
+    if (!std::exchange(m_isEofReported, true))
+        report(Kind::FileEof);
 }
 
 std::vector<PlaybackReport> PlaybackOrder::take()
@@ -113,7 +123,7 @@ std::vector<PlaybackReport> PlaybackOrder::take()
 
 int PlaybackOrder::state() const
 {
-    if (m_phase != Playing)
+    if (m_phase != Phase::Playing)
         return PLAYBACK_STATE_STOPPED;
     return m_wantsPlay ? PLAYBACK_STATE_PLAYING : PLAYBACK_STATE_PAUSED;
 }

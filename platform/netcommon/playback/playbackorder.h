@@ -6,7 +6,7 @@ namespace netcommon {
 
 // One thing to report to the screens.
 struct PlaybackReport {
-    enum Kind { UrlOk, Result, PlayOk, PauseOk, TotalTime, CurrentTime, Progress, BufferLow, FileEof, NextSong };
+    enum class Kind { UrlOk, Result, PlayOk, PauseOk, TotalTime, CurrentTime, Progress, BufferLow, FileEof, NextSong };
     Kind kind;
     int value = 0; // Result: its code; times: seconds; Progress: percent; BufferLow: 0 or 1
     bool operator==(const PlaybackReport &) const = default;
@@ -18,46 +18,48 @@ struct PlaybackReport {
 //   UrlOk, Result, then only after a result >= 0: PlayOk or PauseOk, TotalTime, ..., FileEof, NextSong
 //
 // The order matters. A result without UrlOk is ignored by the player screen, which would then wait for ever; the result
-// makes it forget the total time and show the pause picture, so both are told afterwards; a NextSong that came before
-// FileEof would be forgotten too; a second Result -1 would skip the following track. No threads, no clock.
+// makes it forget the total time and show the pause picture, so both are reported afterwards; a NextSong that came
+// before FileEof would be forgotten too; a second Result -1 would skip the following track. No threads, no clock.
 class PlaybackOrder {
 public:
-    explicit PlaybackOrder(bool wantsPlay = true)
-        : m_wantsPlay(wantsPlay)
-    {
-    }
-
     // The address was taken: always the first report, also for an address that cannot be played.
     void taken();
-    void prerolled();
+    void ready(); // it can be heard from now on
     // -1 this address, -2 everything. Before the result it is the result; later the track ends with it (the one case
     // of two results for an address).
     void failed(int code);
-    void wantPlay(bool play);
+    void wantPlay(bool wantsPlay);
     void totalKnown(int seconds);
     void position(int seconds);
     void buffered(int ms);
     void received(); // all bytes are here
+    void endsSoon(); // of a received track: time to ask for the next one
     void ended();    // the last sample was heard
 
     std::vector<PlaybackReport> take();
 
     int state() const; // 4, 5, 6
-    bool starting() const { return m_phase == Starting; }
-    bool playing() const { return m_phase == Playing; } // also while paused: the result was >= 0 and it goes on
+    bool isStarting() const { return m_phase == Phase::Starting; }
+    bool isPlaying() const
+    {
+        return m_phase == Phase::Playing;
+    } // also while paused: the result was >= 0 and it goes on
+    bool hasAskedForNext() const { return m_hasAskedForNext; }
     bool wantsPlay() const { return m_wantsPlay; }
     int total() const { return m_total; } // seconds as reported; -1 unknown
 
 private:
-    enum Phase { Idle, Starting, Playing, Over };
+    enum class Phase { Idle, Starting, Playing, Over };
     void report(PlaybackReport::Kind kind, int value = 0) { m_reports.push_back({kind, value}); }
     void reportEof();
+    void askForNext();
 
-    Phase m_phase = Idle;
-    bool m_wantsPlay;
-    bool m_received = false;
-    bool m_eofReported = false;
-    bool m_low = false; // as reported
+    Phase m_phase = Phase::Idle;
+    bool m_wantsPlay = true;
+    bool m_isReceived = false;
+    bool m_isEofReported = false;
+    bool m_hasAskedForNext = false;
+    bool m_isLow = false; // as reported
     bool m_wasHigh = false;
     int m_total = -1;
     int m_second = -1;

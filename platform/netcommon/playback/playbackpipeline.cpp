@@ -12,8 +12,8 @@ namespace netcommon {
 namespace {
 
 // Holds more than the player screen's high water line, 7 s, of anything up to 9.6 Mbit/s; else it could never resume.
-constexpr guint QueueBytes = 8 * 1024 * 1024;
-constexpr guint64 SourceBytes = 512 * 1024;
+constexpr guint queueBytes = 8 * 1024 * 1024;
+constexpr guint64 sourceBytes = 512 * 1024;
 
 bool startsWith(const gchar *text, const char *prefix)
 {
@@ -41,23 +41,61 @@ bool isRecognised(GstPad *pad)
 }
 
 // GstAutoplugSelectResult has no public header.
-enum AutoplugSelect { AutoplugTry = 0, AutoplugSkip = 2 };
+constexpr int autoplugTry = 0;
+constexpr int autoplugSkip = 2;
 
 // Playlists of other addresses (HLS, DASH, SDP) would be opened by GStreamer itself, whatever their scheme.
 int selectParser(GstElement *, GstPad *, GstCaps *, GstElementFactory *factory, gpointer)
 {
     const gchar *const klass = gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS);
     const bool opensAddresses = klass && (std::strstr(klass, "Adaptive") || std::strstr(klass, "Network"));
-    return opensAddresses ? AutoplugSkip : AutoplugTry;
+    return opensAddresses ? autoplugSkip : autoplugTry;
 }
 
 } // namespace
+
+void GstSinkClose::operator()(GstElement *sink) const
+{
+    gst_element_set_state(sink, GST_STATE_NULL);
+    gst_object_unref(sink);
+}
+
+PlaybackSink makePlaybackSink(const QByteArray &description, QByteArray *problem)
+{
+    GError *error = nullptr;
+    GstElement *const sink = gst_parse_bin_from_description_full(description.constData(), TRUE, nullptr,
+                                                                 GST_PARSE_FLAG_FATAL_ERRORS, &error);
+    if (!sink)
+        *problem = description + " (" + (error ? error->message : "not understood") + ')';
+    g_clear_error(&error);
+    return PlaybackSink(sink ? GST_ELEMENT(gst_object_ref_sink(sink)) : nullptr);
+}
+
+bool isSilent(GstElement *sink)
+{
+    GstIterator *const elements = gst_bin_iterate_recurse(GST_BIN(sink));
+    GValue found = G_VALUE_INIT;
+    const bool isSilent = gst_iterator_find_custom(
+        elements,
+        [](gconstpointer value, gconstpointer) {
+            auto *const element = GST_ELEMENT(g_value_get_object(static_cast<const GValue *>(value)));
+            GstElementFactory *const factory = gst_element_get_factory(element);
+            return factory && g_strcmp0(GST_OBJECT_NAME(factory), "fakesink") == 0 ? 0 : 1;
+        },
+        &found, nullptr);
+    if (isSilent)
+        g_value_unset(&found);
+    gst_iterator_free(elements);
+    return isSilent;
+}
 
 PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fetcher &fetcher)
     : m_setup(setup)
     , m_inbox(inbox)
     , m_feed(std::make_shared<FetcherFeed>(setup.id, inbox, fetcher))
     , m_pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))))
+    , m_position(setup.startAtMs)
+    , m_endNs(setup.startAtMs * GST_MSECOND)
 {
     gst_segment_init(&m_segment, GST_FORMAT_TIME);
     GstElement *const source = add("appsrc", "source");
@@ -65,18 +103,17 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
     m_queue = add("queue", "frames");
     m_decode = add("decodebin", "decode");
     m_convert = add("audioconvert", "convert");
-    GstElement *const resample = add("audioresample", "resample");
-    m_sink = addSink();
+    m_resample = add("audioresample", "resample");
     if (!m_missing.isEmpty())
         return;
 
-    // No size: it would make parsers guess a length from it, which is wrong by minutes for variable bit rates.
+    // No size: parsers would guess a length from it, which is wrong by minutes for variable bit rates.
     g_object_set(source, "format", GST_FORMAT_BYTES, "stream-type", GST_APP_STREAM_TYPE_STREAM, "block", FALSE,
-                 "max-bytes", SourceBytes, "min-percent", 50u, nullptr);
-    g_object_set(m_queue, "max-size-bytes", QueueBytes, "max-size-buffers", 0u, "max-size-time", guint64(0), nullptr);
+                 "max-bytes", sourceBytes, "min-percent", 50u, nullptr);
+    g_object_set(m_queue, "max-size-bytes", queueBytes, "max-size-buffers", 0u, "max-size-time", guint64(0), nullptr);
     gst_element_link(source, parse);
     gst_element_link(m_queue, m_decode);
-    gst_element_link_many(m_convert, resample, m_sink, nullptr);
+    gst_element_link(m_convert, m_resample);
     m_feed->attach(GST_APP_SRC(source));
 
     g_signal_connect(parse, "autoplug-select", G_CALLBACK(selectParser), nullptr);
@@ -98,30 +135,12 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
                          })),
                          this);
 
-    const GstOwner<GstPad> frames(gst_element_get_static_pad(m_queue, "sink"));
-    gst_pad_add_probe(
-        frames.get(),
-        static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
-                                     GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM),
-        [](GstPad *, GstPadProbeInfo *info, gpointer self) {
-            return static_cast<PlaybackPipeline *>(self)->parsedProbe(info);
-        },
-        this, nullptr);
-    const GstOwner<GstPad> decoded(gst_element_get_static_pad(resample, "src"));
-    gst_pad_add_probe(
-        decoded.get(), static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM),
-        [](GstPad *, GstPadProbeInfo *info, gpointer self) {
-            return static_cast<PlaybackPipeline *>(self)->renderProbe(info);
-        },
-        this, nullptr);
-    if (m_setup.startAtMs > 0) {
-        const GstOwner<GstPad> sinkPad(gst_element_get_static_pad(m_sink, "sink"));
-        gst_pad_set_offset(sinkPad.get(), -m_setup.startAtMs * GST_MSECOND);
-        m_position = m_setup.startAtMs;
-        m_endNs = m_setup.startAtMs * GST_MSECOND;
-    }
+    constexpr int data = GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM;
+    watch<&PlaybackPipeline::parsedProbe>(m_queue, "sink", data | GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM);
+    m_waitProbe = watch<&PlaybackPipeline::decodedProbe>(m_convert, "sink", data | GST_PAD_PROBE_TYPE_BLOCK);
+    watch<&PlaybackPipeline::renderProbe>(m_resample, "src", data);
 
-    // No main loop: messages go to the playback thread's inbox straight from the thread that posts them.
+    // There is no main loop: messages go into the playback thread's inbox straight from the thread that posts them.
     const GstOwner<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
     gst_bus_set_sync_handler(
         bus.get(),
@@ -151,36 +170,66 @@ GstElement *PlaybackPipeline::add(const char *factory, const char *name)
     return element;
 }
 
-GstElement *PlaybackPipeline::addSink()
+template <PlaybackPipeline::Probe member>
+gulong PlaybackPipeline::watch(GstElement *element, const char *padName, int types)
 {
-    GError *error = nullptr;
-    GstElement *const sink = gst_parse_bin_from_description_full(m_setup.sink.constData(), TRUE, nullptr,
-                                                                 GST_PARSE_FLAG_FATAL_ERRORS, &error);
-    if (!sink) {
-        if (m_missing.isEmpty())
-            m_missing = m_setup.sink + " (" + (error ? error->message : "not understood") + ')';
-    } else {
-        gst_bin_add(GST_BIN(m_pipeline.get()), sink);
-    }
-    g_clear_error(&error);
-    return sink;
+    const GstOwner<GstPad> pad(gst_element_get_static_pad(element, padName));
+    return gst_pad_add_probe(
+        pad.get(), static_cast<GstPadProbeType>(types),
+        [](GstPad *, GstPadProbeInfo *info, gpointer self) {
+            return (static_cast<PlaybackPipeline *>(self)->*member)(info);
+        },
+        this, nullptr);
+}
+
+bool PlaybackPipeline::attachSink(PlaybackSink sink)
+{
+    m_sink = std::move(sink);
+    m_watchedSink = m_sink.get();
+    gst_bin_add(GST_BIN(m_pipeline.get()), m_sink.get()); // takes a reference of its own
+    const GstOwner<GstPad> pad(gst_element_get_static_pad(m_sink.get(), "sink"));
+    if (!pad || !gst_element_link(m_resample, m_sink.get()))
+        return false;
+    gst_pad_set_offset(pad.get(), -m_setup.startAtMs * GST_MSECOND);
+    // A pipeline that has not started yet would close the sink, which may be open.
+    if (m_isStarted && !gst_element_sync_state_with_parent(m_sink.get()))
+        return false;
+    const GstOwner<GstPad> waiting(gst_element_get_static_pad(m_convert, "sink"));
+    gst_pad_remove_probe(waiting.get(), std::exchange(m_waitProbe, 0));
+    return true;
+}
+
+PlaybackSink PlaybackPipeline::takeSink()
+{
+    if (!m_sink || m_hasSinkFailed.load())
+        return nullptr;
+    // First of all, because a streaming thread may be waiting in it.
+    gst_element_set_locked_state(m_sink.get(), TRUE);
+    const bool isOpen = gst_element_set_state(m_sink.get(), GST_STATE_READY) == GST_STATE_CHANGE_SUCCESS;
+    gst_element_unlink(m_resample, m_sink.get());
+    gst_bin_remove(GST_BIN(m_pipeline.get()), m_sink.get());
+    gst_element_set_locked_state(m_sink.get(), FALSE);
+    m_watchedSink = nullptr;
+    PlaybackSink sink = std::move(m_sink);
+    return isOpen ? std::move(sink) : nullptr;
 }
 
 bool PlaybackPipeline::preroll()
 {
+    m_isStarted = true;
     return gst_element_set_state(m_pipeline.get(), GST_STATE_PAUSED) != GST_STATE_CHANGE_FAILURE;
 }
 
-void PlaybackPipeline::setPlaying(bool playing)
+void PlaybackPipeline::setPlaying(bool isPlaying)
 {
-    if (std::exchange(m_playing, playing) != playing)
-        gst_element_set_state(m_pipeline.get(), playing ? GST_STATE_PLAYING : GST_STATE_PAUSED);
+    if (std::exchange(m_isPlaying, isPlaying) != isPlaying)
+        gst_element_set_state(m_pipeline.get(), isPlaying ? GST_STATE_PLAYING : GST_STATE_PAUSED);
 }
 
 qint64 PlaybackPipeline::positionMs()
 {
     gint64 ns = 0;
-    if (gst_element_query_position(m_pipeline.get(), GST_FORMAT_TIME, &ns) && ns >= 0)
+    if (m_sink && gst_element_query_position(m_pipeline.get(), GST_FORMAT_TIME, &ns) && ns >= 0)
         m_position = qMax<qint64>(ns / GST_MSECOND, m_setup.startAtMs); // while the start is fetched again, too
     return m_position;
 }
@@ -191,24 +240,6 @@ qint64 PlaybackPipeline::lengthMs() const
     if (!gst_element_query_duration(m_pipeline.get(), GST_FORMAT_TIME, &ns) || ns <= 0)
         return -1;
     return ns / GST_MSECOND;
-}
-
-bool PlaybackPipeline::playsIntoNothing() const
-{
-    GstIterator *const elements = gst_bin_iterate_recurse(GST_BIN(m_sink));
-    GValue found = G_VALUE_INIT;
-    const bool nothing = gst_iterator_find_custom(
-        elements,
-        [](gconstpointer value, gconstpointer) {
-            auto *const element = GST_ELEMENT(g_value_get_object(static_cast<const GValue *>(value)));
-            GstElementFactory *const factory = gst_element_get_factory(element);
-            return factory && g_strcmp0(GST_OBJECT_NAME(factory), "fakesink") == 0 ? 0 : 1;
-        },
-        &found, nullptr);
-    if (nothing)
-        g_value_unset(&found);
-    gst_iterator_free(elements);
-    return nothing;
 }
 
 // In front of the queue: what has been received, in time.
@@ -236,24 +267,37 @@ GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
     if (GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT)
         gst_event_copy_segment(event, &m_segment);
     else if (GST_EVENT_TYPE(event) == GST_EVENT_EOS)
-        m_received = true;
+        m_isReceived = true;
     return GST_PAD_PROBE_OK;
 }
 
-// In front of the sink, which returns from a buffer once it was heard (or taken by the device): so the previous buffer
-// is counted when the next one comes. One that is thrown away by a stop never is, nor what a decoder still sends to a
-// sink that has failed.
+// Behind the decoder, while there is no sink: audio waits here. The events in front of it pass.
+GstPadProbeReturn PlaybackPipeline::decodedProbe(GstPadProbeInfo *info)
+{
+    const bool isBuffer = (info->type & GST_PAD_PROBE_TYPE_BUFFER) != 0;
+    if (!isBuffer && GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) != GST_EVENT_EOS)
+        return GST_PAD_PROBE_PASS;
+    (isBuffer ? m_hasDecoded : m_isEmpty) = true;
+    m_inbox.push({PlaybackEvent::Decoded, m_setup.id});
+    return GST_PAD_PROBE_OK; // stays blocked
+}
+
+// In front of the sink, which returns from a buffer once it was heard (or taken by the device): so a buffer is counted
+// when the next one comes. Neither one that a stop throws away is counted, nor what a decoder still sends to a sink
+// that has failed.
 GstPadProbeReturn PlaybackPipeline::renderProbe(GstPadProbeInfo *info)
 {
-    if (m_sinkFailed.load())
+    if (m_hasSinkFailed.load())
         return GST_PAD_PROBE_OK;
     if (info->type & GST_PAD_PROBE_TYPE_BUFFER) {
         const GstBuffer *const buffer = GST_PAD_PROBE_INFO_BUFFER(info);
         addRenderedAudio(m_inSinkNs);
         m_inSinkNs = GST_BUFFER_DURATION_IS_VALID(buffer) ? static_cast<qint64>(GST_BUFFER_DURATION(buffer)) : 0;
-        m_reachedSink = true;
+        m_hasDecoded = true;
     } else if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_EOS) {
         addRenderedAudio(std::exchange(m_inSinkNs, 0));
+        if (!m_hasDecoded.load())
+            m_isEmpty = true;
     }
     return GST_PAD_PROBE_OK;
 }
@@ -262,7 +306,7 @@ void PlaybackPipeline::linkParsed(GstPad *pad)
 {
     const GstOwner<GstPad> frames(gst_element_get_static_pad(m_queue, "sink"));
     if (!m_hasAudio.load())
-        m_recognised = isRecognised(pad); // before data flows: the decoder may miss its plug-in at the first byte
+        m_isRecognised = isRecognised(pad); // before data flows: the decoder may miss its plug-in at the first byte
     if (!gst_pad_is_linked(frames.get()) && isAudio(pad) && gst_pad_link(pad, frames.get()) == GST_PAD_LINK_OK) {
         m_hasAudio = true;
         return;
@@ -292,7 +336,7 @@ void PlaybackPipeline::unknownType(GstElement *bin, GstPad *pad, GstCaps *caps)
     if (gst_caps_is_empty(caps) || gst_caps_is_any(caps))
         return;
     const gchar *const name = gst_structure_get_name(gst_caps_get_structure(caps, 0));
-    if (startsWith(name, "audio/") && (bin == m_decode ? m_recognised.load() : isRecognised(pad)))
+    if (startsWith(name, "audio/") && (bin == m_decode ? m_isRecognised.load() : isRecognised(pad)))
         m_inbox.push({PlaybackEvent::DecoderMissing, m_setup.id, 0, name});
 }
 
@@ -313,10 +357,11 @@ void PlaybackPipeline::busMessage(GstMessage *message)
     case GST_MESSAGE_ERROR: {
         GError *error = nullptr;
         gst_message_parse_error(message, &error, nullptr);
-        const bool sink = gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(m_sink));
-        if (sink)
-            m_sinkFailed = true;
-        tell(sink ? PlaybackEvent::SinkFailed : PlaybackEvent::ContentFailed, error ? error->message : "");
+        GstElement *const sink = m_watchedSink.load();
+        const bool isSink = sink && gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(sink));
+        if (isSink)
+            m_hasSinkFailed = true;
+        tell(isSink ? PlaybackEvent::SinkFailed : PlaybackEvent::ContentFailed, error ? error->message : "");
         g_clear_error(&error);
         break;
     }

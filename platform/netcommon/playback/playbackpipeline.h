@@ -11,42 +11,66 @@
 
 namespace netcommon {
 
+struct GstSinkClose {
+    void operator()(GstElement *sink) const;
+};
+// Owns an audio sink. Consecutive tracks pass it on, so that the device stays open between them. Outside a pipeline its
+// state is READY or NULL.
+using PlaybackSink = std::unique_ptr<GstElement, GstSinkClose>;
+
+// description: as for gst-launch-1.0. Null with a reason when it cannot be understood.
+PlaybackSink makePlaybackSink(const QByteArray &description, QByteArray *problem);
+// The sink, as opened, throws the sound away.
+bool isSilent(GstElement *sink);
+
 // The GStreamer pipeline of one track:
 //
 //   appsrc ! parsebin ! queue of parsed frames, bounded in bytes ! decodebin ! audioconvert ! audioresample ! sink
 //
-// The queue holds frames with their times, so what is buffered is known in milliseconds for every format. Made, used
-// and destroyed by the playback thread; GStreamer's threads only push events into the inbox and set the atomics.
+// The queue holds frames with their times, so the buffered amount is known in milliseconds for every format. The sink
+// may be attached late: until then the decoded audio waits in front of it. Created, used and destroyed by the playback
+// thread; GStreamer's threads only push events into the inbox and set the atomics.
 class PlaybackPipeline {
 public:
     struct Setup {
         quint64 id;           // carried by its events
-        QByteArray sink;      // description as for gst-launch
         qint64 startAtMs = 0; // frames before this are dropped unheard
     };
     PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fetcher &fetcher);
     ~PlaybackPipeline(); // returns when none of its threads runs any more
 
     quint64 id() const { return m_setup.id; }
-    // An element that is not installed, or a sink description that cannot be understood; empty: all is well.
+    // An element that is not installed; empty: all is well.
     const QByteArray &missing() const { return m_missing; }
     const std::shared_ptr<FetcherFeed> &feed() const { return m_feed; }
 
-    bool preroll(); // Prerolled follows, or a failure; false: the sink refused at once
-    void setPlaying(bool playing);
+    // Once, before or after preroll(). False: the sink cannot be linked.
+    bool attachSink(PlaybackSink sink);
+    bool hasSink() const { return m_sink != nullptr; }
+    GstElement *sink() const { return m_sink.get(); }
+    // The sink, open and silent, for the next track. Null: there is none, or it has failed. The pipeline is of no
+    // further use; destroy it.
+    PlaybackSink takeSink();
+
+    // Prerolled follows, or a failure; without a sink Decoded follows, or a failure. False: refused at once.
+    bool preroll();
+    void setPlaying(bool isPlaying);
 
     qint64 positionMs();     // keeps the last answer while there is none
     qint64 lengthMs() const; // as the file's header states it, -1 unknown
     qint64 endMs() const { return m_endNs.load() / 1000000; }
-    bool received() const { return m_received.load(); }
-    bool hasAudio() const { return m_hasAudio.load(); }       // an audio stream was found
-    bool reachedSink() const { return m_reachedSink.load(); } // at least one decoded buffer
-    bool playsIntoNothing() const;
+    bool isReceived() const { return m_isReceived.load(); }
+    bool hasAudio() const { return m_hasAudio.load(); }     // an audio stream was found
+    bool hasDecoded() const { return m_hasDecoded.load(); } // at least one decoded buffer is there
+    bool isEmpty() const { return m_isEmpty.load(); }       // the stream ended without one
 
 private:
     GstElement *add(const char *factory, const char *name);
-    GstElement *addSink();
+    using Probe = GstPadProbeReturn (PlaybackPipeline::*)(GstPadProbeInfo *);
+    template <Probe member>
+    gulong watch(GstElement *element, const char *padName, int types);
     GstPadProbeReturn parsedProbe(GstPadProbeInfo *info);
+    GstPadProbeReturn decodedProbe(GstPadProbeInfo *info);
     GstPadProbeReturn renderProbe(GstPadProbeInfo *info);
     void linkParsed(GstPad *pad);
     void linkDecoded(GstPad *pad);
@@ -58,22 +82,27 @@ private:
     std::shared_ptr<FetcherFeed> m_feed;
     QByteArray m_missing;
     GstOwner<GstElement> m_pipeline;
+    PlaybackSink m_sink; // null: not attached yet, or taken
     // Owned by m_pipeline.
     GstElement *m_queue = nullptr;
     GstElement *m_decode = nullptr;
     GstElement *m_convert = nullptr;
-    GstElement *m_sink = nullptr;
-    bool m_playing = false;
+    GstElement *m_resample = nullptr;
+    gulong m_waitProbe = 0; // holds decoded audio back while there is no sink; 0: removed
+    bool m_isStarted = false;
+    bool m_isPlaying = false;
     qint64 m_position = 0;
 
     // Written by streaming threads.
     std::atomic<qint64> m_endNs{0};
-    std::atomic<bool> m_received{false};
+    std::atomic<bool> m_isReceived{false};
     std::atomic<bool> m_hasAudio{false};
-    std::atomic<bool> m_recognised{false}; // the audio stream comes from a parser or a demuxer
-    std::atomic<bool> m_reachedSink{false};
-    std::atomic<bool> m_sinkFailed{false};
-    GstSegment m_segment;  // streaming thread in front of the queue only
+    std::atomic<bool> m_isRecognised{false}; // the audio stream comes from a parser or a demuxer
+    std::atomic<bool> m_hasDecoded{false};
+    std::atomic<bool> m_isEmpty{false};
+    std::atomic<bool> m_hasSinkFailed{false};
+    std::atomic<GstElement *> m_watchedSink{nullptr}; // m_sink, for the threads that post messages
+    GstSegment m_segment;                             // streaming thread in front of the queue only
     qint64 m_inSinkNs = 0; // duration of the buffer that the sink is busy with; streaming thread behind the queue only
 };
 

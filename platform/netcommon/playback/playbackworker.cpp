@@ -12,20 +12,24 @@ namespace netcommon {
 
 namespace {
 
-constexpr int TickMs = 100;
-constexpr qint64 StartDeadlineMs = 20000; // without a byte and without a result
-constexpr qint64 NoAudioMs = 1500;        // all bytes here and no audio found: a picture, say
+constexpr int usualTickMs = 100;
+constexpr int startingTickMs = 10; // while a track only waits for its buffer
+constexpr int sinkStaysOpenMs = 3000;
+constexpr int endingSlackMs = 2000;       // beyond what is left of an ending track
+constexpr qint64 startDeadlineMs = 20000; // without a byte and without a result
+constexpr qint64 noAudioMs = 1500;        // all bytes here and no audio found: a picture, say
 
-constexpr int CannotPlayAddress = -1;
-constexpr int CannotPlayAnything = -2;
+constexpr int cannotPlayAddress = -1;
+constexpr int cannotPlayAnything = -2;
 
-constexpr char SilentSink[] = "fakesink sync=true";
+constexpr char silentSink[] = "fakesink sync=true";
+constexpr char bestSink[] = "autoaudiosink";
 
 // VELMORA_AUDIO_SINK describes the sink as gst-launch-1.0 does, for instance "alsasink device=hw:1".
 QByteArray chosenSink()
 {
     const QByteArray sink = qgetenv("VELMORA_AUDIO_SINK").trimmed();
-    return sink.isEmpty() ? QByteArray("autoaudiosink") : sink;
+    return sink.isEmpty() ? QByteArray(bestSink) : sink;
 }
 
 void emitReport(Playback *playback, const PlaybackReport &report)
@@ -33,80 +37,84 @@ void emitReport(Playback *playback, const PlaybackReport &report)
     const int value = report.value;
     const int hours = value / 3600, minutes = value / 60 % 60, seconds = value % 60;
     switch (report.kind) {
-    case PlaybackReport::UrlOk:
+    case PlaybackReport::Kind::UrlOk:
         emit playback->signalPlayURLOK();
         break;
-    case PlaybackReport::Result:
+    case PlaybackReport::Kind::Result:
         emit playback->signalPlayResult(value);
         break;
-    case PlaybackReport::PlayOk:
+    case PlaybackReport::Kind::PlayOk:
         emit playback->signalPlayOk();
         break;
-    case PlaybackReport::PauseOk:
+    case PlaybackReport::Kind::PauseOk:
         emit playback->signalPauseOk();
         break;
-    case PlaybackReport::TotalTime:
+    case PlaybackReport::Kind::TotalTime:
         emit playback->signalNotifyTotalTime(hours, minutes, seconds);
         break;
-    case PlaybackReport::CurrentTime:
+    case PlaybackReport::Kind::CurrentTime:
         emit playback->signalNotifyCurrentTime(hours, minutes, seconds);
         break;
-    case PlaybackReport::Progress:
+    case PlaybackReport::Kind::Progress:
         emit playback->signalNotifyProgressValue(value);
         break;
-    case PlaybackReport::BufferLow:
+    case PlaybackReport::Kind::BufferLow:
         emit playback->signalBufferState(value != 0);
         break;
-    case PlaybackReport::FileEof:
+    case PlaybackReport::Kind::FileEof:
         emit playback->signalGetFileEOF();
         break;
-    case PlaybackReport::NextSong:
+    case PlaybackReport::Kind::NextSong:
         emit playback->signalGotoPlayNextSong();
         break;
     }
 }
 
-void sayWhereSoundGoes(const PlaybackPipeline &pipeline)
+void sayWhereSoundGoes(GstElement *sink)
 {
-    static std::atomic<bool> said{false};
-    if (pipeline.playsIntoNothing() && !said.exchange(true))
+    static std::atomic<bool> isSaid{false};
+    if (isSilent(sink) && !isSaid.exchange(true))
         qDebug("PlaybackThread,play,no sound device: playing into nothing, in real time.");
 }
 
 } // namespace
 
-PlaybackWorker::PlaybackWorker(PlaybackInbox &inbox, Fetcher &fetcher, bool usable)
+PlaybackWorker::PlaybackWorker(PlaybackInbox &inbox, Fetcher &fetcher, bool isUsable)
     : m_inbox(inbox)
     , m_fetcher(fetcher)
-    , m_usable(usable)
+    , m_isUsable(isUsable)
 {
 }
 
 PlaybackWorker::~PlaybackWorker()
 {
-    tearDown();
+    dropAll();
 }
 
 void PlaybackWorker::run()
 {
-    QDeadlineTimer nextTick(TickMs);
+    QDeadlineTimer nextTick(usualTickMs);
     while (true) {
-        const bool idle = !m_pipeline;
-        const auto event = m_inbox.next(idle ? QDeadlineTimer(QDeadlineTimer::Forever) : nextTick);
+        const bool wasIdle = isIdle();
+        const auto event = m_inbox.next(wasIdle ? QDeadlineTimer(QDeadlineTimer::Forever) : nextTick);
         if (event) {
             if (event->kind == PlaybackEvent::Command) {
                 if (!command(*event))
                     return;
             } else if (event->kind == PlaybackEvent::Address) {
                 openAddress(event->text);
+            } else if (m_endingTrack && event->id == m_endingTrack->id()) {
+                if (event->kind == PlaybackEvent::Ended || event->kind == PlaybackEvent::SinkFailed ||
+                    event->kind == PlaybackEvent::ContentFailed)
+                    trackHasEnded();
             } else if (m_pipeline && event->id == m_pipeline->id()) {
                 pipelineEvent(*event);
             }
         }
-        if (idle || nextTick.hasExpired()) {
-            if (!idle)
+        if (wasIdle || nextTick.hasExpired() || nextTick.remainingTime() > tickMs()) {
+            if (!wasIdle)
                 tick();
-            nextTick.setRemainingTime(TickMs);
+            nextTick.setRemainingTime(tickMs());
         }
         flush();
     }
@@ -117,24 +125,23 @@ bool PlaybackWorker::command(const PlaybackEvent &event)
     switch (event.value) {
     case PLAYBACK_TYPE_START:
     case PLAYBACK_TYPE_STOP:
-        tearDown();
+        replaceTrack();
         m_order = PlaybackOrder();
         m_generation = event.id;
-        m_armed = event.value == PLAYBACK_TYPE_START;
+        m_isArmed = event.value == PLAYBACK_TYPE_START;
         publish({});
-        if (!m_armed)
+        if (!m_isArmed)
             PlaybackBoard::instance().postAlways([](Playback *playback) { emit playback->signalStopOk(); });
         return true;
     case PLAYBACK_TYPE_PAUSE:
     case PLAYBACK_TYPE_RESUME:
-        if (m_armed || m_pipeline) {
+        if (m_isArmed || m_pipeline) {
             m_order.wantPlay(event.value == PLAYBACK_TYPE_RESUME);
-            if (m_pipeline)
-                applyState();
+            applyState();
         }
         return true;
     case PLAYBACK_TYPE_END:
-        tearDown();
+        dropAll();
         m_generation = event.id;
         m_order = PlaybackOrder();
         publish({});
@@ -147,39 +154,74 @@ bool PlaybackWorker::command(const PlaybackEvent &event)
 
 void PlaybackWorker::openAddress(const QByteArray &text)
 {
-    if (!m_armed) {
+    if (!m_isArmed) {
         qDebug("PlaybackThread,setAudioUrl,not armed.");
         return;
     }
-    m_armed = false;
+    m_isArmed = false;
     m_order.taken();
     m_address = httpaddress::parse(text);
     if (!m_address.isValid()) {
-        fail(CannotPlayAddress, "neither http nor https");
+        fail(cannotPlayAddress, "neither http nor https");
         return;
     }
-    if (!m_usable) {
-        fail(CannotPlayAnything, "no GStreamer");
+    if (!m_isUsable) {
+        fail(cannotPlayAnything, "no GStreamer");
         return;
     }
-    m_fallback = false;
-    build(chosenSink(), 0);
+    m_hasSilentSink = false;
+    if (m_endingTrack) {
+        build(nullptr, 0);
+    } else if (PlaybackSink sink = openSink()) {
+        build(std::move(sink), 0);
+    }
 }
 
-void PlaybackWorker::build(const QByteArray &sink, qint64 startAtMs)
+// The sink that is open already, or a new one. Null: there is none, and the track has failed.
+PlaybackSink PlaybackWorker::openSink()
 {
-    m_held = false;
+    m_isSinkReused = m_sink != nullptr;
+    if (m_isSinkReused)
+        return std::move(m_sink);
+    m_mayKeepSink = !m_hasSilentSink;
+    m_sinkDescription = m_hasSilentSink ? QByteArray(silentSink) : chosenSink();
+    QByteArray problem;
+    PlaybackSink sink = makePlaybackSink(m_sinkDescription, &problem);
+    if (!sink)
+        fail(cannotPlayAnything, "missing " + problem);
+    return sink;
+}
+
+void PlaybackWorker::build(PlaybackSink sink, qint64 startAtMs)
+{
+    m_isHeld = false;
+    m_isPrerolled = m_canStart = false;
     m_lengthMs = -1;
     m_bodyComplete.reset();
-    m_pipeline = std::make_unique<PlaybackPipeline>(PlaybackPipeline::Setup{++m_lastPipelineId, sink, startAtMs},
-                                                    m_inbox, m_fetcher);
+    m_pipeline =
+        std::make_unique<PlaybackPipeline>(PlaybackPipeline::Setup{++m_lastPipelineId, startAtMs}, m_inbox, m_fetcher);
     if (!m_pipeline->missing().isEmpty()) {
-        fail(CannotPlayAnything, "missing " + m_pipeline->missing());
+        fail(cannotPlayAnything, "missing " + m_pipeline->missing());
         return;
     }
     m_fetcher.start(m_address, m_pipeline->feed());
-    if (!m_pipeline->preroll())
+    if ((sink && !m_pipeline->attachSink(std::move(sink))) || !m_pipeline->preroll())
         sinkFailed("refused to start");
+}
+
+// What is left of a track that has asked for the next one plays to its end, unless it is paused.
+void PlaybackWorker::replaceTrack()
+{
+    if (m_endingTrack && !m_order.wantsPlay())
+        keepSink(*std::exchange(m_endingTrack, nullptr));
+    if (!m_pipeline || !m_order.isPlaying() || !m_order.hasAskedForNext() || !m_order.wantsPlay() ||
+        !m_pipeline->hasSink()) {
+        tearDown();
+        return;
+    }
+    m_fetcher.stop();
+    m_endingTrack = std::move(m_pipeline);
+    m_endingIsOver.setRemainingTime(nextTrackLeadMs + endingSlackMs);
 }
 
 void PlaybackWorker::tearDown()
@@ -187,14 +229,53 @@ void PlaybackWorker::tearDown()
     if (!m_pipeline)
         return;
     m_fetcher.stop();
+    keepSink(*m_pipeline);
     m_pipeline.reset();
+}
+
+void PlaybackWorker::dropAll()
+{
+    tearDown();
+    m_endingTrack.reset();
+    m_sink.reset();
+}
+
+// For the next track. A replacement for the best sink is not kept: a device may be there by then.
+void PlaybackWorker::keepSink(PlaybackPipeline &pipeline)
+{
+    PlaybackSink sink = pipeline.takeSink();
+    if (!sink || !m_mayKeepSink || (m_sinkDescription == bestSink && isSilent(sink.get())))
+        return;
+    m_sink = std::move(sink);
+    m_sinkCloses.setRemainingTime(sinkStaysOpenMs);
+}
+
+// The ending track was heard to its last sample, or cannot be: its sink goes to the next one, if that waits for it.
+void PlaybackWorker::trackHasEnded()
+{
+    const std::unique_ptr<PlaybackPipeline> ended = std::move(m_endingTrack); // destroyed when the next one plays
+    keepSink(*ended);
+    if (!m_pipeline || m_pipeline->hasSink())
+        return;
+    PlaybackSink sink = openSink();
+    if (!sink)
+        return;
+    if (!m_pipeline->attachSink(std::move(sink)))
+        sinkFailed("refused to start");
+    else
+        applyState();
 }
 
 void PlaybackWorker::pipelineEvent(const PlaybackEvent &event)
 {
     switch (event.kind) {
+    case PlaybackEvent::Decoded:
     case PlaybackEvent::Prerolled:
-        prerolled();
+        m_isPrerolled = m_pipeline->hasSink() && m_pipeline->hasDecoded();
+        if (m_order.isStarting())
+            startIfReady();
+        else
+            applyState();
         break;
     case PlaybackEvent::Ended:
         ended();
@@ -203,13 +284,13 @@ void PlaybackWorker::pipelineEvent(const PlaybackEvent &event)
         sinkFailed(event.text);
         break;
     case PlaybackEvent::DecoderMissing:
-        fail(CannotPlayAnything, "no decoder for " + event.text);
+        fail(cannotPlayAnything, "no decoder for " + event.text);
         break;
     case PlaybackEvent::ContentFailed:
-        fail(CannotPlayAddress, event.text);
+        fail(cannotPlayAddress, event.text);
         break;
     case PlaybackEvent::BodyFailed:
-        fail(CannotPlayAddress, "cannot be fetched");
+        fail(cannotPlayAddress, "cannot be fetched");
         break;
     case PlaybackEvent::BodyComplete:
         m_bodyComplete.emplace();
@@ -221,24 +302,25 @@ void PlaybackWorker::pipelineEvent(const PlaybackEvent &event)
     }
 }
 
-void PlaybackWorker::prerolled()
+// Decoded audio is there (or waits for the ending track to leave its sink): it begins as soon as enough is buffered.
+void PlaybackWorker::startIfReady()
 {
-    if (m_order.starting()) {
-        if (!m_pipeline->reachedSink()) { // the stream ended without a sample
-            fail(CannotPlayAddress, "no audio in it");
-            return;
-        }
-        sayWhereSoundGoes(*m_pipeline);
-        m_order.prerolled();
+    if (m_pipeline->isEmpty()) {
+        fail(cannotPlayAddress, "no audio in it");
+        return;
     }
-    tick();
+    m_canStart = m_pipeline->hasDecoded() && (m_endingTrack || m_isPrerolled);
+    if (!m_canStart || !mayStart({m_pipeline->endMs(), m_pipeline->feed()->arrivingMs(), m_pipeline->isReceived()}))
+        return;
+    m_order.ready();
+    tickPlaying();
     applyState();
 }
 
 void PlaybackWorker::ended()
 {
-    if (!m_order.playing()) {
-        fail(CannotPlayAddress, "ended before it began");
+    if (!m_order.isPlaying()) {
+        fail(cannotPlayAddress, "ended before it began");
         return;
     }
     m_order.totalKnown(static_cast<int>(m_pipeline->endMs() / 1000));
@@ -248,19 +330,22 @@ void PlaybackWorker::ended()
     tearDown();
 }
 
-// A device that is gone: go on in silence where we were, so that the radio at least keeps moving. The compressed data
-// is lost with the pipeline and is fetched again.
+// A device that was open and is gone: it is opened anew. One that cannot be opened is replaced by silence, so that the
+// radio at least moves on. The compressed data is lost with the pipeline and is fetched again.
 void PlaybackWorker::sinkFailed(const QByteArray &why)
 {
-    if (m_fallback) {
-        fail(CannotPlayAnything, "sink: " + why);
+    if (m_hasSilentSink) {
+        fail(cannotPlayAnything, "sink: " + why);
         return;
     }
-    m_fallback = true;
-    qDebug("PlaybackThread,play,sink failed (%s), going on without sound.", why.constData());
-    const qint64 position = m_order.playing() ? m_buffer.ui4_start : 0;
-    tearDown();
-    build(SilentSink, position);
+    m_hasSilentSink = !m_isSinkReused;
+    qDebug("PlaybackThread,play,sink failed (%s), %s.", why.constData(),
+           m_hasSilentSink ? "going on without sound" : "opening it anew");
+    const qint64 position = m_order.isPlaying() ? m_buffer.ui4_start : 0;
+    m_fetcher.stop();
+    m_pipeline.reset();
+    if (PlaybackSink sink = openSink())
+        build(std::move(sink), position);
 }
 
 void PlaybackWorker::fail(int code, const QByteArray &why)
@@ -272,41 +357,68 @@ void PlaybackWorker::fail(int code, const QByteArray &why)
     tearDown();
 }
 
+int PlaybackWorker::tickMs() const
+{
+    return m_canStart && m_order.isStarting() ? startingTickMs : usualTickMs;
+}
+
 void PlaybackWorker::tick()
 {
-    if (!m_pipeline)
-        return;
-    if (m_order.starting()) {
-        if (m_pipeline->feed()->silentMs() > StartDeadlineMs)
-            fail(CannotPlayAddress, "nothing heard of it in time");
-        else if (m_bodyComplete && m_bodyComplete->hasExpired(NoAudioMs) && !m_pipeline->hasAudio())
-            fail(CannotPlayAddress, "no audio in it");
-        return;
-    }
-    const bool received = m_pipeline->received();
+    if (m_endingTrack && m_order.wantsPlay() && m_endingIsOver.hasExpired())
+        trackHasEnded();
+    if (m_sink && m_sinkCloses.hasExpired())
+        m_sink.reset();
+    if (m_pipeline && m_order.isStarting())
+        tickStarting();
+    else if (m_pipeline)
+        tickPlaying();
+}
+
+void PlaybackWorker::tickStarting()
+{
+    if (m_pipeline->feed()->silentMs() > startDeadlineMs)
+        fail(cannotPlayAddress, "nothing heard of it in time");
+    else if (m_bodyComplete && m_bodyComplete->hasExpired(noAudioMs) && !m_pipeline->hasAudio())
+        fail(cannotPlayAddress, "no audio in it");
+    else
+        startIfReady();
+}
+
+void PlaybackWorker::tickPlaying()
+{
+    const bool isReceived = m_pipeline->isReceived();
     if (m_lengthMs < 0)
         m_lengthMs = m_pipeline->lengthMs();
     const IMTK_PB_CTRL_BUFFER_STATUS_T buffer =
-        bufferStatus({m_pipeline->positionMs(), m_pipeline->endMs(), m_lengthMs, received});
+        bufferStatus({m_pipeline->positionMs(), m_pipeline->endMs(), m_lengthMs, isReceived});
     publish(buffer);
-    if (m_lengthMs >= 0 || received)
+    if (m_lengthMs >= 0 || isReceived)
         m_order.totalKnown(static_cast<int>((m_lengthMs >= 0 ? m_lengthMs : m_pipeline->endMs()) / 1000));
-    if (received)
+    if (isReceived)
         m_order.received();
     m_order.buffered(static_cast<int>(buffer.ui4_amount));
     m_order.position(static_cast<int>(buffer.ui4_start / 1000));
-    const bool hold = mustHold(m_held, buffer.ui4_amount, received);
-    if (hold != m_held) {
-        m_held = hold;
+    if (isReceived && m_pipeline->hasSink() && m_order.wantsPlay() && buffer.ui4_amount <= nextTrackLeadMs)
+        m_order.endsSoon();
+    const bool isHeld = mustHold(m_isHeld, buffer.ui4_amount, isReceived);
+    if (isHeld != m_isHeld) {
+        m_isHeld = isHeld;
         applyState();
     }
 }
 
 void PlaybackWorker::applyState()
 {
-    if (!m_order.playing())
+    if (m_endingTrack) {
+        m_endingTrack->setPlaying(m_order.wantsPlay());
+        m_endingIsOver.setRemainingTime(nextTrackLeadMs + endingSlackMs);
+    }
+    if (!m_pipeline || !m_order.isPlaying())
         return;
-    m_pipeline->setPlaying(m_order.wantsPlay() && !m_held);
+    if (m_pipeline->hasSink()) {
+        sayWhereSoundGoes(m_pipeline->sink());
+        m_pipeline->setPlaying(m_order.wantsPlay() && !m_isHeld);
+    }
     publish(m_buffer);
 }
 
