@@ -42,7 +42,7 @@ QByteArray promisingPng(quint32 width, quint32 height)
     return bytes;
 }
 
-const QByteArray Gif = QByteArray::fromHex("47494638396101000100800000000000ffffff2c00000000010001000002024401003b");
+const QByteArray gif = QByteArray::fromHex("47494638396101000100800000000000ffffff2c00000000010001000002024401003b");
 
 } // namespace
 
@@ -63,7 +63,7 @@ private slots:
         QTest::addColumn<bool>("redirect");
         QTest::newRow("PNG") << picture("PNG") << ".png" << false;
         QTest::newRow("JPEG") << picture("JPEG") << ".jpg" << false;
-        QTest::newRow("GIF") << Gif << ".gif" << false;
+        QTest::newRow("GIF") << gif << ".gif" << false;
         QTest::newRow("the largest") << picture("PNG", {4096, 4096}) << ".png" << false;
         QTest::newRow("elsewhere") << picture("PNG") << ".png" << true;
         if (QImageReader::supportedImageFormats().contains("webp"))
@@ -109,7 +109,7 @@ private slots:
         served("cut off", {.body = picture("PNG"), .cutAt = QList<qint64>(9, 100)}, -3);
         served("longer than allowed, as announced", {.body = "x", .announcedExtra = 9000000}, -4);
         served("longer than allowed, unannounced",
-               {.body = QByteArray(8 * 1024 * 1024 + 1, 'x'), .length = MediaFile::Chunked}, -4);
+               {.body = QByteArray(8 * 1024 * 1024 + 1, 'x'), .length = MediaFile::Length::Chunked}, -4);
         served("a page called a picture", {.body = "<html>no</html>", .type = "image/png"}, -5);
         served("a drawing that can contain anything", {.body = "<svg xmlns='http://www.w3.org/2000/svg'/>"}, -5);
         served("empty", {}, -5);
@@ -164,7 +164,7 @@ private slots:
 
     void deletedWhileDownloadingIsHarmless()
     {
-        m_server.serve("/stalled", {.body = picture("PNG"), .cutAt = {50}, .cut = MediaFile::Stall});
+        m_server.serve("/stalled", {.body = picture("PNG"), .cutAt = {50}, .cut = MediaFile::Cut::Stall});
         QByteArray url = m_server.url("/stalled");
         m_download->resquestDownload(url.data());
         QTRY_COMPARE(m_server.openConnections(), 1);

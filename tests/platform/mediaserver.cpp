@@ -14,9 +14,9 @@
 
 namespace {
 
-constexpr char Asked[] = "asked"; // property of a socket on which a request came
-constexpr int PaceMs = 20;
-constexpr qint64 InFlight = 64 * 1024; // what lies in the socket at most, so that a client that does not read is felt
+constexpr char askedProperty[] = "asked"; // property of a socket on which a request came
+constexpr int paceMs = 20;
+constexpr qint64 inFlight = 64 * 1024; // what lies in the socket at most, so that a client that does not read is felt
 
 void reset(QTcpSocket *socket)
 {
@@ -44,10 +44,10 @@ private:
     {
         m_head += m_socket->readAll();
         const qsizetype end = m_head.indexOf("\r\n\r\n");
-        if (m_answered || end < 0)
+        if (m_isAnswered || end < 0)
             return;
-        m_answered = true;
-        m_socket->setProperty(Asked, true);
+        m_isAnswered = true;
+        m_socket->setProperty(askedProperty, true);
         QList<QByteArray> lines = m_head.left(end).split('\n');
         MediaRequest request;
         request.path = lines.takeFirst().split(' ').value(1);
@@ -81,14 +81,14 @@ private:
                     QByteArray::number(size) + "\r\n";
         if (status == 416)
             m_at = size;
-        if (m_file.length == MediaFile::Announced)
+        if (m_file.length == MediaFile::Length::Announced)
             head += "Content-Length: " + QByteArray::number(size - m_at + m_file.announcedExtra) + "\r\n";
-        else if (m_file.length == MediaFile::Chunked)
+        else if (m_file.length == MediaFile::Length::Chunked)
             head += "Transfer-Encoding: chunked\r\n";
         m_socket->write(head + "\r\n");
-        m_sending = true;
+        m_isSending = true;
         if (m_file.bytesPerSecond > 0)
-            m_pace.start(PaceMs);
+            m_pace.start(paceMs);
         m_clock.start();
         m_from = m_at;
         send();
@@ -96,32 +96,33 @@ private:
 
     void send()
     {
-        if (!m_sending)
+        if (!m_isSending)
             return;
         const qint64 size = m_file.body.size();
         const qint64 stop = m_cutAt >= 0 ? qMin(m_cutAt, size) : size;
-        qint64 allowed = InFlight - m_socket->bytesToWrite();
+        qint64 allowed = inFlight - m_socket->bytesToWrite();
         if (m_file.bytesPerSecond > 0)
             allowed = qMin(allowed, m_from + m_clock.elapsed() * m_file.bytesPerSecond / 1000 - m_at);
         const qint64 count = qMin(allowed, stop - m_at);
         if (count > 0) {
             const QByteArray bytes = m_file.body.mid(m_at, count);
             m_at += count;
-            m_socket->write(
-                m_file.length == MediaFile::Chunked ? QByteArray::number(count, 16) + "\r\n" + bytes + "\r\n" : bytes);
+            m_socket->write(m_file.length == MediaFile::Length::Chunked
+                                ? QByteArray::number(count, 16) + "\r\n" + bytes + "\r\n"
+                                : bytes);
         }
         if (m_at < stop || m_socket->bytesToWrite() > 0)
             return; // called again when bytes have left
-        m_sending = false;
+        m_isSending = false;
         m_pace.stop();
         if (m_cutAt < 0) {
-            if (m_file.length == MediaFile::Chunked)
+            if (m_file.length == MediaFile::Length::Chunked)
                 m_socket->write("0\r\n\r\n");
             m_socket->disconnectFromHost();
-        } else if (m_file.cut == MediaFile::Reset) {
+        } else if (m_file.cut == MediaFile::Cut::Reset) {
             // What the kernel still holds would be lost with the reset; the client shall have all of it.
-            QTimer::singleShot(PaceMs, this, [this] { reset(m_socket); });
-        } else if (m_file.cut == MediaFile::Close) {
+            QTimer::singleShot(paceMs, this, [this] { reset(m_socket); });
+        } else if (m_file.cut == MediaFile::Cut::Close) {
             m_socket->disconnectFromHost();
         }
     }
@@ -129,8 +130,8 @@ private:
     QTcpSocket *const m_socket;
     const std::function<MediaFile(const MediaRequest &, qint64 *)> m_take;
     QByteArray m_head;
-    bool m_answered = false;
-    bool m_sending = false;
+    bool m_isAnswered = false;
+    bool m_isSending = false;
     MediaFile m_file;
     qint64 m_cutAt = -1;
     qint64 m_at = 0;
@@ -238,7 +239,7 @@ int MediaServer::openConnections() const
         m_listener.get(),
         [&] {
             for (const auto *const socket : m_listener->findChildren<QTcpSocket *>())
-                count += socket->property(Asked).toBool();
+                count += socket->property(askedProperty).toBool();
         },
         Qt::BlockingQueuedConnection);
     return count;
@@ -255,7 +256,7 @@ QByteArray mediasample::wav(int ms)
 {
     const quint32 count = quint32(ms) * 8;
     QByteArray bytes("RIFF....WAVEfmt ................data....");
-    bytes.resize(WavHeader);
+    bytes.resize(wavHeader);
     uchar *const at = reinterpret_cast<uchar *>(bytes.data());
     qToLittleEndian<quint32>(36 + count, at + 4);
     qToLittleEndian<quint32>(16, at + 16);

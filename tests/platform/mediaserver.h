@@ -15,14 +15,14 @@ struct MediaFile {
     int status = 200;
     QByteArray location = {}; // of a redirect
     QByteArray etag = {};
-    enum Length { Announced, Chunked, Unknown } length = Announced;
+    enum class Length { Announced, Chunked, Unknown } length = Length::Announced;
     bool ranges = true;
     qint64 bytesPerSecond = 0; // 0: as fast as it is taken
     qint64 announcedExtra = 0; // added to the announced length: the file is shorter than it says
     bool silent = false;       // takes the request and never answers
     // One entry a request, in order: the offset in the file at which that request ends badly; -1: it does not.
     QList<qint64> cutAt = {};
-    enum Cut { Reset, Close, Stall } cut = Reset; // Stall: the connection stays open and nothing more comes
+    enum class Cut { Reset, Close, Stall } cut = Cut::Reset; // Stall: the connection stays open and nothing more comes
 };
 
 struct MediaRequest {
@@ -58,7 +58,7 @@ private:
 
 // Test material made here: a WAV of a quiet tone, 8 kHz, 8 bit, mono, so that 8 bytes are a millisecond.
 namespace mediasample {
-constexpr qint64 WavHeader = 44;
+constexpr qint64 wavHeader = 44;
 QByteArray wav(int ms);
 // Bytes that are nothing, the same each time.
 QByteArray noise(qsizetype size);

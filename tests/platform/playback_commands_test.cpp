@@ -28,7 +28,7 @@ struct Track {
     int total;  // seconds
 };
 // Totals differ, so that a signal of a replaced track gives itself away.
-constexpr Track Tracks[] = {{"/one", 0, 1},      {"/two", 0, 2},    {"/three", 0, 3},
+constexpr Track tracks[] = {{"/one", 0, 1},      {"/two", 0, 2},    {"/three", 0, 3},
                             {"/missing", -1, 0}, {"/noise", -1, 0}, {"/stalled", 0, 9},
                             {"/silent", 1, 0},   {"/cut", 0, 4},    {"/moved", 0, 2}};
 
@@ -39,7 +39,7 @@ void serveTracks(MediaServer &server)
     server.serve("/three", {.body = mediasample::wav(3300), .bytesPerSecond = 30000});
     server.serve("/noise", {.body = QByteArray(4000, '\x5a')});
     server.serve("/stalled",
-                 {.body = mediasample::wav(9100), .cutAt = QList<qint64>(300, 20000), .cut = MediaFile::Stall});
+                 {.body = mediasample::wav(9100), .cutAt = QList<qint64>(300, 20000), .cut = MediaFile::Cut::Stall});
     server.serve("/silent", {.silent = true});
     server.serve("/cut", {.body = mediasample::wav(4400), .cutAt = QList<qint64>(300, 9000)});
     server.serve("/moved", {.status = 307, .location = "/two"});
@@ -86,7 +86,7 @@ private slots:
             const int what = random.bounded(10);
             if (what < 5) {
                 check();
-                current = &Tracks[random.bounded(int(std::size(Tracks)))];
+                current = &tracks[random.bounded(int(std::size(tracks)))];
                 ++stops;
                 timed([&] { rig.play(rig.server.url(current->path)); });
             } else if (what == 5) {
@@ -127,7 +127,7 @@ private slots:
             givers.emplace_back([&rig, seed] {
                 QRandomGenerator random(seed);
                 for (int i = 0; i < 100; ++i) {
-                    QByteArray url = rig.server.url(Tracks[random.bounded(int(std::size(Tracks)))].path);
+                    QByteArray url = rig.server.url(tracks[random.bounded(int(std::size(tracks)))].path);
                     rig.thread.setType(_PLAYBACK_TYPE_E(random.bounded(4)));
                     rig.thread.setAudioUrl(url.data());
                     netcommon::Playback::getInstance()->getPbcState();

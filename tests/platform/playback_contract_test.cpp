@@ -124,7 +124,7 @@ private slots:
         row("the same behind a tag",
             {.body = QByteArray("ID3\x03\0\0\0\0\0\x0a", 10) + QByteArray(10, '\0') + score()});
         row("the first 100 bytes of an MP3", {.body = mediasample::file("xing-2600ms.mp3").left(100)});
-        row("the header of a WAV", {.body = mediasample::wav(1000).left(mediasample::WavHeader)});
+        row("the header of a WAV", {.body = mediasample::wav(1000).left(mediasample::wavHeader)});
         row("reset at every request", {.body = mediasample::wav(1000), .cutAt = {0, 0, 0, 0}});
         row("never answering", {.silent = true});
     }
@@ -235,7 +235,7 @@ private slots:
     {
         const QByteArray wav = mediasample::wav(8000);
         PlaybackRig rig;
-        rig.play(MediaFile{.body = wav, .cutAt = {mediasample::WavHeader + 8 * 5000}, .cut = MediaFile::Stall});
+        rig.play(MediaFile{.body = wav, .cutAt = {mediasample::wavHeader + 8 * 5000}, .cut = MediaFile::Cut::Stall});
         rig.command(PLAYBACK_TYPE_PAUSE);
         TRY_VERIFY(rig.heard.contains("result 0"));
         // wavparse hands on whole blocks; what it still holds is less than one.

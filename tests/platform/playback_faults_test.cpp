@@ -13,10 +13,13 @@ private slots:
     {
         const QByteArray body = mediasample::wav(2600);
         const MediaFile cases[] = {
-            MediaFile{.body = body, .cutAt = {4000, 9001}},                    // reset
-            MediaFile{.body = body, .cutAt = {9001}, .cut = MediaFile::Close}, // closed
-            MediaFile{.body = body, .ranges = false, .cutAt = {9001}},         // no ranges
-            MediaFile{.body = body, .length = MediaFile::Chunked, .cutAt = {9001}, .cut = MediaFile::Close}, // chunked
+            MediaFile{.body = body, .cutAt = {4000, 9001}},                         // reset
+            MediaFile{.body = body, .cutAt = {9001}, .cut = MediaFile::Cut::Close}, // closed
+            MediaFile{.body = body, .ranges = false, .cutAt = {9001}},              // no ranges
+            MediaFile{.body = body,
+                      .length = MediaFile::Length::Chunked,
+                      .cutAt = {9001},
+                      .cut = MediaFile::Cut::Close}, // chunked
         };
         for (const auto &file : cases) {
             PlaybackRig rig;
@@ -57,7 +60,7 @@ private slots:
 
     void aRestThatNeverComesLeavesTheTrackPausedAndTheBufferAsItIs()
     {
-        const qint64 at = mediasample::WavHeader + 8 * 4500;
+        const qint64 at = mediasample::wavHeader + 8 * 4500;
         PlaybackRig rig;
         rig.play(MediaFile{.body = mediasample::wav(20000), .cutAt = QList<qint64>(100, at)});
         TRY_VERIFY(rig.buffer().ui4_end > 4000);
@@ -103,7 +106,7 @@ private slots:
     void aTrackRefusedInTheMiddleIsPlayedToWhereItGot()
     {
         PlaybackRig rig;
-        rig.play(MediaFile{.body = mediasample::wav(4000), .cutAt = {8 * 2000}, .cut = MediaFile::Close});
+        rig.play(MediaFile{.body = mediasample::wav(4000), .cutAt = {8 * 2000}, .cut = MediaFile::Cut::Close});
         TRY_COMPARE(rig.server.requests("/track").size(), 1);
         rig.server.serve("/track", {.status = 404});
         TRY_VERIFY(rig.hasEnded());

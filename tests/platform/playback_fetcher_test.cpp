@@ -25,7 +25,7 @@ public:
     int failures = 0;
 };
 
-constexpr FetchLimits Quick{.idleMs = 300, .firstAttempts = 2, .firstRetryMs = 20, .longestRetryMs = 80};
+constexpr FetchLimits quickLimits{.idleMs = 300, .firstAttempts = 2, .firstRetryMs = 20, .longestRetryMs = 80};
 
 // One path of the server, fetched.
 struct Fetch {
@@ -36,7 +36,7 @@ struct Fetch {
         fetcher.start(QUrl(QString::fromLatin1(server.url(path))), sink);
     }
     const std::shared_ptr<Collector> sink = std::make_shared<Collector>();
-    Fetcher fetcher{Quick};
+    Fetcher fetcher{quickLimits};
 };
 
 } // namespace
@@ -54,16 +54,16 @@ private slots:
             QTest::newRow(name) << file << requests << isHad;
         };
         row("in one go", {.body = body}, 1);
-        row("chunked", {.body = body, .length = MediaFile::Chunked}, 2);
-        row("chunked without ranges", {.body = body, .length = MediaFile::Chunked, .ranges = false}, 1);
-        row("length unknown", {.body = body, .length = MediaFile::Unknown}, 2);
+        row("chunked", {.body = body, .length = MediaFile::Length::Chunked}, 2);
+        row("chunked without ranges", {.body = body, .length = MediaFile::Length::Chunked, .ranges = false}, 1);
+        row("length unknown", {.body = body, .length = MediaFile::Length::Unknown}, 2);
         row("length unknown, closed early",
-            {.body = body, .length = MediaFile::Unknown, .cutAt = {9001}, .cut = MediaFile::Close}, 2);
+            {.body = body, .length = MediaFile::Length::Unknown, .cutAt = {9001}, .cut = MediaFile::Cut::Close}, 2);
         row("reset twice", {.body = body, .cutAt = {100000, 400001}}, 3);
-        row("closed twice", {.body = body, .cutAt = {100000, 400001}, .cut = MediaFile::Close}, 3);
+        row("closed twice", {.body = body, .cutAt = {100000, 400001}, .cut = MediaFile::Cut::Close}, 3);
         row("closed in a chunked body",
-            {.body = body, .length = MediaFile::Chunked, .cutAt = {9001}, .cut = MediaFile::Close}, 2);
-        row("stalled", {.body = body, .cutAt = {200000}, .cut = MediaFile::Stall}, 2);
+            {.body = body, .length = MediaFile::Length::Chunked, .cutAt = {9001}, .cut = MediaFile::Cut::Close}, 2);
+        row("stalled", {.body = body, .cutAt = {200000}, .cut = MediaFile::Cut::Stall}, 2);
         row("reset without ranges", {.body = body, .ranges = false, .cutAt = {300000, 500000}}, 3);
         row("reset before the first byte", {.body = body, .cutAt = {0}}, 2);
         row("with a tag", {.body = body, .etag = "\"v1\"", .cutAt = {5000}}, 2);
@@ -100,7 +100,7 @@ private slots:
         const QByteArray body = noise(20000000);
         Fetch fetch(m_server, "/full", {.body = body}, false);
         QTRY_COMPARE(m_server.requests("/full").size(), 1);
-        QTest::qWait(3 * Quick.idleMs); // twice too long for the idle timer, which must not run
+        QTest::qWait(3 * quickLimits.idleMs); // twice too long for the idle timer, which must not run
         QVERIFY(fetch.sink->bytes.isEmpty());
         QCOMPARE(m_server.requests("/full").size(), 1);
         QCOMPARE(m_server.openConnections(), 1); // it still has most of the file to send
@@ -114,7 +114,7 @@ private slots:
     {
         const QByteArray body = noise(200000);
         Fetch fetch(m_server, "/changed",
-                    {.body = body, .etag = "\"old\"", .cutAt = {100000}, .cut = MediaFile::Stall});
+                    {.body = body, .etag = "\"old\"", .cutAt = {100000}, .cut = MediaFile::Cut::Stall});
         QTRY_COMPARE(fetch.sink->bytes.size(), 100000);
         m_server.serve("/changed", {.body = QByteArray(200000, 'x'), .etag = "\"new\""});
         QTRY_COMPARE(fetch.sink->completes, 1); // what is there is played to its end
@@ -132,7 +132,8 @@ private slots:
     void aServerThatDiesAfterAFileOfUnknownLengthDoesNotHoldItsEndUp()
     {
         const QByteArray body = noise(50000);
-        Fetch fetch(m_server, "/unknown", {.body = body, .length = MediaFile::Unknown, .cutAt = {-1, 0, 0, 0, 0, 0}});
+        Fetch fetch(m_server, "/unknown",
+                    {.body = body, .length = MediaFile::Length::Unknown, .cutAt = {-1, 0, 0, 0, 0, 0}});
         QTRY_COMPARE(fetch.sink->completes, 1);
         QVERIFY(fetch.sink->bytes == body);
     }

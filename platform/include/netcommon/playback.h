@@ -6,10 +6,11 @@
 
 namespace netcommon {
 
-// What the playback thread reports. One instance a process; lives in the GUI thread, which alone emits its signals.
-// For one address the order is: signalPlayURLOK, signalPlayResult, then (result >= 0) signalPlayOk and
-// signalNotifyTotalTime, later signalGetFileEOF, and last signalGotoPlayNextSong. Nothing of a replaced track is
-// reported after the command that replaced it.
+// What the playback thread reports. One instance per process; it lives in the GUI thread, which alone emits its
+// signals. For one address the order is: signalPlayURLOK, signalPlayResult, then (result >= 0) signalPlayOk and
+// signalNotifyTotalTime, later signalGetFileEOF, and last signalGotoPlayNextSong, shortly before the last sample.
+// Nothing of a replaced track is reported after the command that replaced it; what is left of its sound is still heard
+// if the next track was asked for.
 class NETCOMMON_EXPORT Playback : public QObject {
     Q_OBJECT
 public:
@@ -25,10 +26,11 @@ signals:
     void signalNotifyProgressValue(int percent); // 0 to 100
     void signalNotifyTotalTime(int hours, int mins, int secs);
     void signalNotifyCurrentTime(int hours, int mins, int secs);
-    void signalGotoPlayNextSong(); // the last sample was heard
+    void signalGotoPlayNextSong(); // the track ends in less than a second, or has ended: time to start the next one
     void signalGetFileEOF();       // the whole file was received
     void signalStopOk();
-    void signalPlayResult(int ret); // 0 plays; -1 this address cannot be played; -2 nothing can be played
+    void signalPlayResult(int ret); // 0 plays, and enough is buffered to go on; -1 this address cannot be played; -2
+                                    // nothing can be played
     void signalPauseOk();
     void signalPlayOk();
     void signalPlayURLOK(); // the address was taken

@@ -11,8 +11,8 @@
 namespace netcommon {
 
 namespace {
-constexpr qint64 ReadAhead = 256 * 1024; // what Qt may hold; TCP slows the server down beyond it
-constexpr qint64 ChunkSize = 32 * 1024;
+constexpr qint64 readAhead = 256 * 1024; // Qt buffers this much; beyond it TCP slows the server down
+constexpr qint64 chunkSize = 32 * 1024;
 } // namespace
 
 Fetcher::Fetcher(const FetchLimits &limits, QObject *parent)
@@ -77,9 +77,9 @@ void Fetcher::open(const QUrl &address)
         if (!m_progress.etag.isEmpty())
             request.setRawHeader("If-Range", m_progress.etag);
     }
-    m_judged = m_finished = false;
+    m_isJudged = m_isFinished = false;
     m_reply = m_network->get(request);
-    m_reply->setReadBufferSize(ReadAhead);
+    m_reply->setReadBufferSize(readAhead);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Fetcher::headArrived);
     connect(m_reply, &QNetworkReply::readyRead, this, &Fetcher::pump);
     connect(m_reply, &QNetworkReply::finished, this, &Fetcher::replyFinished);
@@ -94,10 +94,10 @@ void Fetcher::close()
         httpaddress::drop(reply, this);
 }
 
-// Reads the head once it is complete; also called when the reply ended without announcing one.
+// Reads the header once it is complete. Also called at the end of a reply that announced none.
 void Fetcher::headArrived()
 {
-    if (m_judged || !m_reply)
+    if (m_isJudged || !m_reply)
         return;
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status == 0)
@@ -108,7 +108,7 @@ void Fetcher::headArrived()
         m_progress, {status, length.isValid() ? length.toLongLong() : -1, m_reply->rawHeader("Content-Range"), etag});
     switch (decision.action) {
     case FetchAction::Deliver:
-        m_judged = true;
+        m_isJudged = true;
         m_skip = decision.skip;
         m_acceptsRanges = m_reply->rawHeader("Accept-Ranges").trimmed().toLower() == "bytes";
         if (decision.length >= 0)
@@ -118,7 +118,7 @@ void Fetcher::headArrived()
         return;
     case FetchAction::Redirect: {
         const QUrl to = httpaddress::redirected(m_reply->url(), m_reply->rawHeader("Location"));
-        if (!to.isValid() || ++m_redirects > httpaddress::MaxRedirects) {
+        if (!to.isValid() || ++m_redirects > httpaddress::maxRedirects) {
             qDebug("Fetcher,redirect,refused.");
             finish(true);
         } else {
@@ -128,7 +128,7 @@ void Fetcher::headArrived()
     }
     case FetchAction::Retry:
         qDebug("Fetcher,answer,status=%d.", status);
-        retry("server's trouble");
+        retry("server error");
         return;
     case FetchAction::Refused:
         qDebug("Fetcher,answer,status=%d.", status);
@@ -142,9 +142,9 @@ void Fetcher::headArrived()
 
 void Fetcher::replyFinished()
 {
-    m_finished = true;
+    m_isFinished = true;
     headArrived();
-    if (m_reply && !m_judged && m_finished)
+    if (m_reply && !m_isJudged && m_isFinished)
         retry("no answer");
     else
         pump();
@@ -155,11 +155,11 @@ void Fetcher::pump()
     if (!m_reply || !m_sink)
         return;
     headArrived();
-    if (!m_reply || !m_judged)
+    if (!m_reply || !m_isJudged)
         return;
     bool moved = false;
     while (m_reply->bytesAvailable() > 0 && m_sink->wanted()) {
-        QByteArray bytes = m_reply->read(ChunkSize);
+        QByteArray bytes = m_reply->read(chunkSize);
         if (bytes.isEmpty())
             break;
         moved = true;
@@ -174,15 +174,15 @@ void Fetcher::pump()
         m_redirects = 0;
         m_sink->push(bytes);
     }
-    if (m_finished && m_reply->bytesAvailable() == 0)
+    if (m_isFinished && m_reply->bytesAvailable() == 0)
         settle();
     else if (!m_sink->wanted())
-        m_idle.stop(); // it is us who do not read
+        m_idle.stop(); // the server waits for us
     else if (moved || !m_idle.isActive())
         m_idle.start();
 }
 
-// The reply is drained: is that all?
+// All of the reply was read: is the file complete?
 void Fetcher::settle()
 {
     const bool clean = m_reply->error() == QNetworkReply::NoError;
@@ -191,8 +191,8 @@ void Fetcher::settle()
     if (!all) {
         retry("cut off");
     } else if (p.length < 0 && p.delivered > 0 && m_acceptsRanges && m_askedAt != p.delivered) {
-        // Without a length an end may be a cut: Qt takes even a chunked body that was cut off for a whole one, at
-        // times.
+        // Without a length the end may be a lost connection: Qt sometimes reports even a truncated chunked body as
+        // complete.
         m_askedAt = p.delivered;
         open(m_address);
     } else {
@@ -215,7 +215,7 @@ void Fetcher::retry(const char *why)
     m_retry.start(delay);
 }
 
-// failed: no more bytes can be had. What is there is played to its end; without any it is a failure.
+// failed: no more bytes are available. What was delivered is played to its end; if there is nothing, the fetch failed.
 void Fetcher::finish(bool failed)
 {
     close();

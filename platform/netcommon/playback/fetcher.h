@@ -13,27 +13,27 @@ class QNetworkReply;
 
 namespace netcommon {
 
-// Where a fetch puts its bytes. Called from the fetcher's thread only, except that wanted() may change at any time:
-// whoever makes it true calls Fetcher::wake().
+// Receives the bytes of a fetch. Called from the fetcher's thread only. The answer of wanted() may change at any time,
+// in any thread; whoever makes it true calls Fetcher::wake().
 class FetchSink {
 public:
     virtual ~FetchSink() = default;
     virtual bool wanted() const = 0;
     virtual void push(const QByteArray &bytes) = 0;
-    virtual void complete() = 0; // nothing more will come; what was pushed is the file, or all that can be had of it
-    virtual void failed() = 0;   // not a single byte could be had
+    virtual void complete() = 0; // nothing more follows; what was pushed is the file, or all of it that the server has
+    virtual void failed() = 0;   // no byte could be fetched
 };
 
-// Fetches one file at a time over http or https, as fast as its sink wants it, across stalls, cuts and restarts of the
-// server: it asks for the rest by range, or discards what it has where ranges are not supported. Lives in a thread
-// with an event loop; start(), stop() and wake() may be called from any thread and return at once.
+// Fetches one file at a time over http or https, as fast as its sink wants it. It survives stalls, lost connections and
+// restarts of the server: it requests the rest by range, or discards what it has already if the server has no ranges.
+// Lives in a thread with an event loop; start(), stop() and wake() may be called from any thread and return at once.
 class Fetcher : public QObject {
     Q_OBJECT
 public:
     explicit Fetcher(const FetchLimits &limits = {}, QObject *parent = nullptr);
     ~Fetcher() override;
 
-    // Replaces what is under way, whose sink hears nothing more.
+    // Replaces the current fetch; its sink hears nothing more.
     void start(const QUrl &address, std::shared_ptr<FetchSink> sink);
     void stop();
     void wake();
@@ -56,12 +56,12 @@ private:
     FetchProgress m_progress;
     qint64 m_skip = 0;
     bool m_acceptsRanges = false;
-    qint64 m_askedAt = -1; // after this many bytes the body ended, and it was asked whether there are more
+    qint64 m_askedAt = -1; // the body ended after this many bytes, and a further request asked for more
     int m_attempts = 0;    // failed ones since the last byte
     int m_redirects = 0;
     QNetworkReply *m_reply = nullptr;
-    bool m_judged = false;   // m_reply's head was read and its body is ours
-    bool m_finished = false; // m_reply gets no more bytes; some may still lie in it
+    bool m_isJudged = false;   // m_reply's header was accepted; its body follows
+    bool m_isFinished = false; // m_reply receives no more bytes; some may still be unread
     QTimer m_idle;
     QTimer m_retry;
 };

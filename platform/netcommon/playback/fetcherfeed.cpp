@@ -66,14 +66,14 @@ void FetcherFeed::complete()
     if (!m_source)
         return;
     gst_app_src_end_of_stream(m_source.get());
-    m_inbox.push({PlaybackEvent::BodyComplete, m_id});
+    m_inbox.push({PlaybackEvent::Kind::BodyComplete, m_id});
 }
 
 void FetcherFeed::failed()
 {
     const std::lock_guard lock(m_mutex);
     if (m_source)
-        m_inbox.push({PlaybackEvent::BodyFailed, m_id});
+        m_inbox.push({PlaybackEvent::Kind::BodyFailed, m_id});
 }
 
 void FetcherFeed::needData(GstAppSrc *, guint, gpointer self)

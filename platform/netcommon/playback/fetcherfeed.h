@@ -11,8 +11,8 @@
 
 namespace netcommon {
 
-// Carries a fetch's bytes into one pipeline. Owned by the pipeline and, while it fetches, by the fetcher; after
-// detach() whatever still arrives is thrown away, so neither has to wait for the other.
+// Passes the bytes of a fetch into one pipeline. Owned by the pipeline and, during the fetch, by the fetcher. After
+// detach() arriving bytes are discarded, so that neither owner waits for the other.
 class FetcherFeed : public FetchSink {
 public:
     FetcherFeed(quint64 pipelineId, PlaybackInbox &inbox, Fetcher &fetcher);

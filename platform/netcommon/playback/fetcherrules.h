@@ -4,15 +4,15 @@
 
 namespace netcommon {
 
-// How long a fetch waits and how often it tries. Tests shorten it.
+// Timeouts and retries of a fetch. Tests use shorter ones.
 struct FetchLimits {
-    int idleMs = 10000;     // without a byte while bytes are wanted: ask again
+    int idleMs = 10000;     // without a byte while bytes are wanted: retry
     int firstAttempts = 2;  // before the first byte
-    int firstRetryMs = 250; // doubles with every further attempt
+    int firstRetryMs = 250; // doubles with each attempt
     int longestRetryMs = 5000;
 };
 
-// What a fetch has of a file so far.
+// The state of a fetch.
 struct FetchProgress {
     qint64 delivered = 0; // bytes handed over
     qint64 length = -1;   // of the whole file, -1 unknown
@@ -27,24 +27,24 @@ struct FetchResponse {
 };
 
 enum class FetchAction {
-    Deliver, // the body goes on where we are, after skip bytes
+    Deliver, // the body continues at our position, after skip bytes
     Redirect,
-    Retry,    // the server's trouble; may pass
-    Refused,  // this address will not be had (or not any more: the file changed)
+    Retry,    // a server error that may pass
+    Refused,  // the file is not available, or it has changed
     Complete, // nothing is missing
 };
 
 struct FetchDecision {
     FetchAction action;
-    qint64 skip = 0;    // bytes at the beginning of the body that we have already
+    qint64 skip = 0;    // bytes at the beginning of the body that were delivered already
     qint64 length = -1; // of the whole file, -1 unknown
 };
 
 FetchDecision judgeResponse(const FetchProgress &progress, const FetchResponse &response);
 
-// Before the first byte attempts are counted; later a fetch never gives up by itself: whoever listens decides.
+// Attempts are limited before the first byte only. Later a fetch never gives up by itself; the playback worker decides.
 bool mayRetry(const FetchLimits &limits, const FetchProgress &progress, int attempts);
-// attempts: failed ones in a row, at least 1.
+// attempts: consecutive failures, at least 1.
 int retryDelayMs(const FetchLimits &limits, int attempts);
 // The validator to resume with, empty for a weak or missing one.
 QByteArray strongEtag(const QByteArray &header);

@@ -6,21 +6,22 @@ class QNetworkReply;
 class QNetworkRequest;
 class QObject;
 
-// Which addresses are opened at all: http and https with a host, also after a redirect; and how.
+// Which addresses may be opened (http and https with a host, after a redirect too), and how they are requested.
 namespace netcommon::httpaddress {
 
-constexpr int MaxRedirects = 10;
+constexpr int maxRedirects = 10;
 
 // The address, or an invalid one when it is anything but http or https with a host.
 QUrl parse(const QByteArray &text);
-// Where location leads from from. Invalid: elsewhere than http or https, or from https down to http.
+// The target of a redirect: `location` as the server sent it, relative to the address `from`. Invalid when the target
+// is neither http nor https, or when it leads from https to http.
 QUrl redirected(const QUrl &from, const QByteArray &location);
 bool isRedirect(int status);
 
-// A request that decides nothing by itself: redirects by hand, bytes as the server has them.
+// A request that leaves redirects to the caller and asks for the bytes as the server stores them.
 QNetworkRequest request(const QUrl &address);
-// Ends a transfer that listener does not want to hear of any more, and deletes it. May be called from the reply's own
-// signals: the abort waits until they are through, because Qt's reply does not expect it in between.
+// Ends a transfer and deletes it; listener hears no more of it. May be called from a slot of the reply's own signals:
+// the abort is queued, because Qt does not expect it there.
 void drop(QNetworkReply *reply, QObject *listener);
 
 } // namespace netcommon::httpaddress

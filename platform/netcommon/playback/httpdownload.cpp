@@ -16,26 +16,25 @@ namespace netcommon {
 namespace {
 
 // The results of signalDownloadResult, as the header lists them.
-enum DownloadResult {
-    Downloaded = 0,
-    AddressRefused = -1,
-    FolderUnusable = -2,
-    TransferFailed = -3,
-    TooLarge = -4,
-    NotAPicture = -5,
-};
+constexpr int downloaded = 0;
+constexpr int addressRefused = -1;
+constexpr int folderUnusable = -2;
+constexpr int transferFailed = -3;
+constexpr int tooLarge = -4;
+constexpr int notAPicture = -5;
 
-constexpr qint64 MaxBytes = 8 * 1024 * 1024;
-constexpr int MaxSide = 4096; // pixels
-constexpr int SilenceMs = 15000;
+constexpr qint64 maxBytes = 8 * 1024 * 1024;
+constexpr int maxSide = 4096; // pixels
+constexpr int silenceMs = 15000;
 
 struct Kind {
     const char *format; // as QImageReader names it
     const char *suffix;
 };
-constexpr Kind Kinds[] = {{"png", ".png"}, {"jpeg", ".jpg"}, {"gif", ".gif"}, {"webp", ".webp"}};
+constexpr Kind kinds[] = {{"png", ".png"}, {"jpeg", ".jpg"}, {"gif", ".gif"}, {"webp", ".webp"}};
 
-// The suffix for what the bytes are, whatever the server calls them; empty with a reason: no picture that we show.
+// The suffix for the format found in the bytes, whatever the server calls it. Empty with a reason when they are no
+// picture that the radio shows.
 QByteArray pictureSuffix(QByteArray &bytes, QString *why)
 {
     QBuffer buffer(&bytes);
@@ -43,11 +42,11 @@ QByteArray pictureSuffix(QByteArray &bytes, QString *why)
     QImageReader reader(&buffer);
     reader.setDecideFormatFromContent(true);
     const QByteArray format = reader.format();
-    for (const Kind &kind : Kinds) {
+    for (const Kind &kind : kinds) {
         if (format != kind.format)
             continue;
         const QSize size = reader.size();
-        if (!size.isValid() || size.isEmpty() || size.width() > MaxSide || size.height() > MaxSide) {
+        if (!size.isValid() || size.isEmpty() || size.width() > maxSide || size.height() > maxSide) {
             *why = QStringLiteral("picture of %1 x %2 pixels").arg(size.width()).arg(size.height());
             return {};
         }
@@ -107,9 +106,9 @@ void HttpDownload::resquestDownload(char *url)
     const QUrl address = httpaddress::parse(QByteArray(url));
     const QString complaint = d->folder.complaint();
     if (!address.isValid())
-        d->end(AddressRefused, QStringLiteral("neither http nor https"));
+        d->end(addressRefused, QStringLiteral("neither http nor https"));
     else if (!complaint.isEmpty())
-        d->end(FolderUnusable, complaint);
+        d->end(folderUnusable, complaint);
     else
         d->open(address);
 }
@@ -128,7 +127,7 @@ void HttpDownload::Private::open(const QUrl &address)
     if (!network)
         network = new QNetworkAccessManager(q);
     QNetworkRequest wanted = httpaddress::request(address);
-    wanted.setTransferTimeout(SilenceMs);
+    wanted.setTransferTimeout(silenceMs);
     reply = network->get(wanted);
     reply->setReadBufferSize(256 * 1024);
     QObject::connect(reply, &QNetworkReply::readyRead, q, [this] { read(); });
@@ -139,8 +138,8 @@ void HttpDownload::Private::read()
 {
     bytes += reply->readAll();
     const qint64 announced = reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
-    if (qMax<qint64>(bytes.size(), announced) > MaxBytes)
-        end(TooLarge, QStringLiteral("more than %1 bytes").arg(MaxBytes));
+    if (qMax<qint64>(bytes.size(), announced) > maxBytes)
+        end(tooLarge, QStringLiteral("more than %1 bytes").arg(maxBytes));
 }
 
 void HttpDownload::Private::finished()
@@ -152,8 +151,8 @@ void HttpDownload::Private::finished()
     if (httpaddress::isRedirect(status)) {
         const QUrl to = httpaddress::redirected(reply->url(), reply->rawHeader("Location"));
         const int hops = redirects + 1;
-        if (!to.isValid() || hops > httpaddress::MaxRedirects) {
-            end(AddressRefused, QStringLiteral("leads elsewhere than to http or https"));
+        if (!to.isValid() || hops > httpaddress::maxRedirects) {
+            end(addressRefused, QStringLiteral("leads elsewhere than to http or https"));
             return;
         }
         cancel();
@@ -162,25 +161,25 @@ void HttpDownload::Private::finished()
         return;
     }
     if (reply->error() != QNetworkReply::NoError || status != 200) {
-        end(TransferFailed, status >= 300 ? QStringLiteral("status %1").arg(status) : reply->errorString());
+        end(transferFailed, status >= 300 ? QStringLiteral("status %1").arg(status) : reply->errorString());
         return;
     }
     const QVariant announced = reply->header(QNetworkRequest::ContentLengthHeader);
     if (announced.isValid() && announced.toLongLong() != bytes.size()) { // Qt does not always call this an error
-        end(TransferFailed, QStringLiteral("cut off"));
+        end(transferFailed, QStringLiteral("cut off"));
         return;
     }
     QString why;
     const QByteArray suffix = pictureSuffix(bytes, &why);
     if (suffix.isEmpty()) {
-        end(NotAPicture, why);
+        end(notAPicture, why);
         return;
     }
     const QString file = folder.store(bytes, suffix, &why);
-    end(file.isEmpty() ? FolderUnusable : Downloaded, file.isEmpty() ? why : file);
+    end(file.isEmpty() ? folderUnusable : downloaded, file.isEmpty() ? why : file);
 }
 
-// Queued, so that nobody hears of a request before resquestDownload() has returned, nor of one that was replaced.
+// Queued: no result is reported before resquestDownload() has returned, and none of a replaced request.
 void HttpDownload::Private::end(int result, const QString &info)
 {
     cancel();

@@ -17,9 +17,9 @@ namespace netcommon {
 
 namespace {
 
-constexpr char Prefix[] = "picture-";
-constexpr char PartSuffix[] = ".part";
-constexpr time_t StalePartSeconds = 600; // left behind by a process that died while it wrote
+constexpr char prefix[] = "picture-";
+constexpr char partSuffix[] = ".part";
+constexpr time_t stalePartSeconds = 600; // left by a process that was killed while it wrote
 
 QString reason(int error)
 {
@@ -61,7 +61,7 @@ QByteArray randomName()
 {
     quint32 words[4];
     QRandomGenerator::system()->fillRange(words);
-    return Prefix + QByteArray(reinterpret_cast<const char *>(words), sizeof words).toHex();
+    return prefix + QByteArray(reinterpret_cast<const char *>(words), sizeof words).toHex();
 }
 
 } // namespace
@@ -84,7 +84,7 @@ int HttpDownloadFolder::open(QString *why) const
     if (::fstat(fd, &info) == 0 && info.st_uid == ::geteuid() && !(info.st_mode & (S_IWGRP | S_IWOTH)))
         return fd;
     ::close(fd);
-    *why = QStringLiteral("the download folder is not ours alone");
+    *why = QStringLiteral("others may write to the download folder");
     return -1;
 }
 
@@ -101,7 +101,7 @@ QString HttpDownloadFolder::store(const QByteArray &bytes, const QByteArray &suf
     if (folder.fd < 0)
         return {};
     const QByteArray name = randomName();
-    const QByteArray part = name + PartSuffix, whole = name + suffix;
+    const QByteArray part = name + partSuffix, whole = name + suffix;
     const Descriptor file(
         ::openat(folder.fd, part.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (file.fd < 0) {
@@ -117,7 +117,7 @@ QString HttpDownloadFolder::store(const QByteArray &bytes, const QByteArray &suf
     return QFile::decodeName(m_path + '/' + whole);
 }
 
-// Only files of our own naming; the newest MaxPictures stay.
+// Only files named by us; the newest maxPictures stay.
 void HttpDownloadFolder::removeOld(int folder)
 {
     const int own = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -135,19 +135,19 @@ void HttpDownloadFolder::removeOld(int folder)
     while (const dirent *const entry = ::readdir(listing)) {
         const QByteArray name = entry->d_name;
         struct stat info {};
-        if (!name.startsWith(Prefix) || ::fstatat(folder, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0 ||
+        if (!name.startsWith(prefix) || ::fstatat(folder, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) != 0 ||
             !S_ISREG(info.st_mode))
             continue;
-        if (!name.endsWith(PartSuffix))
+        if (!name.endsWith(partSuffix))
             pictures.push_back({info.st_mtim, name});
-        else if (::time(nullptr) - info.st_mtim.tv_sec > StalePartSeconds)
+        else if (::time(nullptr) - info.st_mtim.tv_sec > stalePartSeconds)
             ::unlinkat(folder, entry->d_name, 0);
     }
     ::closedir(listing);
     std::sort(pictures.begin(), pictures.end(), [](const Picture &a, const Picture &b) {
         return std::pair(a.when.tv_sec, a.when.tv_nsec) > std::pair(b.when.tv_sec, b.when.tv_nsec);
     });
-    for (size_t i = MaxPictures; i < pictures.size(); ++i)
+    for (size_t i = maxPictures; i < pictures.size(); ++i)
         ::unlinkat(folder, pictures[i].name.constData(), 0);
 }
 

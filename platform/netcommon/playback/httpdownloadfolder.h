@@ -5,17 +5,17 @@
 
 namespace netcommon {
 
-// The folder that downloaded pictures are written to: opened anew for each picture, without following a link at its
-// end, and only if it is ours and nobody else may write to it. Names are of our own making.
+// The folder that downloaded pictures are written to. It is opened for each picture, without following a symbolic link,
+// and used only if this user owns it and nobody else may write to it. The file names are random.
 class HttpDownloadFolder {
 public:
-    static constexpr int MaxPictures = 64; // older ones go
+    static constexpr int maxPictures = 64; // older ones go
 
     explicit HttpDownloadFolder(const QString &path);
 
-    // Empty: it can be used. Else why not.
+    // Why the folder cannot be used; empty if it can.
     QString complaint() const;
-    // Writes the picture under a new name with this suffix and gives the path, or an empty one and the reason.
+    // Writes the picture to a new file with this suffix. Returns its path, or an empty one with the reason.
     QString store(const QByteArray &bytes, const QByteArray &suffix, QString *why) const;
 
 private:

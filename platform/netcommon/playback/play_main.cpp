@@ -1,4 +1,4 @@
-// velmora-play ADDRESS: plays one address through libNetCommon and prints every signal with its time.
+// velmora-play ADDRESS: plays one address through libNetCommon and prints each signal with its time.
 
 #include "netcommon/playback.h"
 #include "netcommon/playbackthread.h"

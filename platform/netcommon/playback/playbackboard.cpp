@@ -28,7 +28,7 @@ void PlaybackBoard::post(quint64 generation, std::function<void(Playback *)> rep
 
 void PlaybackBoard::postAlways(std::function<void(Playback *)> report)
 {
-    const std::lock_guard lock(m_receiverMutex); // the receiver cannot die while it is posted to
+    const std::lock_guard lock(m_receiverMutex); // the receiver must not be destroyed while a call is posted to it
     if (auto *const playback = m_receiver)
         QMetaObject::invokeMethod(
             playback, [playback, report = std::move(report)] { report(playback); }, Qt::QueuedConnection);

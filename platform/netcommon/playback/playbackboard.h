@@ -8,11 +8,11 @@
 
 namespace netcommon {
 
-// What the playback thread publishes and everybody reads; one a process, it outlives Playback and every thread.
+// What the playback thread publishes and any thread reads. One per process; it outlives Playback and every thread.
 //
-// Each START, STOP and END opens a new generation in the thread that gives the command, before the command is even
-// queued. Whatever belongs to an older generation is unknown from then on: its state reads as stopped, its snapshot as
-// zero, and its signals that are still under way are dropped when they are delivered.
+// Each START, STOP and END opens a new generation, in the thread that gives the command and before the command is
+// queued. From then on nothing of an older generation is visible: the state reads as stopped, the snapshot as zero, and
+// queued signals of the older generation are dropped at their delivery.
 class PlaybackBoard {
 public:
     static PlaybackBoard &instance();
@@ -21,10 +21,10 @@ public:
 
     // Playback thread only.
     void publish(quint64 generation, int state, const IMTK_PB_CTRL_BUFFER_STATUS_T &buffer);
-    // Runs report in the GUI thread, with the Playback of that moment, if generation is still current then. Without a
-    // Playback nothing happens. Any thread.
+    // Runs report in the GUI thread, if generation is still current by then. Without a Playback nothing happens. Any
+    // thread.
     void post(quint64 generation, std::function<void(Playback *)> report);
-    // The same, whatever has been commanded since.
+    // The same, for any generation.
     void postAlways(std::function<void(Playback *)> report);
 
     int state() const;
@@ -36,7 +36,7 @@ public:
 private:
     std::atomic<quint64> m_generation{1};
     mutable std::mutex m_mutex;
-    quint64 m_published = 0; // the generation that the two below belong to
+    quint64 m_published = 0; // generation of the two members below
     int m_state = PLAYBACK_STATE_STOPPED;
     IMTK_PB_CTRL_BUFFER_STATUS_T m_buffer{};
     std::mutex m_receiverMutex;

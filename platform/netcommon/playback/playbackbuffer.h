@@ -14,12 +14,12 @@ struct BufferFacts {
     bool isReceived = false;
 };
 
-// The snapshot of a track that has not ended: start <= end; amount 0 only while bytes are missing, because "all here
-// and nothing left" is how the player screen recognises the end. Parsers count the last frame whole, so an end shortly
-// behind the stated length is cut to it; a header that is far off is not believed.
+// The snapshot of a track that has not ended: start <= end. The amount is 0 only while bytes are missing, because the
+// player screen takes "all received, nothing left" for the end. Parsers count the last frame in full, so an end shortly
+// after the stated length is cut to it; a length that is far off is ignored.
 IMTK_PB_CTRL_BUFFER_STATUS_T bufferStatus(const BufferFacts &facts);
 
-// The snapshot of a track that has ended, from the very seconds that were reported as its total time.
+// The snapshot of a track that has ended; totalSeconds as reported to the screens.
 IMTK_PB_CTRL_BUFFER_STATUS_T bufferStatusAtEnd(int totalSeconds);
 
 // What is known of a track whose play result has not been reported yet.
@@ -38,7 +38,8 @@ bool mayStart(const StartFacts &facts);
 // of the time is for fetching and decoding, so that the next track is ready when this one ends.
 constexpr qint64 nextTrackLeadMs = netcommon::waterTickMs * 3 / 2;
 
-// Whether the sink must be held back so that the clock does not run over silence. isHeld: it is held already.
+// Whether the sink must be paused, so that the clock does not run while there is nothing to play. isHeld: it is held
+// already.
 bool mustHold(bool isHeld, qint64 amountMs, bool isReceived);
 
 } // namespace netcommon

@@ -11,9 +11,9 @@
 
 namespace netcommon {
 
-// One thing that the playback thread has to deal with.
+// One event for the playback thread.
 struct PlaybackEvent {
-    enum Kind {
+    enum class Kind {
         // Commands of the radio; id is the generation, value the PLAYBACK_TYPE_E.
         Command,
         Address, // text is the address
@@ -33,7 +33,7 @@ struct PlaybackEvent {
     QByteArray text = {};
 };
 
-// The playback thread's queue. GStreamer's and the fetcher's threads put in, nobody else takes out.
+// The playback thread's queue. Any thread adds events; only the playback thread takes them out.
 class PlaybackInbox {
 public:
     void push(PlaybackEvent event)
@@ -42,7 +42,7 @@ public:
         m_events.push_back(std::move(event));
         m_arrived.notify_one();
     }
-    // make() runs under the queue's lock, so that numbers it draws are in the order of the queue.
+    // make() runs under the queue's lock, so that generations are in the order of the queue.
     template <typename Make>
     void pushMade(Make make)
     {
@@ -50,7 +50,7 @@ public:
         m_events.push_back(make());
         m_arrived.notify_one();
     }
-    // Nothing once the deadline has passed.
+    // Waits for an event; nothing after the deadline.
     std::optional<PlaybackEvent> next(QDeadlineTimer deadline);
     void clear()
     {

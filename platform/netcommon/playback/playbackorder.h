@@ -12,8 +12,8 @@ struct PlaybackReport {
     bool operator==(const PlaybackReport &) const = default;
 };
 
-// The life of one address: facts come in as they happen, in any order, as often as they like; reports come out in the
-// order that the screens rely on, each at its moment and none twice:
+// The reports of one address. Facts come in as they happen, in any order and any number of times; reports come out once
+// each, in the order that the screens rely on:
 //
 //   UrlOk, Result, then only after a result >= 0: PlayOk or PauseOk, TotalTime, ..., FileEof, NextSong
 //
@@ -22,11 +22,11 @@ struct PlaybackReport {
 // before FileEof would be forgotten too; a second Result -1 would skip the following track. No threads, no clock.
 class PlaybackOrder {
 public:
-    // The address was taken: always the first report, also for an address that cannot be played.
+    // The address was taken. Always the first report, even if the address cannot be played.
     void taken();
     void ready(); // it can be heard from now on
-    // -1 this address, -2 everything. Before the result it is the result; later the track ends with it (the one case
-    // of two results for an address).
+    // -1: this address cannot be played; -2: nothing can be played. Before the result it is the result. Later it ends
+    // the track: the only case of two results for one address.
     void failed(int code);
     void wantPlay(bool wantsPlay);
     void totalKnown(int seconds);

@@ -11,7 +11,7 @@ namespace netcommon {
 
 namespace {
 
-// Holds more than the player screen's high water line, 7 s, of anything up to 9.6 Mbit/s; else it could never resume.
+// More than the high water line, 7 s, of anything up to 9.6 Mbit/s. With less the player screen could never resume.
 constexpr guint queueBytes = 8 * 1024 * 1024;
 constexpr guint64 sourceBytes = 512 * 1024;
 
@@ -29,7 +29,7 @@ bool isAudio(GstPad *pad)
            startsWith(gst_structure_get_name(gst_caps_get_structure(caps.get(), 0)), "audio/");
 }
 
-// Whether a parser or a demuxer puts out what comes here; readers of tags do not count.
+// Whether this pad belongs to a parser or a demuxer. Tag readers do not count.
 bool isRecognised(GstPad *pad)
 {
     const GstOwner<GstPad> target(GST_IS_GHOST_PAD(pad) ? gst_ghost_pad_get_target(GST_GHOST_PAD(pad)) : nullptr);
@@ -44,7 +44,8 @@ bool isRecognised(GstPad *pad)
 constexpr int autoplugTry = 0;
 constexpr int autoplugSkip = 2;
 
-// Playlists of other addresses (HLS, DASH, SDP) would be opened by GStreamer itself, whatever their scheme.
+// GStreamer would open the addresses in a playlist (HLS, DASH, SDP) by itself, whatever their scheme: such elements are
+// left out.
 int selectParser(GstElement *, GstPad *, GstCaps *, GstElementFactory *factory, gpointer)
 {
     const gchar *const klass = gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS);
@@ -242,12 +243,12 @@ qint64 PlaybackPipeline::lengthMs() const
     return ns / GST_MSECOND;
 }
 
-// In front of the queue: what has been received, in time.
+// In front of the queue: how much of the track has been received, in time.
 GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
 {
     if (info->type & GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM) {
-        // A serialized query would wait in the queue until everything before it is played; while we are paused that
-        // is for ever, and the download would stand still behind it.
+        // A serialized query would wait in the queue until everything before it is played. In a paused pipeline that is
+        // for ever, and the download would wait behind it.
         return GST_QUERY_IS_SERIALIZED(GST_PAD_PROBE_INFO_QUERY(info)) ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
     }
     if (info->type & GST_PAD_PROBE_TYPE_BUFFER) {
@@ -278,7 +279,7 @@ GstPadProbeReturn PlaybackPipeline::decodedProbe(GstPadProbeInfo *info)
     if (!isBuffer && GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) != GST_EVENT_EOS)
         return GST_PAD_PROBE_PASS;
     (isBuffer ? m_hasDecoded : m_isEmpty) = true;
-    m_inbox.push({PlaybackEvent::Decoded, m_setup.id});
+    m_inbox.push({PlaybackEvent::Kind::Decoded, m_setup.id});
     return GST_PAD_PROBE_OK; // stays blocked
 }
 
@@ -311,7 +312,7 @@ void PlaybackPipeline::linkParsed(GstPad *pad)
         m_hasAudio = true;
         return;
     }
-    // Cover pictures and further streams must flow somewhere, or the parser stands still.
+    // Cover pictures and other streams need a sink of their own, or the parser blocks.
     GstElement *const drain = gst_element_factory_make("fakesink", nullptr);
     if (!drain)
         return;
@@ -329,15 +330,15 @@ void PlaybackPipeline::linkDecoded(GstPad *pad)
         gst_pad_link(pad, target.get());
 }
 
-// Nothing installed can go on behind this pad. Audio that a parser or a demuxer has recognised lacks its decoder; what
-// typefind alone calls audio is a guess from a few bytes: that is the content's fault.
+// No installed element accepts this pad. If a parser or a demuxer has recognised audio, its decoder is missing. If only
+// typefind calls it audio, that is a guess from a few bytes, and the content is to blame.
 void PlaybackPipeline::unknownType(GstElement *bin, GstPad *pad, GstCaps *caps)
 {
     if (gst_caps_is_empty(caps) || gst_caps_is_any(caps))
         return;
     const gchar *const name = gst_structure_get_name(gst_caps_get_structure(caps, 0));
     if (startsWith(name, "audio/") && (bin == m_decode ? m_isRecognised.load() : isRecognised(pad)))
-        m_inbox.push({PlaybackEvent::DecoderMissing, m_setup.id, 0, name});
+        m_inbox.push({PlaybackEvent::Kind::DecoderMissing, m_setup.id, 0, name});
 }
 
 // Any thread.
@@ -349,10 +350,10 @@ void PlaybackPipeline::busMessage(GstMessage *message)
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ASYNC_DONE:
         if (GST_MESSAGE_SRC(message) == GST_OBJECT(m_pipeline.get()))
-            tell(PlaybackEvent::Prerolled);
+            tell(PlaybackEvent::Kind::Prerolled);
         break;
     case GST_MESSAGE_EOS:
-        tell(PlaybackEvent::Ended);
+        tell(PlaybackEvent::Kind::Ended);
         break;
     case GST_MESSAGE_ERROR: {
         GError *error = nullptr;
@@ -361,7 +362,8 @@ void PlaybackPipeline::busMessage(GstMessage *message)
         const bool isSink = sink && gst_object_has_as_ancestor(GST_MESSAGE_SRC(message), GST_OBJECT(sink));
         if (isSink)
             m_hasSinkFailed = true;
-        tell(isSink ? PlaybackEvent::SinkFailed : PlaybackEvent::ContentFailed, error ? error->message : "");
+        tell(isSink ? PlaybackEvent::Kind::SinkFailed : PlaybackEvent::Kind::ContentFailed,
+             error ? error->message : "");
         g_clear_error(&error);
         break;
     }
@@ -373,9 +375,9 @@ void PlaybackPipeline::busMessage(GstMessage *message)
         const bool caps = detail && GST_VALUE_HOLDS_CAPS(detail) && gst_caps_get_size(gst_value_get_caps(detail)) > 0;
         const gchar *const name =
             caps ? gst_structure_get_name(gst_caps_get_structure(gst_value_get_caps(detail), 0)) : "";
-        // Pages and lists, which parsebin alone would wait behind. Missing audio decoders: see unknownType().
+        // Pages and lists: parsebin would wait for ever. Missing audio decoders: see unknownType().
         if (!m_hasAudio.load() && (startsWith(name, "text/") || startsWith(name, "application/")))
-            tell(PlaybackEvent::ContentFailed, name);
+            tell(PlaybackEvent::Kind::ContentFailed, name);
         break;
     }
     default:
@@ -385,14 +387,14 @@ void PlaybackPipeline::busMessage(GstMessage *message)
 
 bool initialiseGStreamer()
 {
-    gst_segtrap_set_enabled(FALSE); // signals are the application's
+    gst_segtrap_set_enabled(FALSE); // the application handles signals itself
     GError *error = nullptr;
     if (!gst_init_check(nullptr, nullptr, &error)) {
         qDebug("PlaybackThread,start,GStreamer: %s", error ? error->message : "failed");
         g_clear_error(&error);
         return false;
     }
-    // libav's MP3 decoders rank first and bring 35 MB of libraries with them; mpg123 does it for nothing.
+    // libav's MP3 decoders rank first and load 35 MB of libraries; mpg123 needs next to nothing.
     GstRegistry *const registry = gst_registry_get();
     const auto feature = [registry](const char *name) {
         return GstOwner<GstPluginFeature>(gst_registry_lookup_feature(registry, name));

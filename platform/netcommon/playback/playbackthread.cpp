@@ -32,13 +32,13 @@ void PlaybackThread::setType(_PLAYBACK_TYPE_E type)
 {
     d->inbox.pushMade([type] {
         const bool opens = type == PLAYBACK_TYPE_START || type == PLAYBACK_TYPE_STOP || type == PLAYBACK_TYPE_END;
-        return PlaybackEvent{PlaybackEvent::Command, opens ? PlaybackBoard::instance().newGeneration() : 0, type};
+        return PlaybackEvent{PlaybackEvent::Kind::Command, opens ? PlaybackBoard::instance().newGeneration() : 0, type};
     });
 }
 
 void PlaybackThread::setAudioUrl(char *url)
 {
-    d->inbox.push({PlaybackEvent::Address, 0, 0, QByteArray(url)}); // null reads as an address that is refused
+    d->inbox.push({PlaybackEvent::Kind::Address, 0, 0, QByteArray(url)}); // null reads as an address that is refused
 }
 
 void PlaybackThread::run()

@@ -98,14 +98,14 @@ void PlaybackWorker::run()
         const bool wasIdle = isIdle();
         const auto event = m_inbox.next(wasIdle ? QDeadlineTimer(QDeadlineTimer::Forever) : nextTick);
         if (event) {
-            if (event->kind == PlaybackEvent::Command) {
+            if (event->kind == PlaybackEvent::Kind::Command) {
                 if (!command(*event))
                     return;
-            } else if (event->kind == PlaybackEvent::Address) {
+            } else if (event->kind == PlaybackEvent::Kind::Address) {
                 openAddress(event->text);
             } else if (m_endingTrack && event->id == m_endingTrack->id()) {
-                if (event->kind == PlaybackEvent::Ended || event->kind == PlaybackEvent::SinkFailed ||
-                    event->kind == PlaybackEvent::ContentFailed)
+                if (event->kind == PlaybackEvent::Kind::Ended || event->kind == PlaybackEvent::Kind::SinkFailed ||
+                    event->kind == PlaybackEvent::Kind::ContentFailed)
                     trackHasEnded();
             } else if (m_pipeline && event->id == m_pipeline->id()) {
                 pipelineEvent(*event);
@@ -269,35 +269,35 @@ void PlaybackWorker::trackHasEnded()
 void PlaybackWorker::pipelineEvent(const PlaybackEvent &event)
 {
     switch (event.kind) {
-    case PlaybackEvent::Decoded:
-    case PlaybackEvent::Prerolled:
+    case PlaybackEvent::Kind::Decoded:
+    case PlaybackEvent::Kind::Prerolled:
         m_isPrerolled = m_pipeline->hasSink() && m_pipeline->hasDecoded();
         if (m_order.isStarting())
             startIfReady();
         else
             applyState();
         break;
-    case PlaybackEvent::Ended:
+    case PlaybackEvent::Kind::Ended:
         ended();
         break;
-    case PlaybackEvent::SinkFailed:
+    case PlaybackEvent::Kind::SinkFailed:
         sinkFailed(event.text);
         break;
-    case PlaybackEvent::DecoderMissing:
+    case PlaybackEvent::Kind::DecoderMissing:
         fail(cannotPlayAnything, "no decoder for " + event.text);
         break;
-    case PlaybackEvent::ContentFailed:
+    case PlaybackEvent::Kind::ContentFailed:
         fail(cannotPlayAddress, event.text);
         break;
-    case PlaybackEvent::BodyFailed:
+    case PlaybackEvent::Kind::BodyFailed:
         fail(cannotPlayAddress, "cannot be fetched");
         break;
-    case PlaybackEvent::BodyComplete:
+    case PlaybackEvent::Kind::BodyComplete:
         m_bodyComplete.emplace();
         m_bodyComplete->start();
         break;
-    case PlaybackEvent::Command:
-    case PlaybackEvent::Address:
+    case PlaybackEvent::Kind::Command:
+    case PlaybackEvent::Kind::Address:
         break;
     }
 }
