@@ -44,18 +44,28 @@ struct Weighed {
     std::vector<Reason> reasons;
 };
 
-// Drops what was played most recently, at most half of them.
-void dropRecent(std::vector<Weighed> &pool, const std::vector<int64_t> &recent)
+// Takes out the half of these that was played most recently, so that a song comes back only after half of the others.
+std::vector<Weighed> rested(const std::vector<Weighed> &all, const std::vector<int64_t> &recent)
 {
-    size_t spare = pool.size() / 2;
+    std::vector<Weighed> left = all;
+    size_t spare = all.size() / 2;
     for (auto track = recent.rbegin(); track != recent.rend() && spare > 0; ++track) {
-        const auto found = std::find_if(pool.begin(), pool.end(),
+        const auto found = std::find_if(left.begin(), left.end(),
                                         [&](const Weighed &entry) { return entry.candidate->trackId == *track; });
-        if (found == pool.end())
+        if (found == left.end())
             continue;
-        pool.erase(found);
+        left.erase(found);
         --spare;
     }
+    return left;
+}
+
+std::vector<Weighed> byOthers(const std::vector<Weighed> &all, int64_t artist)
+{
+    std::vector<Weighed> result;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(result),
+                 [&](const Weighed &entry) { return entry.candidate->artistId != artist; });
+    return result;
 }
 
 std::string asciiWord(const std::string &text, const char *fallback)
@@ -109,28 +119,26 @@ std::optional<Choice> chooseNext(const Taste &taste, const std::vector<Candidate
                                  const std::vector<int64_t> &recentTracks, const Random &random)
 {
     std::vector<Weighed> related;
-    std::vector<Weighed> others; // unrelated, but by another artist than the last
+    std::vector<Weighed> others;
     for (const Candidate &candidate : candidates) {
         std::vector<Reason> reasons = taste.isEmpty() ? std::vector{Reason::mix} : reasonsFor(taste, candidate);
         if (!reasons.empty())
             related.push_back({&candidate, std::move(reasons)});
-        else if (candidate.artistId != lastArtist)
+        else
             others.push_back({&candidate, {Reason::change}});
     }
-    std::vector<Weighed> pool;
-    std::copy_if(related.begin(), related.end(), std::back_inserter(pool),
-                 [&](const Weighed &entry) { return entry.candidate->artistId != lastArtist; });
+    // First music that fits; then any music by another artist; only then a song or an artist again.
+    std::vector<Weighed> pool = byOthers(rested(related, recentTracks), lastArtist);
     if (pool.empty())
-        pool = std::move(others);
+        pool = byOthers(rested(others, recentTracks), lastArtist);
     if (pool.empty())
-        pool = std::move(related);
-    if (pool.empty()) {
-        for (const Candidate &candidate : candidates)
-            pool.push_back({&candidate, {Reason::change}});
-    }
+        pool = byOthers(related, lastArtist);
+    if (pool.empty())
+        pool = rested(related, recentTracks);
+    if (pool.empty())
+        pool = rested(others, recentTracks);
     if (pool.empty())
         return std::nullopt;
-    dropRecent(pool, recentTracks);
 
     std::vector<double> upTo;
     double sum = 0;

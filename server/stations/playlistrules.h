@@ -43,8 +43,9 @@ struct Choice {
 // Uniform in [0, bound).
 using Random = std::function<uint32_t(uint32_t bound)>;
 
-// The next track: likelier the more it shares with the taste; by another artist than the last one where the candidates
-// have another; not one of the most recent (newest last) while there is a choice. Nothing when there are no candidates.
+// The next track: likelier the more it shares with the taste. It is by another artist than the last one where the
+// candidates have another, and not in the more recently played half of what fits (`recentTracks`, newest last) unless
+// nothing else is left. Nothing when there are no candidates.
 std::optional<Choice> chooseNext(const Taste &taste, const std::vector<Candidate> &candidates, int64_t lastArtist,
                                  const std::vector<int64_t> &recentTracks, const Random &random);
 

@@ -63,15 +63,29 @@ TEST(ChoiceTest, TheSeedsStylePlaysItsArtistOftenestAndThumbsUpDrawMusicOfThatKi
 
 TEST(ChoiceTest, HalfOfWhatFitsPassesBeforeATrackComesBack)
 {
-    const Random random = seeded(4);
-    std::vector<int64_t> recent;
-    std::map<int64_t, int> lastHeard;
-    for (int i = 0; i < draws; ++i) {
-        const auto choice = chooseNext({}, candidates(), 0, recent, random);
-        const auto before = lastHeard.find(choice->trackId);
-        EXPECT_TRUE(before == lastHeard.end() || i - before->second > 15) << i;
-        lastHeard[choice->trackId] = i;
-        recent.push_back(choice->trackId);
+    // Also where one artist has nearly all of it: the station's other artist does not come back every second track.
+    std::vector<Candidate> lopsided = candidates();
+    for (int64_t song = 0; song < 4; ++song)
+        lopsided.push_back({200 + song, 20, "jazz", "calm", 70});
+    lopsided.push_back({300, 30, "jazz", "calm", 70});
+    const Taste jazz{{}, {"jazz"}, {}, {}, {}, {}, {}};
+    for (const auto &[taste, all, half] : {std::tuple(Taste{}, candidates(), 15), {jazz, lopsided, 2}}) {
+        const Random random = seeded(4);
+        std::vector<int64_t> recent;
+        std::vector<int64_t> fitting;
+        int64_t lastArtist = 0;
+        for (int i = 0; i < draws; ++i) {
+            const Choice choice = chooseNext(taste, all, lastArtist, recent, random).value();
+            EXPECT_NE(choice.artistId, lastArtist) << i;
+            lastArtist = choice.artistId;
+            recent.push_back(choice.trackId);
+            if (choice.reasons == std::vector{Reason::change})
+                continue;
+            const auto from = fitting.end() - std::min<ptrdiff_t>(half, std::ssize(fitting));
+            EXPECT_EQ(std::find(from, fitting.end(), choice.trackId), fitting.end()) << i;
+            fitting.push_back(choice.trackId);
+        }
+        EXPECT_GT(std::ssize(fitting), draws / 3);
     }
 }
 
@@ -169,6 +183,26 @@ TEST_F(PlaylistTest, ATrackWithAThumbDownDoesNotComeBackOnThatStation)
         std::find_if(after.begin(), after.end(), [&](const json &t) { return t["songName"] == track["songName"]; });
     ASSERT_NE(found, after.end()) << "the latest thumb counts";
     EXPECT_EQ(found->at("songRating"), 1);
+}
+
+TEST_F(PlaylistTest, AThumbUpDrawsMusicOfItsKindAndTheExplanationSaysSo)
+{
+    const std::string user = newListener();
+    const std::string tapestry = tapestryToken(user); // without other stations: a mix of everything
+    const auto styles = [&] {
+        std::set<std::string> heard;
+        for (const json &track : tracks(user, tapestry, 20))
+            heard.insert(track.at("style"));
+        return heard;
+    };
+    EXPECT_EQ(styles().size(), 4u);
+    const json track = firstTrack(user, tapestry);
+    const json thumb = {{"trackToken", track["trackToken"]}, {"isPositive", true}};
+    data("addFeedback", thumb, user);
+    EXPECT_EQ(styles(), std::set<std::string>{track["style"]});
+    const json traits =
+        data("explainTrack", {{"trackToken", firstTrack(user, tapestry)["trackToken"]}}, user).at("traits");
+    EXPECT_EQ(traits.at(0).at("traitText"), "a likeness to music that you gave a thumbs up");
 }
 
 TEST_F(PlaylistTest, ASleepingTrackStaysAwayForAMonthFromEveryStation)
