@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,10 @@ uint32_t randomBelow(uint32_t bound);
 std::string tokenHash(std::string_view token);
 // HMAC-SHA-256 as 64 hexadecimal digits: for signatures, and for codes short enough to be tried out.
 std::string keyedHash(std::string_view key, std::string_view message);
+// Encrypts a text so that only who has the key reads it; the key is itself a random text. Base64url.
+std::string sealed(std::string_view key, std::string_view text);
+// The text; nothing when the key is another one or the sealed text was changed.
+std::optional<std::string> unsealed(std::string_view key, std::string_view sealedText);
 // Compares in a time that does not depend on where they differ.
 bool equalSecrets(std::string_view a, std::string_view b);
 // Whether the text is base64url of exactly so many bytes.

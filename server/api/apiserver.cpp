@@ -171,8 +171,9 @@ void ApiServer::addRoutes()
         else if (!isWhole)
             answer = Dispatcher::refusal(400, Code::malformed, "the body is cut off");
         else
-            answer = m_dispatcher.answer(request.matches[1], request.matches[2], body,
-                                         request.get_header_value("Authorization"), request.remote_addr);
+            answer = m_dispatcher.answer({request.matches[1], request.matches[2], body,
+                                          request.get_header_value("Authorization"),
+                                          request.get_header_value("Velmora-Request-Key"), request.remote_addr});
         send(response, answer);
         log(answer.function, static_cast<int>(answer.code), since);
     });

@@ -37,6 +37,7 @@ json failure(Code code, const std::string &message, const json &data)
 
 Dispatcher::Dispatcher(StationService &service)
     : m_service(service)
+    , m_requestKeys(service.store, service.clock)
 {
 }
 
@@ -51,24 +52,24 @@ Answer Dispatcher::refusal(int httpStatus, Code code, const std::string &message
     return {httpStatus, code, failure(code, message, nullptr), "unknown"};
 }
 
-Answer Dispatcher::answer(const std::string &version, const std::string &function, const std::string &body,
-                          const std::string &authorization, const std::string &address)
+Answer Dispatcher::answer(const Request &request)
 {
-    if (version != currentVersion) {
+    if (request.version != currentVersion) {
         Answer refused = refusal(404, Code::versionRefused, "this service speaks v1");
         refused.body["data"] = {{"supported", json::array({currentVersion})}};
         return refused;
     }
-    const Route *route = findRoute(function);
+    const Route *route = findRoute(request.function);
     if (!route)
         return refusal(404, Code::noSuchFunction, "no such function");
     Answer answer;
     answer.function = route->name;
     try {
         answer.httpStatus = 400; // until the body is known to be a JSON object
-        const Parameters parameters = Parameters::parse(body);
+        const Parameters parameters = Parameters::parse(request.body);
         answer.httpStatus = 200;
-        answer.body = {{"code", 0}, {"data", call(*route, parameters, authorization, address)}};
+        answer.body = call(*route, request, parameters);
+        answer.code = static_cast<Code>(answer.body.at("code").get<int>());
     } catch (const ApiError &error) {
         answer.code = error.code();
         answer.body = failure(error.code(), error.what(), error.data());
@@ -81,15 +82,29 @@ Answer Dispatcher::answer(const std::string &version, const std::string &functio
     return answer;
 }
 
-json Dispatcher::call(const Route &route, const Parameters &parameters, const std::string &authorization,
-                      const std::string &address)
+json Dispatcher::call(const Route &route, const Request &request, const Parameters &parameters)
 {
     throwFailureOnPurpose(route.name);
-    const Session session = checkedSession(route, authorization);
+    const Session session = checkedSession(route, request.authorization);
     if (route.writes && m_service.isUnderMaintenance)
         throw ApiError(Code::maintenance, "maintenance");
-    Call call{m_service, m_limits, parameters, session, address};
-    return route.handler(call);
+    const auto work = [&] {
+        Call call{m_service, m_limits, parameters, session, request.address};
+        return json{{"code", 0}, {"data", route.handler(call)}};
+    };
+    if (request.key.empty() || route.repetition == Repetition::Again)
+        return work();
+    if (!RequestKeys::isKey(request.key))
+        throw ApiError(Code::malformed, "a request key is 32 hexadecimal digits");
+    const std::string owner = session.keyHash + ' ' + std::to_string(session.accountId);
+    const bool isQuick = route.repetition == Repetition::RememberedAtomically;
+    return m_requestKeys.once({owner, request.key, request.function + '\n' + request.body, isQuick}, [&] {
+        try {
+            return work();
+        } catch (const ApiError &error) {
+            return failure(error.code(), error.what(), error.data()); // an answer like any other
+        }
+    });
 }
 
 Session Dispatcher::checkedSession(const Route &route, const std::string &authorization)

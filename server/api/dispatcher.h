@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/api/requestkeys.h"
 #include "server/api/routes.h"
 
 #include <atomic>
@@ -23,20 +24,28 @@ public:
     // For trying out how a radio behaves: the function answers this code, so many times (0: always).
     void failOnPurpose(const std::string &function, int code, int times);
 
-    // The parts of "POST /v1/<function>", the body, the Authorization header and the caller's address.
-    Answer answer(const std::string &version, const std::string &function, const std::string &body,
-                  const std::string &authorization, const std::string &address);
+    // "POST /v1/<function>" as it arrived.
+    struct Request {
+        std::string version;
+        std::string function;
+        std::string body;
+        std::string authorization; // the header; empty when there is none
+        std::string key;           // the header Velmora-Request-Key; empty when there is none
+        std::string address;       // where the caller is
+    };
+    Answer answer(const Request &request);
     // For what never became a request.
     static Answer refusal(int httpStatus, Code code, const std::string &message);
 
 private:
-    nlohmann::json call(const Route &route, const Parameters &parameters, const std::string &authorization,
-                        const std::string &address);
+    // The body of the answer.
+    nlohmann::json call(const Route &route, const Request &request, const Parameters &parameters);
     Session checkedSession(const Route &route, const std::string &authorization);
     void throwFailureOnPurpose(const std::string &function);
 
     StationService &m_service;
     CallLimits m_limits;
+    RequestKeys m_requestKeys;
     struct Failure {
         int code = 0;
         int left = 0; // 0: for ever

@@ -31,12 +31,18 @@ struct Call {
 
 enum class Access { nobody, partner, user, partnerOrUser };
 
-// A function of the interface: which token it takes, whether maintenance stops it, and what it does. The handler gives
-// the data of the answer or throws ApiError.
+// What a repetition of a request with a key leads to. `Again`: it is carried out again, which changes nothing.
+// `Remembered`: it gets the first answer. `RememberedAtomically`: the same, and the change and the answer are stored
+// together; the handler does nothing slow.
+enum class Repetition { Again, Remembered, RememberedAtomically };
+
+// A function of the interface: which token it takes, whether maintenance stops it, how it is repeated, and what it
+// does. The handler gives the data of the answer or throws ApiError.
 struct Route {
     const char *name;
     Access access;
     bool writes;
+    Repetition repetition;
     nlohmann::json (*handler)(Call &call);
 };
 

@@ -316,8 +316,22 @@ ALTER TABLE issued_tracks ADD COLUMN device_key_hash TEXT NOT NULL DEFAULT '';
 ALTER TABLE issued_tracks ADD COLUMN terms TEXT NOT NULL DEFAULT '';
 )sql";
 
+// What requests with a key of their own were answered: the answer encrypted with that key.
+constexpr const char *requestAnswers = R"sql(
+CREATE TABLE request_answers (
+  number INTEGER PRIMARY KEY AUTOINCREMENT,
+  id TEXT NOT NULL UNIQUE,
+  owner TEXT NOT NULL,
+  content_hash TEXT NOT NULL,
+  answer TEXT NOT NULL,
+  answered_at INTEGER NOT NULL
+);
+CREATE INDEX request_answers_by_owner ON request_answers(owner, number);
+CREATE INDEX request_answers_by_time ON request_answers(answered_at);
+)sql";
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
-constexpr std::array steps = {accountsAndDevices, catalogue, stations, devicesByKey, ownMusic};
+constexpr std::array steps = {accountsAndDevices, catalogue, stations, devicesByKey, ownMusic, requestAnswers};
 
 } // namespace
 

@@ -134,7 +134,8 @@ TEST_F(MediaTest, NothingOutsideTheCatalogueIsReachedEvenWithASignature)
     for (const char *file :
          {"..", "../data/velmora.db", "%2e%2e%2fdata%2fvelmora.db", "velmora.db", ".flac", "folk-00%00.flac"})
         EXPECT_EQ(get(path(MediaKind::audio, file))->status / 100, 4) << file;
-    EXPECT_FALSE(publicIdOf("../x.flac"));
+    for (const char *file : {"../x.flac", "a/b.flac", "a b.flac", "a%00.flac", "\xc3\xa4.flac", ".flac", "flac"})
+        EXPECT_FALSE(publicIdOf(file)) << file;
     EXPECT_EQ(publicIdOf("track-1_b.flac"), "track-1_b");
 }
 
