@@ -45,7 +45,7 @@ void makeStations(StationService &service, AccountId account)
         const std::optional<Track> track = service.catalogue.track(*id);
         service.stations.create(account, {MusicKind::artist, std::to_string(track->artistId)}, &station);
     }
-    service.stations.createShared(account, {MusicKind::style, styles.back()}, "Evening at the neighbours'", &station);
+    service.stations.createShared(account, {MusicKind::style, styles.back()}, "Next Door", &station);
 }
 
 } // namespace

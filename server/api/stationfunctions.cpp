@@ -9,13 +9,13 @@ namespace velmora::server::functions {
 
 namespace {
 
+// Spaces alone are a name too: the radio lets a listener type them.
 bool isStationName(const std::string &text)
 {
     const size_t length = characterCount(text);
-    const bool isBlank = text.find_first_not_of(" \t\r\n") == std::string::npos;
     const bool hasControls =
         std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; });
-    return length >= 1 && length <= Stations::longestName && !isBlank && !hasControls;
+    return length >= 1 && length <= Stations::longestName && !hasControls;
 }
 
 } // namespace

@@ -29,6 +29,7 @@ StationService::StationService(const ServiceSettings &settings)
     , playlists(store, catalogue, stations, settings.clock, settings.random)
     , feedback(store, settings.clock)
     , addresses(keptKey("media key"), settings.clock)
+    , clock(settings.clock)
     , patience(settings.patience)
 {
 }
@@ -47,7 +48,10 @@ std::string StationService::keptKey(const std::string &name)
 CreateResult StationService::createAccount(const std::string &userName, const std::string &password,
                                            const Profile &profile, AccountId *id)
 {
-    return accounts.create(userName, password, profile, id, [this](AccountId made) { stations.createTapestry(made); });
+    return accounts.create(userName, password, profile, id, [this](AccountId made) {
+        stations.createTapestry(made);
+        stations.createStarters(made);
+    });
 }
 
 } // namespace velmora::server

@@ -61,11 +61,12 @@ public:
 
     // Not owned; set before the server answers. Without one, functions that send mail fail.
     Mailer *mailer = nullptr;
+    const Clock clock;
     const std::chrono::milliseconds patience;
     // When set, everything that writes answers 5096. Set before the server answers.
     bool isUnderMaintenance = false;
 
-    // Makes an account and its Tapestry station.
+    // Makes an account, its Tapestry station and its starter stations.
     CreateResult createAccount(const std::string &userName, const std::string &password, const Profile &profile,
                                AccountId *id);
 

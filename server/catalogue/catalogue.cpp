@@ -210,6 +210,26 @@ std::vector<std::string> Catalogue::styles()
     return styles;
 }
 
+std::vector<std::string> Catalogue::largestStyles(int most)
+{
+    std::vector<std::string> styles;
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT style FROM (SELECT style FROM tracks WHERE style <> '' GROUP BY style "
+                                "ORDER BY COUNT(*) DESC, style LIMIT ?1) ORDER BY style");
+    row.with(most);
+    while (row.step())
+        styles.push_back(row.text(0));
+    return styles;
+}
+
+bool Catalogue::hasStyle(const std::string &style)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT 1 FROM tracks WHERE is_playable IN (0, 1) AND style = ?1 LIMIT 1");
+    row.with(style);
+    return row.step();
+}
+
 std::optional<std::string> Catalogue::pictureOfStyle(const std::string &style)
 {
     const Store::Lock db = m_store.lock();

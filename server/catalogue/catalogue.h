@@ -76,8 +76,10 @@ public:
     std::optional<Track> track(const std::string &publicId);
     std::optional<Ad> ad(int64_t id);
     std::optional<Ad> ad(const std::string &publicId);
-    std::string artistName(int64_t id); // empty when unknown
-    std::vector<std::string> styles();  // of all tracks, in alphabetical order
+    std::string artistName(int64_t id);               // empty when unknown
+    std::vector<std::string> styles();                // of all tracks, in alphabetical order
+    std::vector<std::string> largestStyles(int most); // those with the most tracks, in alphabetical order
+    bool hasStyle(const std::string &style);
     // Any track of the style or artist with a picture, for showing a station. Nothing when there is none.
     std::optional<std::string> pictureOfStyle(const std::string &style);
     std::optional<std::string> pictureOfArtist(int64_t artistId);

@@ -134,6 +134,18 @@ Station Stations::createTapestry(AccountId account)
     return insert(account, "Tapestry", std::nullopt, true);
 }
 
+void Stations::createStarters(AccountId account)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    const std::vector<std::string> styles = m_catalogue.largestStyles(mostStarters);
+    // A list by date shows the newest first: made in reverse, they come in alphabetical order.
+    Station station;
+    for (auto style = styles.rbegin(); style != styles.rend(); ++style)
+        create(account, {MusicKind::style, *style}, &station);
+    change.commit();
+}
+
 StationResult Stations::create(AccountId account, const Music &music, Station *station)
 {
     const Store::Lock db = m_store.lock();
@@ -147,7 +159,7 @@ StationResult Stations::create(AccountId account, const Music &music, Station *s
     }
     if (count(account) >= mostStations)
         return StationResult::tooMany;
-    *station = insert(account, *name + " Radio", music, false);
+    *station = insert(account, *name, music, false);
     change.commit();
     return StationResult::done;
 }
@@ -270,12 +282,10 @@ std::optional<std::string> Stations::nameOf(const Music &music)
         if (const std::optional<Track> track = m_catalogue.track(idOf(music.target)))
             name = track->song;
         break;
-    case MusicKind::style: {
-        const std::vector<std::string> styles = m_catalogue.styles();
-        if (std::find(styles.begin(), styles.end(), music.target) != styles.end())
+    case MusicKind::style:
+        if (m_catalogue.hasStyle(music.target))
             name = capitalised(music.target);
         break;
-    }
     case MusicKind::album:
         break;
     }

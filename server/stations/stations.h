@@ -30,6 +30,7 @@ class Stations {
 public:
     static constexpr int mostStations = 100;  // of one account, the Tapestry station among them
     static constexpr size_t longestName = 64; // characters
+    static constexpr int mostStarters = 6;    // stations that a new account begins with, beside Tapestry
 
     Stations(Store &store, Catalogue &catalogue, Clock clock);
 
@@ -44,6 +45,8 @@ public:
 
     // Every account has one, made with the account.
     Station createTapestry(AccountId account);
+    // What a new listener finds: a station for each of the catalogue's largest styles.
+    void createStarters(AccountId account);
     // A station that begins with this music. The same music again gives the station there already is.
     StationResult create(AccountId account, const Music &music, Station *station);
     // One that stands for another listener's station; no feedback, no new name.

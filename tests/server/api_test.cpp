@@ -14,11 +14,11 @@ class ApiTest : public ServerTest {};
 
 TEST_F(ApiTest, AnotherVersionAndAnUnknownFunctionAreRefusedAndNotLogged)
 {
-    const Answer version = m_dispatcher->answer("v2", "partnerLogin", "{}", "", "");
+    const Answer version = m_dispatcher->answer({"v2", "partnerLogin", "{}", "", "", ""});
     EXPECT_EQ(version.httpStatus, 404);
     EXPECT_EQ(version.body,
               (json{{"code", 5003}, {"message", version.body["message"]}, {"data", {{"supported", {"v1"}}}}}));
-    const Answer function = m_dispatcher->answer("v1", "secret\nname", "{}", "", "");
+    const Answer function = m_dispatcher->answer({"v1", "secret\nname", "{}", "", "", ""});
     EXPECT_EQ(function.httpStatus, 404);
     EXPECT_EQ(static_cast<int>(function.code), 5005);
     EXPECT_EQ(function.function, "unknown");
@@ -43,7 +43,7 @@ TEST_F(ApiTest, BodiesThatAreNoJsonObjectAre5001)
                                                  {brackets, 200},
                                                  {"{\"a\":\"" + std::string(70000, 'x') + "\"}", 400}};
     for (const auto &[body, httpStatus] : cases) {
-        const Answer answer = m_dispatcher->answer("v1", "partnerLogin", body, "", "");
+        const Answer answer = m_dispatcher->answer({"v1", "partnerLogin", body, "", "", ""});
         EXPECT_EQ(static_cast<int>(answer.code), 5001) << body.substr(0, 40);
         EXPECT_EQ(answer.httpStatus, httpStatus) << body.substr(0, 40);
     }
@@ -94,7 +94,7 @@ TEST_F(ApiTest, EveryFunctionWantsItsOwnKindOfToken)
         EXPECT_EQ(call(route.name, json::object(), user).code == 5097, route.access == Access::partner) << route.name;
         EXPECT_EQ(call(route.name, json::object(), partner).code == 5097, route.access == Access::user) << route.name;
     }
-    const Answer noScheme = m_dispatcher->answer("v1", "getStationList", "{}", user, "");
+    const Answer noScheme = m_dispatcher->answer({"v1", "getStationList", "{}", user, "", ""});
     EXPECT_EQ(static_cast<int>(noScheme.code), 5097);
 }
 
@@ -150,7 +150,7 @@ TEST_F(ApiTest, CodesAreRateLimited)
     EXPECT_GT(reply.data.at("retryAfter").get<int>(), 0);
 }
 
-TEST_F(ApiTest, CreateUserMakesAnAccountWithItsTapestryStationAndDevice)
+TEST_F(ApiTest, CreateUserMakesAnAccountWithItsDeviceTapestryAndAStationOfEachStyle)
 {
     const TestDevice device = addDevice();
     const auto create = [&](const std::string &userName, const std::string &secret) {
@@ -162,9 +162,10 @@ TEST_F(ApiTest, CreateUserMakesAnAccountWithItsTapestryStationAndDevice)
     const Reply made = create("ines@example.org", "two tin trumpets");
     ASSERT_EQ(made.code, 0);
     EXPECT_EQ(create("ines@example.org", "two tin trumpets").code, 5107);
-    const json stations = data("getStationList", json::object(), made.data.at("userToken")).at("stations");
-    ASSERT_EQ(stations.size(), 1u);
-    EXPECT_EQ(stations[0].at("isTapestry"), true);
+    std::vector<std::string> names;
+    for (const json &station : list("getStationList", json::object(), made.data.at("userToken"), "stations"))
+        names.push_back(station.at("stationName"));
+    EXPECT_EQ(names, (std::vector<std::string>{"Tapestry", "Ambient", "Folk", "Rock", "Swing"}));
     EXPECT_EQ(call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(0)}}, device.partnerToken).code,
               0);
 }
@@ -204,6 +205,8 @@ TEST_F(ApiTest, StationsAreMadeRenamedDeletedAndTheChecksumFollows)
     EXPECT_EQ(data("renameStation", {{"newName", longest}, {"stationToken", station}}, user)["station"]["stationName"],
               longest);
     EXPECT_NE(checksum(), withIt);
+    EXPECT_EQ(data("renameStation", {{"newName", "   "}, {"stationToken", station}}, user)["station"]["stationName"],
+              "   ");
     data("deleteStation", {{"stationToken", station}}, user);
     EXPECT_EQ(checksum(), before);
     for (const char *function : {"deleteStation", "getStation", "getPlaylist", "transformSharedStation"})
@@ -276,8 +279,8 @@ TEST_F(ApiTest, AStationIsMadeFromThePlayingTrackOrItsArtist)
         return data("createStation", {{"trackToken", track["trackToken"]}, {"musicType", type}},
                     user)["station"]["stationName"];
     };
-    EXPECT_EQ(nameOf("artist"), track["artistName"].get<std::string>() + " Radio");
-    EXPECT_EQ(nameOf("song"), track["songName"].get<std::string>() + " Radio");
+    EXPECT_EQ(nameOf("artist"), track["artistName"]);
+    EXPECT_EQ(nameOf("song"), track["songName"]);
 }
 
 TEST_F(ApiTest, MaintenanceStopsWritingAndNotListening)
@@ -290,6 +293,66 @@ TEST_F(ApiTest, MaintenanceStopsWritingAndNotListening)
     EXPECT_EQ(call("deleteStation", {{"stationToken", station}}, user).code, 5096);
     EXPECT_EQ(call("getStationList", json::object(), user).code, 0);
     EXPECT_FALSE(logIn(miraName, addDevice()).empty());
+}
+
+TEST_F(ApiTest, ARepetitionWithItsRequestKeyChangesNothingAndGetsTheFirstAnswer)
+{
+    const TestDevice device = addDevice();
+    const std::string user = newListener();
+    const std::string other = newListener("tomas@example.org");
+    const std::string station = addStation(user, "folk");
+    const json deletion = {{"stationToken", station}};
+    const json account = {{"userName", "nora@example.org"}, {"password", "a long enough one"}};
+    m_requestKey = "00112233445566778899aabbccddeeff";
+    const Reply made = call("createUser", account, device.partnerToken);
+    ASSERT_EQ(made.code, 0);
+    EXPECT_EQ(call("deleteStation", deletion, user).code, 0);
+    EXPECT_EQ(call("deleteStation", deletion, other).code, 5102) << "the same key of another account is another one";
+    EXPECT_EQ(call("deleteStation", {{"stationToken", "x"}}, user).code, 5001) << "the key of another request";
+    start();
+    EXPECT_EQ(call("createUser", account, device.partnerToken).data, made.data);
+    EXPECT_EQ(call("deleteStation", deletion, user).code, 0);
+    m_requestKey = "00112233445566778899aabbccddeef0";
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(call("deleteStation", deletion, user).code, 5102) << "a refusal is an answer too";
+    for (const char *odd : {"00112233445566778899aabbccddeeffa", "00112233445566778899aabbccddeefg", "0"}) {
+        m_requestKey = odd;
+        EXPECT_EQ(call("deleteStation", deletion, user).code, 5001) << odd;
+    }
+    m_requestKey = "00112233445566778899aabbccddeeff";
+    *m_now += RequestKeys::keptSeconds;
+    EXPECT_EQ(call("createUser", account, addDevice().partnerToken).code, 5107);
+}
+
+TEST_F(ApiTest, RepetitionsWaitForTheFirstRequestAndTheirNumberIsBounded)
+{
+    RequestKeys keys(m_service->store, [this] { return m_now->load(); });
+    constexpr int callers = 6;
+    std::atomic<int> called{0};
+    std::atomic<int> worked{0};
+    const auto request = [](int number) {
+        const std::string digits = std::to_string(number);
+        return RequestKeys::Request{"owner", std::string(32 - digits.size(), '0') + digits, "f\n{}", number % 2 == 1};
+    };
+    for (const int number : {0, 1}) {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < callers; ++i) {
+            threads.emplace_back([&] {
+                ++called;
+                const json answer = keys.once(request(number), [&] {
+                    while (called < callers * (number + 1))
+                        std::this_thread::yield();
+                    return json{{"code", 0}, {"data", ++worked}};
+                });
+                EXPECT_EQ(answer["data"], number + 1);
+            });
+        }
+    }
+    EXPECT_EQ(worked, 2);
+    for (int number = 2; number < RequestKeys::mostOfOwner + 2; ++number)
+        keys.once(request(number), [&] { return json{{"code", 0}, {"data", ++worked}}; });
+    EXPECT_EQ(keys.once(request(2), [] { return json(); })["data"], 3);
+    EXPECT_EQ(keys.once(request(1), [] { return json{{"code", 0}, {"data", "anew"}}; })["data"], "anew");
 }
 
 TEST_F(ApiTest, ManyListenersAtOnceEachGetTheirOwn)

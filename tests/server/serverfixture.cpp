@@ -6,6 +6,14 @@ namespace velmora::server {
 
 ServerTest::ServerTest()
 {
+    start();
+    fillCatalogue();
+}
+
+void ServerTest::start()
+{
+    m_dispatcher.reset();
+    m_service.reset();
     ServiceSettings settings;
     settings.dataDirectory = m_directory.path() / "data";
     settings.passwordCost = {1, 8192};
@@ -14,7 +22,6 @@ ServerTest::ServerTest()
     m_service = std::make_unique<StationService>(settings);
     m_service->addresses.setBase("http://127.0.0.1:7480");
     m_dispatcher = std::make_unique<Dispatcher>(*m_service);
-    fillCatalogue();
 }
 
 ServerTest::~ServerTest() = default;
@@ -74,7 +81,8 @@ void ServerTest::fillCatalogue()
 
 Reply ServerTest::call(const std::string &function, const json &parameters, const std::string &token)
 {
-    const Answer answer = m_dispatcher->answer("v1", function, parameters.dump(), "Bearer " + token, "192.0.2.7");
+    const Answer answer =
+        m_dispatcher->answer({"v1", function, parameters.dump(), "Bearer " + token, m_requestKey, "192.0.2.7"});
     return {answer.httpStatus, answer.body.at("code").get<int>(), answer.body.value("data", json::object())};
 }
 
@@ -89,6 +97,10 @@ AccountId ServerTest::addAccount(const std::string &userName)
 {
     AccountId id = 0;
     EXPECT_EQ(m_service->createAccount(userName, password, {}, &id), CreateResult::done);
+    for (const Station &station : m_service->stations.list(id)) {
+        if (!station.isTapestry)
+            m_service->stations.remove(id, station.token);
+    }
     return id;
 }
 

@@ -35,6 +35,8 @@ protected:
     ServerTest();
     ~ServerTest() override;
 
+    // The service from its data directory; when it runs already, anew.
+    void start();
     // A function called without a network.
     Reply call(const std::string &function, const json &parameters, const std::string &token = {});
     // Its data; the test fails unless the code is 0.
@@ -46,6 +48,7 @@ protected:
         return data(function, parameters, token).value(name, json::array());
     }
 
+    // An account with its Tapestry station alone: each test makes the stations that it needs.
     AccountId addAccount(const std::string &userName = miraName);
     AccountId idOf(const std::string &userName = miraName) { return m_service->accounts.find(userName)->id; }
     TestDevice addDevice(const std::string &digits = "001A2B3C4D5E");
@@ -67,6 +70,7 @@ protected:
     ApiServer &listen(ListenSettings settings = {});
 
     TemporaryDirectory m_directory;
+    std::string m_requestKey; // goes with every call; empty: none
     std::shared_ptr<std::atomic<int64_t>> m_now = std::make_shared<std::atomic<int64_t>>(1'800'000'000);
     std::unique_ptr<StationService> m_service;
     std::unique_ptr<Dispatcher> m_dispatcher;
