@@ -69,8 +69,8 @@ int run(const ServerOptions &options)
     service.isUnderMaintenance = options.isUnderMaintenance;
 
     DemoLibrary demo(service.catalogue,
-                     {velmora::demo::tracks(), velmora::demo::ads(), velmora::demo::renderTrack,
-                      velmora::demo::renderAd, velmora::demo::renderPicture},
+                     {velmora::demo::tracksInTurn(options.demoTracksOfStyle), velmora::demo::ads(),
+                      velmora::demo::renderTrack, velmora::demo::renderAd, velmora::demo::renderPicture},
                      service.dataDirectory() / "demo", say);
     if (options.hasDemo) {
         demo.start();

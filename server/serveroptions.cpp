@@ -107,6 +107,8 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         return readLifetimes(value, &options.lifetimes);
     if (name == "--throttle")
         return readNumber<int64_t>(value, 1, int64_t(1) << 40, &options.listen.throttleBytesPerSecond);
+    if (name == "--demo-tracks")
+        return readNumber(value, 1, 1000, &options.demoTracksOfStyle);
     if (name == "--smtp")
         return readMailServer(value, &options.smtp);
     if (name == "--mail-from")
@@ -126,9 +128,9 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
     return !value.empty();
 }
 
-constexpr const char *namesWithValue[] = {"--listen",  "--data",           "--public-url", "--tls-cert",
-                                          "--tls-key", "--token-lifetime", "--throttle",   "--fail",
-                                          "--smtp",    "--smtp-login",     "--mail-from",  "--outbox"};
+constexpr const char *namesWithValue[] = {
+    "--listen", "--data",        "--public-url", "--tls-cert",   "--tls-key",   "--token-lifetime", "--throttle",
+    "--fail",   "--demo-tracks", "--smtp",       "--smtp-login", "--mail-from", "--outbox"};
 
 bool takesValue(const std::string &name)
 {
@@ -187,6 +189,7 @@ std::string usage()
                             HTTPS with this certificate chain and key (PEM)
   --insecure-lan            listen beyond this machine without a certificate
   --demo, --no-demo         make the demo catalogue and the demo account (on)
+  --demo-tracks N           of the demo catalogue at most so many tracks of each style (all)
   --token-lifetime P,U      seconds that partner and user sessions live (86400,14400)
   --smtp URL                mail server, smtp[s]://host[:port]
   --smtp-login FILE         its user name and password, one a line

@@ -14,6 +14,7 @@ struct ServerOptions {
     std::filesystem::path dataDirectory;
     TokenLifetimes lifetimes;
     bool hasDemo = true;
+    int demoTracksOfStyle = 1000; // at most so many
     bool diesWithParent = false;
     bool isUnderMaintenance = false;
     bool showsHelp = false;

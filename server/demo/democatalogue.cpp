@@ -6,6 +6,8 @@
 #include "picture.h"
 
 #include <algorithm>
+#include <map>
+#include <tuple>
 
 namespace velmora::demo {
 namespace {
@@ -77,6 +79,37 @@ const std::vector<DemoAd> &ads()
             list.push_back(entry.ad);
         return list;
     }();
+    return result;
+}
+
+std::vector<DemoTrack> tracksInTurn(int mostOfStyle)
+{
+    // A track's turn within its style: earlier tracks of its artist count more than the artist's place.
+    struct Turn {
+        int round, artist;
+        size_t index;
+    };
+    std::map<std::string, std::map<std::string, std::pair<int, int>>> seen; // style, artist: place, tracks so far
+    std::map<std::string, std::vector<Turn>> styles;
+    for (size_t i = 0; i < tracks().size(); ++i) {
+        const DemoTrack &track = tracks()[i];
+        auto &artists = seen[track.style];
+        auto &[place, count] = artists.try_emplace(track.artist, int(artists.size()), 0).first->second;
+        styles[track.style].push_back({count++, place, i});
+    }
+    std::vector<DemoTrack> result;
+    for (auto &[style, turns] : styles)
+        std::sort(turns.begin(), turns.end(), [](const Turn &a, const Turn &b) {
+            return std::tie(a.round, a.artist) < std::tie(b.round, b.artist);
+        });
+    for (size_t turn = 0; turn < size_t(std::max(0, mostOfStyle)); ++turn) {
+        const size_t before = result.size();
+        for (const auto &[style, turns] : styles)
+            if (turn < turns.size())
+                result.push_back(tracks()[turns[turn].index]);
+        if (result.size() == before)
+            break;
+    }
     return result;
 }
 

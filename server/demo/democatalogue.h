@@ -29,9 +29,13 @@ struct DemoAd {
     int durationSeconds = 0; // of the rendered file, exactly: 5 to 12
 };
 
-// In catalogue order, tracks of an album together. Valid for the life of the program.
+// In catalogue order, tracks of a style together. Valid for the life of the program.
 const std::vector<DemoTrack> &tracks();
 const std::vector<DemoAd> &ads();
+
+// At most so many tracks of each style, in an order in which the first few already make good stations: styles take
+// turns, and within a style the artists.
+std::vector<DemoTrack> tracksInTurn(int mostOfStyle);
 
 // Writes FLAC: 44.1 kHz, stereo, 16 bits, total length and checksum in its header. The entry must be one of tracks()
 // (found by its id). The file appears whole or not at all: it is written beside its place and renamed, replacing an

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <iterator>
+#include <tuple>
 
 namespace velmora::demo {
 namespace {
@@ -286,10 +287,224 @@ void machines(Canvas &canvas, Random)
     wheel(390, 120, 46, 8, p.light);
 }
 
+void smallHours(Canvas &canvas, Random random)
+{
+    const Palette &p = dusk;
+    canvas.fill(p.ground);
+    canvas.polygon({{300, 0}, {480, 0}, {480, 480}, {150, 480}}, p.main, 0.18);
+    canvas.box(250, 70, 150, 190, p.deep, 1, 8);
+    canvas.circle(352, 130, 34, p.light);
+    for (int i = 0; i < 9; ++i)
+        canvas.circle(264 + random.unit() * 122, 84 + random.unit() * 160, 2, p.light, 0.8);
+    canvas.box(320, 70, 8, 190, p.accent);
+    canvas.box(70, 300, 290, 34, p.main, 1, 6); // the piano's lid
+    canvas.box(70, 334, 290, 70, 0x3a3a5e);
+    for (int i = 0; i < 14; ++i)
+        canvas.box(78 + i * 20, 340, 17, 40, p.light, 1, 2);
+    for (int i = 0; i < 13; ++i) {
+        if (i % 7 != 2 && i % 7 != 6)
+            canvas.box(92 + i * 20, 340, 9, 24, p.deep);
+    }
+    canvas.box(90, 404, 18, 60, p.accent);
+    canvas.box(322, 404, 18, 60, p.accent);
+}
+
+void saltCellar(Canvas &canvas, Random random)
+{
+    const Palette &p = petrol;
+    canvas.fill(p.ground);
+    canvas.box(0, 350, side, 130, p.deep);
+    canvas.circle(240, 356, 150, p.light, 0.14);
+    canvas.polygon({{180, 350}, {300, 350}, {276, 160}, {204, 160}}, p.light, 0.55);
+    canvas.polygon({{186, 344}, {294, 344}, {286, 270}, {194, 270}}, 0xf8f1dc);
+    canvas.box(198, 118, 84, 48, p.main, 1, 14);
+    for (double x : {218.0, 240.0, 262.0})
+        canvas.circle(x, 134, 5, p.deep);
+    for (int i = 0; i < 70; ++i) {
+        const double x = 60 + random.unit() * 360;
+        canvas.circle(x, 366 + random.unit() * 70, 1.5 + random.unit() * 2.5, 0xf8f1dc, 0.9);
+    }
+}
+
+void nineGates(Canvas &canvas, Random)
+{
+    const Palette &p = wood;
+    canvas.fill(p.light);
+    for (int i = 8; i >= 0; --i) {
+        const double half = 26 + 21.0 * (8 - i), top = 210 - 19.0 * (8 - i), foot = 290 + 20.0 * (8 - i);
+        const Colour tone = i % 3 == 0 ? p.ground : i % 3 == 1 ? p.accent : p.main;
+        canvas.box(240 - half - 7, top, 14, foot - top, tone);
+        canvas.box(240 + half - 7, top, 14, foot - top, tone);
+        canvas.box(240 - half - 16, top - 8, 2 * half + 32, 14, tone, 1, 6);
+    }
+    canvas.polygon({{226, 290}, {254, 290}, {330, 480}, {150, 480}}, p.deep, 0.35);
+    canvas.circle(240, 190, 20, 0xd9573f);
+}
+
+void barrel(Canvas &canvas, Random)
+{
+    const Palette &p = clay;
+    canvas.fill(p.deep);
+    canvas.box(120, 90, 240, 320, p.ground, 1, 90);
+    for (int i = 1; i < 6; ++i)
+        canvas.line(120 + i * 40, 96, 120 + i * 40, 404, 4, p.deep, 0.6);
+    for (double y : {130.0, 200.0, 280.0, 350.0})
+        canvas.box(y < 160 || y > 320 ? 128 : 116, y, y < 160 || y > 320 ? 224 : 248, 18, 0xc9ada7);
+    canvas.line(60, 430, 430, 60, 9, p.main); // the bow
+    canvas.line(72, 440, 440, 74, 3, p.light);
+    canvas.circle(240, 250, 16, p.deep);
+}
+
+void turbine(Canvas &canvas, Random)
+{
+    const Palette &p = mulberry;
+    canvas.fill(0x2b1839);
+    for (int i = 0; i < 12; ++i)
+        canvas.wedge(240, 240, 215, i / 12.0, i / 12.0 + 0.055, i % 3 == 0 ? p.main : i % 3 == 1 ? p.accent : p.light);
+    canvas.ring(240, 240, 216, 14, p.ground);
+    canvas.circle(240, 240, 74, p.deep);
+    canvas.ring(240, 240, 52, 6, 0x5fe0b7);
+    canvas.circle(240, 240, 22, p.main);
+}
+
+void clockface(Canvas &canvas, Random)
+{
+    const Palette &p = plum;
+    canvas.fill(p.main);
+    canvas.circle(240, 240, 190, p.deep);
+    canvas.circle(240, 240, 172, p.ground);
+    for (int i = 0; i < 60; ++i) {
+        const double a = 6.283185307 * i / 60, from = i % 5 ? 160 : 140;
+        canvas.line(240 + from * std::cos(a), 240 + from * std::sin(a), 240 + 168 * std::cos(a),
+                    240 + 168 * std::sin(a), i % 5 ? 3 : 8, i % 5 ? p.accent : p.light);
+    }
+    canvas.line(240, 240, 240, 120, 13, p.light);
+    canvas.line(240, 240, 330, 292, 10, p.main);
+    canvas.line(240, 240, 130, 310, 4, 0x5fe0b7);
+    canvas.circle(240, 240, 14, p.light);
+}
+
+void weather(Canvas &canvas, Random random)
+{
+    const Palette &p = sand;
+    canvas.fill(0x9db17c);
+    canvas.box(0, 330, side, 150, p.accent);
+    canvas.circle(360, 110, 58, p.light);
+    const auto cloud = [&](double x, double y, double size, Colour tone) {
+        for (const auto &[dx, dy, radius] :
+             {std::tuple{-1.1, 0.1, 0.6}, {-0.4, -0.3, 0.8}, {0.5, -0.2, 0.7}, {1.2, 0.15, 0.5}})
+            canvas.circle(x + dx * size, y + dy * size, radius * size, tone);
+        canvas.box(x - 1.7 * size, y + 0.1 * size, 3.4 * size, 0.6 * size, tone, 1, 0.3 * size);
+    };
+    cloud(170, 150, 62, p.light);
+    cloud(330, 220, 48, 0xdde5b6);
+    for (int i = 0; i < 60; ++i) {
+        const double x = random.unit() * side, y = 350 + random.unit() * 120;
+        canvas.line(x, y, x + 5, y - 20, 3, p.ground, 0.7);
+    }
+    canvas.wave(440, 10, 300, 0.4, 0x1d3128);
+}
+
+void lightship(Canvas &canvas, Random random)
+{
+    const Palette &p = harbour;
+    canvas.fill(p.deep);
+    canvas.wedge(240, 150, 420, 0.04, 0.12, p.light, 0.35);
+    canvas.wedge(240, 150, 420, 0.38, 0.46, p.light, 0.35);
+    canvas.box(226, 150, 28, 170, p.accent);
+    for (double y : {186.0, 248.0})
+        canvas.box(226, y, 28, 30, p.light);
+    canvas.circle(240, 146, 24, p.main);
+    canvas.polygon({{90, 316}, {390, 316}, {346, 384}, {134, 384}}, p.accent);
+    canvas.box(90, 316, 300, 14, p.light);
+    for (int i = 0; i < 4; ++i)
+        canvas.wave(368 + i * 30, 9 + i, 240 + 40 * i, random.unit(), i % 2 ? 0x2f5d7c : p.ground, 0.85);
+    for (int i = 0; i < 22; ++i)
+        canvas.circle(random.unit() * side, random.unit() * 110, 1.4 + random.unit() * 1.5, p.light, 0.7);
+}
+
+void helping(Canvas &canvas, Random)
+{
+    const Palette &p = wood;
+    canvas.fill(p.main);
+    canvas.circle(240, 250, 186, 0xf8f1dc);
+    canvas.ring(240, 250, 132, 5, p.accent);
+    canvas.wedge(240, 250, 118, 0.05, 0.7, 0xd9573f);
+    canvas.wedge(240, 250, 118, 0.7, 0.86, p.ground);
+    canvas.circle(205, 215, 15, p.light);
+    canvas.circle(270, 290, 12, p.light);
+    canvas.circle(240, 250, 20, p.deep);
+    canvas.line(34, 90, 34, 420, 13, p.deep);
+    for (double x : {18.0, 34.0, 50.0})
+        canvas.line(x, 50, x, 130, 6, p.deep);
+    canvas.line(446, 190, 446, 420, 13, p.deep);
+    canvas.leaf(446, 210, 446, 52, 0.4, p.deep);
+}
+
+void allStops(Canvas &canvas, Random random)
+{
+    const Palette &p = dusk;
+    canvas.fill(p.deep);
+    for (int i = 0; i < 6; ++i)
+        canvas.box(i * 84, 120 - random.unit() * 70, 76, 260, i % 2 ? p.ground : 0x33335a);
+    canvas.box(0, 360, side, 120, 0x15151f);
+    for (int i = 0; i < 5; ++i)
+        canvas.box(20 + i * 100, 424, 56, 8, p.accent);
+    canvas.box(50, 190, 380, 180, p.main, 1, 26);
+    for (int i = 0; i < 5; ++i)
+        canvas.box(74 + i * 66, 214, 54, 66, i == 3 ? 0x22223b : 0xf7c548, 1, 8);
+    canvas.box(50, 300, 380, 14, p.light);
+    for (double x : {130.0, 350.0}) {
+        canvas.circle(x, 372, 38, 0x15151f);
+        canvas.circle(x, 372, 17, p.accent);
+    }
+    canvas.circle(420, 340, 12, p.light);
+}
+
+void loudIndoors(Canvas &canvas, Random)
+{
+    const Palette &p = sand;
+    canvas.fill(p.main);
+    canvas.polygon({{60, 230}, {240, 70}, {420, 230}}, p.deep);
+    canvas.box(90, 230, 300, 200, p.light);
+    canvas.box(206, 310, 68, 120, p.accent);
+    for (double x : {124.0, 296.0})
+        canvas.box(x, 262, 60, 60, 0xf7c548, 1, 6);
+    for (int k = 1; k < 5; ++k) {
+        canvas.arc(240, 330, 150.0 + 34 * k, -0.09, 0.09, 11, p.ground, 1.1 - 0.2 * k);
+        canvas.arc(240, 330, 150.0 + 34 * k, 0.41, 0.59, 11, p.ground, 1.1 - 0.2 * k);
+    }
+}
+
+void countyLine(Canvas &canvas, Random random)
+{
+    const Palette &p = clay;
+    canvas.fill(p.main);
+    canvas.circle(240, 250, 96, p.light);
+    canvas.wave(270, 12, 500, 0.2, p.ground);
+    canvas.polygon({{228, 272}, {252, 272}, {360, 480}, {120, 480}}, p.accent);
+    for (int i = 0; i < 6; ++i) {
+        const double near = i / 5.0, y = 292 + 150 * near * near;
+        canvas.box(238 - 2 * near, y, 4 + 6 * near, 8 + 22 * near, p.light);
+    }
+    for (int i = 0; i < 7; ++i) {
+        const double near = i / 6.0, x = 210 - 200 * near, height = 16 + 90 * near;
+        canvas.box(x, 280 + 90 * near - height * 0.3, 4 + 7 * near, height, p.deep);
+    }
+    canvas.line(212, 280, 6, 344, 3, p.deep);
+    for (int i = 0; i < 4; ++i) {
+        const double x = 60 + random.unit() * 340, y = 50 + random.unit() * 80;
+        canvas.arc(x - 9, y, 10, 0.55, 0.95, 4, p.deep);
+        canvas.arc(x + 9, y, 10, 0.55, 0.95, 4, p.deep);
+    }
+}
+
 using Draw = void (*)(Canvas &, Random);
 // In the order of the catalogue's albums.
-constexpr Draw covers[] = {snowWindow, letters,  corridor, ferry, bramble, hills, bars,    timetable,
-                           tides,      antennas, record,   bulbs, tables,  gate,  wayHome, machines};
+constexpr Draw covers[] = {snowWindow, letters,  corridor,   ferry,      bramble,   hills,       bars,
+                           timetable,  tides,    antennas,   record,     bulbs,     tables,      gate,
+                           wayHome,    machines, smallHours, saltCellar, nineGates, barrel,      turbine,
+                           clockface,  weather,  lightship,  helping,    allStops,  loudIndoors, countyLine};
 
 } // namespace
 

@@ -104,7 +104,8 @@ bool Journey::startServer()
     m_server->setProcessChannelMode(QProcess::MergedChannels);
     m_server->setStandardOutputFile(report, QIODevice::Append);
     m_server->start(QStringLiteral(JOURNEY_SERVER),
-                    QStringList{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_data} +
+                    QStringList{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_data,
+                                "--demo-tracks", "4"} + // of each style, so that they are made soon
                         m_options.serverOptions);
     static const QRegularExpression listening("listening on (http://127\\.0\\.0\\.1:(\\d+))");
     QElapsedTimer clock;

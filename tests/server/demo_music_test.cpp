@@ -139,9 +139,9 @@ TEST(drums, endWithoutAClickAndDifferFromStrokeToStroke)
 }
 
 // A piece played dry: no room, no limiter.
-class EveryTrack : public testing::TestWithParam<size_t> {
+class EveryTexture : public testing::TestWithParam<size_t> {
 protected:
-    EveryTrack()
+    EveryTexture()
     {
         static const std::map<Style, void (*)(Arrangement &)> players = {
             {Style::SlowPiano, arrangeSlowPiano}, {Style::Folk, arrangeFolk},   {Style::Dance, arrangeDance},
@@ -162,7 +162,7 @@ protected:
     Arrangement arrangement{entry.piece, mixer};
 };
 
-TEST_P(EveryTrack, soundsInAllItsBarsAndRingsOut)
+TEST_P(EveryTexture, soundsInAllItsBarsAndRingsOut)
 {
     const double length = entry.track.durationSeconds, all = decibels(0, length);
     ASSERT_TRUE(isFinite(mixer.left()) && isFinite(mixer.right()));
@@ -183,7 +183,19 @@ TEST_P(EveryTrack, soundsInAllItsBarsAndRingsOut)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(tracks, EveryTrack, testing::Range(size_t(0), trackEntries().size()), [](const auto &index) {
+// One piece of each texture of each style; the others differ in key, tempo and chords.
+std::vector<size_t> onePieceOfEachTexture()
+{
+    std::map<std::pair<Style, int>, size_t> pieces;
+    for (size_t i = 0; i < trackEntries().size(); ++i)
+        pieces[{trackEntries()[i].piece.style, trackEntries()[i].piece.variant}] = i;
+    std::vector<size_t> result;
+    for (const auto &[texture, index] : pieces)
+        result.push_back(index);
+    return result;
+}
+
+INSTANTIATE_TEST_SUITE_P(tracks, EveryTexture, testing::ValuesIn(onePieceOfEachTexture()), [](const auto &index) {
     std::string name = trackEntries()[index.param].track.id;
     std::replace(name.begin(), name.end(), '-', '_');
     return name;

@@ -22,7 +22,7 @@ TEST(OptionsTest, EveryOptionIsRead)
 {
     std::istringstream words(
         "--listen 127.0.0.1:0 --data /d --public-url https://radio.example.org/ --token-lifetime "
-        "30,5 --no-demo --throttle 9000 --fail search=5096,3 --fail getPlaylist=5000 --smtp "
+        "30,5 --no-demo --demo-tracks 7 --throttle 9000 --fail search=5096,3 --fail getPlaylist=5000 --smtp "
         "smtp://mail:25 --smtp-login /login --mail-from me@here --outbox /out --die-with-parent --maintenance");
     const auto parsed = parseOptions({std::istream_iterator<std::string>(words), {}});
     const auto *read = std::get_if<ServerOptions>(&parsed);
@@ -33,6 +33,7 @@ TEST(OptionsTest, EveryOptionIsRead)
     EXPECT_EQ(std::tie(lifetimes.partnerSeconds, lifetimes.userSeconds), std::tuple(30, 5));
     EXPECT_EQ(std::tie(read->dataDirectory, read->smtp, read->smtpLogin, read->mailFrom, read->outbox),
               std::tuple("/d", "smtp://mail:25", "/login", "me@here", "/out"));
+    EXPECT_EQ(read->demoTracksOfStyle, 7);
     EXPECT_TRUE(!read->hasDemo && read->diesWithParent && read->isUnderMaintenance);
     ASSERT_EQ(read->failures.size(), 2u);
     EXPECT_EQ(read->failures[0].times, 3);
