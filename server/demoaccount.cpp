@@ -38,14 +38,14 @@ void makeStations(StationService &service, AccountId account)
     Station station;
     const std::vector<std::string> styles = service.catalogue.styles();
     for (const std::string &style : styles)
-        service.stations.create(account, {MusicKind::style, style}, &station);
+        service.stations.create(account, {MusicKind::Style, style}, &station);
     if (styles.empty())
         return;
     if (const std::optional<std::string> id = service.catalogue.pictureOfStyle(styles.front())) {
         const std::optional<Track> track = service.catalogue.track(*id);
-        service.stations.create(account, {MusicKind::artist, std::to_string(track->artistId)}, &station);
+        service.stations.create(account, {MusicKind::Artist, std::to_string(track->artistId)}, &station);
     }
-    service.stations.createShared(account, {MusicKind::style, styles.back()}, "Next Door", &station);
+    service.stations.createShared(account, {MusicKind::Style, styles.back()}, "Next Door", &station);
 }
 
 } // namespace
@@ -64,7 +64,7 @@ void ensureDemoAccount(StationService &service)
     if (!writePrivately(file, std::string(demoUserName) + "\n" + password + "\n"))
         throw std::runtime_error("cannot write " + file.string());
     AccountId account = 0;
-    if (service.createAccount(demoUserName, password, {}, &account) == CreateResult::done)
+    if (service.createAccount(demoUserName, password, {}, &account) == CreateResult::Done)
         makeStations(service, account);
 }
 

@@ -56,9 +56,9 @@ CreateResult Accounts::create(const std::string &userName, const std::string &pa
                               AccountId *id, const std::function<void(AccountId)> &furnish)
 {
     if (!isUserName(userName))
-        return CreateResult::badUserName;
+        return CreateResult::BadUserName;
     if (!isPassword(password))
-        return CreateResult::badPassword;
+        return CreateResult::BadPassword;
     const std::string hash = m_hasher.hash(password);
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
@@ -70,14 +70,14 @@ CreateResult Accounts::create(const std::string &userName, const std::string &pa
             profile.countryCode, profile.emailOptIn);
     } catch (const StoreError &error) {
         if (error.isConstraint())
-            return CreateResult::taken;
+            return CreateResult::Taken;
         throw;
     }
     *id = db->lastRowId();
     if (furnish)
         furnish(*id);
     change.commit();
-    return CreateResult::done;
+    return CreateResult::Done;
 }
 
 LoginResult Accounts::login(const std::string &userName, const std::string &password, const std::string &address,
@@ -85,20 +85,20 @@ LoginResult Accounts::login(const std::string &userName, const std::string &pass
 {
     const std::string name = foldedName(userName.substr(0, longestUserName));
     if (!waitTurn(name, address))
-        return LoginResult::tooMany;
+        return LoginResult::TooMany;
     std::string hash;
     const std::optional<Account> found = findWhere("folded_name = ?1", name, &hash);
     const bool isRight = password.size() <= longestPassword &&
                          (found ? m_hasher.verify(hash, password) : m_hasher.verifyNothing(password));
     if (!isRight) {
         m_throttle.failed(name, address, now());
-        return LoginResult::wrong;
+        return LoginResult::Wrong;
     }
     m_throttle.succeeded(name, address);
     if (!found->isActive)
-        return LoginResult::inactive;
+        return LoginResult::Inactive;
     *account = *found;
-    return LoginResult::done;
+    return LoginResult::Done;
 }
 
 bool Accounts::waitTurn(const std::string &account, const std::string &address)
@@ -148,7 +148,7 @@ void Accounts::setActive(AccountId id, bool isActive)
 CreateResult Accounts::changePassword(AccountId id, const std::string &newPassword, const std::string &keptSessionHash)
 {
     if (!isPassword(newPassword))
-        return CreateResult::badPassword;
+        return CreateResult::BadPassword;
     const std::string hash = m_hasher.hash(newPassword);
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
@@ -156,7 +156,7 @@ CreateResult Accounts::changePassword(AccountId id, const std::string &newPasswo
     db->run("DELETE FROM sessions WHERE account_id = ?1 AND token_hash <> ?2", id, keptSessionHash);
     db->run("DELETE FROM resets WHERE account_id = ?1 AND purpose = ?2", id, passwordPurpose);
     change.commit();
-    return CreateResult::done;
+    return CreateResult::Done;
 }
 
 std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64_t seconds)
@@ -202,18 +202,18 @@ LoginResult Accounts::checkExplicitPin(AccountId id, const std::string &pin, con
         Statement row = db->prepare("SELECT explicit_pin_hash FROM accounts WHERE id = ?1");
         row.with(id);
         if (!row.step() || row.isNull(0))
-            return LoginResult::done;
+            return LoginResult::Done;
         hash = row.text(0);
     }
     const std::string name = "pin " + std::to_string(id);
     if (!waitTurn(name, address))
-        return LoginResult::tooMany;
+        return LoginResult::TooMany;
     if (!m_hasher.verify(hash, pin)) {
         m_throttle.failed(name, address, now());
-        return LoginResult::wrong;
+        return LoginResult::Wrong;
     }
     m_throttle.succeeded(name, address);
-    return LoginResult::done;
+    return LoginResult::Done;
 }
 
 void Accounts::setExplicitPin(AccountId id, const std::string &pin)

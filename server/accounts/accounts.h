@@ -31,8 +31,8 @@ struct Profile {
     bool emailOptIn = false;
 };
 
-enum class CreateResult { done, badUserName, badPassword, taken };
-enum class LoginResult { done, wrong, inactive, tooMany };
+enum class CreateResult { Done, BadUserName, BadPassword, Taken };
+enum class LoginResult { Done, Wrong, Inactive, TooMany };
 
 // The people of this service. All functions may be called from any thread; those that look at a password take the time
 // of one argon2id hash, and login() waits some seconds after many failures.

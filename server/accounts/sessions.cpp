@@ -46,7 +46,7 @@ std::optional<Session> Sessions::find(const std::string &token)
     row.with(hash, m_clock());
     if (!row.step())
         return std::nullopt;
-    return Session{row.text(0) == "user" ? TokenKind::user : TokenKind::partner,
+    return Session{row.text(0) == "user" ? TokenKind::User : TokenKind::Partner,
                    hash,
                    row.text(2),
                    row.integer(1),

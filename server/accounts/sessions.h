@@ -9,12 +9,12 @@ struct TokenLifetimes {
     int64_t userSeconds = 4 * 3600;
 };
 
-enum class TokenKind { none, partner, user };
+enum class TokenKind { None, Partner, User };
 
 // What a token stands for. A partner session belongs to a device key, a user session also to an account and, once it is
 // known, to a device identity.
 struct Session {
-    TokenKind kind = TokenKind::none;
+    TokenKind kind = TokenKind::None;
     std::string tokenHash;
     std::string keyHash;
     AccountId accountId = 0; // user sessions

@@ -18,7 +18,7 @@ LoginThrottle::Time now()
 
 [[noreturn]] void tooMany(int retryAfter)
 {
-    throw ApiError(Code::tooMany, "too many requests", json{{"retryAfter", retryAfter}});
+    throw ApiError(Code::TooMany, "too many requests", json{{"retryAfter", retryAfter}});
 }
 
 void limit(RateLimit &limit, const std::string &key)
@@ -29,7 +29,7 @@ void limit(RateLimit &limit, const std::string &key)
 
 [[noreturn]] void noSuchDevice()
 {
-    throw ApiError(Code::noSuchDevice, "no such device, or not with this device key");
+    throw ApiError(Code::NoSuchDevice, "no such device, or not with this device key");
 }
 
 // What must be an identity. One that is not written like an identity is no device either.
@@ -45,13 +45,13 @@ Account checkedLogin(Call &call, const std::string &userName, const std::string 
 {
     Account account;
     switch (call.service.accounts.login(userName, password, call.address, &account)) {
-    case LoginResult::done:
+    case LoginResult::Done:
         return account;
-    case LoginResult::wrong:
-        throw ApiError(Code::badLogin, "wrong user name or password");
-    case LoginResult::inactive:
-        throw ApiError(Code::inactive, "the account is no longer active");
-    case LoginResult::tooMany:
+    case LoginResult::Wrong:
+        throw ApiError(Code::BadLogin, "wrong user name or password");
+    case LoginResult::Inactive:
+        throw ApiError(Code::Inactive, "the account is no longer active");
+    case LoginResult::TooMany:
         break;
     }
     tooMany(5);
@@ -76,7 +76,7 @@ json deviceLogin(Call &call)
         noSuchDevice();
     const std::optional<Account> account = call.service.accounts.find(device->accountId);
     if (!account || !account->isActive)
-        throw ApiError(Code::inactive, "the account is no longer active");
+        throw ApiError(Code::Inactive, "the account is no longer active");
     return openUserSession(call, *account, id);
 }
 
@@ -90,7 +90,7 @@ json codeAnswer(const Call &call, const std::string &code)
 Mailer &mailerOf(Call &call)
 {
     if (!call.service.mailer)
-        throw ApiError(Code::internal, "no mail is set up");
+        throw ApiError(Code::Internal, "no mail is set up");
     return *call.service.mailer;
 }
 
@@ -111,12 +111,12 @@ bool isPin(const std::string &text)
 void checkPin(Call &call, const std::string &pin)
 {
     switch (call.service.accounts.checkExplicitPin(call.account(), pin, call.address)) {
-    case LoginResult::done:
+    case LoginResult::Done:
         return;
-    case LoginResult::tooMany:
+    case LoginResult::TooMany:
         tooMany(5);
     default:
-        throw ApiError(Code::notAuthorised, "not the PIN");
+        throw ApiError(Code::NotAuthorised, "not the PIN");
     }
 }
 
@@ -126,7 +126,7 @@ json partnerLogin(Call &call)
 {
     const std::string key = call.parameters.text("deviceKey");
     if (!isToken(key, keyBytes))
-        throw ApiError(Code::malformed, "not a device key");
+        throw ApiError(Code::Malformed, "not a device key");
     return {{"partnerToken", call.service.sessions.openPartner(key)},
             {"expiresIn", call.service.sessions.lifetimes().partnerSeconds}};
 }
@@ -137,7 +137,7 @@ json userLogin(Call &call)
     if (type == "deviceId")
         return deviceLogin(call);
     if (type != "user")
-        throw ApiError(Code::malformed, "no such login type");
+        throw ApiError(Code::Malformed, "no such login type");
     const std::string userName = call.parameters.text("userName");
     return openUserSession(call, checkedLogin(call, userName, call.parameters.text("password")), {});
 }
@@ -172,7 +172,7 @@ json generateDeviceActivationCode(Call &call)
 {
     const std::string digits = call.parameters.text("deviceId");
     if (!Devices::isDigits(digits))
-        throw ApiError(Code::malformed, "not the twelve digits of a device");
+        throw ApiError(Code::Malformed, "not the twelve digits of a device");
     limit(call.limits.codesOfDevice, call.session.keyHash);
     limit(call.limits.codesOfAddress, call.address);
     return codeAnswer(call, call.service.activationCodes.issueForDevice(digits, call.session.keyHash));
@@ -203,12 +203,12 @@ json createUser(Call &call)
 
     AccountId id = 0;
     switch (call.service.createAccount(userName, password, profile, &id)) {
-    case CreateResult::done:
+    case CreateResult::Done:
         break;
-    case CreateResult::badPassword:
-        throw ApiError(Code::badPassword, "not a password");
+    case CreateResult::BadPassword:
+        throw ApiError(Code::BadPassword, "not a password");
     default: // a name that is taken says no more than one that is none
-        throw ApiError(Code::badUserName, "not a user name");
+        throw ApiError(Code::BadUserName, "not a user name");
     }
     if (!deviceId.empty())
         call.service.devices.associate(deviceId, call.session.keyHash, id);
@@ -219,7 +219,7 @@ json emailPassword(Call &call)
 {
     const std::string userName = call.parameters.text("userName");
     if (!Accounts::isUserName(userName))
-        throw ApiError(Code::badUserName, "not a user name");
+        throw ApiError(Code::BadUserName, "not a user name");
     limit(call.limits.mailsOfAddress, call.address);
     Mailer &mailer = mailerOf(call);
     // The answer does not tell whether there is such an account.
@@ -233,7 +233,7 @@ json emailPassword(Call &call)
 json getUserInfo(Call &call)
 {
     Account account;
-    if (call.session.kind == TokenKind::partner) {
+    if (call.session.kind == TokenKind::Partner) {
         const std::string userName = call.parameters.text("userName");
         account = checkedLogin(call, userName, call.parameters.text("password"));
     } else {
@@ -267,7 +267,7 @@ json setExplicitPIN(Call &call)
 {
     const std::string newPin = call.parameters.text("newPin");
     if (!isPin(newPin))
-        throw ApiError(Code::badPassword, "not a PIN: four to eight digits");
+        throw ApiError(Code::BadPassword, "not a PIN: four to eight digits");
     checkPin(call, call.parameters.optionalText("oldPin").value_or(""));
     call.service.accounts.setExplicitPin(call.account(), newPin);
     return json::object();

@@ -8,14 +8,14 @@ using nlohmann::json;
 
 std::string pictureAddress(const Call &call, const std::string &publicId)
 {
-    return call.service.addresses.address(MediaKind::picture, publicId + pictureExtension, call.account());
+    return call.service.addresses.address(MediaKind::Picture, publicId + pictureExtension, call.account());
 }
 
 json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable)
 {
     if (!isPlayable)
         return nullptr;
-    return call.service.addresses.address(MediaKind::audio, publicId + audioExtension(mediaType), call.account());
+    return call.service.addresses.address(MediaKind::Audio, publicId + audioExtension(mediaType), call.account());
 }
 
 json stationAnswer(Call &call, const Station &station)
@@ -46,9 +46,9 @@ json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued)
             {"style", track.style},
             {"mood", track.mood},
             {"tempo", track.tempo},
-            {"artistToken", tokens.tokenFor(call.account(), MusicKind::artist, track.artistId)},
-            {"albumToken", tokens.tokenFor(call.account(), MusicKind::album, track.albumId)},
-            {"songToken", tokens.tokenFor(call.account(), MusicKind::track, track.id)},
+            {"artistToken", tokens.tokenFor(call.account(), MusicKind::Artist, track.artistId)},
+            {"albumToken", tokens.tokenFor(call.account(), MusicKind::Album, track.albumId)},
+            {"songToken", tokens.tokenFor(call.account(), MusicKind::Track, track.id)},
             {"stationToken", station.token},
             {"albumArtUrl", track.pictureFile.empty() ? std::string() : pictureAddress(call, track.publicId)},
             {"audioUrl", audioAddress(call, track.publicId, track.audioType, track.isPlayable)},
@@ -64,7 +64,7 @@ Station requiredStation(Call &call)
     const std::optional<Station> station =
         call.service.stations.find(call.account(), call.parameters.text("stationToken"));
     if (!station)
-        throw ApiError(Code::noSuchStation, "no such station");
+        throw ApiError(Code::NoSuchStation, "no such station");
     return *station;
 }
 
@@ -73,7 +73,7 @@ IssuedTrack requiredTrack(Call &call)
     std::optional<IssuedTrack> track =
         call.service.playlists.findTrack(call.account(), call.parameters.text("trackToken"));
     if (!track)
-        throw ApiError(Code::noSuchMusic, "no such track");
+        throw ApiError(Code::NoSuchMusic, "no such track");
     return *std::move(track);
 }
 
@@ -81,7 +81,7 @@ IssuedAd requiredAd(Call &call)
 {
     std::optional<IssuedAd> ad = call.service.playlists.findAd(call.account(), call.parameters.text("adToken"));
     if (!ad)
-        throw ApiError(Code::noSuchMusic, "no such ad");
+        throw ApiError(Code::NoSuchMusic, "no such ad");
     return *std::move(ad);
 }
 
@@ -89,25 +89,25 @@ Music requiredMusic(Call &call, const std::string &token)
 {
     const std::optional<Music> music = call.service.musicTokens.find(call.account(), token);
     if (!music)
-        throw ApiError(Code::noSuchMusic, "no such music");
+        throw ApiError(Code::NoSuchMusic, "no such music");
     return *music;
 }
 
 void throwUnlessDone(StationResult result)
 {
     switch (result) {
-    case StationResult::done:
+    case StationResult::Done:
         return;
-    case StationResult::tooMany:
-        throw ApiError(Code::tooManyStations, "the account has 100 stations");
-    case StationResult::noSuchStation:
-        throw ApiError(Code::noSuchStation, "no such station");
-    case StationResult::noSuchMusic:
-        throw ApiError(Code::noSuchMusic, "no such music");
-    case StationResult::notAllowed:
+    case StationResult::TooMany:
+        throw ApiError(Code::TooManyStations, "the account has 100 stations");
+    case StationResult::NoSuchStation:
+        throw ApiError(Code::NoSuchStation, "no such station");
+    case StationResult::NoSuchMusic:
+        throw ApiError(Code::NoSuchMusic, "no such music");
+    case StationResult::NotAllowed:
         break;
     }
-    throw ApiError(Code::notAuthorised, "this station does not allow it");
+    throw ApiError(Code::NotAuthorised, "this station does not allow it");
 }
 
 } // namespace velmora::server

@@ -151,7 +151,7 @@ void ApiServer::addRoutes()
         // Paths are matched by a regular expression whose depth grows with the path.
         if (request.path.size() <= longestPath)
             return httplib::Server::HandlerResponse::Unhandled;
-        send(response, Dispatcher::refusal(404, Code::noSuchFunction, "no such path"));
+        send(response, Dispatcher::refusal(404, Code::NoSuchFunction, "no such path"));
         return httplib::Server::HandlerResponse::Handled;
     });
     m_server->Post(R"(/(v\d+)/([^/]+))", [this](const httplib::Request &request, httplib::Response &response,
@@ -167,9 +167,9 @@ void ApiServer::addRoutes()
         });
         Answer answer;
         if (received > Parameters::mostBytes || response.status == 413)
-            answer = Dispatcher::refusal(413, Code::malformed, "the body is larger than 64 KiB");
+            answer = Dispatcher::refusal(413, Code::Malformed, "the body is larger than 64 KiB");
         else if (!isWhole)
-            answer = Dispatcher::refusal(400, Code::malformed, "the body is cut off");
+            answer = Dispatcher::refusal(400, Code::Malformed, "the body is cut off");
         else
             answer = m_dispatcher.answer({request.matches[1], request.matches[2], body,
                                           request.get_header_value("Authorization"),
@@ -192,11 +192,11 @@ void ApiServer::addRoutes()
     m_server->set_error_handler([](const httplib::Request &, httplib::Response &response) {
         if (!response.body.empty() || response.status == 416)
             return;
-        const Code code = response.status == 404 ? Code::noSuchFunction : Code::malformed;
+        const Code code = response.status == 404 ? Code::NoSuchFunction : Code::Malformed;
         send(response, Dispatcher::refusal(response.status, code, "refused"));
     });
     m_server->set_exception_handler([](const httplib::Request &, httplib::Response &response, std::exception_ptr) {
-        send(response, Dispatcher::refusal(500, Code::internal, "internal error"));
+        send(response, Dispatcher::refusal(500, Code::Internal, "internal error"));
     });
 }
 
@@ -205,17 +205,17 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     const std::optional<MediaKind> kind = mediaKindOf(request.matches[1]);
     const std::string file = request.matches[2];
     const auto refuse = [&](int status, const char *why) {
-        send(response, Dispatcher::refusal(status, Code::notAuthorised, why));
+        send(response, Dispatcher::refusal(status, Code::NotAuthorised, why));
     };
     if (!kind)
         return refuse(404, "no such kind");
     switch (m_service.addresses.check(*kind, file, request.get_param_value("a"), request.get_param_value("e"),
                                       request.get_param_value("s"))) {
-    case MediaCheck::badSignature:
+    case MediaCheck::BadSignature:
         return refuse(403, "wrong signature");
-    case MediaCheck::expired:
+    case MediaCheck::Expired:
         return refuse(410, "the address has expired");
-    case MediaCheck::valid:
+    case MediaCheck::Valid:
         break;
     }
     const std::optional<std::string> id = publicIdOf(file);
@@ -223,7 +223,7 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     const std::optional<Ad> ad = id && !track ? m_service.catalogue.ad(*id) : std::nullopt;
     if (!track && !ad)
         return refuse(404, "no such file");
-    if (*kind == MediaKind::picture)
+    if (*kind == MediaKind::Picture)
         streamMedia(request, response, track ? track->pictureFile : ad->pictureFile, "image/png");
     else
         streamMedia(request, response, track ? track->audioFile : ad->audioFile,
@@ -235,31 +235,31 @@ void ApiServer::streamMedia(const httplib::Request &request, httplib::Response &
 {
     std::optional<MediaFile> opened = MediaFile::open(path);
     if (!opened || opened->size() == 0)
-        return send(response, Dispatcher::refusal(404, Code::noSuchMusic, "no such file"));
+        return send(response, Dispatcher::refusal(404, Code::NoSuchMusic, "no such file"));
     const auto file = std::make_shared<MediaFile>(std::move(*opened));
     response.set_header("Accept-Ranges", "bytes");
     response.set_header("ETag", file->etag());
     response.set_header("Cache-Control", "private, max-age=43200");
 
     ByteRange range{0, file->size() - 1};
-    RangeResult result = RangeResult::whole;
+    RangeResult result = RangeResult::Whole;
     const bool isSameFile = !request.has_header("If-Range") || request.get_header_value("If-Range") == file->etag();
     if (request.has_header("Range") && isSameFile)
         result = parseRange(request.get_header_value("Range"), file->size(), &range);
     // cpp-httplib 0.11 applies ranges itself but does not cut them at the file's end; it shall see none.
     const_cast<httplib::Request &>(request).ranges.clear();
     const std::string size = std::to_string(file->size());
-    if (result == RangeResult::unsatisfiable) {
+    if (result == RangeResult::Unsatisfiable) {
         response.status = 416;
         response.set_header("Content-Range", "bytes */" + size);
         return;
     }
-    if (result == RangeResult::whole && request.get_header_value("If-None-Match") == file->etag()) {
+    if (result == RangeResult::Whole && request.get_header_value("If-None-Match") == file->etag()) {
         response.status = 304;
         return;
     }
-    response.status = result == RangeResult::part ? 206 : 200;
-    if (result == RangeResult::part)
+    response.status = result == RangeResult::Part ? 206 : 200;
+    if (result == RangeResult::Part)
         response.set_header("Content-Range",
                             "bytes " + std::to_string(range.first) + "-" + std::to_string(range.last) + "/" + size);
 

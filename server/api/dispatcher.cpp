@@ -13,14 +13,14 @@ constexpr const char *currentVersion = "v1";
 bool accepts(Access access, TokenKind kind)
 {
     switch (access) {
-    case Access::nobody:
+    case Access::Nobody:
         return true;
-    case Access::partner:
-        return kind == TokenKind::partner;
-    case Access::user:
-        return kind == TokenKind::user;
-    case Access::partnerOrUser:
-        return kind != TokenKind::none;
+    case Access::Partner:
+        return kind == TokenKind::Partner;
+    case Access::User:
+        return kind == TokenKind::User;
+    case Access::PartnerOrUser:
+        return kind != TokenKind::None;
     }
     return false;
 }
@@ -55,13 +55,13 @@ Answer Dispatcher::refusal(int httpStatus, Code code, const std::string &message
 Answer Dispatcher::answer(const Request &request)
 {
     if (request.version != currentVersion) {
-        Answer refused = refusal(404, Code::versionRefused, "this service speaks v1");
+        Answer refused = refusal(404, Code::VersionRefused, "this service speaks v1");
         refused.body["data"] = {{"supported", json::array({currentVersion})}};
         return refused;
     }
     const Route *route = findRoute(request.function);
     if (!route)
-        return refusal(404, Code::noSuchFunction, "no such function");
+        return refusal(404, Code::NoSuchFunction, "no such function");
     Answer answer;
     answer.function = route->name;
     try {
@@ -76,8 +76,8 @@ Answer Dispatcher::answer(const Request &request)
     } catch (const std::exception &error) {
         // The text comes from the database or the system, never from the request.
         std::fprintf(stderr, "velmora-server: %s: %s\n", route->name, error.what());
-        answer.code = Code::internal;
-        answer.body = failure(Code::internal, "internal error", nullptr);
+        answer.code = Code::Internal;
+        answer.body = failure(Code::Internal, "internal error", nullptr);
     }
     return answer;
 }
@@ -87,7 +87,7 @@ json Dispatcher::call(const Route &route, const Request &request, const Paramete
     throwFailureOnPurpose(route.name);
     const Session session = checkedSession(route, request.authorization);
     if (route.writes && m_service.isUnderMaintenance)
-        throw ApiError(Code::maintenance, "maintenance");
+        throw ApiError(Code::Maintenance, "maintenance");
     const auto work = [&] {
         Call call{m_service, m_limits, parameters, session, request.address};
         return json{{"code", 0}, {"data", route.handler(call)}};
@@ -95,7 +95,7 @@ json Dispatcher::call(const Route &route, const Request &request, const Paramete
     if (request.key.empty() || route.repetition == Repetition::Again)
         return work();
     if (!RequestKeys::isKey(request.key))
-        throw ApiError(Code::malformed, "a request key is 32 hexadecimal digits");
+        throw ApiError(Code::Malformed, "a request key is 32 hexadecimal digits");
     const std::string owner = session.keyHash + ' ' + std::to_string(session.accountId);
     const bool isQuick = route.repetition == Repetition::RememberedAtomically;
     return m_requestKeys.once({owner, request.key, request.function + '\n' + request.body, isQuick}, [&] {
@@ -109,20 +109,20 @@ json Dispatcher::call(const Route &route, const Request &request, const Paramete
 
 Session Dispatcher::checkedSession(const Route &route, const std::string &authorization)
 {
-    if (route.access == Access::nobody)
+    if (route.access == Access::Nobody)
         return {};
     constexpr std::string_view scheme = "Bearer ";
     std::optional<Session> session;
     if (authorization.starts_with(scheme))
         session = m_service.sessions.find(authorization.substr(scheme.size()));
     if (!session || !accepts(route.access, session->kind))
-        throw ApiError(Code::badToken, "the token is unknown or has expired");
+        throw ApiError(Code::BadToken, "the token is unknown or has expired");
     if (session->isRevoked)
-        throw ApiError(Code::inactive, "the device was unlinked from the account");
-    if (session->kind == TokenKind::user) {
+        throw ApiError(Code::Inactive, "the device was unlinked from the account");
+    if (session->kind == TokenKind::User) {
         const std::optional<Account> account = m_service.accounts.find(session->accountId);
         if (!account || !account->isActive)
-            throw ApiError(Code::inactive, "the account is no longer active");
+            throw ApiError(Code::Inactive, "the account is no longer active");
     }
     return *session;
 }

@@ -11,7 +11,7 @@ namespace velmora::server {
 
 struct Answer {
     int httpStatus = 200;
-    Code code = Code::done;
+    Code code = Code::Done;
     nlohmann::json body;
     std::string function; // as it may stand in a log: a function's name or "unknown"
 };

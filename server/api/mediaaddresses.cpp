@@ -6,12 +6,12 @@ namespace velmora::server {
 
 const char *mediaKindName(MediaKind kind)
 {
-    return kind == MediaKind::audio ? "audio" : "art";
+    return kind == MediaKind::Audio ? "audio" : "art";
 }
 
 std::optional<MediaKind> mediaKindOf(const std::string &name)
 {
-    for (const MediaKind kind : {MediaKind::audio, MediaKind::picture}) {
+    for (const MediaKind kind : {MediaKind::Audio, MediaKind::Picture}) {
         if (name == mediaKindName(kind))
             return kind;
     }
@@ -37,10 +37,10 @@ MediaCheck MediaAddresses::check(MediaKind kind, const std::string &file, const 
 {
     // The signature first: nobody learns from an unsigned address what would be in time.
     if (!equalSecrets(sign(kind, file, account, expiry), signature))
-        return MediaCheck::badSignature;
+        return MediaCheck::BadSignature;
     int64_t until = 0;
     std::from_chars(expiry.data(), expiry.data() + expiry.size(), until);
-    return until > m_clock() ? MediaCheck::valid : MediaCheck::expired;
+    return until > m_clock() ? MediaCheck::Valid : MediaCheck::Expired;
 }
 
 std::string MediaAddresses::sign(MediaKind kind, const std::string &file, const std::string &account,

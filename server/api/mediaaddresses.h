@@ -4,11 +4,11 @@
 
 namespace velmora::server {
 
-enum class MediaKind { audio, picture };
+enum class MediaKind { Audio, Picture };
 const char *mediaKindName(MediaKind kind); // as it stands in addresses: "audio", "art"
 std::optional<MediaKind> mediaKindOf(const std::string &name);
 
-enum class MediaCheck { valid, badSignature, expired };
+enum class MediaCheck { Valid, BadSignature, Expired };
 
 // Absolute addresses of audio and pictures, each signed for one file, one account and twelve hours. Any thread, once
 // the base address is set.

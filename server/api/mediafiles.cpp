@@ -46,11 +46,11 @@ RangeResult parseRange(std::string_view header, uint64_t size, ByteRange *range)
 {
     constexpr std::string_view unit = "bytes=";
     if (!header.starts_with(unit) || header.find(',') != std::string_view::npos)
-        return RangeResult::whole;
+        return RangeResult::Whole;
     header.remove_prefix(unit.size());
     const size_t hyphen = header.find('-');
     if (hyphen == std::string_view::npos)
-        return RangeResult::whole;
+        return RangeResult::Whole;
     const std::string_view from = header.substr(0, hyphen);
     const std::string_view to = header.substr(hyphen + 1);
     uint64_t first = 0;
@@ -58,21 +58,21 @@ RangeResult parseRange(std::string_view header, uint64_t size, ByteRange *range)
     if (from.empty()) { // the last so many bytes
         uint64_t count = 0;
         if (!readNumber(to, &count))
-            return RangeResult::whole;
+            return RangeResult::Whole;
         if (count == 0 || size == 0)
-            return RangeResult::unsatisfiable;
+            return RangeResult::Unsatisfiable;
         first = size - std::min(count, size);
     } else {
         if (!readNumber(from, &first) || (!to.empty() && !readNumber(to, &last)))
-            return RangeResult::whole;
+            return RangeResult::Whole;
         if (!to.empty() && last < first)
-            return RangeResult::whole;
+            return RangeResult::Whole;
         if (first >= size)
-            return RangeResult::unsatisfiable;
+            return RangeResult::Unsatisfiable;
         last = std::min(last, size - 1);
     }
     *range = {first, last};
-    return RangeResult::part;
+    return RangeResult::Part;
 }
 
 std::optional<MediaFile> MediaFile::open(const std::filesystem::path &file)

@@ -20,7 +20,7 @@ struct ByteRange {
     uint64_t first = 0;
     uint64_t last = 0; // the last byte itself
 };
-enum class RangeResult { whole, part, unsatisfiable };
+enum class RangeResult { Whole, Part, Unsatisfiable };
 // A single range is honoured; several at once, other units and what cannot be read give the whole file, as they may.
 RangeResult parseRange(std::string_view header, uint64_t size, ByteRange *range);
 

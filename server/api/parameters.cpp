@@ -34,7 +34,7 @@ int deepestLevel(std::string_view text)
 
 [[noreturn]] void malformed(const char *name)
 {
-    throw ApiError(Code::malformed, std::string("missing or of the wrong type: ") + name);
+    throw ApiError(Code::Malformed, std::string("missing or of the wrong type: ") + name);
 }
 
 } // namespace
@@ -42,13 +42,13 @@ int deepestLevel(std::string_view text)
 Parameters Parameters::parse(std::string_view text)
 {
     if (text.size() > mostBytes)
-        throw ApiError(Code::malformed, "the body is too large");
+        throw ApiError(Code::Malformed, "the body is too large");
     if (deepestLevel(text) > mostLevels)
-        throw ApiError(Code::malformed, "the body is too deep");
+        throw ApiError(Code::Malformed, "the body is too deep");
     Parameters parameters;
     parameters.m_object = nlohmann::json::parse(text, nullptr, false);
     if (!parameters.m_object.is_object())
-        throw ApiError(Code::malformed, "the body is not a JSON object");
+        throw ApiError(Code::Malformed, "the body is not a JSON object");
     return parameters;
 }
 

@@ -13,7 +13,7 @@ IssuedTrack trackThatTakesFeedback(Call &call)
     IssuedTrack issued = requiredTrack(call);
     const std::optional<Station> station = call.service.stations.find(issued.stationId);
     if (!station || !station->allowFeedback)
-        throw ApiError(Code::notAuthorised, "this station takes no feedback");
+        throw ApiError(Code::NotAuthorised, "this station takes no feedback");
     return issued;
 }
 
@@ -30,9 +30,9 @@ json getPlaylist(Call &call)
     }
     const std::vector<PlaylistEntry> list = service.playlists.next(station);
     if (list.empty() && service.catalogue.isGrowing())
-        throw ApiError(Code::internal, "no track is ready to be played yet");
+        throw ApiError(Code::Internal, "no track is ready to be played yet");
     if (list.empty())
-        throw ApiError(Code::noSuchMusic, "nothing is left to play on this station");
+        throw ApiError(Code::NoSuchMusic, "nothing is left to play on this station");
     json entries = json::array();
     const Store::Lock db = call.service.store.lock();
     Transaction change(*db);
@@ -62,7 +62,7 @@ json registerAd(Call &call)
     const Station station = requiredStation(call);
     const IssuedAd issued = requiredAd(call);
     if (issued.stationId != station.id)
-        throw ApiError(Code::noSuchMusic, "no such ad");
+        throw ApiError(Code::NoSuchMusic, "no such ad");
     call.service.playlists.registerAd(call.account(), issued.token);
     return json::object();
 }
@@ -106,10 +106,10 @@ json trackEvent(Call &call)
 {
     const std::string type = call.parameters.text("eventType");
     if (type != "start" && type != "end" && type != "skip")
-        throw ApiError(Code::malformed, "no such event");
+        throw ApiError(Code::Malformed, "no such event");
     const int64_t seconds = call.parameters.optionalInteger("seconds").value_or(0);
     if (seconds < 0 || seconds > mostSeconds)
-        throw ApiError(Code::malformed, "not a position in a track");
+        throw ApiError(Code::Malformed, "not a position in a track");
     call.service.feedback.event(requiredTrack(call), type, seconds);
     return json::object();
 }

@@ -59,10 +59,10 @@ json RequestKeys::answered(const Request &request, const std::string &id, const 
         row.with(id, m_clock() - keptSeconds);
         if (row.step()) {
             if (!equalSecrets(row.text(0), keyedHash(request.key, request.content)))
-                throw ApiError(Code::malformed, "the request key was used for another request");
+                throw ApiError(Code::Malformed, "the request key was used for another request");
             if (const std::optional<std::string> text = unsealed(request.key, row.text(1)))
                 return json::parse(*text);
-            throw ApiError(Code::internal, "a remembered answer is damaged");
+            throw ApiError(Code::Internal, "a remembered answer is damaged");
         }
     }
     if (!request.isQuick) {

@@ -29,7 +29,7 @@ struct Call {
     AccountId account() const { return session.accountId; } // calls with a user token
 };
 
-enum class Access { nobody, partner, user, partnerOrUser };
+enum class Access { Nobody, Partner, User, PartnerOrUser };
 
 // What a repetition of a request with a key leads to. `Again`: it is carried out again, which changes nothing.
 // `Remembered`: it gets the first answer. `RememberedAtomically`: the same, and the change and the answer are stored

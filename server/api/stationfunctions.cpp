@@ -23,8 +23,8 @@ bool isStationName(const std::string &text)
 json getStationList(Call &call)
 {
     const auto order = call.parameters.optionalText("sortField").value_or("dateCreated") == "name"
-                           ? Stations::Order::byName
-                           : Stations::Order::byDate;
+                           ? Stations::Order::ByName
+                           : Stations::Order::ByDate;
     const bool isDescending = call.parameters.optionalText("sortOrder").value_or("desc") != "asc";
     json stations = json::array();
     for (const Station &station : call.service.stations.list(call.account(), order, isDescending))
@@ -46,12 +46,12 @@ json getGenreStations(Call &call)
 {
     json stations = json::array();
     for (const std::string &style : call.service.catalogue.styles()) {
-        const std::optional<std::string> picture = call.service.stations.pictureId(Music{MusicKind::style, style});
+        const std::optional<std::string> picture = call.service.stations.pictureId(Music{MusicKind::Style, style});
         std::string name = style;
         if (name[0] >= 'a' && name[0] <= 'z')
             name[0] = static_cast<char>(name[0] - 32);
         stations.push_back(
-            {{"stationToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::style, style)},
+            {{"stationToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Style, style)},
              {"stationId", "style-" + style},
              {"stationName", name},
              {"isTapestry", false},
@@ -73,12 +73,12 @@ json search(Call &call)
     const Store::Lock db = call.service.store.lock();
     Transaction change(*db);
     for (const FoundTrack &track : found.tracks)
-        tracks.push_back({{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::track, track.id)},
+        tracks.push_back({{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Track, track.id)},
                           {"songName", track.song},
                           {"artistName", track.artist}});
     for (const FoundArtist &artist : found.artists)
         artists.push_back(
-            {{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::artist, artist.id)},
+            {{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Artist, artist.id)},
              {"artistName", artist.name}});
     change.commit();
     return {{"tracks", std::move(tracks)}, {"artists", std::move(artists)}};
@@ -89,15 +89,15 @@ json createStation(Call &call)
     Music music;
     if (const std::optional<std::string> musicToken = call.parameters.optionalText("musicToken")) {
         music = requiredMusic(call, *musicToken);
-        if (music.kind == MusicKind::album)
-            throw ApiError(Code::noSuchMusic, "a station is made from an artist, a song or a style");
+        if (music.kind == MusicKind::Album)
+            throw ApiError(Code::NoSuchMusic, "a station is made from an artist, a song or a style");
     } else {
         const std::string type = call.parameters.text("musicType");
         if (type != "artist" && type != "song")
-            throw ApiError(Code::malformed, "no such music type");
+            throw ApiError(Code::Malformed, "no such music type");
         const IssuedTrack issued = requiredTrack(call);
-        music = type == "artist" ? Music{MusicKind::artist, std::to_string(issued.track.artistId)}
-                                 : Music{MusicKind::track, std::to_string(issued.track.id)};
+        music = type == "artist" ? Music{MusicKind::Artist, std::to_string(issued.track.artistId)}
+                                 : Music{MusicKind::Track, std::to_string(issued.track.id)};
     }
     Station station;
     throwUnlessDone(call.service.stations.create(call.account(), music, &station));
@@ -115,7 +115,7 @@ json renameStation(Call &call)
     const std::string name = call.parameters.text("newName");
     const std::string token = call.parameters.text("stationToken");
     if (!isStationName(name))
-        throw ApiError(Code::malformed, "not a station's name: 1 to 64 characters");
+        throw ApiError(Code::Malformed, "not a station's name: 1 to 64 characters");
     Station station;
     throwUnlessDone(call.service.stations.rename(call.account(), token, name, &station));
     return {{"station", stationAnswer(call, station)}};

@@ -59,7 +59,7 @@ SearchResult Search::find(const std::string &text)
     constexpr const char *indexedTracks = "track_search s CROSS JOIN tracks t ON t.id = s.rowid JOIN artists a ON a.id "
                                           "= t.artist_id WHERE track_search MATCH ?1";
     tracks.add(trackQuery(exactTracks, whole), takeTrack);
-    for (const Match match : {Match::wordBeginnings, Match::anywhere})
+    for (const Match match : {Match::WordBeginnings, Match::Anywhere})
         tracks.add(trackQuery(indexedTracks, trackExpression(words, match)), takeTrack);
 
     Collector artists;
@@ -70,7 +70,7 @@ SearchResult Search::find(const std::string &text)
         return query;
     };
     artists.add(artistQuery("artists a WHERE a.folded = ?1", whole), takeArtist);
-    for (const Match match : {Match::wordBeginnings, Match::anywhere})
+    for (const Match match : {Match::WordBeginnings, Match::Anywhere})
         artists.add(artistQuery("artist_search s CROSS JOIN artists a ON a.id = s.rowid WHERE artist_search MATCH ?1",
                                 artistExpression(words, match)),
                     takeArtist);

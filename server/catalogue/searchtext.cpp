@@ -10,7 +10,7 @@ std::string quoted(const std::string &word, Match match)
     std::string text = "\"";
     if (length == 1)
         text += "  ";
-    else if (length == 2 || match == Match::wordBeginnings)
+    else if (length == 2 || match == Match::WordBeginnings)
         text += " ";
     // foldedWords() leaves no quotation marks; doubling them is what keeps this true if it ever did.
     for (const char c : word) {

@@ -14,7 +14,7 @@ std::string indexedText(std::string_view text);
 
 // The expressions for the index: every word must occur, and (for tracks) one of them in the song's own name.
 // The words come from foldedWords(); they are always quoted, never read as a query language.
-enum class Match { wordBeginnings, anywhere };
+enum class Match { WordBeginnings, Anywhere };
 std::string artistExpression(const std::vector<std::string> &words, Match match);
 std::string trackExpression(const std::vector<std::string> &words, Match match);
 

@@ -47,20 +47,20 @@ const char *typedAs(utf8proc_int32_t character)
     }
 }
 
-enum class Role { partOfWord, divides, vanishes };
+enum class Role { PartOfWord, Divides, Vanishes };
 
 Role roleOf(utf8proc_int32_t character)
 {
     if (character == '\'' || character == 0x2019 || character == 0x02bc)
-        return Role::vanishes;
+        return Role::Vanishes;
     // What modifies an emoji or joins two is not looked for by itself.
     if (character == 0x200d || (character >= 0xfe00 && character <= 0xfe0f) ||
         (character >= 0x1f3fb && character <= 0x1f3ff))
-        return Role::vanishes;
+        return Role::Vanishes;
     switch (utf8proc_category(character)) {
     case UTF8PROC_CATEGORY_MN:
     case UTF8PROC_CATEGORY_ME:
-        return Role::vanishes;
+        return Role::Vanishes;
     case UTF8PROC_CATEGORY_LU:
     case UTF8PROC_CATEGORY_LL:
     case UTF8PROC_CATEGORY_LT:
@@ -71,9 +71,9 @@ Role roleOf(utf8proc_int32_t character)
     case UTF8PROC_CATEGORY_NL:
     case UTF8PROC_CATEGORY_NO:
     case UTF8PROC_CATEGORY_SO:
-        return Role::partOfWord;
+        return Role::PartOfWord;
     default:
-        return Role::divides;
+        return Role::Divides;
     }
 }
 
@@ -87,7 +87,7 @@ void appendFolded(std::string &word, utf8proc_int32_t character)
         static_cast<utf8proc_option_t>(UTF8PROC_COMPAT | UTF8PROC_CASEFOLD | UTF8PROC_DECOMPOSE), &boundary);
     for (utf8proc_ssize_t i = 0; i < count && i < static_cast<utf8proc_ssize_t>(parts.size()); ++i) {
         const utf8proc_int32_t part = parts[static_cast<size_t>(i)];
-        if (roleOf(part) != Role::partOfWord)
+        if (roleOf(part) != Role::PartOfWord)
             continue;
         if (const char *letters = typedAs(part))
             word += letters;
@@ -118,9 +118,9 @@ std::vector<std::string> foldedWords(std::string_view text)
         }
         text.remove_prefix(static_cast<size_t>(length));
         const Role role = roleOf(character);
-        if (role == Role::partOfWord)
+        if (role == Role::PartOfWord)
             appendFolded(word, character);
-        else if (role == Role::divides)
+        else if (role == Role::Divides)
             finish();
     }
     finish();

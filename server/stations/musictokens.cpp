@@ -7,13 +7,13 @@ namespace velmora::server {
 const char *musicKindName(MusicKind kind)
 {
     switch (kind) {
-    case MusicKind::artist:
+    case MusicKind::Artist:
         return "artist";
-    case MusicKind::track:
+    case MusicKind::Track:
         return "track";
-    case MusicKind::album:
+    case MusicKind::Album:
         return "album";
-    case MusicKind::style:
+    case MusicKind::Style:
         break;
     }
     return "style";
@@ -44,7 +44,7 @@ std::optional<Music> MusicTokens::find(AccountId account, const std::string &tok
     row.with(token, account);
     if (!row.step())
         return std::nullopt;
-    for (const MusicKind kind : {MusicKind::artist, MusicKind::track, MusicKind::album, MusicKind::style}) {
+    for (const MusicKind kind : {MusicKind::Artist, MusicKind::Track, MusicKind::Album, MusicKind::Style}) {
         if (row.text(0) == musicKindName(kind))
             return Music{kind, row.text(1)};
     }

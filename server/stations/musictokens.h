@@ -4,12 +4,12 @@
 
 namespace velmora::server {
 
-enum class MusicKind { artist, track, album, style };
+enum class MusicKind { Artist, Track, Album, Style };
 const char *musicKindName(MusicKind kind);
 
 // What a station can be made from: an artist, track or album by its id, a style by its name.
 struct Music {
-    MusicKind kind = MusicKind::track;
+    MusicKind kind = MusicKind::Track;
     std::string target;
 };
 

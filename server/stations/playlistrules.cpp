@@ -18,10 +18,10 @@ struct ReasonName {
 };
 
 constexpr std::array reasonNames = {
-    ReasonName{Reason::artist, "artist", 2.5}, ReasonName{Reason::style, "style", 3.0},
-    ReasonName{Reason::mood, "mood", 1.5},     ReasonName{Reason::tempo, "tempo", 1.0},
-    ReasonName{Reason::liked, "liked", 1.5},   ReasonName{Reason::mix, "mix", 0.0},
-    ReasonName{Reason::change, "change", 0.0},
+    ReasonName{Reason::Artist, "artist", 2.5}, ReasonName{Reason::Style, "style", 3.0},
+    ReasonName{Reason::Mood, "mood", 1.5},     ReasonName{Reason::Tempo, "tempo", 1.0},
+    ReasonName{Reason::Liked, "liked", 1.5},   ReasonName{Reason::Mix, "mix", 0.0},
+    ReasonName{Reason::Change, "change", 0.0},
 };
 
 // Tempos this near are heard as alike.
@@ -97,21 +97,21 @@ std::vector<Reason> reasonsFor(const Taste &taste, const Candidate &candidate)
 {
     std::vector<Reason> reasons;
     if (taste.artists.contains(candidate.artistId))
-        reasons.push_back(Reason::artist);
+        reasons.push_back(Reason::Artist);
     if (taste.styles.contains(candidate.style))
-        reasons.push_back(Reason::style);
+        reasons.push_back(Reason::Style);
     if (taste.moods.contains(candidate.mood))
-        reasons.push_back(Reason::mood);
+        reasons.push_back(Reason::Mood);
     // A tempo alone makes no likeness: half of all music shares it.
     const bool sharesTempo =
         candidate.tempo > 0 && std::any_of(taste.tempos.begin(), taste.tempos.end(), [&](int tempo) {
             return std::abs(tempo - candidate.tempo) <= tempo * tempoTolerance;
         });
     if (sharesTempo && !reasons.empty())
-        reasons.push_back(Reason::tempo);
+        reasons.push_back(Reason::Tempo);
     if (taste.likedTracks.contains(candidate.trackId) || taste.likedArtists.contains(candidate.artistId) ||
         taste.likedStyles.contains(candidate.style))
-        reasons.push_back(Reason::liked);
+        reasons.push_back(Reason::Liked);
     return reasons;
 }
 
@@ -121,11 +121,11 @@ std::optional<Choice> chooseNext(const Taste &taste, const std::vector<Candidate
     std::vector<Weighed> related;
     std::vector<Weighed> others;
     for (const Candidate &candidate : candidates) {
-        std::vector<Reason> reasons = taste.isEmpty() ? std::vector{Reason::mix} : reasonsFor(taste, candidate);
+        std::vector<Reason> reasons = taste.isEmpty() ? std::vector{Reason::Mix} : reasonsFor(taste, candidate);
         if (!reasons.empty())
             related.push_back({&candidate, std::move(reasons)});
         else
-            others.push_back({&candidate, {Reason::change}});
+            others.push_back({&candidate, {Reason::Change}});
     }
     // First music that fits; then any music by another artist; only then a song or an artist again.
     std::vector<Weighed> pool = byOthers(rested(related, recentTracks), lastArtist);
@@ -161,19 +161,19 @@ int adPosition(const Random &random)
 std::string traitText(Reason reason, const std::string &style, const std::string &mood, int tempo)
 {
     switch (reason) {
-    case Reason::artist:
+    case Reason::Artist:
         return "an artist whom this station began with";
-    case Reason::style:
+    case Reason::Style:
         return withArticle(asciiWord(style, "kindred") + " style");
-    case Reason::mood:
+    case Reason::Mood:
         return withArticle(asciiWord(mood, "kindred") + " mood");
-    case Reason::tempo:
+    case Reason::Tempo:
         return tempoWords(tempo);
-    case Reason::liked:
+    case Reason::Liked:
         return "a likeness to music that you gave a thumbs up";
-    case Reason::mix:
+    case Reason::Mix:
         return "a place in the mix of everything we have for you";
-    case Reason::change:
+    case Reason::Change:
         return "a change from the artist before";
     }
     return {};

@@ -10,7 +10,7 @@
 namespace velmora::server {
 
 // Why a track was chosen; explained to the listener in these words.
-enum class Reason { artist, style, mood, tempo, liked, mix, change };
+enum class Reason { Artist, Style, Mood, Tempo, Liked, Mix, Change };
 
 // What a station is about: the properties of the music it was made from, and of what got thumbs up there.
 struct Taste {

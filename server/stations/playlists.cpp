@@ -58,7 +58,7 @@ bool Playlists::hasOwnMusic(const Station &station)
     const std::vector<Candidate> candidates = candidatesFor(*db, station, taste);
     return std::any_of(candidates.begin(), candidates.end(), [&](const Candidate &candidate) {
         const std::vector<Reason> reasons = reasonsFor(taste, candidate);
-        return taste.isEmpty() || (!reasons.empty() && reasons.front() != Reason::mood);
+        return taste.isEmpty() || (!reasons.empty() && reasons.front() != Reason::Mood);
     });
 }
 
@@ -136,12 +136,12 @@ Taste Playlists::tasteOf(Database &db, const Station &station)
 
 void Playlists::addSeed(Database &db, Taste &taste, const Music &music)
 {
-    if (music.kind == MusicKind::style) {
+    if (music.kind == MusicKind::Style) {
         taste.styles.insert(music.target);
         return;
     }
-    const char *condition = music.kind == MusicKind::artist ? "artist_id" : "id";
-    if (music.kind == MusicKind::artist)
+    const char *condition = music.kind == MusicKind::Artist ? "artist_id" : "id";
+    if (music.kind == MusicKind::Artist)
         taste.artists.insert(std::stoll(music.target));
     Statement row = db.prepare(std::string("SELECT artist_id, style, mood, tempo FROM tracks WHERE ") + condition +
                                " = CAST(?1 AS INTEGER) LIMIT 50");

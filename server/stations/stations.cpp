@@ -68,7 +68,7 @@ std::vector<Station> Stations::list(AccountId account, Order order, bool isDesce
             stations.push_back(readStation(row));
     }
     const auto own = std::find_if(stations.begin(), stations.end(), [](const Station &s) { return !s.isTapestry; });
-    if (order == Order::byName)
+    if (order == Order::ByName)
         std::stable_sort(own, stations.end(),
                          [](const Station &a, const Station &b) { return foldedText(a.name) < foldedText(b.name); });
     if (isDescending)
@@ -142,7 +142,7 @@ void Stations::createStarters(AccountId account)
     // A list by date shows the newest first: made in reverse, they come in alphabetical order.
     Station station;
     for (auto style = styles.rbegin(); style != styles.rend(); ++style)
-        create(account, {MusicKind::style, *style}, &station);
+        create(account, {MusicKind::Style, *style}, &station);
     change.commit();
 }
 
@@ -152,16 +152,16 @@ StationResult Stations::create(AccountId account, const Music &music, Station *s
     Transaction change(*db);
     const std::optional<std::string> name = nameOf(music);
     if (!name)
-        return StationResult::noSuchMusic;
+        return StationResult::NoSuchMusic;
     if (const std::optional<Station> existing = withOnlySeed(account, music)) {
         *station = *existing;
-        return StationResult::done;
+        return StationResult::Done;
     }
     if (count(account) >= mostStations)
-        return StationResult::tooMany;
+        return StationResult::TooMany;
     *station = insert(account, *name, music, false);
     change.commit();
-    return StationResult::done;
+    return StationResult::Done;
 }
 
 StationResult Stations::createShared(AccountId account, const Music &music, const std::string &name, Station *station)
@@ -169,16 +169,16 @@ StationResult Stations::createShared(AccountId account, const Music &music, cons
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     if (!nameOf(music))
-        return StationResult::noSuchMusic;
+        return StationResult::NoSuchMusic;
     if (count(account) >= mostStations)
-        return StationResult::tooMany;
+        return StationResult::TooMany;
     const Station made = insert(account, name, music, false);
     db->run(
         "UPDATE stations SET is_shared = 1, allow_rename = 0, allow_add_music = 0, allow_feedback = 0 WHERE id = ?1",
         made.id);
     change.commit();
     *station = *find(made.id);
-    return StationResult::done;
+    return StationResult::Done;
 }
 
 StationResult Stations::rename(AccountId account, const std::string &token, const std::string &name, Station *station)
@@ -186,12 +186,12 @@ StationResult Stations::rename(AccountId account, const std::string &token, cons
     const Store::Lock db = m_store.lock();
     const std::optional<Station> found = find(account, token);
     if (!found)
-        return StationResult::noSuchStation;
+        return StationResult::NoSuchStation;
     if (!found->allowRename)
-        return StationResult::notAllowed;
+        return StationResult::NotAllowed;
     db->run("UPDATE stations SET name = ?2 WHERE id = ?1", found->id, name);
     *station = *find(found->id);
-    return StationResult::done;
+    return StationResult::Done;
 }
 
 StationResult Stations::remove(AccountId account, const std::string &token)
@@ -199,11 +199,11 @@ StationResult Stations::remove(AccountId account, const std::string &token)
     const Store::Lock db = m_store.lock();
     const std::optional<Station> found = find(account, token);
     if (!found)
-        return StationResult::noSuchStation;
+        return StationResult::NoSuchStation;
     if (!found->allowDelete)
-        return StationResult::notAllowed;
+        return StationResult::NotAllowed;
     db->run("DELETE FROM stations WHERE id = ?1", found->id);
-    return StationResult::done;
+    return StationResult::Done;
 }
 
 StationResult Stations::addMusic(AccountId account, const std::string &token, const Music &music)
@@ -211,14 +211,14 @@ StationResult Stations::addMusic(AccountId account, const std::string &token, co
     const Store::Lock db = m_store.lock();
     const std::optional<Station> found = find(account, token);
     if (!found)
-        return StationResult::noSuchStation;
+        return StationResult::NoSuchStation;
     if (!found->allowAddMusic)
-        return StationResult::notAllowed;
-    if (music.kind == MusicKind::album || !nameOf(music))
-        return StationResult::noSuchMusic;
+        return StationResult::NotAllowed;
+    if (music.kind == MusicKind::Album || !nameOf(music))
+        return StationResult::NoSuchMusic;
     db->run("INSERT OR IGNORE INTO seeds (station_id, kind, target) VALUES (?1, ?2, ?3)", found->id,
             musicKindName(music.kind), music.target);
-    return StationResult::done;
+    return StationResult::Done;
 }
 
 StationResult Stations::makeOwn(AccountId account, const std::string &token, Station *station)
@@ -226,14 +226,14 @@ StationResult Stations::makeOwn(AccountId account, const std::string &token, Sta
     const Store::Lock db = m_store.lock();
     const std::optional<Station> found = find(account, token);
     if (!found)
-        return StationResult::noSuchStation;
+        return StationResult::NoSuchStation;
     if (!found->isShared)
-        return StationResult::notAllowed;
+        return StationResult::NotAllowed;
     db->run(
         "UPDATE stations SET is_shared = 0, allow_rename = 1, allow_add_music = 1, allow_feedback = 1 WHERE id = ?1",
         found->id);
     *station = *find(found->id);
-    return StationResult::done;
+    return StationResult::Done;
 }
 
 std::vector<Music> Stations::seeds(int64_t stationId)
@@ -244,9 +244,9 @@ std::vector<Music> Stations::seeds(int64_t stationId)
     row.with(stationId);
     while (row.step()) {
         const std::string kind = row.text(0);
-        seeds.push_back({kind == "artist"  ? MusicKind::artist
-                         : kind == "track" ? MusicKind::track
-                                           : MusicKind::style,
+        seeds.push_back({kind == "artist"  ? MusicKind::Artist
+                         : kind == "track" ? MusicKind::Track
+                                           : MusicKind::Style,
                          row.text(1)});
     }
     return seeds;
@@ -254,9 +254,9 @@ std::vector<Music> Stations::seeds(int64_t stationId)
 
 std::optional<std::string> Stations::pictureId(const Music &music)
 {
-    if (music.kind == MusicKind::style)
+    if (music.kind == MusicKind::Style)
         return m_catalogue.pictureOfStyle(music.target);
-    if (music.kind == MusicKind::artist)
+    if (music.kind == MusicKind::Artist)
         return m_catalogue.pictureOfArtist(idOf(music.target));
     const std::optional<Track> track = m_catalogue.track(idOf(music.target));
     return track && !track->pictureFile.empty() ? std::optional(track->publicId) : std::nullopt;
@@ -275,18 +275,18 @@ std::optional<std::string> Stations::nameOf(const Music &music)
 {
     std::string name;
     switch (music.kind) {
-    case MusicKind::artist:
+    case MusicKind::Artist:
         name = m_catalogue.artistName(idOf(music.target));
         break;
-    case MusicKind::track:
+    case MusicKind::Track:
         if (const std::optional<Track> track = m_catalogue.track(idOf(music.target)))
             name = track->song;
         break;
-    case MusicKind::style:
+    case MusicKind::Style:
         if (m_catalogue.hasStyle(music.target))
             name = capitalised(music.target);
         break;
-    case MusicKind::album:
+    case MusicKind::Album:
         break;
     }
     return name.empty() ? std::nullopt : std::optional(name);

@@ -23,7 +23,7 @@ struct Station {
     int listsIssued = 0;
 };
 
-enum class StationResult { done, tooMany, noSuchStation, noSuchMusic, notAllowed };
+enum class StationResult { Done, TooMany, NoSuchStation, NoSuchMusic, NotAllowed };
 
 // The listeners' stations. Every look-up names the account; another account's station does not exist. Any thread.
 class Stations {
@@ -34,9 +34,9 @@ public:
 
     Stations(Store &store, Catalogue &catalogue, Clock clock);
 
-    enum class Order { byDate, byName };
+    enum class Order { ByDate, ByName };
     // The Tapestry station first, the others as asked for.
-    std::vector<Station> list(AccountId account, Order order = Order::byDate, bool isDescending = true);
+    std::vector<Station> list(AccountId account, Order order = Order::ByDate, bool isDescending = true);
     std::optional<Station> find(AccountId account, const std::string &token);
     std::optional<Station> find(int64_t id);
     int count(AccountId account);

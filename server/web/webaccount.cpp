@@ -120,11 +120,11 @@ void WebPages::takePassword(Visit &visit)
     }
     Account checked;
     if (m_service.accounts.login(account->userName, visit.value("password"), visit.request.remote_addr, &checked) !=
-        LoginResult::done) {
+        LoginResult::Done) {
         devicesPage(visit, "The password is not right.", 422);
         return;
     }
-    if (m_service.accounts.changePassword(account->id, visit.value("new")) != CreateResult::done) {
+    if (m_service.accounts.changePassword(account->id, visit.value("new")) != CreateResult::Done) {
         devicesPage(visit, "The new password needs at least eight characters.", 422);
         return;
     }

@@ -102,15 +102,15 @@ void WebPages::takeAccount(Visit &visit)
             return;
         }
         switch (m_service.createAccount(userName, visit.value("password"), {}, &id)) {
-        case CreateResult::done:
+        case CreateResult::Done:
             break;
-        case CreateResult::badUserName:
+        case CreateResult::BadUserName:
             problem = "This is not an e-mail address.";
             break;
-        case CreateResult::badPassword:
+        case CreateResult::BadPassword:
             problem = "The password needs at least eight characters.";
             break;
-        case CreateResult::taken:
+        case CreateResult::Taken:
             problem = "There is an account with this address. Sign in with its password, or have a new one sent.";
             break;
         }

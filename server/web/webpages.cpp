@@ -114,16 +114,16 @@ bool WebPages::checkLogin(Visit &visit, AccountId *id, std::string *problem)
     Account account;
     switch (
         m_service.accounts.login(visit.value("email"), visit.value("password"), visit.request.remote_addr, &account)) {
-    case LoginResult::done:
+    case LoginResult::Done:
         *id = account.id;
         return true;
-    case LoginResult::wrong:
+    case LoginResult::Wrong:
         *problem = "The e-mail address or the password is not right.";
         break;
-    case LoginResult::inactive:
+    case LoginResult::Inactive:
         *problem = "This account is no longer active.";
         break;
-    case LoginResult::tooMany:
+    case LoginResult::TooMany:
         *problem = "Too many tries. Please wait a little.";
         break;
     }

@@ -80,7 +80,7 @@ void WebPages::takeReset(Visit &visit)
         return;
     }
     const auto account = m_service.accounts.redeemReset(token, passwordPurpose);
-    if (!account || m_service.accounts.changePassword(*account, visit.value("new")) != CreateResult::done) {
+    if (!account || m_service.accounts.changePassword(*account, visit.value("new")) != CreateResult::Done) {
         show(visit, "Too late", gone(), 410);
         return;
     }

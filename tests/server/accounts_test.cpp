@@ -32,17 +32,17 @@ TEST_F(AccountsTest, UserNamesAndPasswordsAreCheckedBeforeAnAccountIsMade)
         CreateResult result;
     };
     const Case cases[] = {
-        {miraName, "12345678", CreateResult::done},
-        {"MIRA@example.org", "12345678", CreateResult::taken},
-        {"mira", "12345678", CreateResult::badUserName},
-        {"@example.org", "12345678", CreateResult::badUserName},
-        {"mira@", "12345678", CreateResult::badUserName},
-        {"a@b@c", "12345678", CreateResult::badUserName},
-        {"mi ra@example.org", "12345678", CreateResult::badUserName},
-        {"mira@example.org\nBcc: x@y", "12345678", CreateResult::badUserName},
-        {std::string(250, 'a') + "@example.org", "12345678", CreateResult::badUserName},
-        {"tomas@example.org", "1234567", CreateResult::badPassword},
-        {"tomas@example.org", std::string(1025, 'x'), CreateResult::badPassword},
+        {miraName, "12345678", CreateResult::Done},
+        {"MIRA@example.org", "12345678", CreateResult::Taken},
+        {"mira", "12345678", CreateResult::BadUserName},
+        {"@example.org", "12345678", CreateResult::BadUserName},
+        {"mira@", "12345678", CreateResult::BadUserName},
+        {"a@b@c", "12345678", CreateResult::BadUserName},
+        {"mi ra@example.org", "12345678", CreateResult::BadUserName},
+        {"mira@example.org\nBcc: x@y", "12345678", CreateResult::BadUserName},
+        {std::string(250, 'a') + "@example.org", "12345678", CreateResult::BadUserName},
+        {"tomas@example.org", "1234567", CreateResult::BadPassword},
+        {"tomas@example.org", std::string(1025, 'x'), CreateResult::BadPassword},
     };
     for (const Case &c : cases) {
         AccountId id = 0;
@@ -60,7 +60,7 @@ TEST_F(AccountsTest, AnUnknownAccountTakesTheTimeOfAKnownOne)
     const auto timeOf = [&](const std::string &userName, int number) {
         Account account;
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(accounts.login(userName, "wrong password", std::to_string(number), &account), LoginResult::wrong);
+        EXPECT_EQ(accounts.login(userName, "wrong password", std::to_string(number), &account), LoginResult::Wrong);
         return std::chrono::steady_clock::now() - start;
     };
     std::vector<std::chrono::nanoseconds> known;
@@ -301,14 +301,14 @@ TEST_F(AccountsTest, ANewPasswordEndsEverySessionButTheOneThatChangedIt)
     const std::string kept = m_service->sessions.openUser(mira, m_keyHash);
     const std::string other = m_service->sessions.openUser(mira, m_keyHash);
     const std::string reset = m_service->accounts.issueReset(mira, passwordPurpose, 100);
-    EXPECT_EQ(m_service->accounts.changePassword(mira, "short"), CreateResult::badPassword);
-    EXPECT_EQ(m_service->accounts.changePassword(mira, "nine brown kites", tokenHash(kept)), CreateResult::done);
+    EXPECT_EQ(m_service->accounts.changePassword(mira, "short"), CreateResult::BadPassword);
+    EXPECT_EQ(m_service->accounts.changePassword(mira, "nine brown kites", tokenHash(kept)), CreateResult::Done);
     EXPECT_TRUE(m_service->sessions.find(kept));
     EXPECT_FALSE(m_service->sessions.find(other));
     EXPECT_FALSE(m_service->accounts.peekReset(reset, passwordPurpose));
     Account account;
-    EXPECT_EQ(m_service->accounts.login(miraName, password, "x", &account), LoginResult::wrong);
-    EXPECT_EQ(m_service->accounts.login(miraName, "nine brown kites", "x", &account), LoginResult::done);
+    EXPECT_EQ(m_service->accounts.login(miraName, password, "x", &account), LoginResult::Wrong);
+    EXPECT_EQ(m_service->accounts.login(miraName, "nine brown kites", "x", &account), LoginResult::Done);
 }
 
 } // namespace

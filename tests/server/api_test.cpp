@@ -87,12 +87,12 @@ TEST_F(ApiTest, EveryFunctionWantsItsOwnKindOfToken)
     const std::string user = newListener();
     const std::string partner = addDevice().partnerToken;
     for (const Route &route : routes()) {
-        if (route.access == Access::nobody)
+        if (route.access == Access::Nobody)
             continue;
         for (const std::string &token : {std::string(), std::string("made up"), randomToken()})
             EXPECT_EQ(call(route.name, json::object(), token).code, 5097) << route.name;
-        EXPECT_EQ(call(route.name, json::object(), user).code == 5097, route.access == Access::partner) << route.name;
-        EXPECT_EQ(call(route.name, json::object(), partner).code == 5097, route.access == Access::user) << route.name;
+        EXPECT_EQ(call(route.name, json::object(), user).code == 5097, route.access == Access::Partner) << route.name;
+        EXPECT_EQ(call(route.name, json::object(), partner).code == 5097, route.access == Access::User) << route.name;
     }
     const Answer noScheme = m_dispatcher->answer({"v1", "getStationList", "{}", user, "", ""});
     EXPECT_EQ(static_cast<int>(noScheme.code), 5097);
@@ -236,15 +236,15 @@ TEST_F(ApiTest, TheHundredAndFirstStationIsRefused)
     }
     m_service->catalogue.put(many);
     int made = 1; // Tapestry
-    StationResult result = StationResult::done;
-    for (size_t i = 0; i < many.size() && result == StationResult::done; ++i) {
+    StationResult result = StationResult::Done;
+    for (size_t i = 0; i < many.size() && result == StationResult::Done; ++i) {
         Station station;
         const int64_t id = m_service->catalogue.track(many[i].publicId)->id;
-        result = m_service->stations.create(mira, {MusicKind::track, std::to_string(id)}, &station);
-        made += result == StationResult::done;
+        result = m_service->stations.create(mira, {MusicKind::Track, std::to_string(id)}, &station);
+        made += result == StationResult::Done;
     }
     EXPECT_EQ(made, 100);
-    EXPECT_EQ(result, StationResult::tooMany);
+    EXPECT_EQ(result, StationResult::TooMany);
     const json found = data("search", {{"text", "M99"}}, user).at("artists").at(0);
     EXPECT_EQ(call("createStation", {{"musicToken", found.at("musicToken")}}, user).code, 5101);
     EXPECT_EQ(data("getUserInfo", json::object(), user).at("stationCount"), 100);
@@ -255,8 +255,8 @@ TEST_F(ApiTest, ASharedStationTakesNoFeedbackUntilItIsTheListenersOwn)
     const std::string user = newListener();
     const AccountId mira = idOf();
     Station shared;
-    ASSERT_EQ(m_service->stations.createShared(mira, {MusicKind::style, "rock"}, "Next door", &shared),
-              StationResult::done);
+    ASSERT_EQ(m_service->stations.createShared(mira, {MusicKind::Style, "rock"}, "Next door", &shared),
+              StationResult::Done);
     const json track = firstTrack(user, shared.token);
     EXPECT_EQ(track.at("allowFeedback"), false);
     const json thumb = {{"isPositive", true}, {"trackToken", track.at("trackToken")}};

@@ -77,7 +77,7 @@ json ExamplesTest::request(const std::string &function, json parameters, const s
     if (function == "transformSharedStation") {
         const AccountId mira = idOf();
         Station shared;
-        m_service->stations.createShared(mira, {MusicKind::style, "rock"}, "Harbour Lights", &shared);
+        m_service->stations.createShared(mira, {MusicKind::Style, "rock"}, "Harbour Lights", &shared);
         parameters["stationToken"] = shared.token;
     }
     const json track = firstTrack(user, station);

@@ -43,7 +43,7 @@ protected:
 TEST_F(MediaTest, AFileComesWholeWithItsLengthTypeAndTag)
 {
     listen();
-    const auto answer = get(path(MediaKind::audio, "folk-00.flac"));
+    const auto answer = get(path(MediaKind::Audio, "folk-00.flac"));
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->status, 200);
     EXPECT_EQ(answer->body, content("folk-00.flac"));
@@ -52,8 +52,8 @@ TEST_F(MediaTest, AFileComesWholeWithItsLengthTypeAndTag)
     EXPECT_EQ(answer->get_header_value("Accept-Ranges"), "bytes");
     const std::string tag = answer->get_header_value("ETag");
     EXPECT_FALSE(tag.empty());
-    EXPECT_EQ(get(path(MediaKind::audio, "folk-00.flac"), {{"If-None-Match", tag}})->status, 304);
-    EXPECT_EQ(get(path(MediaKind::picture, "ad-1.png"))->get_header_value("Content-Type"), "image/png");
+    EXPECT_EQ(get(path(MediaKind::Audio, "folk-00.flac"), {{"If-None-Match", tag}})->status, 304);
+    EXPECT_EQ(get(path(MediaKind::Picture, "ad-1.png"))->get_header_value("Content-Type"), "image/png");
 }
 
 TEST_F(MediaTest, RangesAreServedByteForByte)
@@ -74,7 +74,7 @@ TEST_F(MediaTest, RangesAreServedByteForByte)
         {"bytes=0-1,5-6", 200, 0, whole.size()},
     };
     for (const auto &[range, status, first, count] : cases) {
-        const auto answer = get(path(MediaKind::audio, "folk-00.flac"), {{"Range", range}});
+        const auto answer = get(path(MediaKind::Audio, "folk-00.flac"), {{"Range", range}});
         ASSERT_TRUE(answer) << range;
         EXPECT_EQ(answer->status, status) << range;
         EXPECT_EQ(answer->body, status == 416 ? "" : whole.substr(first, count)) << range;
@@ -88,7 +88,7 @@ TEST_F(MediaTest, ARangeOfAFileThatHasChangedGivesTheNewFile)
 {
     listen();
     const httplib::Headers headers = {{"Range", "bytes=5-"}, {"If-Range", "\"an older tag\""}};
-    const auto answer = get(path(MediaKind::audio, "folk-00.flac"), headers);
+    const auto answer = get(path(MediaKind::Audio, "folk-00.flac"), headers);
     EXPECT_EQ(answer->status, 200);
     EXPECT_EQ(answer->body, content("folk-00.flac"));
 }
@@ -98,14 +98,14 @@ TEST(RangeTest, OddHeadersGiveTheWholeFile)
     for (const char *header : {"", "bytes", "bytes=", "bytes=-", "bytes=a-b", "bytes=9-5", "bytes=1--2", "lines=1-2",
                                "bytes= 1-2", "bytes=99999999999999999999-"}) {
         ByteRange range;
-        EXPECT_EQ(parseRange(header, 100, &range), RangeResult::whole) << header;
+        EXPECT_EQ(parseRange(header, 100, &range), RangeResult::Whole) << header;
     }
 }
 
 TEST_F(MediaTest, OnlySignedAddressesInTheirTimeAreServed)
 {
     listen();
-    const std::string good = path(MediaKind::audio, "folk-00.flac");
+    const std::string good = path(MediaKind::Audio, "folk-00.flac");
     const auto status = [&](const std::string &address) { return get(address)->status; };
     const auto replaced = [&](const std::string &from, const std::string &to) {
         std::string text = good;
@@ -119,7 +119,7 @@ TEST_F(MediaTest, OnlySignedAddressesInTheirTimeAreServed)
     EXPECT_EQ(status("/media/audio/folk-00.flac"), 403);
     EXPECT_EQ(status(good.substr(0, good.size() - 1)), 403);
     EXPECT_EQ(status("/media/video/folk-00.flac"), 404);
-    EXPECT_EQ(status(path(MediaKind::audio, "nothing.flac")), 404);
+    EXPECT_EQ(status(path(MediaKind::Audio, "nothing.flac")), 404);
     std::filesystem::remove(m_directory.path() / "media" / "folk-00.flac");
     EXPECT_EQ(status(good), 404);
     *m_now += MediaAddresses::lifeSeconds - 1;
@@ -133,7 +133,7 @@ TEST_F(MediaTest, NothingOutsideTheCatalogueIsReachedEvenWithASignature)
     listen();
     for (const char *file :
          {"..", "../data/velmora.db", "%2e%2e%2fdata%2fvelmora.db", "velmora.db", ".flac", "folk-00%00.flac"})
-        EXPECT_EQ(get(path(MediaKind::audio, file))->status / 100, 4) << file;
+        EXPECT_EQ(get(path(MediaKind::Audio, file))->status / 100, 4) << file;
     for (const char *file : {"../x.flac", "a/b.flac", "a b.flac", "a%00.flac", "\xc3\xa4.flac", ".flac", "flac"})
         EXPECT_FALSE(publicIdOf(file)) << file;
     EXPECT_EQ(publicIdOf("track-1_b.flac"), "track-1_b");
@@ -193,7 +193,7 @@ TEST_F(MediaTest, AThrottledStreamTakesItsTime)
     settings.throttleBytesPerSecond = 50'000;
     listen(settings);
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(get(path(MediaKind::audio, "folk-00.flac"))->body.size(), 50'000u);
+    EXPECT_EQ(get(path(MediaKind::Audio, "folk-00.flac"))->body.size(), 50'000u);
     EXPECT_GE(std::chrono::steady_clock::now() - start, 850ms);
 }
 
@@ -208,7 +208,7 @@ TEST_F(MediaTest, StoppingEndsAStreamThatNobodyReadsAndIdleConnections)
     std::promise<void> mayGoOn;
     std::thread listener([&] {
         bool isFirst = true;
-        client().Get(path(MediaKind::audio, "folk-00.flac").c_str(), [&](const char *, size_t) {
+        client().Get(path(MediaKind::Audio, "folk-00.flac").c_str(), [&](const char *, size_t) {
             if (std::exchange(isFirst, false)) {
                 begun.set_value();
                 mayGoOn.get_future().wait(); // as a paused radio does

@@ -79,7 +79,7 @@ TEST(ChoiceTest, HalfOfWhatFitsPassesBeforeATrackComesBack)
             EXPECT_NE(choice.artistId, lastArtist) << i;
             lastArtist = choice.artistId;
             recent.push_back(choice.trackId);
-            if (choice.reasons == std::vector{Reason::change})
+            if (choice.reasons == std::vector{Reason::Change})
                 continue;
             const auto from = fitting.end() - std::min<ptrdiff_t>(half, std::ssize(fitting));
             EXPECT_EQ(std::find(from, fitting.end(), choice.trackId), fitting.end()) << i;
@@ -93,11 +93,11 @@ TEST(ChoiceTest, ReasonsAreWhatTheTrackSharesWithTheTaste)
 {
     const Taste taste{{3}, {"folk"}, {"calm"}, {90}, {}, {4}, {}};
     const std::pair<Candidate, std::vector<Reason>> cases[] = {
-        {{1, 3, "folk", "calm", 92}, {Reason::artist, Reason::style, Reason::mood, Reason::tempo}},
-        {{2, 1, "folk", "bright", 150}, {Reason::style}},
-        {{3, 4, "rock", "bright", 150}, {Reason::liked}},
+        {{1, 3, "folk", "calm", 92}, {Reason::Artist, Reason::Style, Reason::Mood, Reason::Tempo}},
+        {{2, 1, "folk", "bright", 150}, {Reason::Style}},
+        {{3, 4, "rock", "bright", 150}, {Reason::Liked}},
         {{4, 9, "rock", "bright", 90}, {}},
-        {{5, 9, "rock", "calm", 0}, {Reason::mood}},
+        {{5, 9, "rock", "calm", 0}, {Reason::Mood}},
     };
     for (const auto &[candidate, reasons] : cases)
         EXPECT_EQ(reasonsFor(taste, candidate), reasons) << candidate.trackId;
@@ -106,15 +106,15 @@ TEST(ChoiceTest, ReasonsAreWhatTheTrackSharesWithTheTaste)
 TEST(ChoiceTest, TraitsAreAsciiAndEveryReasonIsKeptByItsId)
 {
     for (const Reason reason :
-         {Reason::artist, Reason::style, Reason::mood, Reason::tempo, Reason::liked, Reason::mix, Reason::change}) {
+         {Reason::Artist, Reason::Style, Reason::Mood, Reason::Tempo, Reason::Liked, Reason::Mix, Reason::Change}) {
         const std::string text = traitText(reason, "Électro", "süß", 72);
         EXPECT_FALSE(text.empty());
         EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](unsigned char c) { return c >= ' ' && c < 0x7f; }))
             << text;
         EXPECT_EQ(reasonOf(traitId(reason)), reason);
     }
-    EXPECT_EQ(traitText(Reason::style, "Électro", "", 0), "an electro style");
-    EXPECT_EQ(traitText(Reason::mood, "", "明るい", 0), "a kindred mood");
+    EXPECT_EQ(traitText(Reason::Style, "Électro", "", 0), "an electro style");
+    EXPECT_EQ(traitText(Reason::Mood, "", "明るい", 0), "a kindred mood");
 }
 
 class PlaylistTest : public ServerTest {

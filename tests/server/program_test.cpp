@@ -255,7 +255,7 @@ TEST_F(ProgramTest, TheDemoAccountIsMadeOnceOnly)
     const size_t end = first.find('\n');
     EXPECT_EQ(
         service.accounts.login(first.substr(0, end), first.substr(end + 1, first.size() - end - 2), "x", &account),
-        LoginResult::done);
+        LoginResult::Done);
 }
 
 } // namespace

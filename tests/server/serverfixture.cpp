@@ -96,7 +96,7 @@ json ServerTest::data(const std::string &function, const json &parameters, const
 AccountId ServerTest::addAccount(const std::string &userName)
 {
     AccountId id = 0;
-    EXPECT_EQ(m_service->createAccount(userName, password, {}, &id), CreateResult::done);
+    EXPECT_EQ(m_service->createAccount(userName, password, {}, &id), CreateResult::Done);
     for (const Station &station : m_service->stations.list(id)) {
         if (!station.isTapestry)
             m_service->stations.remove(id, station.token);
