@@ -1,8 +1,8 @@
 // velmora-server: the station service as a program.
 
 #include "server/api/apiserver.h"
-#include "server/catalogue/demolibrary.h"
 #include "server/demoaccount.h"
+#include "server/demolibrary.h"
 #include "server/serveroptions.h"
 #include "server/web/mailbox.h"
 #include "server/web/webpages.h"
@@ -51,13 +51,11 @@ bool dieWithParent(pid_t parent)
     return ::prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && ::getppid() == parent;
 }
 
-// Ends without waiting for the track that is being made: that takes seconds and cannot be interrupted. It leaves only
-// whole files behind, and the lock sees to it that no change of the database is cut in two.
-[[noreturn]] void leave(StationService &service, int exitCode)
+// The program that makes the demo catalogue lies beside this one.
+std::filesystem::path demoProgram()
 {
-    [[maybe_unused]] const Store::Lock held = service.store.lock();
-    std::fflush(nullptr);
-    std::_Exit(exitCode);
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "velmora-demomusic";
 }
 
 int run(const ServerOptions &options)
@@ -68,10 +66,8 @@ int run(const ServerOptions &options)
     StationService service(settings);
     service.isUnderMaintenance = options.isUnderMaintenance;
 
-    DemoLibrary demo(service.catalogue,
-                     {velmora::demo::tracksInTurn(options.demoTracksOfStyle), velmora::demo::ads(),
-                      velmora::demo::renderTrack, velmora::demo::renderAd, velmora::demo::renderPicture},
-                     service.dataDirectory() / "demo", say);
+    DemoLibrary demo(service.catalogue, {demoProgram(), service.dataDirectory() / "demo", options.demoTracksOfStyle},
+                     say);
     if (options.hasDemo) {
         demo.start();
         ensureDemoAccount(service);
@@ -101,7 +97,7 @@ int run(const ServerOptions &options)
         server.start();
     } catch (const std::exception &error) {
         std::fprintf(stderr, "velmora-server: %s\n", error.what());
-        leave(service, exitFailure);
+        return exitFailure;
     }
     say("velmora-server listening on " + server.url());
     if (options.smtp.empty())
@@ -110,10 +106,6 @@ int run(const ServerOptions &options)
         say("demo account: " + demoAccountFile(service).string());
     waitForEnd();
     server.stop();
-    mailbox.stop(); // leave() would lose what waits
-
-    if (!demo.stop(std::chrono::milliseconds(500)))
-        leave(service, 0);
     return 0;
 }
 

@@ -285,13 +285,14 @@ void Catalogue::noteChange()
 void Catalogue::want(const std::set<std::string> &styles)
 {
     const std::lock_guard guard(m_mutex);
-    m_wanted = styles;
+    if (m_tellWanted)
+        m_tellWanted(styles);
 }
 
-bool Catalogue::isWanted(const std::string &style)
+void Catalogue::whenWanted(std::function<void(const std::set<std::string> &)> tell)
 {
     const std::lock_guard guard(m_mutex);
-    return m_wanted.contains(style);
+    m_tellWanted = std::move(tell);
 }
 
 bool Catalogue::waitUntil(const std::function<bool()> &isEnough, std::chrono::milliseconds longest)

@@ -95,7 +95,8 @@ public:
 
     // Somebody waits for music of these styles: who makes files makes theirs first.
     void want(const std::set<std::string> &styles);
-    bool isWanted(const std::string &style);
+    // Who makes files is told here of every want(), on the thread of that call. Empty: nobody.
+    void whenWanted(std::function<void(const std::set<std::string> &)> tell);
     // Waits while tracks become playable until it is enough, or the time is over; false then.
     bool waitUntil(const std::function<bool()> &isEnough, std::chrono::milliseconds longest);
 
@@ -104,8 +105,8 @@ private:
     std::optional<Ad> adWhere(const char *condition, const std::string &value);
 
     Store &m_store;
-    std::mutex m_mutex; // guards the two sets
-    std::set<std::string> m_wanted;
+    std::mutex m_mutex; // guards the next two
+    std::function<void(const std::set<std::string> &)> m_tellWanted;
     std::set<std::string> m_growing; // sources
     std::atomic<uint64_t> m_revision{0};
     std::condition_variable m_becamePlayable;

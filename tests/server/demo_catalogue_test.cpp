@@ -1,8 +1,8 @@
 // The catalogue's table and its files.
 
-#include "server/demo/atomicfile.h"
-#include "server/demo/democatalogue.h"
-#include "server/demo/flacfile.h"
+#include "demomusic/atomicfile.h"
+#include "demomusic/demofolder.h"
+#include "demomusic/flacfile.h"
 #include "temporarydirectory.h"
 
 #include <algorithm>
@@ -150,6 +150,28 @@ TEST(catalogue, hasSixStylesOfFourArtistsWithFourTracksEachAndTheyTakeTurns)
     EXPECT_EQ(tracksInTurn(1000).size(), tracks().size());
 }
 
+TEST(catalogue, aTrackOfEveryStyleIsMadeFirstAWantedOneBeforeAllThenAdsThenTheRest)
+{
+    const auto order = [](const char *wanted, const char *made) {
+        std::vector<DemoTrack> tracks;
+        for (const char *id : {"a1", "b1", "c1", "a2", "b2", "a3"}) {
+            tracks.emplace_back().id = id;
+            tracks.back().style = id[0];
+        }
+        MakingOrder making(tracks, [&](const DemoTrack &track) { return track.id == made; });
+        making.want({wanted});
+        std::string result;
+        while (const auto job = making.next()) {
+            const auto *next = std::get_if<MakingOrder::Track>(&*job);
+            result += (next ? next->track.id + (next->isUrgent ? "!" : "") : "ads") + " ";
+        }
+        return result;
+    };
+    EXPECT_EQ(order("", ""), "a1! b1! c1! ads a2 b2 a3 ");
+    EXPECT_EQ(order("c", ""), "c1! a1! b1! ads a2 b2 a3 ");
+    EXPECT_EQ(order("a", "a2"), "b1! c1! ads a1 b2 a3 ") << "a style that has something is not urgent";
+}
+
 TEST(catalogue, idsLengthsYearsTemposAndNamesAreInTheirBounds)
 {
     std::set<std::string> ids;
@@ -245,6 +267,34 @@ TEST(files, picturesAreSquareAndShownByAllTracksOfAnAlbum)
         EXPECT_EQ(albums.try_emplace(track.album, picture).first->second, picture) << track.id;
     }
     EXPECT_EQ(different.size(), albums.size() + ads().size()) << "albums and advertisements have pictures of their own";
+}
+
+TEST(files, aFolderIsDescribedCompletedAndClearedOfWhatAnInterruptedRunLeft)
+{
+    TemporaryDirectory directory;
+    const fs::path root = directory / "demo";
+    const std::vector<DemoTrack> two = {tracks().front(), tracksInTurn(1).back()};
+    DemoFolder folder(root, two);
+    ASSERT_TRUE(folder.prepare());
+    const fs::path made = folder.fileOf(two[0]), missing = folder.fileOf(two[1]);
+    std::ofstream(root / made) << "there";
+    std::ofstream(root / (made.string() + ".Xy12Zq")) << "unfinished";
+    for (const DemoAd &ad : ads())
+        std::ofstream(root / "ads" / (ad.id + ".flac")) << "there";
+    ASSERT_TRUE(folder.prepare());
+    EXPECT_FALSE(fs::exists(root / (made.string() + ".Xy12Zq")));
+    EXPECT_NE(bytes(root / "catalogue.json").find("\"file\": \"" + missing.string() + "\""), std::string::npos);
+    MakingOrder order(two, [&](const DemoTrack &track) { return folder.has(folder.fileOf(track)); });
+    std::vector<fs::path> reported;
+    folder.make(order, [&](const fs::path &file, bool isMade) {
+        EXPECT_TRUE(isMade);
+        reported.push_back(file);
+    });
+    EXPECT_EQ(reported, std::vector{missing});
+    EXPECT_EQ(bytes(root / made), "there");
+    EXPECT_EQ(bytes(root / missing).substr(0, 4), "fLaC");
+    EXPECT_EQ(bytes((root / missing).parent_path() / "cover.png").substr(1, 3), "PNG");
+    EXPECT_TRUE(missing.string().starts_with("music/" + two[1].artist + "/" + two[1].album + "/01 "));
 }
 
 TEST(files, whatCannotBeMadeIsRefusedAndLeavesNothingBehind)

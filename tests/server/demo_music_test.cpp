@@ -1,14 +1,14 @@
 // The synthesiser: voices in tune and without clicks, every piece as its players play it.
 
-#include "server/demo/arrangement.h"
-#include "server/demo/cataloguetable.h"
-#include "server/demo/drums.h"
-#include "server/demo/electricguitar.h"
-#include "server/demo/keys.h"
-#include "server/demo/mixer.h"
-#include "server/demo/strings.h"
-#include "server/demo/synths.h"
-#include "server/demo/winds.h"
+#include "demomusic/arrangement.h"
+#include "demomusic/cataloguetable.h"
+#include "demomusic/drums.h"
+#include "demomusic/electricguitar.h"
+#include "demomusic/keys.h"
+#include "demomusic/mixer.h"
+#include "demomusic/strings.h"
+#include "demomusic/synths.h"
+#include "demomusic/winds.h"
 
 #include <algorithm>
 #include <cmath>

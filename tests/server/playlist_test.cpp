@@ -2,7 +2,7 @@
 
 #include "serverfixture.h"
 
-#include "server/catalogue/demolibrary.h"
+#include "server/demolibrary.h"
 
 #include <fstream>
 #include <map>
@@ -278,84 +278,99 @@ TEST_F(PlaylistTest, AStationOfWhichNothingIsLeftSaysSo)
     EXPECT_EQ(call("getPlaylist", {{"stationToken", station}}, user).code, 5002);
 }
 
+// The service's side of the demo catalogue, with a script in place of the program that makes the music.
 class DemoLibraryTest : public ServerTest {
 protected:
-    DemoSource source()
+    // A folder with its description: a track of style "a" whose file is there, one of style "b", and an ad.
+    DemoLibraryTest()
     {
-        DemoSource source;
-        for (const char *style : {"a", "a", "a", "b", "b", "c"}) {
-            const std::string id = std::string(style) + std::to_string(source.tracks.size());
-            source.tracks.push_back({id, "Song " + id, "Artist " + id, "Album", style, "calm", 2001, 90, 60});
-        }
-        source.ads.push_back({"an-ad", "Title", "Line", 8});
-        const auto write = [this](const std::string &id, const std::filesystem::path &file) {
-            const std::lock_guard guard(m_mutex);
-            m_made.push_back(id);
-            std::ofstream(file) << std::string(6000, 'x');
-            return id != m_broken;
-        };
-        source.renderTrack = [write](const demo::DemoTrack &track, const std::filesystem::path &file) {
-            return write(track.id, file);
-        };
-        source.renderAd = [write](const demo::DemoAd &ad, const std::filesystem::path &file) {
-            return write(ad.id, file);
-        };
-        source.renderPicture = [](const std::string &, const std::filesystem::path &file) {
-            std::ofstream(file) << "picture";
-            return true;
-        };
-        return source;
+        json tracks = json::array();
+        for (const std::string style : {"a", "b"})
+            tracks.push_back({{"id", style + "-1"},
+                              {"file", "music/" + style + ".flac"},
+                              {"picture", "cover.png"},
+                              {"song", "Song " + style},
+                              {"artist", "Artist"},
+                              {"album", "Album"},
+                              {"style", style},
+                              {"mood", "calm"},
+                              {"year", 2001},
+                              {"tempo", 90},
+                              {"durationSeconds", 60}});
+        const json ad = {{"id", "an-ad"},    {"file", "ad.flac"}, {"picture", "ad.png"},
+                         {"title", "Title"}, {"line2", "Line"},   {"durationSeconds", 8}};
+        std::filesystem::create_directories(m_folder / "music");
+        write("catalogue.json", json{{"tracks", tracks}, {"ads", {ad}}}.dump());
+        write("music/a.flac", std::string(6000, 'x'));
     }
-
-    // Makes what is missing until so many tracks can be played; false when they never can.
-    bool make(int playable)
+    void write(const std::string &name, const std::string &text) { std::ofstream(m_folder / name) << text; }
+    // The script gets the folder as its last argument.
+    std::unique_ptr<DemoLibrary> start(const std::string &script)
     {
-        DemoLibrary library(m_service->catalogue, source(), m_folder, [this](const std::string &line) {
-            const std::lock_guard guard(m_mutex);
-            m_lines.push_back(line);
-        });
-        library.start();
-        m_playableAtOnce = m_service->catalogue.counts().playable;
-        return m_service->catalogue.waitUntil([&] { return m_service->catalogue.counts().playable == playable; },
-                                              std::chrono::seconds(20));
+        const std::filesystem::path program = m_directory.path() / "program";
+        std::ofstream(program) << "#!/bin/sh\nfor folder; do :; done\n" << script;
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        auto library = std::make_unique<DemoLibrary>(m_service->catalogue, DemoLibrary::Settings{program, m_folder, 7},
+                                                     [this](const std::string &line) {
+                                                         const std::lock_guard guard(m_mutex);
+                                                         m_lines.push_back(line);
+                                                     });
+        library->start();
+        return library;
+    }
+    bool waitForLine(const std::string &line)
+    {
+        return m_service->catalogue.waitUntil(
+            [&] {
+                const std::lock_guard guard(m_mutex);
+                return std::find(m_lines.begin(), m_lines.end(), line) != m_lines.end();
+            },
+            std::chrono::seconds(60));
     }
 
     const std::filesystem::path m_folder = m_service->dataDirectory() / "demo";
-    int m_playableAtOnce = 0;
-    std::mutex m_mutex;
-    std::vector<std::string> m_made;
+    std::mutex m_mutex; // guards m_lines
     std::vector<std::string> m_lines;
-    std::string m_broken;
 };
 
-TEST_F(DemoLibraryTest, ATrackOfEveryStyleIsMadeFirstThenAdsThenTheRest)
+TEST_F(DemoLibraryTest, WhatTheProgramMakesIsPlayedAndItsWishesReachIt)
 {
-    ASSERT_TRUE(make(6));
-    EXPECT_EQ(m_made, (std::vector<std::string>{"a0", "b3", "c5", "an-ad", "a1", "a2", "b4"}));
-    EXPECT_EQ(m_lines.front(), "demo catalogue: 1 of 6 tracks");
-    EXPECT_EQ(m_lines.back(), "demo catalogue: 6 of 6 tracks");
-    EXPECT_EQ(m_service->catalogue.counts().total, 6) << "what is not in the catalogue any more has gone";
-    EXPECT_EQ(m_service->catalogue.track("a0")->bitrate, 800);
+    // It makes "b" once somebody wants it, says so with the arguments it got, and then waits for the end of its input.
+    const auto library = start(R"(
+[ "$1 $2 $3" = "--each 7 --attended" ] || exit 1
+echo ready
+read style; read end
+[ "$style" = b ] && [ -z "$end" ] || exit 1
+printf '%3000s' x >"$folder/music/b.flac"
+echo made ad.flac; echo failed music/c.flac; echo made music/unknown.flac; echo made music/b.flac
+cat >/dev/null
+)");
+    const Counts before = m_service->catalogue.counts();
+    EXPECT_TRUE(before.playable == 1 && before.total == 2) << "nothing but what is described is left";
+    m_service->catalogue.want({"b"});
+    ASSERT_TRUE(waitForLine("demo catalogue: 2 of 2 tracks"));
+    EXPECT_EQ(m_service->catalogue.track("b-1")->bitrate, 400);
+    EXPECT_TRUE(m_service->catalogue.track("b-1")->isPlayable && m_service->catalogue.ad("an-ad")->isPlayable);
+    EXPECT_EQ(m_lines.front(), "demo catalogue: cannot make " + (m_folder / "music/c.flac").string());
+    library->stop();
+    EXPECT_EQ(m_lines.size(), 2u) << "an ordered end is no problem";
 }
 
-TEST_F(DemoLibraryTest, AWantedStyleComesFirstAndFilesThatAreThereAreNotMadeAgain)
+TEST_F(DemoLibraryTest, AProgramThatEndsEarlyOrDoesNotRunIsSaidAndWhatIsThereIsPlayed)
 {
-    std::filesystem::create_directory(m_folder);
-    std::ofstream(m_folder / "a0.flac") << "there";
-    std::ofstream(m_folder / "a1.flac.Xy12Zq") << "unfinished";
-    m_service->catalogue.want({"c"});
-    ASSERT_TRUE(make(6));
-    EXPECT_GE(m_playableAtOnce, 1) << "playable before anything is made";
-    EXPECT_EQ(m_made.front(), "c5");
-    EXPECT_EQ(std::count(m_made.begin(), m_made.end(), "a0"), 0);
-    EXPECT_FALSE(std::filesystem::exists(m_folder / "a1.flac.Xy12Zq"));
-}
-
-TEST_F(DemoLibraryTest, ATrackThatCannotBeMadeIsLeftOutAndTheOthersGoOn)
-{
-    m_broken = "b3";
-    ASSERT_TRUE(make(5));
-    EXPECT_FALSE(m_service->catalogue.track("b3")->isPlayable);
+    {
+        const auto library = start("echo ready; kill -9 $$");
+        EXPECT_TRUE(waitForLine("demo catalogue: " + (m_directory.path() / "program").string() +
+                                " has ended early; no more music is made"));
+    }
+    const auto library = start("exit 3");
+    EXPECT_TRUE(waitForLine("demo catalogue: " + (m_directory.path() / "program").string() +
+                            " does not run; no more music is made"));
+    EXPECT_EQ(m_service->catalogue.counts().playable, 1);
+    write("catalogue.json", "{\"tracks\": [{}]}");
+    const auto damaged = start("echo ready; echo done");
+    EXPECT_TRUE(waitForLine("demo catalogue: " + (m_folder / "catalogue.json").string() + " is missing or damaged"));
+    EXPECT_EQ(m_service->catalogue.counts().total, 2) << "the catalogue stays as it was";
 }
 
 } // namespace

@@ -46,7 +46,7 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
             "INSERT INTO accounts (id, user_name, folded_name, password_hash, created_at) VALUES (1, 'a', 'a', '', 0); "
             "INSERT INTO devices (device_id, account_id, key_hash, associated_at) VALUES ('001A2B3C4D5E-0', 1, 'k', "
             "7); "
-            "PRAGMA foreign_keys = OFF; ALTER TABLE sessions DROP COLUMN is_revoked; DROP TABLE plays; DROP TABLE "
+            "PRAGMA foreign_keys = OFF; ALTER TABLE sessions DROP COLUMN is_revoked; DROP TABLE request_answers; DROP TABLE plays; DROP TABLE "
             "descriptors; DROP TABLE track_styles; DROP TABLE styles; DROP TABLE files; DROP TABLE roots; DROP TABLE "
             "issued_tracks; "
             "DROP TABLE issued_ads; DROP TABLE feedback; DROP TABLE sleeps; DROP TABLE bookmarks; DROP TABLE "

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-// The bundled demo catalogue: original music, audio advertisements and pictures, all made by the program itself.
+// The demo catalogue: original music, audio advertisements and pictures, all made by the program itself.
 //
 // Every file is a pure function of its entry: rendering it again with the same build gives the same bytes. All
 // functions may be called from any thread at the same time, also for the same entry. Texts are UTF-8.
@@ -17,6 +17,7 @@ struct DemoTrack {
     std::string album;
     std::string style; // one of six
     std::string mood;
+    int number = 0; // on its album, from 1
     int year = 0;
     int tempo = 0;           // beats a minute, as it is played
     int durationSeconds = 0; // of the rendered file, exactly: 60 to 100

@@ -1,5 +1,6 @@
 #include "cataloguetable.h"
 
+#include <map>
 #include <string_view>
 
 namespace velmora::demo {
@@ -666,6 +667,7 @@ constexpr std::string_view styleName(Style style)
 std::vector<TrackEntry> makeTrackEntries()
 {
     std::vector<TrackEntry> entries;
+    std::map<AlbumIndex, int> onAlbum;
     for (const Row &row : rows) {
         const Album &album = albums[row.album];
         DemoTrack track{row.id,
@@ -674,6 +676,7 @@ std::vector<TrackEntry> makeTrackEntries()
                         album.title,
                         std::string(styleName(row.piece.style)),
                         row.mood,
+                        ++onAlbum[row.album],
                         album.year,
                         row.piece.tempo,
                         durationSeconds(row.piece)};

@@ -127,8 +127,10 @@ bool renderTrack(const DemoTrack &track, const std::filesystem::path &flacFile)
                      {{"TITLE", entry->track.song},
                       {"ARTIST", entry->track.artist},
                       {"ALBUM", entry->track.album},
+                      {"TRACKNUMBER", std::to_string(entry->track.number)},
                       {"DATE", std::to_string(entry->track.year)},
                       {"GENRE", entry->track.style},
+                      {"MOOD", entry->track.mood},
                       {"BPM", std::to_string(entry->track.tempo)}},
                      flacFile);
 }

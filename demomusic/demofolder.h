@@ -1,0 +1,71 @@
+#pragma once
+
+#include "democatalogue.h"
+
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <variant>
+
+namespace velmora::demo {
+
+// The order in which the catalogue is made: first one track of every style, those first that somebody waits for; then
+// the advertisements, which are short; then the rest. Any thread.
+class MakingOrder {
+public:
+    // `made` says which tracks are there already.
+    MakingOrder(const std::vector<DemoTrack> &tracks, const std::function<bool(const DemoTrack &)> &made);
+
+    // Somebody waits for music of these styles; replaces earlier wishes.
+    void want(std::set<std::string> styles);
+
+    struct Advertisements {};
+    struct Track {
+        DemoTrack track;
+        bool isUrgent = false; // its style has nothing to play yet
+    };
+    // What is made next; nothing when all has been given out.
+    std::optional<std::variant<Track, Advertisements>> next();
+
+private:
+    std::mutex m_mutex; // guards everything below
+    std::deque<DemoTrack> m_missing;
+    std::set<std::string> m_heard; // styles of which a track is there or has been given out
+    std::set<std::string> m_wanted;
+    bool m_hasAds = false;
+};
+
+// A folder that the demo catalogue is made into:
+//
+//     music/<artist>/<album>/<number> <song>.flac, cover.png    tagged files, as a person would keep them
+//     ads/<id>.flac, <id>.png
+//     catalogue.json                                            what tags do not say, and the advertisements
+//
+// Every file appears whole or not at all.
+class DemoFolder {
+public:
+    DemoFolder(std::filesystem::path folder, std::vector<DemoTrack> tracks);
+
+    // Makes the folder and writes catalogue.json: {"tracks": [{"id", "file", "picture", "song", "artist", "album",
+    // "style", "mood", "year", "tempo", "durationSeconds"}], "ads": [{"id", "file", "picture", "title", "line2",
+    // "durationSeconds"}]}; files relative to the folder. Removes what an interrupted run left. False when something
+    // cannot be written.
+    bool prepare();
+    // Where a track's file belongs, relative to the folder.
+    std::filesystem::path fileOf(const DemoTrack &track) const;
+    bool has(const std::filesystem::path &file) const;
+
+    // Makes what is missing, in `order`. `report` gets each file, relative to the folder, and whether it could be made.
+    void make(MakingOrder &order, const std::function<void(const std::filesystem::path &, bool)> &report);
+
+private:
+    std::filesystem::path pictureOf(const DemoTrack &track) const;
+    bool makePicture(const std::string &id, const std::filesystem::path &file) const;
+
+    std::filesystem::path m_folder;
+    std::vector<DemoTrack> m_tracks;
+};
+
+} // namespace velmora::demo

@@ -1,0 +1,116 @@
+// velmora-demomusic: makes the demo catalogue's music into a folder.
+
+#include "demofolder.h"
+
+#include <charconv>
+#include <cstdio>
+#include <iostream>
+#include <string_view>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using namespace velmora::demo;
+
+constexpr int exitUsage = 2;
+constexpr int exitFailure = 1;
+
+constexpr const char *usage =
+    R"(usage: velmora-demomusic [--each N] [--attended] FOLDER
+
+  Makes original music into FOLDER: tagged FLAC files with covers, advertisements, and catalogue.json that describes
+  them. Files that are there are not made again.
+
+  --each N      at most N tracks of each style (all)
+  --attended    takes wishes on standard input, one style a line, an empty line after the last of them; ends when
+                standard input ends
+
+  Says "ready" when catalogue.json is written, "made FILE" or "failed FILE" for each file, and "done".
+)";
+
+struct Options {
+    int each = 1000;
+    bool isAttended = false;
+    bool showsHelp = false;
+    std::filesystem::path folder;
+};
+
+bool parse(int argc, char *argv[], Options *options)
+{
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == "--help") {
+            options->showsHelp = true;
+        } else if (argument == "--attended") {
+            options->isAttended = true;
+        } else if (argument == "--each" && i + 1 < argc) {
+            const std::string_view text = argv[++i];
+            const auto result = std::from_chars(text.data(), text.data() + text.size(), options->each);
+            if (result.ec != std::errc() || result.ptr != text.data() + text.size() || options->each < 1)
+                return false;
+        } else if (argument.starts_with("-") || !options->folder.empty()) {
+            return false;
+        } else {
+            options->folder = argument;
+        }
+    }
+    return options->showsHelp || !options->folder.empty();
+}
+
+void say(const std::string &line)
+{
+    // One write a line: a reader never sees half of one.
+    const std::string text = line + '\n';
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+// Takes wishes until standard input ends, then ends the program at once: a track takes seconds and leaves only whole
+// files behind.
+[[noreturn]] void attend(MakingOrder &order)
+{
+    std::set<std::string> styles;
+    for (std::string line; std::getline(std::cin, line);) {
+        if (line.empty())
+            order.want(std::exchange(styles, {}));
+        else
+            styles.insert(line);
+    }
+    ::_exit(0);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    Options options;
+    if (!parse(argc, argv, &options)) {
+        std::fputs(usage, stderr);
+        return exitUsage;
+    }
+    if (options.showsHelp) {
+        std::fputs(usage, stdout);
+        return 0;
+    }
+    ::umask(077);
+    const std::vector<DemoTrack> tracks = tracksInTurn(options.each);
+    DemoFolder folder(options.folder, tracks);
+    if (!folder.prepare()) {
+        std::fprintf(stderr, "velmora-demomusic: cannot write into %s\n", options.folder.c_str());
+        return exitFailure;
+    }
+    MakingOrder order(tracks, [&](const DemoTrack &track) { return folder.has(folder.fileOf(track)); });
+    if (options.isAttended)
+        std::thread(attend, std::ref(order)).detach();
+    say("ready");
+    bool isWhole = true;
+    folder.make(order, [&](const std::filesystem::path &file, bool isMade) {
+        isWhole = isWhole && isMade;
+        say((isMade ? "made " : "failed ") + file.string());
+    });
+    say("done");
+    std::fflush(nullptr);
+    ::_exit(isWhole ? 0 : exitFailure); // the thread that takes wishes may still wait for one
+}
