@@ -26,7 +26,7 @@ void say(const std::string &line)
     std::fflush(stdout);
 }
 
-// The signals that end the program, held back in every thread and taken by waitForEnd().
+// The signals that end the program: blocked in every thread, accepted by waitForEnd().
 sigset_t endSignals()
 {
     sigset_t signals;
@@ -45,7 +45,7 @@ void waitForEnd()
     }
 }
 
-// The parent may have gone before the request was made.
+// False also when the parent has ended before the kernel was told.
 bool dieWithParent(pid_t parent)
 {
     return ::prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && ::getppid() == parent;
@@ -79,7 +79,7 @@ int run(const ServerOptions &options)
     if (!options.mailFrom.empty())
         mail.sender = options.mailFrom;
     mail.outbox = options.outbox.empty() ? service.dataDirectory() / "outbox" : options.outbox;
-    // Where the service says that it is, never what a request says.
+    // The service's own address, never a host name from a request.
     mail.address = [&service] { return service.addresses.base(); };
     const std::filesystem::path outbox = mail.outbox;
     Mailbox mailbox(std::move(mail));

@@ -21,7 +21,7 @@ struct ServerOptions {
     std::string smtp;                // for the mails: smtp[s]://host[:port]; empty: none
     std::filesystem::path smtpLogin; // a file: the user name in its first line, the password in its second
     std::string mailFrom;            // their sender; empty: the default
-    std::filesystem::path outbox;    // where mails are written that no SMTP server takes
+    std::filesystem::path outbox;    // folder of the mails that no SMTP server accepts
     struct Failure {
         std::string function;
         int code = 0;

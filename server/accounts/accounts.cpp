@@ -13,7 +13,7 @@ namespace {
 
 constexpr size_t longestUserName = 254; // of an e-mail address
 
-// Addresses are told apart without regard to case; only ASCII letters fold, which is what mail servers do.
+// E-mail addresses are compared without case; only ASCII letters are folded, as mail servers do.
 std::string foldedName(std::string name)
 {
     std::transform(name.begin(), name.end(), name.begin(),
@@ -21,7 +21,7 @@ std::string foldedName(std::string name)
     return name;
 }
 
-// Waiting attempts hold a thread each; more than these are told to come again.
+// Every waiting attempt occupies a thread. When so many wait, further attempts are refused.
 constexpr int mostWaiting = 12;
 std::atomic<int> s_waiting{0};
 

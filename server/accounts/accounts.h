@@ -22,7 +22,7 @@ struct Account {
     bool hasExplicitPin = false;
 };
 
-// What a person may say of themselves; nothing of it is needed.
+// Optional details of a person.
 struct Profile {
     std::optional<int> birthYear;
     std::string gender;
@@ -43,11 +43,11 @@ public:
 
     Accounts(Store &store, PasswordHasher &hasher, Clock clock);
 
-    // Makes an account; on `done` the id is set. What belongs to every account is added by `furnish`, in the same
-    // transaction.
+    // Makes an account and sets the id when the result is Done. `furnish` adds what belongs to every account, in the
+    // same transaction.
     CreateResult create(const std::string &userName, const std::string &password, const Profile &profile, AccountId *id,
                         const std::function<void(AccountId)> &furnish = {});
-    // Checks a password, slowed as LoginThrottle says. An unknown account takes the time of a known one and is `wrong`.
+    // Checks a password, slowed as LoginThrottle says. An unknown account takes as long as a known one and is Wrong.
     LoginResult login(const std::string &userName, const std::string &password, const std::string &address,
                       Account *account);
 
@@ -58,12 +58,11 @@ public:
     // Ends every session of the account but the one with this hash (empty: all). The old password has been checked.
     CreateResult changePassword(AccountId id, const std::string &newPassword, const std::string &keptSessionHash = {});
 
-    // A token for a link that is sent by mail: single-use, valid for so many seconds; older ones of the same purpose
-    // end.
+    // A token for a link in a mail: single-use, valid for so many seconds. It replaces older tokens of this purpose.
     std::string issueReset(AccountId id, const std::string &purpose, int64_t seconds);
-    // Whose it is, without using it up: for showing the page.
+    // The account of the token, which stays valid: for showing the page.
     std::optional<AccountId> peekReset(const std::string &token, const std::string &purpose);
-    // Uses it up.
+    // The account of the token, which is used up.
     std::optional<AccountId> redeemReset(const std::string &token, const std::string &purpose);
 
     void setExplicitFilter(AccountId id, bool isOn);

@@ -67,7 +67,7 @@ bool ActivationCodes::grant(const std::string &code, AccountId account)
     const std::optional<Subject> subject = find(code);
     if (!subject || subject->digits.empty())
         return false;
-    // The person has finished with this device: its other codes, still on a note perhaps, end with this one.
+    // The device is activated: its other codes, which somebody may have written down, end too.
     db->run("DELETE FROM activation_codes WHERE digits = ?1 AND key_hash = ?2", subject->digits, subject->keyHash);
     db->run("DELETE FROM grants WHERE digits = ?1 AND key_hash = ?2", subject->digits, subject->keyHash);
     db->run("INSERT INTO grants (digits, key_hash, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)", subject->digits,

@@ -17,7 +17,7 @@ public:
 
     // Twelve digits and the hash of the key of the device that asks.
     std::string issueForDevice(const std::string &digits, const std::string &keyHash);
-    // For the listener's own use on the page, in place of signing in there.
+    // For a listener who uses it on the activation page instead of signing in.
     std::string issueForAccount(AccountId account);
 
     // What a code stands for: a device that asks for access, or an account.
@@ -29,7 +29,7 @@ public:
     // Looks a code up without using it, for showing the page. Blanks, hyphens and lower case do not matter. The page
     // limits how often one address may try.
     std::optional<Subject> find(const std::string &code);
-    // The page has been finished: uses the code up and grants the device to the account (see Devices::takeGrant). False
+    // The page is completed: uses the code up and grants the device to the account (see Devices::takeGrant). False
     // when the code is not (or no longer) a device's.
     bool grant(const std::string &code, AccountId account);
     // Uses up a code of issueForAccount() and says whose it was.

@@ -61,7 +61,7 @@ bool Devices::disassociate(const std::string &deviceId, const std::string &keyHa
     const std::optional<Device> device = find(deviceId, keyHash);
     if (!device)
         return false;
-    // Logins by name from this device that were never bound to a slot go with it.
+    // Sessions of logins by name from this device that were never bound to a slot end too.
     db->run("DELETE FROM sessions WHERE account_id = ?1 AND key_hash = ?2 AND device_id IS NULL", device->accountId,
             keyHash);
     end(*db, deviceId, keyHash);
@@ -87,7 +87,8 @@ bool Devices::revoke(AccountId account, const std::string &deviceId)
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     const std::string keys = "(SELECT key_hash FROM devices WHERE account_id = ?1 AND device_id = ?2)";
-    // A radio whose session were gone would ask for another one for ever: it is refused with a reason instead.
+    // The session is kept and marked: a radio without its session would log in again and again, a refusal with a
+    // reason ends that.
     db->run("UPDATE sessions SET is_revoked = 1, expires_at = ?3 WHERE account_id = ?1 AND key_hash IN " + keys +
                 " AND (device_id IS NULL OR device_id = ?2)",
             account, deviceId, m_clock() + revokedSeconds);

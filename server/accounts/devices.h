@@ -13,19 +13,19 @@ struct Device {
     int64_t associatedAt = 0; // Unix seconds
 };
 
-// Which device may act for which account. An identity is an address, not a secret: what proves a device is its key,
-// bound when it is associated. The same identity with another key is another device (a copied address, or a radio that
-// has lost its state), which neither gets at what the first one has nor keeps it from being associated. Keys are known
-// here by their hash. Any thread.
+// Which device may act for which account. An identity is a hardware address, not a secret: a device proves itself by
+// its key, which is bound when the device is associated. The same identity with another key is another device: a copied
+// address, or a radio that has lost its state. It has no access to the first one's account and does not prevent its
+// association. Only hashes of keys are stored. Any thread.
 class Devices {
 public:
     Devices(Store &store, Clock clock);
 
-    // Gives the device to the account; what another account had there ends.
+    // Gives the device to the account; another account's association ends.
     void associate(const std::string &deviceId, const std::string &keyHash, AccountId account);
     // Nothing when there is no such device, or not with this key.
     std::optional<Device> find(const std::string &deviceId, const std::string &keyHash);
-    // Ends the association, its key and the sessions of that device at once. False as find() is empty.
+    // Ends the association, its key and the sessions of that device at once. False when find() finds nothing.
     bool disassociate(const std::string &deviceId, const std::string &keyHash);
 
     // For the account page.
@@ -33,9 +33,9 @@ public:
     // Ends this account's devices of that identity, whatever their keys; false when it has none.
     bool revoke(AccountId account, const std::string &deviceId);
 
-    // The account a device was granted by the activation page, associated now: the first login of a device that is not
-    // associated yet, with the digits and the key that asked for the code, before the grant expires; it uses the grant
-    // up.
+    // Associates a device with the account that the activation page has granted it, and uses the grant up. For the
+    // first login of a device that is not associated, with the digits and the key that asked for the code, before the
+    // grant expires.
     std::optional<Device> takeGrant(const std::string &deviceId, const std::string &keyHash);
 
     static bool isDeviceId(const std::string &text);

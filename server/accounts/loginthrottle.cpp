@@ -6,9 +6,9 @@ namespace velmora::server {
 
 namespace {
 
-// A list that somebody grows on purpose is cut down when it reaches this many keys.
+// Old keys are removed when there are this many, so that an attacker cannot fill the memory.
 constexpr size_t manyRecords = 10000;
-// One account guessed at from many addresses, one address guessing at many accounts: later and weaker.
+// One account tried from many addresses, or many accounts from one address: slowed later and less.
 constexpr int freeFailuresAnywhere = 40;
 
 LoginThrottle::Milliseconds waitAfter(int failures, int freeOfCost)

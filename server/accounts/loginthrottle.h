@@ -15,16 +15,16 @@ public:
     using Time = std::chrono::steady_clock::time_point;
     using Milliseconds = std::chrono::milliseconds;
 
-    // Until here failures cost nothing; from here each doubles the wait, up to the longest.
+    // So many failures cost nothing; every further one doubles the wait, up to the longest.
     static constexpr int freeFailures = 4;
     static constexpr Milliseconds firstWait{250};
     static constexpr Milliseconds longestWait{4000};
-    // Failures are forgotten when none was added for so long.
+    // Failures are forgotten after so long without a new one.
     static constexpr std::chrono::minutes memory{15};
 
-    // How long this attempt must wait before its password is looked at. Attempts of one address on one account that
-    // come side by side wait one after another; nothing when that queue is longer than the longest wait: the attempt is
-    // then refused unlooked at, because otherwise guessing in parallel would not be slowed.
+    // How long this attempt must wait before its password is checked. Attempts of one address on one account at the
+    // same time wait one after another. Nothing when this queue is longer than the longest wait: the attempt is then
+    // refused without a check, because otherwise parallel guessing would not be slowed.
     std::optional<Milliseconds> admit(const std::string &account, const std::string &address, Time now);
     void failed(const std::string &account, const std::string &address, Time now);
     // Forgets the failures of this account from this address.
@@ -53,7 +53,7 @@ public:
         , m_window(window)
     {
     }
-    // Counts the event; or, when there were enough, says in how many seconds to come again.
+    // Counts the event. When there were too many: in how many seconds the next one is allowed.
     std::optional<int> refuse(const std::string &key, Time now);
 
 private:

@@ -6,7 +6,7 @@
 
 namespace velmora::server {
 
-// What one hash costs. The defaults are what the service uses; tests pay less.
+// The cost of one hash. The service uses the defaults, tests less.
 struct PasswordCost {
     unsigned long long passes = 2;
     size_t memoryBytes = 64ull * 1024 * 1024;
@@ -18,10 +18,10 @@ class PasswordHasher {
 public:
     explicit PasswordHasher(PasswordCost cost = {});
 
-    // Throws std::runtime_error when the memory cannot be had.
+    // Throws std::runtime_error when there is not enough memory.
     std::string hash(const std::string &secret);
     bool verify(const std::string &storedHash, const std::string &secret);
-    // Costs the time of verify() and is always false: for an account that does not exist.
+    // Takes as long as verify() and is always false: for an account that does not exist.
     bool verifyNothing(const std::string &secret);
 
 private:

@@ -12,7 +12,7 @@ namespace velmora::server {
 using Clock = std::function<int64_t()>;
 Clock systemClock();
 
-// Prepares libsodium; called by whoever makes the service, before any thread. Throws std::runtime_error.
+// Initialises libsodium. To be called once, before there are other threads. Throws std::runtime_error.
 void initialiseSecrets();
 
 // A random token of so many bytes, base64url without padding.
@@ -21,13 +21,13 @@ std::string randomToken(int bytes = 32);
 uint32_t randomBelow(uint32_t bound);
 // SHA-256 as 64 hexadecimal digits: what is stored of a token that is itself 32 random bytes.
 std::string tokenHash(std::string_view token);
-// HMAC-SHA-256 as 64 hexadecimal digits: for signatures, and for codes short enough to be tried out.
+// HMAC-SHA-256 as 64 hexadecimal digits: for signatures, and for codes so short that a plain hash could be guessed.
 std::string keyedHash(std::string_view key, std::string_view message);
-// Encrypts a text so that only who has the key reads it; the key is itself a random text. Base64url.
+// Encrypts and authenticates a text with a key that is itself a random text. Base64url.
 std::string sealed(std::string_view key, std::string_view text);
 // The text; nothing when the key is another one or the sealed text was changed.
 std::optional<std::string> unsealed(std::string_view key, std::string_view sealedText);
-// Compares in a time that does not depend on where they differ.
+// Compares in constant time.
 bool equalSecrets(std::string_view a, std::string_view b);
 // Whether the text is base64url of exactly so many bytes.
 bool isToken(std::string_view text, int bytes);

@@ -29,7 +29,7 @@ public:
 
     const TokenLifetimes &lifetimes() const { return m_lifetimes; }
 
-    // Both return the token; it cannot be had again.
+    // Both return the token, of which only the hash is kept.
     std::string openPartner(const std::string &deviceKey);
     // The key's hash is that of the partner session in which the login happened (empty for a browser).
     std::string openUser(AccountId account, const std::string &keyHash, const std::string &deviceId = {});

@@ -32,7 +32,7 @@ void limit(RateLimit &limit, const std::string &key)
     throw ApiError(Code::NoSuchDevice, "no such device, or not with this device key");
 }
 
-// What must be an identity. One that is not written like an identity is no device either.
+// The parameter `deviceId`. A text that is not written like an identity is an unknown device.
 std::string deviceIdOf(const Call &call)
 {
     std::string id = call.parameters.text("deviceId");

@@ -15,12 +15,12 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// A radio that pauses leaves its stream standing and a thread with it; so there are many threads, and a stream from
-// which nothing was taken for so long is ended (the radio comes back with a range).
+// A paused radio stops reading its stream, which occupies a thread. Therefore there are many threads, and a stream from
+// which nothing was read for so long is ended; the radio continues it with a range request.
 constexpr size_t threadCount = 64;
 constexpr std::chrono::seconds standingStream{600};
 constexpr std::chrono::seconds slowRequest{10};
-// A body that is too large is read to its end, so that the caller gets its answer, but not without limit.
+// A body that is too large is read to its end, so that the caller gets an answer, but only up to this limit.
 constexpr size_t mostDrained = 4 * 1024 * 1024;
 constexpr size_t longestPath = 512;
 constexpr size_t chunkBytes = 64 * 1024;
@@ -32,7 +32,7 @@ void send(httplib::Response &response, const Answer &answer)
                          "application/json; charset=utf-8");
 }
 
-// The port of a connected TCP socket's own end; nothing for any other descriptor.
+// The local port of a connected TCP socket; nothing for any other descriptor.
 std::optional<int> localPortOfConnection(int fd)
 {
     sockaddr_storage address{};
@@ -83,7 +83,7 @@ void ApiServer::start()
     m_server->set_write_timeout(standingStream);
     m_server->set_payload_max_length(mostDrained);
     m_server->set_tcp_nodelay(true);
-    // The library's default also sets SO_REUSEPORT: a second server would then share the port without a word.
+    // The library's default also sets SO_REUSEPORT: a second server would then share the port silently.
     m_server->set_socket_options([](int fd) {
         const int yes = 1;
         ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
@@ -246,7 +246,7 @@ void ApiServer::streamMedia(const httplib::Request &request, httplib::Response &
     const bool isSameFile = !request.has_header("If-Range") || request.get_header_value("If-Range") == file->etag();
     if (request.has_header("Range") && isSameFile)
         result = parseRange(request.get_header_value("Range"), file->size(), &range);
-    // cpp-httplib 0.11 applies ranges itself but does not cut them at the file's end; it shall see none.
+    // cpp-httplib 0.11 applies ranges itself but does not cut them at the file's end; so it must not see any.
     const_cast<httplib::Request &>(request).ranges.clear();
     const std::string size = std::to_string(file->size());
     if (result == RangeResult::Unsatisfiable) {

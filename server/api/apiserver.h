@@ -26,13 +26,13 @@ struct ListenSettings {
     std::function<void(httplib::Server &)> addPages;
 };
 
-// Speaks HTTP for the service: the functions, the media, /health. Answers on a pool of threads of its own.
+// The HTTP side of the service: functions, media, /health. Answers on its own pool of threads.
 class ApiServer {
 public:
     ApiServer(StationService &service, ListenSettings settings);
     ~ApiServer(); // stops
 
-    // Listens when it returns. Throws std::runtime_error, with a text for the person who started the program.
+    // Is listening when it returns. Throws std::runtime_error, with a text for the person who started the program.
     void start();
     // Ends all connections, also those in the middle of a track, and waits for the threads: well under a second.
     void stop();

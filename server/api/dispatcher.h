@@ -34,7 +34,7 @@ public:
         std::string address;       // where the caller is
     };
     Answer answer(const Request &request);
-    // For what never became a request.
+    // The answer to something that is no request.
     static Answer refusal(int httpStatus, Code code, const std::string &message);
 
 private:

@@ -35,7 +35,7 @@ std::string MediaAddresses::address(MediaKind kind, const std::string &file, Acc
 MediaCheck MediaAddresses::check(MediaKind kind, const std::string &file, const std::string &account,
                                  const std::string &expiry, const std::string &signature) const
 {
-    // The signature first: nobody learns from an unsigned address what would be in time.
+    // The signature is checked first: an unsigned address does not reveal whether its time is over.
     if (!equalSecrets(sign(kind, file, account, expiry), signature))
         return MediaCheck::BadSignature;
     int64_t until = 0;

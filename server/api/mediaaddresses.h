@@ -22,7 +22,7 @@ public:
     void setBase(const std::string &base) { m_base = base; }
     const std::string &base() const { return m_base; }
 
-    // The file is a public id with an extension.
+    // `file` is a public id with an extension.
     std::string address(MediaKind kind, const std::string &file, AccountId account) const;
     MediaCheck check(MediaKind kind, const std::string &file, const std::string &account, const std::string &expiry,
                      const std::string &signature) const;

@@ -21,10 +21,11 @@ struct ByteRange {
     uint64_t last = 0; // the last byte itself
 };
 enum class RangeResult { Whole, Part, Unsatisfiable };
-// A single range is honoured; several at once, other units and what cannot be read give the whole file, as they may.
+// Understands a single range. Several ranges, other units and unreadable headers give the whole file, which HTTP
+// allows.
 RangeResult parseRange(std::string_view header, uint64_t size, ByteRange *range);
 
-// An open file and what identifies its content. Reading does not move anything, so any thread may read.
+// An open file and the tag of its content. Reading changes no position, so any thread may read.
 class MediaFile {
 public:
     // Nothing when it is not a regular file that can be read.

@@ -8,7 +8,7 @@ namespace velmora::server {
 
 namespace {
 
-// How deep the brackets outside of strings go; cheaper than letting the parser build what is then thrown away.
+// The depth of the brackets outside strings. Checked first, so that the parser never builds a deep tree.
 int deepestLevel(std::string_view text)
 {
     int level = 0;

@@ -7,8 +7,8 @@
 
 namespace velmora::server {
 
-// One request's parameters. What must be there throws ApiError (malformed) when it is missing or of another type; what
-// may be there counts as missing when it is of another type.
+// One request's parameters. A required one that is missing or of another type throws ApiError (Malformed); an optional
+// one of another type counts as missing.
 class Parameters {
 public:
     static constexpr size_t mostBytes = 64 * 1024;

@@ -11,7 +11,7 @@
 
 namespace velmora::server {
 
-// Sends the service's mails. Implemented by whoever knows how; both return at once and tell nobody whether it worked.
+// Sends the service's mails. Both functions return at once; whether a mail was sent is not reported.
 class Mailer {
 public:
     virtual ~Mailer() = default;

@@ -88,14 +88,14 @@ public:
     bool isGrowing();
     void setGrowing(const std::string &source, bool isGrowing);
 
-    // Counts the changes of what there is to play: who keeps a copy of it looks here whether the copy is old.
+    // Counts the changes of the playable music; a copy made at a lower revision is out of date.
     uint64_t revision() const { return m_revision; }
-    // To be called after tracks were changed past this class; wakes who waits in waitUntil().
+    // To be called after tracks were changed directly in the store; wakes the threads in waitUntil().
     void noteChange();
 
-    // Somebody waits for music of these styles: who makes files makes theirs first.
+    // A listener waits for music of these styles: a source that makes files makes theirs first.
     void want(const std::set<std::string> &styles);
-    // Who makes files is told here of every want(), on the thread of that call. Empty: nobody.
+    // Every want() is passed on to this function, on the caller's thread. Empty: to nobody.
     void whenWanted(std::function<void(const std::set<std::string> &)> tell);
     // Waits while tracks become playable until it is enough, or the time is over; false then.
     bool waitUntil(const std::function<bool()> &isEnough, std::chrono::milliseconds longest);

@@ -9,8 +9,8 @@ namespace velmora::server {
 
 namespace {
 
-// Runs one query after the other until there are enough different rows. A query may repeat up to a whole result of the
-// queries before it, so each asks for twice as many.
+// Runs one query after another until there are enough different rows. A query may repeat all rows of the queries before
+// it, so each asks for twice as many.
 class Collector {
 public:
     template <typename Take>

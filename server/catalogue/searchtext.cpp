@@ -12,7 +12,7 @@ std::string quoted(const std::string &word, Match match)
         text += "  ";
     else if (length == 2 || match == Match::WordBeginnings)
         text += " ";
-    // foldedWords() leaves no quotation marks; doubling them is what keeps this true if it ever did.
+    // foldedWords() leaves no quotation marks. They are doubled all the same: the word must never end its quotation.
     for (const char c : word) {
         if (c == '"')
             text += c;

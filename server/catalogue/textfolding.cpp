@@ -53,7 +53,7 @@ Role roleOf(utf8proc_int32_t character)
 {
     if (character == '\'' || character == 0x2019 || character == 0x02bc)
         return Role::Vanishes;
-    // What modifies an emoji or joins two is not looked for by itself.
+    // Modifiers and joiners of emoji are not searched for.
     if (character == 0x200d || (character >= 0xfe00 && character <= 0xfe0f) ||
         (character >= 0x1f3fb && character <= 0x1f3ff))
         return Role::Vanishes;

@@ -20,7 +20,7 @@ void Database::Closer::operator()(sqlite3 *db) const
 
 Database::Database(const std::filesystem::path &file)
 {
-    // Made here, because SQLite would make it with the umask's mode; its companions take the mode of the file.
+    // Created here, because SQLite would use the umask's mode; the log files get the mode of this file.
     const int fd = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (fd < 0)
         throw StoreError("cannot open " + file.string());

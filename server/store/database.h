@@ -7,7 +7,8 @@
 
 namespace velmora::server {
 
-// One connection to one SQLite file: write-ahead log, foreign keys on, five seconds of patience with another process.
+// One connection to one SQLite file: write-ahead log, foreign keys on, a lock of another process is waited for five
+// seconds.
 // Not thread-safe; Store hands it to one thread at a time.
 class Database {
 public:
@@ -16,7 +17,7 @@ public:
 
     Statement prepare(std::string_view sql) { return Statement(m_handle.get(), sql); }
 
-    // Runs one statement to its end, its rows unread.
+    // Runs one statement to its end and ignores its rows.
     template <typename... Values>
     void run(std::string_view sql, const Values &...values)
     {

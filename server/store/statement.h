@@ -11,7 +11,7 @@ struct sqlite3_stmt;
 
 namespace velmora::server {
 
-// Whatever the database refuses: a full disk, a damaged file, a broken constraint. The text is for the log.
+// The database refuses: a full disk, a damaged file, a violated constraint. The text is for the log.
 class StoreError : public std::runtime_error {
 public:
     explicit StoreError(const std::string &what, bool constraint = false)
@@ -19,7 +19,7 @@ public:
         , m_isConstraint(constraint)
     {
     }
-    // A uniqueness or foreign-key rule said no; anything else is a fault of the store itself.
+    // A uniqueness or foreign-key rule was violated; anything else is a fault of the store itself.
     bool isConstraint() const { return m_isConstraint; }
 
 private:

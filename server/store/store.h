@@ -7,7 +7,7 @@
 
 namespace velmora::server {
 
-// The service's one database. Every use goes through lock(): the connection belongs to that thread until the Lock ends.
+// The service's only database. It is used through lock(): the connection belongs to that thread until the Lock ends.
 // Locks nest within a thread. Nothing slow (hashing a password, reading a file, waiting) is done under a lock.
 class Store {
 public:

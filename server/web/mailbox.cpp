@@ -71,7 +71,7 @@ void Mailbox::stop()
 std::string Mailbox::message(const std::string &sender, const std::string &recipient, const std::string &subject,
                              const std::string &text, int64_t now)
 {
-    // A line break would begin a header of the sender's choice.
+    // A line break would let the sender add headers.
     if (recipient.find_first_of("\r\n<>") != std::string::npos)
         return {};
     std::string mail =
@@ -149,7 +149,7 @@ void Mailbox::work()
     std::unique_lock lock(m_mutex);
     Mail mail;
     while (takeDue(lock, &mail)) {
-        // At the end nobody waits for a slow mail server: the outbox keeps it.
+        // The program's end does not wait for a slow mail server: the mail goes to the outbox.
         const bool hasServer = !m_isEnding && !m_settings.smtp.empty();
         m_isSending = true;
         lock.unlock();

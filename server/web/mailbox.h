@@ -19,7 +19,7 @@ struct MailSettings {
     std::string sender = "velmora@localhost";
     std::function<std::string()>
         address; // of the pages, configured, never a request's own; asked when a mail is written
-    // After a failure that may pass (no connection, "try later") it is tried again after these; a link lives an hour.
+    // The pauses before each retry after a temporary failure (no connection, "try later"); a link lives an hour.
     std::vector<std::chrono::seconds> retries{std::chrono::minutes(1), std::chrono::minutes(5),
                                               std::chrono::minutes(15)};
 };
@@ -32,7 +32,7 @@ public:
     explicit Mailbox(MailSettings settings);
     ~Mailbox() override;
 
-    // Keeps what waits in the outbox; after the mail that is being sent. Nothing is sent afterwards.
+    // Waits for the mail that is being sent and moves the waiting ones to the outbox. Nothing is sent afterwards.
     void stop();
 
     void sendPasswordReset(const std::string &address, const std::string &token) override;
@@ -55,7 +55,7 @@ private:
     enum class Delivery { Done, MayPass, Refused };
     void enqueue(const std::string &recipient, const std::string &subject, const std::string &text);
     void work();
-    // Waits for a mail that is due, at the end for none; false when none is left then.
+    // Waits until a mail is due. After stop() it does not wait; false when no mail is left then.
     bool takeDue(std::unique_lock<std::mutex> &lock, Mail *mail);
     Delivery deliver(const Mail &mail) const;
     void keep(const Mail &mail) const;

@@ -8,7 +8,7 @@ namespace velmora::server {
 
 namespace {
 
-// "00:1A:2B:3C:4D:5E", as it stands on the device.
+// "00:1A:2B:3C:4D:5E", as printed on the device.
 std::string deviceName(const std::string &digits)
 {
     std::string text;

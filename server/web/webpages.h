@@ -42,7 +42,7 @@ private:
     void show(Visit &visit, const std::string &title, const std::string &body, int status = 200) const;
     static void redirect(Visit &visit, const std::string &address);
     void signIn(Visit &visit, AccountId account);
-    // Checks name and password as the radio's login does; what to say when it failed goes into `problem`.
+    // Checks name and password as the radio's login does. Sets `problem`, the text to show, when it failed.
     bool checkLogin(Visit &visit, AccountId *account, std::string *problem);
 
     // webactivation.cpp

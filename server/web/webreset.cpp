@@ -73,7 +73,7 @@ void WebPages::takeReset(Visit &visit)
         show(visit, "Too late", gone(), 410);
         return;
     }
-    // Looked at before the link is used up: a password that is too short does not cost it.
+    // Checked before the link is used up: it stays valid after a password that is too short.
     if (!Accounts::isPassword(visit.value("new"))) {
         show(visit, "A new password",
              passwordForm(visit.session.csrf, token, "The password needs at least eight characters."), 422);

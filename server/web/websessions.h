@@ -10,7 +10,7 @@
 
 namespace velmora::server {
 
-// What a browser is in the middle of.
+// The state of one browser.
 struct WebSession {
     std::string csrf;      // must come with everything that is posted
     AccountId account = 0; // signed in as, 0 nobody
@@ -33,7 +33,7 @@ public:
     WebSession make(std::string *cookie);
     // Changes what belongs to the cookie.
     void keep(const std::string &cookie, const WebSession &session);
-    // Signing in changes the cookie, so that one that was known before is worth nothing.
+    // Gives the session a new cookie. Called at sign-in: a cookie that was known before becomes invalid.
     std::string renew(const std::string &cookie, const WebSession &session);
     void end(const std::string &cookie);
     // Ends all sessions of an account but that of this cookie.

@@ -1,4 +1,4 @@
-// Ways in: typed, from a stick, a second account beside the first, and out again.
+// Signing in by typing, from a stick and with a second account; removing an account.
 
 #include "e2e/journey.h"
 
