@@ -133,7 +133,8 @@ bool Device::prepare()
     dieWithUs(m_server);
     m_server.setProcessChannelMode(QProcess::MergedChannels);
     m_server.start(QStringLiteral(BENCH_SERVER),
-                   {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"), QStringLiteral("--data"), library});
+                   {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"), QStringLiteral("--data"), library,
+                    QStringLiteral("--demo-tracks"), QStringLiteral("4")});
     static const QRegularExpression listening(QStringLiteral("listening on (http://127\\.0\\.0\\.1:\\d+)"));
     QByteArray said;
     QElapsedTimer clock;

@@ -20,12 +20,13 @@ set(allows_station contracts service widgets app)
 set(allows_player contracts service widgets app)
 set(allows_program contracts service widgets app account station player)
 set(allows_server)
+set(allows_demomusic)
 # tests/, bench/ and tools/ stand beside the house and may look at everything.
 
 set(contracts netcommon viewcomponent virtualkb)
-set(owners platform service widgets app account station player program server tests bench tools)
+set(owners platform service widgets app account station player program server demomusic tests bench tools)
 set(folders platform/include platform/shared platform/ws platform/netcommon platform/viewcomponent platform/keyboard
-  platform/menusystem service widgets app account station player program server)
+  platform/menusystem service widgets app account station player program server demomusic)
 
 # Every folder that holds code is either ruled above or named here.
 file(GLOB_RECURSE all RELATIVE ${root} ${root}/platform/*.cpp ${root}/platform/*.h ${root}/*/*.cpp)
