@@ -37,10 +37,12 @@ void RadioProcess::startRadio(const QStringList &program, const QString &socket,
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale, 'g', 12));
     environment.insert(QStringLiteral("QT_SCALE_FACTOR_ROUNDING_POLICY"), QStringLiteral("PassThrough"));
     environment.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("96"));
-    // A dozen threads allocate little: one shared heap saves megabytes.
-    const QString heaps = QStringLiteral("MALLOC_ARENA_MAX");
-    if (!environment.contains(heaps))
-        environment.insert(heaps, QStringLiteral("1"));
+    // A dozen threads allocate little: one shared heap saves megabytes. Fixed thresholds: otherwise glibc
+    // raises them when the first large picture is freed, and keeps as much free memory.
+    for (const auto &[name, value] : {std::pair("MALLOC_ARENA_MAX", "1"), std::pair("MALLOC_MMAP_THRESHOLD_", "131072"),
+                                      std::pair("MALLOC_TRIM_THRESHOLD_", "131072")})
+        if (!environment.contains(QString::fromLatin1(name)))
+            environment.insert(QString::fromLatin1(name), QString::fromLatin1(value));
     if (isWindowed)
         environment.insert(QStringLiteral("VELMORA_WINDOWED"), QStringLiteral("1"));
     setProcessEnvironment(environment);

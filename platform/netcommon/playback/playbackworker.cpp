@@ -8,6 +8,10 @@
 
 #include <QDebug>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace netcommon {
 
 namespace {
@@ -68,6 +72,14 @@ void emitReport(Playback *playback, const PlaybackReport &report)
         emit playback->signalGotoPlayNextSong();
         break;
     }
+}
+
+// The heap keeps what pictures and earlier tracks have freed, unless it lies at the heap's end.
+void giveFreeMemoryBack()
+{
+#ifdef __GLIBC__
+    ::malloc_trim(0);
+#endif
 }
 
 void sayWhereSoundGoes(GstElement *sink)
@@ -295,6 +307,7 @@ void PlaybackWorker::pipelineEvent(const PlaybackEvent &event)
     case PlaybackEvent::Kind::BodyComplete:
         m_bodyComplete.emplace();
         m_bodyComplete->start();
+        giveFreeMemoryBack();
         break;
     case PlaybackEvent::Kind::Command:
     case PlaybackEvent::Kind::Address:
