@@ -101,7 +101,10 @@ std::optional<Observation> Watched::next(const QByteArray &what, const QByteArra
 
 // ---- the device
 
-Device::Device() = default;
+Device::Device()
+    : m_library(QStringLiteral(BENCH_LIBRARY))
+{
+}
 
 Device::~Device()
 {
@@ -123,8 +126,7 @@ QProcessEnvironment Device::environment() const
 bool Device::prepare()
 {
     QDir().mkpath(path(QStringLiteral("device")));
-    // The rendered music is kept from run to run: making it takes minutes.
-    const QString library = QStringLiteral(BENCH_LIBRARY);
+    const QString &library = m_library; // rendering the music takes minutes
     QDir().mkpath(library);
     QFile::setPermissions(library, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     for (const QString &state : {QStringLiteral("velmora.db"), QStringLiteral("velmora.db-wal"),
@@ -190,6 +192,12 @@ QByteArray Device::status()
     return menu.readAllStandardOutput();
 }
 
+QString Device::anyTrack() const
+{
+    const QDir demo(m_library + QStringLiteral("/demo"));
+    return demo.filePath(demo.entryList({QStringLiteral("*.flac")}, QDir::Files, QDir::Size).value(0));
+}
+
 qint64 Device::radioPid(const QByteArray &status)
 {
     return QJsonDocument::fromJson(status).object().value(QStringLiteral("pid")).toInteger();
@@ -222,10 +230,19 @@ double threadCpuSeconds(qint64 pid, qint64 thread)
     return cpuSecondsIn(QStringLiteral("/proc/%1/task/%2/stat").arg(pid).arg(thread));
 }
 
-double proportionalSetMb(qint64 pid)
+Memory memoryOf(qint64 pid)
 {
-    for (const QByteArray &line : readFile(QStringLiteral("/proc/%1/smaps_rollup").arg(pid)).split('\n'))
-        if (line.startsWith("Pss:"))
-            return line.mid(4).trimmed().split(' ').first().toDouble() / 1024;
-    return 0;
+    Memory memory;
+    for (const QByteArray &line : readFile(QStringLiteral("/proc/%1/smaps_rollup").arg(pid)).split('\n')) {
+        const QList<QByteArray> words = line.simplified().split(' ');
+        const double megabytes = words.value(1).toDouble() / 1024;
+        if (words.first() == "Pss:")
+            memory.proportional = megabytes;
+        else if (words.first() == "Private_Clean:" || words.first() == "Private_Dirty:")
+            memory.privatePart += megabytes;
+        else if (words.first() == "Anonymous:")
+            memory.anonymous = megabytes;
+    }
+    memory.sharedPart = memory.proportional - memory.privatePart;
+    return memory;
 }

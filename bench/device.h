@@ -20,17 +20,17 @@ struct Observation {
 // Microseconds of the clock that observations carry.
 qint64 nowUs();
 
-// A program with an observer in it; ends with this object.
+// A program with an observer in it. It ends with this object.
 class Watched {
 public:
     Watched(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment);
     ~Watched();
-    // The next observation of this kind, or nothing when the time is over or the program has ended. Skips others.
+    // The next observation of this kind; others are skipped. Nothing after the time, or when the program has ended.
     std::optional<Observation> next(const QByteArray &what, const QByteArray &detail, int milliseconds);
-    void forget(); // everything said so far
+    void forget(); // all observations so far
     qint64 pid() const { return m_process.processId(); }
     QProcess &process() { return m_process; }
-    // Lines of the program that contain this, from all that it has said.
+    // How often the program's output contains this.
     int linesWith(const QByteArray &text) const { return static_cast<int>(m_log.count(text)); }
     QByteArray log() const { return m_log; }
 
@@ -54,15 +54,25 @@ public:
     QByteArray status();
     QString path(const QString &name) const { return m_root.filePath(name); }
     QProcessEnvironment environment() const;
+    QString anyTrack() const;                         // a file of the service's music
     static qint64 radioPid(const QByteArray &status); // 0: none
 
 private:
     QTemporaryDir m_root;
     QProcess m_server;
     QString m_serverUrl;
+    QString m_library; // the service's data: the rendered demo music is kept there from run to run
 };
 
 // Of another process, from /proc. 0 when it has gone.
 double cpuSeconds(qint64 pid);
 double threadCpuSeconds(qint64 pid, qint64 thread);
-double proportionalSetMb(qint64 pid);
+
+// Memory in megabytes. A shared page counts by its share: divided by the number of programs that map it.
+struct Memory {
+    double proportional = 0; // all of it
+    double privatePart = 0;  // pages that no other program maps
+    double sharedPart = 0;   // the rest
+    double anonymous = 0;    // neither file nor shared memory: heap, stacks, data written by the program
+};
+Memory memoryOf(qint64 pid);
