@@ -71,12 +71,12 @@ private slots:
         row("welcome", 1, [] { return new WelcomeDlg; });
         row("one account", 1, [] {
             ScreenFixture::storeAccounts({QStringLiteral("living.room@example.org")});
-            return new SelectUserDlg(0);
+            return new SelectUserDlg(1);
         });
         row("five accounts, delete", 1, [] {
             ScreenFixture::storeAccounts({"living.room@example.org", "kitchen.radio@example.org", "guest@example.org",
                                           "a.very.long.mailbox.name@mail.example.org", "hobby.room@example.org"});
-            auto *dialog = new SelectUserDlg(0);
+            auto *dialog = new SelectUserDlg(1);
             dialog->show();
             key(dialog, Right);
             return dialog;
