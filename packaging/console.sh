@@ -1,9 +1,8 @@
-# A text console without a display server: the way to its screen, and its keyboard. Sourced by ./run, whose $menu and
-# $run_dir it uses.
+# Screen and keyboard of a text console without a display server. Sourced by ./run; uses its $menu and $run_dir.
 
 is_console() { tty | grep -q '^/dev/tty[0-9]'; }
 
-# may_use GROUP FILE...: whether this user may read and write one of the files that are there; else says what mends it.
+# may_use GROUP FILE...: succeeds when this user may read and write one of the existing files; else says how to fix it.
 may_use() {
     local group=$1 file there=
     shift
@@ -13,18 +12,18 @@ may_use() {
         there=$file
     done
     [ -z "$there" ] ||
-        say "$(id -un) may not use $there; this mends it: sudo usermod -aG $group $(id -un), then log in again"
+        say "$(id -un) may not use $there; to fix it: sudo usermod -aG $group $(id -un), then log in again"
     return 1
 }
 
-# Exports the platform that gives a screen here; fails when none does. The radio paints with the processor, so the
-# plainest way comes first: the kernel's mode setting with plain buffers works with every driver, spares the OpenGL
-# libraries, and the kernel itself brings the text back when the radio ends, however it ends. eglfs is for drivers that
-# have no plain buffers, /dev/fb0 for kernels that have nothing else.
+# Exports the Qt platform that finds a screen here; fails when none does. The radio paints in software, so the simplest
+# way comes first: kernel mode setting with dumb buffers works with every driver, needs no OpenGL libraries, and the
+# kernel restores the text console however the radio ends. eglfs is for drivers without dumb buffers, /dev/fb0 for kernels
+# without mode setting.
 choose_console_screen() {
     local connected card way size
     export QT_QPA_FB_HIDECURSOR=1 QT_QPA_EGLFS_HIDECURSOR=1
-    # Qt leaves the terminal alone: Ctrl-C is heard, and a radio that was killed leaves nothing to be put right.
+    # Qt leaves the terminal alone: Ctrl-C works, and a radio that was killed leaves nothing to restore.
     export QT_QPA_ENABLE_TERMINAL_KEYBOARD=1 QT_QPA_PRESERVE_CONSOLE_STATE=1
     export QT_QPA_KMS_CONFIG=$run_dir/screen.json QT_QPA_EGLFS_KMS_CONFIG=$run_dir/screen.json
     for connected in $(grep -lx connected /sys/class/drm/card*-*/status 2>/dev/null); do
@@ -46,15 +45,15 @@ choose_console_screen() {
     say "drawing to the console's screen, $size (/dev/fb0)"
 }
 
-# What is typed on a console reaches its terminal too, whoever else hears the keyboard. It is read from there until
-# the radio ends, so that no letter of a password waits for the shell, and none appears in the picture.
+# Keys typed on a console reach its terminal, too, even if the radio reads the keyboard. They are read from the terminal
+# until the radio ends, so that no letter of a password reaches the shell or appears on the screen.
 terminal_before=
 take_terminal() {
     terminal_before=$(stty -g)
     stty -echo -icanon
     printf '\033[?25l'
     if may_use input /dev/input/event*; then
-        # The layout that the console has; the letters of a keyboard that Qt reads itself would be American.
+        # The console's layout; without it Qt would use the American one.
         if [ -r /etc/default/keyboard ]; then
             export XKB_DEFAULT_LAYOUT XKB_DEFAULT_VARIANT
             XKB_DEFAULT_LAYOUT=$(. /etc/default/keyboard && printf %s "${XKBLAYOUT:-}")
@@ -73,18 +72,18 @@ give_terminal_back() {
     kill -TERM "$terminal_reader" 2>/dev/null || true
     wait "$terminal_reader" 2>/dev/null || true
     while read -rs -t 0.01 -n 1000; do :; done </dev/tty
-    [ "${QT_QPA_PLATFORM#linuxfb:}" = "$QT_QPA_PLATFORM" ] || printf '\033[2J\033[H' # no kernel takes the picture away
+    [ "${QT_QPA_PLATFORM#linuxfb:}" = "$QT_QPA_PLATFORM" ] || printf '\033[2J\033[H' # here the kernel does not restore the text
     printf '\033[?25h'
     stty "$terminal_before"
     terminal_before=
 }
 
-# A console's keys as they arrive in its terminal, sent to the radio as the remote's.
+# Reads keys from the console's terminal and sends them to the radio as remote keys.
 terminal_keys() {
     local key more
     while IFS= read -rsN1 key; do
         if [ "$key" = $'\e' ]; then
-            # What follows at once belongs to it; a lone Escape is followed by nothing.
+            # Characters that follow at once belong to the key; nothing follows a lone Escape.
             while IFS= read -rsN1 -t 0.02 more; do
                 key+=$more
                 [[ $key =~ ^$'\e'(\[\[?[A-Z]|\[[0-9]+~)$ ]] && break
