@@ -5,7 +5,6 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <netdb.h>
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QTemporaryFile>
 #include <QTest>
@@ -179,10 +178,7 @@ private slots:
         QCOMPARE(velmora_ws_addSongBookmark("behind it", cb, nullptr, nullptr), VLM_WS_ERR_OK);
         QTRY_COMPARE(ws.server.seen.size(), 1);
         watchWiping(true);
-        QElapsedTimer clock;
-        clock.start();
         QCOMPARE(velmora_ws_uninit(), VLM_WS_ERR_OK);
-        QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(ws.count(), 0);
         QCOMPARE(velmora_ws_release_handle(ws.handle), VLM_WS_ERR_INVALID_ARGUMENT);
         // Both records went with the library.

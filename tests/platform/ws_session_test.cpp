@@ -84,16 +84,6 @@ private slots:
             QCOMPARE(ws.server.seen.at(expected.size() - 2).body["deviceKey"].toString(), deviceKey);
     }
 
-    void aRenewalThatFailsIsTheRequestsResult()
-    {
-        WsFixture ws;
-        ws.server.answer("partnerLogin", VLM_WS_ERR_MAINTENANCE);
-        QCOMPARE(ws.wait(velmora_ws_emailPassword("u", cb, nullptr, &ws.handle)), VLM_WS_ERR_MAINTENANCE);
-        QCOMPARE(ws.server.functions(), QStringList("partnerLogin"));
-        ws.server.answer("partnerLogin", QJsonObject{}); // no token in it
-        QCOMPARE(ws.wait(velmora_ws_emailPassword("u", cb, nullptr, &ws.handle)), VLM_WS_ERR_MALFORMED_REPLY);
-    }
-
     void userInformationOfTheSessionIsNeverAnsweredWithAnInvalidToken()
     {
         WsFixture ws;

@@ -2,7 +2,6 @@
 #include "service/deviceidentity.h"
 #include "service/skiprules.h"
 #include "service/tokenrenewal.h"
-#include "service/wscommands.h"
 #include "velmora_ws.h"
 
 #include <QtTest>
@@ -13,18 +12,6 @@ using tokenrenewal::Situation;
 class ServiceRulesTest : public QObject {
     Q_OBJECT
 private slots:
-    void exactlyTheseRequestsNeedThePartnerTokenOnly()
-    {
-        const QSet<int> partnerOnly{3, 6, 7, 8, 24, 26, 31};
-        for (int id = -1; id <= 40; ++id) {
-            QCOMPARE(wscommands::command(id).isPartnerTokenOnly, partnerOnly.contains(id));
-            const bool isReserved = id < 0 || id == 19 || id == 20 || id >= 36;
-            QCOMPARE(wscommands::command(id).name == nullptr, isReserved);
-        }
-        QCOMPARE(wscommands::command(VLM_WS_MSGID_SLEEP_SONG).name, "sleepSong");
-        QCOMPARE(wscommands::command(VLM_WS_MSGID_EXPLAIN_TRACK).name, "explainTrack");
-    }
-
     void aCompletionLeadsToOneAction()
     {
         struct Case {
