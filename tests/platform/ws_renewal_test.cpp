@@ -5,7 +5,9 @@
 #include "unit/service_requests.h"
 #include "ws_fixture.h"
 
+#include <QCoreApplication>
 #include <QTest>
+#include <QTimer>
 
 #include <functional>
 
@@ -66,6 +68,7 @@ const QList<Trouble> &troubles()
 class Radio {
 public:
     explicit Radio(const Trouble &trouble)
+        : m_ws("state_dir=" + stateFolder() + '\n')
     {
         DeviceTwin::setPrivateRoot(m_ws.folder.path());
         m_ws.server.setScript([&trouble](const Seen &request) {
@@ -88,15 +91,24 @@ public:
     // Until there are as many results. The logins are paced: some waiting belongs to it.
     void waitFor(qsizetype number)
     {
-        QDeadlineTimer limit(40'000);
-        while (results.size() < number && !limit.hasExpired())
-            QTest::qWait(1);
+        QTimer limit;
+        limit.setSingleShot(true);
+        limit.start(40'000);
+        while (results.size() < number && limit.isActive())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     int partnerLogins() const { return int(m_ws.server.functions().count("partnerLogin")); }
 
     QList<std::pair<int, int>> results; // command, code
 
 private:
+    // One for all: writing the state of a new device takes its time.
+    static QByteArray stateFolder()
+    {
+        static const QTemporaryDir folder;
+        return folder.filePath("state").toUtf8();
+    }
+
     WsFixture m_ws;
     QObject m_context;
 };
@@ -114,18 +126,21 @@ private slots:
         const QSet<int> partnerRequests{6, 7, 8, 24, 26, 31};
         for (const Trouble &trouble : troubles()) {
             for (const Wrapper &wrapper : wrappers()) {
+                const bool isSentAgain = VLM_WS_IS_SENT_AGAIN(wrapper.cmd);
+                const bool isPartner = partnerRequests.contains(wrapper.cmd);
                 if (wrapper.cmd == VLM_WS_MSGID_PARTNER_LOGIN)
                     continue; // a part of every trouble
+                if (!isSentAgain && !isPartner && &trouble != &troubles().first())
+                    continue; // answered without any login
                 const Row row(
                     QStringLiteral("%1: %2").arg(QLatin1String(trouble.name), QLatin1String(wrapper.signalName)));
                 Radio radio(trouble);
                 radio.send(wrapper);
                 const bool isUserLogin = wrapper.cmd == VLM_WS_MSGID_USER_LOGIN;
-                const bool isSentAgain = VLM_WS_IS_SENT_AGAIN(wrapper.cmd);
                 int code = trouble.ofUserRequests;
                 if (isUserLogin)
                     code = trouble.ofUserLogin;
-                else if (partnerRequests.contains(wrapper.cmd))
+                else if (isPartner)
                     code = trouble.ofPartnerRequests;
                 else if (!isSentAgain)
                     code = VLM_WS_ERR_INVALID_AUTH_TOKEN_2;
@@ -143,19 +158,16 @@ private slots:
     {
         const QList<int> together{VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE,
                                   VLM_WS_MSGID_EMAIL_PASSWORD};
-        for (const Trouble &trouble : troubles().mid(0, 2)) { // each takes some seconds: the logins are paced
-            const Row row(trouble.name);
-            Radio radio(trouble);
-            for (const Wrapper &wrapper : wrappers()) {
-                if (together.contains(wrapper.cmd))
-                    radio.send(wrapper);
-            }
-            radio.waitFor(together.size());
-            QSet<int> answered;
-            for (const auto &[cmd, code] : radio.results)
-                answered.insert(cmd);
-            QCOMPARE(answered, QSet<int>(together.begin(), together.end()));
+        Radio radio(troubles().first()); // takes some seconds: the logins are paced
+        for (const Wrapper &wrapper : wrappers()) {
+            if (together.contains(wrapper.cmd))
+                radio.send(wrapper);
         }
+        radio.waitFor(together.size());
+        QSet<int> answered;
+        for (const auto &[cmd, code] : radio.results)
+            answered.insert(cmd);
+        QCOMPARE(answered, QSet<int>(together.begin(), together.end()));
     }
 };
 
