@@ -58,7 +58,7 @@ private slots:
         browser.screenshot(QStringLiteral(JOURNEY_PICTURES "/done-page.png"));
 
         QVERIFY(journey.key({"select"})); // Continue
-        // A new account has Tapestry, which plays.
+        // A new account has its starter stations and Tapestry, which plays.
         QVERIFY(journey.waitForScreen("VelmoraMainDlg", 40));
         QVERIFY(journey.waitForAudio(1));
         QCOMPARE(journey.label("userNameLabel"), QStringLiteral("new@house.example"));
