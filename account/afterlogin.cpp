@@ -1,8 +1,8 @@
 #include "account/afterlogin.h"
 
-#include "app/stationdialog.h"
 #include "app/playerport.h"
 #include "app/screenfactory.h"
+#include "app/stationdialog.h"
 #include "app/velmoraparentwidget.h"
 #include "service/velmoralogin.h"
 #include "service/wshandle.h"

@@ -73,9 +73,8 @@ void RenameStationDlg::renameStation(QString newStationName)
     }
     setMsgBoxInfoType(LABELS_YES_NO);
     const QPointer<RenameStationDlg> guard(this);
-    const int answer =
-        showMsgbox(MSG_QUESTION, tr("Are you sure you want to rename this station as: \n") +
-                                     cutText(newStationName, longestNameAsked) + QLatin1Char('?'));
+    const int answer = showMsgbox(MSG_QUESTION, tr("Are you sure you want to rename this station as: \n") +
+                                                    cutText(newStationName, longestNameAsked) + QLatin1Char('?'));
     if (!guard || isBoxDestroyed() || isEixt || m_isErrorMsg)
         return;
     if (answer == 0) {

@@ -8,8 +8,8 @@
 namespace viewcomponent {
 
 // The buffering animation with its text: a child widget over `parent` that takes the keyboard focus while it shows,
-// so that no key reaches a control under it. Its card is the child `bufferCard`, in the middle of a screen of 1280 x 720;
-// the screen may move it. GUI thread only.
+// so that no key reaches a control under it. Its card is the child `bufferCard`, in the middle of a screen of 1280 x
+// 720; the screen may move it. GUI thread only.
 class VIEWCOMPONENT_EXPORT BufferDlg : public QWidget {
     Q_OBJECT
 public:
