@@ -408,10 +408,9 @@ void SelectUserDlg::paintRow(QPushButton *button) const
     const QRect room = button->rect().adjusted(rowPadding, 0, -rowTextEnd, 0);
     const QString name = button->fontMetrics().elidedText(button->text(), Qt::ElideRight, room.width());
     painter.setPen(button->palette().color(QPalette::ButtonText));
-    painter.drawText(room,
-                     Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine |
-                         (name.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight),
-                     name);
+    const int direction = name.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
+    const int place = int(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
+    painter.drawText(room, place | Qt::TextSingleLine | direction, name);
 }
 
 bool SelectUserDlg::eventFilter(QObject *watched, QEvent *event)
