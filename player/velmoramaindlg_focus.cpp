@@ -117,8 +117,11 @@ void VelmoraMainDlg::showAnimation(const QString &text)
     else if (QPushButton *button = buttonAt(m_focusPosition))
         button->setStyleSheet(focusring::buttonStyle(m_focusPosition, false, m_isPaused));
     controlAnimation(false, text);
-    if (auto *card = findChild<QWidget *>(QStringLiteral("bufferCard"))) // a device's own library may have none
-        card->move(bufferingPlace);
+    // An animation that was hidden a moment ago is still a child; the new one is the last. A device's own library may
+    // have no such card.
+    const auto cards = findChildren<QWidget *>(QStringLiteral("bufferCard"));
+    if (!cards.isEmpty())
+        cards.last()->move(bufferingPlace);
     if (screencover::mayLookFocused(cover()))
         showFocused(m_focusPosition);
 }
