@@ -467,11 +467,12 @@ void DescriptorBuilder::Analysis::modulation(float *result) const
     std::array<std::array<Moments, rangeCount>, wideBands> magnitudes;
     std::array<float, modulationFrames> series;
     for (size_t begin = 0; begin + modulationFrames <= frames.size(); begin += modulationFrames / 2) {
+        constexpr size_t bandsEach = bandCount / wideBands;
         for (size_t wide = 0; wide < wideBands; ++wide) {
             float sum = 0;
             for (size_t i = 0; i < modulationFrames; ++i) {
-                const auto first = frames[begin + i].begin() + wide * (bandCount / wideBands);
-                series[i] = std::accumulate(first, first + bandCount / wideBands, 0.0f) / (bandCount / wideBands);
+                const auto first = frames[begin + i].begin() + wide * bandsEach;
+                series[i] = std::accumulate(first, first + bandsEach, 0.0f) / static_cast<float>(bandsEach);
                 sum += series[i];
             }
             for (float &value : series)

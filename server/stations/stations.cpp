@@ -265,7 +265,7 @@ std::optional<std::string> Stations::pictureId(const Music &music)
 std::optional<std::string> Stations::pictureId(const Station &station)
 {
     for (const Music &music : seeds(station.id)) {
-        if (const std::optional<std::string> id = pictureId(music))
+        if (std::optional<std::string> id = pictureId(music))
             return id;
     }
     return std::nullopt;
