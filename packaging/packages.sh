@@ -5,7 +5,8 @@ packages_build=(
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
     libxcb1-dev libxcb-xkb-dev libxcb-randr0-dev
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libcpp-httplib-dev
-    libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev libkissfft-dev
+    libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
+    libkissfft-dev libtag1-dev libsndfile1-dev libebur128-dev libturbojpeg0-dev libpng-dev libseccomp-dev libxxhash-dev
 )
 packages_run=(
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa

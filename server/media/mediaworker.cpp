@@ -1,0 +1,242 @@
+#include "server/media/mediaworker.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace velmora::media {
+
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr int mostFiles = 1000; // of one process, so that nothing that leaks goes on for ever
+constexpr auto tagsTime = 5s;
+constexpr auto pictureTime = 5s;
+constexpr int socketInChild = 3;
+
+} // namespace
+
+MediaWorker::MediaWorker(std::filesystem::path program)
+    : m_program(std::move(program))
+    , m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+}
+
+MediaWorker::~MediaWorker()
+{
+    end();
+    if (m_wake >= 0)
+        ::close(m_wake);
+}
+
+std::filesystem::path MediaWorker::besideThisProgram()
+{
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "velmora-media";
+}
+
+void MediaWorker::interrupt()
+{
+    const uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(m_wake, &one, sizeof one);
+}
+
+bool MediaWorker::start()
+{
+    if (m_process > 0)
+        return true;
+    int ends[2] = {-1, -1};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+        return false;
+    posix_spawn_file_actions_t actions;
+    posix_spawnattr_t attributes;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawnattr_init(&attributes);
+    for (int descriptor = 0; descriptor < socketInChild; ++descriptor)
+        posix_spawn_file_actions_addopen(&actions, descriptor, "/dev/null", O_RDWR, 0);
+    posix_spawn_file_actions_adddup2(&actions, ends[1], socketInChild);
+    posix_spawn_file_actions_addclosefrom_np(&actions, socketInChild + 1);
+    sigset_t none;
+    sigset_t all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    char *const arguments[] = {const_cast<char *>("velmora-media"), nullptr};
+    char *const environment[] = {nullptr};
+    const int result = ::posix_spawn(&m_process, m_program.c_str(), &actions, &attributes, arguments, environment);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    ::close(ends[1]);
+    if (result != 0) {
+        ::close(ends[0]);
+        m_process = -1;
+        return false;
+    }
+    m_socket = ends[0];
+    m_files = 0;
+    return true;
+}
+
+void MediaWorker::end()
+{
+    if (m_socket >= 0)
+        ::close(m_socket);
+    m_socket = -1;
+    if (m_process > 0) {
+        ::kill(m_process, SIGKILL);
+        while (::waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+    m_process = -1;
+}
+
+bool MediaWorker::send(const Request &request, int file) const
+{
+    iovec part{const_cast<Request *>(&request), sizeof request};
+    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
+    msghdr message{};
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    message.msg_control = control;
+    message.msg_controllen = sizeof control;
+    cmsghdr *head = CMSG_FIRSTHDR(&message);
+    head->cmsg_level = SOL_SOCKET;
+    head->cmsg_type = SCM_RIGHTS;
+    head->cmsg_len = CMSG_LEN(sizeof(int));
+    std::memcpy(CMSG_DATA(head), &file, sizeof(int));
+    ssize_t sent = 0;
+    do {
+        sent = ::sendmsg(m_socket, &message, MSG_NOSIGNAL);
+    } while (sent < 0 && errno == EINTR);
+    return sent == sizeof request;
+}
+
+int MediaWorker::receive(void *buffer, size_t count, SteadyClock::time_point until) const
+{
+    auto *to = static_cast<char *>(buffer);
+    while (count > 0) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - SteadyClock::now());
+        if (left <= 0ms)
+            return 0;
+        pollfd waits[2] = {{m_socket, POLLIN, 0}, {m_wake, POLLIN, 0}};
+        const int ready = ::poll(waits, 2, static_cast<int>(left.count()));
+        if (ready < 0 && errno != EINTR)
+            return -1;
+        if (ready <= 0)
+            continue;
+        if (waits[1].revents != 0)
+            return -2;
+        const ssize_t got = ::recv(m_socket, to, count, 0);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return -1;
+        to += got;
+        count -= static_cast<size_t>(got);
+    }
+    return 1;
+}
+
+Outcome MediaWorker::ask(Operation operation, int file, std::chrono::milliseconds longest, std::vector<Field> *fields,
+                         std::string *problem)
+{
+    if (m_files >= mostFiles)
+        end();
+    if (!start()) {
+        *problem = "velmora-media cannot be started";
+        return Outcome::NoWorker;
+    }
+    const auto until = SteadyClock::now() + longest;
+    const Request request{static_cast<uint32_t>(operation), ++m_sequence};
+    const bool isFirst = m_files++ == 0;
+    AnswerHead head;
+    std::string bytes;
+    int result = send(request, file) ? receive(&head, sizeof head, until) : -1;
+    if (result == 1) {
+        if (head.sequence != request.sequence || head.length > mostAnswerBytes) {
+            result = -2;
+        } else {
+            bytes.resize(head.length);
+            result = receive(bytes.data(), bytes.size(), until);
+        }
+    }
+    const std::optional<std::vector<Field>> read = result == 1 ? readFields(bytes) : std::nullopt;
+    if (result == 1 && read) {
+        *fields = *read;
+        if (head.verdict == static_cast<uint32_t>(Verdict::Done))
+            return Outcome::Done;
+        *problem = problemOf(*read);
+        return Outcome::Refused;
+    }
+    // A process that leaves by itself at its first file could not enter its sandbox; no file makes it do that.
+    int status = 0;
+    if (isFirst && result == -1 && ::waitpid(m_process, &status, 0) == m_process) {
+        m_process = -1;
+        if (WIFEXITED(status)) {
+            end();
+            *problem = "velmora-media cannot be started";
+            return Outcome::NoWorker;
+        }
+    }
+    end();
+    *problem = result == 0 ? "reading it took too long" : "reading it failed badly";
+    return result == 0 ? Outcome::TooSlow : Outcome::Crashed;
+}
+
+Outcome MediaWorker::readTags(int file, MediaTags *tags, std::string *problem)
+{
+    std::vector<Field> fields;
+    const Outcome outcome = ask(Operation::Tags, file, tagsTime, &fields, problem);
+    if (outcome != Outcome::Done)
+        return outcome;
+    const std::optional<MediaTags> read = tagsOf(fields);
+    if (!read) {
+        *problem = "what it says of itself is impossible";
+        return Outcome::Refused;
+    }
+    *tags = *read;
+    return Outcome::Done;
+}
+
+Outcome MediaWorker::readPicture(Operation operation, int file, std::string *jpeg, std::string *problem)
+{
+    std::vector<Field> fields;
+    const Outcome outcome = ask(operation, file, pictureTime, &fields, problem);
+    if (outcome != Outcome::Done)
+        return outcome;
+    const std::optional<std::string> read = jpegOf(fields);
+    if (!read) {
+        *problem = "an impossible picture";
+        return Outcome::Refused;
+    }
+    *jpeg = *read;
+    return Outcome::Done;
+}
+
+Outcome MediaWorker::analyse(int file, double seconds, MediaAnalysis *analysis, std::string *problem)
+{
+    std::vector<Field> fields;
+    const auto longest = 60s + std::chrono::seconds(static_cast<int64_t>(seconds / 60));
+    const Outcome outcome = ask(Operation::Analysis, file, longest, &fields, problem);
+    if (outcome != Outcome::Done)
+        return outcome;
+    const std::optional<MediaAnalysis> read = analysisOf(fields);
+    if (!read) {
+        *problem = "what was heard in it is impossible";
+        return Outcome::Refused;
+    }
+    *analysis = *read;
+    return Outcome::Done;
+}
+
+} // namespace velmora::media

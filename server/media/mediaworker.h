@@ -1,0 +1,58 @@
+#pragma once
+
+#include "server/media/mediafacts.h"
+
+#include <chrono>
+#include <filesystem>
+#include <sys/types.h>
+
+namespace velmora::media {
+
+enum class Outcome {
+    Done,
+    Refused,  // the worker says that the file cannot be used
+    Crashed,  // it died of the file, or answered nonsense
+    TooSlow,  // it was ended, because it took too long
+    NoWorker, // the program cannot be started; the file is not to blame
+};
+
+// One process of velmora-media, started when it is needed and replaced when it has died, was too slow, or has read
+// many files. Used by one thread, which must outlive it: the process ends with the thread that started it.
+class MediaWorker {
+public:
+    explicit MediaWorker(std::filesystem::path program);
+    ~MediaWorker();
+    MediaWorker(const MediaWorker &) = delete;
+    MediaWorker &operator=(const MediaWorker &) = delete;
+
+    // `file` is open for reading and stays the caller's. `problem` gets words for people unless it is Done.
+    Outcome readTags(int file, MediaTags *tags, std::string *problem);
+    // From inside an audio file, or from a picture file.
+    Outcome readPicture(Operation operation, int file, std::string *jpeg, std::string *problem);
+    // A minute and a second for every minute of music.
+    Outcome analyse(int file, double seconds, MediaAnalysis *analysis, std::string *problem);
+
+    // Makes the present request end at once, as Crashed. Any thread.
+    void interrupt();
+
+    // The program beside the one that runs.
+    static std::filesystem::path besideThisProgram();
+
+private:
+    Outcome ask(Operation operation, int file, std::chrono::milliseconds longest, std::vector<Field> *fields,
+                std::string *problem);
+    bool start();
+    void end(); // kills and forgets it
+    bool send(const Request &request, int file) const;
+    // Fills the buffer until the time is over: 1 done, 0 too late, -1 the other end has gone, -2 interrupted.
+    int receive(void *buffer, size_t count, std::chrono::steady_clock::time_point until) const;
+
+    std::filesystem::path m_program;
+    pid_t m_process = -1;
+    int m_socket = -1;
+    int m_wake = -1; // an event that interrupt() raises
+    uint32_t m_sequence = 0;
+    int m_files = 0; // read by the present process
+};
+
+} // namespace velmora::media
