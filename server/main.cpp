@@ -3,6 +3,7 @@
 #include "server/api/apiserver.h"
 #include "server/demoaccount.h"
 #include "server/demolibrary.h"
+#include "server/library/library.h"
 #include "server/serveroptions.h"
 #include "server/web/mailbox.h"
 #include "server/web/webpages.h"
@@ -58,8 +59,50 @@ std::filesystem::path demoProgram()
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "velmora-demomusic";
 }
 
+constexpr const char *systemConfig = "/etc/velmora/server.conf";
+
+// What the options and the configuration file say about the music; what is wrong otherwise.
+std::variant<LibrarySettings, std::string> librarySettings(const ServerOptions &options)
+{
+    LibrarySettings settings;
+    settings.say = say;
+    settings.config.folders = options.music;
+    settings.configFile = options.config;
+    std::error_code error;
+    if (options.config.empty() && std::filesystem::exists(systemConfig, error))
+        settings.configFile = systemConfig;
+    if (!settings.configFile.empty()) {
+        const auto read = readLibraryConfig(settings.configFile);
+        if (const auto *problem = std::get_if<std::string>(&read))
+            return *problem;
+    }
+    for (const std::filesystem::path &folder : options.music) {
+        const std::filesystem::directory_iterator listed(folder, error);
+        if (error)
+            return "cannot read the music folder " + folder.string();
+    }
+    return settings;
+}
+
+bool hasMusic(const LibrarySettings &settings)
+{
+    if (!settings.config.folders.empty() || settings.configFile.empty())
+        return !settings.config.folders.empty();
+    const auto read = readLibraryConfig(settings.configFile);
+    const auto *config = std::get_if<LibraryConfig>(&read);
+    return config && !config->folders.empty();
+}
+
 int run(const ServerOptions &options)
 {
+    auto parsedLibrary = librarySettings(options);
+    if (const auto *problem = std::get_if<std::string>(&parsedLibrary)) {
+        std::fprintf(stderr, "velmora-server: %s\n", problem->c_str());
+        return exitUsage;
+    }
+    auto &music = std::get<LibrarySettings>(parsedLibrary);
+    const bool hasDemo = options.hasDemo.value_or(!hasMusic(music));
+    const bool hasDemoAccount = hasDemo || options.hasDemoAccount;
     ServiceSettings settings;
     settings.dataDirectory = options.dataDirectory;
     settings.lifetimes = options.lifetimes;
@@ -68,10 +111,14 @@ int run(const ServerOptions &options)
 
     DemoLibrary demo(service.catalogue, {demoProgram(), service.dataDirectory() / "demo", options.demoTracksOfStyle},
                      say);
-    if (options.hasDemo) {
+    if (hasDemo)
         demo.start();
+    if (hasDemoAccount)
         ensureDemoAccount(service);
-    }
+    music.dataDirectory = service.dataDirectory();
+    Library library(service.store, service.catalogue, settings.clock, music);
+    service.library = &library;
+    library.start();
 
     MailSettings mail;
     mail.smtp = options.smtp;
@@ -102,10 +149,11 @@ int run(const ServerOptions &options)
     say("velmora-server listening on " + server.url());
     if (options.smtp.empty())
         say("mails are written to " + outbox.string());
-    if (options.hasDemo)
+    if (hasDemoAccount)
         say("demo account: " + demoAccountFile(service).string());
     waitForEnd();
     server.stop();
+    library.stop();
     return 0;
 }
 

@@ -115,7 +115,11 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         return readMailAddress(value, &options.mailFrom);
     if (name == "--fail")
         return readFailure(value, &options.failures);
-    if (name == "--data")
+    if (name == "--music")
+        options.music.push_back(std::filesystem::absolute(value).lexically_normal());
+    else if (name == "--config")
+        options.config = value;
+    else if (name == "--data")
         options.dataDirectory = value;
     else if (name == "--tls-cert")
         options.listen.tlsCertificate = value;
@@ -129,8 +133,8 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
 }
 
 constexpr const char *namesWithValue[] = {
-    "--listen", "--data",        "--public-url", "--tls-cert",   "--tls-key",   "--token-lifetime", "--throttle",
-    "--fail",   "--demo-tracks", "--smtp",       "--smtp-login", "--mail-from", "--outbox"};
+    "--listen",      "--data", "--public-url", "--tls-cert",  "--tls-key", "--token-lifetime", "--throttle", "--fail",
+    "--demo-tracks", "--smtp", "--smtp-login", "--mail-from", "--outbox",  "--music",          "--config"};
 
 bool takesValue(const std::string &name)
 {
@@ -154,6 +158,8 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
             options.showsHelp = true;
         } else if (argument == "--demo" || argument == "--no-demo") {
             options.hasDemo = argument == "--demo";
+        } else if (argument == "--demo-account") {
+            options.hasDemoAccount = true;
         } else if (argument == "--insecure-lan") {
             isInsecureLan = true;
         } else if (argument == "--die-with-parent") {
@@ -188,7 +194,10 @@ std::string usage()
   --tls-cert FILE --tls-key FILE
                             HTTPS with this certificate chain and key (PEM)
   --insecure-lan            listen beyond this machine without a certificate
-  --demo, --no-demo         make the demo catalogue and the demo account (on)
+  --music DIR               play the music in this folder; may be given several times
+  --config FILE             what the owner says about the music (/etc/velmora/server.conf)
+  --demo, --no-demo         make the demo catalogue and the demo account (on, unless there is music)
+  --demo-account            make the demo account, whatever is played
   --demo-tracks N           of the demo catalogue at most so many tracks of each style (all)
   --token-lifetime P,U      seconds that partner and user sessions live (86400,14400)
   --smtp URL                mail server, smtp[s]://host[:port]

@@ -2,6 +2,7 @@
 
 #include "server/api/apiserver.h"
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -13,8 +14,11 @@ struct ServerOptions {
     ListenSettings listen;
     std::filesystem::path dataDirectory;
     TokenLifetimes lifetimes;
-    bool hasDemo = true;
-    int demoTracksOfStyle = 1000; // at most so many
+    std::vector<std::filesystem::path> music; // folders, absolute
+    std::filesystem::path config;             // empty: the system's, where there is one
+    std::optional<bool> hasDemo;              // as it was said; else there is a demo where there is no music
+    bool hasDemoAccount = false;              // also without the demo catalogue
+    int demoTracksOfStyle = 1000;             // at most so many
     bool diesWithParent = false;
     bool isUnderMaintenance = false;
     bool showsHelp = false;

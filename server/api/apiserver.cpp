@@ -32,6 +32,13 @@ void send(httplib::Response &response, const Answer &answer)
                          "application/json; charset=utf-8");
 }
 
+std::string decimal(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f", value);
+    return text;
+}
+
 // The local port of a connected TCP socket; nothing for any other descriptor.
 std::optional<int> localPortOfConnection(int fd)
 {
@@ -223,11 +230,18 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     const std::optional<Ad> ad = id && !track ? m_service.catalogue.ad(*id) : std::nullopt;
     if (!track && !ad)
         return refuse(404, "no such file");
-    if (*kind == MediaKind::Picture)
-        streamMedia(request, response, track ? track->pictureFile : ad->pictureFile, "image/png");
-    else
-        streamMedia(request, response, track ? track->audioFile : ad->audioFile,
-                    track ? track->audioType : ad->audioType);
+    if (*kind == MediaKind::Picture) {
+        const std::filesystem::path &picture = track ? track->pictureFile : ad->pictureFile;
+        return streamMedia(request, response, picture, picture.extension() == ".jpg" ? "image/jpeg" : "image/png");
+    }
+    // Its folder may be a network share that does not answer: nobody shall wait for that.
+    if (track && !track->isPlayable)
+        return refuse(503, "its folder is away");
+    if (track && track->gainDb)
+        response.set_header("Velmora-Gain", decimal(*track->gainDb));
+    if (track && track->peak)
+        response.set_header("Velmora-Peak", decimal(*track->peak));
+    streamMedia(request, response, track ? track->audioFile : ad->audioFile, track ? track->audioType : ad->audioType);
 }
 
 void ApiServer::streamMedia(const httplib::Request &request, httplib::Response &response,

@@ -22,8 +22,8 @@ bool readNumber(std::string_view text, uint64_t *value)
 
 std::string audioExtension(const std::string &mediaType)
 {
-    constexpr std::array<std::pair<const char *, const char *>, 3> extensions = {
-        {{"audio/flac", ".flac"}, {"audio/mpeg", ".mp3"}, {"audio/ogg", ".ogg"}}};
+    constexpr std::array<std::pair<const char *, const char *>, 4> extensions = {
+        {{"audio/flac", ".flac"}, {"audio/mpeg", ".mp3"}, {"audio/ogg", ".ogg"}, {"audio/wav", ".wav"}}};
     for (const auto &[type, extension] : extensions) {
         if (mediaType == type)
             return extension;

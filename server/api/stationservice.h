@@ -20,6 +20,8 @@ public:
     virtual void sendPinRescue(const std::string &address, const std::string &token) = 0;
 };
 
+class Library;
+
 struct ServiceSettings {
     std::filesystem::path dataDirectory; // made, owner-only, when it does not exist
     TokenLifetimes lifetimes;
@@ -61,6 +63,8 @@ public:
 
     // Not owned; set before the server answers. Without one, functions that send mail fail.
     Mailer *mailer = nullptr;
+    // Not owned; set before the server answers. Null where there is no music of the owner's.
+    Library *library = nullptr;
     const Clock clock;
     const std::chrono::milliseconds patience;
     // When set, everything that writes answers 5096. Set before the server answers.

@@ -204,7 +204,9 @@ std::vector<std::string> Catalogue::styles()
 {
     std::vector<std::string> styles;
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT DISTINCT style FROM tracks ORDER BY style");
+    Statement row =
+        db->prepare("SELECT style FROM (SELECT style FROM tracks WHERE style <> '' GROUP BY style ORDER BY COUNT(*) "
+                    "DESC, style LIMIT 30) ORDER BY style");
     while (row.step())
         styles.push_back(row.text(0));
     return styles;

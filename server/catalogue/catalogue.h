@@ -77,7 +77,7 @@ public:
     std::optional<Ad> ad(int64_t id);
     std::optional<Ad> ad(const std::string &publicId);
     std::string artistName(int64_t id);               // empty when unknown
-    std::vector<std::string> styles();                // of all tracks, in alphabetical order
+    std::vector<std::string> styles();                // the thirty with the most tracks, in alphabetical order
     std::vector<std::string> largestStyles(int most); // those with the most tracks, in alphabetical order
     bool hasStyle(const std::string &style);
     // Any track of the style or artist with a picture, for showing a station. Nothing when there is none.

@@ -26,6 +26,21 @@ int64_t Owners::artist(const std::string &name)
     return m_artists[name] = id;
 }
 
+int64_t Owners::unknownArtist(const std::string &name, const std::string &place)
+{
+    // No name folds to text with such a sign in front, so nothing typed or tagged is ever equal to it.
+    const std::string key = "?" + tokenHash(place);
+    const auto known = m_artists.find(key);
+    if (known != m_artists.end())
+        return known->second;
+    Statement row = m_db.prepare("SELECT id FROM artists WHERE folded = ?1");
+    row.with(key);
+    if (row.step())
+        return m_artists[key] = row.integer(0);
+    m_db.run("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3)", randomToken(9), name, key);
+    return m_artists[key] = m_db.lastRowId();
+}
+
 int64_t Owners::album(const AlbumKey &key)
 {
     const auto remembered = std::make_tuple(key.artistId, key.title, key.folder);

@@ -28,6 +28,8 @@ public:
 
     // Names are compared folded, so "Café Noir" and "CAFE NOIR" are one artist; the first spelling stays.
     int64_t artist(const std::string &name);
+    // One that nobody names: a different one for every place, never found by a search.
+    int64_t unknownArtist(const std::string &name, const std::string &place);
     int64_t album(const AlbumKey &key);
 
 private:

@@ -227,7 +227,7 @@ ALTER TABLE sessions ADD COLUMN is_revoked INTEGER NOT NULL DEFAULT 0;
 // Music from folders. Paths are bytes, because names of files need not be UTF-8; a file's path is relative to its root.
 // A root, file or track that is gone is marked, never deleted: thumbs and stations hang on the track.
 // files.left_out is empty, or the rule (server/library/leftout.h) that keeps the file out of the stations.
-// tracks.recording_id names the track of the same recording that plays instead; NULL when it is this one.
+// Tracks of one recording share tracks.recording_id, the id of one of them; NULL: it is the only one.
 // descriptors.numbers are half floats in the machine's little-endian order.
 // plays.issue_id was the issued track's id, which is forgotten earlier than the play.
 constexpr const char *ownMusic = R"sql(
@@ -252,7 +252,6 @@ CREATE TABLE files (
   inode INTEGER NOT NULL,
   track_id INTEGER REFERENCES tracks(id) ON DELETE SET NULL,
   sound_print BLOB,
-  tags_print BLOB,
   quality INTEGER NOT NULL DEFAULT 0,
   missing_since INTEGER,
   worker_version INTEGER NOT NULL DEFAULT 0,
@@ -265,6 +264,7 @@ CREATE TABLE files (
 );
 CREATE INDEX files_by_track ON files(track_id);
 CREATE INDEX files_by_sound ON files(sound_print);
+CREATE INDEX files_to_analyse ON files(id) WHERE analysis_version = 0;
 CREATE INDEX files_by_reason ON files(left_out, id) WHERE left_out <> '';
 ALTER TABLE tracks ADD COLUMN source TEXT NOT NULL DEFAULT 'demo';
 ALTER TABLE tracks ADD COLUMN recording_id INTEGER;
@@ -281,8 +281,9 @@ ALTER TABLE tracks ADD COLUMN kind TEXT NOT NULL DEFAULT 'music';
 CREATE INDEX tracks_by_album ON tracks(album_id);
 CREATE INDEX tracks_by_recording ON tracks(recording_id) WHERE recording_id IS NOT NULL;
 ALTER TABLE albums ADD COLUMN folder BLOB;
-ALTER TABLE albums ADD COLUMN cover TEXT NOT NULL DEFAULT '';
-ALTER TABLE albums ADD COLUMN cover_print TEXT NOT NULL DEFAULT '';
+ALTER TABLE albums ADD COLUMN is_cover_looked_for INTEGER NOT NULL DEFAULT 1;
+CREATE INDEX albums_without_cover ON albums(id) WHERE is_cover_looked_for = 0;
+CREATE INDEX tracks_by_seconds ON tracks(seconds) WHERE seconds IS NOT NULL;
 CREATE TABLE styles (
   id INTEGER PRIMARY KEY,
   name TEXT NOT NULL,

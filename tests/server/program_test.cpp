@@ -34,7 +34,7 @@ TEST(OptionsTest, EveryOptionIsRead)
     EXPECT_EQ(std::tie(read->dataDirectory, read->smtp, read->smtpLogin, read->mailFrom, read->outbox),
               std::tuple("/d", "smtp://mail:25", "/login", "me@here", "/out"));
     EXPECT_EQ(read->demoTracksOfStyle, 7);
-    EXPECT_TRUE(!read->hasDemo && read->diesWithParent && read->isUnderMaintenance);
+    EXPECT_TRUE(read->hasDemo == false && read->diesWithParent && read->isUnderMaintenance);
     ASSERT_EQ(read->failures.size(), 2u);
     EXPECT_EQ(read->failures[0].times, 3);
     EXPECT_EQ(read->failures[1].code, 5000);

@@ -1,0 +1,174 @@
+#include "server/library/folderwalk.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <fnmatch.h>
+#include <memory>
+#include <set>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr std::array musicExtensions = {"mp3",  "mp2", "flac", "ogg",  "oga", "opus", "wav",
+                                        "wave", "aif", "aiff", "aifc", "m4a", "m4b",  "mp4",
+                                        "aac",  "wma", "asf",  "ape",  "wv",  "tta",  "mpc"};
+
+struct DirectoryCloser {
+    void operator()(DIR *directory) const { ::closedir(directory); }
+};
+
+FileStamp stampOf(const struct stat &status)
+{
+    return {status.st_size, int64_t(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec,
+            static_cast<int64_t>(status.st_ino)};
+}
+
+} // namespace
+
+class FolderWalk::Run {
+public:
+    Run(const std::vector<std::string> &excluded, const std::function<bool(std::vector<FoundFile>)> &take,
+        const std::function<void(int)> &enter)
+        : m_excluded(excluded)
+        , m_take(take)
+        , m_enter(enter)
+    {
+    }
+
+    // Takes the descriptor over.
+    void folder(int descriptor, const std::string &path, int depth);
+    WalkResult result;
+
+private:
+    bool isExcluded(const std::string &path, const std::string &name) const
+    {
+        return std::any_of(m_excluded.begin(), m_excluded.end(), [&](const std::string &pattern) {
+            return ::fnmatch(pattern.c_str(), name.c_str(), 0) == 0 || ::fnmatch(pattern.c_str(), path.c_str(), 0) == 0;
+        });
+    }
+
+    const std::vector<std::string> &m_excluded;
+    const std::function<bool(std::vector<FoundFile>)> &m_take;
+    const std::function<void(int)> &m_enter;
+    std::set<std::pair<dev_t, ino_t>> m_seen;
+};
+
+void FolderWalk::Run::folder(int descriptor, const std::string &path, int depth)
+{
+    const std::unique_ptr<DIR, DirectoryCloser> directory(::fdopendir(descriptor));
+    if (!directory) {
+        ::close(descriptor);
+        result.unread.push_back(path);
+        return;
+    }
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) {
+        result.unread.push_back(path);
+        return;
+    }
+    if (!m_seen.insert({status.st_dev, status.st_ino}).second)
+        return;
+    if (m_enter)
+        m_enter(descriptor);
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent *entry = ::readdir(directory.get())) {
+        const std::string name = entry->d_name;
+        if (name == ".nomedia" || name == ".velmoraignore")
+            return;
+        if (name[0] != '.')
+            names.push_back(name);
+        errno = 0;
+    }
+    if (errno != 0)
+        result.unread.push_back(path);
+    std::sort(names.begin(), names.end());
+
+    std::vector<FoundFile> found;
+    std::vector<std::pair<std::string, std::string>> folders; // name, path
+    for (const std::string &name : names) {
+        const std::string whole = path.empty() ? name : path + "/" + name;
+        if (isExcluded(whole, name))
+            continue;
+        if (::fstatat(descriptor, name.c_str(), &status, 0) != 0) {
+            // A link to nowhere is no folder; what cannot be looked at may be one.
+            if (errno != ENOENT && errno != ELOOP)
+                result.unread.push_back(whole);
+            continue;
+        }
+        if (S_ISDIR(status.st_mode)) {
+            folders.emplace_back(name, whole);
+        } else if (S_ISREG(status.st_mode) && isMusicName(name)) {
+            ++result.files;
+            found.push_back({whole, stampOf(status)});
+        } else {
+            ++result.otherFiles;
+        }
+    }
+    if (!m_take(std::move(found))) {
+        result.isStopped = true;
+        return;
+    }
+    for (const auto &[name, whole] : folders) {
+        if (depth == mostDepth)
+            continue;
+        const int next = ::openat(descriptor, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+        if (next >= 0)
+            folder(next, whole, depth + 1);
+        else
+            result.unread.push_back(whole);
+        if (result.isStopped)
+            return;
+    }
+}
+
+FolderWalk::FolderWalk(std::vector<std::string> excluded)
+    : m_excluded(std::move(excluded))
+{
+}
+
+WalkResult FolderWalk::walk(int root, const std::function<bool(std::vector<FoundFile>)> &take,
+                            const std::function<void(int)> &enter) const
+{
+    Run run(m_excluded, take, enter);
+    // A descriptor of its own position: the caller's would be left at its end.
+    const int descriptor = ::openat(root, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        run.result.unread.emplace_back();
+    else
+        run.folder(descriptor, {}, 0);
+    return run.result;
+}
+
+bool FolderWalk::isMusicName(std::string_view name)
+{
+    const size_t dot = name.rfind('.');
+    if (dot == std::string_view::npos || name.size() - dot > 6)
+        return false;
+    std::string extension(name.substr(dot + 1));
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return std::find(musicExtensions.begin(), musicExtensions.end(), extension) != musicExtensions.end();
+}
+
+int openRegular(int root, const std::string &path, FileStamp *stamp)
+{
+    const int file = ::openat(root, path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (file < 0)
+        return -1;
+    struct stat status {};
+    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(file);
+        return -1;
+    }
+    *stamp = stampOf(status);
+    return file;
+}
+
+} // namespace velmora::server

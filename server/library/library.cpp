@@ -1,0 +1,487 @@
+// The thread that scans: folders, changes, tags.
+#include "server/library/library.h"
+
+#include "server/store/store.h"
+
+#include <algorithm>
+#include <array>
+#include <fcntl.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace velmora::server {
+
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr int growingTracks = 50; // until so many are there, a first scan makes lists wait
+constexpr auto batchTime = 300ms; // what was read is stored at least so often
+constexpr auto reportTime = 5s;
+constexpr auto quietTime = 3s; // after the last change that was noticed
+constexpr uint32_t watched = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_ONLYDIR;
+
+struct Descriptor {
+    int value = -1;
+    ~Descriptor()
+    {
+        if (value >= 0)
+            ::close(value);
+    }
+};
+
+std::string withCommas(int64_t number)
+{
+    std::string text = std::to_string(number);
+    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
+        text.insert(static_cast<size_t>(at), ",");
+    return text;
+}
+
+// Whether the file that had this stamp is at this place no longer.
+bool isGone(const Root &root, const std::string &path, const FileStamp &stamp)
+{
+    struct stat status {};
+    if (::stat((root.path / path).c_str(), &status) != 0)
+        return errno == ENOENT || errno == ENOTDIR;
+    return status.st_size != stamp.size ||
+           int64_t(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec != stamp.mtimeNs;
+}
+
+} // namespace
+
+Library::Library(Store &store, Catalogue &catalogue, Clock clock, LibrarySettings settings)
+    : m_store(store, catalogue, std::move(clock))
+    , m_catalogue(catalogue)
+    , m_settings(std::move(settings))
+    , m_config(m_settings.config)
+{
+    m_status.isPaused = store.setting("library paused") == "1";
+}
+
+Library::~Library()
+{
+    stop();
+}
+
+void Library::start()
+{
+    const std::filesystem::path covers = m_settings.dataDirectory / "covers";
+    ::mkdir(covers.c_str(), 0700);
+    m_store.forgetOldAnalyses();
+    applyConfig();
+    m_scanner = std::thread([this] { scanLoop(); });
+    int listeners = m_config.workers;
+    if (listeners == 0)
+        listeners = std::max(1, static_cast<int>(std::thread::hardware_concurrency()) - 1);
+    for (int i = 0; i < listeners; ++i)
+        m_listeners.emplace_back([this] { listenLoop(); });
+}
+
+void Library::stop()
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        m_isStopping = true;
+        for (media::MediaWorker *worker : m_workers)
+            worker->interrupt();
+    }
+    m_wake.notify_all();
+    if (m_scanner.joinable())
+        m_scanner.join();
+    for (std::thread &listener : m_listeners)
+        listener.join();
+    m_listeners.clear();
+}
+
+LibraryStatus Library::status()
+{
+    const std::lock_guard guard(m_mutex);
+    LibraryStatus status = m_status;
+    if (m_musicHeard > 0 && m_timeListened > 1)
+        status.secondsLeft = status.counts.secondsToAnalyse * (m_timeListened / m_musicHeard) /
+                             static_cast<double>(std::max<size_t>(1, m_listeners.size()));
+    return status;
+}
+
+void Library::setPaused(bool isPaused)
+{
+    m_store.keepPaused(isPaused);
+    {
+        const std::lock_guard guard(m_mutex);
+        m_status.isPaused = isPaused;
+    }
+    m_wake.notify_all();
+}
+
+void Library::rescan()
+{
+    m_store.retryFailures();
+    {
+        const std::lock_guard guard(m_mutex);
+        m_isRescanWanted = true;
+    }
+    m_wake.notify_all();
+}
+
+bool Library::sleep(std::chrono::milliseconds time)
+{
+    std::unique_lock guard(m_mutex);
+    m_wake.wait_for(guard, time, [&] { return m_isStopping || (m_isRescanWanted && !m_status.isPaused); });
+    return !m_isStopping;
+}
+
+bool Library::isIdle()
+{
+    const std::lock_guard guard(m_mutex);
+    return m_inWork.empty() && m_albumsInWork.empty() && m_files.empty() && m_albums.empty();
+}
+
+bool Library::waitUntilDone(std::chrono::milliseconds longest, int64_t rounds)
+{
+    const auto end = SteadyClock::now() + longest;
+    while (SteadyClock::now() < end) {
+        const bool isScanned = [&] {
+            const std::lock_guard guard(m_mutex);
+            return m_status.scans >= rounds && !m_isRound && !m_isRescanWanted;
+        }();
+        if (isScanned && isIdle()) {
+            const LibraryCounts counts = m_store.counts();
+            if ((counts.toAnalyse == 0 || !status().isAnalysed) && m_store.albumsWithoutCover(1).empty() && isIdle())
+                return true;
+        }
+        std::this_thread::sleep_for(20ms);
+    }
+    return false;
+}
+
+void Library::applyConfig()
+{
+    if (m_settings.configFile.empty() && m_isConfigured)
+        return;
+    LibraryConfig config = m_settings.config;
+    std::string wrong;
+    if (!m_settings.configFile.empty()) {
+        struct stat status {};
+        const bool isThere = ::stat(m_settings.configFile.c_str(), &status) == 0;
+        const std::string stamp =
+            isThere ? std::to_string(status.st_size) + " " + std::to_string(status.st_mtim.tv_sec) + " " +
+                          std::to_string(status.st_mtim.tv_nsec) + " " + std::to_string(status.st_ino)
+                    : "none";
+        if (stamp == m_configText)
+            return;
+        m_configText = stamp;
+        auto read = readLibraryConfig(m_settings.configFile);
+        if (const auto *problem = std::get_if<std::string>(&read)) {
+            m_settings.say("music: " + *problem + "; the configuration stays as it was");
+            wrong = *problem;
+            const std::lock_guard guard(m_mutex);
+            m_status.configProblem = wrong;
+            if (m_isConfigured)
+                return;
+        } else {
+            config = std::get<LibraryConfig>(read);
+            config.folders.insert(config.folders.begin(), m_settings.config.folders.begin(),
+                                  m_settings.config.folders.end());
+        }
+    }
+    m_config = config;
+    std::vector<std::pair<std::filesystem::path, std::string>> roots;
+    for (const std::filesystem::path &folder : m_config.folders)
+        roots.emplace_back(folder, "folder");
+    for (const std::filesystem::path &folder : m_settings.demoFolders)
+        roots.emplace_back(folder, "demo");
+    m_store.setRoots(roots);
+    const std::lock_guard guard(m_mutex);
+    m_status.roots = m_store.roots();
+    m_status.isAnalysed = m_config.isAnalysed;
+    m_status.configProblem = wrong;
+    m_isConfigured = true;
+    m_isRescanWanted = true;
+    m_wake.notify_all();
+}
+
+void Library::scanLoop()
+{
+    // Made here: a worker ends with the thread that started it.
+    m_worker = std::make_unique<media::MediaWorker>(m_settings.workerProgram);
+    m_inotify = ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+    {
+        const std::lock_guard guard(m_mutex);
+        m_workers.insert(m_worker.get());
+    }
+    auto scanned = SteadyClock::time_point();
+    auto looked = SteadyClock::time_point();
+    auto reported = SteadyClock::now();
+    std::optional<SteadyClock::time_point> changed;
+    bool wasBusy = true;
+    while (!m_isStopping) {
+        try {
+            applyConfig();
+            bool isWanted = false;
+            bool isPaused = false;
+            {
+                const std::lock_guard guard(m_mutex);
+                isPaused = m_status.isPaused;
+                isWanted = m_isRescanWanted;
+                m_isRescanWanted = m_isRescanWanted && isPaused;
+                m_isRound = isWanted && !isPaused;
+            }
+            const auto now = SteadyClock::now();
+            if (sawChanges())
+                changed = now;
+            const bool isDue =
+                now - scanned > std::chrono::minutes(m_config.rescanMinutes) || (changed && now - *changed > quietTime);
+            if (!isPaused && (isWanted || isDue || scanned == SteadyClock::time_point())) {
+                changed.reset();
+                if (scanRound())
+                    scanned = SteadyClock::now();
+                looked = SteadyClock::now();
+            } else if (now - looked > m_settings.awayTick) {
+                looked = now;
+                lookAtRoots(false);
+            }
+            if (now - reported > reportTime) {
+                reported = now;
+                refreshCounts();
+                const bool isBusy = !isIdle();
+                if (isBusy || wasBusy)
+                    report(!isBusy);
+                wasBusy = isBusy;
+            }
+            const std::lock_guard guard(m_mutex);
+            m_status.problem.clear();
+        } catch (const std::exception &error) {
+            // A full disk, a database that another process holds: nothing of a batch is stored, and it goes on later.
+            m_settings.say(std::string("music: waits, because ") + error.what());
+            {
+                const std::lock_guard guard(m_mutex);
+                m_status.problem = error.what();
+                m_status.scanning.clear();
+                m_isRound = false;
+            }
+            scanned = {};
+            sleep(m_settings.storePause);
+        }
+        sleep(m_settings.tick);
+    }
+    m_catalogue.setGrowing("library", false);
+    {
+        const std::lock_guard guard(m_mutex);
+        m_workers.erase(m_worker.get());
+    }
+    m_worker.reset();
+    ::close(m_inotify);
+}
+
+void Library::watch(int folder)
+{
+    // The descriptor's own name: the folder's may be longer than a path can be. Where watches run out, the regular
+    // scan notices what changed.
+    const std::string path = "/proc/self/fd/" + std::to_string(folder);
+    ::inotify_add_watch(m_inotify, path.c_str(), watched);
+}
+
+bool Library::sawChanges()
+{
+    alignas(inotify_event) std::array<char, 16 * 1024> events;
+    bool saw = false;
+    while (::read(m_inotify, events.data(), events.size()) > 0)
+        saw = true;
+    return saw;
+}
+
+void Library::refreshCounts()
+{
+    LibraryCounts counts = m_store.counts();
+    std::vector<Root> roots = m_store.roots();
+    const std::lock_guard guard(m_mutex);
+    m_status.counts = std::move(counts);
+    m_status.roots = std::move(roots);
+}
+
+void Library::report(bool isLast)
+{
+    const LibraryStatus status = this->status();
+    const LibraryCounts &counts = status.counts;
+    int64_t problems = 0;
+    for (const char *reason : {leftout::damaged, leftout::crash, leftout::slow, leftout::empty, leftout::kind}) {
+        const auto found = counts.byReason.find(reason);
+        problems += found == counts.byReason.end() ? 0 : found->second;
+    }
+    m_settings.say("music: " + withCommas(counts.files) + " files, " + withCommas(counts.playing) +
+                   " of them play; listened to " + withCommas(counts.analysed) + "; " + withCommas(problems) +
+                   " problems" + (isLast && counts.toAnalyse == 0 ? "; done" : ""));
+}
+
+bool Library::lookAtRoots(bool isScan)
+{
+    bool isWhole = true;
+    for (const Root &root : m_store.roots()) {
+        if (m_isStopping)
+            return false;
+        RootProbe::Answer answer = m_probe.look(root.path);
+        const Descriptor folder{answer.folder};
+        const std::string name = printable(root.path.native());
+        if (answer.folder >= 0 && answer.isEmpty && m_store.hasFiles(root.id))
+            answer.problem = "it is empty, though music was in it: perhaps its disk is not mounted";
+        if (!answer.problem.empty()) {
+            if (root.isPresent || root.problem != answer.problem) {
+                m_settings.say("music: " + name + " is away: " + answer.problem);
+                m_store.setPresent(root, false, answer.problem);
+            }
+            continue;
+        }
+        const bool wasAway = !root.isPresent;
+        if (wasAway) {
+            if (root.awaySince != 0)
+                m_settings.say("music: " + name + " is back");
+            m_store.setPresent(root, true, {});
+        }
+        if (isScan || wasAway)
+            isWhole = scanRoot(root, answer.folder) && isWhole;
+    }
+    refreshCounts();
+    return isWhole;
+}
+
+bool Library::scanRound()
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        m_isRound = true;
+        m_status.changed = 0;
+        m_status.vanished = 0;
+        m_skipped.clear();
+    }
+    const std::vector<Root> roots = m_store.roots();
+    if (std::any_of(roots.begin(), roots.end(), [](const Root &root) { return root.scannedAt == 0; }))
+        m_catalogue.setGrowing("library", true);
+    const bool isWhole = lookAtRoots(true);
+    m_catalogue.setGrowing("library", false);
+    if (isWhole)
+        report(false);
+    const std::lock_guard guard(m_mutex);
+    m_status.scanning.clear();
+    m_status.scans += isWhole;
+    m_isRound = false;
+    m_wake.notify_all();
+    return isWhole;
+}
+
+bool Library::scanRoot(const Root &root, int folder)
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        m_status.scanning = root.path;
+        m_status.scannedFiles = 0;
+    }
+    std::unordered_map<std::string, KnownFile> known = m_store.files(root.id);
+    std::vector<ReadFile> batch;
+    std::vector<int64_t> foundAgain;
+    auto stored = SteadyClock::now();
+    int made = 0;
+    const auto store = [&] {
+        made += m_store.put(root.id, batch, isGone);
+        if (made >= growingTracks)
+            m_catalogue.setGrowing("library", false);
+        batch.clear();
+        stored = SteadyClock::now();
+        m_wake.notify_all(); // there is something to listen to
+    };
+    const auto take = [&](std::vector<FoundFile> files) {
+        for (const FoundFile &file : files) {
+            if (m_isStopping)
+                return false;
+            const auto found = known.find(file.path);
+            const KnownFile *old = found == known.end() ? nullptr : &found->second;
+            const bool isKnown = old && old->stamp == file.stamp && old->workerVersion == media::workerVersion;
+            if (isKnown && old->isMissing)
+                foundAgain.push_back(old->id);
+            if (!isKnown) {
+                batch.push_back(readFile(folder, file, old));
+                if (batch.size() >= LibraryStore::mostInBatch || SteadyClock::now() - stored > batchTime)
+                    store();
+                const std::lock_guard guard(m_mutex);
+                ++m_status.changed;
+            }
+            if (found != known.end())
+                known.erase(found);
+        }
+        const std::lock_guard guard(m_mutex);
+        m_status.scannedFiles += static_cast<int64_t>(files.size());
+        return !m_status.isPaused;
+    };
+    const WalkResult walked = FolderWalk(m_config.excluded).walk(folder, take, [this](int opened) { watch(opened); });
+    if (!batch.empty())
+        store();
+    m_store.setMissing(foundAgain, false);
+    if (walked.isStopped)
+        return false;
+    // What was not seen is gone, unless the folder that it was in could not be listed.
+    std::vector<int64_t> missing;
+    for (const auto &[path, file] : known) {
+        const bool isUnread = std::any_of(walked.unread.begin(), walked.unread.end(), [&](const std::string &unread) {
+            return unread.empty() || path == unread || path.starts_with(unread + "/");
+        });
+        if (!file.isMissing && !isUnread)
+            missing.push_back(file.id);
+    }
+    m_store.setMissing(missing, true);
+    m_store.setScanned(root.id);
+    for (const std::string &unread : walked.unread)
+        m_settings.say("music: cannot list " + printable((root.path / unread).native()));
+    const std::lock_guard guard(m_mutex);
+    m_status.vanished += static_cast<int64_t>(missing.size());
+    return true;
+}
+
+ReadFile Library::readFile(int folder, const FoundFile &found, const KnownFile *known)
+{
+    ReadFile read;
+    read.path = found.path;
+    read.stamp = found.stamp;
+    read.knownId = known ? known->id : 0;
+    if (found.stamp.size == 0) {
+        read.leftOut = leftout::empty;
+        return read;
+    }
+    // The stamp is the one from before reading: a file that changed meanwhile is read again.
+    FileStamp stamp;
+    const Descriptor file{openRegular(folder, found.path, &stamp)};
+    if (file.value < 0) {
+        read.leftOut = leftout::damaged;
+        read.problem = "the service may not open it";
+        return read;
+    }
+    media::Outcome outcome{};
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        outcome = m_worker->readTags(file.value, &read.tags, &read.problem);
+        if ((outcome != media::Outcome::Crashed && outcome != media::Outcome::TooSlow) || m_isStopping)
+            break;
+    }
+    switch (outcome) {
+    case media::Outcome::Done:
+        read.hasTags = true;
+        read.facts = factsOf(read.tags, found.path, [this](const std::string &name) { return m_store.isArtist(name); });
+        break;
+    case media::Outcome::NoWorker:
+        throw std::runtime_error(read.problem);
+    case media::Outcome::Refused:
+        read.leftOut = leftout::damaged;
+        break;
+    case media::Outcome::Crashed:
+        if (m_isStopping)
+            throw std::runtime_error("it is ending");
+        read.leftOut = leftout::crash;
+        break;
+    case media::Outcome::TooSlow:
+        read.leftOut = leftout::slow;
+        break;
+    }
+    return read;
+}
+
+} // namespace velmora::server

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "server/library/libraryconfig.h"
+#include "server/library/librarystore.h"
+#include "server/library/rootprobe.h"
+#include "server/media/mediaworker.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <thread>
+
+namespace velmora::server {
+
+struct LibrarySettings {
+    std::filesystem::path configFile;               // looked at again when it changes; empty: `config` stays as it is
+    LibraryConfig config;                           // folders of the command line; those of the file come on top
+    std::vector<std::filesystem::path> demoFolders; // scanned like the others; their tracks are the demo catalogue's
+    std::filesystem::path dataDirectory;            // covers/ is made in it
+    std::filesystem::path workerProgram = media::MediaWorker::besideThisProgram();
+    std::function<void(const std::string &)> say = [](const std::string &) {}; // a line for the log; any thread
+    std::chrono::milliseconds tick{2000};        // how often configuration and changes are looked at
+    std::chrono::milliseconds awayTick{30000};   // how often folders are looked for
+    std::chrono::milliseconds storePause{60000}; // after the store refused something
+};
+
+struct LibraryStatus {
+    std::vector<Root> roots;
+    LibraryCounts counts;
+    std::string configProblem;      // of the configuration file; the last good one is in force
+    std::string problem;            // why nothing goes on; empty when it does
+    std::filesystem::path scanning; // the folder that is looked through now; empty: none
+    int64_t scannedFiles = 0;       // of the present or last scan of that folder
+    int64_t scans = 0;              // whole rounds over all folders since the start
+    int64_t changed = 0;            // files that were read in the last round
+    int64_t vanished = 0;           // files that were found missing in the last round
+    bool isPaused = false;
+    bool isAnalysed = true;            // listening is on
+    std::optional<double> secondsLeft; // of listening, as fast as it went so far; nothing until that is known
+};
+
+// The owner's music: looks through the folders, notices changes, has tags, pictures and sound read by workers, and
+// keeps the catalogue. One thread scans, others listen. Methods: any thread.
+class Library {
+public:
+    Library(Store &store, Catalogue &catalogue, Clock clock, LibrarySettings settings);
+    ~Library(); // stops
+
+    void start();
+    // Returns once every thread has ended; a file that is being read is given up.
+    void stop();
+
+    LibraryStatus status();
+    void setPaused(bool isPaused);
+    // Looks through all folders now; what failed is tried again.
+    void rescan();
+    LibraryStore &store() { return m_store; }
+    // Waits until a whole round has been made and all is listened to and pictured, for tests. False after `longest`.
+    bool waitUntilDone(std::chrono::milliseconds longest, int64_t rounds = 1);
+
+private:
+    // Scanner thread.
+    void scanLoop();
+    void applyConfig();
+    bool scanRound(); // false when it was stopped or the store failed
+    bool lookAtRoots(bool isScan);
+    bool scanRoot(const Root &root, int folder);
+    ReadFile readFile(int folder, const FoundFile &found, const KnownFile *known);
+    void watch(int folder);
+    bool sawChanges();
+    void refreshCounts();
+    void report(bool isLast);
+    bool sleep(std::chrono::milliseconds time); // false when it is time to stop; ends early when woken
+
+    // Listener threads.
+    void listenLoop();
+    std::optional<ToAnalyse> nextToAnalyse();
+    std::optional<LibraryStore::AlbumToPicture> nextAlbum();
+    void listen(media::MediaWorker &worker, const ToAnalyse &file);
+    void picture(media::MediaWorker &worker, const LibraryStore::AlbumToPicture &album);
+    bool isIdle();
+
+    LibraryStore m_store;
+    Catalogue &m_catalogue;
+    LibrarySettings m_settings;
+    LibraryConfig m_config;                       // in force; scanner thread
+    std::string m_configText;                     // stamp of the file that it came from; scanner thread
+    bool m_isConfigured = false;                  // scanner thread, once it runs
+    RootProbe m_probe;                            // scanner thread
+    std::unique_ptr<media::MediaWorker> m_worker; // scanner thread
+    int m_inotify = -1;                           // scanner thread
+
+    std::mutex m_mutex; // guards what follows
+    std::condition_variable m_wake;
+    LibraryStatus m_status;
+    std::deque<ToAnalyse> m_files;
+    std::deque<LibraryStore::AlbumToPicture> m_albums;
+    std::set<int64_t> m_inWork;               // files being listened to
+    std::set<int64_t> m_albumsInWork;         // albums being pictured
+    std::set<int64_t> m_skipped;              // files that could not be opened since the last round
+    std::set<media::MediaWorker *> m_workers; // to be interrupted at the end
+    double m_musicHeard = 0;                  // seconds of music
+    double m_timeListened = 0;                // seconds of all listeners together
+    bool m_isRescanWanted = false;
+    bool m_isRound = false; // all folders are being looked through
+    std::atomic<bool> m_isStopping{false};
+
+    std::thread m_scanner;
+    std::vector<std::thread> m_listeners;
+};
+
+} // namespace velmora::server

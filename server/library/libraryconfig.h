@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace velmora::server {
+
+// What the owner says about the own music; the [library] section of the configuration file.
+struct LibraryConfig {
+    std::vector<std::filesystem::path> folders; // absolute
+    std::vector<std::string> excluded;          // patterns of names or of paths in a folder, as a shell has them
+    int rescanMinutes = 15;
+    int workers = 0; // that listen to music at the same time; 0: one less than the machine has cores
+    bool isAnalysed = true;
+
+    bool operator==(const LibraryConfig &) const = default;
+};
+
+// Lines of `key = value` under `[library]`; '#' begins a comment line; `music` and `exclude` may come several times.
+// What is wrong, with its line number, for the person who wrote it.
+std::variant<LibraryConfig, std::string> parseLibraryConfig(const std::string &text);
+// The same of a file; one that is not there is an error too.
+std::variant<LibraryConfig, std::string> readLibraryConfig(const std::filesystem::path &file);
+
+// Bytes that are no UTF-8 as '?', for logs and pages.
+std::string printable(std::string_view bytes);
+
+} // namespace velmora::server

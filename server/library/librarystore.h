@@ -1,0 +1,150 @@
+#pragma once
+
+#include "server/accounts/accounts.h"
+#include "server/catalogue/catalogue.h"
+#include "server/library/folderwalk.h"
+#include "server/library/tagrules.h"
+
+#include <map>
+#include <unordered_map>
+
+namespace velmora::server {
+
+// Why a file does not play. Kept in files.left_out by these names; empty: it plays.
+namespace leftout {
+inline constexpr const char *damaged = "damaged";     // its sound cannot be read
+inline constexpr const char *crash = "crash";         // reading it ended the worker, twice
+inline constexpr const char *slow = "slow";           // reading it took too long, twice
+inline constexpr const char *empty = "empty";         // no bytes
+inline constexpr const char *shortPiece = "short";    // under 20 seconds
+inline constexpr const char *longPiece = "long";      // over 15 minutes, classical music over 30
+inline constexpr const char *speech = "speech";       // an audio book, a podcast
+inline constexpr const char *duplicate = "duplicate"; // a better file of the same recording plays
+inline constexpr const char *kind = "kind";           // of a kind that radios do not play
+} // namespace leftout
+
+struct Root {
+    int64_t id = 0;
+    std::filesystem::path path;
+    std::string source; // "demo", "folder"
+    bool isPresent = false;
+    int64_t awaySince = 0; // Unix seconds, 0 when it is not away
+    std::string problem;   // why it is away, for people
+    int64_t scannedAt = 0; // end of the last whole scan, 0 never
+};
+
+// What the store knows of a file.
+struct KnownFile {
+    int64_t id = 0;
+    FileStamp stamp;
+    int64_t trackId = 0; // 0: none
+    bool isMissing = false;
+    int workerVersion = 0;
+    int64_t notedAt = 0;
+};
+
+// A file whose tags were read, or that could not be read.
+struct ReadFile {
+    std::string path;
+    FileStamp stamp;
+    int64_t knownId = 0; // of its row, 0: it is new
+    std::string leftOut;
+    std::string problem; // more about it, for people
+    bool hasTags = false;
+    media::MediaTags tags;
+    TrackFacts facts;
+};
+
+// A file that is to be listened to.
+struct ToAnalyse {
+    int64_t fileId = 0;
+    int64_t trackId = 0;
+    std::filesystem::path root;
+    std::string path;
+    double seconds = 0;
+};
+
+struct LibraryCounts {
+    int64_t files = 0;
+    int64_t playing = 0;   // offered to stations
+    int64_t leftOut = 0;   // by a rule
+    int64_t missing = 0;   // gone from their folder
+    int64_t toAnalyse = 0; // still to be listened to
+    int64_t analysed = 0;
+    double secondsToAnalyse = 0;             // of music
+    std::map<std::string, int64_t> byReason; // of left-out files
+};
+
+struct LeftOutFile {
+    std::filesystem::path root;
+    std::string path;
+    std::string reason;
+    std::string problem;
+    int64_t notedAt = 0;
+};
+
+// The library's part of the store. Every method is short enough for a request to wait for it. Any thread; throws
+// StoreError, and has then changed nothing.
+class LibraryStore {
+public:
+    static constexpr size_t mostInBatch = 50;
+
+    LibraryStore(Store &store, Catalogue &catalogue, Clock clock);
+
+    // These are the roots from now on; others are kept with all that is theirs, but nothing of them plays.
+    void setRoots(const std::vector<std::pair<std::filesystem::path, std::string>> &pathsAndSources);
+    std::vector<Root> roots();
+    // Makes the tracks of the root playable or not, piece by piece.
+    void setPresent(const Root &root, bool isPresent, const std::string &problem);
+    void setScanned(int64_t rootId);
+    bool hasFiles(int64_t rootId);
+
+    std::unordered_map<std::string, KnownFile> files(int64_t rootId);
+    // All or none of at most mostInBatch files. `isGone` tells whether a path of a root holds that file no longer; a
+    // file with the same sound that is gone hands its track over. Returns how many tracks are new.
+    int put(int64_t rootId, const std::vector<ReadFile> &files,
+            const std::function<bool(const Root &, const std::string &path, const FileStamp &)> &isGone);
+    void setMissing(const std::vector<int64_t> &fileIds, bool isMissing);
+    bool isArtist(const std::string &name);
+
+    // Files to listen to: those that listeners wait for first, then any.
+    std::vector<ToAnalyse> nextToAnalyse(size_t most, uint32_t randomStart);
+    void putAnalysis(const ToAnalyse &file, const media::MediaAnalysis &analysis, const std::string &leftOut);
+    void putAnalysisFailure(const ToAnalyse &file, const std::string &leftOut, const std::string &problem);
+    // Of an older version: everything is listened to again.
+    void forgetOldAnalyses();
+
+    struct AlbumToPicture {
+        int64_t id = 0;
+        std::string publicId;
+        std::filesystem::path root;
+        std::string path; // of one of its files
+    };
+    std::vector<AlbumToPicture> albumsWithoutCover(size_t most);
+    // Empty: it has none.
+    void setCover(int64_t albumId, const std::filesystem::path &picture);
+
+    LibraryCounts counts();
+    // Of a reason, or of any when that is empty; the newest first.
+    std::vector<LeftOutFile> leftOutFiles(const std::string &reason, int64_t first, int most);
+    void keepPaused(bool isPaused); // over restarts
+    // Forgets the tries of files that failed, so that the next scan reads them again.
+    void retryFailures();
+
+private:
+    int64_t putTrack(Database &db, int64_t rootId, const ReadFile &file, int64_t trackId);
+    void keepReplaced(Database &db, int64_t fileId);
+    void putStyles(Database &db, int64_t trackId, const std::vector<std::string> &styles);
+    int64_t takeOver(Database &db, int64_t rootId, const ReadFile &file,
+                     const std::function<bool(const Root &, const std::string &, const FileStamp &)> &isGone);
+    void settleRecording(Database &db, int64_t trackId);
+    void refresh(Database &db, int64_t trackId);
+    void joinRecordings(Database &db, int64_t trackId, int64_t otherId);
+    void findDuplicates(Database &db, const ToAnalyse &file, const media::MediaAnalysis &analysis);
+
+    Store &m_store;
+    Catalogue &m_catalogue;
+    Clock m_clock;
+};
+
+} // namespace velmora::server

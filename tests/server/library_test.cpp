@@ -1,0 +1,482 @@
+// Own music: folders with every oddity, what changes in them, folders that are away, files that mean harm.
+
+#include "server/library/halffloat.h"
+#include "server/library/library.h"
+#include "server/media/reading.h"
+#include "serverfixture.h"
+
+#include <fcntl.h>
+#include <fileref.h>
+#include <fstream>
+#include <random>
+#include <sndfile.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <tag.h>
+
+namespace velmora::server {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+struct Piece {
+    std::string song;
+    std::string artist;
+    std::string album = "One Album";
+    std::string style = "folk";
+    double seconds = 22;
+    unsigned seed = 0; // another one, another piece; 0: by the song's name
+};
+
+// Chords that change every half second, with noise, in the format of the file's extension.
+void writeMusic(const fs::path &file, const Piece &piece, std::string extension = {})
+{
+    constexpr int rate = 16000;
+    if (extension.empty())
+        extension = file.extension();
+    SF_INFO info{};
+    info.samplerate = rate;
+    info.channels = 1;
+    info.format = extension == ".flac"   ? SF_FORMAT_FLAC | SF_FORMAT_PCM_16
+                  : extension == ".mp3"  ? SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III
+                  : extension == ".ogg"  ? SF_FORMAT_OGG | SF_FORMAT_VORBIS
+                  : extension == ".opus" ? SF_FORMAT_OGG | SF_FORMAT_OPUS
+                  : extension == ".aiff" ? SF_FORMAT_AIFF | SF_FORMAT_PCM_16
+                                         : SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    fs::create_directories(file.parent_path());
+    SNDFILE *sound = sf_open(file.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(sound, nullptr) << file << sf_strerror(nullptr);
+    sf_set_string(sound, SF_STR_TITLE, piece.song.c_str());
+    sf_set_string(sound, SF_STR_ARTIST, piece.artist.c_str());
+    sf_set_string(sound, SF_STR_ALBUM, piece.album.c_str());
+    sf_set_string(sound, SF_STR_GENRE, piece.style.c_str());
+    std::mt19937 random(piece.seed != 0 ? piece.seed : static_cast<unsigned>(std::hash<std::string>()(piece.song)));
+    std::vector<float> samples(static_cast<size_t>(piece.seconds * rate));
+    double hertz = 0;
+    for (size_t i = 0; i < samples.size(); ++i) {
+        if (i % (rate / 2) == 0)
+            hertz = 110 * std::exp2(random() % 24 / 12.0);
+        const double at = static_cast<double>(i) / rate;
+        samples[i] = static_cast<float>(0.2 * std::sin(6.2831853 * hertz * at) + 0.1 * std::sin(9.42 * hertz * at) +
+                                        0.02 * (random() % 1000) / 1000.0);
+    }
+    sf_writef_float(sound, samples.data(), static_cast<sf_count_t>(samples.size()));
+    sf_close(sound);
+}
+
+void retag(const fs::path &file, const char *song)
+{
+    TagLib::FileRef tags(file.c_str());
+    tags.tag()->setTitle(song);
+    tags.tag()->setComment(std::string(3000, 'c'));
+    ASSERT_TRUE(tags.save());
+}
+
+class LibraryTest : public ServerTest {
+protected:
+    LibraryTest()
+    {
+        fs::create_directory(m_music);
+        // The fixture's own tracks would be in the way.
+        m_service->catalogue.keepOnly({}, {});
+    }
+
+    Library &library()
+    {
+        if (!m_library) {
+            m_settings.dataDirectory = m_service->dataDirectory();
+            if (m_settings.config.folders.empty() && m_settings.configFile.empty())
+                m_settings.config.folders = {m_music};
+            m_settings.workerProgram = VELMORA_MEDIA_PROGRAM;
+            m_settings.tick = 50ms;
+            m_settings.awayTick = 100ms;
+            m_settings.storePause = 100ms;
+            m_library = std::make_unique<Library>(
+                m_service->store, m_service->catalogue, [now = m_now] { return now->load(); }, m_settings);
+            m_library->start();
+        }
+        return *m_library;
+    }
+    void scan()
+    {
+        const bool isRunning = m_library != nullptr;
+        const int64_t before = isRunning ? m_library->status().scans : 0;
+        if (isRunning)
+            library().rescan();
+        ASSERT_TRUE(library().waitUntilDone(500s, before + 1));
+    }
+    void restart()
+    {
+        m_library.reset();
+        library();
+    }
+    // Reason of a file by its name; "plays" when there is none.
+    std::string fate(const std::string &path)
+    {
+        const Store::Lock db = m_service->store.lock();
+        Statement row = db->prepare("SELECT left_out, missing_since IS NOT NULL FROM files WHERE path = ?1");
+        row.with(Blob{path});
+        if (!row.step())
+            return "unknown";
+        return row.integer(1) != 0 ? "missing" : row.text(0).empty() ? "plays" : row.text(0);
+    }
+    int64_t trackAt(const std::string &path)
+    {
+        const Store::Lock db = m_service->store.lock();
+        Statement row = db->prepare("SELECT COALESCE(track_id, 0) FROM files WHERE path = ?1");
+        row.with(Blob{path});
+        return row.step() ? row.integer(0) : 0;
+    }
+    int64_t playing() { return m_service->catalogue.counts().playable; }
+    static bool until(const std::function<bool()> &isSo)
+    {
+        for (int i = 0; i < 25000; ++i) {
+            if (isSo())
+                return true;
+            std::this_thread::sleep_for(20ms);
+        }
+        return false;
+    }
+
+    const fs::path m_music = m_directory.path() / "music";
+    LibrarySettings m_settings;
+    std::unique_ptr<Library> m_library;
+};
+
+TEST_F(LibraryTest, AFolderWithEveryOddityBecomesItsMusic)
+{
+    const std::string notUtf8 = "caf\xe9 \xff.flac";
+    const std::string longName = std::string(250, 'n') + ".flac";
+    writeMusic(m_music / "Lichen Choir/Moss/01 - Stone.flac", {"Stone", "Lichen Choir"});
+    writeMusic(m_music / "a.mp3", {"Fern", "Lichen Choir feat. Somebody"});
+    writeMusic(m_music / "b.ogg", {"Bark", "Paper Harbour"});
+    writeMusic(m_music / "c.opus", {"Root", "Paper Harbour"});
+    writeMusic(m_music / "d.wav", {"Reed", "Paper Harbour"});
+    writeMusic(m_music / "lie.mp3", {"Really Vorbis", "Paper Harbour"}, ".ogg");
+    writeMusic(m_music / notUtf8, {"Odd Name", "Paper Harbour"});
+    writeMusic(m_music / longName, {"Long Name", "Paper Harbour"});
+    writeMusic(m_music / "Nobody/Untold/07 - Path Title.wav", {"", "", "", ""});
+    writeMusic(m_music / "jingle.flac", {"Jingle", "Paper Harbour", "One Album", "folk", 6});
+    writeMusic(m_music / "book.flac", {"Chapter", "Reader", "Book", "Audiobook"});
+    writeMusic(m_music / "e.aiff", {"Other Kind", "Paper Harbour"});
+    writeMusic(m_music / ".hidden/h.flac", {"Hidden", "H"});
+    writeMusic(m_music / "ignored/i.flac", {"Ignored", "I"});
+    writeMusic(m_music / "skip me/s.flac", {"Skipped", "S"});
+    std::ofstream(m_music / "ignored/.nomedia");
+    std::ofstream(m_music / "empty.mp3");
+    std::ofstream(m_music / "noise.mp3") << std::string(100000, '\x55');
+    std::ofstream(m_music / "notes.txt") << "no music";
+    fs::create_symlink(m_music, m_music / "Nobody/loop");
+    fs::create_symlink("nowhere", m_music / "dangling.flac");
+    ASSERT_EQ(::mkfifo((m_music / "pipe.mp3").c_str(), 0600), 0);
+    fs::copy_file(m_music / "a.mp3", m_music / "copy of a.mp3");
+    m_settings.config.folders = {m_music};
+    m_settings.config.excluded = {"skip*"};
+    scan();
+
+    const std::map<std::string, std::string> expected = {{"Lichen Choir/Moss/01 - Stone.flac", "plays"},
+                                                         {"a.mp3", "plays"},
+                                                         {"b.ogg", "plays"},
+                                                         {"c.opus", "plays"},
+                                                         {"d.wav", "plays"},
+                                                         {"lie.mp3", "plays"},
+                                                         {notUtf8, "plays"},
+                                                         {longName, "plays"},
+                                                         {"Nobody/Untold/07 - Path Title.wav", "plays"},
+                                                         {"jingle.flac", "short"},
+                                                         {"book.flac", "speech"},
+                                                         {"e.aiff", "kind"},
+                                                         {".hidden/h.flac", "unknown"},
+                                                         {"ignored/i.flac", "unknown"},
+                                                         {"skip me/s.flac", "unknown"},
+                                                         {"empty.mp3", "empty"},
+                                                         {"noise.mp3", "damaged"},
+                                                         {"notes.txt", "unknown"},
+                                                         {"dangling.flac", "unknown"},
+                                                         {"pipe.mp3", "unknown"},
+                                                         {"copy of a.mp3", "duplicate"}};
+    for (const auto &[path, reason] : expected)
+        EXPECT_EQ(fate(path), reason) << printable(path);
+    EXPECT_EQ(playing(), 9);
+    const std::optional<Track> untagged = m_service->catalogue.track(trackAt("Nobody/Untold/07 - Path Title.wav"));
+    EXPECT_EQ(untagged->song + "/" + untagged->artist + "/" + untagged->album, "Path Title/Nobody/Untold");
+    EXPECT_EQ(m_service->catalogue.track(trackAt("a.mp3"))->artist, "Lichen Choir");
+    EXPECT_EQ(m_service->catalogue.track(trackAt("lie.mp3"))->audioType, "audio/ogg");
+
+    // A listener finds it, makes a station of it, and hears it.
+    const std::string user = newListener();
+    const json artists = data("search", {{"text", "paper harb"}}, user).at("artists");
+    ASSERT_EQ(artists.size(), 1u);
+    const std::string station =
+        data("createStation", {{"musicToken", artists[0]["musicToken"]}}, user).at("station").at("stationToken");
+    listen();
+    const json track = firstTrack(user, station);
+    httplib::Client client("127.0.0.1", m_server->port());
+    const std::string address = track.at("audioUrl");
+    const auto answer = client.Get(address.substr(m_service->addresses.base().size()).c_str());
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->status, 200);
+    EXPECT_GT(answer->body.size(), 10000u);
+    const double gain = std::stod(answer->get_header_value("Velmora-Gain"));
+    EXPECT_TRUE(gain > -15 && gain < 9) << gain;
+    EXPECT_NEAR(std::stod(answer->get_header_value("Velmora-Peak")), 0.3, 0.1);
+    const Store::Lock db = m_service->store.lock();
+    Statement numbers = db->prepare("SELECT COUNT(*) FROM descriptors WHERE length(numbers) = 288");
+    numbers.step();
+    EXPECT_GE(numbers.integer(0), 9);
+}
+
+TEST_F(LibraryTest, WhatWasMovedRetaggedOrReplacedKeepsItsThumbs)
+{
+    for (const char *song : {"One", "Two", "Three", "Four"})
+        writeMusic(m_music / (std::string(song) + ".flac"), {song, "Lichen Choir"});
+    writeMusic(m_music / "v.ogg", {"Vorbis", "Lichen Choir"});
+    scan();
+    const int64_t one = trackAt("One.flac"), two = trackAt("Two.flac"), three = trackAt("Three.flac");
+    const int64_t four = trackAt("Four.flac"), vorbis = trackAt("v.ogg");
+    scan();
+    EXPECT_EQ(library().status().changed, 0) << "what did not change is not read again";
+
+    // Moved and renamed; tags changed, which moves the sound within the file; two that change places; one that is gone.
+    retag(m_music / "One.flac", "One, Renamed");
+    retag(m_music / "v.ogg", "Vorbis, Renamed");
+    fs::create_directory(m_music / "sub");
+    fs::rename(m_music / "v.ogg", m_music / "sub/w.ogg");
+    fs::rename(m_music / "One.flac", m_music / "sub/1.flac");
+    fs::rename(m_music / "Two.flac", m_music / "x");
+    fs::rename(m_music / "Three.flac", m_music / "Two.flac");
+    fs::rename(m_music / "x", m_music / "Three.flac");
+    fs::rename(m_music / "Four.flac", m_directory.path() / "Four.flac");
+    scan();
+    EXPECT_EQ(trackAt("sub/1.flac"), one);
+    EXPECT_EQ(trackAt("sub/w.ogg"), vorbis);
+    EXPECT_EQ(m_service->catalogue.track(vorbis)->song, "Vorbis, Renamed");
+    EXPECT_EQ(trackAt("Two.flac"), three);
+    EXPECT_EQ(trackAt("Three.flac"), two);
+    EXPECT_EQ(fate("Four.flac"), "missing");
+    EXPECT_FALSE(m_service->catalogue.track(four)->isPlayable);
+    EXPECT_EQ(playing(), 4);
+    restart();
+    scan();
+    EXPECT_EQ(library().status().changed, 0);
+    fs::rename(m_directory.path() / "Four.flac", m_music / "sub/again.flac");
+    scan();
+    EXPECT_EQ(trackAt("sub/again.flac"), four);
+
+    // A better encoding of the same song keeps its track; another song in its place does not.
+    writeMusic(m_music / "Two.flac", {"Three", "Lichen Choir", "One Album", "folk", 22, 77});
+    fs::copy_file(m_music / "Three.flac", m_directory.path() / "kept.flac");
+    writeMusic(m_music / "Three.flac", {"Something Else", "Lichen Choir"});
+    scan();
+    EXPECT_EQ(trackAt("Two.flac"), three);
+    EXPECT_NE(trackAt("Three.flac"), two);
+    EXPECT_FALSE(m_service->catalogue.track(two)->isPlayable);
+    fs::rename(m_directory.path() / "kept.flac", m_music / "back.flac");
+    scan();
+    EXPECT_EQ(trackAt("back.flac"), two);
+    EXPECT_TRUE(m_service->catalogue.track(two)->isPlayable);
+}
+
+TEST_F(LibraryTest, OfTheFilesOfARecordingTheBestThatIsThereAnswersForIt)
+{
+    const Piece piece{"Twice", "Lichen Choir", "One Album", "folk", 24, 5};
+    writeMusic(m_music / "a.ogg", piece);
+    writeMusic(m_music / "b.flac", piece);
+    fs::copy_file(m_music / "b.flac", m_music / "c.flac");
+    scan();
+    EXPECT_EQ(playing(), 1);
+    EXPECT_EQ(fate("a.ogg"), "duplicate");
+    EXPECT_EQ(fate("b.flac"), "plays");
+    fs::remove(m_music / "b.flac");
+    fs::remove(m_music / "c.flac");
+    scan();
+    EXPECT_EQ(fate("a.ogg"), "plays");
+    EXPECT_EQ(playing(), 1);
+}
+
+TEST_F(LibraryTest, AFolderThatIsAwayLosesNothingAndOnesThatComeAndGoNeedNoRestart)
+{
+    const fs::path second = m_directory.path() / "second";
+    const fs::path config = m_directory.path() / "server.conf";
+    writeMusic(m_music / "a.flac", {"Stays", "Lichen Choir"});
+    writeMusic(second / "b.flac", {"Added", "Paper Harbour"});
+    const auto configure = [&](const std::string &text) {
+        std::ofstream(config.string() + ".new") << "[library]\n" << text;
+        fs::rename(config.string() + ".new", config);
+    };
+    configure("music = " + m_music.string() + "\n");
+    m_settings.configFile = config;
+    scan();
+    const int64_t stays = trackAt("a.flac");
+    EXPECT_EQ(playing(), 1);
+    configure("music = " + m_music.string() + "\nmusic=" + second.string() + "\n");
+    EXPECT_TRUE(until([&] { return playing() == 2; }));
+    configure("music = nonsense\n");
+    EXPECT_TRUE(until([&] { return !library().status().configProblem.empty(); }));
+    EXPECT_EQ(playing(), 2) << "a configuration that cannot be read changes nothing";
+
+    fs::rename(m_music, m_directory.path() / "unplugged");
+    EXPECT_TRUE(until([&] { return playing() == 1; }));
+    EXPECT_EQ(fate("a.flac"), "plays") << "away is not missing";
+    listen();
+    httplib::Client client("127.0.0.1", m_server->port());
+    const std::string id = m_service->catalogue.track(stays)->publicId;
+    const std::string address = m_service->addresses.address(MediaKind::Audio, id + ".flac", 1);
+    EXPECT_EQ(client.Get(address.substr(m_service->addresses.base().size()).c_str())->status, 503);
+    // A mount point without its disk is an empty folder.
+    fs::create_directory(m_music);
+    EXPECT_TRUE(until([&] {
+        const std::vector<Root> roots = library().status().roots;
+        return std::any_of(roots.begin(), roots.end(),
+                           [](const Root &root) { return root.problem.find("empty") != std::string::npos; });
+    }));
+    EXPECT_EQ(fate("a.flac"), "plays");
+    fs::remove(m_music);
+    fs::rename(m_directory.path() / "unplugged", m_music);
+    EXPECT_TRUE(until([&] { return playing() == 2; }));
+    EXPECT_EQ(trackAt("a.flac"), stays);
+    configure("music = " + second.string() + "\n");
+    EXPECT_TRUE(until([&] { return playing() == 1 && !m_service->catalogue.track(stays)->isPlayable; }));
+}
+
+TEST_F(LibraryTest, CoversComeFromInsideOrBesideAndHostileOnesAreRefused)
+{
+    const std::string png("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\xff\xff\0\0\xff\xff\x08\x02\0\0\0", 29);
+    EXPECT_THROW(media::scaledCover(png), std::runtime_error) << "a bomb";
+    EXPECT_THROW(media::scaledCover(png + "acTL"), std::runtime_error) << "an animation";
+    EXPECT_THROW(media::scaledCover("GIF89a"), std::runtime_error);
+    const fs::path artwork = fs::path(VELMORA_SOURCE_DIR) / "resources/images/NoThumbnail.png";
+    writeMusic(m_music / "A/a.flac", {"A", "Lichen Choir", "With"});
+    writeMusic(m_music / "B/b.flac", {"B", "Lichen Choir", "Without"});
+    writeMusic(m_music / "C/c.flac", {"C", "Lichen Choir", "Damaged"});
+    fs::copy_file(artwork, m_music / "A/Folder.PNG");
+    std::ofstream(m_music / "C/cover.jpg") << "\xff\xd8\xff\xe0 no picture";
+    scan();
+    const fs::path picture = m_service->catalogue.track(trackAt("A/a.flac"))->pictureFile;
+    ASSERT_EQ(picture.extension(), ".jpg");
+    std::ifstream file(picture, std::ios::binary);
+    const std::string jpeg{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_TRUE(jpeg.starts_with("\xff\xd8\xff"));
+    EXPECT_EQ(media::scaledCover(jpeg).substr(0, 3), "\xff\xd8\xff") << "it can be decoded";
+    EXPECT_EQ(m_service->catalogue.track(trackAt("B/b.flac"))->pictureFile, "");
+    EXPECT_EQ(m_service->catalogue.track(trackAt("C/c.flac"))->pictureFile, "");
+}
+
+TEST_F(LibraryTest, MutatedFilesCostThemselvesAndTheWorkerIsShutIn)
+{
+    writeMusic(m_directory.path() / "seed.flac", {"Seed", "S", "S", "folk", 1});
+    writeMusic(m_directory.path() / "seed.mp3", {"Seed", "S", "S", "folk", 1});
+    writeMusic(m_directory.path() / "seed.ogg", {"Seed", "S", "S", "folk", 1});
+    std::mt19937 random(11);
+    media::MediaWorker worker(VELMORA_MEDIA_PROGRAM);
+    int answered = 0;
+    for (int i = 0; i < 90; ++i) {
+        const fs::path seed = m_directory.path() / (i % 3 == 0 ? "seed.flac" : i % 3 == 1 ? "seed.mp3" : "seed.ogg");
+        std::ifstream stream(seed, std::ios::binary);
+        std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+        for (int change = 0; change < 1 + i / 4; ++change)
+            bytes[random() % (i % 2 == 0 ? 400 : bytes.size())] = static_cast<char>(random());
+        if (i % 5 == 0)
+            bytes.resize(random() % bytes.size());
+        const fs::path mutant = m_directory.path() / "mutant";
+        std::ofstream(mutant, std::ios::binary) << bytes;
+        FileStamp stamp;
+        const int file = openRegular(AT_FDCWD, mutant, &stamp);
+        media::MediaTags tags;
+        media::MediaAnalysis analysis;
+        std::string problem;
+        for (const media::Outcome outcome :
+             {worker.readTags(file, &tags, &problem), worker.analyse(file, 1, &analysis, &problem)}) {
+            answered += outcome == media::Outcome::Done || outcome == media::Outcome::Refused;
+            EXPECT_NE(outcome, media::Outcome::NoWorker) << i << problem;
+            EXPECT_NE(outcome, media::Outcome::TooSlow) << i;
+        }
+        ::close(file);
+    }
+    EXPECT_GE(answered, 170);
+
+    std::ifstream children("/proc/thread-self/children");
+    std::string child;
+    ASSERT_TRUE(children >> child);
+    std::ifstream status("/proc/" + child + "/status");
+    const std::string lines{std::istreambuf_iterator<char>(status), {}};
+    EXPECT_NE(lines.find("Seccomp:\t2"), std::string::npos);
+    EXPECT_NE(lines.find("NoNewPrivs:\t1"), std::string::npos);
+
+    // A program that leaves at once is no fault of the file's; one that is killed is.
+    media::MediaTags tags;
+    std::string problem;
+    const int file = ::open((m_directory.path() / "seed.flac").c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(media::MediaWorker("/bin/true").readTags(file, &tags, &problem), media::Outcome::NoWorker);
+    EXPECT_EQ(media::MediaWorker("/nowhere").readTags(file, &tags, &problem), media::Outcome::NoWorker);
+    const fs::path killed = m_directory.path() / "killed";
+    std::ofstream(killed) << "#!/bin/sh\nkill -9 $$\n";
+    fs::permissions(killed, fs::perms::owner_all);
+    EXPECT_EQ(media::MediaWorker(killed).readTags(file, &tags, &problem), media::Outcome::Crashed);
+    ::close(file);
+}
+
+TEST(LibraryRulesTest, AnAnswerOfTheWorkerIsBelievedOnlyWhenItIsPossible)
+{
+    const auto isBelieved = [](double seconds, float number, const std::string &container) {
+        media::FieldWriter writer;
+        writer.bytes(media::Key::Container, container);
+        writer.number(media::Key::Seconds, seconds);
+        writer.number(media::Key::Rate, 44100);
+        writer.number(media::Key::Channels, 2);
+        media::Descriptor numbers{};
+        numbers[7] = number;
+        writer.bytes(media::Key::Numbers, {reinterpret_cast<const char *>(numbers.data()), sizeof numbers});
+        const auto fields = media::readFields(writer.all());
+        return fields && media::tagsOf(*fields) && media::analysisOf(*fields);
+    };
+    EXPECT_TRUE(isBelieved(180, 3.5f, "flac"));
+    EXPECT_FALSE(isBelieved(NAN, 3.5f, "flac"));
+    EXPECT_FALSE(isBelieved(-1, 3.5f, "flac"));
+    EXPECT_FALSE(isBelieved(180, NAN, "flac"));
+    EXPECT_FALSE(isBelieved(180, 1e6f, "flac"));
+    EXPECT_FALSE(isBelieved(180, 3.5f, "../x"));
+    EXPECT_FALSE(media::readFields(std::string("\1\0\xff\xff\xff\xff", 6)));
+    for (const float value : {0.0f, 1.0f, -2.5f, 65504.0f, 6.0e-8f, 0.333251953125f})
+        EXPECT_NEAR(fromHalf(toHalf(value)), value, std::abs(value) / 1000 + 3e-8);
+}
+
+TEST(LibraryRulesTest, TagsAndPathsSayWhoAndWhat)
+{
+    const auto facts = [](const std::vector<std::pair<std::string, std::string>> &tags, const std::string &path) {
+        media::MediaTags read;
+        read.tags = tags;
+        return factsOf(read, path, [](const std::string &name) { return name == "Ada Reed"; });
+    };
+    const auto artist = [&](const std::string &tag) { return facts({{"ARTIST", tag}}, "x.mp3").artist; };
+    EXPECT_EQ(artist("Ada Reed feat. Bo"), "Ada Reed");
+    EXPECT_EQ(artist("Ada Reed & Bo"), "Ada Reed");
+    EXPECT_EQ(artist("Salt & Smoke"), "Salt & Smoke") << "a name with such a sign inside";
+    EXPECT_EQ(artist("Bo; Cy"), "Bo");
+    EXPECT_EQ(artist("Various Artists"), unknownArtist);
+    const TrackFacts disc = facts({}, "Ada Reed/Low Tide/CD 2/03 - Ebb.flac");
+    EXPECT_EQ(disc.artist + "|" + disc.album + "|" + disc.song, "Ada Reed|Low Tide|Ebb");
+    EXPECT_EQ(disc.number, 3);
+    const TrackFacts flat = facts({}, "Ada Reed - Ebb.mp3");
+    EXPECT_EQ(flat.artist + "|" + flat.song, "Ada Reed|Ebb");
+    const TrackFacts work =
+        facts({{"ARTIST", "The Hall Players"}, {"COMPOSER", "Ina Holm"}, {"GENRE", "Classical"}}, "x.flac");
+    EXPECT_EQ(work.artist + "|" + work.albumArtist, "Ina Holm|The Hall Players");
+    EXPECT_EQ(facts({{"GENRE", "Folk; (17)/Other, FOLK|Ambient"}}, "x").styles,
+              (std::vector<std::string>{"folk", "ambient"}));
+    EXPECT_TRUE(facts({{"ALBUMARTIST", "Various"}, {"ARTIST", "Bo"}}, "x.mp3").isCompilation);
+    EXPECT_TRUE(facts({}, "Audiobooks/Reader/01.mp3").isSpeech);
+    EXPECT_FALSE(facts({}, "Reader/Comedy.mp3").isSpeech) << "a song may be called so";
+    const auto config =
+        parseLibraryConfig("# mine\n[library]\nmusic = /a b/\nexclude=*.tmp\nworkers = 2\nanalysis=off\n");
+    ASSERT_TRUE(std::holds_alternative<LibraryConfig>(config)) << std::get<std::string>(config);
+    EXPECT_EQ(std::get<LibraryConfig>(config), (LibraryConfig{{"/a b/"}, {"*.tmp"}, 15, 2, false}));
+    for (const char *wrong :
+         {"music=/a", "[library]\nmusic=a", "[library]\nworkers=many", "[other]\n", "[library]\nx=1"})
+        EXPECT_TRUE(std::holds_alternative<std::string>(parseLibraryConfig(wrong))) << wrong;
+}
+
+} // namespace
+} // namespace velmora::server
