@@ -119,6 +119,7 @@ header { max-width: 34rem; margin: 0 auto; padding: 1.5rem 1.25rem 0; font-size:
 header a { color: #fff8ea; text-decoration: none; }
 main { max-width: 34rem; margin: 0 auto; padding: 0 1.25rem 3rem; }
 h1 { font-size: 1.7rem; line-height: 1.2; margin: 1.2rem 0 .8rem; }
+p { overflow-wrap: anywhere; }
 h2 { font-size: 1.2rem; margin: 2rem 0 .5rem; }
 form { background: #2b1839; border: 2px solid #5b4472; border-radius: 16px; padding: 1.1rem; margin: 1rem 0; }
 label { display: block; margin: 0 0 1rem; color: #c5c5c5; }

@@ -66,6 +66,8 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
                                html::paragraph(device.deviceId + ", since " + day(device.associatedAt)) +
                                html::button("Remove", "device", device.deviceId) + "</div>");
     }
+    if (isOwner(visit))
+        body += html::link("/library", "The music");
     body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
             html::form("/account/password", visit.session.csrf,
                        html::passwordField("Password now") + html::newPasswordField("new", "New password") +

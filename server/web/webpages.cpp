@@ -48,6 +48,7 @@ void WebPages::addTo(httplib::Server &server)
                [](const httplib::Request &, httplib::Response &response) { response.set_redirect("/account", 303); });
     addActivation(server);
     addAccount(server);
+    addLibrary(server);
     addReset(server);
 }
 

@@ -15,9 +15,10 @@ struct Response;
 
 namespace velmora::server {
 
-// The pages for people: /activate (a radio shows a code), /account (devices, password), /reset and /pin (links of
-// mails). Plain HTML without scripts; a strict content security policy; every post carries the session's token; cookies
-// are same-site, and secure where the service is encrypted. Called from the server's threads.
+// The pages for people: /activate (a radio shows a code), /account (devices, password), /library (the owner's music),
+// /reset and /pin (links of mails). Plain HTML without scripts; a strict content security policy; every post carries
+// the session's token; cookies are same-site, and secure where the service is encrypted. Called from the server's
+// threads.
 class WebPages {
 public:
     // `isEncrypted`: browsers reach the pages through TLS.
@@ -64,6 +65,15 @@ private:
     void takePassword(Visit &visit);
     void signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
     void devicesPage(Visit &visit, const std::string &problem, int status = 200);
+
+    // weblibrary.cpp: for the owner, whose account is the oldest.
+    void addLibrary(httplib::Server &server);
+    bool isOwner(const Visit &visit);
+    bool refuseOthers(Visit &visit); // true when it has answered instead
+    void showLibrary(Visit &visit);
+    void showLeftOut(Visit &visit);
+    void takePause(Visit &visit);
+    void takeRescan(Visit &visit);
 
     // webreset.cpp
     void addReset(httplib::Server &server);

@@ -2,6 +2,8 @@
 
 #include "serverfixture.h"
 
+#include "server/library/library.h"
+#include "server/store/store.h"
 #include "server/web/html.h"
 #include "server/web/mailbox.h"
 #include "server/web/webpages.h"
@@ -452,6 +454,65 @@ TEST(MailboxTest, anAddressCannotBringHeadersOfItsOwn)
 {
     EXPECT_TRUE(Mailbox::message("a@b", "x@y\r\nBcc: z@z", "s", "t", 0).empty());
     EXPECT_FALSE(Mailbox::message("a@b", "x@y", "s", "t", 0).empty());
+}
+
+TEST_F(WebTest, OnlyTheOwnerSeesTheMusicAndWhatDoesNotPlayFileByFile)
+{
+    addAccount();
+    addAccount("second@example.org");
+    LibrarySettings settings;
+    settings.config.folders = {m_directory.path() / "away <b>"};
+    settings.dataDirectory = m_service->dataDirectory();
+    settings.tick = std::chrono::milliseconds(20);
+    Library library(
+        m_service->store, m_service->catalogue, [now = m_now] { return now->load(); }, settings);
+    library.start();
+    {
+        const Store::Lock db = m_service->store.lock();
+        for (int i = 0; i < 60; ++i)
+            db->run(
+                "INSERT INTO files (root_id, path, size, mtime_ns, inode, left_out, problem) SELECT id, ?1, 1, 1, 1, "
+                "'damaged', 'broken' FROM roots",
+                Blob{"<script>\xff" + std::to_string(i)});
+    }
+    library.rescan();
+    ASSERT_TRUE(library.waitUntilDone(std::chrono::minutes(2), 2));
+    m_service->library = &library;
+    Browser owner(m_port);
+    Browser other(m_port);
+    EXPECT_EQ(owner.get("/library"), 403);
+    signIn(owner);
+    signIn(other, "second@example.org");
+    EXPECT_EQ(other.get("/library"), 403);
+    EXPECT_EQ(other.get("/library/left-out?reason=damaged"), 403);
+    EXPECT_EQ(other.post("/library/pause", {{"paused", "1"}}), 403);
+    EXPECT_FALSE(library.status().isPaused);
+    other.get("/account");
+    EXPECT_FALSE(other.shows("/library"));
+
+    owner.get("/account");
+    EXPECT_TRUE(owner.shows("/library"));
+    EXPECT_EQ(owner.get("/library"), 200);
+    EXPECT_TRUE(owner.shows("away &lt;b&gt; is away")) << owner.body;
+    EXPECT_TRUE(owner.shows("Cannot be read: 60 files")) << owner.body;
+    const auto files = [&] {
+        int count = 0;
+        for (size_t at = owner.body.find("&lt;script&gt;?"); at != std::string::npos;
+             at = owner.body.find("&lt;script&gt;?", at + 1))
+            ++count;
+        return count;
+    };
+    EXPECT_EQ(owner.get("/library/left-out?reason=damaged"), 200);
+    EXPECT_EQ(files(), 50);
+    EXPECT_FALSE(owner.shows("<script"));
+    owner.get("/library/left-out?reason=damaged&from=50");
+    EXPECT_EQ(files(), 10);
+    EXPECT_EQ(owner.get("/library/left-out?reason=nonsense"), 404);
+    owner.get("/library");
+    EXPECT_EQ(owner.post("/library/pause", {{"paused", "1"}}, false), 403);
+    EXPECT_EQ(owner.post("/library/pause", {{"paused", "1"}}), 303);
+    EXPECT_TRUE(library.status().isPaused);
+    m_service->library = nullptr;
 }
 
 } // namespace velmora::server

@@ -1,0 +1,237 @@
+// The library page, for the owner alone: folders, how far it is, what was left out and why.
+#include "server/library/library.h"
+#include "server/store/store.h"
+#include "server/web/html.h"
+#include "server/web/webpages.h"
+
+#include <httplib.h>
+
+#include <array>
+#include <charconv>
+#include <ctime>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr int filesOnPage = 50;
+
+struct ReasonWords {
+    const char *reason;
+    const char *title;
+    const char *explanation;
+};
+
+// The heaviest first: what cannot be read before what was left out on purpose.
+constexpr std::array reasonWords = {
+    ReasonWords{leftout::crash, "Broke the reader",
+                "The program that reads files broke down over them, twice. They are most likely damaged."},
+    ReasonWords{leftout::slow, "Took too long to read", "They are damaged, or their disk is very slow."},
+    ReasonWords{leftout::damaged, "Cannot be read",
+                "No sound of a known kind was found, or the service may not open them."},
+    ReasonWords{leftout::empty, "Empty", "Files of no bytes."},
+    ReasonWords{leftout::kind, "Of a kind that radios do not play", "MP3, FLAC, Ogg Vorbis, Opus and WAV are played."},
+    ReasonWords{leftout::speech, "Audio books and podcasts",
+                "By their style, their folder or their sound; radios play music."},
+    ReasonWords{leftout::longPiece, "Longer than 15 minutes", "Classical pieces may last 30."},
+    ReasonWords{leftout::shortPiece, "Shorter than 20 seconds", "Jingles, gaps and sound effects."},
+    ReasonWords{leftout::duplicate, "Another file of the same recording plays",
+                "The better one: lossless, or with the higher bit rate."},
+};
+
+const ReasonWords *wordsFor(const std::string &reason)
+{
+    for (const ReasonWords &words : reasonWords) {
+        if (reason == words.reason)
+            return &words;
+    }
+    return nullptr;
+}
+
+std::string counted(int64_t count, const char *one, const char *many)
+{
+    std::string text = std::to_string(count);
+    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
+        text.insert(static_cast<size_t>(at), ",");
+    return text + " " + (count == 1 ? one : many);
+}
+
+std::string timeText(int64_t seconds)
+{
+    const std::time_t time = seconds;
+    std::tm parts{};
+    ::localtime_r(&time, &parts);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &parts);
+    return text;
+}
+
+// Rounded up, so that it is done when it was said to be.
+std::string durationText(double seconds)
+{
+    const auto minutes = static_cast<int64_t>(seconds / 60) + 1;
+    if (minutes < 90)
+        return counted(minutes, "minute", "minutes");
+    const int64_t hours = minutes / 60 + 1;
+    return hours < 48 ? counted(hours, "hour", "hours") : counted(hours / 24 + 1, "day", "days");
+}
+
+std::string progress(const LibraryStatus &status)
+{
+    std::string text = html::paragraph(counted(status.counts.playing, "track plays", "tracks play") + ", of " +
+                                       counted(status.counts.files, "file", "files") + ".");
+    if (!status.problem.empty())
+        text += html::error("Nothing goes on at present: " + status.problem);
+    if (!status.configProblem.empty())
+        text += html::error("The configuration was not taken: " + status.configProblem);
+    if (status.isPaused)
+        text += html::paragraph("Paused.");
+    else if (!status.scanning.empty())
+        text += html::paragraph("Looking through " + printable(status.scanning.native()) + ": " +
+                                counted(status.scannedFiles, "file", "files") + " so far, " +
+                                counted(status.changed, "of them read", "of them read") + ".");
+    if (status.vanished > 0)
+        text += html::paragraph(counted(status.vanished, "file was", "files were") +
+                                " gone at the last look. Thumbs and stations wait for them.");
+    if (!status.isAnalysed)
+        text += html::paragraph("Listening to tracks is switched off: stations go by tags alone.");
+    else if (status.counts.toAnalyse == 0)
+        text += html::paragraph("Every track was listened to.");
+    else
+        text +=
+            html::paragraph("Still to be listened to: " + counted(status.counts.toAnalyse, "track", "tracks") + ", " +
+                            (status.secondsLeft ? "about " + durationText(*status.secondsLeft)
+                                                : std::string("how long is not known yet")) +
+                            ". Stations play meanwhile and become better.");
+    return text;
+}
+
+std::string folders(const LibraryStatus &status)
+{
+    std::string text = "<h2>Folders</h2>\n";
+    if (status.roots.empty())
+        text += html::paragraph("None. Name one in the configuration file, under [library]: music = /path/to/music");
+    for (const Root &root : status.roots) {
+        const std::string name = printable(root.path.native());
+        if (root.isPresent)
+            text += html::paragraph(name + (root.scannedAt == 0 ? ": not looked through yet"
+                                                                : ": looked through " + timeText(root.scannedAt)));
+        else
+            text += html::error(name + " is away" + (root.awaySince == 0 ? "" : " since " + timeText(root.awaySince)) +
+                                ": " + root.problem + ". Nothing of it is lost; it plays again when it is back.");
+    }
+    return text;
+}
+
+} // namespace
+
+void WebPages::addLibrary(httplib::Server &server)
+{
+    const auto page = [this](Handler handler) {
+        return [this, handler](const httplib::Request &request, httplib::Response &response) {
+            visit(request, response, handler);
+        };
+    };
+    server.Get("/library", page(&WebPages::showLibrary));
+    server.Get("/library/left-out", page(&WebPages::showLeftOut));
+    server.Post("/library/pause", page(&WebPages::takePause));
+    server.Post("/library/rescan", page(&WebPages::takeRescan));
+}
+
+bool WebPages::isOwner(const Visit &visit)
+{
+    if (visit.session.account == 0 || !m_service.library)
+        return false;
+    const Store::Lock db = m_service.store.lock();
+    Statement row = db->prepare("SELECT MIN(id) FROM accounts WHERE is_active");
+    return row.step() && row.integer(0) == visit.session.account;
+}
+
+bool WebPages::refuseOthers(Visit &visit)
+{
+    if (isOwner(visit))
+        return false;
+    if (visit.session.account == 0)
+        signInPage(visit, {}, {}, 403);
+    else
+        show(visit, "The music",
+             html::heading("The music") + html::paragraph("Only the owner of this service sees its folders.") +
+                 html::link("/account", "Your account"),
+             403);
+    return true;
+}
+
+void WebPages::showLibrary(Visit &visit)
+{
+    if (refuseOthers(visit))
+        return;
+    const LibraryStatus status = m_service.library->status();
+    std::string body = html::heading("The music") + progress(status) + folders(status);
+    std::string reasons;
+    for (const ReasonWords &words : reasonWords) {
+        const auto found = status.counts.byReason.find(words.reason);
+        if (found != status.counts.byReason.end())
+            reasons += html::link(std::string("/library/left-out?reason=") + words.reason,
+                                  std::string(words.title) + ": " + counted(found->second, "file", "files"));
+    }
+    if (!reasons.empty())
+        body += "<h2>What does not play</h2>\n" + reasons;
+    if (status.counts.missing > 0)
+        body += html::paragraph(counted(status.counts.missing, "file has", "files have") + " gone from the folders.");
+    body += html::form("/library/pause", visit.session.csrf,
+                       html::button(status.isPaused ? "Go on" : "Pause", "paused", status.isPaused ? "0" : "1")) +
+            html::form("/library/rescan", visit.session.csrf,
+                       html::button("Look through the folders now") +
+                           html::paragraph("Files that failed are tried again.")) +
+            html::link("/account", "Your account");
+    show(visit, "The music", body);
+}
+
+void WebPages::showLeftOut(Visit &visit)
+{
+    if (refuseOthers(visit))
+        return;
+    const std::string reason = visit.value("reason");
+    const ReasonWords *words = wordsFor(reason);
+    int64_t first = 0;
+    const std::string from = visit.value("from");
+    std::from_chars(from.data(), from.data() + from.size(), first);
+    first = std::clamp<int64_t>(first, 0, 100'000'000);
+    if (!words) {
+        show(visit, "The music", html::heading("There is no such page") + html::link("/library", "The music"), 404);
+        return;
+    }
+    const std::vector<LeftOutFile> files = m_service.library->store().leftOutFiles(reason, first, filesOnPage + 1);
+    std::string body = html::heading(words->title) + html::paragraph(words->explanation);
+    if (files.empty())
+        body += html::paragraph("None.");
+    for (size_t i = 0; i < std::min<size_t>(files.size(), filesOnPage); ++i) {
+        const LeftOutFile &file = files[i];
+        const std::string name = printable((file.root / file.path).native());
+        body += html::paragraph(file.problem.empty() ? name : name + ": " + file.problem);
+    }
+    const std::string address = "/library/left-out?reason=" + reason + "&from=";
+    if (first > 0)
+        body += html::link(address + std::to_string(std::max<int64_t>(0, first - filesOnPage)), "Back");
+    if (files.size() > filesOnPage)
+        body += html::link(address + std::to_string(first + filesOnPage), "More");
+    show(visit, words->title, body + html::link("/library", "The music"));
+}
+
+void WebPages::takePause(Visit &visit)
+{
+    if (refuseOthers(visit))
+        return;
+    m_service.library->setPaused(visit.value("paused") == "1");
+    redirect(visit, "/library");
+}
+
+void WebPages::takeRescan(Visit &visit)
+{
+    if (refuseOthers(visit))
+        return;
+    m_service.library->rescan();
+    redirect(visit, "/library");
+}
+
+} // namespace velmora::server
