@@ -147,7 +147,7 @@ void VelmoraSettings::markSlotUsed(int index)
 
 QString VelmoraSettings::getLastLoginName()
 {
-    const QString userName = readGroup(*this, "LastLogin", "userName");
+    QString userName = readGroup(*this, "LastLogin", "userName");
     qDebug("VelmoraSettings,getLastLoginName,userName=%s", qUtf8Printable(userName));
     return userName;
 }
