@@ -53,7 +53,7 @@ QList<int> beginHeldArray(QSettings &settings, const QString &group)
 QString readGroup(QSettings &settings, const char *group, const char *key)
 {
     settings.beginReadArray(QLatin1String(group));
-    const QString value = settings.value(QLatin1String(key)).toString();
+    QString value = settings.value(QLatin1String(key)).toString();
     settings.endArray();
     return value;
 }

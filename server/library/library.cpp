@@ -215,7 +215,8 @@ void Library::scanLoop()
     auto scanned = SteadyClock::time_point();
     auto looked = SteadyClock::time_point();
     auto reported = SteadyClock::now();
-    std::optional<SteadyClock::time_point> changed;
+    constexpr SteadyClock::time_point never = SteadyClock::time_point::max();
+    SteadyClock::time_point changed = never; // of a folder, and not scanned since
     bool wasBusy = true;
     while (!m_isStopping) {
         try {
@@ -233,9 +234,9 @@ void Library::scanLoop()
             if (sawChanges())
                 changed = now;
             const bool isDue =
-                now - scanned > std::chrono::minutes(m_config.rescanMinutes) || (changed && now - *changed > quietTime);
+                now - scanned > std::chrono::minutes(m_config.rescanMinutes) || now - changed > quietTime;
             if (!isPaused && (isWanted || isDue || scanned == SteadyClock::time_point())) {
-                changed.reset();
+                changed = never;
                 if (scanRound())
                     scanned = SteadyClock::now();
                 looked = SteadyClock::now();
