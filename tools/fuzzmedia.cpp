@@ -31,7 +31,7 @@ std::string mutated(std::string bytes, std::mt19937 &random)
             bytes[at] = 0;
             break;
         case 2:
-            bytes[at] ^= static_cast<char>(1 << random() % 8);
+            bytes[at] = static_cast<char>(static_cast<unsigned char>(bytes[at]) ^ 1U << random() % 8);
             break;
         case 3: // pieces change places
             std::memmove(bytes.data() + at, bytes.data() + random() % head,

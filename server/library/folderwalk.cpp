@@ -93,7 +93,10 @@ void FolderWalk::Run::folder(int descriptor, const std::string &path, int depth)
     std::vector<FoundFile> found;
     std::vector<std::pair<std::string, std::string>> folders; // name, path
     for (const std::string &name : names) {
-        const std::string whole = path.empty() ? name : path + "/" + name;
+        std::string whole = path;
+        if (!path.empty())
+            whole += '/';
+        whole += name;
         if (isExcluded(whole, name))
             continue;
         if (::fstatat(descriptor, name.c_str(), &status, 0) != 0) {

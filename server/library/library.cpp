@@ -424,9 +424,10 @@ bool Library::scanRoot(const Root &root, int folder)
     // What was not seen is gone, unless the folder that it was in could not be listed.
     std::vector<int64_t> missing;
     for (const auto &[path, file] : known) {
-        const bool isUnread = std::any_of(walked.unread.begin(), walked.unread.end(), [&](const std::string &unread) {
-            return unread.empty() || path == unread || path.starts_with(unread + "/");
-        });
+        const auto liesIn = [&place = path](const std::string &unread) {
+            return unread.empty() || place == unread || place.starts_with(unread + "/");
+        };
+        const bool isUnread = std::any_of(walked.unread.begin(), walked.unread.end(), liesIn);
         if (!file.isMissing && !isUnread)
             missing.push_back(file.id);
     }

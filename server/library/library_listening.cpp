@@ -48,6 +48,7 @@ std::vector<std::filesystem::path> picturesIn(const std::filesystem::path &folde
     }
     std::sort(found.begin(), found.end());
     std::vector<std::filesystem::path> pictures;
+    pictures.reserve(found.size());
     for (auto &[rank, path] : found)
         pictures.push_back(std::move(path));
     return pictures;
