@@ -11,11 +11,13 @@ std::string pictureAddress(const Call &call, const std::string &publicId)
     return call.service.addresses.address(MediaKind::Picture, publicId + pictureExtension, call.account());
 }
 
-json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable)
+json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable,
+                  std::optional<int64_t> issueId)
 {
     if (!isPlayable)
         return nullptr;
-    return call.service.addresses.address(MediaKind::Audio, publicId + audioExtension(mediaType), call.account());
+    return call.service.addresses.address(MediaKind::Audio, publicId + audioExtension(mediaType), call.account(),
+                                          issueId);
 }
 
 json stationAnswer(Call &call, const Station &station)
@@ -51,7 +53,7 @@ json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued)
             {"songToken", tokens.tokenFor(call.account(), MusicKind::Track, track.id)},
             {"stationToken", station.token},
             {"albumArtUrl", track.pictureFile.empty() ? std::string() : pictureAddress(call, track.publicId)},
-            {"audioUrl", audioAddress(call, track.publicId, track.audioType, track.isPlayable)},
+            {"audioUrl", audioAddress(call, track.publicId, track.audioType, track.isPlayable, issued.issueId)},
             {"audioType", track.audioType},
             {"bitrate", track.bitrate},
             {"allowFeedback", station.allowFeedback},

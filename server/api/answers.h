@@ -9,9 +9,9 @@ nlohmann::json stationAnswer(Call &call, const Station &station);
 nlohmann::json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued);
 // Empty when there is no picture.
 std::string pictureAddress(const Call &call, const std::string &publicId);
-// Null when there is no usable file.
+// Null when there is no usable file. With an issue, the first request for the address counts as its start.
 nlohmann::json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType,
-                            bool isPlayable);
+                            bool isPlayable, std::optional<int64_t> issueId = std::nullopt);
 
 // Throw ApiError when there is no such thing for this account.
 Station requiredStation(Call &call);   // the parameter `stationToken`

@@ -217,7 +217,7 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     if (!kind)
         return refuse(404, "no such kind");
     switch (m_service.addresses.check(*kind, file, request.get_param_value("a"), request.get_param_value("e"),
-                                      request.get_param_value("s"))) {
+                                      request.get_param_value("s"), request.get_param_value("i"))) {
     case MediaCheck::BadSignature:
         return refuse(403, "wrong signature");
     case MediaCheck::Expired:
@@ -237,11 +237,26 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     // Its folder may be a network share that does not answer: nobody shall wait for that.
     if (track && !track->isPlayable)
         return refuse(503, "its folder is away");
+    noteStart(request);
     if (track && track->gainDb)
         response.set_header("Velmora-Gain", decimal(*track->gainDb));
     if (track && track->peak)
         response.set_header("Velmora-Peak", decimal(*track->peak));
     streamMedia(request, response, track ? track->audioFile : ad->audioFile, track ? track->audioType : ad->audioType);
+}
+
+void ApiServer::noteStart(const httplib::Request &request)
+{
+    const std::string text = request.get_param_value("i");
+    int64_t issue = 0;
+    std::from_chars(text.data(), text.data() + text.size(), issue);
+    if (issue == 0 || request.method != "GET")
+        return;
+    try {
+        m_service.plays.started(issue);
+    } catch (const StoreError &error) { // music that plays unnoticed is better than none
+        std::fprintf(stderr, "velmora-server: a play was not noted: %s\n", error.what());
+    }
 }
 
 void ApiServer::streamMedia(const httplib::Request &request, httplib::Response &response,

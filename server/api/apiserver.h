@@ -47,6 +47,7 @@ public:
 private:
     void addRoutes();
     void answerMedia(const httplib::Request &request, httplib::Response &response);
+    void noteStart(const httplib::Request &request);
     void streamMedia(const httplib::Request &request, httplib::Response &response, const std::filesystem::path &file,
                      const std::string &mediaType);
     void log(const std::string &function, int code, std::chrono::steady_clock::time_point since) const;

@@ -22,14 +22,15 @@ public:
     void setBase(const std::string &base) { m_base = base; }
     const std::string &base() const { return m_base; }
 
-    // `file` is a public id with an extension.
-    std::string address(MediaKind kind, const std::string &file, AccountId account) const;
+    // `file` is a public id with an extension. `issueId` tells which handed-out track the address is for.
+    std::string address(MediaKind kind, const std::string &file, AccountId account,
+                        std::optional<int64_t> issueId = std::nullopt) const;
     MediaCheck check(MediaKind kind, const std::string &file, const std::string &account, const std::string &expiry,
-                     const std::string &signature) const;
+                     const std::string &signature, const std::string &issue = {}) const;
 
 private:
-    std::string sign(MediaKind kind, const std::string &file, const std::string &account,
-                     const std::string &expiry) const;
+    std::string sign(MediaKind kind, const std::string &file, const std::string &account, const std::string &expiry,
+                     const std::string &issue) const;
 
     std::string m_signingKey;
     Clock m_clock;

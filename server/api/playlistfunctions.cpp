@@ -28,7 +28,7 @@ json getPlaylist(Call &call)
         service.catalogue.waitUntil(
             [&] { return service.playlists.hasOwnMusic(station) || !service.catalogue.isGrowing(); }, service.patience);
     }
-    const std::vector<PlaylistEntry> list = service.playlists.next(station);
+    const std::vector<PlaylistEntry> list = service.playlists.next(station, call.session.keyHash);
     if (list.empty() && service.catalogue.isGrowing())
         throw ApiError(Code::Internal, "no track is ready to be played yet");
     if (list.empty())
@@ -96,9 +96,8 @@ json explainTrack(Call &call)
 {
     const IssuedTrack issued = requiredTrack(call);
     json traits = json::array();
-    for (const Reason reason : issued.reasons)
-        traits.push_back({{"traitId", traitId(reason)},
-                          {"traitText", traitText(reason, issued.track.style, issued.track.mood, issued.track.tempo)}});
+    for (const engine::ReasonText &reason : issued.reasons)
+        traits.push_back({{"traitId", reason.id}, {"traitText", reason.text}});
     return {{"traits", std::move(traits)}};
 }
 
@@ -110,7 +109,9 @@ json trackEvent(Call &call)
     const int64_t seconds = call.parameters.optionalInteger("seconds").value_or(0);
     if (seconds < 0 || seconds > mostSeconds)
         throw ApiError(Code::Malformed, "not a position in a track");
-    call.service.feedback.event(requiredTrack(call), type, seconds);
+    const IssuedTrack issued = requiredTrack(call);
+    call.service.feedback.event(issued, type, seconds);
+    call.service.plays.reported(issued, type, seconds);
     return json::object();
 }
 

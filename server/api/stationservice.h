@@ -7,6 +7,7 @@
 #include "server/catalogue/catalogue.h"
 #include "server/catalogue/search.h"
 #include "server/stations/feedback.h"
+#include "server/stations/plays.h"
 #include "server/store/store.h"
 
 namespace velmora::server {
@@ -59,6 +60,7 @@ public:
     Stations stations;
     Playlists playlists;
     Feedback feedback;
+    Plays plays;
     MediaAddresses addresses;
 
     // Not owned; set before the server answers. Without one, functions that send mail fail.

@@ -172,8 +172,8 @@ bool leavesEnough(const StationScores &scores, const Rules &rules)
         }
         return tracks < wanted || artists.size() < enoughArtists;
     });
-    // A station of few artists is content with a third of them.
-    const size_t wantedArtists = std::clamp<size_t>(allArtists.size() / 3, 1, enoughArtists);
+    // With few artists there must be a choice among the others, or they would come in a fixed round.
+    const size_t wantedArtists = std::clamp<size_t>(allArtists.size(), 2, enoughArtists + 1) - 1;
     return tracks >= wanted && artists.size() >= wantedArtists;
 }
 

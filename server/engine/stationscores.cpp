@@ -8,7 +8,7 @@ namespace velmora::engine {
 
 namespace {
 
-constexpr float styleWeight = 3.0f;
+constexpr float styleWeight = 3.5f;
 constexpr float artistWeight = 0.6f;
 constexpr std::array<float, 3> likenessWeights = {2.0f, 1.2f, 0.5f}; // sound, beat, harmony
 constexpr float unlikeWeight = 2.5f;
@@ -69,6 +69,7 @@ float sumOf(const Terms &terms)
 StationScores::StationScores(std::shared_ptr<const EngineIndex> index, const StationTaste &taste,
                              const StationScores *previous)
     : m_index(std::move(index))
+    , m_isAboutNothing(taste.seeds.empty() && taste.liked.empty())
     , m_taste(*m_index, taste.events)
 {
     findExamples(taste);
@@ -190,10 +191,12 @@ void StationScores::compareWith(const Example &example)
     }
 }
 
-float StationScores::likenessTo(Position track, size_t group) const
+float StationScores::likenessTerm(Position track, size_t group) const
 {
-    return m_index->likeness().isDescribed(track) ? static_cast<float>(m_likeness[track][group]) / byteSteps
-                                                  : m_meanLikeness[group];
+    const float likeness = m_index->likeness().isDescribed(track)
+                               ? static_cast<float>(m_likeness[track][group]) / byteSteps
+                               : m_meanLikeness[group];
+    return likenessWeights[group] * m_index->shares().soundTrust() * likeness;
 }
 
 float StationScores::styleTerm(Position track) const
@@ -219,7 +222,7 @@ float StationScores::plainTerms(Position track) const
 {
     float sum = artistTerm(track) + unlikeTerm(track);
     for (size_t g = 0; g < likenessTerms; ++g)
-        sum += likenessWeights[g] * likenessTo(track, g);
+        sum += likenessTerm(track, g);
     return sum;
 }
 
@@ -228,9 +231,9 @@ Terms StationScores::terms(Position track) const
     Terms terms{};
     at(terms, Term::Style) = styleTerm(track);
     at(terms, Term::Artist) = artistTerm(track);
-    at(terms, Term::Sound) = likenessWeights[0] * likenessTo(track, 0);
-    at(terms, Term::Beat) = likenessWeights[1] * likenessTo(track, 1);
-    at(terms, Term::Harmony) = likenessWeights[2] * likenessTo(track, 2);
+    at(terms, Term::Sound) = likenessTerm(track, 0);
+    at(terms, Term::Beat) = likenessTerm(track, 1);
+    at(terms, Term::Harmony) = likenessTerm(track, 2);
     at(terms, Term::Unlike) = unlikeTerm(track);
     const Traits traits = traitsOf(*m_index, track);
     for (size_t k = 0; k < mostTraits; ++k)
@@ -240,7 +243,7 @@ Terms StationScores::terms(Position track) const
 
 bool StationScores::isRelated(Position track) const
 {
-    if (m_examples.empty() && m_seedStyles.empty())
+    if (m_isAboutNothing)
         return true;
     return styleTerm(track) > 0.3f * styleWeight || m_seedArtists.contains(m_index->facts(track).artist) ||
            std::any_of(m_examples.begin(), m_examples.end(),

@@ -76,13 +76,14 @@ private:
     void compare(const StationScores *previous);
     void compareWith(const Example &example);
     void rank();
-    float likenessTo(Position track, size_t group) const;
+    float likenessTerm(Position track, size_t group) const;
     float styleTerm(Position track) const;
     float artistTerm(Position track) const;
     float unlikeTerm(Position track) const;
     float plainTerms(Position track) const; // all but styles and what was learned
 
     std::shared_ptr<const EngineIndex> m_index;
+    bool m_isAboutNothing;
     std::vector<Example> m_examples;
     std::vector<Position> m_disliked;
     std::set<int64_t> m_seedArtists;

@@ -14,10 +14,14 @@ constexpr float ownWeight = 1;
 constexpr float artistWeight = 0.6f;
 constexpr float votesWeight = 1.5f; // times the square of the agreement
 constexpr size_t voters = 15;
-constexpr size_t referenceSize = 4096; // tracks among which the nearest are looked for
+constexpr size_t referenceSize = 2048; // tracks among which the nearest are looked for
 constexpr size_t agreementSample = 1000;
 constexpr size_t agreementNeighbours = 10;
 constexpr size_t mostShares = 8; // of one track
+// With less agreement than this the sound is trusted less, down to the least; not on the word of a few tracks.
+constexpr float trustedAgreement = 0.2f;
+constexpr float leastTrust = 0.4f;
+constexpr size_t enoughForDoubt = 100;
 
 using Weights = std::map<int, float>;
 
@@ -138,6 +142,12 @@ StyleShares::StyleShares(const EngineMusic &music, const Likeness &likeness, Vot
     if (votes == Votes::Taken) {
         neighbours.emplace(music, likeness);
         m_agreement = measuredAgreement(music, *neighbours, isStopping);
+        if (neighbours->reference().size() >= enoughForDoubt) {
+            const auto tagged = std::count_if(music.tracks.begin(), music.tracks.end(),
+                                              [](const EngineTrack &track) { return !track.tags.empty(); });
+            const float share = static_cast<float>(tagged) / static_cast<float>(music.tracks.size());
+            m_soundTrust = 1 - share * (1 - std::clamp(m_agreement / trustedAgreement, leastTrust, 1.0f));
+        }
     }
     const float voting = votesWeight * m_agreement * m_agreement;
 

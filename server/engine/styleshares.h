@@ -32,12 +32,15 @@ public:
     bool isTagged(size_t track, int style) const;
     // How far tags and sound agree: 0 as chance has it, 1 always. 0 without votes.
     float agreement() const { return m_agreement; }
+    // How much likeness of sound counts: 1, and less where there are tags that it hardly agrees with.
+    float soundTrust() const { return m_soundTrust; }
 
 private:
     std::vector<size_t> m_offsets;
     std::vector<StyleShare> m_shares;
     std::vector<bool> m_tagged; // by share
     float m_agreement = 0;
+    float m_soundTrust = 1;
 };
 
 } // namespace velmora::engine

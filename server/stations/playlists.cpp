@@ -1,37 +1,85 @@
 #include "server/stations/playlists.h"
 
+#include "server/catalogue/textfolding.h"
+#include "server/stations/listening.h"
 #include "server/store/store.h"
 
 #include <algorithm>
-#include <sstream>
+#include <nlohmann/json.hpp>
 
 namespace velmora::server {
 
 namespace {
 
-// From a large catalogue a sample of this size is weighed for one list.
-constexpr int sampleSize = 300;
-constexpr int artistSampleSize = 100;
-// How far back a station remembers what it played.
-constexpr int memorySize = 60;
+using nlohmann::json;
 
-std::string joined(const std::vector<Reason> &reasons)
+// The terms of a pick and their means over the shortlist, by name; what explains it again.
+std::string termsText(const engine::EngineIndex &index, const engine::Pick &pick)
 {
-    std::string text;
-    for (const Reason reason : reasons)
-        text.append(text.empty() ? "" : " ").append(traitId(reason));
-    return text;
+    constexpr std::array names = {"style", "artist", "sound", "beat", "harmony", "unlike", "fresh"};
+    constexpr std::array attributes = {"energy", "brightness", "tempo", "minor", "busyness"};
+    const auto nameOf = [&](size_t term) -> std::string {
+        if (term < names.size())
+            return names[term];
+        const size_t trait = term - names.size();
+        if (trait < attributes.size())
+            return attributes[trait];
+        return "style:" + index.styles()[static_cast<size_t>(index.commonStyles()[trait - attributes.size()])].name;
+    };
+    json terms = json::object();
+    for (size_t term = 0; term < engine::termCount; ++term) {
+        float mean = 0;
+        for (const engine::Candidate &candidate : pick.shortlist)
+            mean += candidate.terms[term] / static_cast<float>(pick.shortlist.size());
+        const float value = pick.candidate().terms[term];
+        if (value != 0 || mean != 0)
+            terms[nameOf(term)] = {value, mean};
+    }
+    const json all = {{"noise", pick.candidate().noise}, {"terms", std::move(terms)}};
+    return all.dump(-1, ' ', true, json::error_handler_t::replace);
 }
 
-std::vector<Reason> parted(const std::string &text)
+std::string reasonsText(const std::vector<engine::ReasonText> &reasons)
 {
-    std::vector<Reason> reasons;
-    std::istringstream words(text);
-    for (std::string word; words >> word;) {
-        if (const std::optional<Reason> reason = reasonOf(word))
-            reasons.push_back(*reason);
+    json all = json::array();
+    for (const engine::ReasonText &reason : reasons)
+        all.push_back({reason.id, reason.text});
+    return all.dump();
+}
+
+// What was stored by an older version explains nothing.
+std::vector<engine::ReasonText> reasonsOf(const std::string &text)
+{
+    std::vector<engine::ReasonText> reasons;
+    const json all = json::parse(text, nullptr, false);
+    if (!all.is_array())
+        return reasons;
+    for (const json &reason : all) {
+        if (reason.is_array() && reason.size() == 2 && reason[0].is_string() && reason[1].is_string())
+            reasons.push_back({reason[0], reason[1]});
     }
     return reasons;
+}
+
+// The station's name in plain letters, for the explanation on the Tapestry station.
+engine::ReasonText stationReason(const Station &station)
+{
+    const std::string &name = station.name;
+    const bool isPlain = std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c < 0x7f; });
+    if (isPlain)
+        return {"station", "music of your station " + name};
+    const std::string folded = foldedText(name);
+    const bool isFolded = std::all_of(folded.begin(), folded.end(), [](char c) { return c >= ' ' && c < 0x7f; });
+    return {"station", isFolded && !folded.empty() ? "music of your station " + folded : "music of your stations"};
+}
+
+bool isSame(const engine::StationTaste &a, const engine::StationTaste &b)
+{
+    const auto isSameEvent = [](const engine::TasteEvent &left, const engine::TasteEvent &right) {
+        return left.track == right.track && left.isLiked == right.isLiked && left.weight == right.weight;
+    };
+    return a.seeds == b.seeds && a.liked == b.liked && a.disliked == b.disliked &&
+           std::equal(a.events.begin(), a.events.end(), b.events.begin(), b.events.end(), isSameEvent);
 }
 
 } // namespace
@@ -42,70 +90,164 @@ Playlists::Playlists(Store &store, Catalogue &catalogue, Stations &stations, Clo
     , m_stations(stations)
     , m_clock(std::move(clock))
     , m_random(std::move(random))
+    , m_keeper(store, catalogue)
 {
+}
+
+std::shared_ptr<Playlists::Kept> Playlists::kept(int64_t stationId)
+{
+    const std::lock_guard guard(m_mutex);
+    const auto found =
+        std::find_if(m_kept.begin(), m_kept.end(), [&](const auto &entry) { return entry.first == stationId; });
+    if (found != m_kept.end()) {
+        m_kept.splice(m_kept.begin(), m_kept, found);
+    } else {
+        m_kept.emplace_front(stationId, std::make_shared<Kept>());
+        if (m_kept.size() > mostKept)
+            m_kept.pop_back();
+    }
+    return m_kept.front().second;
+}
+
+std::shared_ptr<const engine::StationScores> Playlists::scoresOf(const Station &station, Kept &kept)
+{
+    const EngineKeeper::Index index = m_keeper.current();
+    engine::StationTaste taste;
+    {
+        const Store::Lock db = m_store.lock();
+        taste = Listening(*db, m_stations, m_clock()).taste(station);
+    }
+    if (!kept.scores || kept.scores->sharedIndex() != index || !isSame(kept.taste, taste)) {
+        kept.scores = std::make_shared<engine::StationScores>(index, taste, kept.scores.get());
+        kept.taste = std::move(taste);
+    }
+    return kept.scores;
 }
 
 std::set<std::string> Playlists::styles(const Station &station)
 {
-    const Store::Lock db = m_store.lock();
-    return tasteOf(*db, station).styles;
+    const std::shared_ptr<Kept> own = kept(station.id);
+    const std::lock_guard guard(own->mutex);
+    const auto scores = scoresOf(station, *own);
+    std::set<std::string> result;
+    for (const engine::Seed &seed : own->taste.seeds) {
+        if (seed.kind == engine::Seed::Kind::Style)
+            result.insert(seed.style);
+    }
+    // What has no file yet is not in the index.
+    for (const engine::Seed &seed : own->taste.seeds) {
+        const Store::Lock db = m_store.lock();
+        Statement row = db->prepare(seed.kind == engine::Seed::Kind::Artist
+                                        ? "SELECT DISTINCT style FROM tracks WHERE artist_id = ?1"
+                                        : "SELECT style FROM tracks WHERE id = ?1");
+        row.with(seed.id);
+        while (row.step())
+            result.insert(row.text(0));
+    }
+    return result;
 }
 
 bool Playlists::hasOwnMusic(const Station &station)
 {
-    const Store::Lock db = m_store.lock();
-    const Taste taste = tasteOf(*db, station);
-    const std::vector<Candidate> candidates = candidatesFor(*db, station, taste);
-    return std::any_of(candidates.begin(), candidates.end(), [&](const Candidate &candidate) {
-        const std::vector<Reason> reasons = reasonsFor(taste, candidate);
-        return taste.isEmpty() || (!reasons.empty() && reasons.front() != Reason::Mood);
-    });
+    const std::shared_ptr<Kept> own = kept(station.id);
+    const std::lock_guard guard(own->mutex);
+    const auto scores = scoresOf(station, *own);
+    const engine::EngineIndex &index = scores->index();
+    engine::Circumstances now;
+    {
+        const Store::Lock db = m_store.lock();
+        now = Listening(*db, m_stations, m_clock()).circumstances(station);
+    }
+    for (engine::Position track = 0; track < index.size(); ++track) {
+        const engine::TrackFacts &facts = index.facts(track);
+        const bool isAllowed = !now.excludedTracks.contains(facts.id) && !now.excludedArtists.contains(facts.artist) &&
+                               (now.allowsExplicit || !facts.isExplicit);
+        if (isAllowed && scores->isRelated(track))
+            return true;
+    }
+    return false;
 }
 
-std::vector<PlaylistEntry> Playlists::next(const Station &station)
+Station Playlists::chooser(const Station &station)
 {
-    std::vector<PlaylistEntry> entries;
+    if (!station.isTapestry)
+        return station;
+    std::vector<Station> stations = m_stations.list(station.accountId); // the Tapestry station is one of them
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
-    forgetOld(*db);
-    const Taste taste = tasteOf(*db, station);
-    const std::vector<Candidate> candidates = candidatesFor(*db, station, taste);
-    if (candidates.empty())
-        return entries;
-
-    std::vector<int64_t> recent; // newest last
-    int64_t lastArtist = 0;
-    {
-        Statement row =
-            db->prepare("SELECT i.track_id, t.artist_id FROM issued_tracks i JOIN tracks t ON t.id = i.track_id "
-                        "WHERE i.station_id = ?1 ORDER BY i.id DESC LIMIT ?2");
-        row.with(station.id, memorySize);
-        while (row.step()) {
-            if (recent.empty())
-                lastArtist = row.integer(1);
-            recent.push_back(row.integer(0));
-        }
-        std::reverse(recent.begin(), recent.end());
+    const std::unordered_map<int64_t, int> plays =
+        Listening(*db, m_stations, m_clock()).playsByStation(station.accountId);
+    uint32_t sum = 0;
+    std::vector<uint32_t> upTo;
+    for (const Station &other : stations) {
+        const auto found = plays.find(other.id);
+        sum += 1 + (found == plays.end() || other.isTapestry ? 0 : static_cast<uint32_t>(found->second));
+        upTo.push_back(sum);
     }
+    const auto drawn = std::upper_bound(upTo.begin(), upTo.end(), m_random(sum));
+    return stations[static_cast<size_t>(drawn - upTo.begin())];
+}
+
+std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept &own, engine::Circumstances &now)
+{
+    const Station drawn = chooser(station);
+    std::shared_ptr<const engine::StationScores> scores;
+    if (drawn.id == station.id) {
+        scores = scoresOf(station, own);
+    } else {
+        const std::shared_ptr<Kept> other = kept(drawn.id);
+        const std::lock_guard guard(other->mutex);
+        scores = scoresOf(drawn, *other);
+    }
+    engine::Noise noise((static_cast<uint64_t>(m_random(UINT32_MAX)) << 32) + m_random(UINT32_MAX));
+    for (;;) {
+        std::optional<engine::Pick> pick = engine::choose(*scores, now, noise);
+        if (!pick)
+            return std::nullopt;
+        const int64_t id = scores->index().facts(pick->candidate().track).id;
+        std::optional<Track> track = m_catalogue.track(id);
+        if (!track || !track->isPlayable) { // it went since the index was built
+            now.excludedTracks.insert(id);
+            continue;
+        }
+        Choice choice{*std::move(track), engine::explain(*scores, *pick), termsText(scores->index(), *pick)};
+        if (drawn.id != station.id)
+            choice.reasons.insert(choice.reasons.begin(), stationReason(drawn));
+        return choice;
+    }
+}
+
+std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::string &deviceKeyHash)
+{
+    const std::shared_ptr<Kept> own = kept(station.id);
+    const std::lock_guard guard(own->mutex);
+    engine::Circumstances now;
+    {
+        const Store::Lock db = m_store.lock();
+        forgetOld(*db);
+        now = Listening(*db, m_stations, m_clock()).circumstances(station);
+    }
+    std::vector<PlaylistEntry> entries;
     const int adPlace = adPosition(m_random);
     const bool isGrowing = m_catalogue.isGrowing();
     std::set<int64_t> inList;
     while (entries.size() < entriesInList) {
         if (static_cast<int>(entries.size()) == adPlace) {
+            const Store::Lock db = m_store.lock();
             if (std::optional<IssuedAd> ad = issueAd(*db, station)) {
                 entries.push_back({std::nullopt, std::move(ad)});
                 continue;
             }
         }
-        const std::optional<Choice> choice = chooseNext(taste, candidates, lastArtist, recent, m_random);
-        if (!choice || (!inList.insert(choice->trackId).second && isGrowing))
+        const std::optional<Choice> choice = choose(station, *own, now);
+        if (!choice || (!inList.insert(choice->track.id).second && isGrowing))
             break;
-        entries.push_back({issueTrack(*db, station, *choice), std::nullopt});
-        recent.push_back(choice->trackId);
-        lastArtist = choice->artistId;
+        const Store::Lock db = m_store.lock();
+        if (!m_stations.find(station.id)) // deleted meanwhile
+            return {};
+        entries.push_back({issueTrack(*db, station, *choice, deviceKeyHash), std::nullopt});
+        now.recent.insert(now.recent.begin(), choice->track.id);
     }
-    db->run("UPDATE stations SET lists_issued = lists_issued + 1 WHERE id = ?1", station.id);
-    change.commit();
+    m_store.lock()->run("UPDATE stations SET lists_issued = lists_issued + 1 WHERE id = ?1", station.id);
     return entries;
 }
 
@@ -115,116 +257,19 @@ void Playlists::forgetOld(Database &db)
     db.run("DELETE FROM issued_tracks WHERE issued_at < ?1", before);
     db.run("DELETE FROM issued_ads WHERE issued_at < ?1", before);
     db.run("DELETE FROM track_events WHERE happened_at < ?1", m_clock() - sleepSeconds);
+    db.run("DELETE FROM plays WHERE started_at < ?1", m_clock() - playSeconds);
     db.run("DELETE FROM sleeps WHERE until <= ?1", m_clock());
 }
 
-Taste Playlists::tasteOf(Database &db, const Station &station)
+IssuedTrack Playlists::issueTrack(Database &db, const Station &station, const Choice &choice,
+                                  const std::string &deviceKeyHash)
 {
-    Taste taste;
-    if (!station.isTapestry) {
-        for (const Music &music : m_stations.seeds(station.id))
-            addSeed(db, taste, music);
-    } else {
-        for (const Station &other : m_stations.list(station.accountId)) {
-            for (const Music &music : m_stations.seeds(other.id))
-                addSeed(db, taste, music);
-        }
-    }
-    addLiked(db, taste, station);
-    return taste;
-}
-
-void Playlists::addSeed(Database &db, Taste &taste, const Music &music)
-{
-    if (music.kind == MusicKind::Style) {
-        taste.styles.insert(music.target);
-        return;
-    }
-    const char *condition = music.kind == MusicKind::Artist ? "artist_id" : "id";
-    if (music.kind == MusicKind::Artist)
-        taste.artists.insert(std::stoll(music.target));
-    Statement row = db.prepare(std::string("SELECT artist_id, style, mood, tempo FROM tracks WHERE ") + condition +
-                               " = CAST(?1 AS INTEGER) LIMIT 50");
-    row.with(music.target);
-    while (row.step()) {
-        taste.artists.insert(row.integer(0));
-        taste.styles.insert(row.text(1));
-        taste.moods.insert(row.text(2));
-        taste.tempos.push_back(static_cast<int>(row.integer(3)));
-    }
-}
-
-void Playlists::addLiked(Database &db, Taste &taste, const Station &station)
-{
-    // The Tapestry station follows every thumb of the listener, another station its own.
-    const char *where = station.isTapestry ? "f.account_id = ?1" : "f.station_id = ?1";
-    Statement row = db.prepare(std::string("SELECT t.id, t.artist_id, t.style FROM feedback f JOIN tracks t ON "
-                                           "t.id = f.track_id WHERE f.is_positive = 1 AND ") +
-                               where + " ORDER BY f.given_at DESC LIMIT 200");
-    row.with(station.isTapestry ? station.accountId : station.id);
-    while (row.step()) {
-        taste.likedTracks.insert(row.integer(0));
-        taste.likedArtists.insert(row.integer(1));
-        taste.likedStyles.insert(row.text(2));
-    }
-}
-
-std::vector<Candidate> Playlists::candidatesFor(Database &db, const Station &station, const Taste &taste)
-{
-    std::vector<Candidate> candidates;
-    std::set<int64_t> seen;
-    // On the Tapestry station a thumb down counts from wherever it was given.
-    const std::string allowed =
-        std::string("SELECT t.id, t.artist_id, t.style, t.mood, t.tempo FROM tracks t WHERE "
-                    "NOT EXISTS (SELECT 1 FROM sleeps z WHERE z.track_id = t.id "
-                    "AND z.account_id = ?1 AND z.until > ?2) AND NOT EXISTS (SELECT 1 FROM feedback f "
-                    "WHERE f.track_id = t.id AND f.is_positive = 0 AND ") +
-        (station.isTapestry ? "f.account_id = ?1" : "f.station_id = ?3") +
-        ") AND (t.is_explicit = 0 OR (SELECT explicit_filter FROM accounts WHERE id = ?1) = 0) ";
-    const auto take = [&](Statement row) {
-        while (row.step()) {
-            if (seen.insert(row.integer(0)).second)
-                candidates.push_back(
-                    {row.integer(0), row.integer(1), row.text(2), row.text(3), static_cast<int>(row.integer(4))});
-        }
-    };
-    const auto sample = [&](const std::string &condition, const std::optional<std::string> &value, int64_t from,
-                            int limit) {
-        // From a random place on, then from the beginning: an index walk, however large the catalogue.
-        for (const char *part : {"t.id >= ?5 ", "t.id < ?5 "}) {
-            Statement row = db.prepare(allowed + condition + part + "ORDER BY t.id LIMIT ?6");
-            row.with(station.accountId, m_clock(), station.id, value, from, limit);
-            take(std::move(row));
-        }
-    };
-    int64_t highest = 0;
-    {
-        Statement row = db.prepare("SELECT COALESCE(MAX(id), 0) FROM tracks");
-        row.step();
-        highest = row.integer(0);
-    }
-    const int64_t from = 1 + m_random(static_cast<uint32_t>(highest) + 1);
-    for (const int64_t artist : taste.artists)
-        sample("AND t.is_playable = 1 AND t.artist_id = CAST(?4 AS INTEGER) AND ", std::to_string(artist), from,
-               artistSampleSize);
-    std::set<std::string> styles = taste.styles;
-    styles.insert(taste.likedStyles.begin(), taste.likedStyles.end());
-    for (const std::string &style : styles)
-        sample("AND t.is_playable = 1 AND t.style = ?4 AND ", style, from, sampleSize);
-    for (const int64_t track : taste.likedTracks)
-        sample("AND t.is_playable = 1 AND t.id = CAST(?4 AS INTEGER) AND ", std::to_string(track), 0, 1);
-    // The plus keeps the planner from sorting the whole catalogue: here the tracks' own order is the index.
-    sample("AND ?4 IS NULL AND +t.is_playable = 1 AND ", std::nullopt, from, sampleSize);
-    return candidates;
-}
-
-IssuedTrack Playlists::issueTrack(Database &db, const Station &station, const Choice &choice)
-{
-    IssuedTrack issued{randomToken(15), station.accountId, station.id, *m_catalogue.track(choice.trackId),
-                       choice.reasons};
-    db.run("INSERT INTO issued_tracks (token, account_id, station_id, track_id, reasons, issued_at) "
-           "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
-           issued.token, station.accountId, station.id, choice.trackId, joined(choice.reasons), m_clock());
+    IssuedTrack issued{randomToken(15), station.accountId, station.id, choice.track, choice.reasons, 0};
+    db.run("INSERT INTO issued_tracks (token, account_id, station_id, track_id, reasons, issued_at, device_key_hash, "
+           "terms) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)",
+           issued.token, station.accountId, station.id, choice.track.id, reasonsText(choice.reasons), m_clock(),
+           deviceKeyHash, choice.terms);
+    issued.issueId = db.lastRowId();
     return issued;
 }
 
@@ -251,14 +296,14 @@ std::optional<IssuedTrack> Playlists::findTrack(AccountId account, const std::st
 {
     const Store::Lock db = m_store.lock();
     Statement row =
-        db->prepare("SELECT station_id, track_id, reasons FROM issued_tracks WHERE token = ?1 AND account_id = ?2");
+        db->prepare("SELECT station_id, track_id, reasons, id FROM issued_tracks WHERE token = ?1 AND account_id = ?2");
     row.with(token, account);
     if (!row.step())
         return std::nullopt;
     const std::optional<Track> track = m_catalogue.track(row.integer(1));
     if (!track)
         return std::nullopt;
-    return IssuedTrack{token, account, row.integer(0), *track, parted(row.text(2))};
+    return IssuedTrack{token, account, row.integer(0), *track, reasonsOf(row.text(2)), row.integer(3)};
 }
 
 std::optional<IssuedAd> Playlists::findAd(AccountId account, const std::string &token)

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "server/catalogue/catalogue.h"
+#include "server/engine/reasons.h"
+#include "server/stations/enginekeeper.h"
 #include "server/stations/playlistrules.h"
 #include "server/stations/stations.h"
+
+#include <list>
 
 namespace velmora::server {
 
@@ -12,7 +16,8 @@ struct IssuedTrack {
     AccountId accountId = 0;
     int64_t stationId = 0;
     Track track;
-    std::vector<Reason> reasons;
+    std::vector<engine::ReasonText> reasons;
+    int64_t issueId = 0; // grows with every track that is issued
 };
 
 struct IssuedAd {
@@ -26,35 +31,54 @@ struct PlaylistEntry {
     std::optional<IssuedAd> ad;
 };
 
-// Chooses what a station plays and remembers what was chosen for whom and why. Any thread.
+// Chooses what a station plays and remembers what was chosen for whom and why. Any thread, but next(), styles() and
+// hasOwnMusic() never under the store's lock: comparing music takes its time.
 class Playlists {
 public:
     static constexpr int entriesInList = 4;
     static constexpr int64_t tokenSeconds = 2 * 24 * 3600; // a token is of use so long
     static constexpr int64_t sleepSeconds = 30 * 24 * 3600;
+    static constexpr int64_t playSeconds = 90 * 24 * 3600; // what was heard is remembered so long
 
     Playlists(Store &store, Catalogue &catalogue, Stations &stations, Clock clock, Random random);
 
     // The styles that the station is about.
     std::set<std::string> styles(const Station &station);
-    // Whether something playable fits the station, beyond a mere likeness of mood.
+    // Whether something playable has to do with what the station was made from.
     bool hasOwnMusic(const Station &station);
     // The next four entries; fewer while the catalogue is still being made, because the same track twice in a row is
     // worse than coming back for another list. Empty when nothing at all may be played: no track has its file yet, or
-    // thumbs down and sleeps stand against every one.
-    std::vector<PlaylistEntry> next(const Station &station);
+    // thumbs down and sleeps stand against every one. `deviceKeyHash` tells who will play it.
+    std::vector<PlaylistEntry> next(const Station &station, const std::string &deviceKeyHash = {});
 
     std::optional<IssuedTrack> findTrack(AccountId account, const std::string &token);
     std::optional<IssuedAd> findAd(AccountId account, const std::string &token);
     void registerAd(AccountId account, const std::string &token);
 
 private:
-    Taste tasteOf(Database &db, const Station &station);
-    void addSeed(Database &db, Taste &taste, const Music &music);
-    void addLiked(Database &db, Taste &taste, const Station &station);
-    std::vector<Candidate> candidatesFor(Database &db, const Station &station, const Taste &taste);
+    // What was compared for a station, kept while it is among those used last.
+    struct Kept {
+        std::mutex mutex; // held while the station chooses; taken before the store's lock
+        engine::StationTaste taste;
+        std::shared_ptr<const engine::StationScores> scores;
+    };
+    static constexpr size_t mostKept = 16; // stations; about 1.2 MB each with 100,000 tracks
+
+    struct Choice {
+        Track track;
+        std::vector<engine::ReasonText> reasons;
+        std::string terms; // as they are stored
+    };
+
+    std::shared_ptr<Kept> kept(int64_t stationId);
+    std::shared_ptr<const engine::StationScores> scoresOf(const Station &station, Kept &kept);
+    // The station that chooses the next track: for the Tapestry station one of the account's, drawn by how much it was
+    // heard lately, or the Tapestry station itself.
+    Station chooser(const Station &station);
+    std::optional<Choice> choose(const Station &station, Kept &own, engine::Circumstances &now);
     std::optional<IssuedAd> issueAd(Database &db, const Station &station);
-    IssuedTrack issueTrack(Database &db, const Station &station, const Choice &choice);
+    IssuedTrack issueTrack(Database &db, const Station &station, const Choice &choice,
+                           const std::string &deviceKeyHash);
     void forgetOld(Database &db);
 
     Store &m_store;
@@ -62,6 +86,9 @@ private:
     Stations &m_stations;
     Clock m_clock;
     Random m_random;
+    EngineKeeper m_keeper;
+    std::mutex m_mutex;                                          // guards m_kept
+    std::list<std::pair<int64_t, std::shared_ptr<Kept>>> m_kept; // the one used last in front
 };
 
 } // namespace velmora::server

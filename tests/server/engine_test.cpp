@@ -391,15 +391,16 @@ TEST(EngineTest, WordsSayNoMoreThanTheirTermKnows)
                              {118},
                              {{65, true, 1}, {70, true, 1}, {61, false, 1}}};
     const StationScores scores(index, taste);
+    const StationScores calmer(index, {{}, {}, {}, {{65, false, 1}}});
     // A pick in which one term decides by itself.
-    const auto wordsFor = [&](int64_t id, Term term, size_t learned = 0) {
+    const auto wordsFor = [&](int64_t id, Term term, size_t learned = 0, bool isCalmer = false) {
         Pick pick;
         pick.shortlist.resize(2);
         pick.shortlist[0].track = static_cast<Position>(id - 1);
         pick.shortlist[1].track = 50;
         pick.shortlist[1].noise = 0.5f;
         pick.shortlist[0].terms[static_cast<size_t>(term) + learned] = 1;
-        const std::vector<ReasonText> reasons = explain(scores, pick);
+        const std::vector<ReasonText> reasons = explain(isCalmer ? calmer : scores, pick);
         return reasons.size() == 1 ? reasons[0].text : "not one reason";
     };
     const size_t tempo = static_cast<size_t>(Attribute::Tempo);
@@ -415,6 +416,7 @@ TEST(EngineTest, WordsSayNoMoreThanTheirTermKnows)
         {wordsFor(5, Term::Harmony), "a similar harmony"},
         {wordsFor(5, Term::FirstLearned, tempo), "the fast tempo that you like here"},
         {wordsFor(1, Term::FirstLearned, tempo), "a faster tempo than most, as you like it here"},
+        {wordsFor(1, Term::FirstLearned, tempo, true), "the slow tempo that you like here"},
         {wordsFor(9, Term::Unlike), "a distance from music that you gave a thumbs down"},
         {wordsFor(9, Term::Fresh), "music that has not played here lately"},
     };

@@ -1,121 +1,18 @@
-// What a station plays: the rules as properties over many draws, first the choice by itself, then the service's lists.
+// What the service's lists hold, what it sees of listening, and what the engine is told of both.
 
 #include "serverfixture.h"
 
 #include "server/demolibrary.h"
+#include "server/library/halffloat.h"
+#include "server/stations/engineloader.h"
+#include "server/stations/listening.h"
 
 #include <fstream>
-#include <map>
-#include <random>
 
 namespace velmora::server {
 namespace {
 
-constexpr int draws = 400;
-
-Random seeded(unsigned seed)
-{
-    return [engine = std::make_shared<std::mt19937>(seed)](uint32_t bound) {
-        return std::uniform_int_distribution<uint32_t>(0, bound - 1)(*engine);
-    };
-}
-
-std::vector<Candidate> candidates()
-{
-    // Ten artists with three tracks each; artists 1 to 5 play "folk", the others "rock".
-    std::vector<Candidate> all;
-    for (int64_t artist = 1; artist <= 10; ++artist) {
-        for (int64_t song = 0; song < 3; ++song)
-            all.push_back({artist * 10 + song, artist, artist <= 5 ? "folk" : "rock", song == 0 ? "calm" : "bright",
-                           artist <= 5 ? 90 : 150});
-    }
-    return all;
-}
-
-TEST(ChoiceTest, OneArtistAloneMayFollowItself)
-{
-    const std::vector<Candidate> one = {{11, 1, "folk", "calm", 90}, {12, 1, "folk", "calm", 90}};
-    EXPECT_EQ(chooseNext({}, one, 1, {11}, seeded(1)).value().trackId, 12);
-    EXPECT_FALSE(chooseNext({}, {}, 0, {}, seeded(1)));
-}
-
-TEST(ChoiceTest, TheSeedsStylePlaysItsArtistOftenestAndThumbsUpDrawMusicOfThatKind)
-{
-    const Random random = seeded(2);
-    const auto byArtist = [&](const Taste &taste) {
-        std::map<int64_t, int> counts;
-        for (int i = 0; i < draws; ++i)
-            ++counts[chooseNext(taste, candidates(), 0, {}, random)->artistId];
-        return counts;
-    };
-    int folk = 0;
-    std::map<int64_t, int> seeds = byArtist({{3}, {"folk"}, {"calm"}, {90}, {}, {}, {}});
-    for (const auto &[artist, count] : seeds) {
-        folk += artist <= 5 ? count : 0;
-        EXPECT_TRUE(artist == 3 || count < seeds[3]) << artist;
-    }
-    EXPECT_GT(folk, draws * 9 / 10);
-    const Taste plain{{}, {"folk"}, {}, {}, {}, {}, {}};
-    Taste liked = plain;
-    liked.likedArtists = {2};
-    EXPECT_GT(byArtist(liked)[2], byArtist(plain)[2] * 3 / 2);
-}
-
-TEST(ChoiceTest, HalfOfWhatFitsPassesBeforeATrackComesBack)
-{
-    // Also where one artist has nearly all of it: the station's other artist does not come back every second track.
-    std::vector<Candidate> lopsided = candidates();
-    for (int64_t song = 0; song < 4; ++song)
-        lopsided.push_back({200 + song, 20, "jazz", "calm", 70});
-    lopsided.push_back({300, 30, "jazz", "calm", 70});
-    const Taste jazz{{}, {"jazz"}, {}, {}, {}, {}, {}};
-    for (const auto &[taste, all, half] : {std::tuple(Taste{}, candidates(), 15), {jazz, lopsided, 2}}) {
-        const Random random = seeded(4);
-        std::vector<int64_t> recent;
-        std::vector<int64_t> fitting;
-        int64_t lastArtist = 0;
-        for (int i = 0; i < draws; ++i) {
-            const Choice choice = chooseNext(taste, all, lastArtist, recent, random).value();
-            EXPECT_NE(choice.artistId, lastArtist) << i;
-            lastArtist = choice.artistId;
-            recent.push_back(choice.trackId);
-            if (choice.reasons == std::vector{Reason::Change})
-                continue;
-            const auto from = fitting.end() - std::min<ptrdiff_t>(half, std::ssize(fitting));
-            EXPECT_EQ(std::find(from, fitting.end(), choice.trackId), fitting.end()) << i;
-            fitting.push_back(choice.trackId);
-        }
-        EXPECT_GT(std::ssize(fitting), draws / 3);
-    }
-}
-
-TEST(ChoiceTest, ReasonsAreWhatTheTrackSharesWithTheTaste)
-{
-    const Taste taste{{3}, {"folk"}, {"calm"}, {90}, {}, {4}, {}};
-    const std::pair<Candidate, std::vector<Reason>> cases[] = {
-        {{1, 3, "folk", "calm", 92}, {Reason::Artist, Reason::Style, Reason::Mood, Reason::Tempo}},
-        {{2, 1, "folk", "bright", 150}, {Reason::Style}},
-        {{3, 4, "rock", "bright", 150}, {Reason::Liked}},
-        {{4, 9, "rock", "bright", 90}, {}},
-        {{5, 9, "rock", "calm", 0}, {Reason::Mood}},
-    };
-    for (const auto &[candidate, reasons] : cases)
-        EXPECT_EQ(reasonsFor(taste, candidate), reasons) << candidate.trackId;
-}
-
-TEST(ChoiceTest, TraitsAreAsciiAndEveryReasonIsKeptByItsId)
-{
-    for (const Reason reason :
-         {Reason::Artist, Reason::Style, Reason::Mood, Reason::Tempo, Reason::Liked, Reason::Mix, Reason::Change}) {
-        const std::string text = traitText(reason, "Électro", "süß", 72);
-        EXPECT_FALSE(text.empty());
-        EXPECT_TRUE(std::all_of(text.begin(), text.end(), [](unsigned char c) { return c >= ' ' && c < 0x7f; }))
-            << text;
-        EXPECT_EQ(reasonOf(traitId(reason)), reason);
-    }
-    EXPECT_EQ(traitText(Reason::Style, "Électro", "", 0), "an electro style");
-    EXPECT_EQ(traitText(Reason::Mood, "", "明るい", 0), "a kindred mood");
-}
+using namespace std::chrono_literals;
 
 class PlaylistTest : public ServerTest {
 protected:
@@ -185,7 +82,7 @@ TEST_F(PlaylistTest, ATrackWithAThumbDownDoesNotComeBackOnThatStation)
     EXPECT_EQ(found->at("songRating"), 1);
 }
 
-TEST_F(PlaylistTest, AThumbUpDrawsMusicOfItsKindAndTheExplanationSaysSo)
+TEST_F(PlaylistTest, AThumbUpDrawsMusicOfItsKind)
 {
     const std::string user = newListener();
     const std::string tapestry = tapestryToken(user); // without other stations: a mix of everything
@@ -200,9 +97,6 @@ TEST_F(PlaylistTest, AThumbUpDrawsMusicOfItsKindAndTheExplanationSaysSo)
     const json thumb = {{"trackToken", track["trackToken"]}, {"isPositive", true}};
     data("addFeedback", thumb, user);
     EXPECT_EQ(styles(), std::set<std::string>{track["style"]});
-    const json traits =
-        data("explainTrack", {{"trackToken", firstTrack(user, tapestry)["trackToken"]}}, user).at("traits");
-    EXPECT_EQ(traits.at(0).at("traitText"), "a likeness to music that you gave a thumbs up");
 }
 
 TEST_F(PlaylistTest, ASleepingTrackStaysAwayForAMonthFromEveryStation)
@@ -235,17 +129,219 @@ TEST_F(PlaylistTest, BookmarksAreKept)
     EXPECT_EQ(m_service->catalogue.artistName(kept.artists[0]), track.at("artistName"));
 }
 
-TEST_F(PlaylistTest, TheExplanationNamesWhatTheTrackWasChosenBy)
+TEST_F(PlaylistTest, TheExplanationNamesWhatTheTrackWasChosenByAndOnTapestryItsStation)
 {
     const std::string user = newListener();
-    const std::string station = addStation(user, "folk");
-    for (const json &track : tracks(user, station, 10)) {
-        const json traits = data("explainTrack", {{"trackToken", track["trackToken"]}}, user).at("traits");
-        ASSERT_FALSE(traits.empty());
-        const bool namesStyle =
-            std::any_of(traits.begin(), traits.end(), [](const json &t) { return t["traitText"] == "a folk style"; });
-        EXPECT_EQ(namesStyle, track.at("style") == "folk");
+    const std::string folk = addStation(user, "folk");
+    const auto traits = [&](const json &track) {
+        std::vector<std::string> texts;
+        for (const json &trait : list("explainTrack", {{"trackToken", track["trackToken"]}}, user, "traits"))
+            texts.push_back(trait.at("traitText"));
+        return texts;
+    };
+    int naming = 0;
+    const std::vector<json> heard = tracks(user, folk, 10);
+    for (const json &track : heard) {
+        const std::vector<std::string> texts = traits(track);
+        ASSERT_FALSE(texts.empty());
+        const bool namesStyle = std::find(texts.begin(), texts.end(), "a folk style") != texts.end();
+        EXPECT_TRUE(track.at("style") == "folk" || !namesStyle);
+        naming += namesStyle ? 1 : 0;
     }
+    EXPECT_GT(naming, std::ssize(heard) / 2);
+
+    data("renameStation", {{"stationToken", folk}, {"newName", "Frühe Lieder"}}, user);
+    int fromFolk = 0;
+    for (const json &track : tracks(user, tapestryToken(user), 10)) {
+        const std::string first = traits(track).front();
+        fromFolk += first == "music of your station fruhe lieder" ? 1 : 0;
+        EXPECT_TRUE(first != "music of your station fruhe lieder" || track.at("style") == "folk");
+    }
+    EXPECT_TRUE(fromFolk > 5 && fromFolk < 25) << fromFolk << " of 30; the other half is everything";
+}
+
+// What the service sees of a listener who hears one track after another on one device.
+class ListeningTest : public PlaylistTest {
+protected:
+    int64_t issueOf(const json &track)
+    {
+        return m_service->playlists.findTrack(idOf(), track.at("trackToken"))->issueId;
+    }
+    std::string outcomeOf(int64_t issue)
+    {
+        const Store::Lock db = m_service->store.lock();
+        Statement row = db->prepare("SELECT outcome FROM plays WHERE issue_id = ?1");
+        return row.with(issue).step() ? row.text(0) : "";
+    }
+    engine::StationTaste taste(const std::string &user, const std::string &station)
+    {
+        const Store::Lock db = m_service->store.lock();
+        return Listening(*db, m_service->stations, *m_now)
+            .taste(*m_service->stations.find(m_service->sessions.find(user)->accountId, station));
+    }
+};
+
+TEST_F(ListeningTest, TheNextStartTellsHowTheLastPlayEnded)
+{
+    const std::string user = newListener();
+    const std::string folk = addStation(user, "folk"), rock = addStation(user, "rock");
+    struct Case {
+        int seconds; // of 90
+        const char *between;
+        const char *outcome;
+    };
+    const Case cases[] = {
+        {2, "", "left"},           {3, "", "skipped"},      {44, "", "skipped"},          {45, "", "left"},
+        {80, "", "left"},          {81, "", "ended"},       {500, "", "ended"},           {20, "addFeedback", "left"},
+        {20, "sleepSong", "left"}, {20, "station", "left"}, {85, "addFeedback", "ended"}, {20, "again", "skipped"}};
+    for (const Case &row : cases) {
+        const json track = firstTrack(user, folk);
+        const json next = firstTrack(user, std::string_view(row.between) == "station" ? rock : folk);
+        m_service->plays.started(issueOf(track));
+        EXPECT_EQ(outcomeOf(issueOf(track)), "playing");
+        *m_now += row.seconds;
+        if (std::string_view(row.between) == "addFeedback")
+            data("addFeedback", {{"trackToken", track["trackToken"]}, {"isPositive", true}}, user);
+        if (std::string_view(row.between) == "sleepSong")
+            data("sleepSong", {{"trackToken", track["trackToken"]}}, user);
+        if (std::string_view(row.between) == "again") // another range of the same address
+            m_service->plays.started(issueOf(track));
+        m_service->plays.started(issueOf(next));
+        EXPECT_EQ(outcomeOf(issueOf(track)), row.outcome) << row.seconds << ' ' << row.between;
+        *m_now += 1; // the next case begins with a start of its own
+    }
+    // Another device's start ends nothing; a report of the radio's own does.
+    const json track = firstTrack(user, folk);
+    m_service->plays.started(issueOf(track));
+    const std::string elsewhere = logIn(miraName, addDevice("00AABBCCDDEE"));
+    *m_now += 20;
+    m_service->plays.started(issueOf(firstTrack(elsewhere, folk)));
+    EXPECT_EQ(outcomeOf(issueOf(track)), "playing");
+    data("trackEvent", {{"trackToken", track["trackToken"]}, {"eventType", "skip"}, {"seconds", 20}}, user);
+    EXPECT_EQ(outcomeOf(issueOf(track)), "skipped");
+    m_service->plays.started(123456);
+}
+
+TEST_F(ListeningTest, TheFirstRequestForAnAddressIsTheStart)
+{
+    listen();
+    const std::string user = newListener();
+    const json track = firstTrack(user, addStation(user, "folk"));
+    const std::string address = track.at("audioUrl");
+    const std::string path = address.substr(address.find("/media"));
+    httplib::Client client("127.0.0.1", m_server->port());
+    EXPECT_EQ(client.Head(path.c_str())->status, 200);
+    EXPECT_EQ(outcomeOf(issueOf(track)), "") << "asking about it plays nothing";
+    std::string forged = path;
+    forged.replace(forged.find("&i=") + 3, 1, "9");
+    EXPECT_EQ(client.Get(forged.c_str())->status, 403);
+    EXPECT_EQ(client.Get(path.c_str())->status, 200);
+    EXPECT_EQ(outcomeOf(issueOf(track)), "playing");
+}
+
+TEST_F(ListeningTest, ThumbsPlaysSleepsAndBookmarksTeachTheStationsThatHeardThem)
+{
+    const std::string user = newListener();
+    const std::string folk = addStation(user, "folk"), rock = addStation(user, "rock");
+    std::vector<json> heard;
+    std::vector<int64_t> ids;
+    while (heard.size() < 5) {
+        for (const json &track : tracks(user, folk, 1)) {
+            const int64_t id = m_service->playlists.findTrack(idOf(), track.at("trackToken"))->track.id;
+            if (std::find(ids.begin(), ids.end(), id) == ids.end() && heard.size() < 5) {
+                heard.push_back(track);
+                ids.push_back(id);
+            }
+        }
+    }
+    const auto say = [&](const char *function, size_t track, json more = json::object()) {
+        more["trackToken"] = heard[track]["trackToken"];
+        *m_now += 1;
+        data(function, more, user);
+    };
+    say("trackEvent", 0, {{"eventType", "end"}});
+    say("trackEvent", 1, {{"eventType", "skip"}, {"seconds", 10}});
+    say("trackEvent", 2, {{"eventType", "start"}});
+    say("sleepSong", 2);
+    say("addSongBookmark", 1);
+    say("addFeedback", 3, {{"isPositive", true}});
+    say("addFeedback", 4, {{"isPositive", false}});
+    const engine::StationTaste learned = taste(user, folk);
+    const std::vector<std::tuple<int64_t, bool, float>> expected = {
+        {ids[0], true, engine::eventweight::ended},  {ids[1], false, engine::eventweight::skipped},
+        {ids[2], false, engine::eventweight::sleep}, {ids[1], true, engine::eventweight::bookmark},
+        {ids[3], true, engine::eventweight::thumb},  {ids[4], false, engine::eventweight::thumb}};
+    std::vector<std::tuple<int64_t, bool, float>> events;
+    for (const engine::TasteEvent &event : learned.events)
+        events.emplace_back(event.track, event.isLiked, event.weight);
+    EXPECT_EQ(events, expected);
+    EXPECT_EQ(learned.liked, std::vector{ids[3]});
+    EXPECT_EQ(learned.disliked, std::vector{ids[4]});
+    EXPECT_TRUE(taste(user, rock).events.empty());
+    EXPECT_EQ(taste(user, tapestryToken(user)).events.size(), expected.size());
+    say("addFeedback", 4, {{"isPositive", true}});
+    EXPECT_TRUE(taste(user, folk).disliked.empty()) << "the latest thumb counts";
+}
+
+TEST_F(ListeningTest, TheEngineReadsWhatTheStoreHoldsOfPresentMusic)
+{
+    media::Descriptor descriptor;
+    for (size_t i = 0; i < descriptor.size(); ++i)
+        descriptor[i] = static_cast<float>(i) * 0.25f - 9;
+    const int64_t track = m_service->catalogue.track("folk-00")->id, other = m_service->catalogue.track("folk-01")->id;
+    m_service->catalogue.setTrackPlayable("rock-00", false, 0);
+    {
+        const Store::Lock db = m_service->store.lock();
+        db->run("INSERT INTO descriptors VALUES (?1, ?2, ?3), (?4, ?5, ?3)", track, media::descriptorVersion,
+                Blob{halves(descriptor)}, other, media::descriptorVersion + 1);
+        db->run("INSERT INTO styles (id, name, folded) VALUES (1, 'Früh', 'fruh'), (2, '明', '明')");
+        db->run("INSERT INTO track_styles VALUES (?1, 1, 0.75), (?1, 2, 0.25)", track);
+        db->run("UPDATE tracks SET kind = 'speech' WHERE public_id = 'rock-01'");
+        db->run("UPDATE tracks SET recording_id = ?2, work = 'Suite', composer = 'N', movement = 2 WHERE id = ?1",
+                track, other);
+    }
+    const std::atomic<bool> isStopping{false};
+    const engine::EngineMusic music = loadEngineMusic(m_service->store, isStopping);
+    EXPECT_EQ(music.tracks.size(), 22u);
+    const auto found = [&](int64_t id) {
+        return *std::find_if(music.tracks.begin(), music.tracks.end(),
+                             [&](const engine::EngineTrack &entry) { return entry.id == id; });
+    };
+    EXPECT_EQ(found(track).descriptor, descriptor);
+    EXPECT_FALSE(found(other).descriptor) << "numbers of another version";
+    ASSERT_EQ(found(track).tags.size(), 2u);
+    const engine::StyleWeight first = found(track).tags[0];
+    EXPECT_EQ(music.styles[static_cast<size_t>(first.style)].words, "fruh");
+    EXPECT_EQ(music.styles[static_cast<size_t>(found(track).tags[1].style)].words, "");
+    EXPECT_FLOAT_EQ(first.weight, 0.75f);
+    EXPECT_EQ(music.styles[static_cast<size_t>(found(other).tags.at(0).style)].name, "folk") << "the track's own style";
+    EXPECT_TRUE(found(track).recording == other && found(track).movement == 2 && found(track).work != 0);
+    EXPECT_EQ(found(other).composer, 0);
+}
+
+TEST_F(ListeningTest, ALargeCatalogueIsFollowedInTheBackground)
+{
+    const auto fill = [&](int from, int to) {
+        std::vector<Track> tracks;
+        for (int i = from; i < to; ++i) {
+            Track track = smallCatalogue(m_directory.path() / "media").front();
+            track.publicId = "many-" + std::to_string(i);
+            track.song = track.publicId;
+            track.artist = "Artist " + std::to_string(i % 50);
+            track.style = i < 700 ? "many" : "late";
+            tracks.push_back(track);
+        }
+        m_service->catalogue.put(tracks);
+    };
+    fill(0, 700);
+    const std::string user = newListener();
+    EXPECT_EQ(tracks(user, addStation(user, "many"), 1).size(), 3u);
+    fill(700, 760);
+    const std::string late = addStation(user, "late");
+    const Station station = *m_service->stations.find(idOf(), late);
+    EXPECT_TRUE(m_service->catalogue.waitUntil([&] { return m_service->playlists.hasOwnMusic(station); }, 60s));
+    for (const json &track : tracks(user, late, 3))
+        EXPECT_EQ(track.at("style"), "late");
 }
 
 TEST_F(PlaylistTest, OnlyTracksWithAFileArePlayedAndNoneIsAClearError)

@@ -1,0 +1,132 @@
+#include "server/stations/engineloader.h"
+
+#include "server/catalogue/textfolding.h"
+#include "server/library/halffloat.h"
+#include "server/store/store.h"
+
+#include <algorithm>
+#include <functional>
+#include <unordered_map>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr int pageSize = 1000; // ids: some 3 ms under the store's lock
+
+// The name in plain words; empty when it has none.
+std::string wordsOf(const std::string &name)
+{
+    const std::string folded = foldedText(name);
+    const bool isPlain = std::all_of(folded.begin(), folded.end(), [](char c) { return c >= ' ' && c < 0x7f; });
+    return isPlain ? folded : std::string();
+}
+
+// Numbers for things that the store knows by their text only.
+class Numbers {
+public:
+    int64_t of(const std::string &text)
+    {
+        return text.empty() ? 0 : m_numbers.try_emplace(text, static_cast<int64_t>(m_numbers.size()) + 1).first->second;
+    }
+
+private:
+    std::unordered_map<std::string, int64_t> m_numbers;
+};
+
+class Styles {
+public:
+    explicit Styles(std::vector<engine::EngineStyle> &styles)
+        : m_styles(styles)
+    {
+    }
+
+    int of(const std::string &name)
+    {
+        const auto [entry, isNew] = m_places.try_emplace(name, static_cast<int>(m_styles.size()));
+        if (isNew)
+            m_styles.push_back({name, wordsOf(name)});
+        return entry->second;
+    }
+
+private:
+    std::vector<engine::EngineStyle> &m_styles;
+    std::unordered_map<std::string, int> m_places;
+};
+
+// Calls `take` with every row of a query whose first column is an id, in order, and whose parameters are the last id
+// and how many ids make a page.
+void readPages(Store &store, const std::atomic<bool> &isStopping, const char *query,
+               const std::function<void(const Statement &)> &take)
+{
+    int64_t last = 0;
+    for (int ids = pageSize; ids == pageSize && !isStopping;) {
+        ids = 0;
+        const Store::Lock db = store.lock();
+        Statement row = db->prepare(query);
+        row.with(last, pageSize);
+        while (row.step()) {
+            ids += row.integer(0) != last ? 1 : 0;
+            last = row.integer(0);
+            take(row);
+        }
+    }
+}
+
+} // namespace
+
+engine::EngineMusic loadEngineMusic(Store &store, const std::atomic<bool> &isStopping)
+{
+    engine::EngineMusic music;
+    Numbers composers, works;
+    Styles styles(music.styles);
+    std::unordered_map<int64_t, size_t> places;
+    std::vector<std::string> ownStyle; // by track; used when it has no other
+    readPages(store, isStopping,
+              "SELECT id, artist_id, album_id, COALESCE(recording_id, 0), composer, work, movement, tempo, "
+              "is_explicit, style FROM tracks WHERE id > ?1 AND is_playable = 1 AND kind = 'music' ORDER BY id "
+              "LIMIT ?2",
+              [&](const Statement &row) {
+                  engine::EngineTrack track;
+                  track.id = row.integer(0);
+                  track.artist = row.integer(1);
+                  track.album = row.integer(2);
+                  track.recording = row.integer(3);
+                  track.work = works.of(row.text(5).empty() ? std::string() : row.text(4) + '\n' + row.text(5));
+                  // Composers matter where there are works; a writer of songs is no reason to keep two bands apart.
+                  track.composer = track.work ? composers.of(row.text(4)) : 0;
+                  track.movement = static_cast<int>(row.integer(6));
+                  track.tempo = static_cast<int>(row.integer(7));
+                  track.isExplicit = row.integer(8) != 0;
+                  places[track.id] = music.tracks.size();
+                  music.tracks.push_back(std::move(track));
+                  ownStyle.push_back(row.text(9));
+              });
+    // All styles of a track stand on one page, as pages are of tracks.
+    readPages(
+        store, isStopping,
+        "SELECT t.id, s.name, ts.weight FROM (SELECT DISTINCT track_id AS id FROM track_styles WHERE track_id > "
+        "?1 ORDER BY track_id LIMIT ?2) t JOIN track_styles ts ON ts.track_id = t.id JOIN styles s ON s.id = "
+        "ts.style_id ORDER BY t.id",
+        [&](const Statement &row) {
+            const auto place = places.find(row.integer(0));
+            if (place != places.end())
+                music.tracks[place->second].tags.push_back({styles.of(row.text(1)), static_cast<float>(row.real(2))});
+        });
+    readPages(store, isStopping,
+              "SELECT track_id, numbers, version FROM descriptors WHERE track_id > ?1 ORDER BY track_id LIMIT ?2",
+              [&](const Statement &row) {
+                  const auto place = places.find(row.integer(0));
+                  media::Descriptor descriptor;
+                  if (place != places.end() && row.integer(2) == media::descriptorVersion &&
+                      readHalves(row.blob(1), descriptor))
+                      music.tracks[place->second].descriptor = descriptor;
+              });
+    for (size_t track = 0; track < music.tracks.size(); ++track) {
+        if (music.tracks[track].tags.empty() && !ownStyle[track].empty())
+            music.tracks[track].tags = {{styles.of(ownStyle[track]), 1}};
+    }
+    return music;
+}
+
+} // namespace velmora::server

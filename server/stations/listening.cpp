@@ -1,0 +1,162 @@
+#include "server/stations/listening.h"
+
+#include "server/stations/playlists.h"
+#include "server/store/database.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace velmora::server {
+
+namespace {
+
+constexpr int64_t daySeconds = 24 * 3600;
+constexpr int mostLiked = 200; // examples; the latest
+constexpr int mostRecent = 60;
+
+int64_t idOf(const std::string &text)
+{
+    int64_t id = 0;
+    std::from_chars(text.data(), text.data() + text.size(), id);
+    return id;
+}
+
+// The column and value that tell a station's own rows, or for the Tapestry station those of its account.
+const char *ownColumn(const Station &station)
+{
+    return station.isTapestry ? "account_id" : "station_id";
+}
+
+int64_t ownValue(const Station &station)
+{
+    return station.isTapestry ? station.accountId : station.id;
+}
+
+} // namespace
+
+engine::StationTaste Listening::taste(const Station &station)
+{
+    engine::StationTaste taste;
+    if (!station.isTapestry) {
+        for (const Music &music : m_stations.seeds(station.id)) {
+            if (music.kind == MusicKind::Style)
+                taste.seeds.push_back({engine::Seed::Kind::Style, 0, music.target});
+            else
+                taste.seeds.push_back(
+                    {music.kind == MusicKind::Artist ? engine::Seed::Kind::Artist : engine::Seed::Kind::Track,
+                     idOf(music.target),
+                     {}});
+        }
+    }
+    Statement row = m_db.prepare(std::string("SELECT track_id, is_positive FROM feedback WHERE ") + ownColumn(station) +
+                                 " = ?1 ORDER BY given_at DESC, track_id");
+    row.with(ownValue(station));
+    while (row.step()) {
+        if (row.integer(1) == 0)
+            taste.disliked.push_back(row.integer(0));
+        else if (taste.liked.size() < mostLiked)
+            taste.liked.push_back(row.integer(0));
+    }
+    taste.events = events(station);
+    return taste;
+}
+
+std::vector<engine::TasteEvent> Listening::events(const Station &station)
+{
+    // Sleeps and bookmarks are the account's; they teach the stations on which the track was heard.
+    const std::string own = std::string(ownColumn(station)) + " = ?1";
+    Statement row = m_db.prepare(
+        "SELECT happened_at, kind, track_id FROM ("
+        "SELECT given_at AS happened_at, CASE is_positive WHEN 1 THEN 0 ELSE 1 END AS kind, track_id FROM feedback "
+        "WHERE " +
+        own + " UNION ALL SELECT started_at, CASE outcome WHEN 'ended' THEN 2 ELSE 3 END, track_id FROM plays WHERE " +
+        own +
+        " AND outcome IN ('ended', 'skipped')"
+        " UNION ALL SELECT until - ?2, 4, track_id FROM sleeps WHERE account_id = ?3 AND track_id IN "
+        "(SELECT track_id FROM plays WHERE " +
+        own +
+        ")"
+        " UNION ALL SELECT created_at, 5, target FROM bookmarks WHERE account_id = ?3 AND kind = 'track' AND target IN "
+        "(SELECT track_id FROM plays WHERE " +
+        own + ")) ORDER BY happened_at DESC, kind, track_id LIMIT ?4");
+    row.with(ownValue(station), Playlists::sleepSeconds, station.accountId,
+             static_cast<int>(engine::Taste::mostEvents));
+    struct Kind {
+        bool isLiked;
+        float weight;
+    };
+    constexpr std::array<Kind, 6> kinds = {
+        Kind{true, engine::eventweight::thumb},  Kind{false, engine::eventweight::thumb},
+        Kind{true, engine::eventweight::ended},  Kind{false, engine::eventweight::skipped},
+        Kind{false, engine::eventweight::sleep}, Kind{true, engine::eventweight::bookmark}};
+    std::vector<engine::TasteEvent> events;
+    while (row.step()) {
+        const Kind &kind = kinds[static_cast<size_t>(row.integer(1))];
+        events.push_back({row.integer(2), kind.isLiked, kind.weight});
+    }
+    std::reverse(events.begin(), events.end());
+    return events;
+}
+
+engine::Circumstances Listening::circumstances(const Station &station)
+{
+    engine::Circumstances now;
+    {
+        Statement row =
+            m_db.prepare("SELECT track_id FROM issued_tracks WHERE station_id = ?1 ORDER BY id DESC LIMIT ?2");
+        row.with(station.id, mostRecent);
+        while (row.step())
+            now.recent.push_back(row.integer(0));
+    }
+    {
+        Statement row = m_db.prepare("SELECT track_id, COUNT(*) FROM plays WHERE station_id = ?1 AND started_at > ?2 "
+                                     "GROUP BY track_id");
+        row.with(station.id, m_now - 90 * daySeconds);
+        while (row.step())
+            now.plays[row.integer(0)] = static_cast<int>(row.integer(1));
+    }
+    {
+        Statement row = m_db.prepare("SELECT track_id FROM sleeps WHERE account_id = ?1 AND until > ?2");
+        row.with(station.accountId, m_now);
+        while (row.step())
+            now.excludedTracks.insert(row.integer(0));
+    }
+    // Two thumbs down for an artist and none up: the artist is out.
+    struct Thumbs {
+        int up = 0, down = 0;
+    };
+    std::unordered_map<int64_t, Thumbs> byArtist;
+    {
+        Statement row = m_db.prepare(std::string("SELECT f.track_id, t.artist_id, f.is_positive FROM feedback f JOIN "
+                                                 "tracks t ON t.id = f.track_id WHERE f.") +
+                                     ownColumn(station) + " = ?1");
+        row.with(ownValue(station));
+        while (row.step()) {
+            const bool isPositive = row.integer(2) != 0;
+            if (!isPositive)
+                now.excludedTracks.insert(row.integer(0));
+            ++(isPositive ? byArtist[row.integer(1)].up : byArtist[row.integer(1)].down);
+        }
+    }
+    for (const auto &[artist, thumbs] : byArtist) {
+        if (thumbs.down >= 2 && thumbs.up == 0)
+            now.excludedArtists.insert(artist);
+    }
+    Statement row = m_db.prepare("SELECT explicit_filter FROM accounts WHERE id = ?1");
+    row.with(station.accountId);
+    now.allowsExplicit = !row.step() || row.integer(0) == 0;
+    return now;
+}
+
+std::unordered_map<int64_t, int> Listening::playsByStation(AccountId account)
+{
+    std::unordered_map<int64_t, int> plays;
+    Statement row = m_db.prepare(
+        "SELECT station_id, COUNT(*) FROM plays WHERE account_id = ?1 AND started_at > ?2 GROUP BY station_id");
+    row.with(account, m_now - 30 * daySeconds);
+    while (row.step())
+        plays[row.integer(0)] = static_cast<int>(row.integer(1));
+    return plays;
+}
+
+} // namespace velmora::server
