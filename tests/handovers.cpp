@@ -1,6 +1,6 @@
-// Tells the thread sanitizer of hand-overs that it cannot see: Debian's Qt and GLib are not instrumented and lock with
-// bare futexes. Each function here stands in front of the library's own of the same name, calls it, and says what it
-// orders, no more than the library promises. Every program of the preset `thread` contains this, no other.
+// Declares happens-before edges that the thread sanitizer cannot see: Debian's Qt and GLib are not instrumented and
+// lock with futexes. Each function here is interposed: it calls the library function of the same name and declares the
+// edges that the library documents, no others. Only programs of the preset `thread` contain this file.
 
 #include <QMutex>
 #include <QObject>
@@ -26,7 +26,7 @@ Function *behind(const char *symbol)
     return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, symbol));
 }
 
-// A queued call: what its poster did before comes before the call, and the call before its destruction.
+// A queued call. Everything before its posting happens before the call; the call happens before its destruction.
 class QueuedCall : public QtPrivate::QSlotObjectBase {
 public:
     explicit QueuedCall(QtPrivate::QSlotObjectBase *slot)
@@ -52,7 +52,7 @@ private:
     QSlotObjectBase *const m_slot;
 };
 
-// Dies in its thread after everything that the thread still has to delete.
+// Thread-local data that is destroyed last: its destructor declares the end of the thread.
 struct LastBreath {
     explicit LastBreath(QThread *ofThread)
         : thread(ofThread)
@@ -71,7 +71,7 @@ bool seenToEnd(const QThread *thread, bool hasEnded)
 
 } // namespace
 
-// Qt: queued calls, the end of a thread, the slow ways of QMutex (its fast ones are inline).
+// Qt: queued calls, the end of a thread, the slow paths of QMutex (its fast paths are inline).
 
 bool QMetaObject::invokeMethodImpl(QObject *receiver, QtPrivate::QSlotObjectBase *slot, Qt::ConnectionType type,
                                    void *result)
@@ -169,8 +169,8 @@ gboolean g_cond_wait_until(GCond *cond, GMutex *mutex, gint64 until)
     return woken;
 }
 
-// QProcess starts its child in the memory of the parent, which stands still until the child is another program. The
-// sanitizer would take that for a fork and look away from the parent for ever.
+// QProcess starts its child in the memory of the parent, which is suspended until the child calls exec. The sanitizer
+// would mistake that for a fork and ignore the parent from then on.
 int clone(int (*run)(void *), void *stack, int flags, void *argument, ...) noexcept
 {
     va_list more;
