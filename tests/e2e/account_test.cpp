@@ -102,7 +102,7 @@ private slots:
         }));
     }
 
-    void fiveAccountsLeaveNoWayToASixth()
+    void aSixthAccountCannotBeAdded()
     {
         Journey journey({.isSetUp = false});
         QString settings = "[Welcome]\nisCheck=1\n[Account]\nsize=5\n";

@@ -46,7 +46,7 @@ private slots:
         QVERIFY(journey.exits());
     }
 
-    void skippingEndsAtTheLimitInWords()
+    void skippingPastTheLimitShowsAMessage()
     {
         Journey journey;
         QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
@@ -107,7 +107,7 @@ private slots:
         QVERIFY(journey.waitForAudio(1));
     }
 
-    void deletingThePlayingStationStartsTheOneThatMovesUp()
+    void deletingThePlayingStationStartsTheNextOne()
     {
         Journey journey;
         QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
@@ -141,7 +141,7 @@ private slots:
         QVERIFY(journey.waitForAudio(1));
     }
 
-    void aSlowServiceBuffersAndGoesOn()
+    void aSlowServiceBuffersAndPlaybackResumes()
     {
         // Less than the tracks need: the radio pauses under three seconds and goes on above seven.
         Journey journey({.serverOptions = {"--throttle", "40000"}});
@@ -155,7 +155,7 @@ private slots:
             60));
     }
 
-    void fastKeysNeitherCrashNorSilenceIt()
+    void fastKeysNeitherCrashNorSilenceTheRadio()
     {
         Journey journey;
         QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));

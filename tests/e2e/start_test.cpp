@@ -37,7 +37,7 @@ private slots:
     }
 
     // VELMORA_EXIT_MOMENTS: how many moments of the first two seconds are tried.
-    void anExitAtAnyMomentOfTheStartIsFollowed()
+    void anExitOrderAtAnyMomentOfTheStartIsObeyed()
     {
         const int moments = qEnvironmentVariable("VELMORA_EXIT_MOMENTS", "8").toInt();
         Journey journey({.menuOptions = {"--insist-after", "60"}});
@@ -60,7 +60,7 @@ private slots:
         }
     }
 
-    void withoutAPictureAndWithoutAFontTheRadioPlaysAndFollowsTheKeys()
+    void theRadioPlaysAndFollowsKeysWithoutPicturesAndFonts()
     {
         QTemporaryDir noFonts;
         QFile config(noFonts.filePath("fonts.conf"));
@@ -108,7 +108,7 @@ private slots:
         QVERIFY(journey.status().value("box").isNull());
     }
 
-    void aServerThatIsNotThereIsNamedAndLeftInAnOrderlyWay()
+    void anUnreachableServerIsReportedAndTheRadioExits()
     {
         QTcpServer nobody;
         QVERIFY(nobody.listen(QHostAddress::LocalHost));
@@ -124,7 +124,7 @@ private slots:
         QCOMPARE(journey.exitCode(), 0);
     }
 
-    void aServerThatAnswersGarbageEndsInWordsNotInAFrozenScreen()
+    void garbageFromTheServerEndsInAMessage()
     {
         QTcpServer garbage;
         QVERIFY(garbage.listen(QHostAddress::LocalHost));

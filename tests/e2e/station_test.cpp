@@ -69,7 +69,7 @@ private slots:
         QVERIFY(journey.waitForAudio(1));
     }
 
-    void aServiceUnderMaintenanceSaysSoAndNothingIsLost()
+    void maintenanceIsReportedAndNothingIsLost()
     {
         Journey journey({.serverOptions = {"--fail", "createStation=5096"}});
         QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));

@@ -93,7 +93,7 @@ private slots:
         QCOMPARE(screen.keys, (QList<int>{Qt::Key_Select, -Qt::Key_Select}));
     }
 
-    void theFocusComesBackUnlessItMovedOn()
+    void theFocusReturnsUnlessItHasMoved()
     {
         for (const QByteArray way : {"hidden", "closed", "deleted", "moved on"}) {
             Screen screen;

@@ -31,7 +31,7 @@ class CanvasTest : public QObject {
     Q_OBJECT
 private slots:
 
-    void theCanvasLiesInTheMiddle()
+    void theCanvasIsCentred()
     {
         const std::tuple<QRect, QRect> cases[] = {
             {QRect(0, 0, 1280, 720), QRect(0, 0, 1280, 720)},           // the same
@@ -96,7 +96,7 @@ private slots:
         QCOMPARE(child.pos(), QPoint(7, 8)); // no window: left alone
     }
 
-    void anUnmovedDialogStandsInTheMiddle()
+    void anUnmovedDialogIsCentred()
     {
         Screen dialog;
         dialog.resize(400, 200);
@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(dialog.pos(), origin + QPoint(440, 260));
     }
 
-    void theOneBelowIsActiveAgain()
+    void theWindowBelowBecomesActiveAgain()
     {
         Screen screen;
         QWidget field(&screen);

@@ -56,7 +56,7 @@ private slots:
         m_download->setDownloadFolder(m_folder->path() + '/');
     }
 
-    void picturesAreStoredUnderNamesOfOurOwn_data()
+    void picturesAreStoredUnderGeneratedNames_data()
     {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("suffix");
@@ -70,7 +70,7 @@ private slots:
             QTest::newRow("WebP") << picture("WEBP") << ".webp" << false;
     }
 
-    void picturesAreStoredUnderNamesOfOurOwn()
+    void picturesAreStoredUnderGeneratedNames()
     {
         QFETCH(QByteArray, body);
         QFETCH(QString, suffix);
@@ -89,7 +89,7 @@ private slots:
         QCOMPARE(file.permissions() & 0x77, QFile::Permissions());
     }
 
-    void whatIsRefusedLeavesNothingBehind()
+    void aRefusedDownloadLeavesNoFileBehind()
     {
         const auto refused = [this](const char *name, const QByteArray &url, int result) {
             const QVariantList said = answer(url);
@@ -118,7 +118,7 @@ private slots:
         served("one pixel too wide", {.body = picture("PNG", {4097, 1})}, -5);
     }
 
-    void foldersThatAreNotOursAloneAreRefused()
+    void unsafeFoldersAreRefused()
     {
         const QString real = m_folder->filePath("real"), link = m_folder->filePath("link");
         QVERIFY(QDir().mkdir(real));

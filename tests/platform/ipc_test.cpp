@@ -128,7 +128,7 @@ private slots:
         QVERIFY(packet.text.isEmpty());
     }
 
-    void aMenuThatHasGoneGrantsTheExit()
+    void aLostMenuSystemGrantsTheExit()
     {
         MenuEnd end;
         IpcThread *thread = end.startedThread();
@@ -152,7 +152,7 @@ private slots:
         QVERIFY(thread->isRunning());
     }
 
-    void anOrderToExitStandsUntilItIsAnswered()
+    void anExitOrderIsRepeatedUntilItIsAnswered()
     {
         MenuEnd end;
         IpcThread *thread = end.startedThread();

@@ -84,7 +84,7 @@ private slots:
         QVERIFY(!dialog.field->text().isEmpty());
     }
 
-    void emptyingTheFieldGivesThePromptBackAndStartsAnew()
+    void anEmptiedFieldRestoresThePromptAndStartsOver()
     {
         Dialog dialog;
         QSignalSpy restored(dialog.keyboard, &QtVirtualKbDlg::signalRestoreInitState);
@@ -177,7 +177,7 @@ private slots:
         QCOMPARE(dialog.field->text(), QStringLiteral("q"));
     }
 
-    void aPcKeyboardNeverTypesBehindAPrompt()
+    void aPcKeyboardNeverAppendsToAPrompt()
     {
         Dialog dialog;
         dialog.press({S});

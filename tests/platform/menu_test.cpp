@@ -23,7 +23,7 @@ using menusystem::RadioWatch;
 class MenuTest : public QObject {
     Q_OBJECT
 private slots:
-    void aWordThatIsNotUnderstoodGetsTheUsageAndCode2()
+    void anUnknownWordPrintsTheUsageAndEndsWithCode2()
     {
         const char *const cases[] = {"",
                                      "frobnicate",
@@ -171,7 +171,7 @@ private slots:
         QVERIFY2(interrupted.output().contains("exit 1 0\n"), interrupted.output().constData());
     }
 
-    void aRadioThatWillNotEndIsMadeTo()
+    void aRadioThatDoesNotExitIsTerminated()
     {
         MenuFixture menu;
         QVERIFY(menu.start({"--insist-after", "1"}, {"--deaf"}));
@@ -210,7 +210,7 @@ private slots:
         QCOMPARE(first.status()["answering"].toBool(), true);
     }
 
-    void aSocketThatWasLeftBehindIsReplaced()
+    void aStaleSocketIsReplaced()
     {
         MenuFixture menu;
         QString reason;
@@ -241,7 +241,7 @@ private slots:
         QTRY_VERIFY(QFileInfo(program).symLinkTarget().isEmpty());
     }
 
-    void theUsualSocketIsInAPrivateDirectory()
+    void theDefaultSocketIsInAPrivateDirectory()
     {
         const QTemporaryDir runtime, temporary;
         QString reason;
@@ -263,7 +263,7 @@ private slots:
         QVERIFY(usualSocket(runtime.path(), temporary.path(), true, &reason).startsWith(temporary.path()));
     }
 
-    void hangAndInsistence()
+    void aHangIsReportedAndALateExitIsForced()
     {
         using Action = RadioWatch::Action;
         RadioWatch watch(0, 30000, 10000);

@@ -47,7 +47,7 @@ class NetworkNotifyTest : public QObject {
 private slots:
     // Steps: u/d the routes are read with/without a way out, t the time has passed, L/B the menu system says lost/back.
     // Result, one for each step: 1 lost, 0 back, + the timer starts, - it stops, . nothing.
-    void aLossIsToldWhenItLasts()
+    void onlyALastingLossIsReported()
     {
         const auto row = [](const char *name, const QString &steps, const QString &results, bool hasRoute = true,
                             bool isServerLocal = false) {
@@ -84,7 +84,7 @@ private slots:
         row("menu says back", "dtB", "+10");
     }
 
-    void onlyALivingDefaultRouteLeadsOut()
+    void onlyAnActiveDefaultRouteCounts()
     {
         const std::tuple<const char *, QByteArray, bool> cases[] = {
             {"default", routeMessage(0, RTN_UNICAST, 0), true},
@@ -103,7 +103,7 @@ private slots:
         }
     }
 
-    void theServersAddressIsFoundWhereTheLibraryFindsIt()
+    void theServersAddressIsReadFromTheLibrarysSettings()
     {
         const QTemporaryDir directory;
         const QString path = directory.filePath("ws.conf");

@@ -30,7 +30,7 @@ QByteArray score()
 class PlaybackContractTest : public QObject {
     Q_OBJECT
 private slots:
-    void aGoodTrackIsToldInOrder_data()
+    void aGoodTrackIsReportedInOrder_data()
     {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<int>("total");
@@ -47,7 +47,7 @@ private slots:
         row("WAV", mediasample::wav(5300), 5);
     }
 
-    void aGoodTrackIsToldInOrder()
+    void aGoodTrackIsReportedInOrder()
     {
         QFETCH(QByteArray, body);
         QFETCH(int, total);
@@ -179,7 +179,7 @@ private slots:
         TRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
     }
 
-    void pauseAndResumeAreToldOncePerChange()
+    void pauseAndResumeAreReportedOncePerChange()
     {
         PlaybackRig rig;
         rig.server.serve("/track", {.body = mediasample::wav(6000), .bytesPerSecond = 20000});
@@ -200,7 +200,7 @@ private slots:
                  (QStringList{"stop", "url", "result 0", "play", "total 6", "pause", "eof", "play", "next"}));
     }
 
-    void stopIsToldEachTimeAndForgetsTheTrack()
+    void everyStopIsReportedAndDropsTheTrack()
     {
         PlaybackRig rig;
         rig.play(MediaFile{.body = mediasample::wav(15000)});
@@ -231,7 +231,7 @@ private slots:
         }
     }
 
-    void theBufferEndIsExactWhenTheServerStandsStill()
+    void theBufferEndIsExactWhenTheServerStalls()
     {
         const QByteArray wav = mediasample::wav(8000);
         PlaybackRig rig;
@@ -244,7 +244,7 @@ private slots:
         QVERIFY(!rig.heard.contains("eof"));
     }
 
-    void aLostSinkIsReplacedWhereItWas()
+    void aLostSinkIsReplacedAtTheSamePosition()
     {
         // The element in front of the sink breaks after 1.3 s, as a device does that is unplugged.
         PlaybackRig rig("identity error-after=50 ! fakesink sync=true");

@@ -35,7 +35,7 @@ private slots:
 
     // Nobody minds the water line here. The sink must be held back by itself: else the clock runs on in silence, and
     // what comes afterwards is rushed through behind it.
-    void aServerThatIsAwayIsWaitedForNotPlayedOver()
+    void playbackWaitsForAnUnreachableServer()
     {
         PlaybackRig rig;
         const MediaFile file{.body = mediasample::wav(6000), .bytesPerSecond = 16000};
@@ -58,7 +58,7 @@ private slots:
         QCOMPARE(rig.count("play"), 1);
     }
 
-    void aRestThatNeverComesLeavesTheTrackPausedAndTheBufferAsItIs()
+    void aStalledDownloadLeavesTheTrackPausedAndKeepsTheBuffer()
     {
         const qint64 at = mediasample::wavHeader + 8 * 4500;
         PlaybackRig rig;
@@ -78,7 +78,7 @@ private slots:
     }
 
     // On a link as slow as the music the result waits until the first look at the water line finds enough.
-    void aSlowLinkDoesNotStartFalsely()
+    void aSlowLinkDoesNotStartTooEarly()
     {
         PlaybackRig rig;
         quint32 atResult = 0;
@@ -93,7 +93,7 @@ private slots:
     }
 
     // What is fetched ahead is bounded: a track of hours does not fill the memory.
-    void aLongTrackIsFetchedAsItIsPlayed()
+    void aLongTrackIsDownloadedWhileItPlays()
     {
         PlaybackRig rig;
         rig.play(MediaFile{.body = mediasample::wav(1600000)}); // 12.8 MB
@@ -103,7 +103,7 @@ private slots:
         QVERIFY2(rig.buffer().ui4_end > 60000, qPrintable(QString::number(rig.buffer().ui4_end)));
     }
 
-    void aTrackRefusedInTheMiddleIsPlayedToWhereItGot()
+    void aTrackThatFailsMidwayIsPlayedUpToThatPoint()
     {
         PlaybackRig rig;
         rig.play(MediaFile{.body = mediasample::wav(4000), .cutAt = {8 * 2000}, .cut = MediaFile::Cut::Close});

@@ -44,7 +44,7 @@ struct Fetch {
 class PlaybackFetcherTest : public QObject {
     Q_OBJECT
 private slots:
-    void everyByteArrivesOnceOrTheFailureIsTold_data()
+    void everyByteArrivesOnceOrTheFailureIsReported_data()
     {
         QTest::addColumn<MediaFile>("file");
         QTest::addColumn<int>("requests"); // one more is allowed: after a reset Qt may ask again by itself
@@ -75,7 +75,7 @@ private slots:
         row("leads in circles", {.status = 302, .location = "/leads-in-circles"}, 11, false);
     }
 
-    void everyByteArrivesOnceOrTheFailureIsTold()
+    void everyByteArrivesOnceOrTheFailureIsReported()
     {
         QFETCH(MediaFile, file);
         QFETCH(int, requests);
@@ -95,7 +95,7 @@ private slots:
             QCOMPARE(asked.last().headers.value("if-range"), file.etag);
     }
 
-    void aSinkThatIsFullIsNotReadFor()
+    void nothingIsReadWhileTheSinkIsFull()
     {
         const QByteArray body = noise(20000000);
         Fetch fetch(m_server, "/full", {.body = body}, false);
@@ -110,7 +110,7 @@ private slots:
         QVERIFY(fetch.sink->bytes == body);
     }
 
-    void aFileThatChangedIsNotJoined()
+    void partsOfAChangedFileAreNotJoined()
     {
         const QByteArray body = noise(200000);
         Fetch fetch(m_server, "/changed",
@@ -121,7 +121,7 @@ private slots:
         QVERIFY(fetch.sink->bytes == body.left(100000));
     }
 
-    void aFileShorterThanItSaysEndsWhereItEnds()
+    void aFileShorterThanAnnouncedEndsWithItsLastByte()
     {
         const QByteArray body = noise(200000);
         Fetch fetch(m_server, "/short", {.body = body, .announcedExtra = 1000});
@@ -129,7 +129,7 @@ private slots:
         QVERIFY(!fetch.sink->bytes.isEmpty() && body.startsWith(fetch.sink->bytes));
     }
 
-    void aServerThatDiesAfterAFileOfUnknownLengthDoesNotHoldItsEndUp()
+    void aServerThatDiesAfterAFileOfUnknownLengthDoesNotDelayTheEnd()
     {
         const QByteArray body = noise(50000);
         Fetch fetch(m_server, "/unknown",
@@ -138,7 +138,7 @@ private slots:
         QVERIFY(fetch.sink->bytes == body);
     }
 
-    void aReplacedFetchSaysNothingMore()
+    void aReplacedFetchReportsNothing()
     {
         Fetch fetch(m_server, "/first", {.body = noise(100000), .bytesPerSecond = 50000});
         m_server.serve("/second", {.body = noise(1000)});

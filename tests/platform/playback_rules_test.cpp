@@ -105,7 +105,7 @@ private slots:
         }
     }
 
-    void aTrackBeginsWhenItsFirstLookWillFindEnough()
+    void aTrackStartsWhenItsFirstCheckWillFindEnough()
     {
         const std::tuple<qint64, qint64, bool, bool> cases[] = {
             {3499, 60000, false, false}, {3500, 60000, false, true}, // enough is buffered
@@ -118,7 +118,7 @@ private slots:
             QVERIFY2(mayStart({buffered, arriving, isReceived}) == expected, qPrintable(QString::number(buffered)));
     }
 
-    void theSinkIsHeldBetweenItsTwoLines()
+    void theSinkPausesAndResumesAtItsTwoLevels()
     {
         QVERIFY(!mustHold(false, 300, false));
         QVERIFY(mustHold(false, 299, false));
@@ -161,7 +161,7 @@ private slots:
         row("choices that lead nowhere", none, {300, -1, "", ""}, FetchAction::Refused);
     }
 
-    void retriesSlowDownAndOnlyTheFirstContactIsCounted()
+    void retriesBackOffAndOnlyTheFirstContactIsLimited()
     {
         const FetchLimits limits;
         QList<int> delays;
@@ -185,7 +185,7 @@ private slots:
             QVERIFY2(!httpaddress::parse(text).isValid(), text);
     }
 
-    void redirectsStayOnTheWebAndNeverGetLessSafe()
+    void redirectsStayOnTheWebAndNeverLeaveHttps()
     {
         const std::tuple<const char *, const char *, QByteArray> cases[] = {
             {"http://a/b/c", "http://x/y", "http://x/y"}, {"http://a/b/c", "d?e", "http://a/b/d?e"},

@@ -156,7 +156,7 @@ private slots:
         QVERIFY(dialog.isVisible());
     }
 
-    void aWidgetMaySayThatItTakesTextAndTheReleaseBelongsToItsPress()
+    void aWidgetMayDeclareTextEntryAndAReleaseFollowsItsPress()
     {
         KeyDialog dialog;
         QVERIFY(dialog.isUp());

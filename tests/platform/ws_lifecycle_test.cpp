@@ -106,7 +106,7 @@ private slots:
         }
     }
 
-    void aRequestUnderWayCannotBeReleased()
+    void aPendingRequestCannotBeReleased()
     {
         WsFixture ws;
         const auto immediate = velmora_ws_sleepSong("t", cb, nullptr, &ws.handle);
@@ -170,7 +170,7 @@ private slots:
         QCOMPARE(next[1], requests / 2);
     }
 
-    void uninitBreaksOffWhatIsUnderWay()
+    void uninitCancelsPendingRequests()
     {
         WsFixture ws;
         ws.server.answer("sleepSong", {WsTestServer::Reply{}}); // never answered
@@ -229,7 +229,7 @@ private slots:
         QCOMPARE(ws.count(), 2);
     }
 
-    void startsAndEndsInAnyOrderLeaveNothingBehind()
+    void initAndUninitInAnyOrderLeakNothing()
     {
         WsFixture ws;
         for (int i = 0; i < 20; ++i) {

@@ -308,7 +308,7 @@ private slots:
         QCOMPARE(ws.server.seen.last().body["mac"].toString(), "001A2B004D5E");
     }
 
-    void theCallersTextsMayGoAtOnce()
+    void theCallerMayFreeItsTextsAtOnce()
     {
         WsFixture ws;
         ws.logIn();

@@ -207,7 +207,7 @@ private slots:
         QVERIFY(refused > 1000);
     }
 
-    void whatTheServiceLeavesOutReadsAsEmpty()
+    void missingFieldsReadAsEmpty()
     {
         Arena memory;
         const Reply reply =
@@ -298,7 +298,7 @@ private slots:
         }
     }
 
-    void theStateIsMadeOnceAndForItsOwnerAlone()
+    void theStateIsCreatedOnceAndReadableByItsOwnerOnly()
     {
         const auto oldMask = umask(0);
         QTemporaryDir root;
@@ -324,7 +324,7 @@ private slots:
         QCOMPARE(modeOf(folder + "/device"), 0600);
     }
 
-    void damagedStateIsKeptBesideAndRenewed()
+    void damagedStateIsKeptAsideAndReplaced()
     {
         const QByteArray key(43, 'k'), mac("0A1B2C3D4E5F");
         struct Case {
@@ -355,7 +355,7 @@ private slots:
         }
     }
 
-    void stateThatCannotBeKeptHoldsForTheProcess()
+    void stateThatCannotBeStoredIsValidForTheProcess()
     {
         QTemporaryDir root;
         QVERIFY(writeFile(root.filePath("file"), ""));
@@ -400,7 +400,7 @@ private slots:
         QCOMPARE(hex(loadDeviceState(pathOf(root.filePath("state")), {}).address), QByteArray("001A2B3C4D5E"));
     }
 
-    void settingsComeFromTheFileAndTheEnvironmentWins()
+    void theEnvironmentOverridesTheSettingsFile()
     {
         QTemporaryDir root;
         for (const char *name : {"VELMORA_WS_SERVER", "VELMORA_WS_STATE_DIR", "VELMORA_WS_CA_FILE"})

@@ -16,7 +16,7 @@ class WsSessionTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void aRefusedSessionIsTheCallersToRenew()
+    void theCallerRenewsARefusedSession()
     {
         WsFixture ws;
         ws.logIn();
@@ -97,7 +97,7 @@ private slots:
     }
 
     // As the radio renews: in the callback, partner login, then user login, then the request again.
-    void whatNeedsTheRefusedSessionWaitsForTheLoginsOfItsCallback()
+    void requestsOfARefusedSessionWaitForTheLoginsOfTheCallback()
     {
         WsFixture ws;
         ws.logIn();
@@ -145,7 +145,7 @@ private slots:
         QCOMPARE(ws.server.functions().last(), QStringLiteral("partnerLogin"));
     }
 
-    void whatNeedsAClosedSessionKeepsItsPlaceBehindThePacedLogin()
+    void requestsOfAClosedSessionStayQueuedBehindThePacedLogin()
     {
         WsFixture ws;
         ws.scriptLogins();

@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(ws.wait(velmora_ws_addSongBookmark("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
     }
 
-    void aReplyThatDripsEndsAtTheLimitOfTheWholeRequest()
+    void aSlowReplyEndsAtTheLimitOfTheWholeRequest()
     {
         WsFixture ws("stall_timeout_ms=15000\nrequest_timeout_ms=300\n");
         ws.server.answer("sleepSong", QList<Reply>{{head("Content-Length: 20\r\n"), false}});
@@ -123,7 +123,7 @@ private slots:
         QCOMPARE(ws.wait(velmora_ws_emailPassword("u", cb, nullptr, &ws.handle)), VLM_WS_ERR_ERROR_CURL_FAILURE);
     }
 
-    void aConnectionIsKeptAndMadeAgain()
+    void aConnectionIsKeptOpenAndReestablished()
     {
         WsFixture ws;
         for (int i = 0; i < 3; ++i)
@@ -135,7 +135,7 @@ private slots:
         QCOMPARE(ws.server.seen.last().connection, 2);
     }
 
-    void aChangeThatIsSentTwiceIsRecognised()
+    void aRepeatedChangeCarriesTheSameKey()
     {
         WsFixture ws;
         const auto key = [](const WsTestServer::Seen &request) {
@@ -162,7 +162,7 @@ private slots:
         qunsetenv("http_proxy");
     }
 
-    void aCertificateMustBeKnownAndOfThisHost()
+    void aCertificateMustBeTrustedAndMatchTheHost()
     {
         const int refused = VLM_WS_ERR_ERROR_CURL_FAILURE;
         const std::tuple<QByteArray, bool, int> cases[] = {

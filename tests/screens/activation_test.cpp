@@ -48,7 +48,7 @@ private slots:
         QCOMPARE(code(dialog), QStringLiteral("Your activation code is:    K7MPQ2XD"));
     }
 
-    void aFailedLoginDoesNotHideTheScreenBehindItsAnimation()
+    void aFailedLoginRemovesTheAnimation()
     {
         ScreenFixture fixture;
         fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_ERROR_CURL_FAILURE);
@@ -76,7 +76,7 @@ private slots:
     }
 
     // A power cut runs no code, so the file itself is compared.
-    void theSettingsStayAsTheyAreUntilTheActivationIsCompleted()
+    void theSettingsDoNotChangeUntilTheActivationIsCompleted()
     {
         ScreenFixture fixture;
         fixture.storeAccounts({"anna@house.example"});

@@ -107,7 +107,7 @@ private slots:
         }
     }
 
-    void nothingFoundNamesTheTextCutToFortyAndTakesTheOldRowsAway()
+    void anEmptyResultNamesTheTextCutToFortyAndClearsTheList()
     {
         for (const int length : {40, 41}) {
             ScreenFixture fixture;
@@ -129,7 +129,7 @@ private slots:
         }
     }
 
-    void theKeyThatConfirmedChoosesNothingTheNextOneDoes()
+    void theConfirmingKeyDoesNotChooseARowTheNextOneDoes()
     {
         ScreenFixture fixture;
         fixture.storeAccounts({"anna@house.example"});
@@ -182,7 +182,7 @@ private slots:
         QVERIFY(!FakeKeyboard::isHighlighted);
     }
 
-    void aLossUnderTheWordsOfAFailureEndsTheRadioOnce()
+    void aNetworkLossUnderAFailureMessageEndsTheRadioOnce()
     {
         ScreenFixture fixture;
         fixture.ws().autoReply(VLM_WS_MSGID_SEARCH, VLM_WS_ERR_ERROR_CURL_FAILURE);
@@ -207,7 +207,7 @@ private slots:
         FakeNetwork::back();
     }
 
-    void everyFailureHasItsWordsAndItsConsequence()
+    void everyFailureShowsItsMessageAndHasItsConsequence()
     {
         enum Way { Stays, Exit, SignOut };
         struct Case {
@@ -271,7 +271,7 @@ private slots:
         QTRY_COMPARE(token, QByteArray("t"));
     }
 
-    void theEmptiedFieldShowsOtherWordsThanAtTheStart()
+    void anEmptiedFieldShowsAnotherPromptThanAtTheStart()
     {
         ScreenFixture fixture;
         const auto dialog = open(fixture);

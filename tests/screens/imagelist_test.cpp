@@ -182,7 +182,7 @@ private slots:
         QCOMPARE(bar(1), key(":/images/FocusBar.png"));
     }
 
-    void only251PixelsRun()
+    void onlyTextsFrom251PixelsScroll()
     {
         Rig rig(1);
         const QString text = textOfWidth(rig.list.fontMetrics(), 250);
@@ -197,7 +197,7 @@ private slots:
         QVERIFY(rig.isRunning());
     }
 
-    void aRunningRowIsReadThroughTheList()
+    void theListReturnsTheTextOfARowWithAMarquee()
     {
         Rig rig(2, wide);
         QVERIFY(rig.isRunning());
@@ -229,7 +229,7 @@ private slots:
         QVERIFY(black > 10);
     }
 
-    void aTurnEndsWithAPause()
+    void aMarqueeTurnEndsWithAPause()
     {
         Rig rig(1, wide);
         auto *label = rig.label();

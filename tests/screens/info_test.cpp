@@ -55,7 +55,7 @@ private slots:
         }
     }
 
-    void theParentTakesTheExplanationAway()
+    void theParentClosesTheExplanation()
     {
         const LogCapture log;
         FakeScreens screens;

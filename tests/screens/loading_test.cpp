@@ -95,7 +95,7 @@ private slots:
         QVERIFY(FakeIpc::exitRequests.isEmpty());
     }
 
-    void underAnErrorEverythingLaterIsDropped()
+    void everythingAfterAnErrorIsDropped()
     {
         ScreenFixture::storeAccounts({"someone@example.org"});
         open();
@@ -109,7 +109,7 @@ private slots:
         QVERIFY(m_screen->isVisible());
     }
 
-    void theAnimationShowsOneFrameAfterTheOther()
+    void theAnimationShowsItsFramesInOrder()
     {
         open();
         auto shown = [this] {

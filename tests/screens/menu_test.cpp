@@ -57,7 +57,7 @@ struct Rig {
 class Menu : public QObject {
     Q_OBJECT
 private slots:
-    void theHighlightGoesRound()
+    void theHighlightWrapsAround()
     {
         Rig rig;
         for (int i = 0; i < 10; ++i) {
@@ -135,7 +135,7 @@ private slots:
         QVERIFY(!rig.menu);
     }
 
-    void theNetworkIsThePlayersBusiness()
+    void theMenuIgnoresNetworkEvents()
     {
         Rig rig;
         BoxAnswer answers({BoxAnswer::Ok});

@@ -25,7 +25,7 @@ class Msgbox : public QObject {
 private slots:
     void init() { FakeIpc::reset(); }
 
-    void keysAnswer()
+    void keysAnswerTheBox()
     {
         struct Case {
             int kind;

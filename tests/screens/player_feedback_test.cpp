@@ -53,7 +53,7 @@ const ActionCase actions[] = {
 class PlayerFeedback : public QObject {
     Q_OBJECT
 private slots:
-    void everyActionNamesItsTrackAndItsFailureIsSaid()
+    void everyActionNamesItsTrackAndShowsItsFailure()
     {
         for (const ActionCase &action : actions) {
             for (const bool isSent : {false, true}) {
@@ -133,7 +133,7 @@ private slots:
         QCOMPARE(rig.takeSkips("b"), 5);
     }
 
-    void aTrackThatEndsUnderAThumbsUpWaitsForTheReplyWhateverItIs()
+    void aTrackThatEndsDuringAThumbsUpWaitsForAnyReply()
     {
         for (const auto code : {VLM_WS_ERR_OK, VLM_WS_ERR_INTERNAL}) {
             PlayingRig rig;
@@ -147,7 +147,7 @@ private slots:
         }
     }
 
-    void aSleepStartsTheNextTrackAndCountsAsSkipWhichMayBeRefused()
+    void aSleepStartsTheNextTrackAndCountsAsASkip()
     {
         PlayingRig rig;
         rig.call("sleepSong");
@@ -190,7 +190,7 @@ private slots:
         QCOMPARE(FakePlayback::urls.size(), 2);
     }
 
-    void theSkipIsBookedOnTheStationThatWasRated()
+    void theSkipCountsForTheStationThatWasRated()
     {
         PlayingRig rig;
         rig.call("thumbDownSong");
@@ -246,7 +246,7 @@ private slots:
         QCOMPARE(rig.focused(), QStringList("stationListWidget"));
     }
 
-    void theExplanationGoesWithItsTrack()
+    void theExplanationClosesWithItsTrack()
     {
         PlayingRig rig;
         rig.call("explainTrack");

@@ -104,7 +104,7 @@ private slots:
     }
 
     // Select apart, whatever the remote and a PC keyboard have.
-    void everyKeyLeadsToADefinedPlace()
+    void everyKeyMovesTheFocusAsDefined()
     {
         const int size = int(ring.size());
         for (int place = 0; place < size; ++place) {
@@ -218,7 +218,7 @@ private slots:
         QVERIFY(screentest::childWidget(menu, "bookmarkArtisteBtn")->hasFocus());
     }
 
-    void aBoxOfTheHiddenPlayerLeavesTheVisibleScreenItsKeys()
+    void aBoxOfTheHiddenPlayerDoesNotTakeKeysFromTheVisibleScreen()
     {
         PlayingRig rig;
         rig.call("createStation");
@@ -277,7 +277,7 @@ private slots:
         }
     }
 
-    void aMouseClickTakesTheRingAlong()
+    void aMouseClickMovesTheFocusRing()
     {
         PlayingRig rig;
         QTest::mouseClick(rig.button("playBtn"), Qt::LeftButton);

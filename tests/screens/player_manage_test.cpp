@@ -25,7 +25,7 @@ void moveTo(PlayerRig &rig, int row)
 class PlayerManage : public QObject {
     Q_OBJECT
 private slots:
-    void whatMayNotBeDeletedOrRenamedIsNot()
+    void protectedStationsAreNeitherDeletedNorRenamed()
     {
         PlayerRig rig("tapestry");
         QList<FakeStation> own = PlayerRig::stations({"a"});
@@ -48,7 +48,7 @@ private slots:
         QCOMPARE(rig.focused(), QStringList("stationListWidget"));
     }
 
-    void deletingAsksFirstAndSaysWhenItFails()
+    void deletingAsksFirstAndShowsAFailure()
     {
         struct Case {
             bool isYes, isRefused;
@@ -77,7 +77,7 @@ private slots:
         }
     }
 
-    void theQuestionNamesALongNameCutAlsoWhileItsMarqueeRuns()
+    void theQuestionShortensALongNameEvenDuringItsMarquee()
     {
         PlayerRig rig("a");
         QList<FakeStation> own = PlayerRig::stations({"a"});
@@ -218,7 +218,7 @@ private slots:
         second->close();
     }
 
-    void theReplysOfAClosedPlayerHurtNobody()
+    void repliesForAClosedPlayerAreHarmless()
     {
         PlayingRig rig;
         rig.call("explainTrack");
@@ -230,7 +230,7 @@ private slots:
         QCOMPARE(screentest::visibleWindows(), QStringList("VelmoraParentWidget"));
     }
 
-    void anOpenDialogGoesWithThePlayer()
+    void anOpenDialogClosesWithThePlayer()
     {
         PlayingRig rig;
         rig.call("explainTrack");

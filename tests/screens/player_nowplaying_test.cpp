@@ -154,7 +154,7 @@ private slots:
         QVERIFY(shownPicture(rig).isNull()); // the placeholder again
     }
 
-    void aLatePictureOfATrackBeforeIsIgnored()
+    void aLatePictureOfAnEarlierTrackIsIgnored()
     {
         PlayingRig rig({PlayerRig::track("Song 1"), FakeEntry::track({.albumArtUrl = {}})});
         playNext(rig);

@@ -70,7 +70,7 @@ private slots:
         }
     }
 
-    void aTrackThatCannotBePlayedIsSkippedButASystemErrorIsTheEnd()
+    void anUnplayableTrackIsSkippedButASystemErrorEndsTheRadio()
     {
         PlayerRig rig;
         rig.fill();
@@ -87,7 +87,7 @@ private slots:
         QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
     }
 
-    void aPlaylistThatFailsEndsTheMusicAndIsAskedForAgain()
+    void aFailedPlaylistEndsTheMusicAndCanBeRequestedAgain()
     {
         struct Case {
             bool isSent;
@@ -157,7 +157,7 @@ private slots:
         QCOMPARE(rig.sent(VLM_WS_MSGID_GET_PLAYLIST), 2); // the ad was the last entry
     }
 
-    void anAdThatCannotBeAskedForIsPassedByPlayPauseAndNext()
+    void playPauseAndNextSkipAnAdThatCannotBeRequested()
     {
         for (const bool hasMap : {true, false}) {
             for (const char *slot : {"nextSong", "playSong", "pauseSong"}) {
@@ -298,7 +298,7 @@ private slots:
         QCOMPARE(rig.focused(), QStringList("stationListWidget"));
     }
 
-    void stoppingPausesAndPlayingOnStartsTheWaterLine()
+    void stopPausesAndResumingStartsTheWaterLine()
     {
         PlayingRig rig;
         rig.player->stopCurrentSong(); // as the idle check does
@@ -309,7 +309,7 @@ private slots:
         QTRY_COMPARE(FakePlayback::lastUrl(), QByteArray("http://127.0.0.1:1/Song 2")); // the timer itself looks
     }
 
-    void fiveMinutesUnderTheLineGiveUpUnlessAFatalMessageShows()
+    void fiveMinutesUnderTheLowWaterLineGiveUpUnlessAFatalMessageShows()
     {
         for (const bool isFatal : {false, true}) {
             PlayingRig rig;
@@ -358,7 +358,7 @@ private slots:
         QCOMPARE(rig.takeSkips("b"), 5);
     }
 
-    void repliesUnderAFatalMessageAreGivenBack()
+    void repliesUnderAFatalMessageAreReleased()
     {
         PlayingRig rig;
         rig.call("getPlayListNormal");

@@ -4,7 +4,7 @@
 class PlayerStations : public QObject {
     Q_OBJECT
 private slots:
-    void theReplysOrderIsKeptAndTheLastStationStarts()
+    void theOrderOfTheReplyIsKeptAndTheLastStationStarts()
     {
         PlayerRig rig("b");
         rig.fill();
@@ -120,7 +120,7 @@ private slots:
         QCOMPARE(rig.stationsList()->item(1)->icon().pixmap(32, QIcon::Selected).toImage(), picture(1));
     }
 
-    void hundredRowsAreTheMost()
+    void aListHasAtMostAHundredRows()
     {
         PlayerRig rig("s50");
         QList<QByteArray> tokens;

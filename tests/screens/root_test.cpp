@@ -212,7 +212,7 @@ private slots:
         QCOMPARE(answers.buttons(), QStringList({"Yes|No", "OK|Cancel", "Artist|Track", "Home|Cancel", "Home"}));
     }
 
-    void aBoxTakesTheFocusOffTheScreenAndGivesItBack()
+    void aBoxBorrowsTheFocusOfTheScreen()
     {
         BoxAnswer answers({BoxAnswer::Ok});
         QVERIFY(m_screen->fgActionInvalid());
@@ -227,7 +227,7 @@ private slots:
         QVERIFY(!m_screen->isMsgboxShown() && !m_screen->isBoxDestroyed());
     }
 
-    void aBoxTakenAwayIsNoAnswer()
+    void aDestroyedBoxIsNoAnswer()
     {
         const std::tuple<QString, int, bool> cases[] = {
             {"destroy", 0, true}, {"hide", 0, true}, {"replace", 0, true}, {"confirm", 1, false}, {"no", 0, false},
@@ -258,7 +258,7 @@ private slots:
         }
     }
 
-    void aQuestionTakenAwayTakesNoBranch()
+    void aDestroyedQuestionTriggersNoAction()
     {
         m_screens->player();
         FakePlayback::state = PLAYBACK_STATE_PLAYING;
@@ -292,7 +292,7 @@ private slots:
 
     // --- errors of the service
 
-    void anInactiveAccountIsSaidOnceAndReported()
+    void anInactiveAccountIsShownOnceAndReported()
     {
         BoxAnswer answers({BoxAnswer::Ok});
         QSignalSpy fatal(m_screen, &VelmoraParentWidget::signalFatalErr);
@@ -338,7 +338,7 @@ private slots:
         }
     }
 
-    void nobodyThereEndsTheRadioWithoutAnotherQuestion()
+    void anUnansweredIdleQuestionEndsTheRadio()
     {
         PlayerPort *player = m_screens->player();
         player->screen()->show();
@@ -354,7 +354,7 @@ private slots:
 
     // --- network
 
-    void aLossIsToldOnceByTheVisibleScreen()
+    void theVisibleScreenReportsALossOnce()
     {
         for (const bool isOlderHidden : {false, true}) {
             cleanup();
@@ -379,7 +379,7 @@ private slots:
         }
     }
 
-    void aLossDuringAQuestionTakesItAway()
+    void aLossClosesAnOpenQuestion()
     {
         BoxAnswer answers({BoxAnswer::Nothing, BoxAnswer::Ok});
         onBox(
@@ -390,7 +390,7 @@ private slots:
         QVERIFY(!screentest::visibleBox());
     }
 
-    void theNextLossIsToldAgainAfterTheNetworkCameBack()
+    void aLossAfterARecoveryIsReportedAgain()
     {
         FakeIpc::isHandedOver = false; // the radio stays
         BoxAnswer answers({BoxAnswer::Ok, BoxAnswer::Ok, BoxAnswer::Ok, BoxAnswer::Ok});
@@ -405,7 +405,7 @@ private slots:
         QCOMPARE(answers.texts().count(networkText), 2);
     }
 
-    void congestionLeadsHome()
+    void congestionIsReportedAndRequestsTheExit()
     {
         BoxAnswer answers({BoxAnswer::Ok});
         m_screen->call("gotoHome");

@@ -65,7 +65,7 @@ private slots:
         delete qApp;
     }
 
-    void theWelcomeShowsUntilItWasPassed()
+    void theWelcomeIsShownUntilItIsPassed()
     {
         const std::tuple<QString, QString> cases[] = {
             {QString(), "WelcomeDlg"},
@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(run(), 0);
     }
 
-    void theEndIsToldToTheMenuSystemLast()
+    void theMenuSystemIsToldOfTheEndLast()
     {
         const LogCapture log; // not on standard output
         StdoutCapture capture;
@@ -127,7 +127,7 @@ private slots:
                  qPrintable(commands.last()));
     }
 
-    void withoutTheIpcThreadNoScreenIsShownButTheEndIsTold()
+    void withoutTheIpcThreadNoScreenIsShownButTheEndIsReported()
     {
         FakeIpc::isMissing = true;
         bool isLoopEntered = false;

@@ -115,7 +115,7 @@ private slots:
         }
     }
 
-    void noLeadsToACodeAndTheLastLoginStays()
+    void answeringNoShowsACodeAndKeepsTheLastLogin()
     {
         ScreenFixture fixture;
         fixture.storeAccounts(threeNames);
@@ -196,7 +196,7 @@ private slots:
         }
     }
 
-    void aQuestionTakenAwayIsNoAnswer()
+    void aDestroyedQuestionIsNoAnswer()
     {
         ScreenFixture fixture;
         fixture.storeAccounts(threeNames);
@@ -210,7 +210,7 @@ private slots:
         QVERIFY(fixture.screens().made().isEmpty());
     }
 
-    void theFocusedControlGivesItsLookAwayToABox()
+    void theFocusedControlLooksUnfocusedUnderABox()
     {
         ScreenFixture fixture;
         fixture.storeAccounts(threeNames);

@@ -64,7 +64,7 @@ private slots:
         }
     }
 
-    void backLeavesThePasswordFirstAndTheScreenThen()
+    void backLeavesThePasswordThenTheScreen()
     {
         ScreenFixture fixture;
         VelmoraParentWidget::recordHistroyUiType(VELMORA_UI_TYPE_SELECT_USER);
@@ -80,7 +80,7 @@ private slots:
         QTRY_VERIFY(!dialog);
     }
 
-    void nothingTypedAndNoLoginFileIsSaidSo()
+    void anEmptyFormWithoutALoginFileIsReported()
     {
         ScreenFixture fixture;
         const auto dialog = fixture.show(new SignInDlg);
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(FakeKeyboard::field, password(dialog));
     }
 
-    void aLoginFilesLinesAreCutAsTheDeviceReadsThem()
+    void theLinesOfALoginFileAreReadWithinTheDevicesLimits()
     {
         struct Case {
             QByteArray content;
@@ -130,7 +130,7 @@ private slots:
         }
     }
 
-    void emptyingTheAddressBringsThePromptBackButNeverIntoThePassword()
+    void anEmptiedAddressRestoresItsPromptAndNeverThePasswords()
     {
         ScreenFixture fixture;
         const auto dialog = fixture.show(new SignInDlg);

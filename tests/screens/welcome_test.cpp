@@ -40,7 +40,7 @@ private slots:
         QTRY_VERIFY(!m_screen);
     }
 
-    void aQuestionTakenAwayNeitherLeavesNorStaysDeaf()
+    void aDestroyedQuestionNeitherLeavesNorBlocksKeys()
     {
         QTimer::singleShot(0, m_screen, [this] { m_screen->destroyedMsgbox(); });
         screentest::keyRelease(m_screen, screentest::Back);

@@ -9,7 +9,7 @@ using errortexts::Reaction;
 class AppErrorTexts : public QObject {
     Q_OBJECT
 private slots:
-    void everyCodeHasItsExactWords()
+    void everyCodeHasItsExactText()
     {
         struct Case {
             int code;

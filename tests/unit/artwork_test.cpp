@@ -98,7 +98,7 @@ QStringList faults(const QString &root)
 class ArtworkTest : public QObject {
     Q_OBJECT
 private slots:
-    void everyNamedPictureIsThereInItsSizeAndAsItsMaster()
+    void everyNamedPictureExistsInItsSizeAndMatchesItsMaster()
     {
         const QString root = QStringLiteral(VELMORA_SOURCE_DIR);
         QVERIFY(namedPictures(root).size() > 30);

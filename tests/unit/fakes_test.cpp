@@ -16,7 +16,7 @@ void ignore(HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *)
 class FakesTest : public QObject {
     Q_OBJECT
 private slots:
-    void theWebServicesBooksNameEveryLostAndEveryDoubleHandle()
+    void theFakeWebServiceReportsEveryLostAndEveryDoubleRelease()
     {
         FakeWs &ws = FakeWs::instance();
         ws.reset(FakeWs::Delivery::OnDemand);

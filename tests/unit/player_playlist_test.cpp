@@ -151,7 +151,7 @@ private slots:
         }
     }
 
-    void threeSecondsInTheBufferStartTheCountAnew()
+    void threeSecondsInTheBufferRestartTheCount()
     {
         waterline::State state;
         state.lowTicks = 599;

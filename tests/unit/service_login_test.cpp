@@ -99,7 +99,7 @@ private slots:
         }
     }
 
-    void anUnknownDeviceIsSaidSo()
+    void anUnknownDeviceIsReported()
     {
         ws().autoReply(3, VLM_WS_ERR_DEVICE_NOT_FOUND);
         m_login->userLoginWithDeviceID();

@@ -27,7 +27,7 @@ private slots:
         VelmoraNextLimit::setClock(nullptr);
     }
 
-    void anAllowedSkipTakesTheOldestRecordAway()
+    void anAllowedSkipRemovesTheOldestRecord()
     {
         skip(a, 1);
         m_now = QTime(12, 30);
@@ -42,7 +42,7 @@ private slots:
         QVERIFY(log.contains("count < 6.count=5"));
     }
 
-    void theWalkOverOverdueRecordsStepsOverEverySecond()
+    void everySecondOverdueRecordIsSkippedOver()
     {
         skip(a, 6);
         m_now = QTime(13, 0, 1);

@@ -80,7 +80,7 @@ private slots:
         m_fixture.reset();
     }
 
-    void anExpiredTokenIsRenewedUnseenAndTheRequestSentAgainWithoutItsTag()
+    void anExpiredTokenIsRenewedSilentlyAndTheRequestRepeatedWithoutItsTag()
     {
         logIn();
         expireNext(29);
@@ -128,7 +128,7 @@ private slots:
         QCOMPARE(m_receiver->seen.last(), QStringLiteral("partnerLogin 0 tag 0"));
     }
 
-    void anInactiveAccountThatWaitsItselfIsReportedAndDoesNotStartOver()
+    void anInactiveAccountOfTheWaitingRequestIsReportedWithoutANewRenewal()
     {
         logIn();
         expireNext(3);

@@ -69,7 +69,7 @@ private slots:
         QVERIFY(wsreply::search(handle.get()).artists.isEmpty());
     }
 
-    void anOwnedHandleIsGivenBackOnceHoweverItMoves()
+    void anOwnedHandleIsReleasedOnceHoweverItMoves()
     {
         FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
         WsHandle first = list(fixture.ws, FakeReply());

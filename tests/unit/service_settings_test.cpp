@@ -53,7 +53,7 @@ private slots:
         QVERIFY(names().isEmpty());
     }
 
-    void aFileThatOthersMayReadIsClosedToThem()
+    void aFileThatOthersCanReadIsMadePrivate()
     {
         write("[Welcome]\nisCheck=1\n");
         QFile::setPermissions(m_file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther);
@@ -170,7 +170,7 @@ private slots:
         QCOMPARE(open()->getLastLogin().password, QString());
     }
 
-    void aDamagedFileIsKeptBesideAndAnEmptyOneStarted()
+    void aDamagedFileIsKeptAsideAndReplacedByAnEmptyOne()
     {
         const QByteArray cases[] = {
             QByteArray("[Account]\n1\\userName=a\n\0\0\0\0", 28),      // NUL bytes
@@ -248,7 +248,7 @@ private slots:
         QCOMPARE(beside().size(), 1);
     }
 
-    void oddButSoundFilesAreNotTakenForDamaged()
+    void unusualButValidFilesAreNotTreatedAsDamaged()
     {
         for (const QByteArray content : {"", "[deviceaccount]\nusername=J\xfcrgen\nsize=0\n", // Latin-1
                                          "; note\n[Other]\nkey=1\n", "[Welcome]\r\nisCheck=1\r\n"}) {

@@ -47,7 +47,7 @@ private slots:
     }
 
     // Its partner token alone, or the device's login too, is renewed before.
-    void exactlyTheseAreSentAgainWithTheirParametersWhenTheTokenExpires()
+    void onlyTheseRequestsAreRepeatedWithTheirParametersWhenTheTokenExpires()
     {
         const QSet<int> retried{0, 3, 4, 5, 6, 8, 9, 10, 12, 13, 15, 17, 21, 23, 29, 35};
         const QSet<int> partnerTokenOnly{3, 6, 7, 8, 24, 26, 31};
@@ -107,7 +107,7 @@ private slots:
         FakeWs::instance().reset(); // these records were not the library's
     }
 
-    void aCompletionWithoutReceiverIsGivenBack()
+    void aCompletionWithoutReceiverIsReleased()
     {
         FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
         HANDLE_T handle = 0;
@@ -117,7 +117,7 @@ private slots:
         QVERIFY(!fixture.ws.isLive(handle));
     }
 
-    void theAddressIsAskedForOnceAndReadsAsZerosWhenThatFailed()
+    void theAddressIsReadOnceAndIsZeroIfThatFails()
     {
         for (const bool isFailing : {false, true}) {
             FakeWsFixture fixture(FakeWs::Delivery::OnDemand);
