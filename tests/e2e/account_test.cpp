@@ -110,11 +110,11 @@ private slots:
             settings += QStringLiteral("%1\\userName=person%1@house.example\n%1\\password=%2\n").arg(i).arg(i - 1);
         QVERIFY(journey.writeSettings(settings.toUtf8()));
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        QVERIFY(journey.waitForScreen("SelectUserDlg")); // accounts, but nobody was last
+        QVERIFY(journey.waitForScreen("SelectUserDlg")); // there are accounts, but no last login
         QCOMPARE(journey.label("userListBtn_5"), QStringLiteral("person5@house.example"));
         QVERIFY(journey.key({"up"}));
         QCOMPARE(journey.status().value("focus").toString(), QStringLiteral("userListBtn_1"));
-        // The service does not know this device: the password is asked, and Back leads back.
+        // The service does not know this device: the radio asks for the password, and Back returns.
         QVERIFY(journey.key({"down", "select"}));
         QVERIFY(journey.waitForScreen("SignInDlg"));
         QCOMPARE(journey.label("emailLineEdit"), QStringLiteral("person2@house.example"));

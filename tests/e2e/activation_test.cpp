@@ -1,5 +1,5 @@
-// A new account made on the activation page: the radio shows a code, a browser without scripts types it, Continue
-// plays.
+// A new account from the activation page: the radio shows a code, a browser without scripts enters it, and Continue
+// starts the music.
 
 #include "e2e/journey.h"
 #include "e2e/webdriver.h"
@@ -29,7 +29,7 @@ private slots:
                  QStringLiteral("Please go to    ") + journey.serverUrl() + QStringLiteral("/activate"));
         const QString first = codeOf(journey.label("descriptionLabel3"));
         QCOMPARE(first.size(), 8);
-        // Continue before the page was used: a new code, and the old one is still good.
+        // Continue before the page was used shows a new code; the old code stays valid.
         QVERIFY(journey.key({"select"}));
         QVERIFY(journey.answerBox("Please activate your device to continue.", {"select"}));
         QVERIFY(journey.waitFor([&](const QJsonObject &) {
@@ -63,7 +63,7 @@ private slots:
         QVERIFY(journey.waitForAudio(1));
         QCOMPARE(journey.label("userNameLabel"), QStringLiteral("new@house.example"));
 
-        // The account page takes the access away again.
+        // The account page revokes the access.
         QVERIFY(browser.open(journey.serverUrl() + QStringLiteral("/account")));
         QVERIFY(browser.text(".device p").contains("-0, since"));
         QVERIFY(browser.click(".device button"));
@@ -86,7 +86,7 @@ private slots:
         QVERIFY(browser.type("input[name=new]", fresh));
         QVERIFY(browser.click("button"));
         QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("The password was changed"), 20000);
-        QVERIFY(browser.open(link)); // it opens once
+        QVERIFY(browser.open(link)); // the link works once
         QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Too late"), 20000);
 
         QVERIFY(journey.leaveWelcome("left", "SignInDlg"));

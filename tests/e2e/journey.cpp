@@ -34,7 +34,7 @@ bool copyTree(const QString &from, const QString &to)
 {
     if (!QDir().mkpath(to))
         return false;
-    // Links, not copies, where one file system holds both: the files are never written again.
+    // Hard links, if both are on one file system; the files are never written again.
     QProcess link;
     link.start("cp", {"-alT", from, to});
     return (link.waitForFinished(60000) && link.exitCode() == 0) || QProcess::execute("cp", {"-aT", from, to}) == 0;
@@ -89,7 +89,7 @@ QProcessEnvironment Journey::environment() const
                                                                : QStringLiteral("fakesink sync=true"));
     environment.insert("QT_LOGGING_RULES", "qt.*=false");
     environment.remove("VELMORA_MENU_SOCKET");
-    // The radio installs its own crash reporter, which parks; a sanitizer's report is worth more here.
+    // The radio's own crash reporter would keep the process waiting; the sanitizer's report is more useful here.
     environment.insert("ASAN_OPTIONS",
                        environment.value("ASAN_OPTIONS") +
                            QStringLiteral(":handle_segv=2:handle_abort=2:handle_sigill=2:handle_sigfpe=2"));

@@ -9,9 +9,8 @@
 #include <functional>
 #include <memory>
 
-// One person's evening with the radio: the real velmora (on a private device) under a real velmora-menu against a real
-// velmora-server. Nothing outlives it. When the test has failed, a picture of the screen and all reports are kept in
-// JOURNEY_PICTURES.
+// Runs the real velmora (on a private device) under a real velmora-menu with a real velmora-server. All of them end
+// with this object. After a failed test a picture of the screen and all reports are kept in JOURNEY_PICTURES.
 class Journey {
 public:
     struct Options {
@@ -40,7 +39,7 @@ public:
     void launch();       // the menu system with the radio, again after an end; returns at once
     bool start();        // prepares, launches and waits for the first screen; false with a message in problem()
     bool startPlaying(); // and waits for its first music
-    // In place of what earlier starts would have left; before start().
+    // Replaces the settings of earlier starts; call before start().
     bool writeSettings(const QByteArray &text);
     QString problem() const { return m_problem; }
 
@@ -48,9 +47,9 @@ public:
     bool key(const QStringList &names); // "right", "select", ...
     bool menu(const QStringList &arguments);
     bool answerBox(const QString &text, const QStringList &keys); // of a box that begins with the text
-    // From the player that plays: so many entries up from the menu's first, around its end.
+    // On the playing player: opens the menu and moves up by so many entries from the first one, around the end.
     bool openMenuEntry(int up);
-    // From the welcome screen: "left" for somebody with an account, "right" without; to this screen.
+    // On the welcome screen: answers "left" (has an account) or "right" (has none) and waits for this screen.
     bool leaveWelcome(const QString &side, const QString &screen);
 
     // --- what a person sees and hears
@@ -59,7 +58,7 @@ public:
     bool waitForScreen(const QString &className, int seconds = 30);
     bool waitForBox(const QString &text, int seconds = 30); // begins with
     bool waitForNoBox(int seconds = 30);
-    // This much more audio has reached the sink than when the call began.
+    // Waits until this many more seconds of audio have reached the sink.
     bool waitForAudio(double moreSeconds, int seconds = 40);
     QString label(const QString &objectName);
     static bool isPlaying(const QJsonObject &now); // on the player, no box above it
@@ -82,7 +81,7 @@ public:
     bool startServer();
     // An account with a Tapestry station, made through the service's interface.
     bool createAccount(const QString &userName, const QString &password);
-    // Has the service send a reminder; the link in its mail, from the outbox. Empty when there is none.
+    // Makes the service send a reminder and returns the link in its mail, from the outbox. Empty if there is none.
     QString reminderLink(const QString &userName);
     QString root() const { return m_root.path(); }
     QString settingsFile() const;

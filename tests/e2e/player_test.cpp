@@ -18,7 +18,7 @@ bool isTrack(const QJsonObject &now)
     return Journey::isPlaying(now) && !text(now, "albumLabel").isEmpty();
 }
 
-// Waits until an ad, should one be playing, is over.
+// If an ad plays, waits for its end.
 bool waitForTrack(Journey &journey)
 {
     return journey.waitFor(isTrack, 40);
@@ -42,7 +42,7 @@ private slots:
                    text(now, "stationNameLabel").left(20) == rows.at(next).left(20);
         }));
         QVERIFY(journey.waitForAudio(1));
-        // It is the last station: the next start begins with it.
+        // It is now the last station, so the next start plays it.
         QVERIFY(journey.exits());
     }
 
@@ -143,7 +143,7 @@ private slots:
 
     void aSlowServiceBuffersAndPlaybackResumes()
     {
-        // Less than the tracks need: the radio pauses under three seconds and goes on above seven.
+        // The link is slower than the tracks: the radio pauses below three seconds and resumes above seven.
         Journey journey({.serverOptions = {"--throttle", "40000"}});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitFor([](const QJsonObject &now) { return now.value("playback").toInt() == 6; }, 60));
@@ -164,7 +164,7 @@ private slots:
             QVERIFY(journey.key({"next", "down", "select", "green", "pause", "right", "select", "back", "pause", "red",
                                  "left", "back"}));
         }
-        // Whatever is open now: out of it, and music.
+        // Closes whatever is open now; then music plays.
         for (int tries = 0; tries < 20 && !Journey::isPlaying(journey.status()); ++tries) {
             const QJsonObject now = journey.last();
             if (now.value("box").isString())

@@ -1,4 +1,4 @@
-// The product binary once, under its real paths: only where nobody's state lies there.
+// Runs the product binary once with its real paths, if these paths hold no data yet.
 
 #include "e2e/journey.h"
 
@@ -22,7 +22,7 @@ private slots:
             if (QFileInfo::exists(folder))
                 QSKIP(qPrintable(folder + QStringLiteral(" exists: somebody's state is not touched")));
         }
-        QString made = settingsFolder; // the first folder of the path that does not exist yet goes again afterwards
+        QString made = settingsFolder; // the first folder of the path that is missing; removed afterwards
         while (!QFileInfo::exists(QFileInfo(made).path()))
             made = QFileInfo(made).path();
         if (!QDir().mkpath(settingsFolder))

@@ -1,4 +1,4 @@
-// From the start to music, and what a person is told when there is none.
+// From the start to music, and the messages if there is no music.
 
 #include "e2e/journey.h"
 
@@ -88,7 +88,7 @@ private slots:
     {
         Journey journey({.isShort = true});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        // More than a batch of four entries, so that the next one is fetched on the way.
+        // More than one playlist of four entries, so that the radio requests the next one.
         QVERIFY(journey.waitFor([&](const QJsonObject &) { return journey.rows("playListWidget").size() >= 6; }, 120));
         QVERIFY(journey.status().value("audioSeconds").toDouble() > 200);
     }
@@ -100,7 +100,7 @@ private slots:
         options.serverOptions = {"--token-lifetime", "4,3"};
         Journey journey(options);
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
-        // The music outlives the session: it goes on after the renewal as before.
+        // The music continues after the renewal of the session.
         QVERIFY(journey.waitFor(
             [&](const QJsonObject &) { return journey.radioReport().contains("VelmoraLogin,retrytempwebservice..."); },
             60));

@@ -37,7 +37,7 @@ private slots:
         QVERIFY(journey.key({"down"}));
         journey.screenshot("create-results");
         const QString chosen = journey.rows("searchResultListWidget").at(1);
-        QTest::qWait(150); // the list answers to Select a moment after it came up
+        QTest::qWait(150); // the list accepts Select only a moment after it appeared
         QVERIFY(journey.key({"select"}));
         QVERIFY(journey.waitFor([&](const QJsonObject &now) {
             return Journey::isPlaying(now) && Journey::count(now, stationList) == before + 1;
@@ -51,7 +51,7 @@ private slots:
         Journey journey;
         QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
         QVERIFY(journey.key({"top", "down", "down", "select"}));
-        // A second track in the history: the chosen station plays, not still the one before.
+        // A second track in the history shows that the chosen station plays, no longer the previous one.
         QVERIFY(journey.waitFor(
             [](const QJsonObject &now) { return Journey::isPlaying(now) && Journey::count(now, history) >= 2; }));
         QVERIFY(journey.openMenuEntry(renameEntry));

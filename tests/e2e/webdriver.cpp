@@ -75,7 +75,7 @@ bool WebDriver::start()
         return false;
     }
     m_session = QStringLiteral("/session/") + id;
-    // A click answers before the next page is there: what is looked for is waited for.
+    // A click returns before the next page is loaded, so this waits for the element.
     ask("POST", m_session + QStringLiteral("/timeouts"), {{"implicit", implicitWaitMs}});
     return true;
 }

@@ -1,4 +1,4 @@
-// The canvas on a screen that is larger than it. The offscreen platform is given a screen of 1600 x 900.
+// The canvas on a larger screen: the offscreen platform gets a screen of 1600 x 900.
 #include "canvasgeometry.h"
 #include "platform/shared/windoworder.h"
 
@@ -86,7 +86,7 @@ private slots:
         screen.move(10, 20);
         QCOMPARE(screen.pos(), origin + QPoint(10, 20));
         screen.hide();
-        screen.move(30, 40); // counts while it is hidden, and once only
+        screen.move(30, 40); // a move of a hidden window counts, and counts once
         for (int round = 0; round < 3; ++round) {
             screen.show();
             QCOMPARE(screen.pos(), origin + QPoint(30, 40));

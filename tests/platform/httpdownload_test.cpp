@@ -75,7 +75,7 @@ private slots:
         QFETCH(QByteArray, body);
         QFETCH(QString, suffix);
         QFETCH(bool, redirect);
-        const QByteArray path = "/art/cover;rm.sh"; // neither path nor type is believed
+        const QByteArray path = "/art/cover;rm.sh"; // neither path nor type is trusted
         m_server.serve(path, {.body = body, .type = "application/x-sh"});
         m_server.serve("/elsewhere", {.status = 301, .location = path});
         const QVariantList said = answer(m_server.url(redirect ? "/elsewhere" : path));

@@ -1,4 +1,4 @@
-// Ipc and IpcThread inside a program, with a test in the menu system's place.
+// Ipc and IpcThread inside a program; the test replaces the menu system.
 #include "menusocket.h"
 
 #include "netcommon/ipc.h"

@@ -115,7 +115,7 @@ private slots:
     void arrowsWrapAroundOnEveryEdge()
     {
         const std::pair<std::vector<int>, const char *> cases[] = {
-            {{L, S}, "p"},       {{L, R, S}, "q"}, // right-most, nobody takes the highlight: around
+            {{L, S}, "p"},       {{L, R, S}, "q"}, // right-most key; the dialog takes no focus, so it wraps around
             {{D, D, S}, "z"},    {{D, D, D, D, S}, "q"}, {{U, R, S}, ".com"},
             {{U, R, R, S}, " "}, {{L, U, U, S}, "_"},    {{L, D, S}, "@"}};
         for (const auto &[keys, typed] : cases) {
@@ -133,7 +133,7 @@ private slots:
         Dialog dialog;
         for (int i = 0; i < 9; ++i)
             dialog.press({R});
-        QVERIFY(!dialog.lastKeyAtRelease); // this one has only just arrived
+        QVERIFY(!dialog.lastKeyAtRelease); // this key press has just reached the last key
         QTRY_VERIFY(dialog.keyboard->isLastKey());
         dialog.press({R});
         QVERIFY(dialog.lastKeyAtRelease);
@@ -148,7 +148,7 @@ private slots:
         QVERIFY(dialog.keyboard->m_isModeAble);
         dialog.keyboard->changePage();
         QVERIFY(!dialog.keyboard->m_isModeAble);
-        dialog.keyboard->changeMode(); // means nothing here
+        dialog.keyboard->changeMode(); // no effect on this page
         dialog.press({S});
         dialog.keyboard->changePage();
         dialog.press({S});

@@ -16,7 +16,8 @@ namespace {
 
 constexpr char askedProperty[] = "asked"; // property of a socket on which a request came
 constexpr int paceMs = 20;
-constexpr qint64 inFlight = 64 * 1024; // what lies in the socket at most, so that a client that does not read is felt
+constexpr qint64 inFlight =
+    64 * 1024; // most bytes in the socket, so that the server notices a client that stops reading
 
 void reset(QTcpSocket *socket)
 {
@@ -120,7 +121,7 @@ private:
                 m_socket->write("0\r\n\r\n");
             m_socket->disconnectFromHost();
         } else if (m_file.cut == MediaFile::Cut::Reset) {
-            // What the kernel still holds would be lost with the reset; the client shall have all of it.
+            // A reset would discard what the kernel still holds; the client must receive all of it.
             QTimer::singleShot(paceMs, this, [this] { reset(m_socket); });
         } else if (m_file.cut == MediaFile::Cut::Close) {
             m_socket->disconnectFromHost();

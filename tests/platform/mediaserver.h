@@ -20,7 +20,7 @@ struct MediaFile {
     qint64 bytesPerSecond = 0; // 0: as fast as it is taken
     qint64 announcedExtra = 0; // added to the announced length: the file is shorter than it says
     bool silent = false;       // takes the request and never answers
-    // One entry a request, in order: the offset in the file at which that request ends badly; -1: it does not.
+    // One entry for each request, in order: the offset in the file at which its answer is cut; -1: not cut.
     QList<qint64> cutAt = {};
     enum class Cut { Reset, Close, Stall } cut = Cut::Reset; // Stall: the connection stays open and nothing more comes
 };
@@ -40,7 +40,7 @@ public:
     QByteArray url(const QByteArray &path) const; // "http://127.0.0.1:PORT" + path
     void serve(const QByteArray &path, const MediaFile &file);
     QList<MediaRequest> requests(const QByteArray &path) const;
-    // On which a request came. Clients keep further ones in reserve.
+    // Open connections on which a request arrived. Clients may hold further idle ones.
     int openConnections() const;
 
     // As if the program had been killed: connections are reset, new ones refused, until up().
@@ -60,7 +60,7 @@ private:
 namespace mediasample {
 constexpr qint64 wavHeader = 44;
 QByteArray wav(int ms);
-// Bytes that are nothing, the same each time.
+// Bytes that are no known format, the same each time.
 QByteArray noise(qsizetype size);
 // A file of tests/data/audio.
 QByteArray file(const char *name);

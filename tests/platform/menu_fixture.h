@@ -10,7 +10,7 @@ struct Outcome {
     QByteArray errors;
 };
 
-// A menu system with its own socket and a sample program in the radio's place; both end with the fixture.
+// A menu system with its own socket and a sample program instead of the radio; both end with the fixture.
 class MenuFixture {
 public:
     MenuFixture() = default;

@@ -1,5 +1,5 @@
-// A program in the radio's place. Red opens a message box, green focuses the field, yellow hangs, blue asks to exit,
-// stop hides the screen. Words: --deaf (ends for nobody), --ask (asks to exit at once), --code N (ends with N).
+// A program that replaces the radio. Red opens a message box, green focuses the field, yellow hangs, blue asks to exit,
+// stop hides the screen. Options: --deaf (ignores exit orders), --ask (asks to exit at once), --code N (ends with N).
 #include "netcommon/ipc.h"
 #include "netcommon/ipcthread.h"
 #include "netcommon/networknotify.h"
@@ -34,7 +34,7 @@ void sayKey(const char *what, const QKeyEvent *event)
 
 } // namespace
 
-// The screens of a small program that stands where the radio stands: it says on standard output what reaches it.
+// The screens of this program. They report on standard output what reaches them.
 class SampleDlg : public QDialog {
     Q_OBJECT
 public:

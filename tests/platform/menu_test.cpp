@@ -1,4 +1,4 @@
-// velmora-menu with a sample program in the radio's place: commands and their effects.
+// velmora-menu with a sample program instead of the radio: commands and their effects.
 #include "menu_fixture.h"
 
 #include "arguments.h"
@@ -203,7 +203,7 @@ private slots:
         QCOMPARE(second.command({"exit"}).code, 0);
         QCOMPARE(second.waitForEnd(), 0);
         QCOMPARE(first.status()["answering"].toBool(), true);
-        // A second one at the same place leaves the first alone.
+        // A second menu system with the same socket does not disturb the first.
         const Outcome outcome = first.command({"--", "/bin/true"});
         QCOMPARE(outcome.code, 1);
         QVERIFY2(outcome.errors.contains("another one runs there"), outcome.errors.constData());
@@ -236,7 +236,7 @@ private slots:
         const pid_t radio = menu.status()["pid"].toInt();
         QVERIFY(radio > 0 && ::kill(radio, 0) == 0);
         menu.process().kill();
-        // It may stay as a zombie, which has no program any more.
+        // It may remain as a zombie process.
         const QString program = QStringLiteral("/proc/%1/exe").arg(radio);
         QTRY_VERIFY(QFileInfo(program).symLinkTarget().isEmpty());
     }
@@ -254,7 +254,7 @@ private slots:
         const QString directory = QFileInfo(made).path();
         QCOMPARE(QFileInfo(directory).permissions() & (QFile::ReadGroup | QFile::ReadOther | QFile::ExeOther),
                  QFile::Permissions());
-        // A directory that others can enter is used by nobody: not by commands, and the menu makes another one.
+        // A directory that others can enter is not used: commands ignore it, and the menu system creates another one.
         QCOMPARE(::chmod(qPrintable(directory), 0755), 0);
         QVERIFY(usualSocket({}, temporary.path(), false, &reason).isEmpty());
         const QString other = usualSocket({}, temporary.path(), true, &reason);

@@ -1,4 +1,4 @@
-// Commands as fast and as senseless as a remote control gives them: nothing stale, nothing twice, nothing left behind.
+// Fast commands in random order, as a remote control can send them: no stale report, no double report, no leak.
 
 #include "playbackrig.h"
 
@@ -27,7 +27,7 @@ struct Track {
     int result; // 0, -1; 1: none at all
     int total;  // seconds
 };
-// Totals differ, so that a signal of a replaced track gives itself away.
+// The totals differ, so that a signal of a replaced track is recognised.
 constexpr Track tracks[] = {{"/one", 0, 1},      {"/two", 0, 2},    {"/three", 0, 3},
                             {"/missing", -1, 0}, {"/noise", -1, 0}, {"/stalled", 0, 9},
                             {"/silent", 1, 0},   {"/cut", 0, 4},    {"/moved", 0, 2}};
@@ -65,7 +65,7 @@ private slots:
             call();
             times.push_back(clock.elapsed());
         };
-        // What may have been heard of a track at any moment is the beginning of its whole story.
+        // The reports about a track are, at any moment, a prefix of its full sequence.
         const auto check = [&] {
             QStringList story = rig.heard;
             story.removeAll("stop");
@@ -108,7 +108,7 @@ private slots:
             return;
         rig.command(PLAYBACK_TYPE_STOP);
         ++stops;
-        // Nothing may be on its way but stops, one for each.
+        // Only stop reports may still arrive, one for each stop.
         const qsizetype before = rig.heard.size();
         TRY_COMPARE(allStops, stops);
         QCOMPARE(rig.heard.mid(before).removeAll("stop"), rig.heard.size() - before);
@@ -155,7 +155,7 @@ private slots:
             TRY_COMPARE(rig.heard, QStringList{"stop"});
             TRY_COMPARE(rig.server.openConnections(), 0);
         };
-        run(6); // whatever is made once, is made now
+        run(6); // warm-up: allocates what is allocated only once
         const int threadsBefore = threads(), descriptorsBefore = descriptors();
         run(60);
         QTRY_VERIFY2(threads() <= threadsBefore + 1, qPrintable(QString::number(threads() - threadsBefore)));

@@ -1,4 +1,4 @@
-// What comes of an address: which signals, how many, in which order.
+// The signals that follow an address: which, how many, in which order.
 
 #include "playbackrig.h"
 
@@ -82,7 +82,7 @@ private slots:
         }
     }
 
-    // As the player screen does it: stop, start and address in one go, some time after the next track was asked for.
+    // As the player screen does it: stop, start and address together, some time after the next track was requested.
     void theNextTrackWaitsForTheLastSampleOfTheOneBefore()
     {
         PlaybackRig rig;
@@ -100,7 +100,7 @@ private slots:
 
         rig.play(track);
         TRY_VERIFY(rig.heard.contains("next"));
-        rig.command(PLAYBACK_TYPE_PAUSE); // then nobody waits for the rest
+        rig.command(PLAYBACK_TYPE_PAUSE); // a pause discards the rest of the previous track
         TRY_COMPARE(rig.state(), 6);
         rig.replace(track);
         TRY_VERIFY(rig.hasEnded());
@@ -140,7 +140,7 @@ private slots:
         QVERIFY2(!file.silent || clock.elapsed() >= 19000, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(rig.state(), 4);
         QCOMPARE(rig.buffer().ui4_end, 0u);
-        rig.command(PLAYBACK_TYPE_STOP); // is answered after all that there is to say of the track
+        rig.command(PLAYBACK_TYPE_STOP); // its answer comes after every report about the track
         TRY_COMPARE(rig.count("stop"), 2);
         QCOMPARE(rig.heard, (QStringList{"stop", "url", "result -1", "stop"}));
         rig.play(MediaFile{.body = mediasample::wav(400)});
@@ -155,7 +155,7 @@ private slots:
         rig.thread.setAudioUrl(url.data());
         rig.command(PLAYBACK_TYPE_STOP);
         rig.thread.setAudioUrl(url.data());
-        rig.command(PLAYBACK_TYPE_STOP); // its answer comes after anything that came before
+        rig.command(PLAYBACK_TYPE_STOP); // its answer comes after every earlier report
         TRY_COMPARE(rig.count("stop"), 2);
         QCOMPARE(rig.heard, (QStringList{"stop", "stop"}));
         QVERIFY(rig.server.requests("/track").isEmpty());
@@ -217,7 +217,7 @@ private slots:
         QCOMPARE(rig.state(), 4);
     }
 
-    // The queries that a FLAC parser sends down wait behind the frames for ever if the queue lets them in.
+    // Queries of a FLAC parser would wait behind the frames for ever if the queue accepted them.
     void aTrackPausedAtOnceIsStillReceivedWhole()
     {
         for (const char *const name : {"flac-2600ms.flac", "bare-2600ms.mp3"}) {
@@ -254,7 +254,7 @@ private slots:
         TRY_VERIFY(rig.hasEnded());
         QCOMPARE(rig.heard, rig.wholeStory(2));
         const double heard = rig.audioSeconds();
-        QVERIFY2(qAbs(heard - 2.6) < 0.3, qPrintable(QString::number(heard))); // little twice, little lost
+        QVERIFY2(qAbs(heard - 2.6) < 0.3, qPrintable(QString::number(heard))); // little is repeated, little is lost
         QVERIFY2(clock.elapsed() > 2500, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(rig.seconds, (QList<int>{0, 1, 2}));
         QCOMPARE(rig.server.requests("/track").size(), 2); // it was really rebuilt

@@ -1,4 +1,4 @@
-// A bad network under the music.
+// Playback on a bad network.
 
 #include "playbackrig.h"
 
@@ -33,8 +33,8 @@ private slots:
         }
     }
 
-    // Nobody minds the water line here. The sink must be held back by itself: else the clock runs on in silence, and
-    // what comes afterwards is rushed through behind it.
+    // No player screen watches the water line here. The playback must pause the sink itself; otherwise the clock runs
+    // on in silence and the late samples are played too fast.
     void playbackWaitsForAnUnreachableServer()
     {
         PlaybackRig rig;
@@ -45,7 +45,7 @@ private slots:
         TRY_VERIFY(rig.buffer().ui4_start > 0 && rig.buffer().ui4_amount < 300); // it has run dry
         const qsizetype asked = rig.server.requests("/track").size();
         TRY_VERIFY(rig.server.requests("/track").size() > asked);
-        QCOMPARE(rig.state(), 5); // it is not the caller's business
+        QCOMPARE(rig.state(), 5); // the caller does not see this pause
         const qint64 left = 6000 - rig.buffer().ui4_start;
         QElapsedTimer clock;
         clock.start();
@@ -77,7 +77,7 @@ private slots:
         QCOMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 20", "pause"}));
     }
 
-    // On a link as slow as the music the result waits until the first look at the water line finds enough.
+    // On a link as slow as the music the result comes when the first check of the water line will find enough.
     void aSlowLinkDoesNotStartTooEarly()
     {
         PlaybackRig rig;
@@ -87,12 +87,12 @@ private slots:
         rig.play(MediaFile{.body = mediasample::wav(6000), .bytesPerSecond = 9000});
         TRY_VERIFY(rig.heard.contains("result 0"));
         QVERIFY2(atResult >= 3400, qPrintable(QString::number(atResult)));
-        rig.play(MediaFile{.body = mediasample::wav(2000), .bytesPerSecond = 9000}); // less than that, but all of it
+        rig.play(MediaFile{.body = mediasample::wav(2000), .bytesPerSecond = 9000}); // less, but the whole track
         TRY_VERIFY(rig.hasEnded());
         QVERIFY2(atResult >= 1900, qPrintable(QString::number(atResult)));
     }
 
-    // What is fetched ahead is bounded: a track of hours does not fill the memory.
+    // The read-ahead is bounded: a track of hours does not fill the memory.
     void aLongTrackIsDownloadedWhileItPlays()
     {
         PlaybackRig rig;

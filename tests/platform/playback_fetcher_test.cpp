@@ -1,4 +1,4 @@
-// The fetcher against a server that misbehaves: every byte arrives once and in order, or the failure is told.
+// The fetcher against a server that misbehaves: every byte arrives once and in order, or the failure is reported.
 
 #include "mediaserver.h"
 
@@ -47,7 +47,7 @@ private slots:
     void everyByteArrivesOnceOrTheFailureIsReported_data()
     {
         QTest::addColumn<MediaFile>("file");
-        QTest::addColumn<int>("requests"); // one more is allowed: after a reset Qt may ask again by itself
+        QTest::addColumn<int>("requests"); // one more is allowed: Qt may repeat a request after a reset
         QTest::addColumn<bool>("isHad");
         const QByteArray body = noise(700000);
         const auto row = [](const char *name, const MediaFile &file, int requests, bool isHad = true) {
@@ -100,7 +100,7 @@ private slots:
         const QByteArray body = noise(20000000);
         Fetch fetch(m_server, "/full", {.body = body}, false);
         QTRY_COMPARE(m_server.requests("/full").size(), 1);
-        QTest::qWait(3 * quickLimits.idleMs); // twice too long for the idle timer, which must not run
+        QTest::qWait(3 * quickLimits.idleMs); // long enough for the idle timer to fire if it ran
         QVERIFY(fetch.sink->bytes.isEmpty());
         QCOMPARE(m_server.requests("/full").size(), 1);
         QCOMPARE(m_server.openConnections(), 1); // it still has most of the file to send
@@ -117,7 +117,7 @@ private slots:
                     {.body = body, .etag = "\"old\"", .cutAt = {100000}, .cut = MediaFile::Cut::Stall});
         QTRY_COMPARE(fetch.sink->bytes.size(), 100000);
         m_server.serve("/changed", {.body = QByteArray(200000, 'x'), .etag = "\"new\""});
-        QTRY_COMPARE(fetch.sink->completes, 1); // what is there is played to its end
+        QTRY_COMPARE(fetch.sink->completes, 1); // the existing bytes are played to their end
         QVERIFY(fetch.sink->bytes == body.left(100000));
     }
 
@@ -147,7 +147,7 @@ private slots:
         fetch.fetcher.start(QUrl(QString::fromLatin1(m_server.url("/second"))), second);
         QTRY_COMPARE(second->completes, 1);
         QCOMPARE(fetch.sink->completes + fetch.sink->failures, 0);
-        QCOMPARE(fetch.sink.use_count(), 1); // let go of
+        QCOMPARE(fetch.sink.use_count(), 1); // the fetcher has released it
     }
 
 private:

@@ -93,7 +93,7 @@ private slots:
             {0LL, 0LL, -1LL, false, 0u, 0u},                   // nothing yet
             {5200LL, 5000LL, -1LL, false, 5000u, 5000u},       // the clock ran ahead of the data
             {40000LL, 40751LL, 40700LL, true, 40000u, 40700u}, // the last frame is cut to the length
-            {9000LL, 40000LL, 10000LL, false, 9000u, 40000u},  // a length far off is not believed
+            {9000LL, 40000LL, 10000LL, false, 9000u, 40000u},  // a length far off is ignored
             {5000LL, 5000LL, -1LL, true, 4999u, 5000u},        // all here and all heard, but not ended
             {0LL, 0LL, -1LL, true, 0u, 1u},                    // all here, empty
         };

@@ -49,7 +49,7 @@ void PlaybackRig::replace(const QByteArray &url)
     thread.setType(PLAYBACK_TYPE_START);
     QByteArray text = url;
     thread.setAudioUrl(text.data());
-    text.fill('x'); // the text is the caller's again
+    text.fill('x'); // the caller may change the text after the call
 }
 
 void PlaybackRig::play(const MediaFile &file)

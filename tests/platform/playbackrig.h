@@ -8,11 +8,11 @@
 #include <QObject>
 #include <QStringList>
 
-// Waits for an outcome that takes as long as a track plays, on any machine.
+// Waits for an outcome that takes the playing time of a track on any machine.
 #define TRY_VERIFY(condition) QTRY_VERIFY_WITH_TIMEOUT(condition, 60000)
 #define TRY_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT(actual, expected, 60000)
 
-// Playback and its thread, what they said, in order, and a server for what they play.
+// Playback and its thread, their reports in order, and a media server.
 class PlaybackRig : public QObject {
 public:
     // sink: as VELMORA_AUDIO_SINK
@@ -31,9 +31,9 @@ public:
     int count(const QString &what) const { return int(heard.count(what)); }
     // The next track was asked for, and the last sample was heard.
     bool hasEnded() { return heard.contains(QStringLiteral("next")) && state() == PLAYBACK_STATE_STOPPED; }
-    // That reached the sink since play().
+    // Seconds of audio that have reached the sink since play().
     double audioSeconds() const;
-    // All that is heard of a good track of this many seconds.
+    // The full sequence of reports about a good track of this many seconds.
     static QStringList wholeStory(int total);
 
     MediaServer server;

@@ -87,7 +87,7 @@ private slots:
         row("menu", 0x010000DD, "", 0x010000DD, 0x010000DD);
     }
 
-    // Of events and what is passed on: + a press, - a release, small p and r the same marked as repeated.
+    // Events and results: + a press, - a release; p and r are a press and a release marked as repeated.
     void aHeldKeyActsOnceUnlessItMoves()
     {
         const auto row = [](const char *name, int key, const char *events, const QString &passedOn) {

@@ -45,9 +45,9 @@ public:
     std::vector<WsCompletion> completions() const;
     int count() const;
     WsCompletion last() const;
-    // Waits for one more completion than there were; result 1 when none comes in time.
+    // Waits for the next completion; result 1 if none comes in time.
     VLM_WS_EXT_ERRCODE_T wait(VLM_WS_EXT_ERRCODE_T immediate);
-    bool waitFor(int completed);  // all in all
+    bool waitFor(int completed);  // until so many requests have completed in all
     void forget(HANDLE_T handle); // the test releases it
     void logIn();                 // both sessions, with the tokens above
     void scriptLogins();

@@ -1,4 +1,4 @@
-// Handles, threads, start and end of the library; what is left in memory behind them.
+// Handles, threads, start and end of the library, and what they leave in memory.
 #include "ws_fixture.h"
 
 #include <atomic>
@@ -15,7 +15,7 @@ namespace {
 
 const auto cb = WsFixture::callback;
 
-// What was overwritten while watched: this program's explicit_bzero stands before the C library's.
+// Records what is overwritten: this program interposes the C library's explicit_bzero.
 std::mutex wipedMutex;
 bool isWatching = false;
 QByteArray wiped;
@@ -47,7 +47,7 @@ extern "C" __attribute__((visibility("default"))) void explicit_bzero(void *memo
         bytes[i] = 0;
 }
 
-// A name server that does not answer: a lookup of this host ends when the test lets it.
+// Simulates a name server that does not answer: a lookup of this host ends when the test releases it.
 constexpr char deadHost[] = "dead-name-server.invalid";
 std::atomic<bool> isLookingUp = false;
 std::binary_semaphore lookupMayEnd{0};
@@ -194,7 +194,7 @@ private slots:
         QCOMPARE(velmora_ws_init(), VLM_WS_ERR_OK);
         QCOMPARE(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle), VLM_WS_ERR_OK);
         QTRY_VERIFY(isLookingUp);
-        // A library that waits for the lookup is let go after a while, so that this test fails instead of hanging.
+        // If the library waits for the lookup, it is released after a while, so that this test fails and does not hang.
         std::atomic<bool> isLetGo = false;
         std::binary_semaphore hasReturned{0};
         std::thread watch([&] {

@@ -1,4 +1,4 @@
-// The real adapter over the real library, against a service that lets nobody in.
+// The real adapter over the real library, with a service that refuses every session.
 #include "fakes/devicetwin.h"
 #include "fakes/row.h"
 #include "service/velmorametatypes.h"
@@ -32,7 +32,7 @@ WsTestServer::Reply userIn()
         {{"userToken", WsFixture::userToken}, {"userName", "mira"}, {"userId", "7"}, {"expiresIn", 99}});
 }
 
-// A service that answers 5097 to everything but the logins, and what its answers come to for each kind of request.
+// A service that answers 5097 to everything except logins, and the expected result of each kind of request.
 struct Trouble {
     const char *name;
     std::function<WsTestServer::Reply(const Seen &)> login;
@@ -88,7 +88,7 @@ public:
         HANDLE_T handle = 0;
         QCOMPARE(wrapper.call(Service::getInstance(), false, nullptr, &handle), VLM_WS_ERR_OK);
     }
-    // Until there are as many results. The logins are paced: some waiting belongs to it.
+    // Waits until there are so many results. The library throttles logins, so this takes a while.
     void waitFor(qsizetype number)
     {
         QTimer limit;
@@ -102,7 +102,7 @@ public:
     QList<std::pair<int, int>> results; // command, code
 
 private:
-    // One for all: writing the state of a new device takes its time.
+    // Shared by all tests, because writing the state of a new device is slow.
     static QByteArray stateFolder()
     {
         static const QTemporaryDir folder;
@@ -129,7 +129,7 @@ private slots:
                 const bool isSentAgain = VLM_WS_IS_SENT_AGAIN(wrapper.cmd);
                 const bool isPartner = partnerRequests.contains(wrapper.cmd);
                 if (wrapper.cmd == VLM_WS_MSGID_PARTNER_LOGIN)
-                    continue; // a part of every trouble
+                    continue; // part of every case
                 if (!isSentAgain && !isPartner && &trouble != &troubles().first())
                     continue; // answered without any login
                 const Row row(

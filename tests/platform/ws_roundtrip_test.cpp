@@ -95,7 +95,7 @@ const std::map<QString, Call> calls{
     CALL(sleepSong, a.text("trackToken")),
 };
 
-// The records back into the JSON that they were made of.
+// Converts the records back to the JSON that they were made from.
 QJsonObject fromStation(const VLM_STATION_MAP_T &s)
 {
     return {{"stationToken", s.stationToken},    {"stationId", s.stationId},
@@ -297,7 +297,7 @@ private slots:
         QCOMPARE(ws.wait(velmora_ws_userLogin("user", "seven small lamps", "mira@example.org", mac, WsFixture::callback,
                                               nullptr, &ws.handle)),
                  VLM_WS_ERR_OK);
-        // Read as a caller without the structures would: the identifier, the pointer, the values one after another.
+        // Reads the record as a caller without the structure types would: identifier, pointer, then the values.
         const auto *record = reinterpret_cast<const VLM_WS_REQUEST_T *>(ws.handle);
         QCOMPARE(*reinterpret_cast<const uint32_t *>(ws.handle), uint32_t(VLM_WS_MSGID_USER_LOGIN));
         const char *const *values = static_cast<const char *const *>(record->params);

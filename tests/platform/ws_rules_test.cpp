@@ -29,7 +29,7 @@ int codeOf(const QString &function, const QByteArray &body, long status = 200)
             continue;
         Arena memory;
         const Reply reply = parseReply(*command, status, std::string_view(body.constData(), body.size()), memory);
-        // Never half: a record comes with 0 alone.
+        // A record comes with code 0 only.
         return reply.code != 0 && (reply.record || !reply.token.empty()) ? -1 : reply.code;
     }
     return -2;
@@ -264,7 +264,7 @@ private slots:
         struct Case {
             const char *name;
             int playable;               // entries of every playlist
-            std::chrono::seconds pause; // from an answer to the next wish
+            std::chrono::seconds pause; // from an answer to the next request
             bool isRefused;
         };
         const Case cases[] = {
@@ -364,7 +364,7 @@ private slots:
             QCOMPARE(state.key.size(), size_t(43));
             QVERIFY(state.address[0] & 2);
         }
-        // A link in the file's place is not followed, and what it names not touched.
+        // A link instead of the file is not followed, and its target is not changed.
         QVERIFY(writeFile(root.filePath("elsewhere"), "precious"));
         QVERIFY(QDir(root.path()).mkdir("state"));
         QVERIFY(QFile::link(root.filePath("elsewhere"), root.filePath("state/device")));
@@ -396,7 +396,7 @@ private slots:
         QTemporaryDir root;
         QCOMPARE(hex(loadDeviceState(pathOf(root.filePath("state")), pathOf(net.path())).address),
                  QByteArray("001A2B3C4D5E"));
-        // Chosen once: a card that is plugged in later changes nothing.
+        // The address is chosen once: a network card plugged in later changes nothing.
         QCOMPARE(hex(loadDeviceState(pathOf(root.filePath("state")), {}).address), QByteArray("001A2B3C4D5E"));
     }
 

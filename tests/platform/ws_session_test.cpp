@@ -25,12 +25,12 @@ private slots:
                  VLM_WS_ERR_INVALID_AUTH_TOKEN);
         QVERIFY(!ws.last().record()->reply);
         QCOMPARE(ws.server.functions(), QStringList("getStationList"));
-        // A partner session of a command that callers resend is theirs, too.
+        // The caller also renews the partner session of a command that it repeats.
         ws.server.answer("generateDeviceActivationCode", VLM_WS_ERR_INVALID_AUTH_TOKEN);
         QCOMPARE(ws.wait(velmora_ws_generateDeviceActivationCode("001A2B3C4D5E", cb, nullptr, &ws.handle)),
                  VLM_WS_ERR_INVALID_AUTH_TOKEN);
         QCOMPARE(ws.server.seen.size(), 2);
-        // The refused token is not shown again.
+        // The refused token is not sent again.
         QCOMPARE(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
         QCOMPARE(ws.server.seen.last().token, QByteArray());
     }
@@ -71,7 +71,7 @@ private slots:
             : function == "createUser"  ? velmora_ws_createUser("u", "p", 0, 0, 0, 0, 0, 0, 0, cb, nullptr, handle)
             : function == "getUserInfo" ? velmora_ws_getUserInfo("u", "p", nullptr, 0, cb, nullptr, handle)
                                         : velmora_ws_getDeviceInfo("d", cb, nullptr, handle);
-        // The second answer tells that the request itself went through, and only its own completion is seen.
+        // The second answer proves that the request itself was sent, and that only its own completion is reported.
         QCOMPARE(ws.wait(immediate), VLM_WS_ERR_NOT_AUTHORIZED);
         QCOMPARE(ws.last().handle, ws.handle);
         QCOMPARE(ws.count(), session == "none" ? 1 : 2);
@@ -181,7 +181,7 @@ private slots:
         QVERIFY(ws.waitFor(before + 4));
         QVERIFY2(clock.elapsed() >= 950, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(ws.server.seen.last().body["stationToken"].toString(), "one");
-        // Nothing in them plays: a third playlist comes after the second, but no fourth.
+        // Nothing in them plays: the library requests a third playlist, but no fourth.
         for (const auto code : {VLM_WS_ERR_OK, VLM_WS_ERR_NOTHING_PLAYED})
             QCOMPARE(ws.wait(velmora_ws_getPlaylist("one", 0, cb, nullptr, &ws.handle)), code);
         QCOMPARE(ws.server.functions().count("getPlaylist"), 4);

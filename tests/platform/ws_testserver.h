@@ -8,7 +8,7 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
-// A station service that says what a test tells it to, the truth or not. Serves from the event loop of its thread.
+// A station service whose answers the test scripts, valid or not. Serves from the event loop of its thread.
 class WsTestServer : public QObject {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
         int connection = 0; // counted from 1
     };
     struct Reply {
-        QByteArray bytes;   // as they go over the wire; empty: nothing is said
+        QByteArray bytes;   // as sent over the connection; empty: no answer
         bool isCut = false; // the connection is closed after them
     };
     using Script = std::function<Reply(const Seen &)>;

@@ -1,4 +1,4 @@
-// A service that stalls, cuts, lies, floods, is not there, or shows the wrong certificate.
+// A service that stalls, cuts connections, lies, floods, is unreachable, or has the wrong certificate.
 #include "ws_fixture.h"
 
 #include <QElapsedTimer>

@@ -1,5 +1,5 @@
-// Linked into a separate build of the radio. Shows the screens that no key and no reply of the service leads to, one
-// after the other, over the player. VELMORA_GALLERY names them, separated by commas: about, info, reminder.
+// Linked into a separate build of the radio. Shows the screens that no key and no reply opens, one after the other,
+// over the player. VELMORA_GALLERY names them, separated by commas: about, info, reminder.
 
 #include "app/screenfactory.h"
 #include "app/velmoraparentwidget.h"

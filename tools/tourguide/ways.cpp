@@ -85,7 +85,7 @@ const char *const worldNames[] = {"夜の窓辺で聴く静かな歌",
                                   "Café ☕ 🌧️ 🎶",
                                   "أغان طويلة لليالي الشتاء الباردة قرب النافذة"};
 
-// Gives everything that the service knows by name one of these names.
+// Renames everything in the service's catalogue to one of these names.
 bool renameEverything(const Journey &journey)
 {
     sqlite3 *store = nullptr;
@@ -322,7 +322,7 @@ void Tour::accounts()
 void Tour::slowService()
 {
     Journey::Options options;
-    // So slow that what the radio shows before the first music can be seen.
+    // A link so slow that the screens before the first music stay visible.
     options.serverOptions = {QStringLiteral("--throttle"), QStringLiteral("20000")};
     Journey journey(options);
     if (!begin(journey))
@@ -355,7 +355,7 @@ void Tour::serviceGone()
         stop(journey, journey.waitForBox(QString()), "error", "An error: the service has no answer at the start");
 }
 
-// Screens and a kind of box that no key leads to.
+// Screens and a kind of box that no key opens.
 void Tour::withoutKeys()
 {
     qputenv("VELMORA_GALLERY", "about,info,reminder");
@@ -434,7 +434,7 @@ void Tour::names()
          "names-accounts", "Names of the world: accounts", "06-account-selection");
 }
 
-// The radio without its pictures, and with a font that is wider than the one its screens are measured for.
+// The radio without its pictures, and with a font wider than the one that its screens were designed for.
 void Tour::bare()
 {
     QTemporaryDir fonts;
