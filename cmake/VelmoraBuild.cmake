@@ -17,7 +17,7 @@ set(CMAKE_AUTORCC ON)
 
 find_program(CCACHE ccache)
 if(CCACHE)
-  # Without these two ccache passes by every file that reads a precompiled header.
+  # Without these two settings ccache skips every file that uses a precompiled header.
   set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
   set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
@@ -25,7 +25,7 @@ if(CCACHE)
 endif()
 
 find_package(Threads REQUIRED)
-add_compile_options(-pthread) # some libraries ask for it; a precompiled header wants the same of all
+add_compile_options(-pthread) # some libraries need it; all users of a precompiled header need the same options
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network)
 if(VELMORA_TESTS)
@@ -49,7 +49,7 @@ if(VELMORA_SANITIZE)
   if(VELMORA_SANITIZE MATCHES undefined)
     add_compile_options(-fno-sanitize-recover=undefined)
   endif()
-  # Libraries that are loaded into an instrumented program are instrumented with it.
+  # Libraries leave the sanitizer's symbols undefined; the instrumented program provides them.
 else()
   add_link_options(-Wl,--no-undefined)
 endif()
@@ -62,15 +62,16 @@ endif()
 function(velmora_compile target)
   target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${VELMORA_WARNINGS}>
                                            $<$<COMPILE_LANGUAGE:C>:${VELMORA_C_WARNINGS}>)
-  # GCC 12 sees overlapping copies in std::string operator+ (its own bug 105651), and instrumented code confuses it.
+  # False positives of GCC 12: overlapping copies in std::string operator+ (bug 105651), and uninitialised values in
+  # instrumented code.
   target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
   if(VELMORA_SANITIZE)
     target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-maybe-uninitialized>)
   endif()
 endfunction()
 
-# Reading Qt's headers is four fifths of the time that a file takes to compile. They are precompiled in three families,
-# each once for libraries and once for programs (-fPIC, -fPIE). -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON builds without.
+# Qt's headers take four fifths of the compile time of a file. They are precompiled in three families, each once for
+# libraries (-fPIC) and once for programs (-fPIE). -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON builds without them.
 #   plain    the standard library, for targets without moc
 #   core     Qt Core, the default: code that must not know a widget does not see one
 #   widgets  Qt Widgets, in folders that set(VELMORA_HEADERS widgets)
@@ -107,7 +108,7 @@ function(velmora_reuse_precompiled target)
     endif()
   endif()
   if(family STREQUAL plain AND CMAKE_BUILD_TYPE STREQUAL Release)
-    return() # optimised, GCC 12 warns falsely (array-bounds) of std::string from a precompiled header
+    return() # false positive of GCC 12 with optimisation: array-bounds in std::string from a precompiled header
   endif()
   get_target_property(is_excepted ${target} DISABLE_PRECOMPILE_HEADERS)
   if(NOT is_excepted)
@@ -126,7 +127,7 @@ endfunction()
 # Time limits of tests are multiplied by this.
 set(VELMORA_SLOWNESS 1)
 
-# The thread sanitizer is told what Qt and GLib order, by objects that are not instrumented themselves.
+# Declares the happens-before edges of Qt and GLib to the thread sanitizer; not instrumented itself.
 if(VELMORA_SANITIZE STREQUAL thread)
   set(VELMORA_SLOWNESS 4)
   pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
@@ -144,7 +145,7 @@ function(velmora_program name)
   endif()
 endfunction()
 
-# A platform library: exports only what is marked, soname 1, its name without the project's prefix.
+# A platform library: exports marked symbols only, has soname 1 and the file name `output`.
 function(velmora_platform_library target output)
   velmora_library(${target} SHARED ${ARGN})
   set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output} VERSION 1.0.0 SOVERSION 1
@@ -153,7 +154,7 @@ function(velmora_platform_library target output)
                                        PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
 endfunction()
 
-# Options of the sanitizers for every test. The suppression files say why each entry is there.
+# Sanitizer options for every test. The suppression files give a reason for each entry.
 set(VELMORA_TEST_ENVIRONMENT
   LC_ALL=C.UTF-8
   ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
@@ -162,7 +163,7 @@ set(VELMORA_TEST_ENVIRONMENT
   TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:ignore_noninstrumented_modules=1:second_deadlock_stack=1:halt_on_error=1)
 
 # velmora_add_test(name command... [LABELS ...] [TIMEOUT seconds] [ENVIRONMENT ...]): registers a command as a CTest.
-# The time limit is 120 seconds unless named.
+# TIMEOUT is 120 seconds if it is not given.
 function(velmora_add_test name)
   cmake_parse_arguments(T "" "TIMEOUT" "COMMAND;LABELS;ENVIRONMENT" ${ARGN})
   if(NOT T_TIMEOUT)

@@ -21,7 +21,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# moc, uic and rcc are the building machine's. Both variables are needed: with QT_HOST_PATH alone Qt's packages find
+# moc, uic and rcc come from the build machine. Both variables are needed: with QT_HOST_PATH alone, Qt's packages find
 # the target's moc, which cannot run here.
 set(QT_HOST_PATH "/usr" CACHE PATH "")
 file(GLOB VELMORA_HOST_QT "/usr/lib/*-linux-gnu/cmake/Qt6CoreTools")
@@ -33,5 +33,5 @@ set(ENV{PKG_CONFIG_LIBDIR}
     "${ARMHF_SYSROOT}/usr/lib/arm-linux-gnueabihf/pkgconfig:${ARMHF_SYSROOT}/usr/share/pkgconfig")
 set(ENV{PKG_CONFIG_PATH} "")
 
-# Tests run under user-mode emulation, on the oldest core with the instructions that armhf asks for.
+# Tests run under user-mode emulation of the oldest core that armhf supports.
 set(CMAKE_CROSSCOMPILING_EMULATOR "/usr/bin/qemu-arm;-cpu;cortex-a7;-L;${ARMHF_SYSROOT}")

@@ -3,7 +3,7 @@
 # no maintainer scripts; this machine's own package database is neither read nor written.
 #
 # usage: packaging/armhf-sysroot.sh SYSROOT CACHE
-#   SYSROOT  made anew
+#   SYSROOT  created; an existing folder is replaced
 #   CACHE    keeps the downloaded packages; with OFFLINE=1 nothing else is used
 # MIRROR: a Debian mirror; when not given, the one this machine installs from.
 set -euo pipefail
@@ -21,7 +21,7 @@ packages=(
     libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev libgtest-dev
     fonts-liberation
 )
-# In the closure, but of no use for linking or for running tests.
+# Dependencies that are needed neither for linking nor for running tests.
 unwanted=(perl perl-base 'perl-modules-*' 'libperl5.*' 'python3*' 'libpython3*' dpkg dpkg-dev tar passwd adduser debconf
     libllvm15 libgl1-mesa-dri qmake6-bin 'gir1.2-*')
 

@@ -18,8 +18,7 @@ packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
 packages_artwork=(librsvg2-bin optipng)
 packages_tidy=(clang-format clang-tidy)
 
-# install_missing PACKAGE...: installs what is not installed yet, in one line; nothing is asked of the network when
-# nothing is missing.
+# install_missing PACKAGE...: installs the packages that are not installed yet. Uses the network only if one is missing.
 install_missing() {
     local missing=() name
     for name in "$@"; do
@@ -51,8 +50,8 @@ install_missing() {
     fi
 }
 
-# Reads what ninja says and shows how far it is: one moving line on a terminal, else a line every hundred steps.
-# Nothing when nothing is made: looking for new source files is a step that always runs.
+# Reads ninja's output and shows the progress: one changing line on a terminal, else a line every hundred steps.
+# Shows nothing if nothing is built; the check for new source files always runs and does not count.
 show_building() {
     local preset=$1 line part step last='' begun=''
     while IFS= read -r line; do
@@ -87,7 +86,7 @@ build_preset() {
         say "configuring ($preset)"
         cmake --preset "$preset" >"$log" 2>&1 || { tail -n 40 "$log" >&2; return 1; }
     fi
-    # Whoever ends this script, ends the building.
+    # The build ends when this script is killed.
     if NINJA_STATUS='[%f/%t] ' setpriv --pdeathsig TERM -- ninja -C "$dir" "$@" 2>&1 | tee "$log" |
         show_building "$preset"; then
         return 0
