@@ -1,5 +1,5 @@
 // 10,000 completions through the adapter: none lost, none out of order, and their rate against plain queued signals
-// between the same two threads. Median of ten rounds, turn about.
+// between the same two threads. Median of ten alternating rounds.
 #include "fakes/fakews.h"
 #include "figures.h"
 #include "service/velmorametatypes.h"

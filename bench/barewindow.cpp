@@ -1,4 +1,4 @@
-// The yardstick: the least that a full-screen Qt program can be, one window of 1280 x 720 with one picture.
+// The yardstick: the smallest full-screen Qt program, one window of 1280 x 720 with one picture.
 #include <QApplication>
 #include <QPainter>
 #include <QPixmap>

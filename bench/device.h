@@ -25,7 +25,7 @@ class Watched {
 public:
     Watched(const QString &program, const QStringList &arguments, const QProcessEnvironment &environment);
     ~Watched();
-    // The next observation of this kind; others are skipped. Nothing after the time, or when the program has ended.
+    // The next observation of this kind; others are skipped. Empty after the time limit, or if the program has ended.
     std::optional<Observation> next(const QByteArray &what, const QByteArray &detail, int milliseconds);
     void forget(); // all observations so far
     qint64 pid() const { return m_process.processId(); }
@@ -47,7 +47,7 @@ class Device {
 public:
     Device();
     ~Device();
-    // Starts the service and sets the device up with the demo account. False: said on standard error.
+    // Starts the service and sets the device up with the demo account. False on failure, which standard error explains.
     bool prepare();
     std::unique_ptr<Watched> startRadio(const QByteArray &audioSink, bool hasMenu);
     bool key(const QStringList &names); // through the menu system

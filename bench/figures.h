@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// What the benchmarks print and how they sum up. One line a number: "name: value (bound x): met".
+// Output and statistics of the benchmarks. Each number is one line: "name: value (bound x): met".
 namespace figures {
 
 double median(std::vector<double> values); // 0 for none

@@ -1,4 +1,4 @@
-// Linked into the programs that are measured, and into nothing else: says on standard output what happened and when, as
+// Linked into the measured programs only. Reports on standard output what happened and when, as
 // "bench,WHAT,DETAIL,monotonic microseconds,microseconds of CPU time of the process so far". The radio's own code is
 // the product's, unchanged.
 #ifdef BENCH_SERVICE
@@ -71,7 +71,7 @@ void installObserver()
     auto *const observer = new Observer(qApp);
     qApp->installEventFilter(observer);
 #ifdef BENCH_SERVICE
-    // Heard on the library's own thread, at the moment of its arrival.
+    // Called on the library's thread, at the moment of the arrival.
     QObject::connect(
         VelmoraWebService::getInstance(), &VelmoraWebService::signalGetStationListDone, observer,
         [] { say("stationlist", ""); }, Qt::DirectConnection);

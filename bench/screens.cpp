@@ -32,8 +32,8 @@ double processCpuMs()
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-// Counts what is painted, and times every turn of the event loop in which something was: from the waking (a timer is
-// due) to the moment before the loop sleeps again, when all of it is painted.
+// Counts what is painted, and times every turn of the event loop that paints: from the wake-up (a timer is due) to the
+// moment before the loop sleeps again, when everything is painted.
 class PaintWatch : public QObject {
 public:
     PaintWatch()

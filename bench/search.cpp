@@ -13,7 +13,7 @@ using namespace velmora::server;
 
 namespace {
 
-// Words of two to four syllables: as varied as names are, and many that share their beginnings.
+// Words of two to four syllables, as varied as names; many share their first letters.
 class Words {
 public:
     std::string word()
@@ -71,7 +71,7 @@ int main()
             }
             service.catalogue.put(tracks);
         }
-        // What people type: whole names, beginnings of every length, one and two letters, insides, nothing that exists.
+        // What people type: whole names, prefixes of every length, one or two letters, inner parts, unknown texts.
         std::vector<std::pair<const char *, std::string>> texts;
         for (int i = 0; i < 500; ++i) {
             const std::string &song = songs[static_cast<size_t>(words.pick(static_cast<int>(songs.size())))];

@@ -38,7 +38,7 @@ std::optional<Start> untilPainted(Watched &program, qint64 startUs, bool hasPare
     const auto painted = program.next("painted", {}, 20000);
     if (hasParent)
         start.parentMs = cpuMsOf(program.process().processId());
-    program.process().kill(); // nothing that follows is measured, and an orderly end takes its time
+    program.process().kill(); // an orderly exit would take time, and nothing after this is measured
     program.process().waitForFinished();
     if (!painted)
         return std::nullopt;

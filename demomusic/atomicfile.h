@@ -6,8 +6,8 @@
 
 namespace velmora::demo {
 
-// A file that appears whole or not at all: written under a name of its own beside its place, then renamed. Readable by
-// the service's own user only.
+// A file that appears complete or not at all: it is written under a temporary name in the same folder, then renamed.
+// Only the user of the service can read it.
 class AtomicFile {
 public:
     explicit AtomicFile(std::filesystem::path target);

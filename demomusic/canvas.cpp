@@ -18,7 +18,7 @@ cairo_status_t append(void *stream, const unsigned char *data, unsigned int leng
 
 } // namespace
 
-// cairo answers failure with inert objects, never with null; write() finds out.
+// On failure cairo returns inert objects, never null; write() detects it.
 Canvas::Canvas()
     : m_surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, side, side))
     , m_cairo(cairo_create(m_surface))

@@ -11,14 +11,14 @@
 
 namespace velmora::demo {
 
-// The order in which the catalogue is made: first one track of every style, those first that somebody waits for; then
-// the advertisements, which are short; then the rest. Any thread.
+// The order in which the catalogue is made: one track of every style (requested styles first), then the advertisements,
+// which are short, then the rest. Any thread.
 class MakingOrder {
 public:
     // `made` says which tracks are there already.
     MakingOrder(const std::vector<DemoTrack> &tracks, const std::function<bool(const DemoTrack &)> &made);
 
-    // Somebody waits for music of these styles; replaces earlier wishes.
+    // Requests music of these styles first; replaces earlier requests.
     void want(std::set<std::string> styles);
 
     struct Advertisements {};
@@ -26,7 +26,7 @@ public:
         DemoTrack track;
         bool isUrgent = false; // its style has nothing to play yet
     };
-    // What is made next; nothing when all has been given out.
+    // What to make next; empty when everything has been handed out.
     std::optional<std::variant<Track, Advertisements>> next();
 
 private:

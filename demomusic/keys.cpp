@@ -31,7 +31,7 @@ Buffer piano(const Note &note, float softness)
     const double f = frequency(note.pitch), velocity = double(note.velocity);
     const double stiffness = 0.00018 * std::exp2((note.pitch - 60) / 11.0);
     const double sustain = 9.5 * std::exp2(-(note.pitch - 48) / 15.0);
-    // The harder the hammer, the more high partials; felt takes them away.
+    // A harder hammer gives more high partials; felt removes them.
     const double tilt = (0.11 + 0.25 * (1 - velocity) + 0.34 * double(softness)) * std::exp2((note.pitch - 60) / 24.0);
     const int count = std::clamp(int(6500 / f), 3, 18);
     PartialBank bank;

@@ -68,8 +68,8 @@ void say(const std::string &line)
     std::fflush(stdout);
 }
 
-// Takes wishes until standard input ends, then ends the program at once: a track takes seconds and leaves only whole
-// files behind.
+// Reads requests for styles until standard input ends, then ends the program at once. An unfinished track leaves no
+// incomplete file behind.
 [[noreturn]] void attend(MakingOrder &order)
 {
     std::set<std::string> styles;
@@ -113,5 +113,5 @@ int main(int argc, char *argv[])
     });
     say("done");
     std::fflush(nullptr);
-    ::_exit(isWhole ? 0 : exitFailure); // the thread that takes wishes may still wait for one
+    ::_exit(isWhole ? 0 : exitFailure); // the thread that reads requests may still be waiting
 }

@@ -164,7 +164,7 @@ void Mixer::master(const Mastering &mastering)
             if (mastering.drive > 0)
                 sample = rounded(sample * push) / push * 1.1f;
         }
-    // What the rounding took is given back before the limiter has the last word.
+    // Restores the loudness that the soft clipping removed; the limiter comes last.
     const float back = float(std::pow(10, std::min(6.0, mastering.loudness - loudness(m_left, m_right)) / 20));
     for (Buffer *channel : {&m_left, &m_right})
         for (float &sample : *channel)

@@ -6,8 +6,8 @@
 
 namespace velmora::demo {
 
-// A small generator with the same sequence everywhere; the distributions of the standard library differ between
-// implementations, and a catalogue that sounds different after an upgrade would lose its cached files' meaning.
+// A small generator with the same sequence on every system. The distributions of the standard library differ between
+// implementations, so cached files would no longer match the catalogue after an upgrade.
 class Random {
 public:
     explicit Random(uint64_t seed)

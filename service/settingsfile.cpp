@@ -28,12 +28,12 @@ Content contentOf(const QString &fileName)
         return Content::Damaged;
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return Content::Unreadable; // too many open files, for example: that says nothing about the content
+        return Content::Unreadable; // for example too many open files; the content may be sound
     const bool hasNul = file.readAll().contains('\0');
     if (file.error() != QFileDevice::NoError)
         return Content::Unreadable;
     const QSettings probe(fileName, QSettings::IniFormat);
-    probe.allKeys(); // sections are parsed, and found wrong, only when they are asked for
+    probe.allKeys(); // QSettings parses sections, and finds errors in them, on first access only
     return hasNul || probe.status() == QSettings::FormatError ? Content::Damaged : Content::Sound;
 }
 

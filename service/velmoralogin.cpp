@@ -155,7 +155,7 @@ void VelmoraLogin::handleWebServiceRet(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e
     }
     const int cmd = wsreply::commandId(h_handle);
     qDebug("VelmoraLogin,handleWebServiceRet,cmdID=%d.", cmd);
-    // A receiver may end this object from here on: nothing of it is used after a signal.
+    // A receiver may delete this object from here on, so no member is used after a signal.
     switch (cmd) {
     case VLM_WS_MSGID_PARTNER_LOGIN:
         qDebug("VelmoraLogin,handleWebServiceRet,partner login rentun ok...");

@@ -26,13 +26,13 @@ QString prepared(const QString &fileName, QSettings::Format format)
     if (file.isReadable)
         return fileName;
     qWarning("VelmoraSettings,new,%s cannot be opened,nothing is read or stored", qUtf8Printable(fileName));
-    // QSettings takes a file that it cannot read for an empty one and would write over it. Below a file there is
-    // nothing to read, and nothing can be written.
+    // QSettings treats an unreadable file as empty and would overwrite it. A path below a plain file can be neither
+    // read nor written.
     return fileName + QStringLiteral("/unreadable");
 }
 
-// Begins to read the array and returns the indexes, from 0, of the entries that the file holds. The size that it claims
-// may be damaged: it only limits them, where it is a size at all.
+// Begins to read the array and returns the indexes, from 0, of the entries that the file holds. The stored size may be
+// damaged; a valid one only limits the indexes.
 QList<int> beginHeldArray(QSettings &settings, const QString &group)
 {
     settings.beginReadArray(group);

@@ -8,7 +8,7 @@
 
 // What the application remembers between runs. An object lives on the stack for one operation; its destructor flushes
 // the file system. A file with damaged content is kept under another name, and an empty one is started. A file that
-// cannot be opened reads as empty, stores nothing and stays what it is. GUI thread; during a token renewal also the
+// cannot be opened reads as empty, stores nothing and is not changed. GUI thread; during a token renewal also the
 // web-service callback's thread, with an object of its own.
 class VelmoraSettings : public QSettings {
     Q_OBJECT

@@ -1,6 +1,6 @@
 #include "service/velmorawebservice.h"
 
-// One wrapper a request: the library's parameters in its order, the adapter's callback in the place of the library's.
+// One wrapper for each request: the library's parameters in its order, with the adapter's callback.
 
 namespace {
 

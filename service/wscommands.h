@@ -10,7 +10,7 @@ struct Command {
     bool isPartnerTokenOnly; // the request needs a new partner login, and no user login
 };
 
-// The reserved command's entry for anything that is not 0 to 35.
+// Any number; a number outside 0 to 35 gives the entry of a reserved command.
 const Command &command(int id);
 // Whether a token renewal sends the request again. It drops the others. Any number.
 bool isSentAgain(int id);

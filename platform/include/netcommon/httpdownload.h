@@ -8,7 +8,7 @@
 namespace netcommon {
 
 // Downloads pictures, one at a time: a new request replaces the current one, which then reports nothing.
-// GUI thread only. Owned by whoever creates it.
+// GUI thread only. The creator owns it.
 class NETCOMMON_EXPORT HttpDownload : public QObject {
     Q_OBJECT
 public:

@@ -4,8 +4,8 @@
 
 namespace netcommon {
 
-// The way to the device's menu system. One instance a process, made on first use and deleted by the program's main;
-// GUI thread only.
+// Sends messages to the device's menu system. One instance per process, created on first use and deleted by the
+// program's main; GUI thread only.
 class NETCOMMON_EXPORT Ipc {
 public:
     static Ipc *getInstance();

@@ -22,8 +22,8 @@ public slots:
     void responseParent(int type);
 
 signals:
-    // The menu system ends the application (isFromParent true). Until responseParent(2) a receiver that connects after
-    // the order came is told, too.
+    // The menu system ends the application (isFromParent true). Until responseParent(2), receivers that connect after
+    // the order get it, too.
     void signalExit(bool isFromParent, bool isSystemError);
     void signalScreenSaver(bool fgEnter);
 

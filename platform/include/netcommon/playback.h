@@ -9,8 +9,8 @@ namespace netcommon {
 // What the playback thread reports. One instance per process; it lives in the GUI thread, which alone emits its
 // signals. For one address the order is: signalPlayURLOK, signalPlayResult, then (result >= 0) signalPlayOk and
 // signalNotifyTotalTime, later signalGetFileEOF, and last signalGotoPlayNextSong, shortly before the last sample.
-// Nothing of a replaced track is reported after the command that replaced it; what is left of its sound is still heard
-// if the next track was asked for.
+// After a command that replaces a track nothing is reported about that track. The rest of its sound is still heard if
+// signalGotoPlayNextSong has been emitted for it.
 class NETCOMMON_EXPORT Playback : public QObject {
     Q_OBJECT
 public:

@@ -6,10 +6,10 @@
 
 namespace netcommon {
 
-// Plays audio. Both commands return at once and may be called from any thread; what comes of them is reported by
-// Playback. Owned by whoever creates it, who tells it PLAYBACK_TYPE_END and waits before deleting it.
+// Plays audio. Both commands return at once and may be called from any thread; Playback reports their results. The
+// creator owns the object, sends PLAYBACK_TYPE_END and waits for the thread before deleting it.
 // VELMORA_AUDIO_SINK in the environment chooses the sink, as gst-launch-1.0 describes it ("alsasink device=hw:1");
-// without it, or empty, the best device that works is used, and none at all is replaced by silence in real time.
+// if it is unset or empty, the best working device is used, or silence in real time if there is none.
 class NETCOMMON_EXPORT PlaybackThread : public QThread {
     Q_OBJECT
 public:
