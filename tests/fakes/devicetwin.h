@@ -3,9 +3,9 @@
 #include <QString>
 #include <QStringList>
 
-// The tests' device: the same paths as the product's under a private root, and shell commands that are recorded
-// instead of run. The root is what setPrivateRoot says, else the environment's VELMORA_PRIVATE_ROOT, else a folder that
-// is removed when the process ends.
+// The device of the tests: the product's paths under a private root; shell commands are recorded and not run. The root
+// is the argument of setPrivateRoot, else the environment variable VELMORA_PRIVATE_ROOT, else a folder that is removed
+// when the process ends.
 class DeviceTwin {
 public:
     static void setPrivateRoot(const QString &root); // makes the folders that a device has

@@ -24,7 +24,7 @@ public:
     // --- what the radio reads. Pause, resume and stop change the state at once and are reported by queued signals.
     static int state;
     static void setBuffer(quint32 startMs, quint32 endMs);
-    // Every address plays by itself: playOk(autoPlaySeconds), queued. 0 (the start): the test says so.
+    // Every address plays by itself: playOk(autoPlaySeconds), queued. 0, the default: the test calls playOk().
     static int autoPlaySeconds;
 
     // --- what is reported, at once

@@ -8,7 +8,7 @@
 #include <functional>
 #include <vector>
 
-// Memory of one request record: parameters and reply live in it and go with it.
+// Memory of one request record. Owns its parameters and its reply.
 class FakeArena {
 public:
     FakeArena() = default;
@@ -83,7 +83,7 @@ struct FakeSearchArtist {
     QByteArray artistName;
 };
 
-// How to build a reply. Every completion builds its own copy, which dies with its handle.
+// Describes a reply. Every completion builds its own copy, which is freed with its handle.
 class FakeReply {
 public:
     using Build = std::function<void *(FakeArena &)>;

@@ -9,8 +9,9 @@
 #include <QPointer>
 #include <QStringList>
 
-// Screens that only say that they were asked for: a test of one screen sees where it leads. One instance a test; it
-// registers itself as the factory and takes itself back. Every screen it has made is gone afterwards. GUI thread only.
+// Screens that only record that they were requested, so that a test of one screen sees which screen follows. One
+// instance per test; it registers itself as the factory, and its destructor unregisters it and deletes every screen
+// that it made. GUI thread only.
 class FakeScreens : public ScreenFactory {
 public:
     FakeScreens();

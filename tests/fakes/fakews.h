@@ -35,7 +35,7 @@ public:
 
     static FakeWs &instance();
 
-    // Everything as at the start; what is under way is forgotten. Waits for a callback that is running.
+    // Restores the initial state and drops pending requests. Waits for a running callback.
     void reset(Delivery delivery = Delivery::Thread);
 
     // --- script
@@ -47,7 +47,7 @@ public:
     // Partner login, user login, device association and the station list succeed for `userName`.
     void autoLogin(const QByteArray &userName, const FakeReply &stationList);
 
-    // Completes one request now; false when there is none that waits. completeNext takes the oldest of the command.
+    // Completes one request now; false if none is waiting. completeNext takes the oldest of the command.
     bool complete(HANDLE_T handle, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {});
     bool completeNext(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {});
     int deliver(); // OnDemand: everything, including what it leads to; how many
@@ -76,7 +76,7 @@ public:
     bool isLive(HANDLE_T handle) const;
     int releases() const;
     int doubleReleases() const;
-    // Why the books do not balance: handles that live, releases of 0 or of a handle given back before. Empty: all well.
+    // What is wrong with the handles: unreleased ones, releases of 0, double releases. Empty if all is well.
     QString leftovers() const;
 
     struct Private;

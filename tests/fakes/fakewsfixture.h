@@ -4,7 +4,7 @@
 
 #include <QtTest>
 
-// One test's web service: starts clean, and fails the test when a handle was kept or given back twice.
+// The web service of one test: starts empty, and fails the test if a handle was leaked or released twice.
 class FakeWsFixture {
 public:
     explicit FakeWsFixture(FakeWs::Delivery delivery = FakeWs::Delivery::Thread)

@@ -10,8 +10,8 @@
 #include <thread>
 #include <type_traits>
 
-// A request record with the memory that hangs on it. A released record keeps its address until reset(), so that a
-// second release is recognised; its first bytes are poisoned against readers.
+// A request record and its memory. A released record keeps its address until reset(), so that a second release is
+// detected; its first bytes are poisoned to detect late reads.
 struct FakeRequest {
     VLM_WS_REQUEST_T record{};
     FakeCall call;

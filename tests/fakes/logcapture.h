@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-// Takes the log while it lives: every line of any thread, in order, printed nowhere. One at a time.
+// Captures the log while it exists: every line of any thread, in order; nothing is printed. One at a time.
 class LogCapture {
 public:
     LogCapture()

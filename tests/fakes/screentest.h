@@ -26,7 +26,7 @@ enum RemoteKey {
     TopMenu = 0x0100010A
 };
 
-// To the widget that has the focus in `screen`, else to `screen` itself; with propagation like a real key.
+// Sent to the widget that has the focus in `screen`, else to `screen` itself; propagated like a real key.
 void keyPress(QWidget *screen, int key);
 void keyRelease(QWidget *screen, int key);
 void key(QWidget *screen, int key); // both; the screen may be gone afterwards
@@ -49,7 +49,8 @@ int livingScreens();          // top-level dialogs that are screens or boxes, hi
 // Runs deferred deletions and everything that is queued.
 void settle();
 
-// Once a program, before its first screen: the types of queued signals; the last window that closes ends nothing.
+// Called once per program, before its first screen. Registers the types of queued signals; closing the last window does
+// not quit.
 inline void prepare()
 {
     registerVelmoraMetaTypes();

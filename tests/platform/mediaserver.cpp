@@ -16,8 +16,8 @@ namespace {
 
 constexpr char askedProperty[] = "asked"; // property of a socket on which a request came
 constexpr int paceMs = 20;
-constexpr qint64 inFlight =
-    64 * 1024; // most bytes in the socket, so that the server notices a client that stops reading
+// Most bytes in the socket, so that the server notices a client that stops reading.
+constexpr qint64 inFlight = 64 * 1024;
 
 void reset(QTcpSocket *socket)
 {

@@ -1,4 +1,4 @@
-// Create station: searching, choosing, making, and every way it can fail.
+// Create station: searching, choosing, creating, and every possible failure.
 
 #include "fakes/fakekeyboard.h"
 #include "fakes/fakenetwork.h"

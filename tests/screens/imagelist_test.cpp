@@ -10,7 +10,7 @@
 
 namespace {
 
-// Counts what a widget is asked to paint, and the timer events that it gets.
+// Counts the pixels that a widget is asked to paint, and its timer events.
 class Watch : public QObject {
 public:
     explicit Watch(QWidget *watched) { watched->installEventFilter(this); }
@@ -73,7 +73,7 @@ public:
     ImageListWidget list;
 };
 
-// A text just as wide as wanted; empty when there is none.
+// A text of exactly this width; empty if there is none.
 QString textOfWidth(const QFontMetrics &metrics, int width)
 {
     QString base;
@@ -237,7 +237,7 @@ private slots:
         QVERIFY(pause && pause->isActive() && pause->isSingleShot());
         QCOMPARE(pause->interval(), 1000);
         pause->stop();
-        // A short text, so that its whole turn can be waited for.
+        // A short text, so that the test can wait for its whole turn.
         label->setText("ab");
         const int width = label->fontMetrics().horizontalAdvance("ab");
         Watch watch(label);

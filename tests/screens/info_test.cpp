@@ -10,7 +10,7 @@
 
 namespace {
 
-// A parent as the player screen: it can take the explanation away.
+// A parent that can close the explanation, as the player screen can.
 class Parent : public QWidget {
     Q_OBJECT
 signals:

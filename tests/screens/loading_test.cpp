@@ -1,4 +1,4 @@
-// The loading screen: every road from the start of the radio to the screen that follows.
+// The loading screen: every path from the start of the radio to the next screen.
 #include "account/loadingdlg.h"
 #include "screens/accountfixture.h"
 

@@ -1,4 +1,4 @@
-// What a machine can see of the player screen in its states.
+// Automatic checks of the player screen's look in its states.
 
 #include "screens/lookcheck.h"
 #include "screens/playerrig.h"

@@ -72,7 +72,7 @@ double ratio(double one, double other)
     return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
-// Of the letters' strongest pixels against the middle of everything around them.
+// The contrast between the strongest pixels of the letters and the median of their surroundings.
 double contrast(const QImage &picture, const QRect &where)
 {
     std::vector<double> all;

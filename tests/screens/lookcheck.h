@@ -7,9 +7,9 @@ class QWidget;
 // Checks what a program can see on a visible window. GUI thread only.
 namespace lookcheck {
 
-// One line a fault. Checked are: no text is cut, texts and controls are inside the safe area of the canvas, no two
-// siblings overlap, the contrast with the actual background is at least 4.5 to 1, and every control that can take the
-// focus has an accessible name.
+// Returns one line for each fault. The checks: no text is cut, texts and controls are inside the safe area of the
+// canvas, no two siblings overlap, the contrast with the actual background is at least 4.5 to 1, and every focusable
+// control has an accessible name.
 QStringList faults(QWidget *window);
 
 // Object names of the controls that look focused: an amber surface or an amber frame. The field that the on-screen

@@ -25,7 +25,7 @@ bool hasPlainBar(const ImageListWidget *list)
            QPixmap(":/images/FocusBar_Transparent.png").cacheKey();
 }
 
-// What can cover or rebuild the screen, to its end.
+// Everything that can cover or rebuild the screen, from start to end.
 void happens(PlayerRig &rig, const QString &event)
 {
     if (event == "box") {
@@ -150,8 +150,8 @@ private slots:
 
     void oneControlIsFocusedAfterwards()
     {
-        // One screen for each event, which goes round the whole ring. What plays another track stays on it for three
-        // places: a station may skip six times.
+        // Each event has one screen and is tried at every place of the ring. Events that start another track share a
+        // screen for three places only, because a station allows six skips.
         const std::pair<const char *, int> events[] = {
             {"box", 7},         {"menu", 7},       {"menu entry", 7}, {"about", 7},        {"explanation", 7},
             {"refill", 3},      {"next track", 3}, {"deletion", 3},   {"screen saver", 7}, {"hidden and shown", 7},

@@ -199,7 +199,7 @@ private slots:
         rig.finishTrack();
         BoxAnswer answers({BoxAnswer::Ok});
         rig.answer(VLM_WS_MSGID_GET_AD_METADATA, VLM_WS_ERR_INTERNAL); // to the next one
-        FakePlayback::playOk(10);                                      // nothing was started: some late result
+        FakePlayback::playOk(10);                                      // a late result; nothing was started
         QCOMPARE(rig.history()->count(), 1);
         QVERIFY(rig.log.contains("getmetadata not done!"));
         rig.answer(VLM_WS_MSGID_GET_AD_METADATA, VLM_WS_ERR_OK, FakeReply::adMetadata());

@@ -14,7 +14,7 @@
 #include <QLabel>
 #include <QPushButton>
 
-// The screens that the player opens over itself are the real ones, all others only say that they were asked for.
+// The screens that the player opens over itself are real; all others only record that they were requested.
 class PlayerScreens : public FakeScreens {
 public:
     PlayerPort *player() override;
@@ -48,7 +48,7 @@ public:
     void tick() const { call("checkwaterline"); }
     void finishTrack(); // it has been heard to its end, and the next is being started
     void answer(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &reply = {}); // the oldest that waits; then run()
-    void run(); // everything that is on its way has arrived
+    void run(); // returns when everything queued has been delivered
     int sent(int cmd) const { return service.ws.count(cmd); }
     QByteArray sentText(int cmd, int parameter = 0) const; // of the last request
 

@@ -298,7 +298,7 @@ private slots:
         QSignalSpy fatal(m_screen, &VelmoraParentWidget::signalFatalErr);
         const QString text = m_screen->handleWSError(VLM_WS_ERR_ACCOUNT_INACTIVE);
         QVERIFY2(text.contains(" listener support at ") && text.section(" at ", 1).contains('@'), qPrintable(text));
-        m_screen->handleWSError(5098); // the twin knows one code only
+        m_screen->handleWSError(5098); // handleWSError knows one code only
         m_screen->handleWSError(5099);
         m_screen->handleWSError(5099);
         QCOMPARE(answers.shown(), 1);
@@ -444,7 +444,7 @@ private slots:
         QVERIFY(m_screen->focusWidget() != m_screen->button);
         screentest::key(m_screen, screentest::Select);
         QCOMPARE(clicks.size(), 0);
-        m_screen->button->setFocus(); // as a screen does that gets its focus back
+        m_screen->button->setFocus(); // as a screen does when its focus returns
         FakeIpc::screenSaver(false);
         QVERIFY(m_screen->focusWidget() != m_screen->button);
         m_screen->controlAnimation(false, "again"); // one at a time

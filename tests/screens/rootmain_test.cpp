@@ -21,7 +21,7 @@ int velmoraMain(int argc, char **argv); // main() of the radio
 
 namespace {
 
-// Done in the event loop of the application that the radio makes; then the menu system ends it.
+// Runs in the event loop of the radio's application; afterwards the menu system ends the application.
 std::function<void()> inTheRadio;
 
 void scheduleActs()

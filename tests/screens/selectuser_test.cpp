@@ -1,4 +1,4 @@
-// Account selection: rows, focus, choosing, deleting, the ways to a new account.
+// Account selection: rows, focus, choosing, deleting, adding an account.
 
 #include "account/selectuserdlg.h"
 #include "screens/accountfixture.h"

@@ -1,4 +1,4 @@
-// Text entry with the real keyboard: a key goes to the focused field, which passes on what is not its own.
+// Text entry with the real keyboard: a key goes to the focused field, which passes on the keys that it does not use.
 
 #include "account/signindlg.h"
 #include "screens/accountfixture.h"

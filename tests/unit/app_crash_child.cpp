@@ -1,4 +1,5 @@
-// Installs the crash reporter, says so, and does to itself what its argument names. Judged by app_crash_test.cpp.
+// Installs the crash reporter, reports that, and crashes in the way that its argument names. Used by
+// app_crash_test.cpp.
 #include "app/crashreporter.h"
 
 #include <csignal>
@@ -9,7 +10,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
-// Past the sanitizers' own checks: the processor is to notice.
+// Bypasses the checks of the sanitizers, so that the processor raises the signal.
 __attribute__((no_sanitize("address", "undefined", "thread"), noinline)) static void writeToNull()
 {
     int *volatile nowhere = nullptr;
@@ -39,7 +40,7 @@ int main(int argc, char **argv)
         asm volatile("xorl %%edx, %%edx\n\txorl %%eax, %%eax\n\txorl %%ecx, %%ecx\n\tdivl %%ecx" ::
                          : "eax", "ecx", "edx", "cc");
 #else
-        raise(SIGFPE); // these processors divide by zero without a word
+        raise(SIGFPE); // these processors do not trap a division by zero
 #endif
     else if (!std::strcmp(deed, "abort"))
         abort();

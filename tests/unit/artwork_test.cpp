@@ -1,4 +1,5 @@
-// Every picture that the code, a form or a style sheet names is there, has its size, and shows its master as it is now.
+// Every picture that the code, a form or a style sheet names exists, has its size, and is rendered from its current
+// master.
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -10,9 +11,9 @@
 
 namespace {
 
-// Sliced by the style sheets in pixels of the file: one size only.
+// The style sheets slice these in pixels of the file: one size only.
 const QStringList oneSize = {"Welcome_Bg", "DialogBox_Bg", "Menu_Bg"};
-// Without an edge that a third size would sharpen.
+// Soft pictures, without an edge that a third size would sharpen.
 const QStringList twoSizes = {"Main_Bg", "Screen_Bg", "thumnail_mask", "mst_thumnail_mask", "FocusBar_Transparent"};
 
 QByteArray readAll(const QString &path)

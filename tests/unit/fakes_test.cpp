@@ -12,7 +12,7 @@ void ignore(HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *)
 
 } // namespace
 
-// What the tests of the radio trust the stand-ins to notice.
+// The faults that the radio's tests rely on the fakes to detect.
 class FakesTest : public QObject {
     Q_OBJECT
 private slots:

@@ -11,7 +11,7 @@
 
 #include <memory>
 
-// What the screens would see: every completion signal that a renewal can touch, released like a screen does.
+// Records what screens would see: every completion signal that a renewal can affect. Releases handles as a screen does.
 class Receiver : public QObject {
 public:
     explicit Receiver(VelmoraWebService *service)

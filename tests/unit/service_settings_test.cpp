@@ -232,7 +232,7 @@ private slots:
         QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
         auto settings = open();
         setrlimit(RLIMIT_NOFILE, &old);
-        settings->addAccount("bob", "1"); // could be written by now, over what was not read
+        settings->addAccount("bob", "1"); // the file is writable again, but its content was not read
         settings.reset();
         QVERIFY(log.contains("cannot be opened"));
         QVERIFY(beside().isEmpty());

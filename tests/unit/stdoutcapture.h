@@ -20,7 +20,7 @@ public:
     ~StdoutCapture() { restore(); }
     StdoutCapture(const StdoutCapture &) = delete;
 
-    // Without flushing: what a supervisor that reads along has seen.
+    // Without flushing: what a supervisor that reads the output has seen so far.
     QByteArray take()
     {
         m_file.seek(0);
