@@ -14,6 +14,10 @@ namespace {
 // More than the high water line, 7 s, of anything up to 9.6 Mbit/s. With less the player screen could never resume.
 constexpr guint queueBytes = 8 * 1024 * 1024;
 constexpr guint64 sourceBytes = 512 * 1024;
+// A block of packed frames. With the headers of the box and of the allocator it fills whole pages of its own, which go
+// back to the system when it is freed.
+constexpr gsize blockBytes = 256 * 1024 - 64;
+constexpr gsize largestPacked = blockBytes / 8;
 
 bool startsWith(const gchar *text, const char *prefix)
 {
@@ -262,7 +266,10 @@ GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
             gst_segment_to_stream_time_full(&m_segment, GST_FORMAT_TIME, end, &end);
         if (static_cast<qint64>(end) > m_endNs.load())
             m_endNs = static_cast<qint64>(end);
-        return static_cast<qint64>(end) > m_setup.startAtMs * GST_MSECOND ? GST_PAD_PROBE_OK : GST_PAD_PROBE_DROP;
+        if (static_cast<qint64>(end) <= m_setup.startAtMs * GST_MSECOND)
+            return GST_PAD_PROBE_DROP;
+        pack(info);
+        return GST_PAD_PROBE_OK;
     }
     GstEvent *const event = GST_PAD_PROBE_INFO_EVENT(info);
     if (GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT)
@@ -270,6 +277,30 @@ GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
     else if (GST_EVENT_TYPE(event) == GST_EVENT_EOS)
         m_isReceived = true;
     return GST_PAD_PROBE_OK;
+}
+
+// A parser's frame is a part of a fetched chunk, or a copy if it lies in two chunks, which then both stay in memory,
+// too. So a frame that will wait for long is copied next to the one before it, and the chunks are freed at once.
+void PlaybackPipeline::pack(GstPadProbeInfo *info)
+{
+    GstBuffer *const frame = GST_PAD_PROBE_INFO_BUFFER(info);
+    const gsize size = gst_buffer_get_size(frame);
+    if (size == 0 || size > largestPacked)
+        return;
+    if (!m_block || m_blockUsed + size > blockBytes) {
+        m_block.reset(static_cast<char *>(g_atomic_rc_box_alloc(blockBytes)));
+        m_blockUsed = 0;
+    }
+    char *const place = m_block.get() + m_blockUsed;
+    m_blockUsed += size;
+    gst_buffer_extract(frame, 0, place, size);
+    GstBuffer *const packed = gst_buffer_new();
+    gst_buffer_copy_into(packed, frame, GST_BUFFER_COPY_METADATA, 0, -1);
+    gst_buffer_append_memory(packed,
+                             gst_memory_new_wrapped(GST_MEMORY_FLAG_READONLY, place, size, 0, size,
+                                                    g_atomic_rc_box_acquire(m_block.get()), g_atomic_rc_box_release));
+    gst_buffer_unref(frame);
+    GST_PAD_PROBE_INFO_DATA(info) = packed;
 }
 
 // Behind the decoder, while there is no sink: audio waits here. The events in front of it pass.

@@ -23,13 +23,20 @@ PlaybackSink makePlaybackSink(const QByteArray &description, QByteArray *problem
 // The sink, as opened, throws the sound away.
 bool isSilent(GstElement *sink);
 
+// One reference to memory of g_atomic_rc_box_alloc().
+struct AtomicBoxRelease {
+    void operator()(char *box) const { g_atomic_rc_box_release(box); }
+};
+using AtomicBox = std::unique_ptr<char, AtomicBoxRelease>;
+
 // The GStreamer pipeline of one track:
 //
 //   appsrc ! parsebin ! queue of parsed frames, bounded in bytes ! decodebin ! audioconvert ! audioresample ! sink
 //
-// The queue holds frames with their times, so the buffered amount is known in milliseconds for every format. The sink
-// may be attached late: until then the decoded audio waits in front of it. Created, used and destroyed by the playback
-// thread; GStreamer's threads only push events into the inbox and set the atomics.
+// The queue holds frames with their times, so the buffered amount is known in milliseconds for every format. They are
+// packed into large blocks, each of which is freed once its last frame was played. The sink may be attached late: until
+// then the decoded audio waits in front of it. Created, used and destroyed by the playback thread; GStreamer's threads
+// only push events into the inbox and set the atomics.
 class PlaybackPipeline {
 public:
     struct Setup {
@@ -72,6 +79,7 @@ private:
     GstPadProbeReturn parsedProbe(GstPadProbeInfo *info);
     GstPadProbeReturn decodedProbe(GstPadProbeInfo *info);
     GstPadProbeReturn renderProbe(GstPadProbeInfo *info);
+    void pack(GstPadProbeInfo *info);
     void linkParsed(GstPad *pad);
     void linkDecoded(GstPad *pad);
     void unknownType(GstElement *bin, GstPad *pad, GstCaps *caps);
@@ -102,7 +110,10 @@ private:
     std::atomic<bool> m_isEmpty{false};
     std::atomic<bool> m_hasSinkFailed{false};
     std::atomic<GstElement *> m_watchedSink{nullptr}; // m_sink, for the threads that post messages
-    GstSegment m_segment;                             // streaming thread in front of the queue only
+    // Streaming thread in front of the queue only.
+    GstSegment m_segment;
+    AtomicBox m_block;     // the block that pack() fills, null: none yet
+    gsize m_blockUsed = 0; // bytes at its beginning
     qint64 m_inSinkNs = 0; // duration of the buffer that the sink is busy with; streaming thread behind the queue only
 };
 
