@@ -13,6 +13,7 @@
 #include "service/velmorasettings.h"
 #include "service/velmorawebservice.h"
 #include "ui_velmoramaindlg.h"
+#include "widgets/tiledbackground.h"
 
 #include <QDebug>
 
@@ -40,6 +41,7 @@ VelmoraMainDlg::VelmoraMainDlg()
 {
     qDebug("new VelmoraMainDlg");
     ui->setupUi(this);
+    new TiledBackground(QStringLiteral(":/images/Main_Bg.png"), ui->velmoraMainFrame);
     initPlaybackInfo();
     showEntryTexts(QString(), QString(), QString(), false);
     ui->stationIconLabel->hide();
