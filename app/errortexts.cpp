@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr int NetworkFailure = -504;
-constexpr int AccountInactive = 5099;
+constexpr int networkFailure = -504;
+constexpr int accountInactive = 5099;
 
 struct Row {
     int code;
@@ -15,7 +15,7 @@ struct Row {
 // The missing blanks after the commas and the stray blank before ".Please" are deliberate: translations are looked up
 // by these texts.
 const Row rows[] = {
-    {NetworkFailure,
+    {networkFailure,
      {QT_TRANSLATE_NOOP("VelmoraParentWidget",
                         "A network error has occurred.  Please check your network connection and try again."),
       false}},
@@ -31,7 +31,7 @@ const Row rows[] = {
                         "Sorry,this token is invalid now .Please contact Velmora listener support at "),
       true}},
     {5098, {QT_TRANSLATE_NOOP("VelmoraParentWidget", "Invalid username or password, please try again."), false}},
-    {AccountInactive,
+    {accountInactive,
      {QT_TRANSLATE_NOOP("VelmoraParentWidget",
                         "Sorry,this account is no longer active.Please contact Velmora listener support at "),
       true}},
@@ -77,11 +77,11 @@ Reaction reactionTo(int code, Place place)
 {
     switch (place) {
     case Place::Player:
-        if (code == AccountInactive)
+        if (code == accountInactive)
             return Reaction::SignOut;
-        return code == NetworkFailure ? Reaction::Leave : Reaction::Stay;
+        return code == networkFailure ? Reaction::Leave : Reaction::Stay;
     case Place::Loading:
-        return code == AccountInactive ? Reaction::SelectAccount : Reaction::Leave;
+        return code == accountInactive ? Reaction::SelectAccount : Reaction::Leave;
     case Place::Account:
         break;
     }

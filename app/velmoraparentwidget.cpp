@@ -14,7 +14,7 @@
 #include <QKeyEvent>
 
 namespace {
-constexpr int IdleLimitMs = 28'800'000; // 8 hours
+constexpr int idleLimitMs = 28'800'000; // 8 hours
 }
 
 QQueue<_VELMORA_UI_TYPE_E> VelmoraParentWidget::m_ui_type_queue;
@@ -264,7 +264,7 @@ void VelmoraParentWidget::runTimer()
 {
     if (m_idleTimer->isActive())
         m_idleTimer->stop();
-    m_idleTimer->start(IdleLimitMs);
+    m_idleTimer->start(idleLimitMs);
 }
 
 void VelmoraParentWidget::stopTimer()

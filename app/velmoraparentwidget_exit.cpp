@@ -11,7 +11,7 @@
 #include <algorithm>
 
 namespace {
-constexpr int IdleRepeatMs = 3'000; // while nothing plays
+constexpr int idleRepeatMs = 3'000; // while nothing plays
 }
 
 QPointer<VelmoraParentWidget> VelmoraParentWidget::m_networkScreen;
@@ -118,7 +118,7 @@ void VelmoraParentWidget::NohandleTimeOut()
         return; // the screen on top asks; this timer is restarted when this screen is shown again
     // A paused track counts as going on: the water line pauses it as well as the listener.
     if (m_isAnimation || (state != PLAYBACK_STATE_PLAYING && state != PLAYBACK_STATE_PAUSED)) {
-        m_idleTimer->start(IdleRepeatMs);
+        m_idleTimer->start(idleRepeatMs);
         return;
     }
     stopCurrentSong();

@@ -16,7 +16,7 @@ const QString focusedLook = QStringLiteral("border-image: url(:/images/Btn_F.png
 const QString unfocusedLook = QStringLiteral("border-image: url(:/images/Btn_N.png);\ncolor: rgb(255, 255, 255);");
 const QString formLook = QStringLiteral("border-image: url(:/images/Button_Normal_H.png);\ncolor: rgb(255, 255, 255);");
 
-constexpr int StillOpen = -1; // no key ended the box
+constexpr int stillOpen = -1; // no key ended the box
 
 } // namespace
 
@@ -40,7 +40,7 @@ private slots:
             {3, {left, left, select}, 1}, // stays on OK
             {3, {left, right, select}, 0},
             {3, {right, screentest::Up, screentest::Down, select}, 0}, // change nothing
-            {3, {left, right, left}, StillOpen},
+            {3, {left, right, left}, stillOpen},
             {0, {Qt::Key_Return}, 1},
             {1, {left, right, select}, 1},
             {2, {left, right, select}, 1},
@@ -158,7 +158,7 @@ private slots:
     }
 
 private:
-    // Runs the box modally and `act` in it; its result, or StillOpen when it had to be taken away.
+    // Runs the box modally and `act` in it; its result, or stillOpen when it had to be taken away.
     static int run(MsgboxDlg &box, const std::function<void()> &act)
     {
         bool isOpen = false;
@@ -169,7 +169,7 @@ private:
                 box.reject();
         });
         const int result = box.exec();
-        return isOpen ? StillOpen : result;
+        return isOpen ? stillOpen : result;
     }
 };
 

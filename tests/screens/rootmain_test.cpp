@@ -55,12 +55,12 @@ private slots:
         FakePlayback::reset();
         inTheRadio = nullptr;
         // The test keeps its own handlers of fatal signals.
-        for (int i = 0; i < SignalCount; ++i)
+        for (int i = 0; i < signalCount; ++i)
             sigaction(fatalSignals[i], nullptr, &m_kept[i]);
     }
     void cleanup()
     {
-        for (int i = 0; i < SignalCount; ++i)
+        for (int i = 0; i < signalCount; ++i)
             sigaction(fatalSignals[i], &m_kept[i], nullptr);
         delete qApp;
     }
@@ -150,11 +150,11 @@ private slots:
     }
 
 private:
-    static constexpr int SignalCount = 6;
-    static constexpr int fatalSignals[SignalCount] = {SIGINT, SIGILL, SIGTERM, SIGFPE, SIGABRT, SIGSEGV};
+    static constexpr int signalCount = 6;
+    static constexpr int fatalSignals[signalCount] = {SIGINT, SIGILL, SIGTERM, SIGFPE, SIGABRT, SIGSEGV};
 
     std::unique_ptr<QTemporaryDir> m_root;
-    struct sigaction m_kept[SignalCount];
+    struct sigaction m_kept[signalCount];
 };
 
 QTEST_APPLESS_MAIN(RootMain)

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int ReportMs = 20'000;
+constexpr int reportMs = 20'000;
 
 struct ArmContext {
     unsigned long arm_r0, arm_r1, arm_r2, arm_r3, arm_r4, arm_r5, arm_r6, arm_r7, arm_r8, arm_r9, arm_r10, arm_fp,
@@ -33,7 +33,7 @@ public:
     // The output up to the `times`-th appearance of `marker`; shorter when the time is up.
     QByteArray outputUntil(const QByteArray &marker, int times)
     {
-        QDeadlineTimer deadline(ReportMs);
+        QDeadlineTimer deadline(reportMs);
         while (m_output.count(marker) < times && !deadline.hasExpired()) {
             if (!m_process.waitForReadyRead(100) && m_process.state() == QProcess::NotRunning)
                 break;
@@ -124,7 +124,7 @@ private slots:
                      "installed 0\n" + banner + banner + defaultHandler + defaultHandler);
             QVERIFY2(child.isRunning(), "the first one is announced only");
             QCOMPARE(kill(pid, signo), 0);
-            QVERIFY(child.m_process.waitForFinished(ReportMs));
+            QVERIFY(child.m_process.waitForFinished(reportMs));
             QCOMPARE(child.m_process.exitStatus(), QProcess::CrashExit);
         }
     }
