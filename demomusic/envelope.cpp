@@ -26,11 +26,11 @@ float Envelope::next()
 {
     if (m_position++ >= m_held)
         return m_value *= m_release;
-    if (m_rising) {
+    if (m_isRising) {
         m_value += m_attackStep;
         if (m_value >= 1) {
             m_value = 1;
-            m_rising = false;
+            m_isRising = false;
         }
         return m_value;
     }

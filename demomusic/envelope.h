@@ -20,7 +20,7 @@ public:
 private:
     float m_value = 0, m_attackStep, m_decay, m_sustain, m_release;
     size_t m_position = 0, m_held;
-    bool m_rising = true;
+    bool m_isRising = true;
 };
 
 // Takes the last `seconds` of a sound down to nothing, so that it never ends with a click.

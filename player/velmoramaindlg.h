@@ -307,7 +307,7 @@ private:
 
     int m_focusPosition = -1;
     int m_openBoxes = 0; // calls of showMsgbox() that have not returned
-    bool m_wasShown = false;
+    bool m_hasBeenShown = false;
     QList<PlayerDialog *> m_dialogs; // children: menu, about, why; each until it reports its destruction
 
     // --- manage

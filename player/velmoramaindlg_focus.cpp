@@ -181,8 +181,8 @@ bool VelmoraMainDlg::eventFilter(QObject *watched, QEvent *event)
 void VelmoraMainDlg::showEvent(QShowEvent *event)
 {
     VelmoraParentWidget::showEvent(event);
-    if (!m_wasShown) {
-        m_wasShown = true;
+    if (!m_hasBeenShown) {
+        m_hasBeenShown = true;
         QPixmapCache::clear(); // it would keep large pictures of the previous screens for a minute
         emit signalMovePlaybackWidget();
     }

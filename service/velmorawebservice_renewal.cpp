@@ -20,13 +20,13 @@ HANDLE_T m_temp_handle = 0;        // the request that waits for a new token; th
 bool m_temp_partner_token = false; // it needs a new partner login only
 // The waiting request was reported after an immediate failure and belongs to its receiver. m_temp_handle stays set
 // until the next completion, and nothing is read through it.
-bool m_temp_reported = false;
+bool m_isReported = false;
 
 void clearPending()
 {
     m_temp_handle = 0;
     m_temp_partner_token = false;
-    m_temp_reported = false;
+    m_isReported = false;
 }
 
 using Signal = void (VelmoraWebService::*)(HANDLE_T, VLM_WS_EXT_ERRCODE_T, VOID *);
@@ -79,7 +79,7 @@ void VelmoraWebService::velmora_ws_requst_cb(unsigned long h_handle, _VLM_WS_EXT
         qDebug("VelmoraWebService,velmora_ws_requst_cb,pt_velmora is NULL");
         return;
     }
-    if (m_temp_reported)
+    if (m_isReported)
         clearPending();
     VelmoraWebService *self = m_instance;
     if (!self) {
@@ -134,13 +134,13 @@ void VelmoraWebService::webServiceDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e
 // The waiting request goes straight to its signal, a login too: its failure must not start the renewal over.
 void VelmoraWebService::reportPending(VLM_WS_EXT_ERRCODE_T e_ret, VOID *pv_tag)
 {
-    m_temp_reported = true;
+    m_isReported = true;
     webServiceDone(m_temp_handle, e_ret, pv_tag);
 }
 
 void VelmoraWebService::forgetRenewal()
 {
-    if (m_temp_handle != 0 && !m_temp_reported)
+    if (m_temp_handle != 0 && !m_isReported)
         velmora_ws_release_handle(m_temp_handle);
     clearPending();
 }

@@ -19,9 +19,9 @@ public:
     Object(const Json &json, Arena &memory, bool &ok)
         : m_json(json)
         , m_memory(memory)
-        , m_ok(ok)
+        , m_isOk(ok)
     {
-        m_ok = m_ok && json.is_object();
+        m_isOk = m_isOk && json.is_object();
     }
 
     // Never null.
@@ -31,9 +31,9 @@ public:
     char *token(const char *key)
     {
         const std::string_view token = view(key, Need::Required);
-        m_ok = m_ok && !token.empty() && token.size() <= 1024;
+        m_isOk = m_isOk && !token.empty() && token.size() <= 1024;
         for (const char c : token)
-            m_ok = m_ok && c > 0x20 && c < 0x7f;
+            m_isOk = m_isOk && c > 0x20 && c < 0x7f;
         return m_memory.text(token);
     }
 
@@ -64,7 +64,7 @@ public:
         if (!value)
             return 0;
         if (!value->is_number_unsigned() || value->get<uint64_t>() > std::numeric_limits<int32_t>::max()) {
-            m_ok = false;
+            m_isOk = false;
             return 0;
         }
         return static_cast<int32_t>(value->get<uint64_t>());
@@ -76,7 +76,7 @@ public:
         if (!value)
             return false;
         if (!value->is_boolean()) {
-            m_ok = false;
+            m_isOk = false;
             return false;
         }
         return value->get<bool>();
@@ -93,7 +93,7 @@ private:
         const auto it = m_json.find(key);
         if (it != m_json.end() && !it->is_null())
             return &*it;
-        m_ok = m_ok && need == Need::Optional;
+        m_isOk = m_isOk && need == Need::Optional;
         return nullptr;
     }
 
@@ -105,7 +105,7 @@ private:
         const std::string *text = value->get_ptr<const std::string *>();
         // A NUL inside would cut the text for the reader.
         if (!text || text->find('\0') != std::string::npos) {
-            m_ok = false;
+            m_isOk = false;
             return {};
         }
         return *text;
@@ -118,13 +118,13 @@ private:
         const Json *value = find(key, Need::Required);
         if (value && (value->*isKind)())
             return *value;
-        m_ok = false;
+        m_isOk = false;
         return kind == Json::value_t::object ? object : array;
     }
 
     const Json &m_json;
     Arena &m_memory;
-    bool &m_ok;
+    bool &m_isOk;
 };
 
 // Builds the records of one reply.
@@ -135,7 +135,7 @@ public:
     {
     }
 
-    bool isOk() const { return m_ok; }
+    bool isOk() const { return m_isOk; }
 
     void *build(ReplyShape shape, const Json &json, Reply &reply)
     {
@@ -186,7 +186,7 @@ public:
     }
 
 private:
-    Object object(const Json &json) { return Object(json, m_memory, m_ok); }
+    Object object(const Json &json) { return Object(json, m_memory, m_isOk); }
 
     // The records of an array of objects, each read by `read`.
     template <class Record, class Read>
@@ -194,7 +194,7 @@ private:
     {
         count = static_cast<int32_t>(json.size());
         auto *all = m_memory.make<Record>(json.size());
-        for (std::size_t i = 0; m_ok && i < json.size(); ++i) {
+        for (std::size_t i = 0; m_isOk && i < json.size(); ++i) {
             Object from = object(json[i]);
             read(from, all[i]);
         }
@@ -245,7 +245,7 @@ private:
         auto *list = m_memory.make<VLM_WS_STATION_LIST_T>();
         list->stations = records<VLM_STATION_MAP_T>(json, list->count, station);
         if (isTapestryFirst && list->count > 0 && !list->stations[0].fgFlag0)
-            m_ok = false;
+            m_isOk = false;
         return list;
     }
 
@@ -261,7 +261,7 @@ private:
                 entry.map.p_adMap = m_memory.make<VLM_AD_MAP_T>();
                 entry.map.p_adMap->adToken = object(from.object("ad")).token("adToken");
             } else {
-                m_ok = false;
+                m_isOk = false;
             }
         });
         return list;
@@ -362,7 +362,7 @@ private:
     }
 
     Arena &m_memory;
-    bool m_ok = true;
+    bool m_isOk = true;
 };
 
 // A discarded value where the text is not JSON; `isTooLarge` where a limit was passed.

@@ -61,8 +61,8 @@ public:
     explicit Watch(NetworkNotify *owner)
         : q(owner)
         , m_descriptor(listenToKernel())
-        , m_hadRoute(readRoute(false))
-        , m_decider(isServerLocal(), m_hadRoute)
+        , m_hasRoute(readRoute(false))
+        , m_decider(isServerLocal(), m_hasRoute)
     {
         m_lossTimer.setSingleShot(true);
         m_lossTimer.setInterval(NetworkDecider::lossDelayMs);
@@ -94,8 +94,8 @@ private:
         do
             size = ::recv(m_descriptor, ignored, sizeof ignored, 0);
         while (size > 0 || (size < 0 && (errno == ENOBUFS || errno == EINTR)));
-        m_hadRoute = readRoute(m_hadRoute);
-        apply(m_decider.routesRead(m_hadRoute));
+        m_hasRoute = readRoute(m_hasRoute);
+        apply(m_decider.routesRead(m_hasRoute));
     }
 
     void apply(const NetworkDecider::Action &action)
@@ -112,7 +112,7 @@ private:
 
     NetworkNotify *const q;
     const int m_descriptor; // netlink socket, -1 when the kernel gives none
-    bool m_hadRoute;        // the last answer, kept while the kernel gives none
+    bool m_hasRoute;        // the last answer, kept while the kernel gives none
     NetworkDecider m_decider;
     QTimer m_lossTimer;
     std::unique_ptr<QSocketNotifier> m_notifier;

@@ -74,8 +74,8 @@ void PlaybackOrder::buffered(int ms)
     if (m_phase != Phase::Playing)
         return;
     if (!isLow)
-        m_wasHigh = true;
-    if (isLow == m_isLow || !m_wasHigh) // every track begins low; only falling is news
+        m_hasBeenHigh = true;
+    if (isLow == m_isLow || !m_hasBeenHigh) // every track begins low; only falling is news
         return;
     m_isLow = isLow;
     report(Kind::BufferLow, isLow ? 1 : 0);

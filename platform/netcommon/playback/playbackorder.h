@@ -60,7 +60,7 @@ private:
     bool m_isEofReported = false;
     bool m_hasAskedForNext = false;
     bool m_isLow = false; // as reported
-    bool m_wasHigh = false;
+    bool m_hasBeenHigh = false;
     int m_total = -1;
     int m_second = -1;
     int m_percent = -1;
