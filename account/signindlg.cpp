@@ -54,7 +54,7 @@ SignInDlg::~SignInDlg()
 
 QLineEdit *SignInDlg::activeField() const
 {
-    return m_stage == EmailStage ? ui->emailLineEdit : ui->passwordLineEdit;
+    return m_stage == Stage::Email ? ui->emailLineEdit : ui->passwordLineEdit;
 }
 
 void SignInDlg::showByAccount(const QString &account)
@@ -66,7 +66,7 @@ void SignInDlg::showByAccount(const QString &account)
 
 void SignInDlg::askForPassword()
 {
-    m_stage = PasswordStage;
+    m_stage = Stage::Password;
     ui->emailLineEdit->setReadOnly(true);
     ui->emailLineEdit->clearFocus();
     TextEntry::setPromptStyle(ui->emailLineEdit);
@@ -86,7 +86,7 @@ void SignInDlg::askForEmailAgain()
     ui->emailLineEdit->setFocus(Qt::OtherFocusReason);
     TextEntry::setTypingStyle(ui->emailLineEdit);
     m_keyboard->enableLineEdit(ui->emailLineEdit, false);
-    m_stage = EmailStage;
+    m_stage = Stage::Email;
     if (m_page != letterPage)
         m_keyboard->changePage();
 }
@@ -118,7 +118,7 @@ void SignInDlg::logIn(const QString &email, const QString &password)
 
 void SignInDlg::signInVelmora(QString strContent)
 {
-    qDebug("SignInDlg,signInVelmora,stage=%d.", m_stage);
+    qDebug("SignInDlg,signInVelmora,stage=%d.", int(m_stage));
     if (m_isLoginUnderWay) { // one from the login file shows no animation, so keys still arrive
         qDebug("SignInDlg,signInVelmora,login under way,return.");
         return;
@@ -128,7 +128,7 @@ void SignInDlg::signInVelmora(QString strContent)
             showWarning(tr("No information was entered.Please try again."));
         return;
     }
-    if (m_stage == EmailStage) {
+    if (m_stage == Stage::Email) {
         askForPassword();
         return;
     }
@@ -177,7 +177,7 @@ void SignInDlg::enterVelmoraMainDlg(HANDLE_T h_handle)
 void SignInDlg::changeInitInputState()
 {
     qDebug("SignInDlg,changeInitInputState...");
-    if (m_stage != EmailStage)
+    if (m_stage != Stage::Email)
         return;
     TextEntry::setTypingStyle(ui->emailLineEdit);
     ui->emailLineEdit->setReadOnly(false);
@@ -234,7 +234,7 @@ void SignInDlg::keyReleaseEvent(QKeyEvent *event)
     }
     if (event->key() == Qt::Key_Back) {
         qDebug("SignInDlg,keyReleaseEvent.recv Qt::Key_Back.");
-        if (m_stage == PasswordStage)
+        if (m_stage == Stage::Password)
             askForEmailAgain();
         else
             emit signalReturnBtn();

@@ -37,7 +37,7 @@ private slots:
     void showDigitHint(int pageNum);
 
 private:
-    enum Stage { EmailStage = 0, PasswordStage = 1 };
+    enum class Stage { Email, Password };
     static constexpr int letterPage = 1; // as the keyboard numbers its pages
     static constexpr int symbolPage = 2;
 
@@ -49,7 +49,7 @@ private:
 
     std::unique_ptr<Ui::SignInDlg> ui;
     VelmoraLogin *m_login; // child
-    int m_stage = EmailStage;
+    Stage m_stage = Stage::Email;
     int m_page = letterPage;        // that the keyboard shows
     bool m_isLoginUnderWay = false; // from the request to the station list or the failure
 };

@@ -61,7 +61,7 @@ CreateStationDlg::CreateStationDlg(int mode, QWidget *parent)
     connect(this, &CreateStationDlg::signalSearchResultWidgetItemClicked, this, &CreateStationDlg::createStation);
 
     ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
-    m_focusArea = KeyboardArea;
+    m_focusArea = FocusArea::Keyboard;
 }
 
 CreateStationDlg::~CreateStationDlg()
@@ -170,11 +170,11 @@ void CreateStationDlg::beginRows()
 
 void CreateStationDlg::addRow(const QString &text, const QString &token, const QIcon &icon)
 {
-    auto *row = new QListWidgetItem(icon, text);
+    auto row = std::make_unique<QListWidgetItem>(icon, text);
     row->setSizeHint(rowSize);
     row->setTextAlignment(Qt::AlignVCenter);
     row->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    ui->searchResultListWidget->addItem(row);
+    ui->searchResultListWidget->addItem(row.release());
     m_tokens.insert(text, token);
 }
 
@@ -281,7 +281,7 @@ void CreateStationDlg::getStationListDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_
 void CreateStationDlg::changeInitInputState()
 {
     qDebug("CreateStationDlg,changeInitInputState...");
-    if (m_focusArea != KeyboardArea)
+    if (m_focusArea != FocusArea::Keyboard)
         return;
     TextEntry::setTypingStyle(ui->searchLabelLineEdit);
     ui->searchLabelLineEdit->setReadOnly(false);
@@ -311,7 +311,7 @@ void CreateStationDlg::showDigitHint(int pageNum)
 
 void CreateStationDlg::focusKeyboard()
 {
-    m_focusArea = KeyboardArea;
+    m_focusArea = FocusArea::Keyboard;
     ui->searchResultListWidget->clearFocus();
     ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
     TextEntry::setTypingStyle(ui->searchLabelLineEdit);
@@ -321,7 +321,7 @@ void CreateStationDlg::focusKeyboard()
 
 void CreateStationDlg::focusList()
 {
-    m_focusArea = ListArea;
+    m_focusArea = FocusArea::List;
     ui->searchLabelLineEdit->clearFocus();
     TextEntry::setPromptStyle(ui->searchLabelLineEdit);
     m_keyboard->loseFocus();
@@ -331,7 +331,7 @@ void CreateStationDlg::focusList()
 void CreateStationDlg::loseFocus(bool fgMsgbox)
 {
     qDebug("CreateStationDlg,loseFocus..fgMsgbox=%d.", fgMsgbox);
-    if (m_focusArea == ListArea)
+    if (m_focusArea == FocusArea::List)
         ui->searchResultListWidget->clearFocus();
     else
         ui->searchLabelLineEdit->clearFocus();
@@ -343,7 +343,7 @@ void CreateStationDlg::resetFocus(bool fgMsgbox)
 {
     qDebug("CreateStationDlg,resetFocus..fgMsgbox=%d.", fgMsgbox);
     emit signalChangeHighlight(true);
-    if (m_focusArea == ListArea)
+    if (m_focusArea == FocusArea::List)
         ui->searchResultListWidget->setFocus();
     else
         ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
@@ -364,14 +364,14 @@ void CreateStationDlg::keyReleaseEvent(QKeyEvent *event)
         emit signalReturnBtn();
         return;
     case Qt::Key_Select:
-        if (m_focusArea == ListArea && m_isSelectAble) {
+        if (m_focusArea == FocusArea::List && m_isSelectAble) {
             const QString text = ui->searchResultListWidget->currentItemText();
             if (m_tokens.contains(text))
                 emit signalSearchResultWidgetItemClicked(m_tokens.value(text));
         }
         return;
     case Qt::Key_Right:
-        if (m_focusArea == KeyboardArea) {
+        if (m_focusArea == FocusArea::Keyboard) {
             if (ui->searchResultListWidget->count() > 0 && m_keyboard->isLastKey())
                 focusList();
         } else {
@@ -379,12 +379,12 @@ void CreateStationDlg::keyReleaseEvent(QKeyEvent *event)
         }
         return;
     case Qt::Key_Left:
-        if (m_focusArea == ListArea)
+        if (m_focusArea == FocusArea::List)
             focusKeyboard();
         return;
     case Qt::Key_Up:
     case Qt::Key_Down:
-        if (m_focusArea == KeyboardArea)
+        if (m_focusArea == FocusArea::Keyboard)
             ui->searchLabelLineEdit->setFocus(Qt::OtherFocusReason);
         return;
     default:

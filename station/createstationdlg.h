@@ -43,7 +43,7 @@ private slots:
     void showDigitHint(int pageNum);
 
 private:
-    enum FocusArea { NoArea = -1, KeyboardArea = 0, ListArea = 1 };
+    enum class FocusArea { None, Keyboard, List };
 
     void showSearchContent(const wsreply::SearchResult &result);
     void showArtists(const QList<wsreply::SearchArtist> &artists);
@@ -60,7 +60,7 @@ private:
     std::unique_ptr<Ui::CreateStationDlg> ui;
     viewcomponent::MCommonStyle m_listStyle;
     const int m_mode;
-    int m_focusArea = NoArea;
+    FocusArea m_focusArea = FocusArea::None;
     bool m_isSelectAble = false;     // false: the key that confirmed the search must not choose a row
     QMap<QString, QString> m_tokens; // displayed text -> music token; of two equal rows the last
 };
