@@ -11,6 +11,8 @@ namespace {
 // A cursor of one pixel flickers on a television and cannot be seen from a distance.
 class FieldStyle : public QProxyStyle {
 public:
+    explicit FieldStyle(QLineEdit *owner) { setParent(owner); }
+
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
     {
         return metric == PM_TextCursorWidth ? 3 : QProxyStyle::pixelMetric(metric, option, widget);
@@ -31,9 +33,7 @@ void TextEntry::add(QLineEdit *field)
     field->setFocusPolicy(Qt::ClickFocus);
     field->setContextMenuPolicy(Qt::NoContextMenu);
     field->installEventFilter(this);
-    auto *style = new FieldStyle;
-    style->setParent(field);
-    field->setStyle(style);
+    field->setStyle(new FieldStyle(field));
 }
 
 void TextEntry::setPromptStyle(QLineEdit *field)
