@@ -39,12 +39,12 @@ private slots:
                 const Row row(QStringLiteral("%1, why %2").arg(name).arg(isWhy));
                 const LogCapture log;
                 FakeScreens screens;
-                QPointer<VelmoraParentWidget> dialog;
+                QPointer<PlayerDialog> dialog;
                 if (isWhy)
                     dialog = new WhyDlg("Because.");
                 else
                     dialog = new AboutDlg;
-                QSignalSpy ended(dialog, SIGNAL(signalDestroyedWindow()));
+                QSignalSpy ended(dialog.data(), &PlayerDialog::signalDestroyedWindow);
                 dialog->show();
                 QTRY_VERIFY(screentest::childWidget(dialog, "doneBtn")->hasFocus());
                 screentest::key(dialog, key);
@@ -61,7 +61,7 @@ private slots:
         FakeScreens screens;
         Parent parent;
         QPointer<WhyDlg> why = new WhyDlg("Because.", &parent);
-        QSignalSpy ended(why, SIGNAL(signalDestroyedWindow()));
+        QSignalSpy ended(why.data(), &PlayerDialog::signalDestroyedWindow);
         why->show();
         emit parent.signalDestoryDialog();
         QVERIFY(!why);
