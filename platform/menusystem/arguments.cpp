@@ -36,26 +36,26 @@ std::optional<Arguments> parseCommand(Arguments arguments, QStringList words, QS
         while (!words.isEmpty()) {
             const QString name = words.takeFirst();
             if (name == QLatin1String("text") && !words.isEmpty()) {
-                arguments.requests.push_back({menu::Text, 0, 0, words.takeFirst().toUtf8()});
+                arguments.requests.push_back({menu::MessageType::Text, 0, 0, words.takeFirst().toUtf8()});
                 continue;
             }
             const auto *key = netcommon::keys::keyByName(name);
             if (!key)
                 return refused(reason, QStringLiteral("there is no key \"%1\"").arg(name));
-            arguments.requests.push_back({menu::Key, std::uint32_t(key->key), key->isTyped ? 1u : 0u, {}});
+            arguments.requests.push_back({menu::MessageType::Key, std::uint32_t(key->key), key->isTyped ? 1u : 0u, {}});
         }
         return arguments;
     }
     if (command == QLatin1String("screensaver") && words.size() == 1 && readSwitch(words[0], "on", "off", &value))
-        return one({menu::ScreenSaver, value, 0, {}});
+        return one({menu::MessageType::ScreenSaver, value, 0, {}});
     if (command == QLatin1String("network") && words.size() == 1 && readSwitch(words[0], "down", "up", &value))
-        return one({menu::Network, value, 0, {}});
+        return one({menu::MessageType::Network, value, 0, {}});
     if (command == QLatin1String("screenshot") && words.size() == 1 && !words[0].isEmpty())
-        return one({menu::Screenshot, 0, 0, QDir::current().absoluteFilePath(words[0]).toUtf8()});
+        return one({menu::MessageType::Screenshot, 0, 0, QDir::current().absoluteFilePath(words[0]).toUtf8()});
     if (command == QLatin1String("exit") && words.isEmpty())
-        return one({menu::Exit, 0, 0, {}});
+        return one({menu::MessageType::Exit, 0, 0, {}});
     if (command == QLatin1String("status") && words.isEmpty())
-        return one({menu::Status, 0, 0, {}});
+        return one({menu::MessageType::Status, 0, 0, {}});
     return refused(reason, QStringLiteral("\"%1\" is not understood").arg((QStringList(command) + words).join(u' ')));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "menumessages.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -12,7 +14,7 @@
 namespace menusystem {
 
 struct Request {
-    std::uint32_t type; // as in menumessages.h
+    netcommon::menu::MessageType type;
     std::uint32_t value = 0;
     std::uint32_t flag = 0;
     QByteArray text;

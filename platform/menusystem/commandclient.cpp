@@ -60,7 +60,7 @@ int runCommand(const std::vector<Request> &requests, const QString &socket)
             result = fail(QStringLiteral("the menu system does not answer"));
             break;
         }
-        if (menu::field(answer.message, menu::valueOffset) != menu::Done) {
+        if (menu::AnswerValue(menu::field(answer.message, menu::valueOffset)) != menu::AnswerValue::Done) {
             result = fail(QString::fromUtf8(answer.text));
             break;
         }

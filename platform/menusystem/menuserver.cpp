@@ -112,15 +112,15 @@ void MenuServer::readPeer(int number)
     case menu::Received::Packet:
         break;
     }
-    if (packet.message.type == menu::Hello && !m_radio) {
+    if (menu::typeOf(packet.message) == menu::MessageType::Hello && !m_radio) {
         m_radio = number;
         m_hasRadioConnected = true;
         if (m_isEndOrdered)
-            sendToRadio(menu::Exit); // ordered before the radio could hear it
+            sendToRadio(menu::MessageType::Exit); // ordered before the radio could hear it
     }
     if (m_radio == number)
         handleRadio(packet);
-    else if (packet.message.type != menu::Hello)
+    else if (menu::typeOf(packet.message) != menu::MessageType::Hello)
         handleCommand(number, packet);
 }
 
@@ -136,22 +136,22 @@ void MenuServer::dropPeer(int number)
 void MenuServer::handleRadio(const menu::Packet &packet)
 {
     const qint64 now = m_clock.elapsed();
-    switch (packet.message.type) {
-    case menu::Hello:
-    case menu::Answer:
+    switch (menu::typeOf(packet.message)) {
+    case menu::MessageType::Hello:
+    case menu::MessageType::Answer:
         m_watch->answered(now);
         answered(packet);
         break;
-    case menu::ExitRequest:
+    case menu::MessageType::ExitRequest:
         // Always granted on this device: the answer is the order to exit.
-        sendToRadio(menu::Exit);
+        sendToRadio(menu::MessageType::Exit);
         m_watch->ending(now);
         break;
-    case menu::ExitResponse:
+    case menu::MessageType::ExitResponse:
         m_isEnding = true;
         m_watch->ending(now);
         break;
-    case menu::Exited:
+    case menu::MessageType::Exited:
         m_isExitSaid = true;
         m_watch->ending(now);
         break;
@@ -163,17 +163,19 @@ void MenuServer::handleRadio(const menu::Packet &packet)
 void MenuServer::answered(const menu::Packet &packet)
 {
     const auto waiting = m_waiting.find(menu::field(packet.message, menu::idOffset));
-    if (packet.message.type != menu::Answer || waiting == m_waiting.end())
+    if (menu::typeOf(packet.message) != menu::MessageType::Answer || waiting == m_waiting.end())
         return;
-    answer(waiting->second.peer, waiting->second.id, menu::field(packet.message, menu::valueOffset) == menu::Done,
-           packet.text);
+    answer(waiting->second.peer, waiting->second.id,
+           menu::AnswerValue(menu::field(packet.message, menu::valueOffset)) == menu::AnswerValue::Done, packet.text);
     m_waiting.erase(waiting);
 }
 
 void MenuServer::answer(int number, std::uint32_t id, bool done, const QByteArray &text)
 {
     if (const auto peer = m_peers.find(number); peer != m_peers.end())
-        menu::send(peer->second.descriptor, menu::makeMessage(menu::Answer, id, done ? menu::Done : menu::Failed),
+        menu::send(peer->second.descriptor,
+                   menu::makeMessage(menu::MessageType::Answer, id,
+                                     std::uint32_t(done ? menu::AnswerValue::Done : menu::AnswerValue::Failed)),
                    text);
 }
 
@@ -192,22 +194,23 @@ void MenuServer::handleCommand(int number, const menu::Packet &packet)
 {
     const auto &message = packet.message;
     const std::uint32_t id = menu::field(message, menu::idOffset);
-    switch (message.type) {
-    case menu::Exit:
+    const menu::MessageType type = menu::typeOf(message);
+    switch (type) {
+    case menu::MessageType::Exit:
         askToEnd();
         answer(number, id, true);
         break;
-    case menu::ScreenSaver:
-    case menu::Network:
-    case menu::Key:
-    case menu::Text:
-    case menu::Status:
-    case menu::Screenshot: {
+    case menu::MessageType::ScreenSaver:
+    case menu::MessageType::Network:
+    case menu::MessageType::Key:
+    case menu::MessageType::Text:
+    case menu::MessageType::Status:
+    case menu::MessageType::Screenshot: {
         const std::uint32_t ours = ++m_lastId;
-        if (!m_isEnding && sendToRadio(message.type, ours, menu::field(message, menu::valueOffset),
+        if (!m_isEnding && sendToRadio(type, ours, menu::field(message, menu::valueOffset),
                                        menu::field(message, menu::flagOffset), packet.text))
-            m_waiting[ours] = {number, id, message.type, m_clock.elapsed()};
-        else if (message.type == menu::Status)
+            m_waiting[ours] = {number, id, type, m_clock.elapsed()};
+        else if (type == menu::MessageType::Status)
             answer(number, id, true, silentStatus());
         else
             answer(number, id, false, m_isEnding ? "the radio is ending" : "the radio is not there yet");
@@ -225,7 +228,7 @@ void MenuServer::giveUpWaiting(qint64 longerThanMs)
             ++waiting;
             continue;
         }
-        const bool isStatus = waiting->second.type == menu::Status;
+        const bool isStatus = waiting->second.type == menu::MessageType::Status;
         answer(waiting->second.peer, waiting->second.id, isStatus,
                isStatus ? silentStatus() : QByteArray("the radio does not answer"));
         waiting = m_waiting.erase(waiting);
@@ -238,7 +241,7 @@ void MenuServer::askToEnd()
     m_watch->ending(m_clock.elapsed());
     // A radio that is still starting gets the order as soon as it connects; one whose connection is gone cannot be
     // asked.
-    if (!sendToRadio(menu::Exit) && m_hasRadioConnected)
+    if (!sendToRadio(menu::MessageType::Exit) && m_hasRadioConnected)
         m_watch->insist(m_clock.elapsed());
 }
 
@@ -265,7 +268,7 @@ void MenuServer::tick()
     case Action::Nothing:
         break;
     case Action::Ping:
-        sendToRadio(menu::Ping);
+        sendToRadio(menu::MessageType::Ping);
         break;
     case Action::ReportHang:
         say(QStringLiteral("the radio (process %1) has not answered for %2 seconds")
@@ -284,7 +287,7 @@ void MenuServer::tick()
     }
 }
 
-bool MenuServer::sendToRadio(std::uint32_t type, std::uint32_t id, std::uint32_t value, std::uint32_t flag,
+bool MenuServer::sendToRadio(menu::MessageType type, std::uint32_t id, std::uint32_t value, std::uint32_t flag,
                              const QByteArray &text)
 {
     const auto radio = m_radio ? m_peers.find(*m_radio) : m_peers.end();

@@ -39,7 +39,7 @@ private:
     struct Waiting {
         int peer; // key in m_peers, which may be gone
         std::uint32_t id;
-        std::uint32_t type;
+        netcommon::menu::MessageType type;
         qint64 since;
     };
 
@@ -56,8 +56,8 @@ private:
     void readSignal();
     void tick();
     void finished();
-    bool sendToRadio(std::uint32_t type, std::uint32_t id = 0, std::uint32_t value = 0, std::uint32_t flag = 0,
-                     const QByteArray &text = {});
+    bool sendToRadio(netcommon::menu::MessageType type, std::uint32_t id = 0, std::uint32_t value = 0,
+                     std::uint32_t flag = 0, const QByteArray &text = {});
 
     const Arguments m_arguments;
     QString m_socket;

@@ -49,7 +49,7 @@ public:
     {
         IpcThread *thread = IpcThread::getInstance();
         thread->start();
-        return next().message.type == std::uint32_t(menu::Hello) ? thread : nullptr;
+        return menu::typeOf(next().message) == menu::MessageType::Hello ? thread : nullptr;
     }
     void hangUp()
     {
@@ -96,10 +96,10 @@ private slots:
         QVERIFY(!thread->isStarted());
         thread->start(QThread::InheritPriority);
         QTRY_VERIFY(thread->isStarted());
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        QCOMPARE(menu::typeOf(end.next().message), menu::MessageType::Hello);
         thread->responseParent(1); // some other answer: the thread goes on
-        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::Ping, 7)));
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Answer));
+        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::MessageType::Ping, 7)));
+        QCOMPARE(menu::typeOf(end.next().message), menu::MessageType::Answer);
         thread->responseParent(2);
         thread->responseParent(2);
         QVERIFY(thread->wait(5000));
@@ -122,7 +122,7 @@ private slots:
         for (int index = 0; index < 64; ++index)
             message.data[index] = char(index);
         QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
+        QCOMPARE(menu::typeOf(end.next().message), menu::MessageType::Hello);
         const menu::Packet packet = end.next();
         QCOMPARE(std::memcmp(&packet.message, &message, sizeof message), 0);
         QVERIFY(packet.text.isEmpty());
@@ -157,9 +157,9 @@ private slots:
         MenuEnd end;
         IpcThread *thread = end.startedThread();
         QVERIFY(thread);
-        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::Exit))); // no screen is there
-        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::Ping, 7)));
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Answer)); // so the order was read
+        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::MessageType::Exit))); // no screen is there
+        QVERIFY(menu::send(end.peer(), menu::makeMessage(menu::MessageType::Ping, 7)));
+        QCOMPARE(menu::typeOf(end.next().message), menu::MessageType::Answer); // so the order was read
         {
             QObject leaving; // a screen that is deleted before it hears the order
             connect(thread, &IpcThread::signalExit, &leaving, [] { QFAIL("a deleted receiver was told"); });
@@ -186,9 +186,9 @@ private slots:
         QCOMPARE(Ipc::getInstance()->sendIpcMsg(&message), 0);
         delete Ipc::getInstance();
         // One connection from the start to the end.
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Hello));
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::ExitResponse));
-        QCOMPARE(end.next().message.type, std::uint32_t(menu::Exited));
+        QCOMPARE(menu::typeOf(end.next().message), menu::MessageType::Hello);
+        QCOMPARE(menu::typeOf(end.next().message), menu::MessageType::ExitResponse);
+        QCOMPARE(menu::typeOf(end.next().message), menu::MessageType::Exited);
     }
 };
 

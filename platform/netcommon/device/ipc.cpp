@@ -13,7 +13,7 @@ struct Ipc::Private {
 
 namespace {
 
-Ipc *instance = nullptr;
+Ipc *instance = nullptr; // made by getInstance(), deleted by the end of main
 
 } // namespace
 
@@ -50,7 +50,7 @@ bool Ipc::requestExit(bool isNetworkError)
     IpcThread *thread = IpcThread::getInstance();
     const auto link = MenuLink::shared();
     if (link->isConnected()) {
-        const bool sent = link->send(menu::makeMessage(menu::ExitRequest, 0, isNetworkError ? 1 : 0));
+        const bool sent = link->send(menu::makeMessage(menu::MessageType::ExitRequest, 0, isNetworkError ? 1 : 0));
         qDebug("Ipc,requestExit,isNetworkError=%d,sent=%d", isNetworkError, sent);
         if (sent || link->isConnected())
             return sent;

@@ -47,7 +47,7 @@ struct IpcThread::Private {
 
 namespace {
 
-IpcThread *instance = nullptr;
+IpcThread *instance = nullptr; // made by getInstance(), deleted by main after its wait()
 
 } // namespace
 
@@ -89,7 +89,7 @@ void IpcThread::responseParent(int type)
     if (type != 2 || d->hasResponded)
         return;
     d->hasResponded = true; // every living screen answers; the menu system is told once
-    d->link->send(menu::makeMessage(menu::ExitResponse, 0, std::uint32_t(type)));
+    d->link->send(menu::makeMessage(menu::MessageType::ExitResponse, 0, std::uint32_t(type)));
     d->end();
 }
 
@@ -136,12 +136,12 @@ void IpcThread::run()
             watched[1].fd = -1;
             break;
         case menu::Received::Packet:
-            switch (packet.message.type) {
-            case menu::Exit:
+            switch (menu::typeOf(packet.message)) {
+            case menu::MessageType::Exit:
                 d->isExitOrdered = true;
                 emit signalExit(true, false);
                 break;
-            case menu::ScreenSaver:
+            case menu::MessageType::ScreenSaver:
                 emit signalScreenSaver(menu::field(packet.message, menu::valueOffset) != 0);
                 [[fallthrough]]; // answered when the screens have seen it
             default:

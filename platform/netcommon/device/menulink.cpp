@@ -43,7 +43,7 @@ MenuLink::MenuLink()
     m_descriptor = menu::connectTo(path, &reason);
     m_isOpen = m_descriptor >= 0;
     if (m_isOpen)
-        send(menu::makeMessage(menu::Hello, 0, std::uint32_t(::getpid())));
+        send(menu::makeMessage(menu::MessageType::Hello, 0, std::uint32_t(::getpid())));
     else
         qDebug("MenuLink,connect,no menu system: %s", qPrintable(reason));
 }

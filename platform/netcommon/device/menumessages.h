@@ -28,7 +28,7 @@
 // "command -> radio" passes through the menu, which replaces the command's id with one of its own.
 namespace netcommon::menu {
 
-enum MessageType : std::uint32_t {
+enum class MessageType : std::uint32_t {
     ExitRequest = 1,
     Exit = 2,
     ExitResponse = 3,
@@ -44,7 +44,7 @@ enum MessageType : std::uint32_t {
     Hello = 13
 };
 
-enum AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
+enum class AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
 
 // Offsets in the record's data: id of the request (returned with the answer), value, flag.
 inline constexpr int idOffset = 0;
@@ -66,11 +66,17 @@ inline void setField(_NETWORK_MSG_T &message, int offset, std::uint32_t value)
     std::memcpy(message.data + offset, &value, sizeof value);
 }
 
-inline _NETWORK_MSG_T makeMessage(std::uint32_t type, std::uint32_t id = 0, std::uint32_t value = 0,
+// Any number that arrived: a switch over it needs a default.
+inline MessageType typeOf(const _NETWORK_MSG_T &message)
+{
+    return MessageType(message.type);
+}
+
+inline _NETWORK_MSG_T makeMessage(MessageType type, std::uint32_t id = 0, std::uint32_t value = 0,
                                   std::uint32_t flag = 0)
 {
     _NETWORK_MSG_T message{};
-    message.type = type;
+    message.type = std::uint32_t(type);
     setField(message, idOffset, id);
     setField(message, valueOffset, value);
     setField(message, flagOffset, flag);

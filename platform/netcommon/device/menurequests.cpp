@@ -18,44 +18,45 @@ void handle(const menu::Packet &packet, const std::shared_ptr<MenuLink> &link)
     const std::uint32_t id = menu::field(packet.message, menu::idOffset);
     const std::uint32_t value = menu::field(packet.message, menu::valueOffset);
     const auto answer = [link, id](menu::AnswerValue result, const QByteArray &text = {}) {
-        link->send(menu::makeMessage(menu::Answer, id, result), text);
+        link->send(menu::makeMessage(menu::MessageType::Answer, id, std::uint32_t(result)), text);
     };
     const auto answerWhenHandled = [answer] {
         QMetaObject::invokeMethod(
-            qApp, [answer] { answer(menu::Done); }, Qt::QueuedConnection);
+            qApp, [answer] { answer(menu::AnswerValue::Done); }, Qt::QueuedConnection);
     };
 
-    switch (packet.message.type) {
-    case menu::Key:
-    case menu::Text: {
-        const bool taken = packet.message.type == menu::Text
+    switch (menu::typeOf(packet.message)) {
+    case menu::MessageType::Key:
+    case menu::MessageType::Text: {
+        const bool taken = menu::typeOf(packet.message) == menu::MessageType::Text
                                ? RemoteKeys::type(QString::fromUtf8(packet.text))
                                : RemoteKeys::press(int(value), menu::field(packet.message, menu::flagOffset) != 0);
         if (taken)
             answerWhenHandled();
         else
-            answer(menu::Failed, "no screen takes keys now");
+            answer(menu::AnswerValue::Failed, "no screen takes keys now");
         break;
     }
-    case menu::Network:
-        answer(menu::Done); // first: a screen may answer the event with a box, which keeps this call until it is closed
+    case menu::MessageType::Network:
+        answer(menu::AnswerValue::Done); // first: a screen may answer the event with a box, which keeps this call until
+                                         // it is closed
         injectNetworkEvent(value ? NETWORK_EVENT_DISCONNECTED : NETWORK_EVENT_CONNECTED);
         break;
-    case menu::Status:
-        answer(menu::Done, statusLine());
+    case menu::MessageType::Status:
+        answer(menu::AnswerValue::Done, statusLine());
         break;
-    case menu::Screenshot: {
+    case menu::MessageType::Screenshot: {
         const QString problem = writeScreenshot(QString::fromUtf8(packet.text));
-        answer(problem.isEmpty() ? menu::Done : menu::Failed, problem.toUtf8());
+        answer(problem.isEmpty() ? menu::AnswerValue::Done : menu::AnswerValue::Failed, problem.toUtf8());
         break;
     }
-    case menu::ScreenSaver:
-    case menu::Ping:
-        answer(menu::Done);
+    case menu::MessageType::ScreenSaver:
+    case menu::MessageType::Ping:
+        answer(menu::AnswerValue::Done);
         break;
     default:
         qDebug("MenuRequests,handle,unknown type=%u", packet.message.type);
-        answer(menu::Failed, "the radio does not know this request");
+        answer(menu::AnswerValue::Failed, "the radio does not know this request");
     }
 }
 

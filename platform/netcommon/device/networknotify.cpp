@@ -20,7 +20,7 @@ namespace netcommon {
 
 namespace {
 
-NetworkNotify *instance = nullptr;
+NetworkNotify *instance = nullptr; // made by getInstance(), deleted by the end of main
 
 // The web-service library reads its server's address from the same file.
 QString configurationFile()

@@ -74,9 +74,8 @@ bool RemoteKeys::press(int key, bool isTyped)
     if (!window)
         return false;
     for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent *event =
-            isTyped ? new QKeyEvent(type, key, Qt::NoModifier) : new FinalKeyEvent(type, key, Qt::NoModifier);
-        QCoreApplication::postEvent(window, event);
+        QCoreApplication::postEvent(window, isTyped ? new QKeyEvent(type, key, Qt::NoModifier)
+                                                    : new FinalKeyEvent(type, key, Qt::NoModifier));
     }
     return true;
 }
