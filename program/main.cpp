@@ -116,7 +116,7 @@ int main(int argc, char **argv)
 {
     // Text widths are laid out for 96 dots an inch, whatever size the television claims.
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
-    auto *application = new QApplication(argc, argv);
+    auto *application = new QApplication(argc, argv); // deleted by hand: the early return must not
     qDebug("Velmora main function ...");
     // Screens follow one another: between two of them no window may be open.
     QApplication::setQuitOnLastWindowClosed(false);

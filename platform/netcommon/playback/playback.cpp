@@ -4,7 +4,7 @@
 
 namespace netcommon {
 
-// The one instance; GUI thread.
+// The one instance; GUI thread. The contract gives no owner: getInstance() makes it, and the end of main deletes it.
 class PlaybackPrivate {
 public:
     static Playback *instance;

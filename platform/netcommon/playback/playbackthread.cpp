@@ -43,14 +43,14 @@ void PlaybackThread::setAudioUrl(char *url)
 
 void PlaybackThread::run()
 {
-    const bool usable = initialiseGStreamer();
+    const bool isUsable = initialiseGStreamer();
     QThread network;
     network.setObjectName(QStringLiteral("fetcher"));
-    auto *const fetcher = new Fetcher;
+    auto *const fetcher = new Fetcher; // its thread's end deletes it, on that thread
     fetcher->moveToThread(&network);
     connect(&network, &QThread::finished, fetcher, &QObject::deleteLater);
     network.start();
-    PlaybackWorker(d->inbox, *fetcher, usable).run();
+    PlaybackWorker(d->inbox, *fetcher, isUsable).run();
     network.quit();
     network.wait();
     d->inbox.clear();
