@@ -164,6 +164,11 @@ std::unique_ptr<Watched> Device::startRadio(const QByteArray &audioSink, bool ha
 {
     QProcessEnvironment with = environment();
     with.insert(QStringLiteral("VELMORA_AUDIO_SINK"), QString::fromUtf8(audioSink));
+    if (audioSink == observedSink) {
+        with.insert(QStringLiteral("GST_PLUGIN_PATH"), QStringLiteral(BENCH_GSTREAMER));
+        // Of its own, or the list of plug-ins would be made anew whenever a program starts with another path.
+        with.insert(QStringLiteral("GST_REGISTRY"), QStringLiteral(BENCH_GSTREAMER "/registry.bin"));
+    }
     const QString radio = QStringLiteral(BENCH_RADIO);
     if (!hasMenu)
         return std::make_unique<Watched>(radio, QStringList(), with);

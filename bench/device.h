@@ -49,6 +49,8 @@ public:
     ~Device();
     // Starts the service and sets the device up with the demo account. False on failure, which standard error explains.
     bool prepare();
+    // Plays into nothing in real time. The radio's output says when tracks begin: "firstsample", "lastsample".
+    static constexpr char observedSink[] = "benchsink";
     std::unique_ptr<Watched> startRadio(const QByteArray &audioSink, bool hasMenu);
     bool key(const QStringList &names); // through the menu system
     QByteArray status();

@@ -1,85 +1,21 @@
 // How long the listener waits for sound, with the real programs on loopback: from the station list's arrival to the
 // first audio sample at the sink, and from the key to the first sample of what it chose (a station or the next track).
 //
-// The sink is a file, which every track begins anew: a track's first sample has reached the sink when the file has
-// become shorter than it was and is not empty any more.
+// The sink says when the first sample of a track is due: bench/audiosink.cpp.
 #include "device.h"
 #include "figures.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QThread>
 
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <mutex>
-#include <thread>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
-// Looks at the file on a thread of its own, so that no beginning is missed.
-class AudioFile {
-public:
-    explicit AudioFile(const QString &path)
-        : m_path(QFile::encodeName(path))
-        , m_thread([this] { watch(); })
-    {
-    }
-    ~AudioFile()
-    {
-        m_isEnding = true;
-        m_thread.join();
-        ::unlink(m_path.constData());
-    }
-    QByteArray sink() const { return "filesink sync=true buffer-mode=unbuffered location=" + m_path; }
-
-    // When new music first sounded after this moment; -1: it did not within 5 s from now.
-    qint64 beginningAfter(qint64 us)
-    {
-        for (int tries = 0; tries < 1000; ++tries) {
-            {
-                const std::lock_guard lock(m_mutex);
-                for (const qint64 beginning : m_beginnings)
-                    if (beginning > us)
-                        return beginning;
-            }
-            QThread::msleep(5);
-        }
-        return -1;
-    }
-
-private:
-    void watch()
-    {
-        off_t sizeBefore = 0;
-        bool isNew = true;
-        while (!m_isEnding) {
-            struct stat now {};
-            if (::stat(m_path.constData(), &now) == 0) {
-                isNew = isNew || now.st_size < sizeBefore;
-                sizeBefore = now.st_size;
-                if (isNew && now.st_size > 0) {
-                    isNew = false;
-                    const std::lock_guard lock(m_mutex);
-                    m_beginnings.push_back(nowUs());
-                }
-            }
-            QThread::usleep(500);
-        }
-    }
-
-    const QByteArray m_path;
-    std::atomic<bool> m_isEnding{false};
-    std::mutex m_mutex; // guards m_beginnings
-    std::vector<qint64> m_beginnings;
-    std::thread m_thread; // last: it uses the others
-};
+constexpr int silenceMs = 5000;
 
 // An advertisement has no album, and cannot be skipped.
 bool playsTrack(Device &device)
@@ -105,15 +41,12 @@ struct Waits {
     std::vector<double> ms;
     int silent = 0;
 
-    void add(qint64 fromUs, qint64 toUs)
+    // Silence counts as the longest wait, or it would make the figure better.
+    void add(const Observation &from, const std::optional<Observation> &sound)
     {
-        if (toUs < 0)
+        if (!sound)
             ++silent;
-        // Silence counts as the longest wait, or it would make the figure better.
-        if (toUs < 0)
-            ms.push_back(5000);
-        else
-            ms.push_back(static_cast<double>(toUs - fromUs) / 1000);
+        ms.push_back(sound ? static_cast<double>(sound->atUs - from.atUs) / 1000 : silenceMs);
     }
     void report(const std::string &name, double bound) const
     {
@@ -136,24 +69,27 @@ int main(int argc, char **argv)
         return 1;
 
     Waits start, station, skip;
-    for (int i = 0; i < starts; ++i) {
-        AudioFile audio(device.path(QStringLiteral("audio%1").arg(i)));
-        const auto radio = device.startRadio(audio.sink(), false);
+    for (int i = -1; i < starts; ++i) { // GStreamer reads the sink's plug-in in the first, which is not measured
+        const auto radio = device.startRadio(Device::observedSink, false);
         const auto list = radio->next("stationlist", {}, 20000);
         if (!list) {
             std::fprintf(stderr, "no station list: %s\n", radio->log().right(2000).constData());
             return 1;
         }
-        start.add(list->atUs, audio.beginningAfter(list->atUs));
+        const auto sound = radio->next("firstsample", {}, silenceMs);
+        if (i >= 0)
+            start.add(*list, sound);
         radio->process().kill();
         radio->process().waitForFinished();
     }
     if (starts > 0)
         start.report("station list to first sample", 1000);
 
-    AudioFile audio(device.path(QStringLiteral("audio")));
-    const auto radio = device.startRadio(audio.sink(), true);
-    audio.beginningAfter(0);
+    const auto radio = device.startRadio(Device::observedSink, true);
+    if (!radio->next("firstsample", {}, 30000)) {
+        std::fprintf(stderr, "nothing plays: %s\n", radio->log().right(2000).constData());
+        return 1;
+    }
     QThread::msleep(500);
     int refused = 0;
     for (int i = 0; i < changes; ++i) {
@@ -167,15 +103,15 @@ int main(int argc, char **argv)
             std::fprintf(stderr, "the key did not arrive\n");
             continue;
         }
-        const qint64 soundUs = audio.beginningAfter(key->atUs);
-        if (soundUs < 0 && wasRefused(device)) {
+        const auto sound = radio->next("firstsample", {}, silenceMs);
+        if (!sound && wasRefused(device)) {
             ++refused;
             continue;
         }
-        if (soundUs < 0)
+        if (!sound)
             std::fprintf(stderr, "no sound after %s: %s\n", isSkip ? "a skip" : "a change",
                          device.status().left(900).constData());
-        (isSkip ? skip : station).add(key->atUs, soundUs);
+        (isSkip ? skip : station).add(*key, sound);
         QThread::msleep(300);
     }
     if (refused > 0)
