@@ -118,7 +118,6 @@ int run(const ServerOptions &options)
     music.dataDirectory = service.dataDirectory();
     Library library(service.store, service.catalogue, settings.clock, music);
     service.library = &library;
-    library.start();
 
     MailSettings mail;
     mail.smtp = options.smtp;
@@ -147,6 +146,7 @@ int run(const ServerOptions &options)
         return exitFailure;
     }
     say("velmora-server listening on " + server.url());
+    library.start(); // after the address is known to be free: a second server must not touch the music
     if (options.smtp.empty())
         say("mails are written to " + outbox.string());
     if (hasDemoAccount)

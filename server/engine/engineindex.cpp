@@ -10,7 +10,8 @@ namespace {
 
 constexpr size_t mostCommonStyles = 40;
 
-EngineMusic ordered(EngineMusic music)
+// Sorts the tracks by id, in place.
+const EngineMusic &order(EngineMusic &music)
 {
     std::sort(music.tracks.begin(), music.tracks.end(),
               [](const EngineTrack &a, const EngineTrack &b) { return a.id < b.id; });
@@ -20,6 +21,7 @@ EngineMusic ordered(EngineMusic music)
 std::vector<const media::Descriptor *> descriptorsOf(const EngineMusic &music)
 {
     std::vector<const media::Descriptor *> result;
+    result.reserve(music.tracks.size());
     for (const EngineTrack &track : music.tracks)
         result.push_back(track.descriptor ? &*track.descriptor : nullptr);
     return result;
@@ -48,8 +50,8 @@ std::vector<float> ranks(const std::vector<std::optional<float>> &values)
 } // namespace
 
 EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping)
-    : m_styles(std::move(music.styles))
-    , m_likeness((music = ordered(std::move(music)), descriptorsOf(music)))
+    : m_styles(music.styles)
+    , m_likeness(descriptorsOf(order(music)))
     , m_shares(music, m_likeness, votes, isStopping)
 {
     for (const EngineTrack &track : music.tracks) {

@@ -26,7 +26,7 @@ float upperTail(float z)
         return values;
     }();
     const float clipped = std::clamp(z, -tailReach, tailReach);
-    return table[static_cast<size_t>((clipped + tailReach) * tailSteps + 0.5f)];
+    return table[rounded<size_t>((clipped + tailReach) * tailSteps)];
 }
 
 int squareSum(const int8_t *a, const int8_t *b, size_t count)

@@ -9,6 +9,14 @@
 
 namespace velmora::engine {
 
+// The nearest whole number. `value` is not negative, so adding a half before truncating rounds correctly; std::lround
+// is a call in loops that run over the whole library.
+template <typename Integer>
+constexpr Integer rounded(float value)
+{
+    return static_cast<Integer>(value + 0.5f); // NOLINT(bugprone-incorrect-roundings)
+}
+
 constexpr size_t groupCount = 4; // sound, beat, harmony, shape
 constexpr std::array<media::DescriptorGroup, groupCount> groups = {media::soundGroup, media::beatGroup,
                                                                    media::harmonyGroup, media::shapeGroup};

@@ -157,7 +157,7 @@ void StationScores::compare(const StationScores *previous)
             continue;
         for (Position track = 0; track < size; ++track) {
             if (likeness.isDescribed(track)) {
-                const auto value = static_cast<uint8_t>(likeness.all(track, disliked) * byteSteps + 0.5f);
+                const auto value = rounded<uint8_t>(likeness.all(track, disliked) * byteSteps);
                 m_unlikeness[track] = std::max(m_unlikeness[track], value);
             }
         }
@@ -185,7 +185,7 @@ void StationScores::compareWith(const Example &example)
             continue;
         const ByGroup alike = likeness.likeness(track, example.track);
         for (size_t g = 0; g < likenessTerms; ++g) {
-            const auto value = static_cast<uint8_t>(alike[g] * example.weight * byteSteps + 0.5f);
+            const auto value = rounded<uint8_t>(alike[g] * example.weight * byteSteps);
             m_likeness[track][g] = std::max(m_likeness[track][g], value);
         }
     }

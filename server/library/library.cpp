@@ -306,6 +306,8 @@ void Library::refreshCounts()
 void Library::report(bool isLast)
 {
     const LibraryStatus status = this->status();
+    if (status.roots.empty())
+        return; // nothing to say without own music
     const LibraryCounts &counts = status.counts;
     int64_t problems = 0;
     for (const char *reason : {leftout::damaged, leftout::crash, leftout::slow, leftout::empty, leftout::kind}) {
