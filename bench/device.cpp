@@ -1,6 +1,7 @@
 #include "device.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -126,17 +127,28 @@ QProcessEnvironment Device::environment() const
 bool Device::prepare()
 {
     QDir().mkpath(path(QStringLiteral("device")));
-    const QString &library = m_library; // rendering the music takes minutes
+    const QString &library = m_library;
     QDir().mkpath(library);
     QFile::setPermissions(library, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     for (const QString &state : {QStringLiteral("velmora.db"), QStringLiteral("velmora.db-wal"),
                                  QStringLiteral("velmora.db-shm"), QStringLiteral("demo-account.txt")})
         QFile::remove(library + QLatin1Char('/') + state);
+    // The first time this takes minutes. A service that still makes music would have its listeners wait for it.
+    const QString tracksOfStyle = QStringLiteral("4");
+    QProcess music;
+    dieWithUs(music);
+    music.setStandardOutputFile(QProcess::nullDevice());
+    music.start(QStringLiteral(BENCH_DEMOMUSIC),
+                {QStringLiteral("--each"), tracksOfStyle, library + QStringLiteral("/demo")});
+    if (!music.waitForFinished(-1) || music.exitStatus() != QProcess::NormalExit || music.exitCode() != 0) {
+        std::fprintf(stderr, "the demo music was not made: %s\n", music.readAllStandardError().constData());
+        return false;
+    }
     dieWithUs(m_server);
     m_server.setProcessChannelMode(QProcess::MergedChannels);
     m_server.start(QStringLiteral(BENCH_SERVER),
                    {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"), QStringLiteral("--data"), library,
-                    QStringLiteral("--demo-tracks"), QStringLiteral("4")});
+                    QStringLiteral("--demo-tracks"), tracksOfStyle});
     static const QRegularExpression listening(QStringLiteral("listening on (http://127\\.0\\.0\\.1:\\d+)"));
     QByteArray said;
     QElapsedTimer clock;
@@ -199,8 +211,9 @@ QByteArray Device::status()
 
 QString Device::anyTrack() const
 {
-    const QDir demo(m_library + QStringLiteral("/demo"));
-    return demo.filePath(demo.entryList({QStringLiteral("*.flac")}, QDir::Files, QDir::Size).value(0));
+    QDirIterator tracks(m_library + QStringLiteral("/demo/music"), {QStringLiteral("*.flac")}, QDir::Files,
+                        QDirIterator::Subdirectories);
+    return tracks.hasNext() ? tracks.next() : QString();
 }
 
 qint64 Device::radioPid(const QByteArray &status)

@@ -116,21 +116,20 @@ void benchRows(VelmoraMainDlg *player)
         std::shuffle(stations.begin(), stations.end(), random);
         stations.prepend(station("tapestry", "Tapestry", true));
         const HANDLE_T handle = stationList(stations);
-        QList<VLM_STATION_MAP_T *> records; // sorted as after a creation
+        stationrecord::List records; // sorted as after a creation
         for (const FakeStation &source : stations) {
             VLM_STATION_MAP_T record{};
             record.stationName = const_cast<char *>(source.name.constData());
             record.stationToken = const_cast<char *>(source.token.constData());
-            records.append(stationrecord::copy(record));
+            records.push_back(copyStation(record));
         }
         QElapsedTimer clock;
         clock.start();
-        std::sort(records.begin(), records.end(), stationrecord::lessThan);
+        std::sort(records.begin(), records.end(),
+                  [](const StationCopy &a, const StationCopy &b) { return stationrecord::lessThan(a.get(), b.get()); });
         player->fillupStationListBox_Ex(handle, VLM_WS_ERR_OK, nullptr, false);
         QApplication::processEvents();
         ms.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        for (VLM_STATION_MAP_T *record : records)
-            stationrecord::release(record);
     }
     ms.erase(ms.begin()); // reads the pictures
     figures::note("100 station rows, median", figures::median(ms), " ms");
