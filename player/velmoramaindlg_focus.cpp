@@ -11,7 +11,6 @@
 #include <QDebug>
 #include <QFocusEvent>
 #include <QKeyEvent>
-#include <QPixmapCache>
 
 namespace {
 
@@ -183,7 +182,6 @@ void VelmoraMainDlg::showEvent(QShowEvent *event)
     VelmoraParentWidget::showEvent(event);
     if (!m_hasBeenShown) {
         m_hasBeenShown = true;
-        QPixmapCache::clear(); // it would keep large pictures of the previous screens for a minute
         emit signalMovePlaybackWidget();
     }
     resetFocus(false);

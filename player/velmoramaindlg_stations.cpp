@@ -195,12 +195,15 @@ void VelmoraMainDlg::showStationIcon(int row, bool isPlaying)
 }
 
 // The selected mode gets the same picture; otherwise Qt tints it.
+// Kept in the size of the lists' icons: some of the pictures are much larger.
 const QIcon &VelmoraMainDlg::cachedIcon(const char *path)
 {
     QIcon &icon = m_icons[QByteArray(path)];
     if (icon.isNull()) {
-        icon.addFile(QString::fromLatin1(path), QSize(), QIcon::Normal);
-        icon.addFile(QString::fromLatin1(path), QSize(), QIcon::Selected);
+        const QPixmap picture =
+            QIcon(QString::fromLatin1(path)).pixmap(ui->playListWidget->iconSize(), devicePixelRatioF());
+        icon.addPixmap(picture, QIcon::Normal);
+        icon.addPixmap(picture, QIcon::Selected);
     }
     return icon;
 }

@@ -15,6 +15,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QPixmapCache>
 
 #include <cstdio>
 #include <cstring>
@@ -47,6 +48,14 @@ void loadStyleSheet()
     file->close();
     file.reset();
     qDebug("Velmora main function,load qss file,done!");
+}
+
+// Qt would keep pictures of the previous screens for a minute, up to 10 MB. The small ones, which are drawn again and
+// again, have room.
+void keepFewPictures()
+{
+    constexpr int kibibytes = 256; // at the canvas's own size
+    QPixmapCache::setCacheLimit(qRound(kibibytes * qApp->devicePixelRatio() * qApp->devicePixelRatio()));
 }
 
 void startIpcThread(netcommon::IpcThread *ipcThread)
@@ -120,6 +129,7 @@ int main(int argc, char **argv)
     qDebug("Velmora main function ...");
     // Screens follow one another: between two of them no window may be open.
     QApplication::setQuitOnLastWindowClosed(false);
+    keepFewPictures();
     new SharpPanels(application);
     ProductFactory factory;
     ScreenFactory::setInstance(&factory);

@@ -24,18 +24,26 @@ class Card : public QWidget {
 public:
     explicit Card(QWidget *parent)
         : QWidget(parent)
-        , m_picture(QFile::exists(pictureName()) ? QIcon(pictureName()) : QIcon())
     {
         setObjectName(QStringLiteral("bufferCard"));
         setGeometry(cardPlace);
     }
 
 protected:
+    // The picture is held only while it is seen.
+    void showEvent(QShowEvent *) override
+    {
+        if (QFile::exists(pictureName()))
+            m_picture = QIcon(pictureName()).pixmap(size(), devicePixelRatioF());
+    }
+
+    void hideEvent(QHideEvent *) override { m_picture = QPixmap(); }
+
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
         if (!m_picture.isNull()) {
-            m_picture.paint(&painter, rect());
+            painter.drawPixmap(rect(), m_picture);
             return;
         }
         painter.setRenderHint(QPainter::Antialiasing);
@@ -49,7 +57,7 @@ protected:
 
 private:
     static QString pictureName() { return QStringLiteral(":/images/Buffer_Bg.png"); }
-    const QIcon m_picture;
+    QPixmap m_picture;
 };
 
 } // namespace
