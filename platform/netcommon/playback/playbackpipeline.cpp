@@ -11,9 +11,14 @@ namespace netcommon {
 
 namespace {
 
-// More than the high water line, 7 s, of anything up to 9.6 Mbit/s. With less the player screen could never resume.
-constexpr guint queueBytes = 8 * 1024 * 1024;
-constexpr guint64 sourceBytes = 512 * 1024;
+// Of a track, fetched ahead. Most compressed tracks fit whole; of lossless ones it is half a minute or more, which
+// outlives a fault of the network.
+constexpr guint queueBytes = 3584 * 1024;
+// Where that is less sound than this, it may be larger: more than the high water line, 7 s, of anything up to
+// 9.6 Mbit/s. With less the player screen could never resume.
+constexpr guint64 queueTime = 30 * GST_SECOND;
+constexpr guint largeQueueBytes = 8 * 1024 * 1024;
+constexpr guint64 sourceBytes = 256 * 1024;
 // A block of packed frames. With the headers of the box and of the allocator it fills whole pages of its own, which go
 // back to the system when it is freed.
 constexpr gsize blockBytes = 256 * 1024 - 64;
@@ -116,6 +121,14 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
     g_object_set(source, "format", GST_FORMAT_BYTES, "stream-type", GST_APP_STREAM_TYPE_STREAM, "block", FALSE,
                  "max-bytes", sourceBytes, "min-percent", 50u, nullptr);
     g_object_set(m_queue, "max-size-bytes", queueBytes, "max-size-buffers", 0u, "max-size-time", guint64(0), nullptr);
+    using Overrun = void (*)(GstElement *, gpointer);
+    g_signal_connect(m_queue, "overrun", G_CALLBACK(Overrun([](GstElement *queue, gpointer) {
+                         guint64 time = 0;
+                         g_object_get(queue, "current-level-time", &time, nullptr);
+                         if (time < queueTime)
+                             g_object_set(queue, "max-size-bytes", largeQueueBytes, nullptr);
+                     })),
+                     nullptr);
     gst_element_link(source, parse);
     gst_element_link(m_queue, m_decode);
     gst_element_link(m_convert, m_resample);

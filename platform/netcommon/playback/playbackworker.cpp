@@ -22,6 +22,7 @@ constexpr int sinkStaysOpenMs = 3000;
 constexpr int endingSlackMs = 2000;       // beyond what is left of an ending track
 constexpr qint64 startDeadlineMs = 20000; // without a byte and without a result
 constexpr qint64 noAudioMs = 1500;        // all bytes here and no audio found: a picture, say
+constexpr quint32 settledMs = 4000;       // of a track: its pictures are shown, and what made them is freed
 
 constexpr int cannotPlayAddress = -1;
 constexpr int cannotPlayAnything = -2;
@@ -210,6 +211,7 @@ void PlaybackWorker::build(PlaybackSink sink, qint64 startAtMs)
     m_isPrerolled = m_canStart = false;
     m_lengthMs = -1;
     m_bodyComplete.reset();
+    m_hasGivenMemoryBack = false;
     m_pipeline =
         std::make_unique<PlaybackPipeline>(PlaybackPipeline::Setup{++m_lastPipelineId, startAtMs}, m_inbox, m_fetcher);
     if (!m_pipeline->missing().isEmpty()) {
@@ -307,7 +309,6 @@ void PlaybackWorker::pipelineEvent(const PlaybackEvent &event)
     case PlaybackEvent::Kind::BodyComplete:
         m_bodyComplete.emplace();
         m_bodyComplete->start();
-        giveFreeMemoryBack();
         break;
     case PlaybackEvent::Kind::Command:
     case PlaybackEvent::Kind::Address:
@@ -413,6 +414,10 @@ void PlaybackWorker::tickPlaying()
     m_order.position(static_cast<int>(buffer.ui4_start / 1000));
     if (isReceived && m_pipeline->hasSink() && m_order.wantsPlay() && buffer.ui4_amount <= nextTrackLeadMs)
         m_order.endsSoon();
+    if (!m_hasGivenMemoryBack && buffer.ui4_start >= settledMs) {
+        m_hasGivenMemoryBack = true;
+        giveFreeMemoryBack();
+    }
     const bool isHeld = mustHold(m_isHeld, buffer.ui4_amount, isReceived);
     if (isHeld != m_isHeld) {
         m_isHeld = isHeld;

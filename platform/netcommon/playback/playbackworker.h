@@ -72,6 +72,7 @@ private:
     bool m_canStart = false;                     // the same, or its first audio waits for the ending track's sink
     qint64 m_lengthMs = -1;                      // from the file's header
     std::optional<QElapsedTimer> m_bodyComplete; // runs since the last byte was handed over
+    bool m_hasGivenMemoryBack = false;           // since m_pipeline's track began
     IMTK_PB_CTRL_BUFFER_STATUS_T m_buffer{};
 };
 
