@@ -124,29 +124,18 @@ bool DemoFolder::prepare()
     for (const fs::path &file : unfinished)
         fs::remove(file, error);
 
-    json catalogue = {{"tracks", json::array()}, {"ads", json::array()}};
-    for (const DemoTrack &track : m_tracks) {
+    for (const DemoTrack &track : m_tracks)
         fs::create_directories(m_folder / albumFolder(track), error);
-        catalogue["tracks"].push_back({{"id", track.id},
-                                       {"file", fileOf(track)},
-                                       {"picture", pictureOf(track)},
-                                       {"song", track.song},
-                                       {"artist", track.artist},
-                                       {"album", track.album},
-                                       {"style", track.style},
-                                       {"mood", track.mood},
-                                       {"year", track.year},
-                                       {"tempo", track.tempo},
-                                       {"durationSeconds", track.durationSeconds}});
-    }
+    json list = json::array();
     for (const DemoAd &ad : ads())
-        catalogue["ads"].push_back({{"id", ad.id},
-                                    {"file", adFile(ad, ".flac")},
-                                    {"picture", adFile(ad, ".png")},
-                                    {"title", ad.title},
-                                    {"line2", ad.line2},
-                                    {"durationSeconds", ad.durationSeconds}});
-    return write(catalogue.dump(1) + "\n", m_folder / "catalogue.json");
+        list.push_back({{"id", ad.id},
+                        {"file", adFile(ad, ".flac")},
+                        {"picture", adFile(ad, ".png")},
+                        {"title", ad.title},
+                        {"line2", ad.line2},
+                        {"durationSeconds", ad.durationSeconds}});
+    fs::remove(m_folder / "catalogue.json", error); // of earlier versions
+    return write(json{{"ads", std::move(list)}}.dump(1) + "\n", m_folder / "ads.json");
 }
 
 bool DemoFolder::makePicture(const std::string &id, const fs::path &file) const

@@ -41,15 +41,14 @@ private:
 //
 //     music/<artist>/<album>/<number> <song>.flac, cover.png    tagged files, as a person would keep them
 //     ads/<id>.flac, <id>.png
-//     catalogue.json                                            what tags do not say, and the advertisements
+//     ads.json                                                  the advertisements
 //
 // Every file appears whole or not at all.
 class DemoFolder {
 public:
     DemoFolder(std::filesystem::path folder, std::vector<DemoTrack> tracks);
 
-    // Makes the folder and writes catalogue.json: {"tracks": [{"id", "file", "picture", "song", "artist", "album",
-    // "style", "mood", "year", "tempo", "durationSeconds"}], "ads": [{"id", "file", "picture", "title", "line2",
+    // Makes the folders of all albums and writes ads.json: {"ads": [{"id", "file", "picture", "title", "line2",
     // "durationSeconds"}]}; files relative to the folder. Removes what an interrupted run left. False when something
     // cannot be written.
     bool prepare();

@@ -2,6 +2,7 @@
 
 #include "demofolder.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <iostream>
@@ -21,14 +22,15 @@ constexpr int exitFailure = 1;
 constexpr const char *usage =
     R"(usage: velmora-demomusic [--each N] [--attended] FOLDER
 
-  Makes original music into FOLDER: tagged FLAC files with covers, advertisements, and catalogue.json that describes
-  them. Files that are there are not made again.
+  Makes original music: tagged FLAC files with covers into FOLDER/music, advertisements into FOLDER/ads, described by
+  FOLDER/ads.json. Files that are there are not made again.
 
   --each N      at most N tracks of each style (all)
   --attended    takes wishes on standard input, one style a line, an empty line after the last of them; ends when
                 standard input ends
 
-  Says "ready" when catalogue.json is written, "made FILE" or "failed FILE" for each file, and "done".
+  Says "style NAME" for each style, "ready N TOTAL" with the number of tracks that are there already, "made FILE" or
+  "failed FILE" for each file, and "done".
 )";
 
 struct Options {
@@ -105,7 +107,14 @@ int main(int argc, char *argv[])
     MakingOrder order(tracks, [&](const DemoTrack &track) { return folder.has(folder.fileOf(track)); });
     if (options.isAttended)
         std::thread(attend, std::ref(order)).detach();
-    say("ready");
+    std::set<std::string> styles;
+    for (const DemoTrack &track : tracks)
+        styles.insert(track.style);
+    for (const std::string &style : styles)
+        say("style " + style);
+    const auto made = std::count_if(tracks.begin(), tracks.end(),
+                                    [&](const DemoTrack &track) { return folder.has(folder.fileOf(track)); });
+    say("ready " + std::to_string(made) + " " + std::to_string(tracks.size()));
     bool isWhole = true;
     folder.make(order, [&](const std::filesystem::path &file, bool isMade) {
         isWhole = isWhole && isMade;

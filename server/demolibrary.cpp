@@ -1,5 +1,7 @@
 #include "server/demolibrary.h"
 
+#include <cerrno>
+#include <cinttypes>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -20,13 +22,6 @@ namespace {
 using nlohmann::json;
 
 constexpr const char *audioType = "audio/flac";
-
-// A file appears whole or not at all, so one that is there is good.
-bool isMade(const std::filesystem::path &file)
-{
-    std::error_code error;
-    return std::filesystem::is_regular_file(file, error);
-}
 
 // What versions before the music had a folder of its own have made.
 void removeFlatFiles(const std::filesystem::path &folder)
@@ -67,15 +62,13 @@ DemoLibrary::~DemoLibrary()
 void DemoLibrary::start()
 {
     ::mkdir(m_settings.folder.c_str(), 0700);
+    ::mkdir(musicIn(m_settings.folder).c_str(), 0700);
     removeFlatFiles(m_settings.folder);
-    const bool isDescribed = startProgram() && readLine() == "ready";
-    if (!isDescribed)
-        m_say("demo catalogue: " + m_settings.program.string() + " does not run; no more music is made");
-    enter();
-    if (!isDescribed)
-        return;
+    m_catalogue.setGrowing("demo", true);
     m_catalogue.whenWanted([this](const std::set<std::string> &styles) { wish(styles); });
-    m_thread = std::thread([this] { follow(); });
+    const bool isDescribed = startProgram() && readDescription();
+    enterAds();
+    m_thread = std::thread([this, isDescribed] { keep(isDescribed); });
 }
 
 void DemoLibrary::stop()
@@ -83,17 +76,15 @@ void DemoLibrary::stop()
     m_catalogue.whenWanted({});
     {
         const std::lock_guard guard(m_mutex);
+        m_isStopping = true;
         if (m_input >= 0)
             ::close(std::exchange(m_input, -1));
+        if (m_pid > 0)
+            ::kill(m_pid, SIGTERM);
     }
-    if (m_pid > 0)
-        ::kill(m_pid, SIGTERM);
+    m_wake.notify_all();
     if (m_thread.joinable())
         m_thread.join();
-    if (m_output)
-        std::fclose(std::exchange(m_output, nullptr));
-    if (m_pid > 0)
-        ::waitpid(std::exchange(m_pid, -1), nullptr, 0);
 }
 
 bool DemoLibrary::startProgram()
@@ -120,17 +111,22 @@ bool DemoLibrary::startProgram()
     sigemptyset(&none);
     posix_spawnattr_setsigmask(&attributes, &none);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+    pid_t pid = -1;
     const int result =
-        ::posix_spawn(&m_pid, m_settings.program.c_str(), &files, &attributes, pointersTo(arguments).data(), environ);
+        ::posix_spawn(&pid, m_settings.program.c_str(), &files, &attributes, pointersTo(arguments).data(), environ);
     posix_spawn_file_actions_destroy(&files);
     posix_spawnattr_destroy(&attributes);
     ::close(output[1]);
     ::close(input[1]);
     m_output = ::fdopen(output[0], "r");
+    m_hasMade = false;
+    const std::lock_guard guard(m_mutex);
     m_input = input[0];
-    if (result != 0)
-        m_pid = -1;
-    return result == 0 && m_output;
+    m_pid = result == 0 ? pid : -1;
+    if (m_isStopping && m_pid > 0)
+        ::kill(m_pid, SIGTERM);
+    sendWishes();
+    return m_pid > 0 && m_output;
 }
 
 std::optional<std::string> DemoLibrary::readLine()
@@ -145,57 +141,84 @@ std::optional<std::string> DemoLibrary::readLine()
     return line;
 }
 
-void DemoLibrary::enter()
+bool DemoLibrary::readDescription()
 {
-    std::vector<Track> tracks;
-    std::vector<std::string> trackIds;
-    std::vector<Ad> ads;
-    std::vector<std::string> adIds;
-    std::ifstream file(path("catalogue.json"));
-    try {
-        const json catalogue = json::parse(file);
-        for (const json &entry : catalogue.at("tracks")) {
-            const std::string audio = entry.at("file");
-            Track track;
-            track.publicId = entry.at("id");
-            track.song = entry.at("song");
-            track.artist = entry.at("artist");
-            track.album = entry.at("album");
-            track.style = entry.at("style");
-            track.mood = entry.at("mood");
-            track.tempo = entry.at("tempo");
-            track.year = entry.at("year");
-            track.durationSeconds = entry.at("durationSeconds");
-            track.audioFile = path(audio);
-            track.audioType = audioType;
-            track.bitrate = bitrateOf(audio, track.durationSeconds);
-            track.pictureFile = path(entry.at("picture"));
-            track.isPlayable = isMade(track.audioFile);
-            m_entries[audio] = {track.publicId, track.durationSeconds, false};
-            m_made += track.isPlayable ? 1 : 0;
-            trackIds.push_back(track.publicId);
-            tracks.push_back(std::move(track));
+    std::vector<std::string> styles;
+    while (const std::optional<std::string> line = readLine()) {
+        if (line->starts_with("style "))
+            styles.push_back(line->substr(6));
+        if (std::sscanf(line->c_str(), "ready %" SCNd64 " %" SCNd64, &m_made, &m_total) == 2) {
+            m_catalogue.expectStyles(styles);
+            return true;
         }
-        for (const json &entry : catalogue.at("ads")) {
-            const std::string audio = entry.at("file");
-            Ad ad{
-                0,           entry.at("id"), entry.at("title"),         entry.at("line2"),  entry.at("durationSeconds"),
-                path(audio), audioType,      path(entry.at("picture")), isMade(path(audio))};
-            m_entries[audio] = {ad.publicId, ad.durationSeconds, true};
-            adIds.push_back(ad.publicId);
-            ads.push_back(std::move(ad));
-        }
-    } catch (const json::exception &) {
-        m_say("demo catalogue: " + path("catalogue.json").string() + " is missing or damaged");
-        return;
     }
-    m_total = static_cast<int>(tracks.size());
-    m_catalogue.put(tracks);
-    m_catalogue.put(ads);
-    m_catalogue.keepOnly(trackIds, adIds);
+    return false;
 }
 
-void DemoLibrary::follow()
+void DemoLibrary::enterAds()
+{
+    const std::filesystem::path description = m_settings.folder / "ads.json";
+    const auto whole = [this](const std::string &file) { return m_settings.folder / file; };
+    std::vector<Ad> ads;
+    std::ifstream stream(description);
+    try {
+        const json all = json::parse(stream);
+        for (const json &entry : all.at("ads")) {
+            const std::string audio = entry.at("file");
+            std::error_code error;
+            // A file appears whole or not at all, so one that is there is good.
+            ads.push_back({0, entry.at("id"), entry.at("title"), entry.at("line2"), entry.at("durationSeconds"),
+                           whole(audio), audioType, whole(entry.at("picture")),
+                           std::filesystem::is_regular_file(whole(audio), error)});
+        }
+    } catch (const json::exception &) {
+        m_say("demo catalogue: " + description.string() + " is missing or damaged");
+        return;
+    }
+    m_adIds.clear();
+    for (const Ad &ad : ads)
+        m_adIds[ad.audioFile] = ad.publicId;
+    m_catalogue.replaceAds(ads);
+}
+
+void DemoLibrary::keep(bool isDescribed)
+{
+    std::chrono::milliseconds pause = m_settings.firstPause;
+    for (int restarts = 0;;) {
+        const bool isWhole = isDescribed && follow();
+        const int status = reap();
+        if (m_hasMade) {
+            restarts = 0;
+            pause = m_settings.firstPause;
+        }
+        {
+            const std::lock_guard guard(m_mutex);
+            if (m_isStopping)
+                break;
+        }
+        if (isWhole && status == 0)
+            break;
+        const std::string program = m_settings.program.string();
+        if (restarts++ == m_settings.mostRestarts) {
+            m_say("demo catalogue: " + program + " keeps ending early; no more music is made");
+            break;
+        }
+        m_say("demo catalogue: " + program + " has ended early; it is started again");
+        if (!rest(pause))
+            break;
+        pause *= 2;
+        isDescribed = startProgram() && readDescription();
+    }
+    m_catalogue.setGrowing("demo", false);
+}
+
+bool DemoLibrary::rest(std::chrono::milliseconds pause)
+{
+    std::unique_lock guard(m_mutex);
+    return !m_wake.wait_for(guard, pause, [this] { return m_isStopping; });
+}
+
+bool DemoLibrary::follow()
 {
     std::string last;
     while (const std::optional<std::string> line = readLine()) {
@@ -203,49 +226,66 @@ void DemoLibrary::follow()
         if (line->starts_with("made "))
             take(line->substr(5));
         else if (line->starts_with("failed "))
-            m_say("demo catalogue: cannot make " + path(line->substr(7)).string());
+            m_say("demo catalogue: cannot make " + (m_settings.folder / line->substr(7)).string());
+    }
+    return last == "done";
+}
+
+int DemoLibrary::reap()
+{
+    if (m_output)
+        std::fclose(std::exchange(m_output, nullptr));
+    pid_t pid = -1;
+    {
+        const std::lock_guard guard(m_mutex);
+        pid = m_pid;
+        if (m_input >= 0)
+            ::close(std::exchange(m_input, -1));
+    }
+    if (pid <= 0)
+        return -1;
+    // Its number stays its own until it is forgotten under the mutex: stop() never signals another process.
+    siginfo_t ended{};
+    while (::waitid(P_PID, static_cast<id_t>(pid), &ended, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
     }
     const std::lock_guard guard(m_mutex);
-    if (last != "done" && m_input >= 0) // otherwise it was stopped
-        m_say("demo catalogue: " + m_settings.program.string() + " has ended early; no more music is made");
+    int status = 0;
+    ::waitpid(std::exchange(m_pid, -1), &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 void DemoLibrary::take(const std::string &file)
 {
-    const auto found = m_entries.find(file);
-    if (found == m_entries.end())
-        return;
-    const Entry &entry = found->second;
-    if (entry.isAd) {
-        m_catalogue.setAdPlayable(entry.id, true);
+    m_hasMade = true;
+    const auto ad = m_adIds.find(m_settings.folder / file);
+    if (ad != m_adIds.end()) {
+        m_catalogue.setAdPlayable(ad->second, true);
         return;
     }
-    m_catalogue.setTrackPlayable(entry.id, true, bitrateOf(file, entry.durationSeconds));
-    ++m_made;
-    m_say("demo catalogue: " + std::to_string(m_made) + " of " + std::to_string(m_total) + " tracks");
+    m_say("demo catalogue: " + std::to_string(++m_made) + " of " + std::to_string(m_total) + " tracks");
 }
 
 void DemoLibrary::wish(const std::set<std::string> &styles)
 {
+    const std::lock_guard guard(m_mutex);
+    if (styles == m_wished)
+        return;
+    m_wished = styles;
+    sendWishes();
+}
+
+void DemoLibrary::sendWishes()
+{
+    if (m_input < 0 || m_wished.empty())
+        return;
     std::string lines;
-    for (const std::string &style : styles) {
+    for (const std::string &style : m_wished) {
         if (style.find('\n') == std::string::npos && !style.empty())
             lines += style + '\n';
     }
-    const std::lock_guard guard(m_mutex);
-    if (m_input < 0 || styles == m_wished)
-        return;
-    m_wished = styles;
     lines += '\n';
     // A program that does not read its wishes is not waited for.
     [[maybe_unused]] const ssize_t sent = ::send(m_input, lines.data(), lines.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-}
-
-int DemoLibrary::bitrateOf(const std::string &file, int durationSeconds) const
-{
-    std::error_code error;
-    const auto size = std::filesystem::file_size(path(file), error);
-    return error || durationSeconds <= 0 ? 0 : static_cast<int>(size * 8 / static_cast<unsigned>(durationSeconds));
 }
 
 } // namespace velmora::server

@@ -2,6 +2,7 @@
 
 #include "server/catalogue/catalogue.h"
 
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <sys/types.h>
@@ -9,14 +10,19 @@
 
 namespace velmora::server {
 
-// The demo catalogue in the service. A program of its own, velmora-demomusic, makes the music into a folder while the
-// service answers; a track can be played from the moment its file is there.
+// The demo catalogue: a program of its own, velmora-demomusic, writes music into a folder, which the library looks
+// through like any other. This class keeps the program running until all is written, passes on what listeners wait
+// for, and enters the advertisements, which are no music.
 class DemoLibrary {
 public:
     struct Settings {
         std::filesystem::path program; // velmora-demomusic
         std::filesystem::path folder;
         int tracksOfStyle = 1000; // at most so many
+        // A program that ends early is started again after this pause, which doubles every time, and not more often
+        // than this unless it has written something in between.
+        std::chrono::milliseconds firstPause{1000};
+        int mostRestarts = 6;
     };
 
     // `say` gets a line of progress after every track and every problem, also on a thread of this object's.
@@ -25,8 +31,10 @@ public:
     DemoLibrary(const DemoLibrary &) = delete;
     DemoLibrary &operator=(const DemoLibrary &) = delete;
 
-    // Starts the program, waits for its description of the catalogue and enters that. A program that does not run is a
-    // line of `say`; what an earlier run has made is entered all the same. Throws StoreError.
+    // Where the music is going to be: a folder for the library.
+    static std::filesystem::path musicIn(const std::filesystem::path &folder) { return folder / "music"; }
+
+    // Makes the folder, starts the program, and waits until it has said which styles there will be. Throws StoreError.
     void start();
     // Ends the program, which leaves whole files only. At once.
     void stop();
@@ -35,32 +43,34 @@ private:
     bool startProgram();
     // The next line of the program's output; nothing at its end.
     std::optional<std::string> readLine();
-    void enter();
-    void follow(); // runs on m_thread until the program has ended
+    bool readDescription();
+    void enterAds();
+    void keep(bool isDescribed);                // runs on m_thread
+    bool follow();                              // until the program has ended; whether all is written
+    int reap();                                 // its exit status, -1 when it was killed
+    bool rest(std::chrono::milliseconds pause); // false when it is time to stop
     void take(const std::string &file);
     void wish(const std::set<std::string> &styles);
-    std::filesystem::path path(const std::string &file) const { return m_settings.folder / file; }
-    // Bits a second of the track's file; 0 when there is no file.
-    int bitrateOf(const std::string &file, int durationSeconds) const;
+    void sendWishes(); // under m_mutex
 
     Catalogue &m_catalogue;
     Settings m_settings;
     std::function<void(const std::string &)> m_say;
 
-    struct Entry {
-        std::string id;
-        int durationSeconds = 0;
-        bool isAd = false;
-    };
-    std::map<std::string, Entry> m_entries; // by file relative to the folder; not changed after start()
-    int m_made = 0;                         // tracks that can be played; of m_thread after start()
-    int m_total = 0;
+    // Of the thread that starts the program: the caller's of start(), then m_thread.
+    std::map<std::filesystem::path, std::string> m_adIds; // by audio file
+    int64_t m_made = 0;                                   // tracks that are there
+    int64_t m_total = 0;
+    bool m_hasMade = false;   // something since the last start of the program
+    FILE *m_output = nullptr; // its standard output
 
-    pid_t m_pid = -1;         // -1: no program was started
-    FILE *m_output = nullptr; // its standard output; of m_thread after start()
-    std::mutex m_mutex;       // guards m_input and m_wished
-    int m_input = -1;         // the service's end of its standard input
+    std::mutex m_mutex; // guards what follows
+    std::condition_variable m_wake;
+    pid_t m_pid = -1; // -1: no program runs
+    int m_input = -1; // the service's end of its standard input
+    bool m_isStopping = false;
     std::set<std::string> m_wished;
+
     std::thread m_thread;
 };
 

@@ -67,6 +67,8 @@ std::variant<LibrarySettings, std::string> librarySettings(const ServerOptions &
     LibrarySettings settings;
     settings.say = say;
     settings.config.folders = options.music;
+    settings.config.excluded = options.musicExcluded;
+    settings.isAnalysed = options.isAnalysed;
     settings.configFile = options.config;
     std::error_code error;
     if (options.config.empty() && std::filesystem::exists(systemConfig, error))
@@ -109,10 +111,17 @@ int run(const ServerOptions &options)
     StationService service(settings);
     service.isUnderMaintenance = options.isUnderMaintenance;
 
-    DemoLibrary demo(service.catalogue, {demoProgram(), service.dataDirectory() / "demo", options.demoTracksOfStyle},
+    DemoLibrary demo(service.catalogue,
+                     {.program = demoProgram(),
+                      .folder = service.dataDirectory() / "demo",
+                      .tracksOfStyle = options.demoTracksOfStyle},
                      say);
-    if (hasDemo)
+    if (hasDemo) {
         demo.start();
+        music.demoFolders = {DemoLibrary::musicIn(service.dataDirectory() / "demo")};
+    } else {
+        service.catalogue.replaceAds({});
+    }
     if (hasDemoAccount)
         ensureDemoAccount(service);
     music.dataDirectory = service.dataDirectory();

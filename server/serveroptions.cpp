@@ -97,6 +97,12 @@ bool readFailure(const std::string &text, std::vector<ServerOptions::Failure> *f
     return true;
 }
 
+bool readSwitch(const std::string &text, std::optional<bool> *value)
+{
+    *value = text == "on";
+    return text == "on" || text == "off";
+}
+
 bool take(ServerOptions &options, const std::string &name, const std::string &value)
 {
     if (name == "--listen")
@@ -115,7 +121,11 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         return readMailAddress(value, &options.mailFrom);
     if (name == "--fail")
         return readFailure(value, &options.failures);
-    if (name == "--music")
+    if (name == "--analysis")
+        return readSwitch(value, &options.isAnalysed);
+    if (name == "--music-exclude")
+        options.musicExcluded.push_back(value);
+    else if (name == "--music")
         options.music.push_back(std::filesystem::absolute(value).lexically_normal());
     else if (name == "--config")
         options.config = value;
@@ -133,8 +143,9 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
 }
 
 constexpr const char *namesWithValue[] = {
-    "--listen",      "--data", "--public-url", "--tls-cert",  "--tls-key", "--token-lifetime", "--throttle", "--fail",
-    "--demo-tracks", "--smtp", "--smtp-login", "--mail-from", "--outbox",  "--music",          "--config"};
+    "--listen",   "--data",  "--public-url",  "--tls-cert",      "--tls-key",    "--token-lifetime",
+    "--throttle", "--fail",  "--demo-tracks", "--smtp",          "--smtp-login", "--mail-from",
+    "--outbox",   "--music", "--config",      "--music-exclude", "--analysis"};
 
 bool takesValue(const std::string &name)
 {
@@ -195,6 +206,8 @@ std::string usage()
                             HTTPS with this certificate chain and key (PEM)
   --insecure-lan            listen beyond this machine without a certificate
   --music DIR               play the music in this folder; may be given several times
+  --music-exclude PATTERN   leave out files and folders with such names; may be given several times
+  --analysis on|off         whether tracks are listened to (on); off: stations go by tags alone
   --config FILE             what the owner says about the music (/etc/velmora/server.conf)
   --demo, --no-demo         make the demo catalogue and the demo account (on, unless there is music)
   --demo-account            make the demo account, whatever is played

@@ -15,6 +15,8 @@ struct ServerOptions {
     std::filesystem::path dataDirectory;
     TokenLifetimes lifetimes;
     std::vector<std::filesystem::path> music; // folders, absolute
+    std::vector<std::string> musicExcluded;   // patterns
+    std::optional<bool> isAnalysed;           // as it was said; else the configuration decides
     std::filesystem::path config;             // empty: the system's, where there is one
     std::optional<bool> hasDemo;              // as it was said; else there is a demo where there is no music
     bool hasDemoAccount = false;              // also without the demo catalogue

@@ -10,13 +10,13 @@ namespace velmora::server {
 
 namespace {
 
+constexpr int mostStyles = 30;
+
 constexpr const char *trackColumns =
     "SELECT t.id, t.public_id, t.artist_id, t.album_id, t.song, a.name, b.title, t.style, t.mood, t.tempo, t.year, "
     "t.duration, t.audio_path, t.audio_type, t.bitrate, t.picture_path, t.is_explicit, t.is_playable, t.gain_db, "
-    "t.peak FROM tracks t JOIN artists a ON a.id = t.artist_id JOIN albums b ON b.id = t.album_id WHERE ";
-
-// Tracks of the demo catalogue's own making; those of folders come and go with their files.
-constexpr const char *fromNoFolder = "source = 'demo' AND NOT EXISTS (SELECT 1 FROM files WHERE track_id = tracks.id)";
+    "t.peak, t.source = 'demo' FROM tracks t JOIN artists a ON a.id = t.artist_id JOIN albums b ON b.id = t.album_id "
+    "WHERE ";
 
 Track readTrack(const Statement &row)
 {
@@ -43,6 +43,7 @@ Track readTrack(const Statement &row)
         track.gainDb = row.real(18);
     if (!row.isNull(19))
         track.peak = row.real(19);
+    track.isDemo = row.integer(20) != 0;
     return track;
 }
 
@@ -88,11 +89,13 @@ void Catalogue::put(const std::vector<Track> &tracks)
     noteChange();
 }
 
-void Catalogue::put(const std::vector<Ad> &ads)
+void Catalogue::replaceAds(const std::vector<Ad> &ads)
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
+    std::set<std::string> kept;
     for (const Ad &ad : ads) {
+        kept.insert(ad.publicId);
         db->run(
             "INSERT INTO ads (public_id, title, line2, duration, audio_path, audio_type, picture_path, is_playable) "
             "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT (public_id) DO UPDATE SET title = ?2, line2 = ?3, "
@@ -100,50 +103,17 @@ void Catalogue::put(const std::vector<Ad> &ads)
             ad.publicId, ad.title, ad.line2, ad.durationSeconds, ad.audioFile.string(), ad.audioType,
             ad.pictureFile.string(), ad.isPlayable);
     }
-    change.commit();
-}
-
-void Catalogue::keepOnly(const std::vector<std::string> &trackIds, const std::vector<std::string> &adIds)
-{
-    const Store::Lock db = m_store.lock();
-    Transaction change(*db);
-    const std::set<std::string> keptTracks(trackIds.begin(), trackIds.end());
-    const std::set<std::string> keptAds(adIds.begin(), adIds.end());
     std::vector<int64_t> gone;
-    {
-        Statement row = db->prepare(std::string("SELECT id, public_id FROM tracks WHERE ") + fromNoFolder);
-        while (row.step()) {
-            if (!keptTracks.contains(row.text(1)))
-                gone.push_back(row.integer(0));
-        }
-    }
-    for (const int64_t id : gone) {
-        db->run("DELETE FROM track_search WHERE rowid = ?1", id);
-        db->run("DELETE FROM tracks WHERE id = ?1", id);
-    }
-    gone.clear();
     {
         Statement row = db->prepare("SELECT id, public_id FROM ads");
         while (row.step()) {
-            if (!keptAds.contains(row.text(1)))
+            if (!kept.contains(row.text(1)))
                 gone.push_back(row.integer(0));
         }
     }
     for (const int64_t id : gone)
         db->run("DELETE FROM ads WHERE id = ?1", id);
-    db->run("DELETE FROM albums WHERE id NOT IN (SELECT album_id FROM tracks)");
-    const char *idle = "(SELECT id FROM artists WHERE id NOT IN (SELECT artist_id FROM tracks))";
-    db->run(std::string("DELETE FROM artist_search WHERE rowid IN ") + idle);
-    db->run(std::string("DELETE FROM artists WHERE id IN ") + idle);
     change.commit();
-    noteChange();
-}
-
-void Catalogue::setTrackPlayable(const std::string &publicId, bool isPlayable, int bitrate)
-{
-    m_store.lock()->run("UPDATE tracks SET is_playable = ?2, bitrate = ?3 WHERE public_id = ?1", publicId, isPlayable,
-                        bitrate);
-    noteChange();
 }
 
 void Catalogue::setAdPlayable(const std::string &publicId, bool isPlayable)
@@ -202,34 +172,54 @@ std::string Catalogue::artistName(int64_t id)
 
 std::vector<std::string> Catalogue::styles()
 {
-    std::vector<std::string> styles;
-    const Store::Lock db = m_store.lock();
-    Statement row =
-        db->prepare("SELECT style FROM (SELECT style FROM tracks WHERE style <> '' GROUP BY style ORDER BY COUNT(*) "
-                    "DESC, style LIMIT 30) ORDER BY style");
-    while (row.step())
-        styles.push_back(row.text(0));
-    return styles;
+    return largestStyles(mostStyles);
 }
 
 std::vector<std::string> Catalogue::largestStyles(int most)
 {
-    std::vector<std::string> styles;
-    const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT style FROM (SELECT style FROM tracks WHERE style <> '' GROUP BY style "
-                                "ORDER BY COUNT(*) DESC, style LIMIT ?1) ORDER BY style");
-    row.with(most);
-    while (row.step())
-        styles.push_back(row.text(0));
-    return styles;
+    std::set<std::string> styles;
+    {
+        const Store::Lock db = m_store.lock();
+        Statement row = db->prepare("SELECT style FROM tracks WHERE style <> '' GROUP BY style ORDER BY COUNT(*) DESC, "
+                                    "style LIMIT ?1");
+        row.with(most);
+        while (row.step())
+            styles.insert(row.text(0));
+    }
+    const std::lock_guard guard(m_mutex);
+    for (const std::string &style : m_expected) {
+        if (static_cast<int>(styles.size()) < most)
+            styles.insert(style);
+    }
+    return {styles.begin(), styles.end()};
 }
 
 bool Catalogue::hasStyle(const std::string &style)
 {
-    const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT 1 FROM tracks WHERE is_playable IN (0, 1) AND style = ?1 LIMIT 1");
-    row.with(style);
-    return row.step();
+    {
+        const Store::Lock db = m_store.lock();
+        Statement row = db->prepare("SELECT 1 FROM tracks WHERE is_playable IN (0, 1) AND style = ?1 LIMIT 1");
+        row.with(style);
+        if (row.step())
+            return true;
+    }
+    const std::lock_guard guard(m_mutex);
+    return m_expected.contains(style);
+}
+
+void Catalogue::expectStyles(const std::vector<std::string> &names)
+{
+    std::set<std::string> expected;
+    {
+        const Store::Lock db = m_store.lock();
+        Transaction change(*db);
+        Owners owners(*db);
+        for (const std::string &name : names)
+            expected.insert(owners.style(name));
+        change.commit();
+    }
+    const std::lock_guard guard(m_mutex);
+    m_expected = std::move(expected);
 }
 
 std::optional<std::string> Catalogue::pictureOfStyle(const std::string &style)
@@ -259,9 +249,6 @@ Counts Catalogue::counts()
 
 bool Catalogue::isGrowing()
 {
-    const Store::Lock db = m_store.lock();
-    if (db->prepare(std::string("SELECT 1 FROM tracks WHERE is_playable = 0 AND ") + fromNoFolder + " LIMIT 1").step())
-        return true;
     const std::lock_guard guard(m_mutex);
     return !m_growing.empty();
 }

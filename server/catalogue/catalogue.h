@@ -35,6 +35,7 @@ struct Track {
     std::filesystem::path pictureFile;
     bool isExplicit = false;
     bool isPlayable = false;      // its audio file is there, whole
+    bool isDemo = false;          // of the demo catalogue
     std::optional<double> gainDb; // what brings it to -18 LUFS; nothing until it was measured
     std::optional<double> peak;   // highest sample, 1 is full scale
 };
@@ -65,11 +66,8 @@ public:
     // Adds tracks or brings known ones (by public id) up to date, in one transaction; the ids inside are ignored. For a
     // large catalogue hand over thousands at a time. Throws StoreError; then none of them is there.
     void put(const std::vector<Track> &tracks);
-    void put(const std::vector<Ad> &ads);
-    // Drops every ad, and every track that comes from no folder, whose public id is not in these lists; tokens issued
-    // for them end.
-    void keepOnly(const std::vector<std::string> &trackIds, const std::vector<std::string> &adIds);
-    void setTrackPlayable(const std::string &publicId, bool isPlayable, int bitrate);
+    // These are the ads from now on; tokens issued for others end.
+    void replaceAds(const std::vector<Ad> &ads);
     void setAdPlayable(const std::string &publicId, bool isPlayable);
 
     std::optional<Track> track(int64_t id);
@@ -80,11 +78,13 @@ public:
     std::vector<std::string> styles();                // the thirty with the most tracks, in alphabetical order
     std::vector<std::string> largestStyles(int most); // those with the most tracks, in alphabetical order
     bool hasStyle(const std::string &style);
+    // Styles of which music is going to be there: stations can be made of them before it is.
+    void expectStyles(const std::vector<std::string> &names);
     // Any track of the style or artist with a picture, for showing a station. Nothing when there is none.
     std::optional<std::string> pictureOfStyle(const std::string &style);
     std::optional<std::string> pictureOfArtist(int64_t artistId);
     Counts counts();
-    // Whether more music is about to come: some track's file is still to be made, or a source said so.
+    // Whether more music is about to come, as its sources say.
     bool isGrowing();
     void setGrowing(const std::string &source, bool isGrowing);
 
@@ -105,9 +105,10 @@ private:
     std::optional<Ad> adWhere(const char *condition, const std::string &value);
 
     Store &m_store;
-    std::mutex m_mutex; // guards the next two
+    std::mutex m_mutex; // guards the next three
     std::function<void(const std::set<std::string> &)> m_tellWanted;
-    std::set<std::string> m_growing; // sources
+    std::set<std::string> m_growing;  // sources
+    std::set<std::string> m_expected; // styles
     std::atomic<uint64_t> m_revision{0};
     std::condition_variable m_becamePlayable;
 };

@@ -61,4 +61,16 @@ int64_t Owners::album(const AlbumKey &key)
     return m_albums[remembered] = id;
 }
 
+std::string Owners::style(const std::string &name)
+{
+    const std::string folded = foldedText(name);
+    if (folded.empty())
+        return name;
+    m_db.run("INSERT INTO styles (name, folded) VALUES (?1, ?2) ON CONFLICT (folded) DO NOTHING", name, folded);
+    Statement row = m_db.prepare("SELECT name FROM styles WHERE folded = ?1");
+    row.with(folded);
+    row.step();
+    return row.text(0);
+}
+
 } // namespace velmora::server

@@ -31,6 +31,8 @@ public:
     // One that nobody names: a different one for every place, never found by a search.
     int64_t unknownArtist(const std::string &name, const std::string &place);
     int64_t album(const AlbumKey &key);
+    // The style's name as it was spelt first: "Hip Hop" and "hip-hop" are one style.
+    std::string style(const std::string &name);
 
 private:
     Database &m_db;

@@ -29,12 +29,34 @@ FileStamp stampOf(const struct stat &status)
             static_cast<int64_t>(status.st_ino)};
 }
 
+constexpr std::array markers = {".nomedia", ".velmoraignore"}; // nobody looks into their folder
+
+bool isMarker(std::string_view name)
+{
+    return std::find(markers.begin(), markers.end(), name) != markers.end();
+}
+
+bool isExcluded(const std::vector<std::string> &patterns, const std::string &path, const std::string &name)
+{
+    return std::any_of(patterns.begin(), patterns.end(), [&](const std::string &pattern) {
+        return ::fnmatch(pattern.c_str(), name.c_str(), 0) == 0 || ::fnmatch(pattern.c_str(), path.c_str(), 0) == 0;
+    });
+}
+
+std::string lower(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return result;
+}
+
 } // namespace
 
 class FolderWalk::Run {
 public:
     Run(const std::vector<std::string> &excluded, const std::function<bool(std::vector<FoundFile>)> &take,
-        const std::function<void(int)> &enter)
+        const std::function<void(int, const std::string &)> &enter)
         : m_excluded(excluded)
         , m_take(take)
         , m_enter(enter)
@@ -46,16 +68,9 @@ public:
     WalkResult result;
 
 private:
-    bool isExcluded(const std::string &path, const std::string &name) const
-    {
-        return std::any_of(m_excluded.begin(), m_excluded.end(), [&](const std::string &pattern) {
-            return ::fnmatch(pattern.c_str(), name.c_str(), 0) == 0 || ::fnmatch(pattern.c_str(), path.c_str(), 0) == 0;
-        });
-    }
-
     const std::vector<std::string> &m_excluded;
     const std::function<bool(std::vector<FoundFile>)> &m_take;
-    const std::function<void(int)> &m_enter;
+    const std::function<void(int, const std::string &)> &m_enter;
     std::set<std::pair<dev_t, ino_t>> m_seen;
 };
 
@@ -75,12 +90,12 @@ void FolderWalk::Run::folder(int descriptor, const std::string &path, int depth)
     if (!m_seen.insert({status.st_dev, status.st_ino}).second)
         return;
     if (m_enter)
-        m_enter(descriptor);
+        m_enter(descriptor, path);
     std::vector<std::string> names;
     errno = 0;
     while (const dirent *entry = ::readdir(directory.get())) {
         const std::string name = entry->d_name;
-        if (name == ".nomedia" || name == ".velmoraignore")
+        if (isMarker(name))
             return;
         if (name[0] != '.')
             names.push_back(name);
@@ -97,7 +112,7 @@ void FolderWalk::Run::folder(int descriptor, const std::string &path, int depth)
         if (!path.empty())
             whole += '/';
         whole += name;
-        if (isExcluded(whole, name))
+        if (isExcluded(m_excluded, whole, name))
             continue;
         if (::fstatat(descriptor, name.c_str(), &status, 0) != 0) {
             // A link to nowhere is no folder; what cannot be looked at may be one.
@@ -137,7 +152,7 @@ FolderWalk::FolderWalk(std::vector<std::string> excluded)
 }
 
 WalkResult FolderWalk::walk(int root, const std::function<bool(std::vector<FoundFile>)> &take,
-                            const std::function<void(int)> &enter) const
+                            const std::function<void(int, const std::string &)> &enter) const
 {
     Run run(m_excluded, take, enter);
     // A descriptor of its own position: the caller's would be left at its end.
@@ -149,14 +164,46 @@ WalkResult FolderWalk::walk(int root, const std::function<bool(std::vector<Found
     return run.result;
 }
 
+bool FolderWalk::takes(int root, const std::string &path) const
+{
+    for (size_t begin = 0; begin <= path.size();) {
+        const size_t end = std::min(path.find('/', begin), path.size());
+        const std::string name = path.substr(begin, end - begin);
+        if (name.starts_with('.') || isExcluded(m_excluded, path.substr(0, end), name))
+            return false;
+        const std::string folder = path.substr(0, begin);
+        if (std::any_of(markers.begin(), markers.end(),
+                        [&](const char *marker) { return ::faccessat(root, (folder + marker).c_str(), F_OK, 0) == 0; }))
+            return false;
+        begin = end + 1;
+    }
+    return isMusicName(path.substr(path.rfind('/') + 1));
+}
+
+int FolderWalk::coverRank(std::string_view name)
+{
+    constexpr std::array names = {"cover", "folder", "front"};
+    const std::string whole = lower(name);
+    for (size_t i = 0; i < names.size(); ++i) {
+        for (const char *extension : {".jpg", ".jpeg", ".png"}) {
+            if (whole == std::string(names[i]) + extension)
+                return static_cast<int>(i) + 1;
+        }
+    }
+    return 0;
+}
+
+bool FolderWalk::hasMeaning(std::string_view name)
+{
+    return isMarker(name) || coverRank(name) != 0;
+}
+
 bool FolderWalk::isMusicName(std::string_view name)
 {
     const size_t dot = name.rfind('.');
     if (dot == std::string_view::npos || name.size() - dot > 6)
         return false;
-    std::string extension(name.substr(dot + 1));
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const std::string extension = lower(name.substr(dot + 1));
     return std::find(musicExtensions.begin(), musicExtensions.end(), extension) != musicExtensions.end();
 }
 

@@ -38,11 +38,17 @@ public:
 
     // `take` gets the files of one folder after the other, in the order of their names; false stops the walk. `root` is
     // an open folder and stays the caller's.
-    // `enter` is told of every open folder before its files.
+    // `enter` gets every open folder and its path in the root before it is listed.
     WalkResult walk(int root, const std::function<bool(std::vector<FoundFile>)> &take,
-                    const std::function<void(int folder)> &enter = {}) const;
+                    const std::function<void(int folder, const std::string &path)> &enter = {}) const;
+    // Whether a walk that came to the file's folder would take the file.
+    bool takes(int root, const std::string &path) const;
 
     static bool isMusicName(std::string_view name);
+    // A cover beside the music: 1 for the likeliest name, then 2, 3; 0: it is none.
+    static int coverRank(std::string_view name);
+    // A name that says something about the other files of its folder.
+    static bool hasMeaning(std::string_view name);
 
 private:
     class Run;

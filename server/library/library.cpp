@@ -4,9 +4,7 @@
 #include "server/store/store.h"
 
 #include <algorithm>
-#include <array>
 #include <fcntl.h>
-#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,8 +18,9 @@ using namespace std::chrono_literals;
 constexpr int growingTracks = 50; // until so many are there, a first scan makes lists wait
 constexpr auto batchTime = 300ms; // what was read is stored at least so often
 constexpr auto reportTime = 5s;
-constexpr auto quietTime = 3s; // after the last change that was noticed
-constexpr uint32_t watched = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_ONLYDIR;
+constexpr auto quietTime = 3s;                      // after the last change that was noticed
+constexpr std::chrono::milliseconds burstTime{100}; // changes come in bursts
+constexpr auto freshTime = 200ms;                   // during a scan, files written elsewhere are looked for so often
 
 struct Descriptor {
     int value = -1;
@@ -59,6 +58,10 @@ Library::Library(Store &store, Catalogue &catalogue, Clock clock, LibrarySetting
     , m_config(m_settings.config)
 {
     m_status.isPaused = store.setting("library paused") == "1";
+    // Until the first look, nobody knows that there is nothing to play.
+    const bool mayHaveMusic =
+        !m_config.folders.empty() || !m_settings.demoFolders.empty() || !m_settings.configFile.empty();
+    m_catalogue.setGrowing("library", mayHaveMusic && !m_status.isPaused);
 }
 
 Library::~Library()
@@ -89,6 +92,7 @@ void Library::stop()
             worker->interrupt();
     }
     m_wake.notify_all();
+    m_changes.ring();
     if (m_scanner.joinable())
         m_scanner.join();
     for (std::thread &listener : m_listeners)
@@ -114,6 +118,7 @@ void Library::setPaused(bool isPaused)
         m_status.isPaused = isPaused;
     }
     m_wake.notify_all();
+    m_changes.ring();
 }
 
 void Library::rescan()
@@ -124,13 +129,7 @@ void Library::rescan()
         m_isRescanWanted = true;
     }
     m_wake.notify_all();
-}
-
-bool Library::sleep(std::chrono::milliseconds time)
-{
-    std::unique_lock guard(m_mutex);
-    m_wake.wait_for(guard, time, [&] { return m_isStopping || (m_isRescanWanted && !m_status.isPaused); });
-    return !m_isStopping;
+    m_changes.ring();
 }
 
 bool Library::isIdle()
@@ -185,8 +184,11 @@ void Library::applyConfig()
             config = std::get<LibraryConfig>(read);
             config.folders.insert(config.folders.begin(), m_settings.config.folders.begin(),
                                   m_settings.config.folders.end());
+            config.excluded.insert(config.excluded.end(), m_settings.config.excluded.begin(),
+                                   m_settings.config.excluded.end());
         }
     }
+    config.isAnalysed = m_settings.isAnalysed.value_or(config.isAnalysed);
     m_config = config;
     std::vector<std::pair<std::filesystem::path, std::string>> roots;
     for (const std::filesystem::path &folder : m_config.folders)
@@ -194,6 +196,8 @@ void Library::applyConfig()
     for (const std::filesystem::path &folder : m_settings.demoFolders)
         roots.emplace_back(folder, "demo");
     m_store.setRoots(roots);
+    for (const std::filesystem::path &folder : m_settings.demoFolders)
+        m_store.adoptTracks(folder);
     const std::lock_guard guard(m_mutex);
     m_status.roots = m_store.roots();
     m_status.isAnalysed = m_config.isAnalysed;
@@ -207,20 +211,18 @@ void Library::scanLoop()
 {
     // Made here: a worker ends with the thread that started it.
     m_worker = std::make_unique<media::MediaWorker>(m_settings.workerProgram);
-    m_inotify = ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
     {
         const std::lock_guard guard(m_mutex);
         m_workers.insert(m_worker.get());
     }
-    auto scanned = SteadyClock::time_point();
     auto looked = SteadyClock::time_point();
     auto reported = SteadyClock::now();
-    constexpr SteadyClock::time_point never = SteadyClock::time_point::max();
-    SteadyClock::time_point changed = never; // of a folder, and not scanned since
     bool wasBusy = true;
     while (!m_isStopping) {
+        bool isRefused = false;
         try {
             applyConfig();
+            noteChanges();
             bool isWanted = false;
             bool isPaused = false;
             {
@@ -230,22 +232,20 @@ void Library::scanLoop()
                 m_isRescanWanted = m_isRescanWanted && isPaused;
                 m_isRound = isWanted && !isPaused;
             }
-            const auto now = SteadyClock::now();
-            if (sawChanges())
-                changed = now;
-            const bool isDue =
-                now - scanned > std::chrono::minutes(m_config.rescanMinutes) || now - changed > quietTime;
-            if (!isPaused && (isWanted || isDue || scanned == SteadyClock::time_point())) {
-                changed = never;
-                if (scanRound())
-                    scanned = SteadyClock::now();
+            if (isPaused)
+                m_catalogue.setGrowing("library", false);
+            else
+                readFresh(0);
+            const std::set<int64_t> due = isPaused ? std::set<int64_t>() : dueRoots(isWanted);
+            if (!due.empty() || (isWanted && !isPaused)) {
+                scanRound(due, isWanted);
                 looked = SteadyClock::now();
-            } else if (now - looked > m_settings.awayTick) {
-                looked = now;
-                lookAtRoots(false);
+            } else if (SteadyClock::now() - looked > m_settings.awayTick) {
+                looked = SteadyClock::now();
+                lookAtRoots({});
             }
-            if (now - reported > reportTime) {
-                reported = now;
+            if (SteadyClock::now() - reported > reportTime) {
+                reported = SteadyClock::now();
                 refreshCounts();
                 const bool isBusy = !isIdle();
                 if (isBusy || wasBusy)
@@ -263,35 +263,47 @@ void Library::scanLoop()
                 m_status.scanning.clear();
                 m_isRound = false;
             }
-            scanned = {};
-            sleep(m_settings.storePause);
+            m_rootStates.clear();
+            isRefused = true;
         }
-        sleep(m_settings.tick);
+        if (!isRefused)
+            m_changes.wait(m_settings.tick);
+        std::unique_lock guard(m_mutex);
+        const std::chrono::milliseconds pause = isRefused ? m_settings.storePause : burstTime;
+        m_wake.wait_for(guard, pause, [this] { return m_isStopping || (m_isRescanWanted && !m_status.isPaused); });
     }
     m_catalogue.setGrowing("library", false);
-    {
-        const std::lock_guard guard(m_mutex);
-        m_workers.erase(m_worker.get());
-    }
+    const std::lock_guard guard(m_mutex);
+    m_workers.erase(m_worker.get());
     m_worker.reset();
-    ::close(m_inotify);
 }
 
-void Library::watch(int folder)
+std::set<int64_t> Library::dueRoots(bool isAll)
 {
-    // The descriptor's own name: the folder's may be longer than a path can be. Where watches run out, the regular
-    // scan notices what changed.
-    const std::string path = "/proc/self/fd/" + std::to_string(folder);
-    ::inotify_add_watch(m_inotify, path.c_str(), watched);
+    std::set<int64_t> due;
+    std::set<int64_t> all;
+    const auto now = SteadyClock::now();
+    for (const Root &root : m_store.roots()) {
+        const RootState &state = m_rootStates[root.id];
+        all.insert(root.id);
+        if (isAll || state.scanned == SteadyClock::time_point() ||
+            now - state.scanned > std::chrono::minutes(m_config.rescanMinutes) ||
+            (state.changed && now - *state.changed > quietTime))
+            due.insert(root.id);
+    }
+    std::erase_if(m_rootStates, [&](const auto &state) { return !all.contains(state.first); });
+    m_changes.keepOnly(all);
+    return due;
 }
 
-bool Library::sawChanges()
+void Library::noteChanges()
 {
-    alignas(inotify_event) std::array<char, 16 * 1024> events;
-    bool saw = false;
-    while (::read(m_inotify, events.data(), events.size()) > 0)
-        saw = true;
-    return saw;
+    ChangeWatch::Changes changes = m_changes.take();
+    m_fresh.merge(changes.files);
+    for (auto &[root, state] : m_rootStates) {
+        if (changes.isIncomplete || changes.roots.contains(root))
+            state.changed = SteadyClock::now();
+    }
 }
 
 void Library::refreshCounts()
@@ -319,7 +331,7 @@ void Library::report(bool isLast)
                    " problems" + (isLast && counts.toAnalyse == 0 ? "; done" : ""));
 }
 
-bool Library::lookAtRoots(bool isScan)
+bool Library::lookAtRoots(const std::set<int64_t> &due)
 {
     bool isWhole = true;
     for (const Root &root : m_store.roots()) {
@@ -343,14 +355,14 @@ bool Library::lookAtRoots(bool isScan)
                 m_settings.say("music: " + name + " is back");
             m_store.setPresent(root, true, {});
         }
-        if (isScan || wasAway)
+        if (due.contains(root.id) || wasAway)
             isWhole = scanRoot(root, answer.folder) && isWhole;
     }
     refreshCounts();
     return isWhole;
 }
 
-bool Library::scanRound()
+bool Library::scanRound(const std::set<int64_t> &due, bool isAll)
 {
     {
         const std::lock_guard guard(m_mutex);
@@ -360,18 +372,68 @@ bool Library::scanRound()
         m_skipped.clear();
     }
     const std::vector<Root> roots = m_store.roots();
-    if (std::any_of(roots.begin(), roots.end(), [](const Root &root) { return root.scannedAt == 0; }))
-        m_catalogue.setGrowing("library", true);
-    const bool isWhole = lookAtRoots(true);
+    m_catalogue.setGrowing(
+        "library", std::any_of(roots.begin(), roots.end(), [](const Root &root) { return root.scannedAt == 0; }));
+    for (const int64_t root : due)
+        m_rootStates[root].changed.reset();
+    const bool isWhole = lookAtRoots(due);
     m_catalogue.setGrowing("library", false);
-    if (isWhole)
+    if (isWhole) {
+        for (const int64_t root : due)
+            m_rootStates[root].scanned = SteadyClock::now();
         report(false);
+    }
     const std::lock_guard guard(m_mutex);
     m_status.scanning.clear();
-    m_status.scans += isWhole;
+    m_status.scans += isWhole && isAll;
     m_isRound = false;
     m_wake.notify_all();
     return isWhole;
+}
+
+void Library::readFresh(int64_t exceptRoot)
+{
+    if (m_fresh.empty())
+        return;
+    for (const Root &root : m_store.roots()) {
+        const auto begin = m_fresh.lower_bound({root.id, {}});
+        const auto end = m_fresh.lower_bound({root.id + 1, {}});
+        if (root.id == exceptRoot || begin == end)
+            continue;
+        std::vector<std::string> paths;
+        std::transform(begin, end, std::back_inserter(paths), [](const auto &file) { return file.second; });
+        m_fresh.erase(begin, end);
+        const Descriptor folder{m_probe.look(root.path).folder};
+        if (folder.value < 0 || !root.isPresent)
+            continue; // it is looked through when it is back
+        const FolderWalk walk(m_config.excluded);
+        std::vector<ReadFile> batch;
+        const auto store = [&] {
+            m_store.put(root.id, batch, isGone);
+            batch.clear();
+            m_wake.notify_all();
+        };
+        for (const std::string &path : paths) {
+            FoundFile found{path, {}};
+            const Descriptor file{openRegular(folder.value, path, &found.stamp)};
+            if (m_isStopping)
+                return;
+            if (file.value < 0 || !walk.takes(folder.value, path))
+                continue;
+            const std::optional<KnownFile> known = m_store.file(root.id, path);
+            const bool isKnown = known && known->stamp == found.stamp && known->workerVersion == media::workerVersion;
+            if (isKnown && known->isMissing)
+                m_store.setMissing({known->id}, false);
+            if (isKnown)
+                continue;
+            batch.push_back(readFile(folder.value, found, known ? &*known : nullptr));
+            if (batch.size() == LibraryStore::mostInBatch)
+                store();
+        }
+        if (!batch.empty())
+            store();
+    }
+    std::erase_if(m_fresh, [&](const auto &file) { return file.first != exceptRoot; });
 }
 
 bool Library::scanRoot(const Root &root, int folder)
@@ -385,6 +447,7 @@ bool Library::scanRoot(const Root &root, int folder)
     std::vector<ReadFile> batch;
     std::vector<int64_t> foundAgain;
     auto stored = SteadyClock::now();
+    auto looked = stored;
     int made = 0;
     const auto store = [&] {
         made += m_store.put(root.id, batch, isGone);
@@ -413,11 +476,17 @@ bool Library::scanRoot(const Root &root, int folder)
             if (found != known.end())
                 known.erase(found);
         }
+        if (SteadyClock::now() - looked > freshTime) {
+            noteChanges();
+            readFresh(root.id);
+            looked = SteadyClock::now();
+        }
         const std::lock_guard guard(m_mutex);
         m_status.scannedFiles += static_cast<int64_t>(files.size());
         return !m_status.isPaused;
     };
-    const WalkResult walked = FolderWalk(m_config.excluded).walk(folder, take, [this](int opened) { watch(opened); });
+    const auto enter = [&](int opened, const std::string &path) { m_changes.watch(root.id, opened, path); };
+    const WalkResult walked = FolderWalk(m_config.excluded).walk(folder, take, enter);
     if (!batch.empty())
         store();
     m_store.setMissing(foundAgain, false);

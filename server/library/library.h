@@ -1,5 +1,7 @@
 #pragma once
 
+#include "server/library/changewatch.h"
+#include "server/library/folderwalk.h"
 #include "server/library/libraryconfig.h"
 #include "server/library/librarystore.h"
 #include "server/library/rootprobe.h"
@@ -18,7 +20,8 @@ namespace velmora::server {
 
 struct LibrarySettings {
     std::filesystem::path configFile;               // looked at again when it changes; empty: `config` stays as it is
-    LibraryConfig config;                           // folders of the command line; those of the file come on top
+    LibraryConfig config;                           // of the command line; folders and patterns of the file come on top
+    std::optional<bool> isAnalysed;                 // of the command line, which wins
     std::vector<std::filesystem::path> demoFolders; // scanned like the others; their tracks are the demo catalogue's
     std::filesystem::path dataDirectory;            // covers/ is made in it
     std::filesystem::path workerProgram = media::MediaWorker::besideThisProgram();
@@ -66,15 +69,17 @@ private:
     // Scanner thread.
     void scanLoop();
     void applyConfig();
-    bool scanRound(); // false when it was stopped or the store failed
-    bool lookAtRoots(bool isScan);
+    // The folders that are to be looked through now; `isAll`: each of them.
+    std::set<int64_t> dueRoots(bool isAll);
+    bool scanRound(const std::set<int64_t> &due, bool isAll); // false when it was stopped
+    bool lookAtRoots(const std::set<int64_t> &due);
     bool scanRoot(const Root &root, int folder);
     ReadFile readFile(int folder, const FoundFile &found, const KnownFile *known);
-    void watch(int folder);
-    bool sawChanges();
+    void noteChanges();
+    // Reads the files that were written, except those of a root that is being looked through.
+    void readFresh(int64_t exceptRoot);
     void refreshCounts();
     void report(bool isLast);
-    bool sleep(std::chrono::milliseconds time); // false when it is time to stop; ends early when woken
 
     // Listener threads.
     void listenLoop();
@@ -92,7 +97,13 @@ private:
     bool m_isConfigured = false;                  // scanner thread, once it runs
     RootProbe m_probe;                            // scanner thread
     std::unique_ptr<media::MediaWorker> m_worker; // scanner thread
-    int m_inotify = -1;                           // scanner thread
+    ChangeWatch m_changes;                        // scanner thread, but for ring()
+    struct RootState {
+        std::chrono::steady_clock::time_point scanned;                // never: the epoch
+        std::optional<std::chrono::steady_clock::time_point> changed; // and not scanned since
+    };
+    std::map<int64_t, RootState> m_rootStates;         // scanner thread
+    std::set<std::pair<int64_t, std::string>> m_fresh; // files that were written, by root; scanner thread
 
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_wake;

@@ -4,7 +4,6 @@
 #include "server/accounts/secrets.h"
 
 #include <algorithm>
-#include <array>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,22 +30,13 @@ struct Descriptor {
 // Pictures beside the music, the likeliest first.
 std::vector<std::filesystem::path> picturesIn(const std::filesystem::path &folder)
 {
-    constexpr std::array names = {"cover", "folder", "front"};
-    std::vector<std::pair<size_t, std::filesystem::path>> found;
+    std::multimap<int, std::filesystem::path> found;
     std::error_code error;
     for (auto entry = std::filesystem::directory_iterator(folder, error);
          !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        std::string name = entry->path().filename();
-        std::transform(name.begin(), name.end(), name.begin(),
-                       [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-        for (size_t i = 0; i < names.size(); ++i) {
-            for (const char *extension : {".jpg", ".jpeg", ".png"}) {
-                if (name == std::string(names[i]) + extension)
-                    found.emplace_back(i, entry->path());
-            }
-        }
+        if (const int rank = FolderWalk::coverRank(entry->path().filename().native()); rank != 0)
+            found.emplace(rank, entry->path());
     }
-    std::sort(found.begin(), found.end());
     std::vector<std::filesystem::path> pictures;
     pictures.reserve(found.size());
     for (auto &[rank, path] : found)

@@ -100,6 +100,10 @@ public:
     bool hasFiles(int64_t rootId);
 
     std::unordered_map<std::string, KnownFile> files(int64_t rootId);
+    std::optional<KnownFile> file(int64_t rootId, const std::string &path);
+    // Tracks that lie in this root but were entered without its files get their files' rows, to be read again; those
+    // without a file are dropped.
+    void adoptTracks(const std::filesystem::path &root);
     // All or none of at most mostInBatch files. `isGone` tells whether a path of a root holds that file no longer; a
     // file with the same sound that is gone hands its track over. Returns how many tracks are new.
     int put(int64_t rootId, const std::vector<ReadFile> &files,
@@ -139,6 +143,8 @@ private:
                      const std::function<bool(const Root &, const std::string &, const FileStamp &)> &isGone);
     void settleRecording(Database &db, int64_t trackId);
     void refresh(Database &db, int64_t trackId);
+    static void drop(Database &db, int64_t trackId); // with thumbs and all that hangs on it
+    static void dropUnused(Database &db);            // albums and artists without tracks
     void joinRecordings(Database &db, int64_t trackId, int64_t otherId);
     void findDuplicates(Database &db, const ToAnalyse &file, const media::MediaAnalysis &analysis);
 

@@ -60,7 +60,7 @@ void LibraryStore::putAnalysis(const ToAnalyse &file, const media::MediaAnalysis
             "= CASE WHEN ?3 = '' THEN noted_at ELSE ?4 END WHERE id = ?1",
             file.fileId, media::descriptorVersion, leftOut, m_clock());
         db->run("UPDATE tracks SET gain_db = COALESCE(?2, gain_db), peak = ?3, seconds = ?4, duration = ?5, kind = ?6, "
-                "tempo = ?7 WHERE id = ?1",
+                "tempo = CASE WHEN ?7 > 0 THEN ?7 ELSE tempo END WHERE id = ?1",
                 file.trackId, gain, analysis.peak, analysis.seconds,
                 static_cast<int64_t>(std::lround(analysis.seconds)), kindFor(leftOut), analysis.tempo);
         if (analysis.numbers) {

@@ -196,25 +196,26 @@ int64_t LibraryStore::putTrack(Database &db, int64_t rootId, const ReadFile &fil
             ? owners.album({owners.artist("Various Artists"), facts.album, place, facts.year})
             : owners.album({albumArtist, facts.album, facts.album.empty() ? place : std::string(), facts.year});
     const std::string audioPath = rootPath + "/" + file.path;
-    const std::string style = facts.styles.empty() ? std::string() : facts.styles.front();
+    const std::string style = facts.styles.empty() ? std::string() : owners.style(facts.styles.front());
     const auto duration = static_cast<int>(std::lround(file.tags.seconds));
     Statement row = db.prepare(
         trackId == 0
             ? "INSERT INTO tracks (public_id, artist_id, album_id, song, folded, style, mood, tempo, year, duration, "
               "audio_path, audio_type, bitrate, picture_path, is_explicit, is_playable, source, album_artist, "
               "composer, "
-              "work, movement, disc, number, seconds, kind, gain_db) VALUES (?1, ?3, ?4, ?5, ?6, ?7, '', 0, ?8, ?9, "
+              "work, movement, disc, number, seconds, kind, gain_db) VALUES (?1, ?3, ?4, ?5, ?6, ?7, ?24, ?25, ?8, ?9, "
               "?10, ?11, ?12, '', ?13, 0, ?14, ?15, ?16, ?17, ?18, ?19, ?20, ?21, ?22, ?23) RETURNING id"
             : "UPDATE tracks SET artist_id = ?3, album_id = ?4, song = ?5, folded = ?6, style = ?7, year = ?8, "
               "duration "
               "= ?9, audio_path = ?10, audio_type = ?11, bitrate = ?12, is_explicit = ?13, source = ?14, album_artist "
               "= "
               "?15, composer = ?16, work = ?17, movement = ?18, disc = ?19, number = ?20, seconds = ?21, kind = ?22, "
-              "gain_db = COALESCE(gain_db, ?23) WHERE id = ?2 AND ?1 <> '' RETURNING id");
+              "gain_db = COALESCE(gain_db, ?23), mood = ?24, tempo = CASE WHEN tempo = 0 THEN ?25 ELSE tempo END WHERE "
+              "id = ?2 AND ?1 <> '' RETURNING id");
     row.with(randomToken(9), trackId, artist, album, facts.song, foldedText(facts.song), style, facts.year, duration,
              Blob{audioPath}, mediaTypeOf(file.tags.container), file.tags.bitrate, facts.isExplicit, source, byWhom,
              facts.composer, facts.work, facts.movement, facts.disc, facts.number, file.tags.seconds,
-             kindFor(ruleFor(file)), taggedGain(file.tags));
+             kindFor(ruleFor(file)), taggedGain(file.tags), facts.mood, facts.tempo);
     row.step();
     const int64_t id = row.integer(0);
     row.reset();

@@ -96,11 +96,13 @@ std::vector<std::string> stylesOf(const media::MediaTags &tags)
     for (const char *name : {"GENRE", "STYLE"}) {
         for (const std::string &value : tags.all(name)) {
             for (const std::string &part : parts(value, ";/,|")) {
-                const std::string style = lower(shortened(part));
+                const std::string style = shortened(part);
                 const std::string folded = foldedText(style);
+                const bool isKnown = std::any_of(styles.begin(), styles.end(),
+                                                 [&](const std::string &other) { return foldedText(other) == folded; });
                 const bool isNumber = std::all_of(
                     style.begin(), style.end(), [](char c) { return (c >= '0' && c <= '9') || c == '(' || c == ')'; });
-                if (!folded.empty() && !isNumber && !contains(noStyles, folded) && !contains(styles, style) &&
+                if (!folded.empty() && !isNumber && !contains(noStyles, folded) && !isKnown &&
                     styles.size() < mostStyles)
                     styles.push_back(style);
             }
@@ -202,6 +204,8 @@ TrackFacts factsOf(const media::MediaTags &tags, const std::string &path,
     if (facts.year == 0)
         facts.year = leadingNumber(tags.first("DATE"), 9999);
     facts.styles = stylesOf(tags);
+    facts.mood = shortened(tags.first("MOOD"));
+    facts.tempo = leadingNumber(tags.first("BPM"), 400);
     facts.isExplicit = tags.first("ITUNESADVISORY") == "1" || tags.first("ITUNESADVISORY") == "4";
 
     const std::string albumArtist = tags.first("ALBUMARTIST");
@@ -214,7 +218,8 @@ TrackFacts factsOf(const media::MediaTags &tags, const std::string &path,
     if (facts.artist.empty())
         facts.artist = facts.albumArtist;
 
-    facts.isClassical = !facts.work.empty() || contains(facts.styles, std::string("classical"));
+    const auto isClassical = [](const std::string &style) { return foldedText(style) == "classical"; };
+    facts.isClassical = !facts.work.empty() || std::any_of(facts.styles.begin(), facts.styles.end(), isClassical);
     if (facts.isClassical && !facts.composer.empty()) {
         if (facts.albumArtist.empty())
             facts.albumArtist = facts.artist;

@@ -20,7 +20,9 @@ struct TrackFacts {
     int disc = 0;
     int number = 0;
     int year = 0;
-    std::vector<std::string> styles; // lower case, the most important first
+    int tempo = 0; // beats a minute, 0 when no tag says it
+    std::string mood;
+    std::vector<std::string> styles; // as they are spelt, the most important first
     bool isExplicit = false;
     bool isUnknownArtist = false; // a different one for every folder
     bool isCompilation = false;   // the album belongs to its folder, not to an artist

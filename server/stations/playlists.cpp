@@ -231,7 +231,8 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
     const bool isGrowing = m_catalogue.isGrowing();
     std::set<int64_t> inList;
     while (entries.size() < entriesInList) {
-        if (static_cast<int>(entries.size()) == adPlace) {
+        // Music of the owner's has no advertisements after it.
+        if (static_cast<int>(entries.size()) == adPlace && entries.back().track->track.isDemo) {
             const Store::Lock db = m_store.lock();
             if (std::optional<IssuedAd> ad = issueAd(*db, station)) {
                 entries.push_back({std::nullopt, std::move(ad)});

@@ -283,7 +283,7 @@ TEST(files, aFolderIsDescribedCompletedAndClearedOfWhatAnInterruptedRunLeft)
         std::ofstream(root / "ads" / (ad.id + ".flac")) << "there";
     ASSERT_TRUE(folder.prepare());
     EXPECT_FALSE(fs::exists(root / (made.string() + ".Xy12Zq")));
-    EXPECT_NE(bytes(root / "catalogue.json").find("\"file\": \"" + missing.string() + "\""), std::string::npos);
+    EXPECT_NE(bytes(root / "ads.json").find("\"file\": \"ads/" + ads().front().id + ".flac\""), std::string::npos);
     MakingOrder order(two, [&](const DemoTrack &track) { return folder.has(folder.fileOf(track)); });
     std::vector<fs::path> reported;
     folder.make(order, [&](const fs::path &file, bool isMade) {

@@ -159,7 +159,7 @@ TEST_F(MediaTest, TheHostOfAddressesIsTheServersOwnOrTheConfiguredNeverTheReques
 
 TEST_F(MediaTest, HealthCountsWhatCanBePlayed)
 {
-    m_service->catalogue.setTrackPlayable("folk-00", false, 0);
+    setPlayable("folk-00", false);
     listen();
     EXPECT_EQ(json::parse(get("/health")->body),
               (json{{"code", 0}, {"data", {{"status", "ready"}, {"tracks", 23}, {"total", 24}}}}));

@@ -289,7 +289,7 @@ TEST_F(ListeningTest, TheEngineReadsWhatTheStoreHoldsOfPresentMusic)
     for (size_t i = 0; i < descriptor.size(); ++i)
         descriptor[i] = static_cast<float>(i) * 0.25f - 9;
     const int64_t track = m_service->catalogue.track("folk-00")->id, other = m_service->catalogue.track("folk-01")->id;
-    m_service->catalogue.setTrackPlayable("rock-00", false, 0);
+    setPlayable("rock-00", false);
     {
         const Store::Lock db = m_service->store.lock();
         db->run("INSERT INTO descriptors VALUES (?1, ?2, ?3), (?4, ?5, ?3)", track, media::descriptorVersion,
@@ -350,8 +350,9 @@ TEST_F(PlaylistTest, OnlyTracksWithAFileArePlayedAndNoneIsAClearError)
     const std::string station = addStation(user, "folk");
     for (const Track &track : smallCatalogue({})) {
         if (track.style != "folk" || track.publicId != "folk-00")
-            m_service->catalogue.setTrackPlayable(track.publicId, false, 0);
+            setPlayable(track.publicId, false);
     }
+    m_service->catalogue.setGrowing("demo", true);
     const std::vector<json> heard = tracks(user, station, 3);
     EXPECT_EQ(heard.size(), 3u) << "a growing catalogue does not repeat a track within a list";
     for (const json &track : heard)
@@ -377,51 +378,32 @@ TEST_F(PlaylistTest, AStationOfWhichNothingIsLeftSaysSo)
 // The service's side of the demo catalogue, with a script in place of the program that makes the music.
 class DemoLibraryTest : public ServerTest {
 protected:
-    // A folder with its description: a track of style "a" whose file is there, one of style "b", and an ad.
-    DemoLibraryTest()
-    {
-        json tracks = json::array();
-        for (const std::string style : {"a", "b"})
-            tracks.push_back({{"id", style + "-1"},
-                              {"file", "music/" + style + ".flac"},
-                              {"picture", "cover.png"},
-                              {"song", "Song " + style},
-                              {"artist", "Artist"},
-                              {"album", "Album"},
-                              {"style", style},
-                              {"mood", "calm"},
-                              {"year", 2001},
-                              {"tempo", 90},
-                              {"durationSeconds", 60}});
-        const json ad = {{"id", "an-ad"},    {"file", "ad.flac"}, {"picture", "ad.png"},
-                         {"title", "Title"}, {"line2", "Line"},   {"durationSeconds", 8}};
-        std::filesystem::create_directories(m_folder / "music");
-        write("catalogue.json", json{{"tracks", tracks}, {"ads", {ad}}}.dump());
-        write("music/a.flac", std::string(6000, 'x'));
-    }
-    void write(const std::string &name, const std::string &text) { std::ofstream(m_folder / name) << text; }
+    DemoLibraryTest() { clearCatalogue(); }
     // The script gets the folder as its last argument.
     std::unique_ptr<DemoLibrary> start(const std::string &script)
     {
         const std::filesystem::path program = m_directory.path() / "program";
         std::ofstream(program) << "#!/bin/sh\nfor folder; do :; done\n" << script;
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-        auto library = std::make_unique<DemoLibrary>(m_service->catalogue, DemoLibrary::Settings{program, m_folder, 7},
-                                                     [this](const std::string &line) {
-                                                         const std::lock_guard guard(m_mutex);
-                                                         m_lines.push_back(line);
-                                                     });
+        DemoLibrary::Settings settings{program, m_folder, 7};
+        settings.firstPause = std::chrono::milliseconds(1);
+        settings.mostRestarts = 2;
+        auto library = std::make_unique<DemoLibrary>(m_service->catalogue, settings, [this](const std::string &line) {
+            const std::lock_guard guard(m_mutex);
+            m_lines.push_back(line);
+        });
         library->start();
         return library;
     }
-    bool waitForLine(const std::string &line)
+    int64_t linesLike(const std::string &part)
     {
-        return m_service->catalogue.waitUntil(
-            [&] {
-                const std::lock_guard guard(m_mutex);
-                return std::find(m_lines.begin(), m_lines.end(), line) != m_lines.end();
-            },
-            std::chrono::seconds(60));
+        const std::lock_guard guard(m_mutex);
+        return std::count_if(m_lines.begin(), m_lines.end(),
+                             [&](const std::string &line) { return line.find(part) != std::string::npos; });
+    }
+    bool waitForLine(const std::string &part)
+    {
+        return m_service->catalogue.waitUntil([&] { return linesLike(part) > 0; }, std::chrono::seconds(60));
     }
 
     const std::filesystem::path m_folder = m_service->dataDirectory() / "demo";
@@ -429,44 +411,52 @@ protected:
     std::vector<std::string> m_lines;
 };
 
-TEST_F(DemoLibraryTest, WhatTheProgramMakesIsPlayedAndItsWishesReachIt)
+TEST_F(DemoLibraryTest, ItsStylesMakeStationsAtOnceItsAdsPlayAndWishesReachTheProgram)
 {
     // It makes "b" once somebody wants it, says so with the arguments it got, and then waits for the end of its input.
     const auto library = start(R"(
 [ "$1 $2 $3" = "--each 7 --attended" ] || exit 1
-echo ready
+[ -d "$folder/music" ] || exit 1
+echo '{"ads": [{"id": "an-ad", "file": "ad.flac", "picture": "", "title": "T", "line2": "", "durationSeconds": 8}]}' \
+  >"$folder/ads.json"
+echo style a; echo style b; echo ready 1 3
 read style; read end
 [ "$style" = b ] && [ -z "$end" ] || exit 1
-printf '%3000s' x >"$folder/music/b.flac"
-echo made ad.flac; echo failed music/c.flac; echo made music/unknown.flac; echo made music/b.flac
+echo made ad.flac; echo failed music/c.flac; echo made music/b.flac
 cat >/dev/null
 )");
-    const Counts before = m_service->catalogue.counts();
-    EXPECT_TRUE(before.playable == 1 && before.total == 2) << "nothing but what is described is left";
-    m_service->catalogue.want({"b"});
-    ASSERT_TRUE(waitForLine("demo catalogue: 2 of 2 tracks"));
-    EXPECT_EQ(m_service->catalogue.track("b-1")->bitrate, 400);
-    EXPECT_TRUE(m_service->catalogue.track("b-1")->isPlayable && m_service->catalogue.ad("an-ad")->isPlayable);
+    EXPECT_EQ(m_service->catalogue.styles(), (std::vector<std::string>{"a", "b"}));
+    EXPECT_TRUE(m_service->catalogue.isGrowing());
+    addAccount();
+    Station station;
+    EXPECT_EQ(m_service->stations.create(idOf(), {MusicKind::Style, "b"}, &station), StationResult::Done);
+    EXPECT_FALSE(m_service->catalogue.ad("an-ad")->isPlayable);
+    m_service->catalogue.want(m_service->playlists.styles(station));
+    ASSERT_TRUE(waitForLine("demo catalogue: 2 of 3 tracks"));
+    EXPECT_TRUE(m_service->catalogue.ad("an-ad")->isPlayable);
     EXPECT_EQ(m_lines.front(), "demo catalogue: cannot make " + (m_folder / "music/c.flac").string());
     library->stop();
     EXPECT_EQ(m_lines.size(), 2u) << "an ordered end is no problem";
 }
 
-TEST_F(DemoLibraryTest, AProgramThatEndsEarlyOrDoesNotRunIsSaidAndWhatIsThereIsPlayed)
+TEST_F(DemoLibraryTest, AProgramThatEndsEarlyIsStartedAgainButNotForEver)
 {
-    {
-        const auto library = start("echo ready; kill -9 $$");
-        EXPECT_TRUE(waitForLine("demo catalogue: " + (m_directory.path() / "program").string() +
-                                " has ended early; no more music is made"));
-    }
-    const auto library = start("exit 3");
-    EXPECT_TRUE(waitForLine("demo catalogue: " + (m_directory.path() / "program").string() +
-                            " does not run; no more music is made"));
-    EXPECT_EQ(m_service->catalogue.counts().playable, 1);
-    write("catalogue.json", "{\"tracks\": [{}]}");
-    const auto damaged = start("echo ready; echo done");
-    EXPECT_TRUE(waitForLine("demo catalogue: " + (m_folder / "catalogue.json").string() + " is missing or damaged"));
-    EXPECT_EQ(m_service->catalogue.counts().total, 2) << "the catalogue stays as it was";
+    // The fourth run is the first to go well; a run that has made something does not count.
+    const auto library = start(R"(
+echo >>"$folder/runs"; runs=$(wc -l <"$folder/runs")
+echo ready 0 2
+[ "$runs" = 2 ] && echo made music/a.flac
+[ "$runs" -lt 4 ] && kill -9 $$
+echo done
+)");
+    EXPECT_TRUE(
+        m_service->catalogue.waitUntil([&] { return !m_service->catalogue.isGrowing(); }, std::chrono::seconds(60)));
+    EXPECT_EQ(linesLike("has ended early; it is started again"), 3);
+    EXPECT_EQ(linesLike("keeps ending early"), 0);
+    m_lines.clear();
+    const auto broken = start("exit 3");
+    EXPECT_TRUE(waitForLine("keeps ending early; no more music is made"));
+    EXPECT_EQ(linesLike("it is started again"), 2);
 }
 
 } // namespace

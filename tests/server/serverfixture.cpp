@@ -76,7 +76,20 @@ void ServerTest::fillCatalogue()
     std::for_each(tracks.begin(), tracks.end(), write);
     std::for_each(ads.begin(), ads.end(), write);
     m_service->catalogue.put(tracks);
-    m_service->catalogue.put(ads);
+    m_service->catalogue.replaceAds(ads);
+}
+
+void ServerTest::clearCatalogue()
+{
+    for (const char *rows : {"track_search", "tracks", "albums", "artist_search", "artists", "ads"})
+        m_service->store.lock()->run(std::string("DELETE FROM ") + rows);
+    m_service->catalogue.noteChange();
+}
+
+void ServerTest::setPlayable(const std::string &publicId, bool isPlayable)
+{
+    m_service->store.lock()->run("UPDATE tracks SET is_playable = ?2 WHERE public_id = ?1", publicId, isPlayable);
+    m_service->catalogue.noteChange();
 }
 
 Reply ServerTest::call(const std::string &function, const json &parameters, const std::string &token)

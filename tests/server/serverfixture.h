@@ -64,6 +64,9 @@ protected:
     std::string tapestryToken(const std::string &userToken);
 
     void fillCatalogue();
+    void clearCatalogue();
+    // As when the track's file goes or comes back.
+    void setPlayable(const std::string &publicId, bool isPlayable);
     static std::vector<Track> smallCatalogue(const std::filesystem::path &mediaDirectory);
 
     // Answers over HTTP from now on, on a port of its own.
