@@ -209,7 +209,7 @@ std::string usage()
   --music-exclude PATTERN   leave out files and folders with such names; may be given several times
   --analysis on|off         whether tracks are listened to (on); off: stations go by tags alone
   --config FILE             what the owner says about the music (/etc/velmora/server.conf)
-  --demo, --no-demo         make the demo catalogue and the demo account (on, unless there is music)
+  --demo, --no-demo         play the demo catalogue and make the demo account (on, unless there is music)
   --demo-account            make the demo account, whatever is played
   --demo-tracks N           of the demo catalogue at most so many tracks of each style (all)
   --token-lifetime P,U      seconds that partner and user sessions live (86400,14400)
