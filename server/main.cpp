@@ -110,6 +110,7 @@ int run(const ServerOptions &options)
     settings.lifetimes = options.lifetimes;
     StationService service(settings);
     service.isUnderMaintenance = options.isUnderMaintenance;
+    service.catalogue.setLoudness(options.loudness);
 
     DemoLibrary demo(service.catalogue,
                      {.program = demoProgram(),

@@ -1,5 +1,7 @@
 #include "server/serveroptions.h"
 
+#include "server/library/libraryconfig.h"
+
 #include <charconv>
 #include <cstdlib>
 
@@ -103,6 +105,16 @@ bool readSwitch(const std::string &text, std::optional<bool> *value)
     return text == "on" || text == "off";
 }
 
+// LUFS, or "off"
+bool readLoudness(const std::string &text, std::optional<double> *loudness)
+{
+    double value = 0;
+    if (text != "off" && !readNumber(text, -30.0, -5.0, &value))
+        return false;
+    *loudness = text == "off" ? std::nullopt : std::optional(value);
+    return true;
+}
+
 bool take(ServerOptions &options, const std::string &name, const std::string &value)
 {
     if (name == "--listen")
@@ -123,10 +135,12 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         return readFailure(value, &options.failures);
     if (name == "--analysis")
         return readSwitch(value, &options.isAnalysed);
+    if (name == "--loudness")
+        return readLoudness(value, &options.loudness);
     if (name == "--music-exclude")
         options.musicExcluded.push_back(value);
     else if (name == "--music")
-        options.music.push_back(std::filesystem::absolute(value).lexically_normal());
+        options.music.push_back(plainPath(std::filesystem::absolute(value)));
     else if (name == "--config")
         options.config = value;
     else if (name == "--data")
@@ -145,7 +159,7 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
 constexpr const char *namesWithValue[] = {
     "--listen",   "--data",  "--public-url",  "--tls-cert",      "--tls-key",    "--token-lifetime",
     "--throttle", "--fail",  "--demo-tracks", "--smtp",          "--smtp-login", "--mail-from",
-    "--outbox",   "--music", "--config",      "--music-exclude", "--analysis"};
+    "--outbox",   "--music", "--config",      "--music-exclude", "--analysis",   "--loudness"};
 
 bool takesValue(const std::string &name)
 {
@@ -208,6 +222,7 @@ std::string usage()
   --music DIR               play the music in this folder; may be given several times
   --music-exclude PATTERN   leave out files and folders with such names; may be given several times
   --analysis on|off         whether tracks are listened to (on); off: stations go by tags alone
+  --loudness LUFS|off       what all tracks sound as loud as (-18); off: as they are
   --config FILE             what the owner says about the music (/etc/velmora/server.conf)
   --demo, --no-demo         play the demo catalogue and make the demo account (on, unless there is music)
   --demo-account            make the demo account, whatever is played

@@ -14,13 +14,14 @@ struct ServerOptions {
     ListenSettings listen;
     std::filesystem::path dataDirectory;
     TokenLifetimes lifetimes;
-    std::vector<std::filesystem::path> music; // folders, absolute
-    std::vector<std::string> musicExcluded;   // patterns
-    std::optional<bool> isAnalysed;           // as it was said; else the configuration decides
-    std::filesystem::path config;             // empty: the system's, where there is one
-    std::optional<bool> hasDemo;              // as it was said; else there is a demo where there is no music
-    bool hasDemoAccount = false;              // also without the demo catalogue
-    int demoTracksOfStyle = 1000;             // at most so many
+    std::vector<std::filesystem::path> music;                   // folders, absolute
+    std::vector<std::string> musicExcluded;                     // patterns
+    std::optional<bool> isAnalysed;                             // as it was said; else the configuration decides
+    std::optional<double> loudness = Catalogue::storedLoudness; // LUFS; nothing: tracks are played as they are
+    std::filesystem::path config;                               // empty: the system's, where there is one
+    std::optional<bool> hasDemo;  // as it was said; else there is a demo where there is no music
+    bool hasDemoAccount = false;  // also without the demo catalogue
+    int demoTracksOfStyle = 1000; // at most so many
     bool diesWithParent = false;
     bool isUnderMaintenance = false;
     bool showsHelp = false;

@@ -4,6 +4,7 @@
 #include "server/catalogue/searchtext.h"
 #include "server/store/store.h"
 
+#include <algorithm>
 #include <set>
 
 namespace velmora::server {
@@ -11,6 +12,11 @@ namespace velmora::server {
 namespace {
 
 constexpr int mostStyles = 30;
+// A style with less music than this makes a station that soon repeats itself, or that is one artist's.
+constexpr int64_t leastTracks = 20;
+constexpr int64_t leastArtists = 3;
+constexpr int stylesOfSmallLibrary = 5; // where no style has as much
+constexpr int mostCandidates = 200;
 
 constexpr const char *trackColumns =
     "SELECT t.id, t.public_id, t.artist_id, t.album_id, t.song, a.name, b.title, t.style, t.mood, t.tempo, t.year, "
@@ -45,6 +51,16 @@ Track readTrack(const Statement &row)
         track.peak = row.real(19);
     track.isDemo = row.integer(20) != 0;
     return track;
+}
+
+// How many rows of playing tracks of the style there are; counting ends at `most`.
+int64_t countUpTo(Database &db, const char *columns, const std::string &style, int64_t most)
+{
+    Statement row = db.prepare(std::string("SELECT COUNT(*) FROM (SELECT ") + columns +
+                               " FROM tracks WHERE is_playable = 1 AND style = ?1 LIMIT ?2)");
+    row.with(style, most);
+    row.step();
+    return row.integer(0);
 }
 
 } // namespace
@@ -83,6 +99,7 @@ void Catalogue::put(const std::vector<Track> &tracks)
             unindex.reset();
             index.with(id, indexedText(track.song), indexedText(track.artist)).step();
             index.reset();
+            owners.setStyles(id, {track.style});
         }
         change.commit();
     }
@@ -126,7 +143,14 @@ std::optional<Track> Catalogue::trackWhere(const char *condition, const std::str
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare(std::string(trackColumns) + condition);
     row.with(value);
-    return row.step() ? std::optional<Track>(readTrack(row)) : std::nullopt;
+    if (!row.step())
+        return std::nullopt;
+    Track track = readTrack(row);
+    if (!m_loudness)
+        track.gainDb.reset();
+    else if (track.gainDb)
+        *track.gainDb += *m_loudness - storedLoudness;
+    return track;
 }
 
 std::optional<Track> Catalogue::track(int64_t id)
@@ -177,28 +201,40 @@ std::vector<std::string> Catalogue::styles()
 
 std::vector<std::string> Catalogue::largestStyles(int most)
 {
-    std::set<std::string> styles;
+    std::set<std::string> expected;
     {
-        const Store::Lock db = m_store.lock();
-        Statement row = db->prepare("SELECT style FROM tracks WHERE style <> '' GROUP BY style ORDER BY COUNT(*) DESC, "
-                                    "style LIMIT ?1");
-        row.with(most);
-        while (row.step())
-            styles.insert(row.text(0));
+        const std::lock_guard guard(m_mutex);
+        expected = m_expected;
     }
-    const std::lock_guard guard(m_mutex);
-    for (const std::string &style : m_expected) {
-        if (static_cast<int>(styles.size()) < most)
-            styles.insert(style);
+    std::vector<std::string> large; // enough of it for a station
+    std::vector<std::string> small;
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT name FROM styles WHERE tracks > 0 ORDER BY tracks DESC, name LIMIT ?1");
+    row.with(mostCandidates);
+    while (row.step() && static_cast<int>(large.size()) < most) {
+        const std::string name = row.text(0);
+        const int64_t tracks = countUpTo(*db, "1", name, leastTracks);
+        const bool isLarge =
+            tracks == leastTracks && countUpTo(*db, "DISTINCT artist_id", name, leastArtists) == leastArtists;
+        if (isLarge || (tracks > 0 && expected.contains(name)))
+            large.push_back(name);
+        else if (tracks > 0 && static_cast<int>(small.size()) < std::min(most, stylesOfSmallLibrary))
+            small.push_back(name);
     }
-    return {styles.begin(), styles.end()};
+    for (const std::string &style : expected) {
+        if (static_cast<int>(large.size()) < most && std::find(large.begin(), large.end(), style) == large.end())
+            large.push_back(style);
+    }
+    std::vector<std::string> &styles = large.empty() ? small : large;
+    std::sort(styles.begin(), styles.end());
+    return styles;
 }
 
 bool Catalogue::hasStyle(const std::string &style)
 {
     {
         const Store::Lock db = m_store.lock();
-        Statement row = db->prepare("SELECT 1 FROM tracks WHERE is_playable IN (0, 1) AND style = ?1 LIMIT 1");
+        Statement row = db->prepare("SELECT 1 FROM styles WHERE name = ?1 AND tracks > 0");
         row.with(style);
         if (row.step())
             return true;

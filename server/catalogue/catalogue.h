@@ -61,6 +61,8 @@ struct Counts {
 // album by artist and title. Any thread.
 class Catalogue {
 public:
+    static constexpr double storedLoudness = -18; // LUFS that gains in the store lead to
+
     explicit Catalogue(Store &store);
 
     // Adds tracks or brings known ones (by public id) up to date, in one transaction; the ids inside are ignored. For a
@@ -74,9 +76,11 @@ public:
     std::optional<Track> track(const std::string &publicId);
     std::optional<Ad> ad(int64_t id);
     std::optional<Ad> ad(const std::string &publicId);
-    std::string artistName(int64_t id);               // empty when unknown
-    std::vector<std::string> styles();                // the thirty with the most tracks, in alphabetical order
-    std::vector<std::string> largestStyles(int most); // those with the most tracks, in alphabetical order
+    std::string artistName(int64_t id); // empty when unknown
+    // Styles to make stations of, at most thirty, in alphabetical order: those with at least twenty playing tracks by
+    // at least three artists, the largest first; where there is none, the five largest; and those that are expected.
+    std::vector<std::string> styles();
+    std::vector<std::string> largestStyles(int most); // the same with another limit
     bool hasStyle(const std::string &style);
     // Styles of which music is going to be there: stations can be made of them before it is.
     void expectStyles(const std::vector<std::string> &names);
@@ -87,6 +91,9 @@ public:
     // Whether more music is about to come, as its sources say.
     bool isGrowing();
     void setGrowing(const std::string &source, bool isGrowing);
+
+    // What the gain of tracks brings them to, in LUFS; nothing: no track has a gain. Set before the service answers.
+    void setLoudness(std::optional<double> loudness) { m_loudness = loudness; }
 
     // Counts the changes of the playable music; a copy made at a lower revision is out of date.
     uint64_t revision() const { return m_revision; }
@@ -109,6 +116,7 @@ private:
     std::function<void(const std::set<std::string> &)> m_tellWanted;
     std::set<std::string> m_growing;  // sources
     std::set<std::string> m_expected; // styles
+    std::optional<double> m_loudness = storedLoudness;
     std::atomic<uint64_t> m_revision{0};
     std::condition_variable m_becamePlayable;
 };

@@ -73,4 +73,19 @@ std::string Owners::style(const std::string &name)
     return row.text(0);
 }
 
+void Owners::setStyles(int64_t trackId, const std::vector<std::string> &styles)
+{
+    m_db.run("UPDATE styles SET tracks = tracks - 1 WHERE id IN (SELECT style_id FROM track_styles WHERE track_id = "
+             "?1)",
+             trackId);
+    m_db.run("DELETE FROM track_styles WHERE track_id = ?1", trackId);
+    for (const std::string &name : styles)
+        m_db.run("INSERT OR IGNORE INTO track_styles (track_id, style_id, weight) SELECT ?1, id, ?3 FROM styles WHERE "
+                 "folded = ?2",
+                 trackId, foldedText(style(name)), 1.0 / static_cast<double>(styles.size()));
+    m_db.run("UPDATE styles SET tracks = tracks + 1 WHERE id IN (SELECT style_id FROM track_styles WHERE track_id = "
+             "?1)",
+             trackId);
+}
+
 } // namespace velmora::server

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 #include <tuple>
+#include <vector>
 
 namespace velmora::server {
 
@@ -33,6 +34,8 @@ public:
     int64_t album(const AlbumKey &key);
     // The style's name as it was spelt first: "Hip Hop" and "hip-hop" are one style.
     std::string style(const std::string &name);
+    // Replaces the styles of a track; all have the same weight.
+    void setStyles(int64_t trackId, const std::vector<std::string> &styles);
 
 private:
     Database &m_db;

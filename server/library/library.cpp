@@ -76,11 +76,21 @@ void Library::start()
     m_store.forgetOldAnalyses();
     applyConfig();
     m_scanner = std::thread([this] { scanLoop(); });
-    int listeners = m_config.workers;
-    if (listeners == 0)
-        listeners = std::max(1, static_cast<int>(std::thread::hardware_concurrency()) - 1);
-    for (int i = 0; i < listeners; ++i)
-        m_listeners.emplace_back([this] { listenLoop(); });
+}
+
+void Library::setListeners(int count)
+{
+    if (count == 0)
+        count = std::max(1, static_cast<int>(std::thread::hardware_concurrency()) - 1);
+    {
+        const std::lock_guard guard(m_mutex);
+        m_listening = count;
+    }
+    while (static_cast<int>(m_listeners.size()) < count) {
+        const int number = static_cast<int>(m_listeners.size());
+        m_listeners.emplace_back([this, number] { listenLoop(number); });
+    }
+    m_wake.notify_all();
 }
 
 void Library::stop()
@@ -105,8 +115,8 @@ LibraryStatus Library::status()
     const std::lock_guard guard(m_mutex);
     LibraryStatus status = m_status;
     if (m_musicHeard > 0 && m_timeListened > 1)
-        status.secondsLeft = status.counts.secondsToAnalyse * (m_timeListened / m_musicHeard) /
-                             static_cast<double>(std::max<size_t>(1, m_listeners.size()));
+        status.secondsLeft =
+            status.counts.secondsToAnalyse * (m_timeListened / m_musicHeard) / std::max(1, m_listening);
     return status;
 }
 
@@ -222,6 +232,7 @@ void Library::scanLoop()
         bool isRefused = false;
         try {
             applyConfig();
+            setListeners(m_config.workers);
             noteChanges();
             bool isWanted = false;
             bool isPaused = false;
@@ -287,7 +298,7 @@ std::set<int64_t> Library::dueRoots(bool isAll)
         const RootState &state = m_rootStates[root.id];
         all.insert(root.id);
         if (isAll || state.scanned == SteadyClock::time_point() ||
-            now - state.scanned > std::chrono::minutes(m_config.rescanMinutes) ||
+            now - state.scanned > std::chrono::minutes(m_config.rescanMinutesFor(root.path)) ||
             (state.changed && now - *state.changed > quietTime))
             due.insert(root.id);
     }

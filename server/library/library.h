@@ -82,7 +82,8 @@ private:
     void report(bool isLast);
 
     // Listener threads.
-    void listenLoop();
+    void listenLoop(int number);
+    void setListeners(int count);
     std::optional<ToAnalyse> nextToAnalyse();
     std::optional<LibraryStore::AlbumToPicture> nextAlbum();
     void listen(media::MediaWorker &worker, const ToAnalyse &file);
@@ -116,12 +117,13 @@ private:
     std::set<media::MediaWorker *> m_workers; // to be interrupted at the end
     double m_musicHeard = 0;                  // seconds of music
     double m_timeListened = 0;                // seconds of all listeners together
+    int m_listening = 0;                      // threads that listen; further ones wait
     bool m_isRescanWanted = false;
     bool m_isRound = false; // all folders are being looked through
     std::atomic<bool> m_isStopping{false};
 
     std::thread m_scanner;
-    std::vector<std::thread> m_listeners;
+    std::vector<std::thread> m_listeners; // scanner thread, until that has ended
 };
 
 } // namespace velmora::server

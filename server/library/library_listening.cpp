@@ -63,14 +63,31 @@ bool writeWhole(const std::filesystem::path &file, const std::string &bytes)
 
 } // namespace
 
-void Library::listenLoop()
+void Library::listenLoop(int number)
 {
-    media::MediaWorker worker(m_settings.workerProgram);
-    {
-        const std::lock_guard guard(m_mutex);
-        m_workers.insert(&worker);
-    }
+    std::optional<media::MediaWorker> worker;
+    const auto endWorker = [&] {
+        {
+            const std::lock_guard guard(m_mutex);
+            m_workers.erase(&*worker);
+        }
+        worker.reset();
+    };
     while (!m_isStopping) {
+        {
+            std::unique_lock guard(m_mutex);
+            if (number >= m_listening) {
+                if (worker) {
+                    guard.unlock();
+                    endWorker();
+                    continue;
+                }
+                m_wake.wait(guard, [&] { return m_isStopping || number < m_listening; });
+                continue;
+            }
+            if (!worker)
+                m_workers.insert(&worker.emplace(m_settings.workerProgram));
+        }
         bool isBusy = false;
         try {
             const bool isPaused = [&] {
@@ -81,12 +98,12 @@ void Library::listenLoop()
                 // Nothing.
             } else if (const std::optional<LibraryStore::AlbumToPicture> album = nextAlbum()) {
                 isBusy = true;
-                picture(worker, *album);
+                picture(*worker, *album);
                 const std::lock_guard guard(m_mutex);
                 m_albumsInWork.erase(album->id);
             } else if (const std::optional<ToAnalyse> file = nextToAnalyse()) {
                 isBusy = true;
-                listen(worker, *file);
+                listen(*worker, *file);
                 const std::lock_guard guard(m_mutex);
                 m_inWork.erase(file->fileId);
             }
@@ -105,8 +122,8 @@ void Library::listenLoop()
                 m_wake.wait_for(guard, m_settings.tick);
         }
     }
-    const std::lock_guard guard(m_mutex);
-    m_workers.erase(&worker);
+    if (worker)
+        endWorker();
 }
 
 std::optional<LibraryStore::AlbumToPicture> Library::nextAlbum()

@@ -2,6 +2,7 @@
 
 #include "server/catalogue/textfolding.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 #include <sstream>
@@ -35,12 +36,21 @@ std::string take(LibraryConfig &config, const std::string &key, const std::strin
     if (key == "music") {
         if (!value.starts_with('/'))
             return "music needs a folder's whole path, beginning with /";
-        config.folders.push_back(std::filesystem::path(value).lexically_normal());
+        config.folders.push_back(plainPath(value));
     } else if (key == "exclude") {
         config.excluded.push_back(value);
     } else if (key == "rescan-minutes") {
-        if (!readNumber(value, 1, 7 * 24 * 60, &config.rescanMinutes))
+        const size_t blank = std::min(value.find(' '), value.size());
+        const std::string folder = trimmed(value.substr(blank));
+        int minutes = 0;
+        if (!readNumber(value.substr(0, blank), 1, 7 * 24 * 60, &minutes))
             return "rescan-minutes is a number from 1 to 10080";
+        if (folder.empty())
+            config.rescanMinutes = minutes;
+        else if (folder.starts_with('/'))
+            config.rescanMinutesOf[plainPath(folder)] = minutes;
+        else
+            return "after the minutes comes a folder's whole path, beginning with /";
     } else if (key == "workers") {
         if (!readNumber(value, 0, 64, &config.workers))
             return "workers is a number from 0 (as many as fit) to 64";
@@ -55,6 +65,18 @@ std::string take(LibraryConfig &config, const std::string &key, const std::strin
 }
 
 } // namespace
+
+int LibraryConfig::rescanMinutesFor(const std::filesystem::path &folder) const
+{
+    const auto own = rescanMinutesOf.find(folder);
+    return own == rescanMinutesOf.end() ? rescanMinutes : own->second;
+}
+
+std::filesystem::path plainPath(const std::filesystem::path &path)
+{
+    const std::filesystem::path plain = path.lexically_normal();
+    return plain.has_filename() || plain == plain.root_path() ? plain : plain.parent_path();
+}
 
 std::string printable(std::string_view bytes)
 {

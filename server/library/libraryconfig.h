@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <variant>
 #include <vector>
@@ -12,9 +13,11 @@ struct LibraryConfig {
     std::vector<std::filesystem::path> folders; // absolute
     std::vector<std::string> excluded;          // patterns of names or of paths in a folder, as a shell has them
     int rescanMinutes = 15;
+    std::map<std::filesystem::path, int> rescanMinutesOf; // of folders with an interval of their own
     int workers = 0; // that listen to music at the same time; 0: one less than the machine has cores
     bool isAnalysed = true;
 
+    int rescanMinutesFor(const std::filesystem::path &folder) const;
     bool operator==(const LibraryConfig &) const = default;
 };
 
@@ -23,6 +26,9 @@ struct LibraryConfig {
 std::variant<LibraryConfig, std::string> parseLibraryConfig(const std::string &text);
 // The same of a file; one that is not there is an error too.
 std::variant<LibraryConfig, std::string> readLibraryConfig(const std::filesystem::path &file);
+
+// One spelling of a folder's path: "/a//b/" as "/a/b".
+std::filesystem::path plainPath(const std::filesystem::path &path);
 
 // Bytes that are no UTF-8 as '?', for logs and pages.
 std::string printable(std::string_view bytes);

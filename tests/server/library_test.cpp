@@ -1,5 +1,6 @@
 // Own music: folders with every oddity, what changes in them, folders that are away, files that mean harm.
 
+#include "server/demolibrary.h"
 #include "server/library/halffloat.h"
 #include "server/library/library.h"
 #include "server/media/reading.h"
@@ -341,6 +342,50 @@ TEST_F(LibraryTest, AFolderThatIsAwayLosesNothingAndOnesThatComeAndGoNeedNoResta
     EXPECT_TRUE(until([&] { return playing() == 1 && !m_service->catalogue.track(stays)->isPlayable; }));
 }
 
+TEST_F(LibraryTest, TheDemoCatalogueAndOwnMusicPlaySideBySideAndAdsFollowTheDemoOnly)
+{
+    const fs::path folder = m_directory.path() / "demo", program = m_directory.path() / "program";
+    for (const char *song : {"Own One", "Own Two", "Own Three"})
+        writeMusic(m_music / (std::string(song) + ".flac"), {song, std::string("By ") + song, "Own", "Polka"});
+    // The program writes a track once somebody wants its style.
+    writeMusic(m_directory.path() / "wanted.flac", {"Made", "The Makers", "Made Up", "Small-Band Swing"});
+    std::ofstream(program) << "#!/bin/sh\nfor folder; do :; done\n"
+                           << R"(mkdir -p "$folder/music/album"; echo >"$folder/ad.flac"
+echo '{"ads": [{"id": "an-ad", "file": "ad.flac", "picture": "", "title": "T", "line2": "", "durationSeconds": 8}]}' \
+  >"$folder/ads.json"
+echo style Small-Band Swing; echo ready 0 1; read style; mv "$folder/../wanted.flac" "$folder/music/album/01 Made.flac"
+echo made music/album/01 Made.flac; cat >/dev/null
+)";
+    fs::permissions(program, fs::perms::owner_all);
+    DemoLibrary demo(m_service->catalogue, {program, folder}, [](const std::string &) {});
+    demo.start();
+    m_settings.demoFolders = {DemoLibrary::musicIn(folder)};
+    scan();
+    EXPECT_EQ(playing(), 3);
+    const std::string user = newListener();
+    Station own, made;
+    const auto create = [&](const char *style, Station *station) {
+        return m_service->stations.create(idOf(), {MusicKind::Style, style}, station);
+    };
+    EXPECT_EQ(create("Polka", &own), StationResult::Done);
+    EXPECT_EQ(create("Small-Band Swing", &made), StationResult::Done) << "a style of which nothing is there yet";
+    m_service->catalogue.want(m_service->playlists.styles(made));
+    ASSERT_TRUE(until([&] { return playing() == 4; })) << "what is written is read without a whole scan";
+    EXPECT_EQ(library().status().scans, 1);
+    EXPECT_TRUE(m_service->catalogue.track(trackAt("album/01 Made.flac"))->isDemo);
+    int ads = 0, misplaced = 0, demoTracks = 0;
+    for (int list = 0; list < 20; ++list) {
+        const std::vector<PlaylistEntry> entries = m_service->playlists.next(list % 2 ? own : made);
+        for (size_t i = 0; i < entries.size(); ++i) {
+            demoTracks += entries[i].track && entries[i].track->track.isDemo;
+            ads += entries[i].ad.has_value();
+            misplaced += entries[i].ad && !entries[i - 1].track->track.isDemo;
+        }
+    }
+    EXPECT_TRUE(ads > 0 && demoTracks > 0) << ads << " " << demoTracks;
+    EXPECT_EQ(misplaced, 0);
+}
+
 TEST_F(LibraryTest, CoversComeFromInsideOrBesideAndHostileOnesAreRefused)
 {
     const std::string png("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\xff\xff\0\0\xff\xff\x08\x02\0\0\0", 29);
@@ -469,10 +514,10 @@ TEST(LibraryRulesTest, TagsAndPathsSayWhoAndWhat)
     EXPECT_TRUE(facts({{"ALBUMARTIST", "Various"}, {"ARTIST", "Bo"}}, "x.mp3").isCompilation);
     EXPECT_TRUE(facts({}, "Audiobooks/Reader/01.mp3").isSpeech);
     EXPECT_FALSE(facts({}, "Reader/Comedy.mp3").isSpeech) << "a song may be called so";
-    const auto config =
-        parseLibraryConfig("# mine\n[library]\nmusic = /a b/\nexclude=*.tmp\nworkers = 2\nanalysis=off\n");
+    const auto config = parseLibraryConfig(
+        "# mine\n[library]\nmusic = /a b/\nexclude=*.tmp\nworkers = 2\nanalysis=off\nrescan-minutes = 60 /mnt//s x/\n");
     ASSERT_TRUE(std::holds_alternative<LibraryConfig>(config)) << std::get<std::string>(config);
-    EXPECT_EQ(std::get<LibraryConfig>(config), (LibraryConfig{{"/a b/"}, {"*.tmp"}, 15, 2, false}));
+    EXPECT_EQ(std::get<LibraryConfig>(config), (LibraryConfig{{"/a b"}, {"*.tmp"}, 15, {{"/mnt/s x", 60}}, 2, false}));
     for (const char *wrong :
          {"music=/a", "[library]\nmusic=a", "[library]\nworkers=many", "[other]\n", "[library]\nx=1"})
         EXPECT_TRUE(std::holds_alternative<std::string>(parseLibraryConfig(wrong))) << wrong;

@@ -294,8 +294,8 @@ TEST_F(ListeningTest, TheEngineReadsWhatTheStoreHoldsOfPresentMusic)
         const Store::Lock db = m_service->store.lock();
         db->run("INSERT INTO descriptors VALUES (?1, ?2, ?3), (?4, ?5, ?3)", track, media::descriptorVersion,
                 Blob{halves(descriptor)}, other, media::descriptorVersion + 1);
-        db->run("INSERT INTO styles (id, name, folded) VALUES (1, 'Früh', 'fruh'), (2, '明', '明')");
-        db->run("INSERT INTO track_styles VALUES (?1, 1, 0.75), (?1, 2, 0.25)", track);
+        db->run("INSERT INTO styles (id, name, folded) VALUES (101, 'Früh', 'fruh'), (102, '明', '明')");
+        db->run("INSERT INTO track_styles VALUES (?1, 101, 0.75), (?1, 102, 0.25)", track);
         db->run("UPDATE tracks SET kind = 'speech' WHERE public_id = 'rock-01'");
         db->run("UPDATE tracks SET recording_id = ?2, work = 'Suite', composer = 'N', movement = 2 WHERE id = ?1",
                 track, other);
