@@ -294,6 +294,7 @@ TEST_F(ListeningTest, TheEngineReadsWhatTheStoreHoldsOfPresentMusic)
         const Store::Lock db = m_service->store.lock();
         db->run("INSERT INTO descriptors VALUES (?1, ?2, ?3), (?4, ?5, ?3)", track, media::descriptorVersion,
                 Blob{halves(descriptor)}, other, media::descriptorVersion + 1);
+        db->run("DELETE FROM track_styles");
         db->run("INSERT INTO styles (id, name, folded) VALUES (101, 'Früh', 'fruh'), (102, '明', '明')");
         db->run("INSERT INTO track_styles VALUES (?1, 101, 0.75), (?1, 102, 0.25)", track);
         db->run("UPDATE tracks SET kind = 'speech' WHERE public_id = 'rock-01'");
