@@ -2,6 +2,7 @@
 
 #include "server/library/folderwalk.h"
 
+#include <filesystem>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
@@ -73,7 +74,7 @@ ChangeWatch::Changes ChangeWatch::take()
             const bool isIgnored = isFile && ((event->mask & IN_CREATE) || !(isMusic || FolderWalk::hasMeaning(name)));
             for (const auto &[root, path] : folder->second) {
                 if (isMusic && isWritten)
-                    changes.files.emplace(root, path.empty() ? name : path + "/" + name);
+                    changes.files.emplace(root, (std::filesystem::path(path) / name).native());
                 else if (!isIgnored)
                     changes.roots.insert(root);
             }

@@ -138,7 +138,6 @@ public:
 private:
     int64_t putTrack(Database &db, int64_t rootId, const ReadFile &file, int64_t trackId);
     void keepReplaced(Database &db, int64_t fileId);
-    void putStyles(Database &db, int64_t trackId, const std::vector<std::string> &styles);
     int64_t takeOver(Database &db, int64_t rootId, const ReadFile &file,
                      const std::function<bool(const Root &, const std::string &, const FileStamp &)> &isGone);
     void settleRecording(Database &db, int64_t trackId);

@@ -227,24 +227,8 @@ int64_t LibraryStore::putTrack(Database &db, int64_t rootId, const ReadFile &fil
     db.run("DELETE FROM track_search WHERE rowid = ?1", id);
     db.run("INSERT INTO track_search (rowid, song, artist) VALUES (?1, ?2, ?3)", id, indexedText(facts.song),
            indexedText(facts.isUnknownArtist ? std::string() : facts.artist));
-    putStyles(db, id, facts.styles);
+    owners.setStyles(id, facts.styles);
     return id;
-}
-
-void LibraryStore::putStyles(Database &db, int64_t trackId, const std::vector<std::string> &styles)
-{
-    db.run("UPDATE styles SET tracks = tracks - 1 WHERE id IN (SELECT style_id FROM track_styles WHERE track_id = ?1)",
-           trackId);
-    db.run("DELETE FROM track_styles WHERE track_id = ?1", trackId);
-    for (const std::string &style : styles) {
-        db.run("INSERT INTO styles (name, folded) VALUES (?1, ?2) ON CONFLICT (folded) DO NOTHING", style,
-               foldedText(style));
-        db.run("INSERT OR IGNORE INTO track_styles (track_id, style_id, weight) SELECT ?1, id, ?3 FROM styles WHERE "
-               "folded = ?2",
-               trackId, foldedText(style), 1.0 / static_cast<double>(styles.size()));
-    }
-    db.run("UPDATE styles SET tracks = tracks + 1 WHERE id IN (SELECT style_id FROM track_styles WHERE track_id = ?1)",
-           trackId);
 }
 
 } // namespace velmora::server
