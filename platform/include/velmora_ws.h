@@ -19,6 +19,12 @@
  *    the next one is wanted within three seconds for every entry that has something to play (an empty playlist: within
  *    ten seconds), and when no request named a track meanwhile. Media that are refused more slowly are not noticed.
  *
+ * A request that fails for a passing reason is repeated before it completes: without a connection, after a cut or a
+ * time limit, with VLM_WS_ERR_INTERNAL or VLM_WS_ERR_TOO_MANY_REQUESTS, and while a gateway finds no service. The first
+ * repetition comes within half a second, the last one 45 seconds after the first attempt; until the service has
+ * answered for the first time, 60 seconds. Meanwhile requests of other functions complete; those of the same function
+ * keep their order.
+ *
  * Requests that change something carry a random key. The service gives a repeated request its first answer.
  *
  * Text is UTF-8 and NUL terminated unless stated otherwise. A null char* parameter means "not given".

@@ -6,7 +6,6 @@
 #include <fstream>
 #include <memory>
 #include <pwd.h>
-#include <regex>
 #include <string_view>
 #include <unistd.h>
 
@@ -31,16 +30,6 @@ std::string trimmed(std::string_view text)
     return std::string(text.substr(first, text.find_last_not_of(" \t\r") - first + 1));
 }
 
-// Accepts http and https with a host and perhaps a path, without user name, query and fragment. Returns an empty text
-// for anything else. A wrong host name shows at the first request.
-std::string serverAddress(std::string text)
-{
-    while (text.ends_with('/'))
-        text.pop_back();
-    static const std::regex address(R"(https?://(\[[0-9A-Fa-f:.]+\]|[^\s/:@?#\[\]]+)(:[0-9]{1,5})?(/[^\s?#]*)?)");
-    return std::regex_match(text, address) ? text : std::string();
-}
-
 std::filesystem::path defaultStateDir()
 {
     if (const std::string state = environment("XDG_STATE_HOME"); state.starts_with('/'))
@@ -61,17 +50,17 @@ std::filesystem::path defaultStateDir()
 // Applies one setting of the file. False: an unknown setting, or an unusable value.
 bool apply(Config &config, const std::string &key, const std::string &value)
 {
-    const auto milliseconds = [&value](std::chrono::milliseconds &target) {
+    const auto milliseconds = [&value](std::chrono::milliseconds &target, int least = 1) {
         int number = 0;
         const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-        if (error != std::errc() || end != value.data() + value.size() || number <= 0)
+        if (error != std::errc() || end != value.data() + value.size() || number < least)
             return false;
         target = std::chrono::milliseconds(number);
         return true;
     };
     if (key == "server") {
-        config.server = serverAddress(value);
-        return !config.server.empty();
+        config.server = value;
+        return true;
     }
     if (key == "ca_file") {
         config.caFile = value;
@@ -89,6 +78,12 @@ bool apply(Config &config, const std::string &key, const std::string &value)
         return milliseconds(config.stallTimeout);
     if (key == "request_timeout_ms")
         return milliseconds(config.requestTimeout);
+    if (key == "retry_for_ms")
+        return milliseconds(config.retry.forTime, 0);
+    if (key == "start_retry_for_ms")
+        return milliseconds(config.retry.forTimeAtStart, 0);
+    if (key == "retry_pause_ms")
+        return milliseconds(config.retry.firstPause);
     return false;
 }
 

@@ -23,7 +23,7 @@ bool load(Curl &curl)
         library && find(library, "curl_easy_cleanup", curl.easy_cleanup) &&
         find(library, "curl_easy_getinfo", curl.easy_getinfo) && find(library, "curl_easy_init", curl.easy_init) &&
         find(library, "curl_easy_reset", curl.easy_reset) && find(library, "curl_easy_setopt", curl.easy_setopt) &&
-        find(library, "curl_global_init", curl.global_init) &&
+        find(library, "curl_free", curl.free) && find(library, "curl_global_init", curl.global_init) &&
         find(library, "curl_multi_add_handle", curl.multi_add_handle) &&
         find(library, "curl_multi_cleanup", curl.multi_cleanup) &&
         find(library, "curl_multi_info_read", curl.multi_info_read) &&
@@ -32,7 +32,9 @@ bool load(Curl &curl)
         find(library, "curl_multi_remove_handle", curl.multi_remove_handle) &&
         find(library, "curl_multi_wakeup", curl.multi_wakeup) &&
         find(library, "curl_slist_append", curl.slist_append) &&
-        find(library, "curl_slist_free_all", curl.slist_free_all) && curl.global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+        find(library, "curl_slist_free_all", curl.slist_free_all) && find(library, "curl_url", curl.url) &&
+        find(library, "curl_url_cleanup", curl.url_cleanup) && find(library, "curl_url_get", curl.url_get) &&
+        find(library, "curl_url_set", curl.url_set) && curl.global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
     if (!isLoaded) {
         const char *const reason = ::dlerror();
         std::fprintf(stderr, "libvelmora_ws: %s cannot be used: %s\n", libraryName, reason ? reason : "no start");

@@ -12,6 +12,7 @@ struct Curl {
     decltype(&::curl_easy_init) easy_init;
     decltype(&::curl_easy_reset) easy_reset;
     decltype(&::curl_easy_setopt) easy_setopt;
+    decltype(&::curl_free) free;
     decltype(&::curl_global_init) global_init;
     decltype(&::curl_multi_add_handle) multi_add_handle;
     decltype(&::curl_multi_cleanup) multi_cleanup;
@@ -23,6 +24,10 @@ struct Curl {
     decltype(&::curl_multi_wakeup) multi_wakeup;
     decltype(&::curl_slist_append) slist_append;
     decltype(&::curl_slist_free_all) slist_free_all;
+    decltype(&::curl_url) url;
+    decltype(&::curl_url_cleanup) url_cleanup;
+    decltype(&::curl_url_get) url_get;
+    decltype(&::curl_url_set) url_set;
 
     // The initialised library. Null where it cannot be loaded, which is reported once. Any thread; the first call takes
     // some milliseconds. The library stays loaded until the process ends.

@@ -1,15 +1,15 @@
 #include "devicestate.h"
 
-#include "randombytes.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <linux/if_arp.h>
 #include <mutex>
+#include <sodium.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -48,45 +48,38 @@ private:
 
 SecretText randomKey()
 {
-    constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
-    unsigned char bytes[33] = {};
-    fillRandom(bytes, 32);
-    SecretText key;
-    key.reserve(64);
-    for (int i = 0; i < 33; i += 3) {
-        const unsigned group = static_cast<unsigned>(bytes[i] << 16 | bytes[i + 1] << 8 | bytes[i + 2]);
-        for (int shift = 18; shift >= 0; shift -= 6)
-            key += digits[group >> shift & 63];
-    }
-    key.resize(keyLength);
+    unsigned char bytes[32];
+    randombytes_buf(bytes, sizeof bytes);
+    SecretText key(sodium_base64_ENCODED_LEN(sizeof bytes, sodium_base64_VARIANT_URLSAFE_NO_PADDING), '\0');
+    sodium_bin2base64(key.data(), key.size(), bytes, sizeof bytes, sodium_base64_VARIANT_URLSAFE_NO_PADDING);
+    key.resize(keyLength); // without the NUL
     wipe(bytes, sizeof bytes);
     return key;
 }
 
 bool isKey(std::string_view text)
 {
-    return text.size() == keyLength && std::all_of(text.begin(), text.end(), [](char c) {
-               return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-' ||
-                      c == '_';
-           });
-}
-
-bool isAllZero(const HardwareAddress &address)
-{
-    return std::all_of(address.begin(), address.end(), [](unsigned char byte) { return byte == 0; });
+    unsigned char bytes[32];
+    std::size_t length = 0;
+    const char *end = nullptr;
+    const bool isRead =
+        text.size() == keyLength && sodium_base642bin(bytes, sizeof bytes, text.data(), text.size(), nullptr, &length,
+                                                      &end, sodium_base64_VARIANT_URLSAFE_NO_PADDING) == 0;
+    wipe(bytes, sizeof bytes);
+    return isRead && length == sizeof bytes && end == text.data() + text.size();
 }
 
 // Reads 12 hexadecimal digits, with or without colons between pairs. Refuses the address of a group.
-std::optional<HardwareAddress> parseAddress(std::string text)
+std::optional<HardwareAddress> parseAddress(std::string_view text)
 {
-    std::erase(text, ':');
     HardwareAddress address{};
-    if (text.size() != 12 || text.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
+    std::size_t length = 0;
+    const char *end = nullptr;
+    if (sodium_hex2bin(address.data(), address.size(), text.data(), text.size(), ":", &length, &end) != 0 ||
+        length != address.size() || end != text.data() + text.size())
         return {};
-    for (std::size_t i = 0; i < 6; ++i)
-        address[i] = static_cast<unsigned char>(std::stoul(text.substr(2 * i, 2), nullptr, 16));
     const bool isGroup = address[0] & 1;
-    if (isAllZero(address) || isGroup)
+    if (sodium_is_zero(address.data(), address.size()) || isGroup)
         return {};
     return address;
 }
@@ -94,7 +87,7 @@ std::optional<HardwareAddress> parseAddress(std::string text)
 HardwareAddress randomAddress()
 {
     HardwareAddress address{};
-    fillRandom(address.data(), address.size());
+    randombytes_buf(address.data(), address.size());
     address[0] = static_cast<unsigned char>((address[0] & 0xfc) | 0x02); // locally administered, a single device
     return address;
 }
@@ -124,7 +117,7 @@ Found parseState(std::string_view text)
         if (isFirst)
             found.isDamaged = line != header;
         else if (line.starts_with("mac="))
-            found.address = parseAddress(std::string(line.substr(4)));
+            found.address = parseAddress(line.substr(4));
         else if (line.starts_with("key=") && isKey(line.substr(4)))
             found.key = line.substr(4);
         isFirst = false;
@@ -291,6 +284,8 @@ DeviceState loadDeviceState(const fs::path &folder, const fs::path &sysClassNet)
 {
     Found found;
     const fs::path file = folder / fileName;
+    if (sodium_init() < 0)
+        std::abort(); // a kernel without random numbers: nothing safe can be made
     bool isWritable = false;
     if (folder.empty())
         complain("no state folder", "neither XDG_STATE_HOME nor HOME names one");

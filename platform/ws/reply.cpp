@@ -1,5 +1,8 @@
 #include "reply.h"
 
+#include "webaddress.h"
+
+#include <algorithm>
 #include <limits>
 #include <nlohmann/json.hpp>
 
@@ -49,13 +52,13 @@ public:
         return m_memory.text(plain);
     }
 
-    // Only what the player may open; the marker stands for everything else.
-    char *audioUrl(const char *key)
+    // Only what the radio may open; `otherwise` stands for everything else.
+    char *url(const char *key, std::string_view otherwise = {})
     {
         const std::string_view url = view(key, Need::Optional);
-        const bool isUsable = url.starts_with("http://") || url.starts_with("https://");
-        return m_memory.text(isUsable ? url : std::string_view(velmora_ws_invalid_url));
+        return m_memory.text(!url.empty() && isWebAddress(std::string(url)) ? url : otherwise);
     }
+    char *audioUrl(const char *key) { return url(key, velmora_ws_invalid_url); }
 
     // 0 and more.
     int32_t number(const char *key, Need need = Need::Optional)
@@ -233,7 +236,7 @@ private:
         record.stationId = from.text("stationId");
         record.stationToken = from.token("stationToken");
         record.allowDelete = from.flag("allowDelete");
-        record.stationStr16 = from.text("artUrl");
+        record.stationStr16 = from.url("artUrl");
         record.fgFlag20 = from.flag("allowAddMusic");
         record.isShared = from.flag("isShared");
         record.stationStr24 = from.text("dateCreated");
@@ -271,7 +274,7 @@ private:
     {
         Object from = object(json);
         auto *record = m_memory.make<VLM_TRACK_MAP_T>();
-        record->albumArtUrl = from.text("albumArtUrl");
+        record->albumArtUrl = from.url("albumArtUrl");
         record->albumName = from.text("albumName");
         record->allowFeedback = from.flag("allowFeedback");
         record->albumYear = from.number("albumYear");
@@ -301,7 +304,7 @@ private:
         record->audioType = data.text("audioType");
         record->adLine2 = data.text("adLine2");
         record->durationSeconds = data.number("durationSeconds");
-        record->imageUrl = data.text("imageUrl");
+        record->imageUrl = data.url("imageUrl");
         record->title = data.text("title", Need::Required);
         return record;
     }
@@ -365,26 +368,73 @@ private:
     bool m_isOk = true;
 };
 
-// A discarded value where the text is not JSON; `isTooLarge` where a limit was passed.
+// Counts what a text would become, without building it. Ends at the first passed limit, and where the text is not JSON.
+class Counter : public nlohmann::json_sax<Json> {
+public:
+    bool isTooLarge() const { return m_isTooLarge; }
+
+    bool null() override { return value(); }
+    bool boolean(bool) override { return value(); }
+    bool number_integer(number_integer_t) override { return value(); }
+    bool number_unsigned(number_unsigned_t) override { return value(); }
+    bool number_float(number_float_t, const string_t &) override { return value(); }
+    bool string(string_t &) override { return value(); }
+    bool binary(binary_t &) override { return value(); }
+    bool key(string_t &) override { return true; }
+    bool start_object(std::size_t) override { return container(); }
+    bool start_array(std::size_t) override { return container(); }
+    bool end_object() override { return end(); }
+    bool end_array() override { return end(); }
+    bool parse_error(std::size_t, const std::string &, const nlohmann::detail::exception &) override { return false; }
+
+private:
+    bool value()
+    {
+        m_isTooLarge = ++m_values > maxReplyValues;
+        return !m_isTooLarge;
+    }
+    bool container()
+    {
+        if (++m_depth > maxReplyDepth)
+            m_isTooLarge = true;
+        return !m_isTooLarge && value();
+    }
+    bool end()
+    {
+        --m_depth;
+        return true;
+    }
+
+    int m_values = 0;
+    int m_depth = 0;
+    bool m_isTooLarge = false;
+};
+
+// A discarded value where the text is not JSON; `isTooLarge` where a limit was passed. Two linear passes: the parser's
+// own callback, which could count, makes it search every parent again for each of its children.
 Json parseLimited(std::string_view body, bool &isTooLarge)
 {
-    int values = 0;
-    const auto keep = [&](int depth, Json::parse_event_t event, Json &) {
-        using Event = Json::parse_event_t;
-        if (event == Event::object_start || event == Event::array_start || event == Event::value)
-            ++values;
-        // `depth` counts what encloses the value.
-        const bool isContainer = event == Event::object_start || event == Event::array_start;
-        if (values > maxReplyValues || (isContainer && depth >= maxReplyDepth))
-            isTooLarge = true;
-        return !isTooLarge;
-    };
-    return Json::parse(body.begin(), body.end(), keep, false);
+    Counter counter;
+    const bool isJson = Json::sax_parse(body.begin(), body.end(), &counter);
+    isTooLarge = counter.isTooLarge();
+    return isJson ? Json::parse(body.begin(), body.end(), nullptr, false) : Json(Json::value_t::discarded);
 }
 
 bool isServiceCode(int64_t code)
 {
     return code >= 5000 && code <= 5999;
+}
+
+// What the service asks for with "too many requests".
+std::chrono::seconds retryAfter(const Json &json)
+{
+    const auto data = json.find("data");
+    if (data == json.end() || !data->is_object())
+        return {};
+    const auto seconds = data->find("retryAfter");
+    if (seconds == data->end() || !seconds->is_number_unsigned())
+        return {};
+    return std::chrono::seconds(std::min<uint64_t>(seconds->get<uint64_t>(), std::numeric_limits<int32_t>::max()));
 }
 
 } // namespace
@@ -406,6 +456,8 @@ Reply parseReply(const Command &command, long httpStatus, std::string_view body,
     if (const auto value = code->get<int64_t>(); value != 0) {
         if (isServiceCode(value))
             reply.code = static_cast<VLM_WS_EXT_ERRCODE_T>(value);
+        if (reply.code == VLM_WS_ERR_TOO_MANY_REQUESTS)
+            reply.retryAfter = retryAfter(json);
         return reply;
     }
     if (httpStatus != 200)

@@ -1,15 +1,35 @@
 #include "transport.h"
 
 #include "reply.h"
+#include "webaddress.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <new>
 
 namespace velmora::ws {
 
 namespace {
 constexpr std::size_t maxHeaderBytes = 64 * 1024;
+
+// Names that are not found, too: a router that has just started answers so.
+bool mayPass(CURLcode result)
+{
+    switch (result) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_OPERATION_TIMEDOUT:
+    case CURLE_GOT_NOTHING:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+    case CURLE_PARTIAL_FILE:
+    case CURLE_SSL_CONNECT_ERROR:
+        return true;
+    default:
+        return false;
+    }
 }
+} // namespace
 
 Transport::Transport(const Config &config)
     : m_config(config)
@@ -36,6 +56,13 @@ bool Transport::load()
         return true;
     const Curl *const curl = Curl::get();
     if (!curl)
+        return false;
+    if (!m_server) {
+        m_server = serviceAddress(m_config.server);
+        if (m_server->empty() && !m_config.server.empty())
+            std::fprintf(stderr, "libvelmora_ws: the configured server is no usable address\n");
+    }
+    if (m_server->empty())
         return false;
     const std::lock_guard lock(m_mutex);
     m_curl = curl;
@@ -86,7 +113,8 @@ std::size_t Transport::takeHeader(char *, std::size_t size, std::size_t count, v
     return size * count;
 }
 
-bool Transport::start(const char *function, const SecretText &token, const std::string &key, SecretText body)
+bool Transport::start(const char *function, const SecretText &token, const std::string &key, SecretText body,
+                      std::optional<Clock::time_point> endsBy)
 {
     if (m_config.server.empty() || !load())
         return false;
@@ -96,6 +124,7 @@ bool Transport::start(const char *function, const SecretText &token, const std::
     m_headerBytes = 0;
     m_sent = std::move(body);
     m_started = m_lastByte = Clock::now();
+    m_endsBy = endsBy;
 
     curl_slist *headers = nullptr;
     const auto addHeader = [this, &headers](const char *line) {
@@ -116,7 +145,7 @@ bool Transport::start(const char *function, const SecretText &token, const std::
         addHeader(("Velmora-Request-Key: " + key).c_str());
     m_headers.reset(headers);
 
-    const std::string url = m_config.server + "/v1/" + function;
+    const std::string url = *m_server + "/v1/" + function;
     m_curl->easy_setopt(easy, CURLOPT_URL, url.c_str());
     m_curl->easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     m_curl->easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
@@ -146,9 +175,10 @@ bool Transport::start(const char *function, const SecretText &token, const std::
     return m_isBusy;
 }
 
-bool Transport::isOverdue(Clock::time_point now) const
+Clock::time_point Transport::overdue() const
 {
-    return now >= m_lastByte + m_config.stallTimeout || now >= m_started + m_config.requestTimeout;
+    const auto limit = std::min(m_lastByte + m_config.stallTimeout, m_started + m_config.requestTimeout);
+    return m_endsBy ? std::min(limit, *m_endsBy) : limit;
 }
 
 std::optional<Answer> Transport::run(std::optional<Clock::time_point> until)
@@ -158,10 +188,8 @@ std::optional<Answer> Transport::run(std::optional<Clock::time_point> until)
         return {};
     }
     const auto now = Clock::now();
-    if (m_isBusy) {
-        const auto overdue = std::min(m_lastByte + m_config.stallTimeout, m_started + m_config.requestTimeout);
-        until = until ? std::min(*until, overdue) : overdue;
-    }
+    if (m_isBusy)
+        until = until ? std::min(*until, overdue()) : overdue();
     int wait = 3'600'000; // wake() ends it
     if (until) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(*until - now).count();
@@ -185,14 +213,19 @@ std::optional<Answer> Transport::run(std::optional<Clock::time_point> until)
         if (message->data.result == CURLE_OK) {
             m_answer.end = Answer::End::Complete;
             m_curl->easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &m_answer.httpStatus);
+            curl_off_t seconds = 0;
+            m_curl->easy_getinfo(m_easy.get(), CURLINFO_RETRY_AFTER, &seconds);
+            m_answer.retryAfter = std::chrono::seconds(seconds);
         }
+        m_answer.mayPass = mayPass(message->data.result);
         stop();
         return std::move(m_answer);
     }
-    if (!isOverdue(Clock::now()))
+    if (Clock::now() < overdue())
         return {};
     stop();
     m_answer.end = Answer::End::Broken;
+    m_answer.mayPass = true;
     return std::move(m_answer);
 }
 

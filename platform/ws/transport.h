@@ -16,7 +16,9 @@ namespace velmora::ws {
 struct Answer {
     enum class End { Complete, Broken, TooLarge };
     End end = End::Broken;
+    bool mayPass = false; // a broken one: no connection, a cut, or a time limit; the same request may succeed later
     long httpStatus = 0;
+    std::chrono::seconds retryAfter{0}; // of the header of this name; 0: not said
     std::string body;
 };
 
@@ -32,8 +34,10 @@ public:
     // Ends run() early. Any thread.
     void wake();
 
-    // Sends POST /v1/<function>; an empty token or key sends none. False: could not even be begun.
-    bool start(const char *function, const SecretText &token, const std::string &key, SecretText body);
+    // Sends POST /v1/<function>; an empty token or key sends none. `endsBy` is a time limit beside the configured ones.
+    // False: could not even be begun, and never can be.
+    bool start(const char *function, const SecretText &token, const std::string &key, SecretText body,
+               std::optional<Clock::time_point> endsBy = {});
     bool isBusy() const { return m_isBusy; }
 
     // Waits for the network, wake() or `until`, then works on the transfer. Returns the answer when it has ended.
@@ -45,7 +49,7 @@ public:
 private:
     static std::size_t takeBody(char *data, std::size_t size, std::size_t count, void *self);
     static std::size_t takeHeader(char *data, std::size_t size, std::size_t count, void *self);
-    bool isOverdue(Clock::time_point now) const;
+    Clock::time_point overdue() const; // when the transfer under way is given up
     bool load();
     void sleepUnloaded(std::optional<Clock::time_point> until);
 
@@ -62,7 +66,8 @@ private:
 
     const Config m_config;
     const Curl *m_curl = nullptr;
-    std::mutex m_mutex; // guards what wake() needs: m_isWoken, and m_multi against being set
+    std::optional<std::string> m_server; // valid once loaded; empty text: not usable
+    std::mutex m_mutex;                  // guards what wake() needs: m_isWoken, and m_multi against being set
     std::condition_variable m_woken;
     bool m_isWoken = false; // while there is no m_multi
     // The multi handle keeps the connection; the easy handle must go first.
@@ -75,6 +80,7 @@ private:
     std::size_t m_headerBytes = 0;
     Clock::time_point m_started;
     Clock::time_point m_lastByte;
+    std::optional<Clock::time_point> m_endsBy;
     bool m_isBusy = false;
 };
 

@@ -2,14 +2,15 @@
 
 #include "devicestate.h"
 #include "handles.h"
-#include "randombytes.h"
 #include "requestbody.h"
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <pthread.h>
+#include <sodium.h>
 
 namespace velmora::ws {
 
@@ -55,14 +56,25 @@ bool isLogin(const Command &command)
 std::string requestKey()
 {
     unsigned char bytes[16];
-    fillRandom(bytes, sizeof bytes);
-    std::string key;
-    for (const unsigned char byte : bytes) {
-        constexpr char digits[] = "0123456789abcdef";
-        key += digits[byte >> 4];
-        key += digits[byte & 15];
+    randombytes_buf(bytes, sizeof bytes);
+    char digits[2 * sizeof bytes + 1];
+    return sodium_bin2hex(digits, sizeof digits, bytes, sizeof bytes);
+}
+
+// Whether the same request may succeed later.
+bool mayPass(const Answer &answer, const Reply &reply)
+{
+    switch (reply.code) {
+    case VLM_WS_ERR_ERROR_CURL_FAILURE:
+        return answer.mayPass;
+    case VLM_WS_ERR_INTERNAL:
+    case VLM_WS_ERR_TOO_MANY_REQUESTS:
+        return true;
+    case VLM_WS_ERR_MALFORMED_REPLY: // a gateway's own page, while there is no service behind it
+        return answer.httpStatus >= 502 && answer.httpStatus <= 504;
+    default:
+        return false;
     }
-    return key;
 }
 
 // What the listener could hear of a playlist.
@@ -80,6 +92,8 @@ Worker::Worker(const Config &config)
     : m_config(config)
     , m_transport(config)
 {
+    if (sodium_init() < 0)
+        std::abort(); // a kernel without random numbers: no request key would be safe
 }
 
 void Worker::start()
@@ -144,6 +158,7 @@ void Worker::accept()
     const auto now = Clock::now();
     for (Request *request : incoming) {
         Job job{};
+        job.number = ++m_requests;
         job.handle = request->handle();
         job.request = request;
         job.command = findCommand(request->record.vlm_ws_CmdID);
@@ -182,8 +197,10 @@ bool Worker::sendNext()
 
 std::optional<Clock::time_point> Worker::dueTime(Job &job, Clock::time_point now)
 {
-    if (isHeld(job, now))
+    if (isHeld(job, now) || isBehindRetry(job))
         return {};
+    if (job.retryDue && *job.retryDue > now)
+        return job.retryDue;
     if (job.command->id == VLM_WS_MSGID_PARTNER_LOGIN)
         return job.loginDue;
     if (mustRenew(job, now)) {
@@ -203,6 +220,8 @@ void Worker::send(Job job, Clock::time_point now)
         return;
     }
     bool isStarted = false;
+    job.retry.begin(m_config.retry, !m_hasAnswered, now);
+    job.retryDue.reset();
     job.isRenewing = mustRenew(job, now);
     job.tokenSent = tokenFor(job);
     try {
@@ -210,14 +229,16 @@ void Worker::send(Job job, Clock::time_point now)
             VLM_WS_PARTNER_LOGIN_PARAMS_T params{};
             params.includeExtras = 1;
             const Command &login = *findCommand(VLM_WS_MSGID_PARTNER_LOGIN);
-            isStarted = m_transport.start(login.function, {}, {}, requestBody(login, &params, deviceKey()));
+            isStarted = m_transport.start(login.function, {}, {}, requestBody(login, &params, deviceKey()),
+                                          job.retry.attemptEnds(now));
         } else {
             static const SecretText none;
             const bool isPartnerLogin = job.command->id == VLM_WS_MSGID_PARTNER_LOGIN;
             const Session *open = session(job.tokenSent);
             isStarted = m_transport.start(
                 job.command->function, open ? open->token : none, job.key,
-                requestBody(*job.command, job.request->record.params, isPartnerLogin ? deviceKey() : none));
+                requestBody(*job.command, job.request->record.params, isPartnerLogin ? deviceKey() : none),
+                job.retry.attemptEnds(now));
         }
     } catch (const std::bad_alloc &) {
         complete(job, VLM_WS_ERR_OUT_OF_MEMORY, nullptr);
@@ -244,6 +265,8 @@ void Worker::finish(const Answer &answer)
         if (reply.code == VLM_WS_ERR_OK)
             m_playlistLimit.replied(job.station, playableEntries(*static_cast<VLM_WS_PLAYLIST_T *>(reply.record)), now);
     }
+    if (retries(job, answer, reply))
+        return;
     if (!reply.token.empty()) {
         Session &opened = job.command->reply == ReplyShape::PartnerLogin ? m_partner : m_user;
         opened = {std::move(reply.token), now + std::chrono::seconds(reply.expiresIn)};
@@ -252,7 +275,7 @@ void Worker::finish(const Answer &answer)
         if (Session *refused = session(job.tokenSent))
             refused->close();
         if (job.command->renewsPartner() && !job.hasRenewed) {
-            m_waiting.push_front(std::move(job));
+            putBack(std::move(job));
             return;
         }
         reply.code = m_renewalLimit.refused(*job.command, job.tokenSent);
@@ -267,6 +290,8 @@ void Worker::finishRenewal(Job job, const Answer &answer)
     Arena scratch;
     const Command &login = *findCommand(VLM_WS_MSGID_PARTNER_LOGIN);
     Reply reply = readAnswer(login, answer, scratch);
+    if (retries(job, answer, reply))
+        return;
     if (reply.code == VLM_WS_ERR_INVALID_AUTH_TOKEN)
         reply.code = m_renewalLimit.refused(login, Token::None);
     if (reply.code != VLM_WS_ERR_OK) {
@@ -276,7 +301,29 @@ void Worker::finishRenewal(Job job, const Answer &answer)
     m_partner = {std::move(reply.token), Clock::now() + std::chrono::seconds(reply.expiresIn)};
     job.isRenewing = false;
     job.hasRenewed = true;
-    m_waiting.push_front(std::move(job));
+    putBack(std::move(job));
+}
+
+bool Worker::retries(Job &job, const Answer &answer, const Reply &reply)
+{
+    if (!mayPass(answer, reply)) {
+        m_hasAnswered = m_hasAnswered || answer.end == Answer::End::Complete;
+        return false;
+    }
+    const double chance = randombytes_uniform(1000) / 1000.0;
+    job.retryDue = job.retry.failed(Clock::now(), std::max(reply.retryAfter, answer.retryAfter), chance);
+    if (!job.retryDue)
+        return false;
+    job.isRenewing = false;
+    putBack(std::move(job));
+    return true;
+}
+
+void Worker::putBack(Job job)
+{
+    const auto later = std::find_if(m_waiting.begin(), m_waiting.end(),
+                                    [&job](const Job &other) { return other.number > job.number; });
+    m_waiting.insert(later, std::move(job));
 }
 
 void Worker::complete(const Job &job, VLM_WS_EXT_ERRCODE_T code, void *record)
@@ -356,6 +403,15 @@ bool Worker::isHeld(const Job &job, Clock::time_point now) const
             return true;
     }
     return false;
+}
+
+// Requests of one kind are answered in their order, and changes are made in theirs.
+bool Worker::isBehindRetry(const Job &job) const
+{
+    return std::any_of(m_waiting.begin(), m_waiting.end(), [&job](const Job &other) {
+        const bool isOfKind = other.command == job.command || (other.command->isChange && job.command->isChange);
+        return other.retryDue && other.number < job.number && isOfKind;
+    });
 }
 
 const SecretText &Worker::deviceKey()

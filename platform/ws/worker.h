@@ -6,6 +6,7 @@
 #include "pace.h"
 #include "reply.h"
 #include "request.h"
+#include "retry.h"
 #include "transport.h"
 
 #include <atomic>
@@ -19,7 +20,8 @@
 namespace velmora::ws {
 
 // The thread of the library. It sends the requests one at a time, in the order in which they were made, and runs the
-// callbacks. A request whose session is known to be closed waits for a login, even one that was made after it.
+// callbacks. A request whose session is known to be closed waits for a login, even one that was made after it. A
+// request that failed for a passing reason is sent again after a pause, in which others may be sent.
 class Worker : public std::enable_shared_from_this<Worker> {
 public:
     explicit Worker(const Config &config); // throws
@@ -34,6 +36,7 @@ public:
 
 private:
     struct Job {
+        uint64_t number; // counts the requests
         HANDLE_T handle;
         Request *request; // owned by Handles
         const Command *command;
@@ -44,6 +47,8 @@ private:
         bool hasRenewed = false;                   // the partner session was renewed for this job
         bool isRenewing = false;                   // its own partner login is under way
         Token tokenSent = Token::None;
+        Retry retry;
+        std::optional<Clock::time_point> retryDue; // while it pauses: when it may be sent again
     };
     struct Session {
         SecretText token;
@@ -59,6 +64,8 @@ private:
     void send(Job job, Clock::time_point now);
     void finish(const Answer &answer);
     void finishRenewal(Job job, const Answer &answer);
+    bool retries(Job &job, const Answer &answer, const Reply &reply); // true: `job` was taken and waits
+    void putBack(Job job);
     void complete(const Job &job, VLM_WS_EXT_ERRCODE_T code, void *record);
     void dropAll();
 
@@ -66,6 +73,7 @@ private:
     Session *session(Token token);
     bool mustRenew(const Job &job, Clock::time_point now) const;
     bool isHeld(const Job &job, Clock::time_point now) const;
+    bool isBehindRetry(const Job &job) const;
     const SecretText &deviceKey();
 
     const Config m_config;
@@ -77,7 +85,9 @@ private:
     std::atomic<bool> m_isEnding = false;
 
     // The worker thread's own:
-    std::list<Job> m_waiting;
+    uint64_t m_requests = 0;
+    std::list<Job> m_waiting;   // in the order of their numbers
+    bool m_hasAnswered = false; // the service has, at least once
     std::optional<Clock::time_point> m_nextDue;
     std::optional<Job> m_current;
     Session m_partner;

@@ -114,6 +114,13 @@ private slots:
         QVERIFY(nobody.listen(QHostAddress::LocalHost));
         const QString url = QStringLiteral("http://127.0.0.1:%1").arg(nobody.serverPort());
         nobody.close();
+        // It is given up after a moment, not after a minute.
+        QTemporaryDir folder;
+        QFile settings(folder.filePath("ws.conf"));
+        QVERIFY(settings.open(QIODevice::WriteOnly) && settings.write("start_retry_for_ms=600\n") > 0);
+        settings.close();
+        qputenv("VELMORA_WS_CONF", QFile::encodeName(settings.fileName()));
+        const auto tidy = qScopeGuard([] { qunsetenv("VELMORA_WS_CONF"); });
         Journey journey({.hasServer = false, .serverUrl = url});
         QVERIFY(journey.writeSettings("[Welcome]\nisCheck=1\n"));
         QVERIFY2(journey.start(), qPrintable(journey.problem()));

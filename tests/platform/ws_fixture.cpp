@@ -15,7 +15,7 @@ WsFixture::WsFixture(const QByteArray &moreSettings, bool isStarted)
     if (!settings.open(QIODevice::WriteOnly))
         qFatal("no settings file");
     settings.write("# of a test\nserver=" + server.address() + "/\nstate_dir=" + folder.filePath("state").toUtf8() +
-                   "\n" + moreSettings);
+                   "\nretry_for_ms=0\nstart_retry_for_ms=0\nretry_pause_ms=1\n" + moreSettings);
     settings.close();
     qputenv("VELMORA_WS_CONF", settings.fileName().toUtf8());
     for (const char *name : {"VELMORA_WS_SERVER", "VELMORA_WS_STATE_DIR", "VELMORA_WS_CA_FILE"})

@@ -29,7 +29,8 @@ struct WsCompletion {
     }
 };
 
-// The real library against a scripted service, with its state under a folder of its own. One at a time.
+// The real library against a scripted service, with its state under a folder of its own. One at a time. Failed requests
+// are not repeated, unless `moreSettings` say for how long.
 class WsFixture {
 public:
     static constexpr char partnerToken[] = "pT0aK1bL2cM3dN4eO5fP6gQ7hR8iS9jT0kU1lV2mW3o";

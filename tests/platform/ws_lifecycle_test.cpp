@@ -170,10 +170,18 @@ private slots:
         QCOMPARE(next[1], requests / 2);
     }
 
+    void uninitCancelsPendingRequests_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("never answered") << QByteArray();
+        QTest::newRow("in a long pause") << WsTestServer::http(R"({"code":5004,"data":{"retryAfter":900}})").bytes;
+    }
+
     void uninitCancelsPendingRequests()
     {
-        WsFixture ws;
-        ws.server.answer("sleepSong", {WsTestServer::Reply{}}); // never answered
+        QFETCH(QByteArray, answer);
+        WsFixture ws("start_retry_for_ms=1000000\nretry_for_ms=1000000\n");
+        ws.server.answer("sleepSong", {WsTestServer::Reply{answer}});
         QCOMPARE(velmora_ws_sleepSong("under way", cb, nullptr, &ws.handle), VLM_WS_ERR_OK);
         QCOMPARE(velmora_ws_addSongBookmark("behind it", cb, nullptr, nullptr), VLM_WS_ERR_OK);
         QTRY_COMPARE(ws.server.seen.size(), 1);

@@ -43,9 +43,16 @@ QByteArray WsTestServer::address(const char *scheme) const
     return QByteArray(scheme) + "://127.0.0.1:" + QByteArray::number(m_listener->serverPort());
 }
 
-void WsTestServer::close()
+quint16 WsTestServer::close()
 {
+    const quint16 port = m_listener->serverPort();
     m_listener->close();
+    return port;
+}
+
+bool WsTestServer::listen(quint16 port)
+{
+    return m_listener->listen(QHostAddress::LocalHost, port);
 }
 
 void WsTestServer::answer(const QString &function, const QList<Reply> &replies)

@@ -29,7 +29,8 @@ public:
     // With a socket factory the server speaks what that socket speaks (TLS).
     explicit WsTestServer(std::function<QTcpSocket *(qintptr)> makeSocket = {});
     QByteArray address(const char *scheme = "http") const;
-    void close();
+    quint16 close();           // returns the port; open connections stay
+    bool listen(quint16 port); // again
 
     // Answers for one function: the given ones in turn, the last one from then on. Without any: code 0, empty data.
     void answer(const QString &function, const QList<Reply> &replies);

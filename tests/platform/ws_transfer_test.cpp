@@ -2,6 +2,7 @@
 #include "ws_fixture.h"
 
 #include <QElapsedTimer>
+#include <QJsonArray>
 #include <QRegularExpression>
 #include <QSslCertificate>
 #include <QSslKey>
@@ -57,8 +58,14 @@ private slots:
     void aBrokenTransferIsAnErrorCode_data()
     {
         const int broken = VLM_WS_ERR_ERROR_CURL_FAILURE;
-        const auto row = [](const char *name, const QByteArray &bytes, bool isCut, int code) {
-            QTest::newRow(name) << bytes << isCut << code;
+        // isPassing: the library repeats the request where it may.
+        const auto row = [](const char *name, const QByteArray &bytes, bool isCut, int code, bool isPassing = false) {
+            QTest::newRow(name) << bytes << isCut << code << isPassing;
+        };
+        const auto code = [](int number, const QByteArray &data = "{}", int status = 200, const QByteArray &more = {}) {
+            return WsTestServer::http(R"({"code":)" + QByteArray::number(number) + R"(,"data":)" + data + '}', status,
+                                      more)
+                .bytes;
         };
         const int malformed = VLM_WS_ERR_MALFORMED_REPLY;
         const int large = VLM_WS_ERR_REPLY_TOO_LARGE;
@@ -66,18 +73,29 @@ private slots:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<bool>("isCut");
         QTest::addColumn<int>("code");
+        QTest::addColumn<bool>("isPassing");
         row("as agreed", WsTestServer::http(good).bytes, false, 0);
-        row("nothing, then cut", QByteArray(), true, broken);
-        row("nothing, for ever", QByteArray(), false, broken);
+        row("nothing, then cut", QByteArray(), true, broken, true);
+        row("nothing, for ever", QByteArray(), false, broken, true);
         row("not HTTP", QByteArray("220 mail ready\r\n\r\n"), true, broken);
-        row("cut in the head", QByteArray("HTTP/1.1 200 O"), true, broken);
-        row("cut in the body", head("Content-Length: 20\r\n") + good.left(9), true, broken);
-        row("stalled in the body", head("Content-Length: 20\r\n") + good.left(9), false, broken);
+        row("cut in the head", QByteArray("HTTP/1.1 200 O"), true, broken, true);
+        row("cut in the body", head("Content-Length: 20\r\n") + good.left(9), true, broken, true);
+        row("stalled in the body", head("Content-Length: 20\r\n") + good.left(9), false, broken, true);
         row("whole without a length", head("Connection: close\r\n") + good, true, 0);
         row("cut without a length", head("Connection: close\r\n") + good.left(9), true, malformed);
         row("chunks", head("Transfer-Encoding: chunked\r\n") + "14\r\n" + good + "\r\n0\r\n\r\n", false, 0);
-        row("broken chunks", head("Transfer-Encoding: chunked\r\n") + "zz\r\n", false, broken);
-        row("an error page", WsTestServer::http("<h1>no</h1>", 502).bytes, false, malformed);
+        row("broken chunks", head("Transfer-Encoding: chunked\r\n") + "zz\r\n", false, broken, true);
+        row("an error page", WsTestServer::http("<h1>no</h1>", 502).bytes, false, malformed, true);
+        row("another error page", WsTestServer::http("<h1>no</h1>", 404).bytes, false, malformed);
+        row("an internal error", code(5000), false, 5000, true);
+        row("a gateway's error with a code", code(5096, "{}", 503), false, 5096);
+        row("too many", code(5004), false, 5004, true);
+        row("too many, a moment", code(5004, R"({"retryAfter":1})"), false, 5004, true);
+        row("too many, for longer than there is time", code(5004, R"({"retryAfter":61})"), false, 5004);
+        row("a gateway's pause", WsTestServer::http("<h1>no</h1>", 503, "Retry-After: 1\r\n").bytes, false, malformed,
+            true);
+        row("a gateway's long pause", WsTestServer::http("<h1>no</h1>", 503, "Retry-After: 61\r\n").bytes, false,
+            malformed);
         row("an error with its code", WsTestServer::http("{\"code\":5003}", 404).bytes, false,
             int(VLM_WS_ERR_VERSION_REFUSED));
         row("a redirect is not followed", WsTestServer::http("", 307, "Location: /v1/search\r\n").bytes, false,
@@ -95,13 +113,55 @@ private slots:
         QFETCH(QByteArray, bytes);
         QFETCH(bool, isCut);
         QFETCH(int, code);
-        WsFixture ws("stall_timeout_ms=700\n");
-        ws.server.answer("sleepSong", QList<Reply>{{bytes, isCut}});
-        QCOMPARE(int(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle))), code);
-        QVERIFY(!ws.last().record()->reply);
-        QVERIFY(!ws.server.functions().contains("search"));
-        // The library works on.
-        QCOMPARE(ws.wait(velmora_ws_addSongBookmark("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
+        QFETCH(bool, isPassing);
+        for (const bool isRepeated : {false, true}) {
+            WsFixture ws(isRepeated ? "stall_timeout_ms=700\nretry_for_ms=60000\nstart_retry_for_ms=60000\n"
+                                    : "stall_timeout_ms=700\n");
+            ws.server.answer("sleepSong", {Reply{bytes, isCut}, WsTestServer::data({})});
+            QCOMPARE(int(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle))),
+                     isRepeated && isPassing ? 0 : code);
+            QCOMPARE(ws.server.functions().count("sleepSong"), isRepeated && isPassing ? 2 : 1);
+            QVERIFY(!ws.last().record()->reply);
+            QVERIFY(!ws.server.functions().contains("search"));
+            // The library works on.
+            QCOMPARE(ws.wait(velmora_ws_addSongBookmark("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
+        }
+    }
+
+    // Three times in vain, then the service is there. Meanwhile a request of another kind is answered, and one of the
+    // same kind waits.
+    void othersMayPassARequestThatIsRepeated()
+    {
+        WsFixture ws("retry_for_ms=60000\nstart_retry_for_ms=60000\n");
+        ws.server.answer("explainTrack", {WsTestServer::code(5000), WsTestServer::code(5000),
+                                          WsTestServer::http(R"({"code":5004,"data":{"retryAfter":1}})"),
+                                          WsTestServer::data({{"traits", QJsonArray()}})});
+        ws.server.answer("getGenreStations", QJsonObject{{"stations", QJsonArray()}});
+        QCOMPARE(velmora_ws_explainTrack("first", cb, nullptr, nullptr), VLM_WS_ERR_OK);
+        QCOMPARE(velmora_ws_explainTrack("second", cb, nullptr, nullptr), VLM_WS_ERR_OK);
+        QCOMPARE(velmora_ws_getGenreStations(cb, nullptr, nullptr), VLM_WS_ERR_OK);
+        QVERIFY(ws.waitFor(3));
+        QList<uint32_t> order;
+        for (const WsCompletion &done : ws.completions()) {
+            QCOMPARE(done.result, VLM_WS_ERR_OK);
+            order += done.record()->vlm_ws_CmdID;
+        }
+        QCOMPARE(order, (QList<uint32_t>{VLM_WS_MSGID_GET_GENRE_STATIONS, VLM_WS_MSGID_EXPLAIN_TRACK,
+                                         VLM_WS_MSGID_EXPLAIN_TRACK}));
+        QCOMPARE(ws.completions().at(1).params<VLM_WS_TEXT_PARAMS_T>()->text, "first");
+    }
+
+    void aServiceThatComesUpIsWaitedFor()
+    {
+        WsFixture ws("start_retry_for_ms=60000\n");
+        const quint16 port = ws.server.close();
+        const auto immediate = velmora_ws_sleepSong("t", cb, nullptr, &ws.handle);
+        QTest::qWait(50); // an input of the test: so long there is nobody
+        QVERIFY(ws.server.listen(port));
+        QCOMPARE(ws.wait(immediate), VLM_WS_ERR_OK);
+        // It has answered once: from now on the other limit holds, which is none.
+        ws.server.answer("sleepSong", {WsTestServer::code(5000), WsTestServer::data({})});
+        QCOMPARE(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_INTERNAL);
     }
 
     void aSlowReplyEndsAtTheLimitOfTheWholeRequest()
@@ -137,7 +197,7 @@ private slots:
 
     void aRepeatedChangeCarriesTheSameKey()
     {
-        WsFixture ws;
+        WsFixture ws("retry_for_ms=60000\n");
         const auto key = [](const WsTestServer::Seen &request) {
             static const QRegularExpression line("\r\nVelmora-Request-Key: ([0-9a-f]{32})(\r\n|$)");
             return line.match(QString::fromLatin1(request.head)).captured(1);
@@ -145,13 +205,14 @@ private slots:
         QCOMPARE(ws.wait(velmora_ws_search("a", 0, cb, nullptr, &ws.handle)), VLM_WS_ERR_MALFORMED_REPLY);
         QVERIFY(!ws.server.seen.last().head.contains("Velmora-Request-Key")); // nothing is changed by it
         // The kept connection ends after the request was read: it is sent again over another one.
-        ws.server.answer("deleteStation", {Reply{{}, true}, WsTestServer::data({})});
+        ws.server.answer("deleteStation", {Reply{{}, true}, WsTestServer::code(5000), WsTestServer::data({})});
         QCOMPARE(ws.wait(velmora_ws_deleteStation("s", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
         QCOMPARE(ws.wait(velmora_ws_deleteStation("s", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
-        QCOMPARE(ws.server.functions().count("deleteStation"), 3);
+        QCOMPARE(ws.server.functions().count("deleteStation"), 4);
         QCOMPARE(key(ws.server.seen.at(1)).size(), 32);
         QCOMPARE(key(ws.server.seen.at(2)), key(ws.server.seen.at(1)));
-        QVERIFY(key(ws.server.seen.at(3)).size() == 32 && key(ws.server.seen.at(3)) != key(ws.server.seen.at(1)));
+        QCOMPARE(key(ws.server.seen.at(3)), key(ws.server.seen.at(1))); // the library's own repetition
+        QVERIFY(key(ws.server.seen.at(4)).size() == 32 && key(ws.server.seen.at(4)) != key(ws.server.seen.at(1)));
     }
 
     void aProxyOfTheEnvironmentIsNotUsed()
