@@ -24,16 +24,20 @@ NetworkDecider::Action NetworkDecider::routesRead(bool hasRoute)
         }
     } else if (had && !m_isTimerRunning && !m_isLost) {
         m_isTimerRunning = true;
-        action.startsTimer = true;
+        action.timerMs = lossDelayMs;
     }
     return action;
 }
 
-NetworkDecider::Action NetworkDecider::timePassed()
+NetworkDecider::Action NetworkDecider::timePassed(bool isSoundLeft)
 {
     Action action;
     if (!m_isTimerRunning)
         return action;
+    if (isSoundLeft) {
+        action.timerMs = soundCheckMs;
+        return action;
+    }
     m_isTimerRunning = false;
     m_isLost = true;
     action.event = NETWORK_EVENT_DISCONNECTED;
