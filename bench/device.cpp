@@ -124,31 +124,25 @@ QProcessEnvironment Device::environment() const
     return environment;
 }
 
-bool Device::prepare()
+bool Device::prepare(const QStringList &music)
 {
     QDir().mkpath(path(QStringLiteral("device")));
-    const QString &library = m_library;
-    QDir().mkpath(library);
-    QFile::setPermissions(library, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (!music.isEmpty())
+        m_library = path(QStringLiteral("service"));
+    QDir().mkpath(m_library);
+    QFile::setPermissions(m_library, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     for (const QString &state : {QStringLiteral("velmora.db"), QStringLiteral("velmora.db-wal"),
                                  QStringLiteral("velmora.db-shm"), QStringLiteral("demo-account.txt")})
-        QFile::remove(library + QLatin1Char('/') + state);
-    // The first time this takes minutes. A service that still makes music would have its listeners wait for it.
+        QFile::remove(m_library + QLatin1Char('/') + state);
     const QString tracksOfStyle = QStringLiteral("4");
-    QProcess music;
-    dieWithUs(music);
-    music.setStandardOutputFile(QProcess::nullDevice());
-    music.start(QStringLiteral(BENCH_DEMOMUSIC),
-                {QStringLiteral("--each"), tracksOfStyle, library + QStringLiteral("/demo")});
-    if (!music.waitForFinished(-1) || music.exitStatus() != QProcess::NormalExit || music.exitCode() != 0) {
-        std::fprintf(stderr, "the demo music was not made: %s\n", music.readAllStandardError().constData());
+    if (music.isEmpty() && !makeDemoMusic(tracksOfStyle))
         return false;
-    }
     dieWithUs(m_server);
     m_server.setProcessChannelMode(QProcess::MergedChannels);
-    m_server.start(QStringLiteral(BENCH_SERVER),
-                   {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"), QStringLiteral("--data"), library,
-                    QStringLiteral("--demo-tracks"), tracksOfStyle});
+    const QStringList played = music.isEmpty() ? QStringList{QStringLiteral("--demo-tracks"), tracksOfStyle} : music;
+    m_server.start(QStringLiteral(BENCH_SERVER), QStringList{QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
+                                                             QStringLiteral("--data"), m_library} +
+                                                     played);
     static const QRegularExpression listening(QStringLiteral("listening on (http://127\\.0\\.0\\.1:\\d+)"));
     QByteArray said;
     QElapsedTimer clock;
@@ -164,12 +158,26 @@ bool Device::prepare()
     dieWithUs(setup);
     setup.setProcessEnvironment(environment());
     setup.setProcessChannelMode(QProcess::MergedChannels);
-    setup.start(QStringLiteral(BENCH_SETUP), {library + QStringLiteral("/demo-account.txt")});
+    setup.start(QStringLiteral(BENCH_SETUP), {m_library + QStringLiteral("/demo-account.txt")});
     if (m_serverUrl.isEmpty() || !setup.waitForFinished(60000) || setup.exitCode() != 0) {
         std::fprintf(stderr, "the device was not set up: %s %s\n", said.constData(), setup.readAll().constData());
         return false;
     }
     return true;
+}
+
+// The first time this takes minutes. A service that still makes music would have its listeners wait for it.
+bool Device::makeDemoMusic(const QString &tracksOfStyle) const
+{
+    QProcess music;
+    dieWithUs(music);
+    music.setStandardOutputFile(QProcess::nullDevice());
+    music.start(QStringLiteral(BENCH_DEMOMUSIC),
+                {QStringLiteral("--each"), tracksOfStyle, m_library + QStringLiteral("/demo")});
+    if (music.waitForFinished(-1) && music.exitStatus() == QProcess::NormalExit && music.exitCode() == 0)
+        return true;
+    std::fprintf(stderr, "the demo music was not made: %s\n", music.readAllStandardError().constData());
+    return false;
 }
 
 std::unique_ptr<Watched> Device::startRadio(const QByteArray &audioSink, bool hasMenu)

@@ -48,7 +48,8 @@ public:
     Device();
     ~Device();
     // Starts the service and sets the device up with the demo account. False on failure, which standard error explains.
-    bool prepare();
+    // music: options of the service that say what it plays; empty: the demo catalogue.
+    bool prepare(const QStringList &music = {});
     // Plays into nothing in real time. The radio's output says when tracks begin: "firstsample", "lastsample".
     static constexpr char observedSink[] = "benchsink";
     std::unique_ptr<Watched> startRadio(const QByteArray &audioSink, bool hasMenu);
@@ -60,6 +61,8 @@ public:
     static qint64 radioPid(const QByteArray &status); // 0: none
 
 private:
+    bool makeDemoMusic(const QString &tracksOfStyle) const;
+
     QTemporaryDir m_root;
     QProcess m_server;
     QString m_serverUrl;
