@@ -467,6 +467,7 @@ TEST_F(WebTest, OnlyTheOwnerSeesTheMusicAndWhatDoesNotPlayFileByFile)
     Library library(
         m_service->store, m_service->catalogue, [now = m_now] { return now->load(); }, settings);
     library.start();
+    ASSERT_TRUE(library.waitUntilDone(std::chrono::minutes(2), 1)); // or the second scan would be the first one
     {
         const Store::Lock db = m_service->store.lock();
         for (int i = 0; i < 60; ++i)
