@@ -144,7 +144,7 @@ private slots:
     void aSlowServiceBuffersAndPlaybackResumes()
     {
         // The link is slower than the tracks: the radio pauses below three seconds and resumes above seven.
-        Journey journey({.serverOptions = {"--throttle", "40000"}});
+        Journey journey({.serverOptions = {"--throttle", "30000"}});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitFor([](const QJsonObject &now) { return now.value("playback").toInt() == 6; }, 60));
         const double heard = journey.last().value("audioSeconds").toDouble();
