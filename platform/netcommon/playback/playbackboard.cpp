@@ -4,10 +4,22 @@
 
 namespace netcommon {
 
+namespace {
+// Of this library or module. Set before anything of the module reads it.
+std::atomic<PlaybackBoard *> given{nullptr};
+} // namespace
+
 PlaybackBoard &PlaybackBoard::instance()
 {
+    if (auto *const board = given.load(std::memory_order_acquire))
+        return *board;
     static PlaybackBoard board;
     return board;
+}
+
+void PlaybackBoard::use(PlaybackBoard &board)
+{
+    given.store(&board, std::memory_order_release);
 }
 
 void PlaybackBoard::publish(quint64 generation, int state, const IMTK_PB_CTRL_BUFFER_STATUS_T &buffer)

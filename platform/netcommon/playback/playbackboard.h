@@ -16,6 +16,8 @@ namespace netcommon {
 class PlaybackBoard {
 public:
     static PlaybackBoard &instance();
+    // The media module has this code a second time, and is given the library's board.
+    static void use(PlaybackBoard &board);
 
     quint64 newGeneration() { return m_generation.fetch_add(1) + 1; }
 
@@ -27,6 +29,10 @@ public:
     // The same, for any generation.
     void postAlways(std::function<void(Playback *)> report);
 
+    // Adds to what audioRenderedNs() answers. Any thread.
+    void addRenderedAudio(qint64 ns) { m_renderedNs.fetch_add(ns, std::memory_order_relaxed); }
+    qint64 audioRenderedNs() const { return m_renderedNs.load(std::memory_order_relaxed); }
+
     int state() const;
     IMTK_PB_CTRL_BUFFER_STATUS_T buffer() const;
 
@@ -35,6 +41,7 @@ public:
 
 private:
     std::atomic<quint64> m_generation{1};
+    std::atomic<qint64> m_renderedNs{0};
     mutable std::mutex m_mutex;
     quint64 m_published = 0; // generation of the two members below
     int m_state = PLAYBACK_STATE_STOPPED;

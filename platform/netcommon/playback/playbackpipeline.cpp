@@ -1,6 +1,6 @@
 #include "playbackpipeline.h"
 
-#include "playbackrendered.h"
+#include "playbackboard.h"
 
 #include <QDebug>
 
@@ -336,11 +336,11 @@ GstPadProbeReturn PlaybackPipeline::renderProbe(GstPadProbeInfo *info)
         return GST_PAD_PROBE_OK;
     if (info->type & GST_PAD_PROBE_TYPE_BUFFER) {
         const GstBuffer *const buffer = GST_PAD_PROBE_INFO_BUFFER(info);
-        addRenderedAudio(m_inSinkNs);
+        PlaybackBoard::instance().addRenderedAudio(m_inSinkNs);
         m_inSinkNs = GST_BUFFER_DURATION_IS_VALID(buffer) ? static_cast<qint64>(GST_BUFFER_DURATION(buffer)) : 0;
         m_hasDecoded = true;
     } else if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_EOS) {
-        addRenderedAudio(std::exchange(m_inSinkNs, 0));
+        PlaybackBoard::instance().addRenderedAudio(std::exchange(m_inSinkNs, 0));
         if (!m_hasDecoded.load())
             m_isEmpty = true;
     }

@@ -1,22 +1,12 @@
 #include "playbackstatistics.h"
 
 #include "playbackboard.h"
-#include "playbackrendered.h"
 
 namespace netcommon {
 
-namespace {
-std::atomic<qint64> renderedNs{0};
-}
-
-void addRenderedAudio(qint64 ns)
-{
-    renderedNs.fetch_add(ns, std::memory_order_relaxed);
-}
-
 double statistics::audioSecondsRendered()
 {
-    return static_cast<double>(renderedNs.load(std::memory_order_relaxed)) / 1e9;
+    return static_cast<double>(PlaybackBoard::instance().audioRenderedNs()) / 1e9;
 }
 
 int statistics::playbackState()

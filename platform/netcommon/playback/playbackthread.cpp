@@ -1,10 +1,8 @@
 #include "netcommon/playbackthread.h"
 
-#include "fetcher.h"
+#include "mediamodule.h"
 #include "playbackboard.h"
 #include "playbackinbox.h"
-#include "playbackpipeline.h"
-#include "playbackworker.h"
 
 namespace netcommon {
 
@@ -43,16 +41,7 @@ void PlaybackThread::setAudioUrl(char *url)
 
 void PlaybackThread::run()
 {
-    const bool isUsable = initialiseGStreamer();
-    QThread network;
-    network.setObjectName(QStringLiteral("fetcher"));
-    auto *const fetcher = new Fetcher; // its thread's end deletes it, on that thread
-    fetcher->moveToThread(&network);
-    connect(&network, &QThread::finished, fetcher, &QObject::deleteLater);
-    network.start();
-    PlaybackWorker(d->inbox, *fetcher, isUsable).run();
-    network.quit();
-    network.wait();
+    mediaModule().play(d->inbox, PlaybackBoard::instance());
     d->inbox.clear();
 }
 
