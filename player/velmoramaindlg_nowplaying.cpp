@@ -186,12 +186,13 @@ void VelmoraMainDlg::addPlaylistItem(QString text)
     list->clearBg(list->currentItem());
     ++m_ratedRow;
 
-    auto *item = new QListWidgetItem(cachedIcon(":/images/NoThumbnail.png"), text);
+    auto row = std::make_unique<QListWidgetItem>(cachedIcon(":/images/NoThumbnail.png"), text);
+    QListWidgetItem *const item = row.get();
     item->setSizeHint(QSize(324, 52));
     item->setTextAlignment(Qt::AlignLeft);
     item->setTextAlignment(Qt::AlignVCenter); // takes the place of the line above (deliberate)
     item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    list->insertItem(0, item);
+    list->insertItem(0, row.release());
     list->setCurrentRow(0);
     ui->albumPicLabel->setStyleSheet(QStringLiteral("border-image: url(:/images/NoThumbnail.png);"));
     showPlaylistNum(0);

@@ -152,12 +152,11 @@ void VelmoraMainDlg::addStationRows()
 
 void VelmoraMainDlg::addStationRow(const QString &name, const QIcon &icon)
 {
-    auto *item = new QListWidgetItem(icon, name);
+    auto *const item = new QListWidgetItem(icon, name, ui->stationListWidget);
     item->setSizeHint(QSize(324, 52));
     item->setTextAlignment(Qt::AlignLeft);
     item->setTextAlignment(Qt::AlignVCenter); // takes the place of the line above (deliberate)
     item->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled);
-    ui->stationListWidget->addItem(item);
 }
 
 void VelmoraMainDlg::focusStationWithoutPlaying(int foundRow)
