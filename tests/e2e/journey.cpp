@@ -271,6 +271,18 @@ bool Journey::key(const QStringList &names)
     return menu(QStringList{"key"} + names);
 }
 
+bool Journey::keyUntil(const QString &name, const std::function<bool(const QJsonObject &)> &isReached, int seconds)
+{
+    return waitFor(
+        [&](const QJsonObject &now) {
+            if (isReached(now))
+                return true;
+            key({name});
+            return false;
+        },
+        seconds);
+}
+
 bool Journey::answerBox(const QString &text, const QStringList &keys)
 {
     return waitForBox(text) && key(keys);

@@ -46,6 +46,8 @@ public:
     // --- the remote
     bool key(const QStringList &names); // "right", "select", ...
     bool menu(const QStringList &arguments);
+    // Presses the key again and again until this is reached: a list accepts Select only a moment after it appeared.
+    bool keyUntil(const QString &name, const std::function<bool(const QJsonObject &)> &isReached, int seconds = 30);
     bool answerBox(const QString &text, const QStringList &keys); // of a box that begins with the text
     // On the playing player: opens the menu and moves up by so many entries from the first one, around the end.
     bool openMenuEntry(int up);

@@ -37,8 +37,9 @@ private slots:
         QVERIFY(journey.key({"down"}));
         journey.screenshot("create-results");
         const QString chosen = journey.rows("searchResultListWidget").at(1);
-        QTest::qWait(150); // the list accepts Select only a moment after it appeared
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.keyUntil("select", [](const QJsonObject &now) {
+            return now.value("screen").toString() != QLatin1String("CreateStationDlg");
+        }));
         QVERIFY(journey.waitFor([&](const QJsonObject &now) {
             const QString station = now.value("labels").toObject().value("stationNameLabel").toString();
             return Journey::isPlaying(now) && Journey::count(now, stationList) == before + 1 &&
@@ -81,8 +82,7 @@ private slots:
         QVERIFY(journey.answerBox("We found ", {"select"})); // Track
         QVERIFY(
             journey.waitFor([](const QJsonObject &now) { return Journey::count(now, "searchResultListWidget") > 1; }));
-        QTest::qWait(150);
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.keyUntil("select", [](const QJsonObject &now) { return now.value("box").isString(); }));
         QVERIFY(journey.answerBox("Velmora is conducting system maintenance.", {"select"}));
         QVERIFY(journey.waitForNoBox());
         QVERIFY(Journey::count(journey.last(), "searchResultListWidget") > 1);

@@ -5,6 +5,7 @@
 #include "netcommon/networknotify.h"
 #include "viewcomponent/magicscrollbar.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
@@ -31,6 +32,19 @@ void sayKey(const char *what, const QKeyEvent *event)
 {
     say(QStringLiteral("%1 %2").arg(QLatin1String(what)).arg(event->key(), 8, 16, QLatin1Char('0')));
 }
+
+// Says which keys the X server reports, whatever becomes of them.
+class ServerKeys : public QAbstractNativeEventFilter {
+public:
+    bool nativeEventFilter(const QByteArray &type, void *message, qintptr *) override
+    {
+        constexpr quint8 keyPress = 2; // of the X protocol; the key code follows it
+        const auto *const event = static_cast<const quint8 *>(message);
+        if (type == "xcb_generic_event_t" && (event[0] & 0x7f) == keyPress)
+            say(QStringLiteral("server's press %1").arg(event[1]));
+        return false;
+    }
+};
 
 } // namespace
 
@@ -173,6 +187,8 @@ int main(int argc, char **argv)
 {
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
     QApplication application(argc, argv);
+    ServerKeys serverKeys;
+    application.installNativeEventFilter(&serverKeys);
     QApplication::setQuitOnLastWindowClosed(false);
     const mode_t mask = ::umask(0);
     ::umask(mask);
