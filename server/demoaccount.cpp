@@ -1,5 +1,9 @@
 #include "server/demoaccount.h"
 
+#include "server/api/mediafiles.h"
+#include "server/library/library.h"
+
+#include <algorithm>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -33,19 +37,27 @@ bool writePrivately(const std::filesystem::path &file, const std::string &text)
     return false;
 }
 
-void makeStations(StationService &service, AccountId account)
+constexpr const char *stationsSetting = "demo stations"; // "incomplete" until the music is there
+
+// False when there is too little music for all of them.
+bool makeStations(StationService &service, AccountId account)
 {
     Station station;
     const std::vector<std::string> styles = service.catalogue.styles();
     for (const std::string &style : styles)
         service.stations.create(account, {MusicKind::Style, style}, &station);
     if (styles.empty())
-        return;
-    if (const std::optional<std::string> id = service.catalogue.pictureOfStyle(styles.front())) {
-        const std::optional<Track> track = service.catalogue.track(*id);
-        service.stations.create(account, {MusicKind::Artist, std::to_string(track->artistId)}, &station);
-    }
-    service.stations.createShared(account, {MusicKind::Style, styles.back()}, "Next Door", &station);
+        return false;
+    const std::vector<Station> stations = service.stations.list(account);
+    if (std::none_of(stations.begin(), stations.end(), [](const Station &made) { return made.isShared; }))
+        service.stations.createShared(account, {MusicKind::Style, styles.back()}, "Next Door", &station);
+    const std::optional<std::string> picture = service.catalogue.pictureOfStyle(styles.front());
+    const std::optional<std::string> id = picture ? publicIdOf(*picture) : std::nullopt;
+    const std::optional<Track> track = id ? service.catalogue.track(*id) : std::nullopt;
+    if (!track)
+        return false;
+    service.stations.create(account, {MusicKind::Artist, std::to_string(track->artistId)}, &station);
+    return true;
 }
 
 } // namespace
@@ -65,7 +77,17 @@ void ensureDemoAccount(StationService &service)
         throw std::runtime_error("cannot write " + file.string());
     AccountId account = 0;
     if (service.createAccount(demoUserName, password, {}, &account) == CreateResult::Done)
-        makeStations(service, account);
+        service.store.setSetting(stationsSetting, makeStations(service, account) ? "complete" : "incomplete");
+}
+
+void completeDemoAccount(StationService &service)
+{
+    if (service.store.setting(stationsSetting) != "incomplete" || !service.library ||
+        service.library->status().scans == 0)
+        return;
+    const std::optional<Account> account = service.accounts.find(demoUserName);
+    if (!account || makeStations(service, account->id))
+        service.store.setSetting(stationsSetting, "complete");
 }
 
 } // namespace velmora::server

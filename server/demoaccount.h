@@ -14,4 +14,7 @@ std::filesystem::path demoAccountFile(const StationService &service);
 // then.
 void ensureDemoAccount(StationService &service);
 
+// Completes the account's stations once there is music to make them from; call it now and then. Any thread.
+void completeDemoAccount(StationService &service);
+
 } // namespace velmora::server

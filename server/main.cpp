@@ -4,6 +4,7 @@
 #include "server/demoaccount.h"
 #include "server/demolibrary.h"
 #include "server/library/library.h"
+#include "server/musicreport.h"
 #include "server/serveroptions.h"
 #include "server/web/mailbox.h"
 #include "server/web/webpages.h"
@@ -95,6 +96,17 @@ bool hasMusic(const LibrarySettings &settings)
     return config && !config->folders.empty();
 }
 
+int lookAfterMusic(StationService &service, const ServerOptions &options)
+{
+    if (options.forgetsMissing) {
+        LibraryStore library(service.store, service.catalogue, service.clock);
+        say("forgotten: " + std::to_string(library.dropAllMissing()) + " files that are missing");
+    }
+    if (options.showsMusicReport)
+        say(musicReport(service));
+    return 0;
+}
+
 int run(const ServerOptions &options)
 {
     auto parsedLibrary = librarySettings(options);
@@ -109,6 +121,8 @@ int run(const ServerOptions &options)
     settings.dataDirectory = options.dataDirectory;
     settings.lifetimes = options.lifetimes;
     StationService service(settings);
+    if (options.showsMusicReport || options.forgetsMissing)
+        return lookAfterMusic(service, options);
     service.isUnderMaintenance = options.isUnderMaintenance;
     service.catalogue.setLoudness(options.loudness);
 
@@ -126,6 +140,8 @@ int run(const ServerOptions &options)
     if (hasDemoAccount)
         ensureDemoAccount(service);
     music.dataDirectory = service.dataDirectory();
+    if (hasDemoAccount)
+        music.looked = [&service] { completeDemoAccount(service); };
     Library library(service.store, service.catalogue, settings.clock, music);
     service.library = &library;
 

@@ -185,6 +185,10 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
             options.hasDemo = argument == "--demo";
         } else if (argument == "--demo-account") {
             options.hasDemoAccount = true;
+        } else if (argument == "--music-report") {
+            options.showsMusicReport = true;
+        } else if (argument == "--forget-missing") {
+            options.forgetsMissing = true;
         } else if (argument == "--insecure-lan") {
             isInsecureLan = true;
         } else if (argument == "--die-with-parent") {
@@ -224,6 +228,8 @@ std::string usage()
   --analysis on|off         whether tracks are listened to (on); off: stations go by tags alone
   --loudness LUFS|off       what all tracks sound as loud as (-18); off: as they are
   --config FILE             what the owner says about the music (/etc/velmora/server.conf)
+  --music-report            say what the last scan found, what does not play and why, and end
+  --forget-missing          forget files that are gone, with their thumbs, and end
   --demo, --no-demo         play the demo catalogue and make the demo account (on, unless there is music)
   --demo-account            make the demo account, whatever is played
   --demo-tracks N           of the demo catalogue at most so many tracks of each style (all)

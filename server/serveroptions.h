@@ -19,9 +19,11 @@ struct ServerOptions {
     std::optional<bool> isAnalysed;                             // as it was said; else the configuration decides
     std::optional<double> loudness = Catalogue::storedLoudness; // LUFS; nothing: tracks are played as they are
     std::filesystem::path config;                               // empty: the system's, where there is one
-    std::optional<bool> hasDemo;  // as it was said; else there is a demo where there is no music
-    bool hasDemoAccount = false;  // also without the demo catalogue
-    int demoTracksOfStyle = 1000; // at most so many
+    std::optional<bool> hasDemo;   // as it was said; else there is a demo where there is no music
+    bool hasDemoAccount = false;   // also without the demo catalogue
+    int demoTracksOfStyle = 1000;  // at most so many
+    bool showsMusicReport = false; // and then ends
+    bool forgetsMissing = false;   // and then ends
     bool diesWithParent = false;
     bool isUnderMaintenance = false;
     bool showsHelp = false;

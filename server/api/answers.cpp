@@ -6,9 +6,9 @@ namespace velmora::server {
 
 using nlohmann::json;
 
-std::string pictureAddress(const Call &call, const std::string &publicId)
+std::string pictureAddress(const Call &call, const std::string &name)
 {
-    return call.service.addresses.address(MediaKind::Picture, publicId + pictureExtension, call.account());
+    return call.service.addresses.address(MediaKind::Picture, name, call.account());
 }
 
 json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable,
@@ -52,7 +52,7 @@ json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued)
             {"albumToken", tokens.tokenFor(call.account(), MusicKind::Album, track.albumId)},
             {"songToken", tokens.tokenFor(call.account(), MusicKind::Track, track.id)},
             {"stationToken", station.token},
-            {"albumArtUrl", track.pictureFile.empty() ? std::string() : pictureAddress(call, track.publicId)},
+            {"albumArtUrl", track.pictureFile.empty() ? std::string() : pictureAddress(call, pictureName(track))},
             {"audioUrl", audioAddress(call, track.publicId, track.audioType, track.isPlayable, issued.issueId)},
             {"audioType", track.audioType},
             {"bitrate", track.bitrate},

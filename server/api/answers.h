@@ -8,7 +8,8 @@ namespace velmora::server {
 nlohmann::json stationAnswer(Call &call, const Station &station);
 nlohmann::json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued);
 // Empty when there is no picture.
-std::string pictureAddress(const Call &call, const std::string &publicId);
+// Of a picture by its name, as pictureName() makes it.
+std::string pictureAddress(const Call &call, const std::string &name);
 // Null when there is no usable file. With an issue, the first request for the address counts as its start.
 nlohmann::json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType,
                             bool isPlayable, std::optional<int64_t> issueId = std::nullopt);

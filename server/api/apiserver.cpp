@@ -1,5 +1,6 @@
 #include "server/api/apiserver.h"
 
+#include "server/api/health.h"
 #include "server/api/houseaddress.h"
 #include "server/api/mediafiles.h"
 
@@ -190,10 +191,8 @@ void ApiServer::addRoutes()
         log("media", response.status, since);
     });
     m_server->Get("/health", [this](const httplib::Request &, httplib::Response &response) {
-        const Counts counts = m_service.catalogue.counts();
         Answer answer;
-        answer.body = {{"code", 0},
-                       {"data", {{"status", "ready"}, {"tracks", counts.playable}, {"total", counts.total}}}};
+        answer.body = healthOf(m_service);
         send(response, answer);
     });
     m_server->set_error_handler([](const httplib::Request &, httplib::Response &response) {

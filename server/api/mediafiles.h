@@ -8,7 +8,6 @@
 
 namespace velmora::server {
 
-inline constexpr const char *pictureExtension = ".png";
 // ".flac", ".mp3", ".ogg", ".wav"; empty for another type.
 std::string audioExtension(const std::string &mediaType);
 // "track-1.flac" is "track-1"; nothing when there is no extension or something else than letters, digits, '-' and '_'

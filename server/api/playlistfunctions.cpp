@@ -53,7 +53,7 @@ json getAdMetadata(Call &call)
             {"adLine2", ad.line2},
             {"audioUrl", audioAddress(call, ad.publicId, ad.audioType, ad.isPlayable)},
             {"audioType", ad.audioType},
-            {"imageUrl", ad.pictureFile.empty() ? std::string() : pictureAddress(call, ad.publicId)},
+            {"imageUrl", ad.pictureFile.empty() ? std::string() : pictureAddress(call, pictureName(ad))},
             {"durationSeconds", ad.durationSeconds}};
 }
 

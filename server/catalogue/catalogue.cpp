@@ -65,6 +65,11 @@ int64_t countUpTo(Database &db, const char *columns, const std::string &style, i
 
 } // namespace
 
+std::string pictureName(const std::string &publicId, const std::filesystem::path &file)
+{
+    return publicId + (file.extension() == ".jpg" ? ".jpg" : ".png");
+}
+
 Catalogue::Catalogue(Store &store)
     : m_store(store)
 {
@@ -261,18 +266,19 @@ void Catalogue::expectStyles(const std::vector<std::string> &names)
 std::optional<std::string> Catalogue::pictureOfStyle(const std::string &style)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT public_id FROM tracks WHERE is_playable IN (0, 1) AND style = ?1 AND "
-                                "picture_path <> '' LIMIT 1");
+    Statement row = db->prepare("SELECT public_id, picture_path FROM tracks WHERE is_playable IN (0, 1) AND style = ?1 "
+                                "AND picture_path <> '' LIMIT 1");
     row.with(style);
-    return row.step() ? std::optional(row.text(0)) : std::nullopt;
+    return row.step() ? std::optional(pictureName(row.text(0), row.text(1))) : std::nullopt;
 }
 
 std::optional<std::string> Catalogue::pictureOfArtist(int64_t artistId)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT public_id FROM tracks WHERE artist_id = ?1 AND picture_path <> '' LIMIT 1");
+    Statement row = db->prepare("SELECT public_id, picture_path FROM tracks WHERE artist_id = ?1 AND picture_path <> "
+                                "'' LIMIT 1");
     row.with(artistId);
-    return row.step() ? std::optional(row.text(0)) : std::nullopt;
+    return row.step() ? std::optional(pictureName(row.text(0), row.text(1))) : std::nullopt;
 }
 
 Counts Catalogue::counts()

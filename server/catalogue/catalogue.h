@@ -52,6 +52,17 @@ struct Ad {
     bool isPlayable = false;
 };
 
+// What a picture is called in addresses: the public id, and the extension of its type.
+std::string pictureName(const std::string &publicId, const std::filesystem::path &file);
+inline std::string pictureName(const Track &track)
+{
+    return pictureName(track.publicId, track.pictureFile);
+}
+inline std::string pictureName(const Ad &ad)
+{
+    return pictureName(ad.publicId, ad.pictureFile);
+}
+
 struct Counts {
     int64_t playable = 0;
     int64_t total = 0;
@@ -84,7 +95,7 @@ public:
     bool hasStyle(const std::string &style);
     // Styles of which music is going to be there: stations can be made of them before it is.
     void expectStyles(const std::vector<std::string> &names);
-    // Any track of the style or artist with a picture, for showing a station. Nothing when there is none.
+    // The name of any picture of the style or artist, for showing a station. Nothing when there is none.
     std::optional<std::string> pictureOfStyle(const std::string &style);
     std::optional<std::string> pictureOfArtist(int64_t artistId);
     Counts counts();

@@ -126,6 +126,8 @@ void FolderWalk::Run::folder(int descriptor, const std::string &path, int depth)
             ++result.files;
             found.push_back({whole, stampOf(status)});
         } else {
+            if (S_ISREG(status.st_mode) && coverRank(name) != 0)
+                found.push_back({whole, stampOf(status), true});
             ++result.otherFiles;
         }
     }

@@ -18,6 +18,7 @@ struct FileStamp {
 struct FoundFile {
     std::string path; // in the root, any bytes
     FileStamp stamp;
+    bool isCover = false; // a picture beside the music
 };
 
 struct WalkResult {

@@ -1,6 +1,7 @@
 // The thread that scans: folders, changes, tags.
 #include "server/library/library.h"
 
+#include "server/accounts/secrets.h"
 #include "server/store/store.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ using namespace std::chrono_literals;
 constexpr int growingTracks = 50; // until so many are there, a first scan makes lists wait
 constexpr auto batchTime = 300ms; // what was read is stored at least so often
 constexpr auto reportTime = 5s;
+constexpr size_t manyMissing = 50;
 constexpr auto quietTime = 3s;                      // after the last change that was noticed
 constexpr std::chrono::milliseconds burstTime{100}; // changes come in bursts
 constexpr auto freshTime = 200ms;                   // during a scan, files written elsewhere are looked for so often
@@ -52,8 +54,9 @@ bool isGone(const Root &root, const std::string &path, const FileStamp &stamp)
 } // namespace
 
 Library::Library(Store &store, Catalogue &catalogue, Clock clock, LibrarySettings settings)
-    : m_store(store, catalogue, std::move(clock))
+    : m_store(store, catalogue, clock)
     , m_catalogue(catalogue)
+    , m_clock(std::move(clock))
     , m_settings(std::move(settings))
     , m_config(m_settings.config)
 {
@@ -118,6 +121,20 @@ LibraryStatus Library::status()
         status.secondsLeft =
             status.counts.secondsToAnalyse * (m_timeListened / m_musicHeard) / std::max(1, m_listening);
     return status;
+}
+
+std::vector<LibraryChange> Library::recentChanges()
+{
+    const std::lock_guard guard(m_mutex);
+    return {m_recent.begin(), m_recent.end()};
+}
+
+void Library::remember(LibraryChange::Kind kind, const std::filesystem::path &file)
+{
+    const std::lock_guard guard(m_mutex);
+    m_recent.push_front({m_clock(), kind, file});
+    if (m_recent.size() > mostChanges)
+        m_recent.pop_back();
 }
 
 void Library::setPaused(bool isPaused)
@@ -258,6 +275,7 @@ void Library::scanLoop()
             if (SteadyClock::now() - reported > reportTime) {
                 reported = SteadyClock::now();
                 refreshCounts();
+                m_settings.looked();
                 const bool isBusy = !isIdle();
                 if (isBusy || wasBusy)
                     report(!isBusy);
@@ -392,6 +410,7 @@ bool Library::scanRound(const std::set<int64_t> &due, bool isAll)
     if (isWhole) {
         for (const int64_t root : due)
             m_rootStates[root].scanned = SteadyClock::now();
+        m_store.dropOldMissing();
         report(false);
     }
     const std::lock_guard guard(m_mutex);
@@ -433,11 +452,17 @@ void Library::readFresh(int64_t exceptRoot)
                 continue;
             const std::optional<KnownFile> known = m_store.file(root.id, path);
             const bool isKnown = known && known->stamp == found.stamp && known->workerVersion == media::workerVersion;
-            if (isKnown && known->isMissing)
+            if (isKnown && known->isMissing) {
                 m_store.setMissing({known->id}, false);
+                remember(LibraryChange::Kind::Back, root.path / path);
+            }
             if (isKnown)
                 continue;
+            remember(known ? LibraryChange::Kind::Changed : LibraryChange::Kind::New, root.path / path);
             batch.push_back(readFile(folder.value, found, known ? &*known : nullptr));
+            // Somebody waits for the first music, and sees its cover.
+            if (batch.back().hasTags && m_catalogue.isGrowing())
+                batch.back().picture = writeCover("of-" + randomToken(9), coverOf(*m_worker, root.path / path));
             if (batch.size() == LibraryStore::mostInBatch)
                 store();
         }
@@ -455,6 +480,8 @@ bool Library::scanRoot(const Root &root, int folder)
         m_status.scannedFiles = 0;
     }
     std::unordered_map<std::string, KnownFile> known = m_store.files(root.id);
+    const size_t knownFiles = known.size();
+    std::unordered_map<std::string, FileStamp> covers = m_store.coverFiles(root.id);
     std::vector<ReadFile> batch;
     std::vector<int64_t> foundAgain;
     auto stored = SteadyClock::now();
@@ -472,12 +499,23 @@ bool Library::scanRoot(const Root &root, int folder)
         for (const FoundFile &file : files) {
             if (m_isStopping)
                 return false;
+            if (file.isCover) {
+                const auto old = covers.find(file.path);
+                if (old == covers.end() || !(old->second == file.stamp))
+                    m_store.noteCoverFile(root.id, file.path, file.stamp);
+                if (old != covers.end())
+                    covers.erase(old);
+                continue;
+            }
             const auto found = known.find(file.path);
             const KnownFile *old = found == known.end() ? nullptr : &found->second;
             const bool isKnown = old && old->stamp == file.stamp && old->workerVersion == media::workerVersion;
-            if (isKnown && old->isMissing)
+            if (isKnown && old->isMissing) {
                 foundAgain.push_back(old->id);
+                remember(LibraryChange::Kind::Back, root.path / file.path);
+            }
             if (!isKnown) {
+                remember(old ? LibraryChange::Kind::Changed : LibraryChange::Kind::New, root.path / file.path);
                 batch.push_back(readFile(folder, file, old));
                 if (batch.size() >= LibraryStore::mostInBatch || SteadyClock::now() - stored > batchTime)
                     store();
@@ -504,16 +542,28 @@ bool Library::scanRoot(const Root &root, int folder)
     if (walked.isStopped)
         return false;
     // What was not seen is gone, unless the folder that it was in could not be listed.
+    const auto isUnread = [&](const std::string &place) {
+        return std::any_of(walked.unread.begin(), walked.unread.end(), [&](const std::string &unread) {
+            return unread.empty() || place == unread || place.starts_with(unread + "/");
+        });
+    };
     std::vector<int64_t> missing;
     for (const auto &[path, file] : known) {
-        const auto liesIn = [&place = path](const std::string &unread) {
-            return unread.empty() || place == unread || place.starts_with(unread + "/");
-        };
-        const bool isUnread = std::any_of(walked.unread.begin(), walked.unread.end(), liesIn);
-        if (!file.isMissing && !isUnread)
+        if (!file.isMissing && !isUnread(path)) {
             missing.push_back(file.id);
+            remember(LibraryChange::Kind::Gone, root.path / path);
+        }
     }
-    m_store.setMissing(missing, true);
+    // So many at once may be a mistake, or a part of the folder that lies on a disk that is away.
+    const bool areMany = missing.size() > manyMissing && missing.size() * 5 > knownFiles;
+    if (areMany)
+        m_settings.say("music: " + withCommas(static_cast<int64_t>(missing.size())) + " files have gone from " +
+                       printable(root.path.native()) + " at once; what was said of them is kept");
+    m_store.setMissing(missing, true, areMany);
+    for (const auto &[path, stamp] : covers) {
+        if (!isUnread(path))
+            m_store.noteCoverFile(root.id, path, std::nullopt);
+    }
     m_store.setScanned(root.id);
     for (const std::string &unread : walked.unread)
         m_settings.say("music: cannot list " + printable((root.path / unread).native()));

@@ -26,9 +26,18 @@ struct LibrarySettings {
     std::filesystem::path dataDirectory;            // covers/ is made in it
     std::filesystem::path workerProgram = media::MediaWorker::besideThisProgram();
     std::function<void(const std::string &)> say = [](const std::string &) {}; // a line for the log; any thread
+    std::function<void()> looked = [] {};        // every few seconds, on the scanner thread
     std::chrono::milliseconds tick{2000};        // how often configuration and changes are looked at
     std::chrono::milliseconds awayTick{30000};   // how often folders are looked for
     std::chrono::milliseconds storePause{60000}; // after the store refused something
+};
+
+// What the scanner saw.
+struct LibraryChange {
+    enum class Kind { New, Changed, Gone, Back };
+    int64_t at = 0; // Unix seconds
+    Kind kind = Kind::New;
+    std::filesystem::path file;
 };
 
 struct LibraryStatus {
@@ -58,6 +67,8 @@ public:
     void stop();
 
     LibraryStatus status();
+    // Since the start, the latest first.
+    std::vector<LibraryChange> recentChanges();
     void setPaused(bool isPaused);
     // Looks through all folders now; what failed is tried again.
     void rescan();
@@ -76,6 +87,7 @@ private:
     bool scanRoot(const Root &root, int folder);
     ReadFile readFile(int folder, const FoundFile &found, const KnownFile *known);
     void noteChanges();
+    void remember(LibraryChange::Kind kind, const std::filesystem::path &file);
     // Reads the files that were written, except those of a root that is being looked through.
     void readFresh(int64_t exceptRoot);
     void refreshCounts();
@@ -87,11 +99,17 @@ private:
     std::optional<ToAnalyse> nextToAnalyse();
     std::optional<LibraryStore::AlbumToPicture> nextAlbum();
     void listen(media::MediaWorker &worker, const ToAnalyse &file);
+    // As JPEG, from inside the file or from beside it; empty when there is none.
+    std::string coverOf(media::MediaWorker &worker, const std::filesystem::path &music);
+    std::filesystem::path writeCover(const std::string &name, const std::string &jpeg);
     void picture(media::MediaWorker &worker, const LibraryStore::AlbumToPicture &album);
     bool isIdle();
 
+    static constexpr size_t mostChanges = 200;
+
     LibraryStore m_store;
     Catalogue &m_catalogue;
+    Clock m_clock;
     LibrarySettings m_settings;
     LibraryConfig m_config;                       // in force; scanner thread
     std::string m_configText;                     // stamp of the file that it came from; scanner thread
@@ -109,6 +127,7 @@ private:
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_wake;
     LibraryStatus m_status;
+    std::deque<LibraryChange> m_recent; // the latest first
     std::deque<ToAnalyse> m_files;
     std::deque<LibraryStore::AlbumToPicture> m_albums;
     std::set<int64_t> m_inWork;               // files being listened to

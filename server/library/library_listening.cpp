@@ -220,9 +220,8 @@ void Library::listen(media::MediaWorker &worker, const ToAnalyse &file)
     }
 }
 
-void Library::picture(media::MediaWorker &worker, const LibraryStore::AlbumToPicture &album)
+std::string Library::coverOf(media::MediaWorker &worker, const std::filesystem::path &music)
 {
-    const std::filesystem::path music = album.root / album.path;
     std::vector<std::pair<media::Operation, std::filesystem::path>> sources = {{media::Operation::Picture, music}};
     for (const std::filesystem::path &beside : picturesIn(music.parent_path()))
         sources.emplace_back(media::Operation::Cover, beside);
@@ -236,17 +235,29 @@ void Library::picture(media::MediaWorker &worker, const LibraryStore::AlbumToPic
         const media::Outcome outcome = worker.readPicture(operation, opened.value, &jpeg, &problem);
         if (outcome == media::Outcome::NoWorker)
             throw std::runtime_error(problem);
+        if (outcome == media::Outcome::Done)
+            return jpeg;
         if (m_isStopping)
-            return;
-        if (outcome != media::Outcome::Done)
-            continue;
-        const std::filesystem::path cover = m_settings.dataDirectory / "covers" / (album.publicId + ".jpg");
-        if (!writeWhole(cover, jpeg))
-            throw std::runtime_error("cannot write " + cover.string());
-        m_store.setCover(album.id, cover);
-        return;
+            break;
     }
-    m_store.setCover(album.id, {});
+    return {};
+}
+
+std::filesystem::path Library::writeCover(const std::string &name, const std::string &jpeg)
+{
+    if (jpeg.empty())
+        return {};
+    std::filesystem::path cover = m_settings.dataDirectory / "covers" / (name + ".jpg");
+    if (!writeWhole(cover, jpeg))
+        throw std::runtime_error("cannot write " + cover.string());
+    return cover;
+}
+
+void Library::picture(media::MediaWorker &worker, const LibraryStore::AlbumToPicture &album)
+{
+    const std::string jpeg = coverOf(worker, album.root / album.path);
+    if (!m_isStopping)
+        m_store.setCover(album.id, writeCover(album.publicId, jpeg));
 }
 
 } // namespace velmora::server

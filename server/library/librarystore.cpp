@@ -137,16 +137,17 @@ bool LibraryStore::isArtist(const std::string &name)
     return !folded.empty() && row.step();
 }
 
-void LibraryStore::setMissing(const std::vector<int64_t> &fileIds, bool isMissing)
+void LibraryStore::setMissing(const std::vector<int64_t> &fileIds, bool isMissing, bool isKept)
 {
     for (size_t begin = 0; begin < fileIds.size(); begin += rowsUnderLock) {
         const Store::Lock db = m_store.lock();
         Transaction change(*db);
         for (size_t i = begin; i < std::min(begin + rowsUnderLock, fileIds.size()); ++i) {
             Statement row =
-                db->prepare("UPDATE files SET missing_since = CASE WHEN ?2 THEN COALESCE(missing_since, ?3) "
-                            "ELSE NULL END WHERE id = ?1 RETURNING COALESCE(track_id, 0)");
-            row.with(fileIds[i], isMissing, m_clock());
+                db->prepare("UPDATE files SET is_kept = CASE WHEN missing_since IS NULL THEN ?4 ELSE is_kept END, "
+                            "missing_since = CASE WHEN ?2 THEN COALESCE(missing_since, ?3) ELSE NULL END WHERE id = ?1 "
+                            "RETURNING COALESCE(track_id, 0)");
+            row.with(fileIds[i], isMissing, m_clock(), isKept);
             const int64_t track = row.step() ? row.integer(0) : 0;
             row.reset();
             if (track != 0)

@@ -53,6 +53,7 @@ struct ReadFile {
     bool hasTags = false;
     media::MediaTags tags;
     TrackFacts facts;
+    std::filesystem::path picture; // for its track until its album has a cover; empty: none
 };
 
 // A file that is to be listened to.
@@ -108,7 +109,12 @@ public:
     // file with the same sound that is gone hands its track over. Returns how many tracks are new.
     int put(int64_t rootId, const std::vector<ReadFile> &files,
             const std::function<bool(const Root &, const std::string &path, const FileStamp &)> &isGone);
-    void setMissing(const std::vector<int64_t> &fileIds, bool isMissing);
+    // Files that are kept are not dropped by dropOldMissing().
+    void setMissing(const std::vector<int64_t> &fileIds, bool isMissing, bool isKept = false);
+    // Drops files that have been missing for 90 days, or all that are missing; a track goes with its last file, and
+    // with it its thumbs. Returns how many files were dropped.
+    int64_t dropOldMissing();
+    int64_t dropAllMissing();
     bool isArtist(const std::string &name);
 
     // Files to listen to: those that listeners wait for first, then any.
@@ -125,6 +131,9 @@ public:
         std::string path; // of one of its files
     };
     std::vector<AlbumToPicture> albumsWithoutCover(size_t most);
+    std::unordered_map<std::string, FileStamp> coverFiles(int64_t rootId);
+    // A picture beside the music came, changed, or went (no stamp): the albums of its folder look for covers again.
+    void noteCoverFile(int64_t rootId, const std::string &path, const std::optional<FileStamp> &stamp);
     // Empty: it has none.
     void setCover(int64_t albumId, const std::filesystem::path &picture);
 
@@ -142,6 +151,7 @@ private:
                      const std::function<bool(const Root &, const std::string &, const FileStamp &)> &isGone);
     void settleRecording(Database &db, int64_t trackId);
     void refresh(Database &db, int64_t trackId);
+    int64_t dropMissing(int64_t before, bool isKeptToo);
     static void drop(Database &db, int64_t trackId); // with thumbs and all that hangs on it
     static void dropUnused(Database &db);            // albums and artists without tracks
     void joinRecordings(Database &db, int64_t trackId, int64_t otherId);

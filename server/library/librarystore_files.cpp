@@ -223,6 +223,7 @@ int64_t LibraryStore::putTrack(Database &db, int64_t rootId, const ReadFile &fil
         "UPDATE tracks SET picture_path = COALESCE((SELECT picture_path FROM tracks WHERE album_id = ?2 AND id <> ?1 "
         "AND picture_path <> '' LIMIT 1), picture_path) WHERE id = ?1",
         id, album);
+    db.run("UPDATE tracks SET picture_path = ?2 WHERE id = ?1 AND picture_path = ''", id, file.picture.string());
     db.run("UPDATE albums SET is_cover_looked_for = 0 WHERE id = ?1", album);
     db.run("DELETE FROM track_search WHERE rowid = ?1", id);
     db.run("INSERT INTO track_search (rowid, song, artist) VALUES (?1, ?2, ?3)", id, indexedText(facts.song),

@@ -259,7 +259,7 @@ std::optional<std::string> Stations::pictureId(const Music &music)
     if (music.kind == MusicKind::Artist)
         return m_catalogue.pictureOfArtist(idOf(music.target));
     const std::optional<Track> track = m_catalogue.track(idOf(music.target));
-    return track && !track->pictureFile.empty() ? std::optional(track->publicId) : std::nullopt;
+    return track && !track->pictureFile.empty() ? std::optional(pictureName(*track)) : std::nullopt;
 }
 
 std::optional<std::string> Stations::pictureId(const Station &station)

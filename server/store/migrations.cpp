@@ -331,8 +331,24 @@ CREATE INDEX request_answers_by_owner ON request_answers(owner, number);
 CREATE INDEX request_answers_by_time ON request_answers(answered_at);
 )sql";
 
+// A file that went together with many others is kept until somebody says otherwise. Pictures beside the music are known
+// by their stamps, as files are.
+constexpr const char *goneFilesAndCovers = R"sql(
+ALTER TABLE files ADD COLUMN is_kept INTEGER NOT NULL DEFAULT 0;
+CREATE INDEX files_missing ON files(missing_since) WHERE missing_since IS NOT NULL;
+CREATE TABLE cover_files (
+  root_id INTEGER NOT NULL REFERENCES roots(id) ON DELETE CASCADE,
+  path BLOB NOT NULL,
+  size INTEGER NOT NULL,
+  mtime_ns INTEGER NOT NULL,
+  inode INTEGER NOT NULL,
+  PRIMARY KEY (root_id, path)
+) WITHOUT ROWID;
+)sql";
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
-constexpr std::array steps = {accountsAndDevices, catalogue, stations, devicesByKey, ownMusic, requestAnswers};
+constexpr std::array steps = {accountsAndDevices, catalogue,      stations,          devicesByKey,
+                              ownMusic,           requestAnswers, goneFilesAndCovers};
 
 } // namespace
 

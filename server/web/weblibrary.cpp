@@ -15,6 +15,7 @@ namespace velmora::server {
 namespace {
 
 constexpr int filesOnPage = 50;
+constexpr size_t changesOnPage = 30;
 
 struct ReasonWords {
     const char *reason;
@@ -90,9 +91,6 @@ std::string progress(const LibraryStatus &status)
         text += html::paragraph("Looking through " + printable(status.scanning.native()) + ": " +
                                 counted(status.scannedFiles, "file", "files") + " so far, " +
                                 counted(status.changed, "of them read", "of them read") + ".");
-    if (status.vanished > 0)
-        text += html::paragraph(counted(status.vanished, "file was", "files were") +
-                                " gone at the last look. Thumbs and stations wait for them.");
     if (!status.isAnalysed)
         text += html::paragraph("Listening to tracks is switched off: stations go by tags alone.");
     else if (status.counts.toAnalyse == 0)
@@ -103,6 +101,22 @@ std::string progress(const LibraryStatus &status)
                             (status.secondsLeft ? "about " + durationText(*status.secondsLeft)
                                                 : std::string("how long is not known yet")) +
                             ". Stations play meanwhile and become better.");
+    return text;
+}
+
+std::string changes(const std::vector<LibraryChange> &recent)
+{
+    if (recent.empty())
+        return {};
+    std::string text = "<h2>What changed lately</h2>\n";
+    for (size_t i = 0; i < std::min<size_t>(recent.size(), changesOnPage); ++i) {
+        const LibraryChange &change = recent[i];
+        const char *what = change.kind == LibraryChange::Kind::New       ? "new"
+                           : change.kind == LibraryChange::Kind::Changed ? "changed"
+                           : change.kind == LibraryChange::Kind::Back    ? "back"
+                                                                         : "gone";
+        text += html::paragraph(timeText(change.at) + ", " + what + ": " + printable(change.file.native()));
+    }
     return text;
 }
 
@@ -177,7 +191,9 @@ void WebPages::showLibrary(Visit &visit)
     if (!reasons.empty())
         body += "<h2>What does not play</h2>\n" + reasons;
     if (status.counts.missing > 0)
-        body += html::paragraph(counted(status.counts.missing, "file has", "files have") + " gone from the folders.");
+        body += html::paragraph(counted(status.counts.missing, "file has", "files have") +
+                                " gone from the folders. Thumbs and stations wait for them for 90 days.");
+    body += changes(m_service.library->recentChanges());
     body += html::form("/library/pause", visit.session.csrf,
                        html::button(status.isPaused ? "Go on" : "Pause", "paused", status.isPaused ? "0" : "1")) +
             html::form("/library/rescan", visit.session.csrf,

@@ -103,6 +103,7 @@ bool Journey::startServer()
     const QString report = m_root.filePath("server.log");
     m_server->setProcessChannelMode(QProcess::MergedChannels);
     m_server->setStandardOutputFile(report, QIODevice::Append);
+    m_options.serverOptions.replaceInStrings("ROOT", m_root.path());
     m_server->start(QStringLiteral(JOURNEY_SERVER),
                     QStringList{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_data,
                                 "--demo-tracks", "4", // of each style, so that they are made soon

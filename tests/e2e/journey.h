@@ -16,7 +16,7 @@ public:
     struct Options {
         bool hasServer = true;
         bool isSetUp = true;            // the demo account is linked and was last
-        QStringList serverOptions = {}; // beyond what every journey passes
+        QStringList serverOptions = {}; // beyond what every journey passes; ROOT in them is root()
         QString serverUrl = {};         // instead of a server of its own
         bool isShort = false;           // tracks as they are, but the sink takes them as fast as it can
         QStringList menuOptions = {};   // of velmora-menu, before the program
