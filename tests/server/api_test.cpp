@@ -222,6 +222,26 @@ TEST_F(ApiTest, TheTapestryStationKeepsItsNameAndPlace)
             << function;
 }
 
+TEST_F(ApiTest, AGenreStationNeedsTwentyTracksByThreeArtistsWhereAnyStyleHasThem)
+{
+    const std::string user = newListener();
+    EXPECT_EQ(m_service->catalogue.styles(), (std::vector<std::string>{"ambient", "folk", "rock", "swing"}));
+    std::vector<Track> tracks;
+    for (const auto &[style, count, artists] : {std::tuple("Large", 20, 3), {"Short", 19, 3}, {"Lonely", 30, 2}}) {
+        for (int i = 0; i < count; ++i) {
+            Track track = smallCatalogue(m_directory.path() / "media").front();
+            track.publicId = track.song = style + std::to_string(i);
+            track.artist = style + std::to_string(i % artists);
+            track.style = style;
+            tracks.push_back(track);
+        }
+    }
+    m_service->catalogue.put(tracks);
+    EXPECT_EQ(m_service->catalogue.styles(), std::vector<std::string>{"Large"});
+    m_service->catalogue.expectStyles({"To Come", "short"});
+    EXPECT_EQ(m_service->catalogue.styles(), (std::vector<std::string>{"Large", "Short", "To Come"}));
+}
+
 TEST_F(ApiTest, TheHundredAndFirstStationIsRefused)
 {
     const std::string user = newListener();

@@ -407,6 +407,54 @@ TEST_F(LibraryTest, CoversComeFromInsideOrBesideAndHostileOnesAreRefused)
     EXPECT_EQ(media::scaledCover(jpeg).substr(0, 3), "\xff\xd8\xff") << "it can be decoded";
     EXPECT_EQ(m_service->catalogue.track(trackAt("B/b.flac"))->pictureFile, "");
     EXPECT_EQ(m_service->catalogue.track(trackAt("C/c.flac"))->pictureFile, "");
+
+    // Another picture beside music that did not change.
+    const auto bytesOf = [](const fs::path &name) {
+        std::ifstream stream(name, std::ios::binary);
+        return std::string{std::istreambuf_iterator<char>(stream), {}};
+    };
+    fs::copy_file(artwork.parent_path() / "AlbumIcon@3x.png", m_music / "A/Folder.PNG",
+                  fs::copy_options::overwrite_existing);
+    scan();
+    EXPECT_EQ(library().status().changed, 0);
+    EXPECT_NE(bytesOf(picture), jpeg);
+    listen();
+    const std::string user = newListener();
+    EXPECT_NE(firstTrack(user, tapestryToken(user)).at("albumArtUrl").dump().find("/media/"), std::string::npos);
+    EXPECT_NE(m_service->catalogue.pictureOfArtist(m_service->catalogue.track(trackAt("A/a.flac"))->artistId)
+                  .value_or("")
+                  .find(".jpg"),
+              std::string::npos);
+}
+
+TEST_F(LibraryTest, WhatIsGoneForNinetyDaysIsDroppedButNotWhatWentWithManyOthers)
+{
+    writeMusic(m_music / "one.flac", {"One", "Lichen Choir"});
+    writeMusic(m_music / "stays.flac", {"Stays", "Paper Harbour"});
+    for (int i = 0; i < 60; ++i)
+        std::ofstream(m_music / ("many" + std::to_string(i) + ".mp3")) << "no sound";
+    scan();
+    const auto files = [&] { return library().store().counts().files; };
+    EXPECT_EQ(files(), 62);
+    fs::remove(m_music / "one.flac");
+    scan();
+    const std::vector<LibraryChange> recent = library().recentChanges();
+    EXPECT_TRUE(recent.front().kind == LibraryChange::Kind::Gone && recent.front().file == m_music / "one.flac");
+    EXPECT_TRUE(recent.back().kind == LibraryChange::Kind::New);
+    for (int i = 0; i < 60; ++i)
+        fs::remove(m_music / ("many" + std::to_string(i) + ".mp3"));
+    scan();
+    EXPECT_EQ(library().store().counts().missing, 61);
+    *m_now += 89 * 24 * 3600;
+    scan();
+    EXPECT_EQ(files(), 62);
+    *m_now += 2 * 24 * 3600;
+    scan();
+    EXPECT_EQ(files(), 61) << "sixty at once are no decision of the owner's";
+    EXPECT_EQ(fate("one.flac"), "unknown");
+    EXPECT_TRUE(m_service->search.find("lichen").artists.empty());
+    EXPECT_EQ(library().store().dropAllMissing(), 60);
+    EXPECT_EQ(playing(), 1);
 }
 
 TEST_F(LibraryTest, MutatedFilesCostThemselvesAndTheWorkerIsShutIn)
