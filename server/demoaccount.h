@@ -14,7 +14,8 @@ std::filesystem::path demoAccountFile(const StationService &service);
 // then.
 void ensureDemoAccount(StationService &service);
 
-// Completes the account's stations once there is music to make them from; call it now and then. Any thread.
+// Makes the account's stations if there was no music for them when the account was made; call it now and then. Any
+// thread.
 void completeDemoAccount(StationService &service);
 
 } // namespace velmora::server
