@@ -125,7 +125,6 @@ private slots:
             {.body = QByteArray("ID3\x03\0\0\0\0\0\x0a", 10) + QByteArray(10, '\0') + score()});
         row("the first 100 bytes of an MP3", {.body = mediasample::file("xing-2600ms.mp3").left(100)});
         row("the header of a WAV", {.body = mediasample::wav(1000).left(mediasample::wavHeader)});
-        row("reset at every request", {.body = mediasample::wav(1000), .cutAt = {0, 0, 0, 0}});
         row("never answering", {.silent = true});
     }
 
@@ -134,10 +133,7 @@ private slots:
         QFETCH(MediaFile, file);
         PlaybackRig rig;
         rig.play(file);
-        QElapsedTimer clock;
-        clock.start();
-        TRY_VERIFY(rig.heard.contains("result -1"));
-        QVERIFY2(!file.silent || clock.elapsed() >= 19000, qPrintable(QString::number(clock.elapsed())));
+        TRY_VERIFY(rig.heard.contains("result -1")); // after seconds where the failure may pass
         QCOMPARE(rig.state(), 4);
         QCOMPARE(rig.buffer().ui4_end, 0u);
         rig.command(PLAYBACK_TYPE_STOP); // its answer comes after every report about the track
@@ -175,8 +171,6 @@ private slots:
             rig.play(refused);
             TRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
         }
-        rig.play(MediaServer::refusedUrl());
-        TRY_COMPARE(rig.heard, (QStringList{"stop", "url", "result -1"}));
     }
 
     void pauseAndResumeAreReportedOncePerChange()

@@ -164,14 +164,27 @@ private slots:
     void retriesBackOffAndOnlyTheFirstContactIsLimited()
     {
         const FetchLimits limits;
-        QList<int> delays;
-        for (int attempts = 1; attempts <= 7; ++attempts)
-            delays << retryDelayMs(limits, attempts);
+        const FetchProgress none, half{100, 200, {}};
+        QList<int> delays, urgent;
+        for (int attempts = 1; attempts <= 7; ++attempts) {
+            delays << *retryDelayMs(limits, half, {.attempts = attempts});
+            urgent << *retryDelayMs(limits, half, {.attempts = attempts, .isUrgent = true});
+        }
         QCOMPARE(delays, (QList<int>{250, 500, 1000, 2000, 4000, 5000, 5000}));
-        QCOMPARE(retryDelayMs(limits, 1000000), 5000);
-        QVERIFY(mayRetry(limits, {}, 1));
-        QVERIFY(!mayRetry(limits, {}, 2));
-        QVERIFY(mayRetry(limits, {1, -1, {}}, 1000));
+        QCOMPARE(urgent, (QList<int>{250, 500, 1000, 1000, 1000, 1000, 1000}));
+        QCOMPARE(retryDelayMs(limits, half, {.attempts = 1000000, .elapsedMs = 1000000}), 5000);
+        QCOMPARE(retryDelayMs(limits, half, {.attempts = 4, .isUrgent = true, .isHang = true}), 0);
+        QCOMPARE(retryDelayMs(limits, half, {.askedMs = retryAfterMs(" 7 ")}), 7000);
+        QCOMPARE(retryDelayMs(limits, half, {.askedMs = retryAfterMs("99999999")}), 30000);
+        QCOMPARE(retryDelayMs(limits, half, {.askedMs = retryAfterMs("Sun, 22 Nov 2026 10:00:00 GMT")}), 250);
+        QCOMPARE(retryDelayMs(limits, none, {.elapsedMs = 9750}), 250);
+        QCOMPARE(retryDelayMs(limits, none, {.elapsedMs = 9751}), std::nullopt);
+        QCOMPARE(retryDelayMs(limits, none, {.elapsedMs = 1, .askedMs = 10000}), std::nullopt);
+        QList<int> idles;
+        for (int hangs = 0; hangs < 4; ++hangs)
+            idles << idleLimitMs(limits, true, false, hangs) << idleLimitMs(limits, true, true, hangs);
+        QCOMPARE(idles, (QList<int>{2000, 3000, 2000, 3000, 6000, 9000, 2000, 3000}));
+        QCOMPARE(idleLimitMs(limits, false, true, 0), 10000);
         QCOMPARE(strongEtag("\"x\""), QByteArray("\"x\""));
         QCOMPARE(strongEtag("W/\"x\""), QByteArray());
     }

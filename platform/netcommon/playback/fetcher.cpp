@@ -12,6 +12,8 @@ namespace netcommon {
 
 namespace {
 constexpr qint64 readAhead = 256 * 1024; // Qt buffers this much; beyond it TCP slows the server down
+constexpr int askAttempts = 2;           // whether a file of unknown length goes on
+constexpr int idleChecks = 8;            // within the shortest limit
 constexpr qint64 chunkSize = 128 * 1024; // of larger chunks fewer frames are split, which would then be copied
 } // namespace
 
@@ -23,11 +25,12 @@ Fetcher::Fetcher(const FetchLimits &limits, QObject *parent)
     , m_retry(this)
 {
     m_network->setAutoDeleteReplies(false);
-    m_idle.setSingleShot(true);
-    m_idle.setInterval(limits.idleMs);
-    connect(&m_idle, &QTimer::timeout, this, [this] { retry("no data"); });
+    connect(&m_idle, &QTimer::timeout, this, &Fetcher::checkIdle);
     m_retry.setSingleShot(true);
-    connect(&m_retry, &QTimer::timeout, this, [this] { open(m_address); });
+    connect(&m_retry, &QTimer::timeout, this, [this] {
+        m_network->clearConnectionCache(); // Qt would send the request over the connection that hangs
+        open(m_address);
+    });
 }
 
 Fetcher::~Fetcher()
@@ -61,8 +64,9 @@ void Fetcher::begin(const QUrl &address, const std::shared_ptr<FetchSink> &sink)
     m_progress = {};
     m_askedAt = -1;
     m_acceptsRanges = false;
-    m_attempts = 0;
+    m_attempts = m_hangs = 0;
     if (m_sink) {
+        m_started.start();
         m_redirects = 0;
         open(m_address);
     }
@@ -77,13 +81,14 @@ void Fetcher::open(const QUrl &address)
         if (!m_progress.etag.isEmpty())
             request.setRawHeader("If-Range", m_progress.etag);
     }
-    m_isJudged = m_isFinished = false;
+    m_isConnected = m_isJudged = m_isFinished = false;
     m_reply = m_network->get(request);
     m_reply->setReadBufferSize(readAhead);
+    connect(m_reply, &QNetworkReply::requestSent, this, [this] { m_isConnected = true; });
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Fetcher::headArrived);
     connect(m_reply, &QNetworkReply::readyRead, this, &Fetcher::pump);
     connect(m_reply, &QNetworkReply::finished, this, &Fetcher::replyFinished);
-    m_idle.start();
+    watchIdle(true);
 }
 
 void Fetcher::close()
@@ -128,7 +133,7 @@ void Fetcher::headArrived()
     }
     case FetchAction::Retry:
         qDebug("Fetcher,answer,status=%d.", status);
-        retry("server error");
+        retry("server error", retryAfterMs(m_reply->rawHeader("Retry-After")));
         return;
     case FetchAction::Refused:
         qDebug("Fetcher,answer,status=%d.", status);
@@ -170,7 +175,7 @@ void Fetcher::pump()
         if (drop > 0)
             bytes.remove(0, drop);
         m_progress.delivered += bytes.size();
-        m_attempts = 0;
+        m_attempts = m_hangs = 0;
         m_redirects = 0;
         m_sink->push(bytes);
     }
@@ -178,8 +183,25 @@ void Fetcher::pump()
         settle();
     else if (!m_sink->wanted())
         m_idle.stop(); // the server waits for us
-    else if (moved || !m_idle.isActive())
-        m_idle.start();
+    else
+        watchIdle(moved);
+}
+
+void Fetcher::watchIdle(bool hasMoved)
+{
+    if (hasMoved || !m_idle.isActive())
+        m_silent.start();
+    if (!m_idle.isActive())
+        m_idle.start(m_limits.urgentConnectMs / idleChecks);
+}
+
+// Looked at often, because the fetch may have become urgent.
+void Fetcher::checkIdle()
+{
+    if (m_silent.elapsed() >= idleLimitMs(m_limits, m_sink->isUrgent(), m_isConnected, m_hangs)) {
+        ++m_hangs;
+        retry("no data", 0, true);
+    }
 }
 
 // All of the reply was read: is the file complete?
@@ -200,19 +222,20 @@ void Fetcher::settle()
     }
 }
 
-void Fetcher::retry(const char *why)
+void Fetcher::retry(const char *why, int askedMs, bool isHang)
 {
     close();
     ++m_attempts;
-    const bool onlyAsking = m_askedAt == m_progress.delivered && m_attempts >= m_limits.firstAttempts;
-    if (onlyAsking || !mayRetry(m_limits, m_progress, m_attempts)) {
+    const bool onlyAsking = m_askedAt == m_progress.delivered && m_attempts >= askAttempts;
+    const auto delay =
+        retryDelayMs(m_limits, m_progress, {m_attempts, m_sink->isUrgent(), isHang, m_started.elapsed(), askedMs});
+    if (onlyAsking || !delay) {
         finish(true);
         return;
     }
-    const int delay = retryDelayMs(m_limits, m_attempts);
-    qDebug("Fetcher,retry,%s after %lld bytes, in %d ms.", why, static_cast<long long>(m_progress.delivered), delay);
+    qDebug("Fetcher,retry,%s after %lld bytes, in %d ms.", why, static_cast<long long>(m_progress.delivered), *delay);
     m_redirects = 0;
-    m_retry.start(delay);
+    m_retry.start(*delay);
 }
 
 // failed: no more bytes are available. What was delivered is played to its end; if there is nothing, the fetch failed.

@@ -2,6 +2,7 @@
 
 #include "fetcherrules.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 #include <QUrl>
@@ -19,13 +20,15 @@ class FetchSink {
 public:
     virtual ~FetchSink() = default;
     virtual bool wanted() const = 0;
+    virtual bool isUrgent() const { return false; } // there is little left to play; may change at any time, too
     virtual void push(const QByteArray &bytes) = 0;
     virtual void complete() = 0; // nothing more follows; what was pushed is the file, or all of it that the server has
     virtual void failed() = 0;   // no byte could be fetched
 };
 
 // Fetches one file at a time over http or https, as fast as its sink wants it. It survives stalls, lost connections and
-// restarts of the server: it requests the rest by range, or discards what it has already if the server has no ranges.
+// restarts of the server: it requests the rest by range, or discards what it has already if the server has no ranges. A
+// retry always opens a new connection, because the kept one may be the one that hangs.
 // Lives in a thread with an event loop; start(), stop() and wake() may be called from any thread and return at once.
 class Fetcher : public QObject {
     Q_OBJECT
@@ -46,7 +49,9 @@ private:
     void replyFinished();
     void pump();
     void settle();
-    void retry(const char *why);
+    void watchIdle(bool hasMoved);
+    void checkIdle();
+    void retry(const char *why, int askedMs = 0, bool isHang = false);
     void finish(bool failed);
 
     FetchLimits m_limits;
@@ -56,13 +61,17 @@ private:
     FetchProgress m_progress;
     qint64 m_skip = 0;
     bool m_acceptsRanges = false;
-    qint64 m_askedAt = -1; // the body ended after this many bytes, and a further request asked for more
-    int m_attempts = 0;    // failed ones since the last byte
+    qint64 m_askedAt = -1;   // the body ended after this many bytes, and a further request asked for more
+    QElapsedTimer m_started; // valid while m_sink is there
+    int m_attempts = 0;      // failed ones since the last byte
+    int m_hangs = 0;         // those of them that ended without a byte for too long
     int m_redirects = 0;
     QNetworkReply *m_reply = nullptr;
-    bool m_isJudged = false;   // m_reply's header was accepted; its body follows
-    bool m_isFinished = false; // m_reply receives no more bytes; some may still be unread
-    QTimer m_idle;
+    bool m_isConnected = false; // m_reply's request was sent
+    bool m_isJudged = false;    // m_reply's header was accepted; its body follows
+    bool m_isFinished = false;  // m_reply receives no more bytes; some may still be unread
+    QElapsedTimer m_silent;     // since the last byte, or since bytes are wanted
+    QTimer m_idle;              // runs while bytes are wanted: looks at m_silent
     QTimer m_retry;
 };
 

@@ -24,7 +24,10 @@ public:
     // Milliseconds since the first byte came; 0 before it.
     qint64 arrivingMs() const;
 
+    void setUrgent(bool isUrgent) { m_isUrgent = isUrgent; } // any thread
+
     bool wanted() const override { return m_isWanted.load(); }
+    bool isUrgent() const override { return m_isUrgent.load(); }
     void push(const QByteArray &bytes) override;
     void complete() override;
     void failed() override;
@@ -37,6 +40,7 @@ private:
     PlaybackInbox &m_inbox;
     Fetcher &m_fetcher;
     std::atomic<bool> m_isWanted{false};
+    std::atomic<bool> m_isUrgent{true}; // nothing is there to play at first
     // Milliseconds of the steady clock.
     std::atomic<qint64> m_firstByte{0}; // 0: none came
     std::atomic<qint64> m_lastByte{0};

@@ -68,15 +68,32 @@ FetchDecision judgeResponse(const FetchProgress &progress, const FetchResponse &
     return {FetchAction::Retry};
 }
 
-bool mayRetry(const FetchLimits &limits, const FetchProgress &progress, int attempts)
+std::optional<int> retryDelayMs(const FetchLimits &limits, const FetchProgress &progress, const FetchFailure &failure)
 {
-    return progress.delivered > 0 || attempts < limits.firstAttempts;
+    const int doublings = std::clamp(failure.attempts - 1, 0, 16);
+    const int longest = failure.isUrgent ? limits.longestUrgentRetryMs : limits.longestRetryMs;
+    int delay = static_cast<int>(std::min<qint64>(qint64(limits.firstRetryMs) << doublings, longest));
+    if (failure.isUrgent && failure.isHang)
+        delay = 0;
+    delay = std::max(delay, std::min(failure.askedMs, limits.longestAskedMs));
+    if (progress.delivered == 0 && failure.elapsedMs + delay > limits.firstPatienceMs)
+        return {};
+    return delay;
 }
 
-int retryDelayMs(const FetchLimits &limits, int attempts)
+int idleLimitMs(const FetchLimits &limits, bool isUrgent, bool isConnected, int hangs)
 {
-    const int doublings = std::clamp(attempts - 1, 0, 16);
-    return static_cast<int>(std::min<qint64>(qint64(limits.firstRetryMs) << doublings, limits.longestRetryMs));
+    if (!isUrgent)
+        return limits.idleMs;
+    const int usual = isConnected ? limits.urgentIdleMs : limits.urgentConnectMs;
+    return hangs % 3 == 2 ? 3 * usual : usual;
+}
+
+int retryAfterMs(const QByteArray &header)
+{
+    bool isNumber = false;
+    const int seconds = header.trimmed().toInt(&isNumber);
+    return isNumber && seconds > 0 ? std::min(seconds, 86400) * 1000 : 0;
 }
 
 QByteArray strongEtag(const QByteArray &header)

@@ -20,6 +20,7 @@ constexpr int usualTickMs = 100;
 constexpr int startingTickMs = 10; // while a track only waits for its buffer
 constexpr int sinkStaysOpenMs = 3000;
 constexpr int endingSlackMs = 2000;       // beyond what is left of an ending track
+constexpr unsigned urgentBelowMs = 10000; // a connection that hangs now would soon be heard
 constexpr qint64 startDeadlineMs = 20000; // without a byte and without a result
 constexpr qint64 noAudioMs = 1500;        // all bytes here and no audio found: a picture, say
 constexpr quint32 settledMs = 4000;       // of a track: its pictures are shown, and what made them is freed
@@ -406,6 +407,7 @@ void PlaybackWorker::tickPlaying()
     const IMTK_PB_CTRL_BUFFER_STATUS_T buffer =
         bufferStatus({m_pipeline->positionMs(), m_pipeline->endMs(), m_lengthMs, isReceived});
     publish(buffer);
+    m_pipeline->feed()->setUrgent(buffer.ui4_amount < urgentBelowMs);
     if (m_lengthMs >= 0 || isReceived)
         m_order.totalKnown(static_cast<int>((m_lengthMs >= 0 ? m_lengthMs : m_pipeline->endMs()) / 1000));
     if (isReceived)
