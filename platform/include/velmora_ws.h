@@ -17,7 +17,8 @@
  *  - velmora_ws_getPlaylist() completes with VLM_WS_ERR_NOTHING_PLAYED in place of a fourth playlist in a row of a
  *    station from which nothing played. The library does not see the playback. It takes a playlist for unplayed when
  *    the next one is wanted within three seconds for every entry that has something to play (an empty playlist: within
- *    ten seconds), and when no request named a track meanwhile. Media that are refused more slowly are not noticed.
+ *    ten seconds), and when no request named a track meanwhile. After a minute it counts slower failures,
+ *    too: up to eleven seconds for every such entry, if that is less than a quarter of the announced music.
  *
  * A request that fails for a passing reason is repeated before it completes: without a connection, after a cut or a
  * time limit, with VLM_WS_ERR_INTERNAL or VLM_WS_ERR_TOO_MANY_REQUESTS, and while a gateway finds no service. The first

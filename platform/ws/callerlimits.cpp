@@ -1,5 +1,7 @@
 #include "callerlimits.h"
 
+#include <algorithm>
+
 namespace velmora::ws {
 
 using namespace std::chrono_literals;
@@ -50,24 +52,37 @@ VLM_WS_EXT_ERRCODE_T RenewalLimit::loginCode() const
     return m_lastLogin == VLM_WS_ERR_OK ? VLM_WS_ERR_INVALID_AUTH_TOKEN_2 : m_lastLogin;
 }
 
+void PlaylistLimit::begin()
+{
+    m_unplayed = 0;
+    m_unplayedSince.reset();
+}
+
 bool PlaylistLimit::allows(const std::string &station, Clock::time_point now)
 {
-    const auto played = m_playable > 0 ? m_playable * 3s : 10s;
-    if (station != m_station || now - m_replied >= played)
+    const std::chrono::seconds fast = m_playable > 0 ? m_playable * 3s : 10s;
+    const std::chrono::seconds slow = std::max(fast, std::min<std::chrono::seconds>(m_playable * 11s, m_music / 4));
+    const auto passed = now - m_replied;
+    if (station != m_station || passed >= slow)
+        begin();
+    else if (passed >= fast)
         m_unplayed = 0;
     m_station = station;
-    if (m_unplayed < maxPlaylists)
+    if (m_unplayed < maxPlaylists && !(m_unplayedSince && now - *m_unplayedSince >= maxTime))
         return true;
-    m_unplayed = 0;
+    begin();
     return false;
 }
 
-void PlaylistLimit::replied(const std::string &station, int playable, Clock::time_point now)
+void PlaylistLimit::replied(const std::string &station, int playable, std::chrono::seconds music, Clock::time_point now)
 {
     if (station != m_station)
         return;
     ++m_unplayed;
+    if (!m_unplayedSince)
+        m_unplayedSince = now;
     m_playable = playable;
+    m_music = music;
     m_replied = now;
 }
 

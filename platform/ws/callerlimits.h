@@ -3,6 +3,7 @@
 #include "commands.h"
 #include "pace.h"
 
+#include <optional>
 #include <string>
 
 // What ends a caller's endless loop: the answer after the same thing has failed too often. Time is an argument.
@@ -37,23 +38,31 @@ private:
 
 // Ends with an error after three playlists in a row of one station from which nothing played. The library does not see
 // the playback. It takes a playlist for unplayed when the station's next one is wanted sooner than three seconds for
-// every playable entry (an empty one: sooner than ten seconds), and when no request named a track meanwhile.
+// every playable entry (an empty one: sooner than ten seconds), and when no request named a track meanwhile. Media that
+// fail slowly end with the same error after a minute: then a playlist counts as unplayed up to eleven seconds for every
+// playable entry, as long as that is less than a quarter of its music.
 class PlaylistLimit {
 public:
     static constexpr int maxPlaylists = 3;
+    static constexpr std::chrono::seconds maxTime{60};
 
     // A playlist of `station` is wanted at `now`. False: answer with an error; the count starts again.
     bool allows(const std::string &station, Clock::time_point now);
-    // The service has sent one. `playable`: its entries with something to play.
-    void replied(const std::string &station, int playable, Clock::time_point now);
+    // The service has sent one. `playable`: its entries with something to play; `music`: how long they last, as far as
+    // it is known.
+    void replied(const std::string &station, int playable, std::chrono::seconds music, Clock::time_point now);
     // A request named a track: somebody listens.
-    void heard() { m_unplayed = 0; }
+    void heard() { begin(); }
 
 private:
+    void begin();
+
     std::string m_station; // asked for last
-    int m_unplayed = 0;    // playlists of it in a row
+    int m_unplayed = 0;    // playlists of it in a row, used up fast
     int m_playable = 0;    // entries of the last one
+    std::chrono::seconds m_music{0};
     Clock::time_point m_replied;
+    std::optional<Clock::time_point> m_unplayedSince; // the first reply of those in a row, fast or slow
 };
 
 } // namespace velmora::ws

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <numeric>
 #include <pthread.h>
 #include <sodium.h>
 
@@ -77,13 +78,19 @@ bool mayPass(const Answer &answer, const Reply &reply)
     }
 }
 
-// What the listener could hear of a playlist.
-int playableEntries(const VLM_WS_PLAYLIST_T &playlist)
+bool isPlayable(const VLM_PLAYLIST_ENTRY_T &entry)
 {
-    return static_cast<int>(
-        std::count_if(playlist.entries, playlist.entries + playlist.count, [](const VLM_PLAYLIST_ENTRY_T &entry) {
-            return !entry.isTrack || std::strcmp(entry.map.p_trackMap->audioUrl, velmora_ws_invalid_url) != 0;
-        }));
+    return !entry.isTrack || std::strcmp(entry.map.p_trackMap->audioUrl, velmora_ws_invalid_url) != 0;
+}
+
+// The announced length of what the listener could hear of a playlist, without ads.
+std::chrono::seconds musicOf(const VLM_WS_PLAYLIST_T &playlist)
+{
+    return std::accumulate(playlist.entries, playlist.entries + playlist.count, std::chrono::seconds(0),
+                           [](std::chrono::seconds sum, const VLM_PLAYLIST_ENTRY_T &entry) {
+                               const bool isMusic = entry.isTrack && isPlayable(entry);
+                               return sum + std::chrono::seconds(isMusic ? entry.map.p_trackMap->durationSeconds : 0);
+                           });
 }
 
 } // namespace
@@ -262,8 +269,11 @@ void Worker::finish(const Answer &answer)
     Reply reply = readAnswer(*job.command, answer, job.request->memory);
     if (job.command->id == VLM_WS_MSGID_GET_PLAYLIST) {
         m_playlistPace.replied(job.station, now);
-        if (reply.code == VLM_WS_ERR_OK)
-            m_playlistLimit.replied(job.station, playableEntries(*static_cast<VLM_WS_PLAYLIST_T *>(reply.record)), now);
+        if (reply.code == VLM_WS_ERR_OK) {
+            const auto &playlist = *static_cast<const VLM_WS_PLAYLIST_T *>(reply.record);
+            const auto playable = std::count_if(playlist.entries, playlist.entries + playlist.count, isPlayable);
+            m_playlistLimit.replied(job.station, static_cast<int>(playable), musicOf(playlist), now);
+        }
     }
     if (retries(job, answer, reply))
         return;

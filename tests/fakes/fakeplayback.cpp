@@ -75,7 +75,7 @@ struct PlaybackThread::Private {
 
 PlaybackThread::PlaybackThread(QObject *parent)
     : QThread(parent)
-    , d(new Private)
+    , d(std::make_shared<Private>())
 {
     ++FakePlayback::livingThreads;
 }
@@ -87,7 +87,6 @@ PlaybackThread::~PlaybackThread()
         FakePlayback::violations.append("a playback thread was deleted before it had ended");
     d->end.release();
     wait();
-    delete d;
 }
 
 void PlaybackThread::setType(_PLAYBACK_TYPE_E type)

@@ -6,6 +6,10 @@
 
 #include <QtTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <gst/gst.h>
 
 namespace {
@@ -252,6 +256,35 @@ private slots:
         QVERIFY2(clock.elapsed() > 2500, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(rig.seconds, (QList<int>{0, 1, 2}));
         QCOMPARE(rig.server.requests("/track").size(), 2); // it was really rebuilt
+    }
+
+    void aSinkThatComesBackIsHeardWithinTheTrack()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("device/sound");
+        PlaybackRig rig("filesink sync=true location=" + QFile::encodeName(file));
+        rig.play(MediaFile{.body = mediasample::wav(600'000)});
+        TRY_VERIFY(rig.seconds.contains(1)); // in silence
+        QVERIFY(QDir(folder.path()).mkdir("device"));
+        TRY_VERIFY(QFileInfo(file).size() > 8000);
+        QVERIFY(rig.seconds.last() < 300); // it went on where it was
+        QCOMPARE(rig.heard, (QStringList{"stop", "url", "result 0", "play", "total 600", "eof"}));
+    }
+
+    // Opening a pipe that nobody reads blocks, as a sound server does that hangs.
+    void aSinkThatBlocksDoesNotHoldTheEnd()
+    {
+        const QTemporaryDir folder;
+        const QByteArray pipe = QFile::encodeName(folder.filePath("sound"));
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        {
+            PlaybackRig rig("filesink location=" + pipe);
+            rig.play(MediaFile{.body = mediasample::wav(1000)});
+            TRY_COMPARE(rig.server.requests("/track").size(), 1); // the sink is opened now
+        } // ends the thread and waits for it
+        const int reader = open(pipe.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); // lets what was left behind end
+        QVERIFY(reader >= 0);
+        close(reader);
     }
 
     void recognisedAudioWithoutADecoderIsMinusTwo()

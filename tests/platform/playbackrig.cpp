@@ -4,7 +4,7 @@
 
 using netcommon::Playback;
 
-PlaybackRig::PlaybackRig(const char *sink)
+PlaybackRig::PlaybackRig(const QByteArray &sink)
     : playback(Playback::getInstance())
 {
     qputenv("VELMORA_AUDIO_SINK", sink);

@@ -16,7 +16,7 @@
 class PlaybackRig : public QObject {
 public:
     // sink: as VELMORA_AUDIO_SINK
-    explicit PlaybackRig(const char *sink = "fakesink sync=true");
+    explicit PlaybackRig(const QByteArray &sink = "fakesink sync=true");
     ~PlaybackRig() override;
 
     // As the player screen starts a track: stop, start, address.

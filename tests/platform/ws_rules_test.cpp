@@ -287,7 +287,7 @@ private slots:
                 for (int i = 0; i < 8; ++i, now += c.pause) {
                     allowed += limit.allows("a", now);
                     if (allowed.last())
-                        limit.replied("a", c.playable, now);
+                        limit.replied("a", c.playable, 0s, now);
                     if (isHeard && i == 2)
                         limit.heard();
                 }
@@ -299,10 +299,28 @@ private slots:
                 QVERIFY2(allowed == expected, c.name);
             }
         }
+        // Media that fail slowly: the number of the playlist that is refused, 0 if none of ten is.
+        const auto refused = [](std::chrono::seconds music, std::chrono::seconds pause, int heardAfter = 0) {
+            PlaylistLimit limit;
+            Clock::time_point now{};
+            for (int number = 1; number <= 10; ++number, now += pause) {
+                if (!limit.allows("a", now))
+                    return number;
+                limit.replied("a", 4, music, now);
+                if (number == heardAfter)
+                    limit.heard();
+            }
+            return 0;
+        };
+        QCOMPARE(refused(800s, 40s), 3);
+        QCOMPARE(refused(800s, 20s), 4);
+        QCOMPARE(refused(800s, 44s), 0); // it may have played
+        QCOMPARE(refused(120s, 40s), 0);
+        QCOMPARE(refused(800s, 40s, 2), 5);
         PlaylistLimit limit; // another station starts afresh
         for (const char *station : {"a", "a", "a", "b", "a"}) {
             QVERIFY(limit.allows(station, Clock::time_point{}));
-            limit.replied(station, 0, Clock::time_point{});
+            limit.replied(station, 0, 0s, Clock::time_point{});
         }
     }
 

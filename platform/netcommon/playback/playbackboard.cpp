@@ -13,8 +13,8 @@ PlaybackBoard &PlaybackBoard::instance()
 {
     if (auto *const board = given.load(std::memory_order_acquire))
         return *board;
-    static PlaybackBoard board;
-    return board;
+    static auto *const board = new PlaybackBoard; // never destroyed: a thread that a sink blocks may be left behind
+    return *board;
 }
 
 void PlaybackBoard::use(PlaybackBoard &board)

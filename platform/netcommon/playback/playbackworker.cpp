@@ -8,6 +8,8 @@
 
 #include <QDebug>
 
+#include <algorithm>
+
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -24,6 +26,8 @@ constexpr unsigned urgentBelowMs = 10000; // a connection that hangs now would s
 constexpr qint64 startDeadlineMs = 20000; // without a byte and without a result
 constexpr qint64 noAudioMs = 1500;        // all bytes here and no audio found: a picture, say
 constexpr quint32 settledMs = 4000;       // of a track: its pictures are shown, and what made them is freed
+
+constexpr qint64 longestSinkLookMs = 30000;
 
 constexpr int cannotPlayAddress = -1;
 constexpr int cannotPlayAnything = -2;
@@ -184,6 +188,7 @@ void PlaybackWorker::openAddress(const QByteArray &text)
         return;
     }
     m_hasSilentSink = false;
+    m_sinkLookMs = firstSinkLookMs;
     if (m_endingTrack) {
         build(nullptr, 0);
     } else if (PlaybackSink sink = openSink()) {
@@ -356,11 +361,32 @@ void PlaybackWorker::sinkFailed(const QByteArray &why)
     m_hasSilentSink = !m_isSinkReused;
     qDebug("PlaybackThread,play,sink failed (%s), %s.", why.constData(),
            m_hasSilentSink ? "going on without sound" : "opening it anew");
+    m_nextSinkLook.setRemainingTime(m_sinkLookMs);
+    m_sinkLookMs = std::min(2 * m_sinkLookMs, longestSinkLookMs);
     const qint64 position = m_order.isPlaying() ? m_buffer.ui4_start : 0;
     m_fetcher.stop();
     m_pipeline.reset();
     if (PlaybackSink sink = openSink())
         build(std::move(sink), position);
+}
+
+// A sound server that was restarted: the track goes on with sound where it is.
+void PlaybackWorker::lookForSink()
+{
+    m_nextSinkLook.setRemainingTime(m_sinkLookMs);
+    QByteArray problem;
+    PlaybackSink sink = makePlaybackSink(chosenSink(), &problem);
+    if (!sink || gst_element_set_state(sink.get(), GST_STATE_READY) != GST_STATE_CHANGE_SUCCESS || isSilent(sink.get()))
+        return;
+    qDebug("PlaybackThread,play,the sink is back.");
+    const qint64 position = m_buffer.ui4_start;
+    m_fetcher.stop();
+    m_pipeline.reset();
+    m_hasSilentSink = false;
+    m_isSinkReused = false;
+    m_mayKeepSink = true;
+    m_sinkDescription = chosenSink();
+    build(std::move(sink), position);
 }
 
 void PlaybackWorker::fail(int code, const QByteArray &why)
@@ -387,6 +413,8 @@ void PlaybackWorker::tick()
         tickStarting();
     else if (m_pipeline)
         tickPlaying();
+    if (m_pipeline && m_hasSilentSink && m_order.isPlaying() && m_nextSinkLook.hasExpired())
+        lookForSink();
 }
 
 void PlaybackWorker::tickStarting()

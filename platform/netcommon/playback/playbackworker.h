@@ -40,6 +40,7 @@ private:
     void startIfReady();
     void ended();
     void sinkFailed(const QByteArray &why);
+    void lookForSink();
     void fail(int code, const QByteArray &why);
     bool isIdle() const { return !m_pipeline && !m_endingTrack && !m_sink; }
     int tickMs() const;
@@ -49,6 +50,8 @@ private:
     void applyState(); // the pipeline does what the caller wants, unless it is held
     void publish(const IMTK_PB_CTRL_BUFFER_STATUS_T &buffer);
     void flush(); // takes reports to the GUI thread
+
+    static constexpr qint64 firstSinkLookMs = 1000; // doubles each time within a track
 
     PlaybackInbox &m_inbox;
     Fetcher &m_fetcher;
@@ -64,6 +67,8 @@ private:
     bool m_mayKeepSink = false;                      // the same; false: it only replaces one that failed
     bool m_isSinkReused = false;                     // m_pipeline's sink was opened for an earlier track
     bool m_hasSilentSink = false;                    // m_pipeline's sink replaces one that failed
+    QDeadlineTimer m_nextSinkLook;                   // valid while m_hasSilentSink: when to look for the chosen sink
+    qint64 m_sinkLookMs = firstSinkLookMs;           // the pause before it
     std::unique_ptr<PlaybackPipeline> m_endingTrack; // a replaced track's last moments; null: none. It holds the sink
     QDeadlineTimer m_endingIsOver;                   // valid while m_endingTrack plays: then it is cut
     std::unique_ptr<PlaybackPipeline> m_pipeline;    // null: nothing loaded
