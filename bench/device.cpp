@@ -139,7 +139,10 @@ bool Device::prepare(const QStringList &music)
         return false;
     dieWithUs(m_server);
     m_server.setProcessChannelMode(QProcess::MergedChannels);
-    const QStringList played = music.isEmpty() ? QStringList{QStringLiteral("--demo-tracks"), tracksOfStyle} : music;
+    // An analysis in the background would be measured as well.
+    const QStringList demo = {QStringLiteral("--demo-tracks"), tracksOfStyle, QStringLiteral("--analysis"),
+                              QStringLiteral("off")};
+    const QStringList played = music.isEmpty() ? demo : music;
     m_server.start(QStringLiteral(BENCH_SERVER), QStringList{QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
                                                              QStringLiteral("--data"), m_library} +
                                                      played);
