@@ -144,6 +144,7 @@ int run(const ServerOptions &options)
         music.looked = [&service] { completeDemoAccount(service); };
     Library library(service.store, service.catalogue, settings.clock, music);
     service.library = &library;
+    service.playlists.setTranscodes(&library.transcodes());
 
     MailSettings mail;
     mail.smtp = options.smtp;

@@ -1,5 +1,5 @@
-// velmora-fuzz-media: has damaged copies of music files read by velmora-media, as the service does it, and counts what
-// came of them. Keeps each copy over which the worker broke down.
+// velmora-fuzz-media: has damaged copies of music files read by velmora-media or velmora-media-formats, as the service
+// does it, and counts what came of them. Keeps each copy over which the worker broke down.
 //   velmora-fuzz-media WORKER COUNT FOLDER FILE...
 #include "server/media/mediaworker.h"
 
@@ -66,8 +66,10 @@ int main(int argc, char *argv[])
         }
     }
     std::mt19937 random(20);
-    MediaWorker worker(argv[1]);
-    int outcomes[5] = {};
+    const bool isFormats = std::filesystem::path(argv[1]).filename() == "velmora-media-formats";
+    MediaWorker worker(argv[1], isFormats ? transcodingRole : nullptr);
+    const std::filesystem::path transcoded = folder / "transcoded";
+    int outcomes[6] = {};
     for (int i = 0; i < count; ++i) {
         const std::filesystem::path mutant = folder / ("mutant-" + std::to_string(i));
         std::ofstream(mutant, std::ios::binary)
@@ -78,10 +80,18 @@ int main(int argc, char *argv[])
         std::string jpeg;
         std::string problem;
         bool isKept = false;
-        for (const Outcome outcome :
-             {worker.readTags(file, &tags, &problem), worker.readPicture(Operation::Picture, file, &jpeg, &problem),
-              worker.readPicture(Operation::Cover, file, &jpeg, &problem),
-              worker.analyse(file, 1, &analysis, &problem)}) {
+        std::vector<Outcome> results = {worker.readTags(file, &tags, &problem),
+                                        worker.analyse(file, 1, &analysis, &problem)};
+        if (isFormats) {
+            const int to = ::open(transcoded.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+            uint64_t bytes = 0;
+            results.push_back(worker.transcode(file, to, 1, 64u << 20, &bytes, &problem));
+            ::close(to);
+        } else {
+            results.push_back(worker.readPicture(Operation::Picture, file, &jpeg, &problem));
+            results.push_back(worker.readPicture(Operation::Cover, file, &jpeg, &problem));
+        }
+        for (const Outcome outcome : results) {
             ++outcomes[static_cast<size_t>(outcome)];
             isKept = isKept || outcome == Outcome::Crashed || outcome == Outcome::TooSlow;
         }
@@ -89,7 +99,7 @@ int main(int argc, char *argv[])
         if (!isKept)
             ::unlink(mutant.c_str());
     }
-    std::printf("%d files: %d answers, %d refusals, %d breakdowns, %d too slow, %d without a worker\n", count,
-                outcomes[0], outcomes[1], outcomes[2], outcomes[3], outcomes[4]);
-    return outcomes[2] + outcomes[3] + outcomes[4] == 0 ? 0 : 1;
+    std::printf("%d files: %d answers, %d refusals, %d breakdowns, %d too slow, %d without a worker, %d without room\n",
+                count, outcomes[0], outcomes[1], outcomes[2], outcomes[3], outcomes[4], outcomes[5]);
+    return outcomes[2] + outcomes[3] + outcomes[4] + outcomes[5] == 0 ? 0 : 1;
 }

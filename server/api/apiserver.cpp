@@ -236,12 +236,15 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     // Its folder may be a network share that does not answer: nobody shall wait for that.
     if (track && !track->isPlayable)
         return refuse(503, "its folder is away");
+    const std::optional<std::filesystem::path> audio = track ? audioFileFor(m_service, *track) : ad->audioFile;
+    if (!audio)
+        return refuse(503, "it is being transcoded");
     noteStart(request);
     if (track && track->gainDb)
         response.set_header("Velmora-Gain", decimal(*track->gainDb));
     if (track && track->peak)
         response.set_header("Velmora-Peak", decimal(*track->peak));
-    streamMedia(request, response, track ? track->audioFile : ad->audioFile, track ? track->audioType : ad->audioType);
+    streamMedia(request, response, *audio, track ? track->audioType : ad->audioType);
 }
 
 void ApiServer::noteStart(const httplib::Request &request)

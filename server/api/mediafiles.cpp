@@ -1,5 +1,7 @@
 #include "server/api/mediafiles.h"
 
+#include "server/library/library.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -40,6 +42,13 @@ std::optional<std::string> publicIdOf(const std::string &file)
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
     });
     return isPlain ? std::optional(file.substr(0, dot)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> audioFileFor(StationService &service, const Track &track)
+{
+    if (!track.needsTranscoding)
+        return track.audioFile;
+    return service.library ? service.library->transcodes().file(track.id) : std::nullopt;
 }
 
 RangeResult parseRange(std::string_view header, uint64_t size, ByteRange *range)

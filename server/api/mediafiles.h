@@ -1,6 +1,6 @@
 #pragma once
 
-#include "server/catalogue/catalogue.h"
+#include "server/api/stationservice.h"
 
 #include <optional>
 #include <string>
@@ -13,6 +13,9 @@ std::string audioExtension(const std::string &mediaType);
 // "track-1.flac" is "track-1"; nothing when there is no extension or something else than letters, digits, '-' and '_'
 // stands before it.
 std::optional<std::string> publicIdOf(const std::string &file);
+
+// The file that radios get of a track: its own, or its transcode. Nothing while that is not there; it is begun then.
+std::optional<std::filesystem::path> audioFileFor(StationService &service, const Track &track);
 
 // The part of a file that a Range header asks for.
 struct ByteRange {

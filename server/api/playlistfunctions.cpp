@@ -29,7 +29,7 @@ json getPlaylist(Call &call)
             [&] { return service.playlists.hasOwnMusic(station) || !service.catalogue.isGrowing(); }, service.patience);
     }
     const std::vector<PlaylistEntry> list = service.playlists.next(station, call.session.keyHash);
-    if (list.empty() && service.catalogue.isGrowing())
+    if (list.empty() && (service.catalogue.isGrowing() || service.playlists.isPreparing()))
         throw ApiError(Code::Internal, "no track is ready to be played yet");
     if (list.empty())
         throw ApiError(Code::NoSuchMusic, "nothing is left to play on this station");

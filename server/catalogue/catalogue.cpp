@@ -1,5 +1,6 @@
 #include "server/catalogue/catalogue.h"
 
+#include "server/catalogue/mediatypes.h"
 #include "server/catalogue/owners.h"
 #include "server/catalogue/searchtext.h"
 #include "server/store/store.h"
@@ -41,6 +42,9 @@ Track readTrack(const Statement &row)
     track.durationSeconds = static_cast<int>(row.integer(11));
     track.audioFile = row.text(12);
     track.audioType = row.text(13);
+    track.needsTranscoding = !isPlayedByRadios(track.audioType);
+    if (track.needsTranscoding)
+        track.audioType = transcodedMediaType;
     track.bitrate = static_cast<int>(row.integer(14));
     track.pictureFile = row.text(15);
     track.isExplicit = row.integer(16) != 0;

@@ -30,14 +30,15 @@ struct Track {
     int year = 0;
     int durationSeconds = 0;
     std::filesystem::path audioFile;
-    std::string audioType; // media type
+    std::string audioType; // media type, as radios get it
     int bitrate = 0;       // bits a second
     std::filesystem::path pictureFile;
     bool isExplicit = false;
-    bool isPlayable = false;      // its audio file is there, whole
-    bool isDemo = false;          // of the demo catalogue
-    std::optional<double> gainDb; // what brings it to -18 LUFS; nothing until it was measured
-    std::optional<double> peak;   // highest sample, 1 is full scale
+    bool needsTranscoding = false; // audioFile is of another type
+    bool isPlayable = false;       // its audio file is there, whole
+    bool isDemo = false;           // of the demo catalogue
+    std::optional<double> gainDb;  // what brings it to -18 LUFS; nothing until it was measured
+    std::optional<double> peak;    // highest sample, 1 is full scale
 };
 
 struct Ad {

@@ -75,10 +75,12 @@ public:
     bool allow(Position track) const
     {
         const TrackFacts &facts = m_index.facts(track);
-        return (!facts.isExplicit || m_circumstances.allowsExplicit) && !m_artists.contains(facts.artist) &&
-               !m_recordings.contains(facts.recording) && !m_albums.contains(facts.album) &&
-               !m_composers.contains(facts.composer) && !m_works.contains(facts.work) &&
-               !m_circumstances.excludedTracks.contains(facts.id) &&
+        const auto &transcoded = m_circumstances.transcoded;
+        return (!facts.isExplicit || m_circumstances.allowsExplicit) &&
+               (!facts.needsTranscoding || !transcoded || transcoded->contains(facts.id)) &&
+               !m_artists.contains(facts.artist) && !m_recordings.contains(facts.recording) &&
+               !m_albums.contains(facts.album) && !m_composers.contains(facts.composer) &&
+               !m_works.contains(facts.work) && !m_circumstances.excludedTracks.contains(facts.id) &&
                !m_circumstances.excludedArtists.contains(facts.artist) && isNextMovement(facts);
     }
 

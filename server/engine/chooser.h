@@ -14,6 +14,8 @@ struct Circumstances {
     std::unordered_set<int64_t> excludedTracks;
     std::unordered_set<int64_t> excludedArtists;
     bool allowsExplicit = true;
+    // Null: any track will do. Else one that needs transcoding must be among these, which are transcoded.
+    std::shared_ptr<const std::unordered_set<int64_t>> transcoded;
 };
 
 struct Candidate {

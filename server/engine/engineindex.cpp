@@ -65,6 +65,7 @@ EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std:
         facts.work = track.work;
         facts.movement = track.movement;
         facts.isExplicit = track.isExplicit;
+        facts.needsTranscoding = track.needsTranscoding;
         if (!track.descriptor)
             facts.tempo = static_cast<int16_t>(std::clamp(track.tempo, 0, 400));
         else if ((*track.descriptor)[media::number::clearness] >= media::clearTempo)

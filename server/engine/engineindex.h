@@ -25,6 +25,7 @@ struct TrackFacts {
     int32_t movement = 0;
     int16_t tempo = 0; // beats a minute; 0 when it is not known for certain
     bool isExplicit = false;
+    bool needsTranscoding = false;
 };
 
 // All that the engine knows of the music, as it was at one moment. Immutable once built, so that any thread reads it

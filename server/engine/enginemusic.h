@@ -30,6 +30,7 @@ struct EngineTrack {
     int movement = 0; // within the work, from 1
     int tempo = 0;    // beats a minute as tagged; used until the track has a descriptor
     bool isExplicit = false;
+    bool needsTranscoding = false; // radios do not decode it as it is
     std::vector<StyleWeight> tags;
     std::optional<media::Descriptor> descriptor;
 };

@@ -15,9 +15,9 @@ namespace velmora::server {
 
 namespace {
 
-constexpr std::array musicExtensions = {"mp3",  "mp2", "flac", "ogg",  "oga", "opus", "wav",
-                                        "wave", "aif", "aiff", "aifc", "m4a", "m4b",  "mp4",
-                                        "aac",  "wma", "asf",  "ape",  "wv",  "tta",  "mpc"};
+constexpr std::array musicExtensions = {"mp3", "mp2",  "flac", "ogg", "oga", "opus", "wav", "wave",
+                                        "aif", "aiff", "aifc", "m4a", "m4b", "mp4",  "aac", "wma",
+                                        "asf", "ape",  "wv",   "tta", "mpc", "spx",  "dsf", "dff"};
 
 struct DirectoryCloser {
     void operator()(DIR *directory) const { ::closedir(directory); }

@@ -57,6 +57,7 @@ Library::Library(Store &store, Catalogue &catalogue, Clock clock, LibrarySetting
     : m_store(store, catalogue, clock)
     , m_catalogue(catalogue)
     , m_clock(std::move(clock))
+    , m_transcodes(store, catalogue)
     , m_settings(std::move(settings))
     , m_config(m_settings.config)
 {
@@ -77,7 +78,20 @@ void Library::start()
     const std::filesystem::path covers = m_settings.dataDirectory / "covers";
     ::mkdir(covers.c_str(), 0700);
     m_store.forgetOldAnalyses();
+    m_hasFormats = ::access(m_settings.formatsProgram.c_str(), X_OK) == 0;
+    m_store.setHasFormats(m_hasFormats);
     applyConfig();
+    TranscodeSettings transcoding;
+    transcoding.directory = m_settings.dataDirectory / "transcodes";
+    transcoding.program = m_settings.formatsProgram;
+    transcoding.pause = m_settings.storePause;
+    transcoding.spare = m_settings.spareTranscodes;
+    transcoding.reserveBytes = m_settings.reserveBytes;
+    transcoding.say = m_settings.say;
+    transcoding.leaveOut = [this](int64_t file, int64_t track, const char *reason, const std::string &problem) {
+        m_store.putAnalysisFailure({file, track, {}, {}, 0, true}, reason, problem);
+    };
+    m_transcodes.start(std::move(transcoding));
     m_scanner = std::thread([this] { scanLoop(); });
 }
 
@@ -106,6 +120,7 @@ void Library::stop()
     }
     m_wake.notify_all();
     m_changes.ring();
+    m_transcodes.stop();
     if (m_scanner.joinable())
         m_scanner.join();
     for (std::thread &listener : m_listeners)
@@ -217,6 +232,7 @@ void Library::applyConfig()
     }
     config.isAnalysed = m_settings.isAnalysed.value_or(config.isAnalysed);
     m_config = config;
+    m_transcodes.setMostBytes(uint64_t(config.transcodeMegabytes) << 20);
     std::vector<std::pair<std::filesystem::path, std::string>> roots;
     for (const std::filesystem::path &folder : m_config.folders)
         roots.emplace_back(folder, "folder");
@@ -238,9 +254,13 @@ void Library::scanLoop()
 {
     // Made here: a worker ends with the thread that started it.
     m_worker = std::make_unique<media::MediaWorker>(m_settings.workerProgram);
+    if (m_hasFormats)
+        m_formats = std::make_unique<media::MediaWorker>(m_settings.formatsProgram);
     {
         const std::lock_guard guard(m_mutex);
         m_workers.insert(m_worker.get());
+        if (m_formats)
+            m_workers.insert(m_formats.get());
     }
     auto looked = SteadyClock::time_point();
     auto reported = SteadyClock::now();
@@ -304,7 +324,9 @@ void Library::scanLoop()
     m_catalogue.setGrowing("library", false);
     const std::lock_guard guard(m_mutex);
     m_workers.erase(m_worker.get());
+    m_workers.erase(m_formats.get());
     m_worker.reset();
+    m_formats.reset();
 }
 
 std::set<int64_t> Library::dueRoots(bool isAll)
@@ -591,19 +613,26 @@ ReadFile Library::readFile(int folder, const FoundFile &found, const KnownFile *
         return read;
     }
     media::Outcome outcome{};
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        outcome = m_worker->readTags(file.value, &read.tags, &read.problem);
-        if ((outcome != media::Outcome::Crashed && outcome != media::Outcome::TooSlow) || m_isStopping)
-            break;
-    }
+    const auto readTags = [&](media::MediaWorker &worker) {
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            outcome = worker.readTags(file.value, &read.tags, &read.problem);
+            if ((outcome != media::Outcome::Crashed && outcome != media::Outcome::TooSlow) || m_isStopping)
+                break;
+        }
+    };
+    readTags(*m_worker);
+    if (outcome == media::Outcome::Refused && m_formats)
+        readTags(*m_formats);
     switch (outcome) {
     case media::Outcome::Done:
+        read.problem.clear(); // the first worker's
         read.hasTags = true;
         read.facts = factsOf(read.tags, found.path, [this](const std::string &name) { return m_store.isArtist(name); });
         break;
     case media::Outcome::NoWorker:
         throw std::runtime_error(read.problem);
     case media::Outcome::Refused:
+    case media::Outcome::NoRoom:
         read.leftOut = leftout::damaged;
         break;
     case media::Outcome::Crashed:

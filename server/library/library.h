@@ -5,6 +5,7 @@
 #include "server/library/libraryconfig.h"
 #include "server/library/librarystore.h"
 #include "server/library/rootprobe.h"
+#include "server/library/transcodes.h"
 #include "server/media/mediaworker.h"
 
 #include <atomic>
@@ -23,13 +24,17 @@ struct LibrarySettings {
     LibraryConfig config;                           // of the command line; folders and patterns of the file come on top
     std::optional<bool> isAnalysed;                 // of the command line, which wins
     std::vector<std::filesystem::path> demoFolders; // scanned like the others; their tracks are the demo catalogue's
-    std::filesystem::path dataDirectory;            // covers/ is made in it
+    std::filesystem::path dataDirectory;            // covers/ and transcodes/ are made in it
     std::filesystem::path workerProgram = media::MediaWorker::besideThisProgram();
+    // Where it is missing, music that radios do not decode does not play.
+    std::filesystem::path formatsProgram = media::MediaWorker::besideThisProgram("velmora-media-formats");
     std::function<void(const std::string &)> say = [](const std::string &) {}; // a line for the log; any thread
-    std::function<void()> looked = [] {};        // every few seconds, on the scanner thread
-    std::chrono::milliseconds tick{2000};        // how often configuration and changes are looked at
-    std::chrono::milliseconds awayTick{30000};   // how often folders are looked for
-    std::chrono::milliseconds storePause{60000}; // after the store refused something
+    std::function<void()> looked = [] {}; // every few seconds, on the scanner thread
+    size_t spareTranscodes = TranscodeSettings().spare;
+    uint64_t reserveBytes = TranscodeSettings().reserveBytes; // that transcodes leave free on the disk
+    std::chrono::milliseconds tick{2000};                     // how often configuration and changes are looked at
+    std::chrono::milliseconds awayTick{30000};                // how often folders are looked for
+    std::chrono::milliseconds storePause{60000};              // after the store refused something
 };
 
 // What the scanner saw.
@@ -73,6 +78,7 @@ public:
     // Looks through all folders now; what failed is tried again.
     void rescan();
     LibraryStore &store() { return m_store; }
+    Transcodes &transcodes() { return m_transcodes; }
     // Waits until a whole round has been made and all is listened to and pictured, for tests. False after `longest`.
     bool waitUntilDone(std::chrono::milliseconds longest, int64_t rounds = 1);
 
@@ -98,7 +104,7 @@ private:
     void setListeners(int count);
     std::optional<ToAnalyse> nextToAnalyse();
     std::optional<LibraryStore::AlbumToPicture> nextAlbum();
-    void listen(media::MediaWorker &worker, const ToAnalyse &file);
+    void listen(media::MediaWorker &worker, media::MediaWorker &formats, const ToAnalyse &file);
     // As JPEG, from inside the file or from beside it; empty when there is none.
     std::string coverOf(media::MediaWorker &worker, const std::filesystem::path &music);
     std::filesystem::path writeCover(const std::string &name, const std::string &jpeg);
@@ -110,13 +116,16 @@ private:
     LibraryStore m_store;
     Catalogue &m_catalogue;
     Clock m_clock;
+    Transcodes m_transcodes;
     LibrarySettings m_settings;
-    LibraryConfig m_config;                       // in force; scanner thread
-    std::string m_configText;                     // stamp of the file that it came from; scanner thread
-    bool m_isConfigured = false;                  // scanner thread, once it runs
-    RootProbe m_probe;                            // scanner thread
-    std::unique_ptr<media::MediaWorker> m_worker; // scanner thread
-    ChangeWatch m_changes;                        // scanner thread, but for ring()
+    LibraryConfig m_config;                        // in force; scanner thread
+    std::string m_configText;                      // stamp of the file that it came from; scanner thread
+    bool m_isConfigured = false;                   // scanner thread, once it runs
+    RootProbe m_probe;                             // scanner thread
+    std::unique_ptr<media::MediaWorker> m_worker;  // scanner thread
+    bool m_hasFormats = false;                     // formatsProgram is there; set by start()
+    std::unique_ptr<media::MediaWorker> m_formats; // scanner thread; null without that program
+    ChangeWatch m_changes;                         // scanner thread, but for ring()
     struct RootState {
         std::chrono::steady_clock::time_point scanned;                // never: the epoch
         std::optional<std::chrono::steady_clock::time_point> changed; // and not scanned since

@@ -66,12 +66,15 @@ bool writeWhole(const std::filesystem::path &file, const std::string &bytes)
 void Library::listenLoop(int number)
 {
     std::optional<media::MediaWorker> worker;
-    const auto endWorker = [&] {
+    std::optional<media::MediaWorker> formats;
+    const auto endWorkers = [&] {
         {
             const std::lock_guard guard(m_mutex);
             m_workers.erase(&*worker);
+            m_workers.erase(&*formats);
         }
         worker.reset();
+        formats.reset();
     };
     while (!m_isStopping) {
         {
@@ -79,14 +82,16 @@ void Library::listenLoop(int number)
             if (number >= m_listening) {
                 if (worker) {
                     guard.unlock();
-                    endWorker();
+                    endWorkers();
                     continue;
                 }
                 m_wake.wait(guard, [&] { return m_isStopping || number < m_listening; });
                 continue;
             }
-            if (!worker)
+            if (!worker) {
                 m_workers.insert(&worker.emplace(m_settings.workerProgram));
+                m_workers.insert(&formats.emplace(m_settings.formatsProgram));
+            }
         }
         bool isBusy = false;
         try {
@@ -103,7 +108,7 @@ void Library::listenLoop(int number)
                 m_albumsInWork.erase(album->id);
             } else if (const std::optional<ToAnalyse> file = nextToAnalyse()) {
                 isBusy = true;
-                listen(*worker, *file);
+                listen(*worker, *formats, *file);
                 const std::lock_guard guard(m_mutex);
                 m_inWork.erase(file->fileId);
             }
@@ -123,7 +128,7 @@ void Library::listenLoop(int number)
         }
     }
     if (worker)
-        endWorker();
+        endWorkers();
 }
 
 std::optional<LibraryStore::AlbumToPicture> Library::nextAlbum()
@@ -175,7 +180,7 @@ std::optional<ToAnalyse> Library::nextToAnalyse()
     return take();
 }
 
-void Library::listen(media::MediaWorker &worker, const ToAnalyse &file)
+void Library::listen(media::MediaWorker &worker, media::MediaWorker &formats, const ToAnalyse &file)
 {
     FileStamp stamp;
     const Descriptor opened{openRegular(AT_FDCWD, (file.root / file.path).native(), &stamp)};
@@ -189,7 +194,7 @@ void Library::listen(media::MediaWorker &worker, const ToAnalyse &file)
     media::Outcome outcome{};
     const auto begin = SteadyClock::now();
     for (int attempt = 0; attempt < 2; ++attempt) {
-        outcome = worker.analyse(opened.value, file.seconds, &analysis, &problem);
+        outcome = (file.needsTranscoding ? formats : worker).analyse(opened.value, file.seconds, &analysis, &problem);
         if ((outcome != media::Outcome::Crashed && outcome != media::Outcome::TooSlow) || m_isStopping)
             break;
     }
@@ -209,6 +214,7 @@ void Library::listen(media::MediaWorker &worker, const ToAnalyse &file)
     case media::Outcome::NoWorker:
         throw std::runtime_error(problem);
     case media::Outcome::Refused:
+    case media::Outcome::NoRoom:
         m_store.putAnalysisFailure(file, leftout::damaged, problem);
         break;
     case media::Outcome::Crashed:

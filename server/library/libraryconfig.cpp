@@ -58,6 +58,9 @@ std::string take(LibraryConfig &config, const std::string &key, const std::strin
         if (value != "on" && value != "off")
             return "analysis is on or off";
         config.isAnalysed = value == "on";
+    } else if (key == "transcode-megabytes") {
+        if (!readNumber(value, 256, 1024 * 1024, &config.transcodeMegabytes))
+            return "transcode-megabytes is a number from 256 to 1048576";
     } else {
         return "there is no key " + printable(key);
     }

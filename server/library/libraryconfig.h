@@ -16,6 +16,7 @@ struct LibraryConfig {
     std::map<std::filesystem::path, int> rescanMinutesOf; // of folders with an interval of their own
     int workers = 0; // that listen to music at the same time; 0: one less than the machine has cores
     bool isAnalysed = true;
+    int transcodeMegabytes = 4096; // what transcodes may take, of 2^20 bytes
 
     int rescanMinutesFor(const std::filesystem::path &folder) const;
     bool operator==(const LibraryConfig &) const = default;

@@ -1,6 +1,7 @@
 // The roots, and the files as they stand in them.
 #include "server/library/librarystore.h"
 
+#include "server/catalogue/mediatypes.h"
 #include "server/catalogue/searchtext.h"
 #include "server/store/store.h"
 
@@ -19,6 +20,19 @@ LibraryStore::LibraryStore(Store &store, Catalogue &catalogue, Clock clock)
     , m_catalogue(catalogue)
     , m_clock(std::move(clock))
 {
+}
+
+void LibraryStore::setHasFormats(bool hasFormats)
+{
+    m_hasFormats = hasFormats;
+    const std::string now = hasFormats ? "1" : "0";
+    if (m_store.setting("library formats") == now)
+        return;
+    // A long statement at the only occasions: that program is installed or removed.
+    m_store.lock()->run("UPDATE files SET worker_version = 0 WHERE left_out = 'kind' OR track_id IN (SELECT id FROM "
+                        "tracks WHERE NOT " +
+                        isPlayedByRadiosSql("audio_type") + ")");
+    m_store.setSetting("library formats", now);
 }
 
 void LibraryStore::setRoots(const std::vector<std::pair<std::filesystem::path, std::string>> &pathsAndSources)

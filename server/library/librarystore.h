@@ -20,7 +20,7 @@ inline constexpr const char *shortPiece = "short";    // under 20 seconds
 inline constexpr const char *longPiece = "long";      // over 15 minutes, classical music over 30
 inline constexpr const char *speech = "speech";       // an audio book, a podcast
 inline constexpr const char *duplicate = "duplicate"; // a better file of the same recording plays
-inline constexpr const char *kind = "kind";           // of a kind that radios do not play
+inline constexpr const char *kind = "kind";           // radios do not decode it, and nothing transcodes it
 } // namespace leftout
 
 struct Root {
@@ -63,6 +63,7 @@ struct ToAnalyse {
     std::filesystem::path root;
     std::string path;
     double seconds = 0;
+    bool needsTranscoding = false; // of a kind that velmora-media does not decode
 };
 
 struct LibraryCounts {
@@ -92,6 +93,9 @@ public:
 
     LibraryStore(Store &store, Catalogue &catalogue, Clock clock);
 
+    // Whether music that radios do not decode can be transcoded. Where that changed, its files are read again. Called
+    // before a scan.
+    void setHasFormats(bool hasFormats);
     // These are the roots from now on; others are kept with all that is theirs, but nothing of them plays.
     void setRoots(const std::vector<std::pair<std::filesystem::path, std::string>> &pathsAndSources);
     std::vector<Root> roots();
@@ -160,6 +164,7 @@ private:
     Store &m_store;
     Catalogue &m_catalogue;
     Clock m_clock;
+    std::atomic<bool> m_hasFormats{false};
 };
 
 } // namespace velmora::server

@@ -1,6 +1,7 @@
 // What listening to the files found, and the pictures of their albums.
 #include "server/library/librarystore.h"
 
+#include "server/catalogue/mediatypes.h"
 #include "server/library/halffloat.h"
 #include "server/library/playrules.h"
 #include "server/store/store.h"
@@ -13,7 +14,8 @@ std::vector<ToAnalyse> LibraryStore::nextToAnalyse(size_t most, uint32_t randomS
 {
     std::vector<ToAnalyse> result;
     const Store::Lock db = m_store.lock();
-    const std::string select = "SELECT f.id, f.track_id, r.path, f.path, COALESCE(t.seconds, 0) FROM files f ";
+    const std::string select = "SELECT f.id, f.track_id, r.path, f.path, COALESCE(t.seconds, 0), NOT " +
+                               isPlayedByRadiosSql("t.audio_type") + " FROM files f ";
     const std::string rest = " f.analysis_version = 0 AND f.track_id IS NOT NULL AND f.missing_since IS NULL AND "
                              "f.left_out IN ('', 'duplicate') AND r.is_present AND r.is_configured LIMIT ?2";
     const std::string joins = "JOIN roots r ON r.id = f.root_id JOIN tracks t ON t.id = f.track_id WHERE ";
@@ -21,7 +23,8 @@ std::vector<ToAnalyse> LibraryStore::nextToAnalyse(size_t most, uint32_t randomS
         Statement row = db->prepare(query);
         row.with(value, static_cast<int64_t>(most - result.size()));
         while (row.step())
-            result.push_back({row.integer(0), row.integer(1), row.blob(2), row.blob(3), row.real(4)});
+            result.push_back(
+                {row.integer(0), row.integer(1), row.blob(2), row.blob(3), row.real(4), row.integer(5) != 0});
     };
     // What a listener named, rated or is about to hear.
     take(

@@ -36,7 +36,7 @@ int LibraryStore::put(int64_t rootId, const std::vector<ReadFile> &files,
                     keepReplaced(*db, fileId);
             }
             const int64_t known = trackId;
-            const std::string leftOut = ruleFor(file);
+            const std::string leftOut = ruleFor(file, m_hasFormats);
             if (file.hasTags)
                 trackId = putTrack(*db, rootId, file, trackId);
             made += known == 0 && trackId != 0;
@@ -215,7 +215,7 @@ int64_t LibraryStore::putTrack(Database &db, int64_t rootId, const ReadFile &fil
     row.with(randomToken(9), trackId, artist, album, facts.song, foldedText(facts.song), style, facts.year, duration,
              Blob{audioPath}, mediaTypeOf(file.tags.container), file.tags.bitrate, facts.isExplicit, source, byWhom,
              facts.composer, facts.work, facts.movement, facts.disc, facts.number, file.tags.seconds,
-             kindFor(ruleFor(file)), taggedGain(file.tags), facts.mood, facts.tempo);
+             kindFor(ruleFor(file, m_hasFormats)), taggedGain(file.tags), facts.mood, facts.tempo);
     row.step();
     const int64_t id = row.integer(0);
     row.reset();

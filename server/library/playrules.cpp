@@ -1,5 +1,6 @@
 #include "server/library/playrules.h"
 
+#include "server/catalogue/mediatypes.h"
 #include "server/library/librarystore.h"
 
 #include <algorithm>
@@ -16,34 +17,42 @@ constexpr double mostGain = 9;
 // A lossless file is better than any other, then the bit rate decides.
 constexpr int64_t losslessQuality = 1'000'000'000;
 
-struct PlayedKind {
+struct ContainerType {
     const char *container;
     const char *mediaType;
 };
-constexpr std::array playedKinds = {
-    PlayedKind{"mpeg", "audio/mpeg"},    PlayedKind{"flac", "audio/flac"},    PlayedKind{"ogg-vorbis", "audio/ogg"},
-    PlayedKind{"ogg-opus", "audio/ogg"}, PlayedKind{"ogg-flac", "audio/ogg"}, PlayedKind{"wav", "audio/wav"},
+constexpr std::array containerTypes = {
+    ContainerType{"mpeg", "audio/mpeg"},         ContainerType{"flac", "audio/flac"},
+    ContainerType{"ogg-vorbis", "audio/ogg"},    ContainerType{"ogg-opus", "audio/ogg"},
+    ContainerType{"ogg-flac", "audio/ogg"},      ContainerType{"wav", "audio/wav"},
+    ContainerType{"mp4", "audio/mp4"},           ContainerType{"adts", "audio/aac"},
+    ContainerType{"asf", "audio/x-ms-wma"},      ContainerType{"ape", "audio/x-ape"},
+    ContainerType{"wavpack", "audio/x-wavpack"}, ContainerType{"mpc", "audio/x-musepack"},
+    ContainerType{"tta", "audio/x-tta"},         ContainerType{"aiff", "audio/aiff"},
+    ContainerType{"ogg-speex", "audio/x-speex"}, ContainerType{"dsf", "audio/x-dsf"},
+    ContainerType{"dff", "audio/x-dff"},
 };
 
 } // namespace
 
 const char *mediaTypeOf(const std::string &container)
 {
-    for (const PlayedKind &kind : playedKinds) {
-        if (container == kind.container)
-            return kind.mediaType;
+    for (const ContainerType &type : containerTypes) {
+        if (container == type.container)
+            return type.mediaType;
     }
     return "";
 }
 
-std::string ruleFor(const ReadFile &file)
+std::string ruleFor(const ReadFile &file, bool hasFormats)
 {
     constexpr double shortest = 20;
     constexpr double longest = 15 * 60;
     constexpr double longestClassical = 30 * 60;
     if (!file.leftOut.empty())
         return file.leftOut;
-    if (mediaTypeOf(file.tags.container)[0] == '\0')
+    const std::string_view type = mediaTypeOf(file.tags.container);
+    if (type.empty() || (!hasFormats && !isPlayedByRadios(type)))
         return leftout::kind;
     if (file.facts.isSpeech)
         return leftout::speech;
@@ -82,7 +91,9 @@ std::optional<double> taggedGain(const media::MediaTags &tags)
 
 int64_t qualityOf(const media::MediaTags &tags)
 {
-    return tags.isLossless ? losslessQuality + tags.rate : tags.bitrate;
+    // Of two that are equal the one that radios play as it is.
+    return 2 * (tags.isLossless ? losslessQuality + tags.rate : tags.bitrate) +
+           isPlayedByRadios(mediaTypeOf(tags.container));
 }
 
 double gainFor(double loudness)

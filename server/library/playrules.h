@@ -12,10 +12,11 @@ struct ReadFile;
 // Rules over what was read from a file. Pure functions, any thread.
 
 // Why a file does not play, a name of `leftout`; empty when it plays.
-std::string ruleFor(const ReadFile &file);
+// `hasFormats`: what radios do not decode is transcoded.
+std::string ruleFor(const ReadFile &file, bool hasFormats);
 // The value of tracks.kind for a file left out for that reason.
 const char *kindFor(const std::string &leftOut);
-// The media type of a container that radios play; empty for others.
+// The media type of a container; empty for one that nothing decodes.
 const char *mediaTypeOf(const std::string &container);
 // Of two files of one recording the one with the higher number plays.
 int64_t qualityOf(const media::MediaTags &tags);

@@ -1,12 +1,9 @@
 // Loudness and descriptor of a whole file.
-#include "server/media/descriptor.h"
-#include "server/media/reading.h"
+#include "server/media/soundmeter.h"
 
-#include <ebur128.h>
 #include <sndfile.h>
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -45,9 +42,6 @@ SF_VIRTUAL_IO virtualFile()
 struct SoundCloser {
     void operator()(SNDFILE *file) const { sf_close(file); }
 };
-struct MeterCloser {
-    void operator()(ebur128_state *meter) const { ebur128_destroy(&meter); }
-};
 
 } // namespace
 
@@ -62,65 +56,17 @@ Verdict analyse(int descriptor, FieldWriter &answer)
     const std::unique_ptr<SNDFILE, SoundCloser> sound(sf_open_virtual(&io, SFM_READ, &info, &source));
     if (!sound)
         return refused(answer, "its sound cannot be decoded");
-    if (info.channels < 1 || info.channels > 8 || info.samplerate < 8000 || info.samplerate > 192000)
-        return refused(answer, "sound of an unusual kind: " + std::to_string(info.channels) + " channels, " +
-                                   std::to_string(info.samplerate) + " Hz");
-    const auto channels = static_cast<unsigned>(info.channels);
-    const std::unique_ptr<ebur128_state, MeterCloser> meter(
-        ebur128_init(channels, static_cast<unsigned long>(info.samplerate),
-                     EBUR128_MODE_I | EBUR128_MODE_LRA | EBUR128_MODE_SAMPLE_PEAK));
-    if (!meter)
-        return refused(answer, "there is no memory for it");
-    DescriptorBuilder builder(info.samplerate);
-
+    SoundMeter meter(info.channels, info.samplerate);
     constexpr sf_count_t pieceFrames = 4096;
+    const auto channels = static_cast<size_t>(info.channels);
     std::vector<float> piece(static_cast<size_t>(pieceFrames) * channels);
-    std::vector<float> mixed(static_cast<size_t>(pieceFrames));
-    sf_count_t frames = 0;
     for (;;) {
         const sf_count_t got = sf_readf_float(sound.get(), piece.data(), pieceFrames);
         if (got <= 0)
             break;
-        const auto count = static_cast<size_t>(got);
-        // One number that is not finite would spoil every sum after it.
-        for (float &sample : std::span(piece).first(count * channels))
-            sample = std::isfinite(sample) ? std::clamp(sample, -8.0f, 8.0f) : 0.0f;
-        for (size_t i = 0; i < count; ++i) {
-            float sum = 0;
-            for (unsigned channel = 0; channel < channels; ++channel)
-                sum += piece[i * channels + channel];
-            mixed[i] = sum / static_cast<float>(channels);
-        }
-        ebur128_add_frames_float(meter.get(), piece.data(), count);
-        builder.add(std::span(mixed).first(count));
-        frames += got;
+        meter.add(std::span(piece).first(static_cast<size_t>(got) * channels));
     }
-    if (frames == 0)
-        return refused(answer, "there is no sound in it");
-
-    double loudness = -HUGE_VAL;
-    double range = 0;
-    double peak = 0;
-    ebur128_loudness_global(meter.get(), &loudness);
-    ebur128_loudness_range(meter.get(), &range);
-    for (unsigned channel = 0; channel < channels; ++channel) {
-        double highest = 0;
-        ebur128_sample_peak(meter.get(), channel, &highest);
-        peak = std::max(peak, highest);
-    }
-    answer.number(Key::Seconds, static_cast<double>(frames) / info.samplerate);
-    if (std::isfinite(loudness)) {
-        answer.number(Key::Loudness, loudness);
-        answer.number(Key::LoudnessRange, range);
-    }
-    answer.number(Key::Peak, peak);
-    if (const std::optional<Descriptor> numbers = builder.finish(range)) {
-        answer.number(Key::IsSpeechLike, isSpeechLike(*numbers));
-        if (const std::optional<int> tempo = clearTempoOf(*numbers))
-            answer.number(Key::Tempo, *tempo);
-        answer.bytes(Key::Numbers, {reinterpret_cast<const char *>(numbers->data()), numbers->size() * sizeof(float)});
-    }
-    return Verdict::Done;
+    return meter.finish(answer);
 }
 
 } // namespace velmora::media

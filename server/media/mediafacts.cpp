@@ -106,9 +106,9 @@ std::optional<MediaTags> tagsOf(const std::vector<Field> &fields)
         return std::nullopt;
     const Field *container = find(fields, Key::Container);
     const Field *print = find(fields, Key::SoundPrint);
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || c == '-'; };
+    const auto isOfName = [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-'; };
     if (!container || container->bytes.empty() || container->bytes.size() > 16 ||
-        !std::all_of(container->bytes.begin(), container->bytes.end(), isLetter) || (print && print->bytes.size() > 32))
+        !std::all_of(container->bytes.begin(), container->bytes.end(), isOfName) || (print && print->bytes.size() > 32))
         return std::nullopt;
     tags.container = container->bytes;
     tags.soundPrint = print ? print->bytes : std::string();
@@ -164,6 +164,13 @@ std::optional<std::string> jpegOf(const std::vector<Field> &fields)
 {
     const Field *jpeg = find(fields, Key::Jpeg);
     return jpeg && jpeg->bytes.starts_with("\xff\xd8\xff") ? std::optional(jpeg->bytes) : std::nullopt;
+}
+
+std::optional<uint64_t> writtenBytesOf(const std::vector<Field> &fields)
+{
+    double bytes = 0;
+    const bool isRead = readNumber(fields, Key::Bytes, 1, 1e12, &bytes);
+    return isRead && bytes > 0 ? std::optional(static_cast<uint64_t>(bytes)) : std::nullopt;
 }
 
 std::string problemOf(const std::vector<Field> &fields)

@@ -40,6 +40,7 @@ struct MediaAnalysis {
 std::optional<MediaTags> tagsOf(const std::vector<Field> &fields);
 std::optional<MediaAnalysis> analysisOf(const std::vector<Field> &fields);
 std::optional<std::string> jpegOf(const std::vector<Field> &fields);
+std::optional<uint64_t> writtenBytesOf(const std::vector<Field> &fields);
 std::string problemOf(const std::vector<Field> &fields);
 
 // Well-formed UTF-8 without surrogates.

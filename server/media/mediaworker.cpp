@@ -24,8 +24,9 @@ constexpr int socketInChild = 3;
 
 } // namespace
 
-MediaWorker::MediaWorker(std::filesystem::path program)
+MediaWorker::MediaWorker(std::filesystem::path program, const char *role)
     : m_program(std::move(program))
+    , m_role(role)
     , m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
 }
@@ -37,10 +38,10 @@ MediaWorker::~MediaWorker()
         ::close(m_wake);
 }
 
-std::filesystem::path MediaWorker::besideThisProgram()
+std::filesystem::path MediaWorker::besideThisProgram(const char *name)
 {
     std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "velmora-media";
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / name;
 }
 
 void MediaWorker::interrupt()
@@ -71,7 +72,8 @@ bool MediaWorker::start()
     posix_spawnattr_setsigmask(&attributes, &none);
     posix_spawnattr_setsigdefault(&attributes, &all);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    char *const arguments[] = {const_cast<char *>("velmora-media"), nullptr};
+    const std::string name = m_program.filename();
+    char *const arguments[] = {const_cast<char *>(name.c_str()), const_cast<char *>(m_role), nullptr};
     char *const environment[] = {nullptr};
     const int result = ::posix_spawn(&m_process, m_program.c_str(), &actions, &attributes, arguments, environment);
     posix_spawnattr_destroy(&attributes);
@@ -100,20 +102,22 @@ void MediaWorker::end()
     m_process = -1;
 }
 
-bool MediaWorker::send(const Request &request, int file) const
+bool MediaWorker::send(const Request &request, int file, int to) const
 {
     iovec part{const_cast<Request *>(&request), sizeof request};
-    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
+    const int files[2] = {file, to};
+    const size_t bytes = to >= 0 ? sizeof files : sizeof file;
+    alignas(cmsghdr) char control[CMSG_SPACE(sizeof files)] = {};
     msghdr message{};
     message.msg_iov = &part;
     message.msg_iovlen = 1;
     message.msg_control = control;
-    message.msg_controllen = sizeof control;
+    message.msg_controllen = CMSG_SPACE(bytes);
     cmsghdr *head = CMSG_FIRSTHDR(&message);
     head->cmsg_level = SOL_SOCKET;
     head->cmsg_type = SCM_RIGHTS;
-    head->cmsg_len = CMSG_LEN(sizeof(int));
-    std::memcpy(CMSG_DATA(head), &file, sizeof(int));
+    head->cmsg_len = CMSG_LEN(bytes);
+    std::memcpy(CMSG_DATA(head), files, bytes);
     ssize_t sent = 0;
     do {
         sent = ::sendmsg(m_socket, &message, MSG_NOSIGNAL);
@@ -147,21 +151,21 @@ int MediaWorker::receive(void *buffer, size_t count, SteadyClock::time_point unt
     return 1;
 }
 
-Outcome MediaWorker::ask(Operation operation, int file, std::chrono::milliseconds longest, std::vector<Field> *fields,
-                         std::string *problem)
+Outcome MediaWorker::ask(Request request, int file, int to, std::chrono::milliseconds longest,
+                         std::vector<Field> *fields, std::string *problem)
 {
     if (m_files >= mostFiles)
         end();
     if (!start()) {
-        *problem = "velmora-media cannot be started";
+        *problem = m_program.filename().string() + " cannot be started";
         return Outcome::NoWorker;
     }
     const auto until = SteadyClock::now() + longest;
-    const Request request{static_cast<uint32_t>(operation), ++m_sequence};
+    request.sequence = ++m_sequence;
     const bool isFirst = m_files++ == 0;
     AnswerHead head;
     std::string bytes;
-    int result = send(request, file) ? receive(&head, sizeof head, until) : -1;
+    int result = send(request, file, to) ? receive(&head, sizeof head, until) : -1;
     if (result == 1) {
         if (head.sequence != request.sequence || head.length > mostAnswerBytes) {
             result = -2;
@@ -176,7 +180,7 @@ Outcome MediaWorker::ask(Operation operation, int file, std::chrono::millisecond
         if (head.verdict == static_cast<uint32_t>(Verdict::Done))
             return Outcome::Done;
         *problem = problemOf(*read);
-        return Outcome::Refused;
+        return head.verdict == static_cast<uint32_t>(Verdict::NoRoom) ? Outcome::NoRoom : Outcome::Refused;
     }
     // A process that leaves by itself at its first file could not enter its sandbox; no file makes it do that.
     int status = 0;
@@ -184,7 +188,7 @@ Outcome MediaWorker::ask(Operation operation, int file, std::chrono::millisecond
         m_process = -1;
         if (WIFEXITED(status)) {
             end();
-            *problem = "velmora-media cannot be started";
+            *problem = m_program.filename().string() + " cannot be started";
             return Outcome::NoWorker;
         }
     }
@@ -236,6 +240,24 @@ Outcome MediaWorker::analyse(int file, double seconds, MediaAnalysis *analysis, 
         return Outcome::Refused;
     }
     *analysis = *read;
+    return Outcome::Done;
+}
+
+Outcome MediaWorker::transcode(int file, int to, double seconds, uint64_t mostBytes, uint64_t *bytes,
+                               std::string *problem)
+{
+    std::vector<Field> fields;
+    const auto longest = 60s + std::chrono::seconds(static_cast<int64_t>(seconds / 6));
+    const Outcome outcome =
+        ask({static_cast<uint32_t>(Operation::Transcode), 0, mostBytes}, file, to, longest, &fields, problem);
+    if (outcome != Outcome::Done)
+        return outcome;
+    const std::optional<uint64_t> written = writtenBytesOf(fields);
+    if (!written || *written > mostBytes) {
+        *problem = "what was made of it is impossible";
+        return Outcome::Refused;
+    }
+    *bytes = *written;
     return Outcome::Done;
 }
 

@@ -2,15 +2,23 @@
 
 #include "server/media/wire.h"
 
-// Reads one open file. The parsers of media live here and nowhere else; called in the program velmora-media only, one
-// thread. The descriptor is a regular file, open for reading, and stays the caller's; its offset is not used.
+// Reads one open file. The parsers of media live here and in formats.h and nowhere else; called in the program
+// velmora-media only, one thread. The descriptor is a regular file, open for reading, and stays the caller's; its
+// offset is not used.
 namespace velmora::media {
 
 Verdict readTags(int file, FieldWriter &answer);
 Verdict readEmbeddedPicture(int file, FieldWriter &answer);
 Verdict readCoverFile(int file, FieldWriter &answer);
 Verdict analyse(int file, FieldWriter &answer);
-Verdict refused(FieldWriter &answer, std::string_view why);
+
+// The answer that a file cannot be used.
+inline Verdict refused(FieldWriter &answer, std::string_view why)
+{
+    answer.clear();
+    answer.bytes(Key::Problem, why);
+    return Verdict::Refused;
+}
 
 // Covers are scaled down to fit; what is larger than mostPicturePixels on a side or mostPictureBytes is refused.
 constexpr int coverPixels = 640;

@@ -20,7 +20,6 @@ constexpr bool isSanitized = true;
 constexpr bool isSanitized = false;
 #endif
 
-constexpr rlim_t mebibyte = 1024 * 1024;
 constexpr rlim_t mostCpuSeconds = 4 * 3600; // of one process, over all its files
 constexpr int niceness = 10;
 
@@ -97,19 +96,20 @@ bool filterCalls()
 
 } // namespace
 
-bool enterSandbox()
+bool enterSandbox(const SandboxRules &rules)
 {
     constexpr int idleClass = 3 << 13; // IOPRIO_CLASS_IDLE
     constexpr int whoProcess = 1;      // IOPRIO_WHO_PROCESS
-    ::setpriority(PRIO_PROCESS, 0, niceness);
-    ::syscall(SYS_ioprio_set, whoProcess, 0, idleClass);
+    ::setpriority(PRIO_PROCESS, 0, rules.isBackground ? niceness : 0);
+    if (rules.isBackground)
+        ::syscall(SYS_ioprio_set, whoProcess, 0, idleClass);
     if (::prctl(PR_SET_PDEATHSIG, SIGKILL) != 0 || ::prctl(PR_SET_DUMPABLE, 0) != 0 ||
         ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         return false;
     // Sanitized programs reserve terabytes of addresses.
-    if (!isSanitized && !limit(RLIMIT_AS, 512 * mebibyte))
+    if (!isSanitized && !limit(RLIMIT_AS, rules.mostMemory))
         return false;
-    return limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_NOFILE, 16) && limit(RLIMIT_CORE, 0) &&
+    return limit(RLIMIT_FSIZE, rules.mostFileBytes) && limit(RLIMIT_NOFILE, 16) && limit(RLIMIT_CORE, 0) &&
            limit(RLIMIT_CPU, mostCpuSeconds) && limit(RLIMIT_NPROC, 0) && filterCalls();
 }
 

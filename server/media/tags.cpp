@@ -1,12 +1,22 @@
 // What a file says of itself.
+#include "server/media/charsets.h"
 #include "server/media/reading.h"
 #include "server/media/tagfile.h"
 
+#include <aifffile.h>
 #include <audioproperties.h>
+#include <commentsframe.h>
 #include <flacproperties.h>
+#include <id3v1tag.h>
+#include <id3v2tag.h>
 #include <mp4file.h>
 #include <mp4properties.h>
+#include <mpegfile.h>
+#include <textidentificationframe.h>
 #include <tpropertymap.h>
+#include <trueaudiofile.h>
+#include <unsynchronizedlyricsframe.h>
+#include <wavfile.h>
 #include <wavpackproperties.h>
 
 #include <algorithm>
@@ -76,14 +86,82 @@ bool isLossless(const TagFile &file)
     return std::find(lossless.begin(), lossless.end(), container) != lossless.end();
 }
 
-} // namespace
+// Tags whose texts may be called Latin-1, which is what they are in the fewest countries.
+struct OldTags {
+    TagLib::ID3v2::Tag *second = nullptr;
+    TagLib::ID3v1::Tag *first = nullptr;
+};
 
-Verdict refused(FieldWriter &answer, std::string_view why)
+OldTags oldTagsOf(TagLib::File *file)
 {
-    answer.clear();
-    answer.bytes(Key::Problem, why);
-    return Verdict::Refused;
+    if (auto *mpeg = dynamic_cast<TagLib::MPEG::File *>(file))
+        return {mpeg->ID3v2Tag(), mpeg->ID3v1Tag()};
+    if (auto *wav = dynamic_cast<TagLib::RIFF::WAV::File *>(file))
+        return {wav->ID3v2Tag(), nullptr};
+    if (auto *aiff = dynamic_cast<TagLib::RIFF::AIFF::File *>(file))
+        return {aiff->tag(), nullptr};
+    if (auto *trueAudio = dynamic_cast<TagLib::TrueAudio::File *>(file))
+        return {trueAudio->ID3v2Tag(), trueAudio->ID3v1Tag()};
+    return {};
 }
+
+std::string bytesOf(const TagLib::String &text)
+{
+    const TagLib::ByteVector bytes = text.data(TagLib::String::Latin1);
+    return {bytes.data(), bytes.size()};
+}
+
+// Reads anew, in memory, the texts that call themselves Latin-1 and are something else.
+void mendTexts(TagLib::File *file)
+{
+    const OldTags tags = oldTagsOf(file);
+    std::vector<TagLib::ID3v2::TextIdentificationFrame *> frames;
+    std::vector<std::string> texts;
+    const auto note = [&](const TagLib::String &text) {
+        if (!text.isEmpty())
+            texts.push_back(bytesOf(text));
+    };
+    if (tags.second) {
+        for (auto *frame : tags.second->frameList()) {
+            if (auto *text = dynamic_cast<TagLib::ID3v2::TextIdentificationFrame *>(frame);
+                text && text->textEncoding() == TagLib::String::Latin1) {
+                frames.push_back(text);
+                note(text->toString());
+            } else if (auto *comment = dynamic_cast<TagLib::ID3v2::CommentsFrame *>(frame);
+                       comment && comment->textEncoding() == TagLib::String::Latin1) {
+                note(comment->text());
+            } else if (auto *lyrics = dynamic_cast<TagLib::ID3v2::UnsynchronizedLyricsFrame *>(frame);
+                       lyrics && lyrics->textEncoding() == TagLib::String::Latin1) {
+                note(lyrics->text());
+            }
+        }
+    }
+    if (tags.first) {
+        for (const TagLib::String &text : {tags.first->title(), tags.first->artist(), tags.first->album()})
+            note(text);
+    }
+    const std::optional<std::string> charset = charsetOf(texts);
+    if (!charset)
+        return;
+    const auto mended = [&](const TagLib::String &text) {
+        const std::optional<std::string> read = toUtf8(*charset, bytesOf(text));
+        return read ? TagLib::String(*read, TagLib::String::UTF8) : text;
+    };
+    for (auto *frame : frames) {
+        TagLib::StringList fields;
+        for (const TagLib::String &field : frame->fieldList())
+            fields.append(mended(field));
+        frame->setTextEncoding(TagLib::String::UTF8);
+        frame->setText(fields);
+    }
+    if (tags.first) {
+        tags.first->setTitle(mended(tags.first->title()));
+        tags.first->setArtist(mended(tags.first->artist()));
+        tags.first->setAlbum(mended(tags.first->album()));
+    }
+}
+
+} // namespace
 
 Verdict readTags(int descriptor, FieldWriter &answer)
 {
@@ -101,6 +179,7 @@ Verdict readTags(int descriptor, FieldWriter &answer)
     answer.number(Key::IsLossless, isLossless(file));
     answer.number(Key::HasPicture, file.hasPicture());
     answer.bytes(Key::SoundPrint, soundPrint(descriptor, file.container()));
+    mendTexts(file.file());
     const TagLib::PropertyMap tags = file.file()->properties();
     for (const char *name : usedTags) {
         const auto found = tags.find(name);

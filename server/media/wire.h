@@ -8,28 +8,35 @@
 #include <vector>
 
 // What the service and the program that reads media files say to each other, over one stream socket. A request is one
-// Request with the file's descriptor beside it; an answer is an AnswerHead and so many bytes of fields. Both programs
-// are of one build, so numbers are in the machine's order. The service takes every answer for hostile.
+// Request with the file's descriptor beside it, and that of the file to write where there is one; an answer is an
+// AnswerHead and so many bytes of fields. Both programs are of one build, so numbers are in the machine's order. The
+// service takes every answer for hostile.
 namespace velmora::media {
 
 // Counts up when tags are read differently: files are then read again.
-constexpr int workerVersion = 1;
+constexpr int workerVersion = 2;
 
 enum class Operation : uint32_t {
-    Tags = 1, // container, duration, tags, print of the sound
-    Picture,  // the front picture inside an audio file, as a small JPEG
-    Cover,    // the same of a picture file
-    Analysis, // loudness and descriptor
+    Tags = 1,  // container, duration, tags, print of the sound
+    Picture,   // the front picture inside an audio file, as a small JPEG
+    Cover,     // the same of a picture file
+    Analysis,  // loudness and descriptor
+    Transcode, // the sound as FLAC into a second descriptor; velmora-media-formats only
 };
+
+// The argument that lets velmora-media-formats write the file that it is given.
+constexpr const char *transcodingRole = "transcode";
 
 struct Request {
     uint32_t operation = 0;
-    uint32_t sequence = 0; // comes back with the answer
+    uint32_t sequence = 0;  // comes back with the answer
+    uint64_t mostBytes = 0; // that may be written
 };
 
 enum class Verdict : uint32_t {
     Done = 1,
     Refused, // the file cannot be used; Key::Problem says why
+    NoRoom,  // what was to be written could not be, which is no fault of the file
 };
 
 struct AnswerHead {
@@ -55,6 +62,7 @@ enum class Key : uint16_t {
     Peak,          // highest sample, 1 is full scale
     Tempo,         // beats a minute; missing when the beat is not clear
     IsSpeechLike,  // 0 or 1
+    Bytes,         // how many were written
     Numbers,       // the descriptor, as floats; missing when there is too little sound
 };
 

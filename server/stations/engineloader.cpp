@@ -1,5 +1,6 @@
 #include "server/stations/engineloader.h"
 
+#include "server/catalogue/mediatypes.h"
 #include "server/catalogue/textfolding.h"
 #include "server/library/halffloat.h"
 #include "server/store/store.h"
@@ -82,26 +83,28 @@ engine::EngineMusic loadEngineMusic(Store &store, const std::atomic<bool> &isSto
     Styles styles(music.styles);
     std::unordered_map<int64_t, size_t> places;
     std::vector<std::string> ownStyle; // by track; used when it has no other
-    readPages(store, isStopping,
-              "SELECT id, artist_id, album_id, COALESCE(recording_id, 0), composer, work, movement, tempo, "
-              "is_explicit, style FROM tracks WHERE id > ?1 AND is_playable = 1 AND kind = 'music' ORDER BY id "
-              "LIMIT ?2",
-              [&](const Statement &row) {
-                  engine::EngineTrack track;
-                  track.id = row.integer(0);
-                  track.artist = row.integer(1);
-                  track.album = row.integer(2);
-                  track.recording = row.integer(3);
-                  track.work = works.of(row.text(5).empty() ? std::string() : row.text(4) + '\n' + row.text(5));
-                  // Composers matter where there are works; a writer of songs is no reason to keep two bands apart.
-                  track.composer = track.work ? composers.of(row.text(4)) : 0;
-                  track.movement = static_cast<int>(row.integer(6));
-                  track.tempo = static_cast<int>(row.integer(7));
-                  track.isExplicit = row.integer(8) != 0;
-                  places[track.id] = music.tracks.size();
-                  music.tracks.push_back(std::move(track));
-                  ownStyle.push_back(row.text(9));
-              });
+    readPages(
+        store, isStopping,
+        "SELECT id, artist_id, album_id, COALESCE(recording_id, 0), composer, work, movement, tempo, "
+        "is_explicit, style, audio_type FROM tracks WHERE id > ?1 AND is_playable = 1 AND kind = 'music' ORDER BY id "
+        "LIMIT ?2",
+        [&](const Statement &row) {
+            engine::EngineTrack track;
+            track.id = row.integer(0);
+            track.artist = row.integer(1);
+            track.album = row.integer(2);
+            track.recording = row.integer(3);
+            track.work = works.of(row.text(5).empty() ? std::string() : row.text(4) + '\n' + row.text(5));
+            // Composers matter where there are works; a writer of songs is no reason to keep two bands apart.
+            track.composer = track.work ? composers.of(row.text(4)) : 0;
+            track.movement = static_cast<int>(row.integer(6));
+            track.tempo = static_cast<int>(row.integer(7));
+            track.isExplicit = row.integer(8) != 0;
+            track.needsTranscoding = !isPlayedByRadios(row.text(10));
+            places[track.id] = music.tracks.size();
+            music.tracks.push_back(std::move(track));
+            ownStyle.push_back(row.text(9));
+        });
     // All styles of a track stand on one page, as pages are of tracks.
     readPages(
         store, isStopping,

@@ -1,6 +1,7 @@
 #include "server/stations/playlists.h"
 
 #include "server/catalogue/textfolding.h"
+#include "server/library/transcodes.h"
 #include "server/stations/listening.h"
 #include "server/store/store.h"
 
@@ -187,8 +188,11 @@ Station Playlists::chooser(const Station &station)
     return stations[static_cast<size_t>(drawn - upTo.begin())];
 }
 
-std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept &own, engine::Circumstances &now)
+std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept &own, engine::Circumstances &now,
+                                                   bool mustBeReady)
 {
+    const bool isLimited = m_transcodes && (mustBeReady || m_transcodes->isHeldUp());
+    now.transcoded = isLimited ? m_transcodes->ready() : nullptr;
     const Station drawn = chooser(station);
     std::shared_ptr<const engine::StationScores> scores;
     if (drawn.id == station.id) {
@@ -205,7 +209,8 @@ std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept 
             return std::nullopt;
         const int64_t id = scores->index().facts(pick->candidate().track).id;
         std::optional<Track> track = m_catalogue.track(id);
-        if (!track || !track->isPlayable) { // it went since the index was built
+        // It went since the index was built, or its transcode is out of date.
+        if (!track || !track->isPlayable || (isLimited && track->needsTranscoding && !m_transcodes->file(id))) {
             now.excludedTracks.insert(id);
             continue;
         }
@@ -239,7 +244,7 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
                 continue;
             }
         }
-        const std::optional<Choice> choice = choose(station, *own, now);
+        const std::optional<Choice> choice = choose(station, *own, now, entries.empty());
         if (!choice || (!inList.insert(choice->track.id).second && isGrowing))
             break;
         const Store::Lock db = m_store.lock();
@@ -248,8 +253,36 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
         entries.push_back({issueTrack(*db, station, *choice, deviceKeyHash), std::nullopt});
         now.recent.insert(now.recent.begin(), choice->track.id);
     }
+    prepare(station, *own, std::move(now), entries);
     m_store.lock()->run("UPDATE stations SET lists_issued = lists_issued + 1 WHERE id = ?1", station.id);
     return entries;
+}
+
+void Playlists::prepare(const Station &station, Kept &own, engine::Circumstances now,
+                        const std::vector<PlaylistEntry> &entries)
+{
+    constexpr int ahead = 2; // the next list begins with one of them, unless something fits better by then
+    std::vector<int64_t> tracks;
+    for (const PlaylistEntry &entry : entries) {
+        if (entry.track && entry.track->track.needsTranscoding)
+            tracks.push_back(entry.track->track.id);
+    }
+    if (!m_transcodes || (tracks.empty() && !entries.empty()))
+        return;
+    for (int i = 0; i < ahead; ++i) {
+        const std::optional<Choice> choice = choose(station, own, now, false);
+        if (!choice)
+            break;
+        if (choice->track.needsTranscoding)
+            tracks.push_back(choice->track.id);
+        now.recent.insert(now.recent.begin(), choice->track.id);
+    }
+    m_transcodes->prepare(tracks);
+}
+
+bool Playlists::isPreparing()
+{
+    return m_transcodes && m_transcodes->isPreparing();
 }
 
 void Playlists::forgetOld(Database &db)

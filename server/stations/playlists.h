@@ -26,6 +26,8 @@ struct IssuedAd {
     Ad ad;
 };
 
+class Transcodes;
+
 struct PlaylistEntry {
     std::optional<IssuedTrack> track; // exactly one of the two
     std::optional<IssuedAd> ad;
@@ -42,14 +44,21 @@ public:
 
     Playlists(Store &store, Catalogue &catalogue, Stations &stations, Clock clock, Random random);
 
+    // Not owned; set before the server answers. Null where no music needs transcoding.
+    void setTranscodes(Transcodes *transcodes) { m_transcodes = transcodes; }
+
     // The styles that the station is about.
     std::set<std::string> styles(const Station &station);
     // Whether something playable has to do with what the station was made from.
     bool hasOwnMusic(const Station &station);
     // The next four entries; fewer while the catalogue is still being made, because the same track twice in a row is
     // worse than coming back for another list. Empty when nothing at all may be played: no track has its file yet, or
-    // thumbs down and sleeps stand against every one. `deviceKeyHash` tells who will play it.
+    // thumbs down and sleeps stand against every one. The first track can be played at once; those after it may still
+    // have to be transcoded, which is begun here. `deviceKeyHash` tells who will play it.
     std::vector<PlaylistEntry> next(const Station &station, const std::string &deviceKeyHash = {});
+
+    // Whether tracks become ready that were not when next() was asked.
+    bool isPreparing();
 
     std::optional<IssuedTrack> findTrack(AccountId account, const std::string &token);
     std::optional<IssuedAd> findAd(AccountId account, const std::string &token);
@@ -75,7 +84,11 @@ private:
     // The station that chooses the next track: for the Tapestry station one of the account's, drawn by how much it was
     // heard lately, or the Tapestry station itself.
     Station chooser(const Station &station);
-    std::optional<Choice> choose(const Station &station, Kept &own, engine::Circumstances &now);
+    // `mustBeReady`: only what can be played at once.
+    std::optional<Choice> choose(const Station &station, Kept &own, engine::Circumstances &now, bool mustBeReady);
+    // Has transcoded what was issued, and what may follow it.
+    void prepare(const Station &station, Kept &own, engine::Circumstances now,
+                 const std::vector<PlaylistEntry> &entries);
     std::optional<IssuedAd> issueAd(Database &db, const Station &station);
     IssuedTrack issueTrack(Database &db, const Station &station, const Choice &choice,
                            const std::string &deviceKeyHash);
@@ -86,6 +99,7 @@ private:
     Stations &m_stations;
     Clock m_clock;
     Random m_random;
+    Transcodes *m_transcodes = nullptr;
     EngineKeeper m_keeper;
     std::mutex m_mutex;                                          // guards m_kept
     std::list<std::pair<int64_t, std::shared_ptr<Kept>>> m_kept; // the one used last in front

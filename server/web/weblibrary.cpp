@@ -31,7 +31,9 @@ constexpr std::array reasonWords = {
     ReasonWords{leftout::damaged, "Cannot be read",
                 "No sound of a known kind was found, or the service may not open them."},
     ReasonWords{leftout::empty, "Empty", "Files of no bytes."},
-    ReasonWords{leftout::kind, "Of a kind that radios do not play", "MP3, FLAC, Ogg Vorbis, Opus and WAV are played."},
+    ReasonWords{leftout::kind, "Of a kind that radios do not play",
+                "MP3, FLAC, Ogg Vorbis, Opus and WAV are played. Others need the program velmora-media-formats beside "
+                "the service."},
     ReasonWords{leftout::speech, "Audio books and podcasts",
                 "By their style, their folder or their sound; radios play music."},
     ReasonWords{leftout::longPiece, "Longer than 15 minutes", "Classical pieces may last 30."},
