@@ -418,6 +418,9 @@ TEST_F(LibraryTest, CoversComeFromInsideOrBesideAndHostileOnesAreRefused)
     scan();
     EXPECT_EQ(library().status().changed, 0);
     EXPECT_NE(bytesOf(picture), jpeg);
+    fs::remove_all(m_music / "B"); // what plays now has a cover
+    fs::remove_all(m_music / "C");
+    scan();
     listen();
     const std::string user = newListener();
     EXPECT_NE(firstTrack(user, tapestryToken(user)).at("albumArtUrl").dump().find("/media/"), std::string::npos);
