@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <sys/prctl.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -45,6 +46,17 @@ void waitForEnd()
     int signal = 0;
     while (sigwait(&signals, &signal) != 0) {
     }
+}
+
+// A thread that reads from a network share that does not answer cannot be joined. What is stored is whole at any
+// moment.
+void endAtTheLatest()
+{
+    std::thread([] {
+        std::this_thread::sleep_for(std::chrono::seconds(15));
+        say("velmora-server ends without waiting for a music folder that does not answer");
+        ::_exit(0);
+    }).detach();
 }
 
 // False also when the parent has ended before the kernel was told.
@@ -179,6 +191,7 @@ int run(const ServerOptions &options)
     if (hasDemoAccount)
         say("demo account: " + demoAccountFile(service).string());
     waitForEnd();
+    endAtTheLatest();
     server.stop();
     library.stop();
     return 0;

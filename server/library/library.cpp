@@ -2,6 +2,7 @@
 #include "server/library/library.h"
 
 #include "server/accounts/secrets.h"
+#include "server/library/storagefault.h"
 #include "server/store/store.h"
 
 #include <algorithm>
@@ -23,6 +24,7 @@ constexpr size_t manyMissing = 50;
 constexpr auto quietTime = 3s;                      // after the last change that was noticed
 constexpr std::chrono::milliseconds burstTime{100}; // changes come in bursts
 constexpr auto freshTime = 200ms;                   // during a scan, files written elsewhere are looked for so often
+constexpr const char *storageProblem = "its disk or share does not give it";
 
 struct Descriptor {
     int value = -1;
@@ -88,11 +90,12 @@ void Library::start()
     transcoding.spare = m_settings.spareTranscodes;
     transcoding.reserveBytes = m_settings.reserveBytes;
     transcoding.say = m_settings.say;
-    transcoding.leaveOut = [this](int64_t file, int64_t track, const char *reason, const std::string &problem) {
-        m_store.putAnalysisFailure({file, track, {}, {}, 0, true}, reason, problem);
+    transcoding.leaveOut = [this](const ToAnalyse &file, const char *reason, const std::string &problem) {
+        m_store.putAnalysisFailure(file, reason, problem);
     };
     m_transcodes.start(std::move(transcoding));
     m_scanner = std::thread([this] { scanLoop(); });
+    m_watcher = std::thread([this] { watchRoots(); });
 }
 
 void Library::setListeners(int count)
@@ -120,9 +123,12 @@ void Library::stop()
     }
     m_wake.notify_all();
     m_changes.ring();
+    m_watcherWake.notify_all();
     m_transcodes.stop();
-    if (m_scanner.joinable())
-        m_scanner.join();
+    for (std::thread *thread : {&m_scanner, &m_watcher}) {
+        if (thread->joinable())
+            thread->join();
+    }
     for (std::thread &listener : m_listeners)
         listener.join();
     m_listeners.clear();
@@ -606,10 +612,13 @@ ReadFile Library::readFile(int folder, const FoundFile &found, const KnownFile *
     }
     // The stamp is the one from before reading: a file that changed meanwhile is read again.
     FileStamp stamp;
+    errno = 0;
     const Descriptor file{openRegular(folder, found.path, &stamp)};
     if (file.value < 0) {
+        // Without a stamp, so that the next scan tries again: rights may be given, a disk may be back.
+        read.stamp = {};
         read.leftOut = leftout::damaged;
-        read.problem = "the service may not open it";
+        read.problem = isStorageFault(errno) ? storageProblem : "the service may not open it";
         return read;
     }
     media::Outcome outcome{};
@@ -644,7 +653,32 @@ ReadFile Library::readFile(int folder, const FoundFile &found, const KnownFile *
         read.leftOut = leftout::slow;
         break;
     }
+    if (!read.leftOut.empty() && isStorageFailing(file.value)) {
+        read.stamp = {};
+        read.problem = storageProblem;
+    }
     return read;
+}
+
+void Library::watchRoots()
+{
+    RootProbe probe;
+    while (!m_isStopping) {
+        try {
+            for (const Root &root : m_store.roots()) {
+                const RootProbe::Answer answer = probe.look(root.path);
+                const Descriptor folder{answer.folder};
+                if (answer.isSilent && root.isPresent && !m_isStopping) {
+                    m_settings.say("music: " + printable(root.path.native()) + " is away: " + answer.problem);
+                    m_store.setPresent(root, false, answer.problem);
+                }
+            }
+        } catch (const std::exception &error) {
+            m_settings.say(std::string("music: folders are not watched, because ") + error.what());
+        }
+        std::unique_lock guard(m_mutex);
+        m_watcherWake.wait_for(guard, m_settings.awayTick / 3, [this] { return m_isStopping.load(); });
+    }
 }
 
 } // namespace velmora::server

@@ -99,6 +99,9 @@ private:
     void refreshCounts();
     void report(bool isLast);
 
+    // Watcher thread: a folder that does not answer is away, also while the scanner waits for it.
+    void watchRoots();
+
     // Listener threads.
     void listenLoop(int number);
     void setListeners(int count);
@@ -141,7 +144,7 @@ private:
     std::deque<LibraryStore::AlbumToPicture> m_albums;
     std::set<int64_t> m_inWork;               // files being listened to
     std::set<int64_t> m_albumsInWork;         // albums being pictured
-    std::set<int64_t> m_skipped;              // files that could not be opened since the last round
+    std::map<int64_t, FileStamp> m_skipped;   // files that could not be read since the last round, as they were then
     std::set<media::MediaWorker *> m_workers; // to be interrupted at the end
     double m_musicHeard = 0;                  // seconds of music
     double m_timeListened = 0;                // seconds of all listeners together
@@ -150,7 +153,9 @@ private:
     bool m_isRound = false; // all folders are being looked through
     std::atomic<bool> m_isStopping{false};
 
+    std::condition_variable m_watcherWake; // with m_mutex
     std::thread m_scanner;
+    std::thread m_watcher;
     std::vector<std::thread> m_listeners; // scanner thread, until that has ended
 };
 

@@ -2,6 +2,7 @@
 #include "server/library/library.h"
 
 #include "server/accounts/secrets.h"
+#include "server/library/storagefault.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -161,7 +162,8 @@ std::optional<ToAnalyse> Library::nextToAnalyse()
         while (!m_files.empty()) {
             ToAnalyse file = std::move(m_files.front());
             m_files.pop_front();
-            if (!m_skipped.contains(file.fileId) && m_inWork.insert(file.fileId).second)
+            const auto skipped = m_skipped.find(file.fileId);
+            if ((skipped == m_skipped.end() || skipped->second != file.stamp) && m_inWork.insert(file.fileId).second)
                 return file;
         }
         return std::nullopt;
@@ -184,9 +186,9 @@ void Library::listen(media::MediaWorker &worker, media::MediaWorker &formats, co
 {
     FileStamp stamp;
     const Descriptor opened{openRegular(AT_FDCWD, (file.root / file.path).native(), &stamp)};
-    if (opened.value < 0) {
+    if (opened.value < 0 || stamp != file.stamp) {
         const std::lock_guard guard(m_mutex);
-        m_skipped.insert(file.fileId); // the next scan says what became of it
+        m_skipped[file.fileId] = file.stamp; // the next scan says what became of it
         return;
     }
     media::MediaAnalysis analysis;
@@ -200,6 +202,11 @@ void Library::listen(media::MediaWorker &worker, media::MediaWorker &formats, co
     }
     if (m_isStopping && outcome != media::Outcome::Done)
         return;
+    if (outcome != media::Outcome::Done && isStorageFailing(opened.value)) {
+        const std::lock_guard guard(m_mutex);
+        m_skipped[file.fileId] = file.stamp;
+        return;
+    }
     switch (outcome) {
     case media::Outcome::Done: {
         const char *leftOut = analysis.seconds < shortest ? leftout::shortPiece

@@ -6,6 +6,7 @@
 #include "server/library/tagrules.h"
 
 #include <map>
+#include <set>
 #include <unordered_map>
 
 namespace velmora::server {
@@ -62,6 +63,7 @@ struct ToAnalyse {
     int64_t trackId = 0;
     std::filesystem::path root;
     std::string path;
+    FileStamp stamp; // of the file that the track was made from
     double seconds = 0;
     bool needsTranscoding = false; // of a kind that velmora-media does not decode
 };
@@ -123,6 +125,7 @@ public:
 
     // Files to listen to: those that listeners wait for first, then any.
     std::vector<ToAnalyse> nextToAnalyse(size_t most, uint32_t randomStart);
+    // Both change nothing when the file is another by now.
     void putAnalysis(const ToAnalyse &file, const media::MediaAnalysis &analysis, const std::string &leftOut);
     void putAnalysisFailure(const ToAnalyse &file, const std::string &leftOut, const std::string &problem);
     // Of an older version: everything is listened to again.
@@ -150,9 +153,18 @@ public:
 
 private:
     int64_t putTrack(Database &db, int64_t rootId, const ReadFile &file, int64_t trackId);
+    bool isStill(Database &db, const ToAnalyse &file);
     void keepReplaced(Database &db, int64_t fileId);
-    int64_t takeOver(Database &db, int64_t rootId, const ReadFile &file,
-                     const std::function<bool(const Root &, const std::string &, const FileStamp &)> &isGone);
+    // A file of the store with the same sound as one that was read.
+    struct SoundHolder {
+        int64_t fileId = 0;
+        Root root;
+        std::string path;
+        FileStamp stamp;
+    };
+    std::vector<SoundHolder> holdersOfSounds(const std::vector<ReadFile> &files);
+    // The track that the file's place or sound had so far; 0: none. `gone`: files whose place no longer holds them.
+    int64_t takeOver(Database &db, int64_t rootId, const ReadFile &file, const std::set<int64_t> &gone);
     void settleRecording(Database &db, int64_t trackId);
     void refresh(Database &db, int64_t trackId);
     int64_t dropMissing(int64_t before, bool isKeptToo);

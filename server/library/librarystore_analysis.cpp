@@ -14,7 +14,8 @@ std::vector<ToAnalyse> LibraryStore::nextToAnalyse(size_t most, uint32_t randomS
 {
     std::vector<ToAnalyse> result;
     const Store::Lock db = m_store.lock();
-    const std::string select = "SELECT f.id, f.track_id, r.path, f.path, COALESCE(t.seconds, 0), NOT " +
+    const std::string select = "SELECT f.id, f.track_id, r.path, f.path, f.size, f.mtime_ns, f.inode, "
+                               "COALESCE(t.seconds, 0), NOT " +
                                isPlayedByRadiosSql("t.audio_type") + " FROM files f ";
     const std::string rest = " f.analysis_version = 0 AND f.track_id IS NOT NULL AND f.missing_since IS NULL AND "
                              "f.left_out IN ('', 'duplicate') AND r.is_present AND r.is_configured LIMIT ?2";
@@ -23,8 +24,13 @@ std::vector<ToAnalyse> LibraryStore::nextToAnalyse(size_t most, uint32_t randomS
         Statement row = db->prepare(query);
         row.with(value, static_cast<int64_t>(most - result.size()));
         while (row.step())
-            result.push_back(
-                {row.integer(0), row.integer(1), row.blob(2), row.blob(3), row.real(4), row.integer(5) != 0});
+            result.push_back({row.integer(0),
+                              row.integer(1),
+                              row.blob(2),
+                              row.blob(3),
+                              {row.integer(4), row.integer(5), row.integer(6)},
+                              row.real(7),
+                              row.integer(8) != 0});
     };
     // What a listener named, rated or is about to hear.
     take(
@@ -50,6 +56,13 @@ std::vector<ToAnalyse> LibraryStore::nextToAnalyse(size_t most, uint32_t randomS
     return result;
 }
 
+bool LibraryStore::isStill(Database &db, const ToAnalyse &file)
+{
+    Statement row = db.prepare("SELECT 1 FROM files WHERE id = ?1 AND track_id = ?2 AND size = ?3 AND mtime_ns = ?4");
+    row.with(file.fileId, file.trackId, file.stamp.size, file.stamp.mtimeNs);
+    return row.step();
+}
+
 void LibraryStore::putAnalysis(const ToAnalyse &file, const media::MediaAnalysis &analysis, const std::string &leftOut)
 {
     std::optional<double> gain;
@@ -57,6 +70,8 @@ void LibraryStore::putAnalysis(const ToAnalyse &file, const media::MediaAnalysis
         gain = gainFor(*analysis.loudness);
     {
         const Store::Lock db = m_store.lock();
+        if (!isStill(*db, file))
+            return;
         Transaction change(*db);
         db->run(
             "UPDATE files SET analysis_version = ?2, left_out = CASE WHEN ?3 = '' THEN left_out ELSE ?3 END, noted_at "
@@ -85,6 +100,8 @@ void LibraryStore::putAnalysisFailure(const ToAnalyse &file, const std::string &
 {
     {
         const Store::Lock db = m_store.lock();
+        if (!isStill(*db, file))
+            return;
         Transaction change(*db);
         db->run("UPDATE files SET analysis_version = ?2, left_out = ?3, problem = ?4, noted_at = ?5 WHERE id = ?1",
                 file.fileId, media::descriptorVersion, leftOut, problem, m_clock());

@@ -7,6 +7,7 @@
 #include "server/store/store.h"
 
 #include <cmath>
+#include <set>
 
 namespace velmora::server {
 
@@ -23,6 +24,12 @@ std::string folderOf(const std::string &path)
 int LibraryStore::put(int64_t rootId, const std::vector<ReadFile> &files,
                       const std::function<bool(const Root &, const std::string &, const FileStamp &)> &isGone)
 {
+    // Asked without the lock: a call into a folder may take long.
+    std::set<int64_t> gone;
+    for (const SoundHolder &holder : holdersOfSounds(files)) {
+        if (holder.root.isPresent && isGone(holder.root, holder.path, holder.stamp))
+            gone.insert(holder.fileId);
+    }
     int made = 0;
     {
         const Store::Lock db = m_store.lock();
@@ -31,7 +38,7 @@ int LibraryStore::put(int64_t rootId, const std::vector<ReadFile> &files,
             int64_t trackId = 0;
             int64_t fileId = file.knownId;
             if (file.hasTags) {
-                trackId = takeOver(*db, rootId, file, isGone);
+                trackId = takeOver(*db, rootId, file, gone);
                 if (trackId == 0 && fileId != 0)
                     keepReplaced(*db, fileId);
             }
@@ -88,8 +95,29 @@ int LibraryStore::put(int64_t rootId, const std::vector<ReadFile> &files,
     return made;
 }
 
-int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &file,
-                               const std::function<bool(const Root &, const std::string &, const FileStamp &)> &isGone)
+std::vector<LibraryStore::SoundHolder> LibraryStore::holdersOfSounds(const std::vector<ReadFile> &files)
+{
+    std::vector<SoundHolder> holders;
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare(
+        "SELECT f.id, f.path, f.size, f.mtime_ns, f.inode, r.id, r.path, r.is_present AND r.is_configured FROM files f "
+        "JOIN roots r ON r.id = f.root_id WHERE f.sound_print = ?1 AND f.track_id IS NOT NULL AND f.id <> ?2 AND "
+        "f.missing_since IS NULL LIMIT 8");
+    for (const ReadFile &file : files) {
+        if (file.tags.soundPrint.empty())
+            continue;
+        row.reset();
+        row.with(Blob{file.tags.soundPrint}, file.knownId);
+        while (row.step())
+            holders.push_back({row.integer(0),
+                               {row.integer(5), row.blob(6), {}, row.integer(7) != 0, 0, {}, 0},
+                               row.blob(1),
+                               {row.integer(2), row.integer(3), row.integer(4)}});
+    }
+    return holders;
+}
+
+int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &file, const std::set<int64_t> &gone)
 {
     int64_t ownTrack = 0;
     std::string ownPrint;
@@ -111,32 +139,33 @@ int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &fil
         int64_t trackId = 0;
     } other;
     {
-        Statement row = db.prepare(
-            "SELECT f.id, f.track_id, f.path, f.size, f.mtime_ns, f.inode, f.missing_since IS NOT NULL, r.id, r.path, "
-            "r.is_present AND r.is_configured FROM files f JOIN roots r ON r.id = f.root_id WHERE f.sound_print = ?1 "
-            "AND f.track_id IS NOT NULL AND f.id <> ?2 LIMIT 8");
+        Statement row = db.prepare("SELECT id, track_id, missing_since IS NOT NULL FROM files WHERE sound_print = ?1 "
+                                   "AND track_id IS NOT NULL AND id <> ?2 LIMIT 8");
         row.with(Blob{file.tags.soundPrint}, file.knownId);
         while (other.id == 0 && row.step()) {
-            const Root root{row.integer(7), row.blob(8), {}, row.integer(9) != 0, 0, {}, 0};
-            const FileStamp stamp{row.integer(3), row.integer(4), row.integer(5)};
-            if (row.integer(6) != 0 || (root.isPresent && isGone(root, row.blob(2), stamp)))
+            if (row.integer(2) != 0 || gone.contains(row.integer(0)))
                 other = {row.integer(0), row.integer(1)};
         }
     }
     if (other.id != 0) {
         // Whatever this file was goes to where that one was: two files may have changed places.
+        const auto putRow = [&](int64_t fileId, int64_t trackId, const std::string &print) {
+            // What was heard goes with the track.
+            db.run("UPDATE files SET track_id = ?2, sound_print = ?3, analysis_version = COALESCE((SELECT version FROM "
+                   "descriptors WHERE track_id = ?2), 0) WHERE id = ?1",
+                   fileId, trackId, Blob{print});
+        };
         if (ownTrack != 0)
-            db.run("UPDATE files SET track_id = ?2, sound_print = ?3 WHERE id = ?1", other.id, ownTrack,
-                   Blob{ownPrint});
+            putRow(other.id, ownTrack, ownPrint);
         else
             db.run("DELETE FROM files WHERE id = ?1", other.id);
-        if (file.knownId == 0) {
-            // The row is made here, so that what was heard of the sound stays with it.
-            db.run(
-                "INSERT INTO files (root_id, path, size, mtime_ns, inode, track_id, sound_print, analysis_version) "
-                "VALUES (?1, ?2, 0, 0, 0, ?3, ?4, COALESCE((SELECT version FROM descriptors WHERE track_id = ?3), 0))",
-                rootId, Blob{file.path}, other.trackId, Blob{file.tags.soundPrint});
+        int64_t fileId = file.knownId;
+        if (fileId == 0) {
+            db.run("INSERT INTO files (root_id, path, size, mtime_ns, inode) VALUES (?1, ?2, 0, 0, 0)", rootId,
+                   Blob{file.path});
+            fileId = db.lastRowId();
         }
+        putRow(fileId, other.trackId, file.tags.soundPrint);
         return other.trackId;
     }
     if (ownTrack == 0)

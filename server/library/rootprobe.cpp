@@ -71,7 +71,7 @@ RootProbe::Answer RootProbe::look(const std::filesystem::path &root)
     if (standing != m_standing.end()) {
         const std::lock_guard guard(standing->second->mutex);
         if (!standing->second->isDone)
-            return {-1, "it does not answer", false};
+            return {-1, "it does not answer", false, true};
     }
     auto shared = std::make_shared<Shared>();
     m_standing[root] = shared;
@@ -89,7 +89,7 @@ RootProbe::Answer RootProbe::look(const std::filesystem::path &root)
     if (shared->hasEnded.wait_for(guard, m_patience, [&] { return shared->isDone; }))
         return shared->answer;
     shared->isAbandoned = true;
-    return {-1, "it does not answer", false};
+    return {-1, "it does not answer", false, true};
 }
 
 } // namespace velmora::server

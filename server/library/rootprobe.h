@@ -16,6 +16,7 @@ public:
         int folder = -1;     // open, the caller's; -1 when the folder is away
         std::string problem; // why it is away, for people
         bool isEmpty = false;
+        bool isSilent = false; // it did not answer in time
     };
 
     explicit RootProbe(std::chrono::milliseconds patience = std::chrono::seconds(5));

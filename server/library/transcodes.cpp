@@ -357,6 +357,12 @@ void Transcodes::transcode(const Source &source)
         ::unlink(part.c_str());
 }
 
+void Transcodes::leaveOut(const Source &source, const char *reason, const std::string &problem)
+{
+    const FileStamp stamp{source.size, source.mtimeNs, 0};
+    m_settings.leaveOut({source.fileId, source.trackId, {}, {}, stamp, source.seconds, true}, reason, problem);
+}
+
 bool Transcodes::write(const Source &source, int from, const std::filesystem::path &part)
 {
     const Descriptor to{::open(part.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600)};
@@ -396,19 +402,19 @@ bool Transcodes::write(const Source &source, int from, const std::filesystem::pa
         holdUp(problem);
         return false;
     case media::Outcome::Refused:
-        m_settings.leaveOut(source.fileId, source.trackId, leftout::damaged, problem);
+        leaveOut(source, leftout::damaged, problem);
         return false;
     case media::Outcome::Crashed:
-        m_settings.leaveOut(source.fileId, source.trackId, leftout::crash, problem);
+        leaveOut(source, leftout::crash, problem);
         return false;
     case media::Outcome::TooSlow:
-        m_settings.leaveOut(source.fileId, source.trackId, leftout::slow, problem);
+        leaveOut(source, leftout::slow, problem);
         return false;
     }
     if (::fdatasync(to.value) != 0 || ::fstat(to.value, &written) != 0)
         return cannotWrite();
     if (written.st_size != static_cast<int64_t>(bytes)) {
-        m_settings.leaveOut(source.fileId, source.trackId, leftout::crash, "what was made of it is impossible");
+        leaveOut(source, leftout::crash, "what was made of it is impossible");
         return false;
     }
     // It may have changed while it was read.

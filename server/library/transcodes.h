@@ -11,6 +11,8 @@
 
 namespace velmora::server {
 
+struct ToAnalyse;
+
 struct TranscodeSettings {
     std::filesystem::path directory;    // made when it does not exist; nothing else lies in it
     std::filesystem::path program;      // velmora-media-formats
@@ -19,9 +21,9 @@ struct TranscodeSettings {
     size_t spare = 24;                  // tracks that are transcoded before anybody asks, so that a station can begin
     std::chrono::milliseconds pause{60000};                                    // after the disk was full
     std::function<void(const std::string &)> say = [](const std::string &) {}; // a line for the log; any thread
-    // A file that cannot be transcoded: its id, its track's, the reason (see leftout) and words for people. Throws
-    // StoreError. On the transcoding thread.
-    std::function<void(int64_t file, int64_t track, const char *reason, const std::string &problem)> leaveOut;
+    // A file that cannot be transcoded, the reason (see leftout) and words for people. Throws StoreError. On the
+    // transcoding thread.
+    std::function<void(const ToAnalyse &file, const char *reason, const std::string &problem)> leaveOut;
 };
 
 // Music of types that radios do not decode, as FLAC: each track is transcoded once, ahead of its turn, by a worker, and
@@ -73,6 +75,7 @@ private:
     std::optional<int64_t> nextSpare();
     void transcode(const Source &source);
     bool write(const Source &source, int from, const std::filesystem::path &part);
+    void leaveOut(const Source &source, const char *reason, const std::string &problem);
     void keep(const Source &source, uint64_t bytes);
     // Removes the least recently used until so many bytes more fit. Under m_mutex.
     void makeRoom(uint64_t bytes);

@@ -130,6 +130,13 @@ protected:
         row.with(Blob{path});
         return row.step() ? row.integer(0) : 0;
     }
+    bool isDescribed(int64_t track)
+    {
+        const Store::Lock db = m_service->store.lock();
+        Statement row = db->prepare("SELECT 1 FROM descriptors WHERE track_id = ?1");
+        row.with(track);
+        return row.step();
+    }
     int64_t playing() { return m_service->catalogue.counts().playable; }
     static bool until(const std::function<bool()> &isSo)
     {
@@ -235,7 +242,8 @@ TEST_F(LibraryTest, WhatWasMovedRetaggedOrReplacedKeepsItsThumbs)
         writeMusic(m_music / (std::string(song) + ".flac"), {song, "Lichen Choir"});
     writeMusic(m_music / "v.ogg", {"Vorbis", "Lichen Choir"});
     scan();
-    const int64_t one = trackAt("One.flac"), two = trackAt("Two.flac"), three = trackAt("Three.flac");
+    const int64_t one = trackAt("One.flac");
+    const int64_t two = trackAt("Two.flac"), three = trackAt("Three.flac");
     const int64_t four = trackAt("Four.flac"), vorbis = trackAt("v.ogg");
     scan();
     EXPECT_EQ(library().status().changed, 0) << "what did not change is not read again";
@@ -278,6 +286,23 @@ TEST_F(LibraryTest, WhatWasMovedRetaggedOrReplacedKeepsItsThumbs)
     scan();
     EXPECT_EQ(trackAt("back.flac"), two);
     EXPECT_TRUE(m_service->catalogue.track(two)->isPlayable);
+
+    // Two change places while only one of them has been listened to.
+    library().setPaused(true);
+    {
+        const Store::Lock db = m_service->store.lock();
+        db->run("DELETE FROM descriptors WHERE track_id = ?1", one);
+        db->run("UPDATE files SET analysis_version = 0 WHERE track_id = ?1", one);
+    }
+    fs::rename(m_music / "back.flac", m_music / "x");
+    fs::rename(m_music / "sub/1.flac", m_music / "back.flac");
+    fs::rename(m_music / "x", m_music / "sub/1.flac");
+    library().setPaused(false);
+    scan();
+    EXPECT_EQ(trackAt("back.flac"), one);
+    EXPECT_EQ(trackAt("sub/1.flac"), two);
+    EXPECT_TRUE(isDescribed(one));
+    EXPECT_TRUE(isDescribed(two));
 }
 
 TEST_F(LibraryTest, OfTheFilesOfARecordingTheBestThatIsThereAnswersForIt)
