@@ -125,7 +125,7 @@ std::unordered_map<std::string, KnownFile> LibraryStore::files(int64_t rootId)
         Statement row =
             db->prepare("SELECT id, path, size, mtime_ns, inode, COALESCE(track_id, 0), missing_since IS NOT "
                         "NULL, worker_version, noted_at FROM files WHERE root_id = ?1 AND id > ?2 ORDER BY "
-                        "id LIMIT 5000");
+                        "id LIMIT 1000");
         row.with(rootId, after);
         const int64_t before = after;
         while (row.step()) {

@@ -2,10 +2,44 @@
 
 #include "server/store/database.h"
 
+#include <atomic>
 #include <filesystem>
 #include <mutex>
+#include <thread>
 
 namespace velmora::server {
+
+// Locks nest within a thread, and threads get it in turn: one that unlocks and locks again at once, as a scan does,
+// waits behind those that came meanwhile.
+class FairMutex {
+public:
+    void lock()
+    {
+        if (m_owner == std::this_thread::get_id()) {
+            ++m_depth;
+            return;
+        }
+        {
+            const std::lock_guard turn(m_turn);
+            m_mutex.lock();
+        }
+        m_owner = std::this_thread::get_id();
+        m_depth = 1;
+    }
+    void unlock()
+    {
+        if (--m_depth > 0)
+            return;
+        m_owner = std::thread::id();
+        m_mutex.unlock();
+    }
+
+private:
+    std::mutex m_turn; // held by the one thread that is next
+    std::mutex m_mutex;
+    std::atomic<std::thread::id> m_owner; // the thread that holds m_mutex
+    int m_depth = 0;                      // of that thread
+};
 
 // The service's only database. It is used through lock(): the connection belongs to that thread until the Lock ends.
 // Locks nest within a thread. Nothing slow (hashing a password, reading a file, waiting) is done under a lock.
@@ -22,7 +56,7 @@ public:
         Database &operator*() const { return m_db; }
 
     private:
-        std::lock_guard<std::recursive_mutex> m_guard;
+        std::lock_guard<FairMutex> m_guard;
         Database &m_db;
     };
 
@@ -36,7 +70,7 @@ public:
     void setSetting(const std::string &name, const std::string &value);
 
 private:
-    std::recursive_mutex m_mutex;
+    FairMutex m_mutex;
     Database m_db;
 };
 
