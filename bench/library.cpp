@@ -1,25 +1,42 @@
-// Scanning own music: a folder of copies of one tagged file, without listening; then again, with nothing changed.
+// Own music: scanning, listening, stations of a large library, and playing while files are listened to.
 #include "server/library/library.h"
-#include "server/api/stationservice.h"
+#include "server/api/apiserver.h"
+#include "server/library/halffloat.h"
+#include "server/store/store.h"
 
 #include "bench/figures.h"
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <fcntl.h>
 #include <fstream>
+#include <httplib.h>
+#include <random>
+#include <sndfile.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+using namespace velmora;
 using namespace velmora::server;
+using namespace std::chrono_literals;
+using nlohmann::json;
 namespace fs = std::filesystem;
 using SteadyClock = std::chrono::steady_clock;
 
 namespace {
 
-void append(std::string &bytes, uint32_t value, int count, bool isBig)
+double secondsSince(SteadyClock::time_point begin)
 {
-    for (int i = 0; i < count; ++i)
-        bytes += static_cast<char>(value >> 8 * (isBig ? count - 1 - i : i));
+    return std::chrono::duration<double>(SteadyClock::now() - begin).count();
+}
+
+void append(std::string &bytes, uint32_t value, int count)
+{
+    for (int i = count - 1; i >= 0; --i)
+        bytes += static_cast<char>(value >> 8 * i);
 }
 
 // An MP3 file: ID3v2 tags and silent frames of 128 kb/s for about half a minute.
@@ -28,7 +45,7 @@ std::string taggedMp3(int number)
     std::string frames;
     const auto text = [&](const char *name, const std::string &value) {
         frames += name;
-        append(frames, static_cast<uint32_t>(value.size() + 1), 4, true);
+        append(frames, static_cast<uint32_t>(value.size() + 1), 4);
         frames += std::string(2, '\0') + '\3' + value;
     };
     text("TIT2", "Song " + std::to_string(number));
@@ -50,68 +67,505 @@ std::string taggedMp3(int number)
     return file;
 }
 
-double cpuSeconds()
+double cpuSeconds(int who)
 {
-    double sum = 0;
-    for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
-        rusage usage{};
-        ::getrusage(who, &usage);
-        for (const timeval &time : {usage.ru_utime, usage.ru_stime})
-            sum += static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    }
-    return sum;
+    rusage usage{};
+    ::getrusage(who, &usage);
+    const auto seconds = [](const timeval &time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-} // namespace
-
-// Argument: how many files (4000).
-int main(int argc, char *argv[])
+double threadCpuMs()
 {
-    const int count = argc > 1 ? std::atoi(argv[1]) : 4000;
-    char directory[] = "/tmp/velmora-bench-XXXXXX";
-    if (!mkdtemp(directory))
-        return 1;
-    const fs::path music = fs::path(directory) / "music";
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+// A line of /proc/self/status, in MB.
+double memoryMb(const std::string &name)
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(name + ":"))
+            return std::atof(line.c_str() + name.size() + 1) / 1024;
+    }
+    return 0;
+}
+
+// A service with one listener.
+class Listener {
+public:
+    explicit Listener(const fs::path &data)
+        : service([&] {
+            ServiceSettings settings;
+            settings.dataDirectory = data;
+            settings.passwordCost = {1, 8192};
+            return settings;
+        }())
+        , m_dispatcher(service)
+    {
+        AccountId id = 0;
+        service.createAccount("mira@example.org", "seven small lamps", {}, &id);
+        m_token = call("partnerLogin", {{"deviceKey", randomToken()}}).at("partnerToken");
+        m_token = call("userLogin",
+                       {{"loginType", "user"}, {"userName", "mira@example.org"}, {"password", "seven small lamps"}})
+                      .at("userToken");
+    }
+
+    // Its data; an object without members when it failed.
+    json call(const std::string &function, const json &parameters)
+    {
+        const Answer answer = m_dispatcher.answer({"v1", function, parameters.dump(), "Bearer " + m_token, "", "::1"});
+        return answer.body.value("data", json::object());
+    }
+    // A station from the first artist that the search finds; empty when it finds none.
+    std::string stationFrom(const std::string &artist)
+    {
+        const json artists = call("search", {{"text", artist}}).value("artists", json::array());
+        if (artists.empty())
+            return {};
+        const json made = call("createStation", {{"musicToken", artists[0].at("musicToken")}});
+        return made.contains("station") ? made["station"].value("stationToken", "") : std::string();
+    }
+    json entries(const std::string &station)
+    {
+        return call("getPlaylist", {{"stationToken", station}}).value("entries", json::array());
+    }
+    const std::string &token() const { return m_token; }
+
+    StationService service;
+
+private:
+    Dispatcher m_dispatcher;
+    std::string m_token;
+};
+
+// Takes the store's lock as a request does, again and again, and notes how long it waited.
+class LockAsker {
+public:
+    explicit LockAsker(Store &store)
+        : m_thread([this, &store] {
+            while (!m_isStopping) {
+                const auto begin = SteadyClock::now();
+                store.lock();
+                m_waits.push_back(secondsSince(begin) * 1000);
+                std::this_thread::sleep_for(1ms);
+            }
+        })
+    {
+    }
+    std::vector<double> stop()
+    {
+        m_isStopping = true;
+        if (m_thread.joinable())
+            m_thread.join();
+        return m_waits;
+    }
+    ~LockAsker() { stop(); }
+
+private:
+    std::atomic<bool> m_isStopping{false};
+    std::vector<double> m_waits;
+    std::thread m_thread;
+};
+
+void printWaits(const std::string &what, const std::vector<double> &waits)
+{
+    figures::print("library, longest wait for the lock while " + what, figures::percentile(waits, 1), " ms", 15);
+}
+
+LibrarySettings settingsFor(const fs::path &music, const StationService &service, bool isAnalysed)
+{
+    LibrarySettings settings;
+    settings.config.folders = {music};
+    settings.config.isAnalysed = isAnalysed;
+    settings.dataDirectory = service.dataDirectory();
+    settings.workerProgram = BENCH_MEDIA;
+    settings.tick = 10ms;
+    return settings;
+}
+
+void waitForScan(Library &library)
+{
+    while (library.status().scans == 0)
+        std::this_thread::sleep_for(1ms);
+}
+
+void measureScan(const fs::path &directory, int count)
+{
+    const fs::path music = directory / "scanned";
     for (int i = 0; i < count; ++i) {
         const fs::path folder = music / std::to_string(i / 40) / std::to_string(i / 10);
         if (i % 10 == 0)
             fs::create_directories(folder);
         std::ofstream(folder / (std::to_string(i) + ".mp3"), std::ios::binary) << taggedMp3(i);
     }
+    Listener listener(directory / "scan-data");
+    StationService &service = listener.service;
+    double cpu = cpuSeconds(RUSAGE_SELF) + cpuSeconds(RUSAGE_CHILDREN);
+    auto begin = SteadyClock::now();
+    {
+        Library library(service.store, service.catalogue, service.clock, settingsFor(music, service, false));
+        library.start();
+        std::string station;
+        while (station.empty() || listener.entries(station).empty()) {
+            std::this_thread::sleep_for(10ms);
+            if (station.empty())
+                station = listener.stationFrom("Artist");
+        }
+        figures::print("library, first station of a new folder plays", secondsSince(begin), " s", 10);
+        waitForScan(library);
+        figures::note("library, first scan, wall time", count / secondsSince(begin), " files/s");
+    }
+    // The worker's time counts once it has ended.
+    cpu = (cpuSeconds(RUSAGE_SELF) + cpuSeconds(RUSAGE_CHILDREN) - cpu) / count * 1000;
+    figures::print("library, first scan, CPU of a file", cpu, " ms", 2, "500 files/s on one core");
+    cpu = cpuSeconds(RUSAGE_SELF);
+    begin = SteadyClock::now();
+    Library library(service.store, service.catalogue, service.clock, settingsFor(music, service, false));
+    library.start();
+    waitForScan(library);
+    const std::string remark = std::to_string(count) + " files, scaled up";
+    figures::print("library, nothing changed, 50,000 files, wall time", secondsSince(begin) * 50000 / count, " s", 6,
+                   remark);
+    figures::note("library, nothing changed, 50,000 files, CPU", (cpuSeconds(RUSAGE_SELF) - cpu) * 50000 / count, " s",
+                  remark);
+}
+
+// Rows as a scan and listening leave them: 12 tracks an artist, one file each, descriptors drawn by chance.
+void fillStore(StationService &service, int count)
+{
+    std::mt19937 random(5);
+    std::normal_distribution<float> normal;
+    constexpr int styles = 40;
+    constexpr int inBatch = 5000;
+    for (int first = 0; first < count; first += inBatch) {
+        std::vector<Track> tracks;
+        for (int i = first; i < std::min(count, first + inBatch); ++i) {
+            Track track;
+            track.publicId = "b" + std::to_string(i);
+            track.song = "Song " + std::to_string(i);
+            track.artist = "Artist " + std::to_string(i / 12);
+            track.album = "Album " + std::to_string(i / 12);
+            track.style = "style " + std::to_string(i / 12 % styles);
+            track.durationSeconds = 120 + static_cast<int>(random() % 240);
+            track.audioFile = "/nowhere/" + std::to_string(i) + ".mp3";
+            track.audioType = "audio/mpeg";
+            track.isPlayable = true;
+            tracks.push_back(std::move(track));
+        }
+        service.catalogue.put(tracks);
+    }
+    const Store::Lock db = service.store.lock();
+    Transaction change(*db);
+    db->run("INSERT INTO roots (path, is_present, scanned_at) VALUES (CAST('/nowhere' AS BLOB), 1, 1)");
+    const int64_t root = db->lastRowId();
+    db->run("UPDATE tracks SET source = 'folder', seconds = duration + (id % 1000) / 1000.0");
+    db->run("INSERT INTO files (root_id, path, size, mtime_ns, inode, track_id, sound_print, worker_version, "
+            "analysis_version) SELECT ?1, CAST(public_id || '.mp3' AS BLOB), 5000000, id, id, id, randomblob(17), ?2, "
+            "?3 FROM tracks",
+            root, media::workerVersion, media::descriptorVersion);
+    db->run("INSERT INTO styles (name, folded, tracks) SELECT style, style, COUNT(*) FROM tracks GROUP BY style");
+    db->run("INSERT INTO track_styles (track_id, style_id, weight) SELECT t.id, s.id, 1 FROM tracks t JOIN styles s ON "
+            "s.name = t.style");
+    std::vector<media::Descriptor> middles(static_cast<size_t>(styles) * 5);
+    for (media::Descriptor &middle : middles)
+        std::generate(middle.begin(), middle.end(), [&] { return normal(random); });
+    for (int64_t id = 1; id <= count; ++id) {
+        media::Descriptor numbers = middles[random() % middles.size()];
+        for (float &number : numbers)
+            number += 0.7f * normal(random);
+        db->run("INSERT INTO descriptors (track_id, version, numbers) VALUES (?1, ?2, ?3)", id,
+                media::descriptorVersion, Blob{halves(numbers)});
+    }
+    change.commit();
+}
+
+void measureLargeLibrary(const fs::path &directory, int count)
+{
     {
         ServiceSettings settings;
-        settings.dataDirectory = fs::path(directory) / "data";
-        StationService service(settings);
-        LibrarySettings library;
-        library.config.folders = {music};
-        library.config.isAnalysed = false;
-        library.dataDirectory = service.dataDirectory();
-        library.workerProgram = BENCH_MEDIA;
-        library.tick = std::chrono::milliseconds(10);
-        const auto wait = [](Library &scanner) {
-            while (scanner.status().scans == 0)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        };
-        double cpu = cpuSeconds();
-        auto begin = SteadyClock::now();
-        const auto seconds = [&] { return std::chrono::duration<double>(SteadyClock::now() - begin).count(); };
-        {
-            Library scanner(service.store, service.catalogue, settings.clock, library);
-            scanner.start();
-            while (service.catalogue.counts().playable < 50)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            figures::print("library, first fifty tracks play", seconds(), "s", 10);
-            wait(scanner);
-            figures::note("library, first scan", count / seconds(), "files/s");
+        settings.dataDirectory = directory / "large-data";
+        StationService filled(settings);
+        fillStore(filled, count);
+    }
+    Listener listener(directory / "large-data");
+    StationService &service = listener.service;
+    const std::string tracks = std::to_string(count) + " tracks";
+    LibraryStore store(service.store, service.catalogue, service.clock);
+    const double cpu = cpuSeconds(RUSAGE_SELF);
+    const auto begin = SteadyClock::now();
+    std::vector<std::string> stations;
+    for (int i = 0; i < 8; ++i)
+        stations.push_back(listener.stationFrom("Artist " + std::to_string(100 + i * 37)));
+    if (listener.entries(stations[0]).empty())
+        figures::note("library, a large library", "no station plays");
+    figures::note("library, first list of " + tracks + " after a start", secondsSince(begin), " s wall time");
+    std::vector<double> first, warm, lists;
+    const auto ask = [&](const std::string &station, std::vector<double> &ms) {
+        const double before = threadCpuMs();
+        const json entries = listener.entries(station);
+        const double used = threadCpuMs() - before;
+        lists.push_back(used);
+        if (!entries.empty())
+            ms.push_back(used);
+        for (const json &entry : entries) {
+            if (entry["type"] == "track" && lists.size() % 4 == 0)
+                listener.call("addFeedback", {{"stationToken", station},
+                                              {"trackToken", entry["track"]["trackToken"]},
+                                              {"isPositive", lists.size() % 8 != 0}});
         }
-        // The worker's time counts once it has ended.
-        figures::print("library, CPU of a file at the first scan", (cpuSeconds() - cpu) / count * 1000, "ms", 2);
-        cpu = cpuSeconds();
-        begin = SteadyClock::now();
-        Library scanner(service.store, service.catalogue, settings.clock, library);
-        scanner.start();
-        wait(scanner);
-        figures::print("library, nothing changed, 50,000 files", seconds() * 50000 / count, "s", 6, "extrapolated");
+    };
+    for (const std::string &station : stations)
+        ask(station, first);
+    for (int round = 0; round < 25; ++round) {
+        for (const std::string &station : stations)
+            ask(station, warm);
+    }
+    figures::note("library, list of a station not asked before, CPU, median", figures::median(first), " ms", tracks);
+    figures::print("library, list of four, CPU, median", figures::median(warm), " ms", 8,
+                   tracks + "; 2 ms an entry; after every fourth list four thumbs");
+    figures::note("library, list of four, CPU, slowest", figures::percentile(warm, 1), " ms");
+    figures::print("library, memory", memoryMb("VmRSS") - memoryMb("RssFile"), " MB", 150,
+                   tracks + ", without the mapped database");
+    figures::note("library, memory, highest, mapped database included", memoryMb("VmHWM"), " MB");
+    figures::note("library, CPU since the start of that service", cpuSeconds(RUSAGE_SELF) - cpu, " s");
+
+    // What the scanner and the listeners ask of the store.
+    const auto measured = [&](const char *what, const auto &use) {
+        LockAsker asker(service.store);
+        std::this_thread::sleep_for(5ms);
+        use();
+        printWaits(what, asker.stop());
+    };
+    measured("the page counts", [&] { store.counts(); });
+    measured("a scan reads what is known", [&] { store.files(1); });
+    measured("a listener looks for files", [&] {
+        for (uint32_t i = 0; i < 10; ++i)
+            store.nextToAnalyse(8, i * 1000);
+    });
+    measured("a listener looks for covers", [&] { store.albumsWithoutCover(16); });
+    measured("the page lists what was left out", [&] { store.leftOutFiles({}, 0, 100); });
+    measured("/health counts", [&] { service.catalogue.counts(); });
+    measured("styles are listed", [&] { service.catalogue.styles(); });
+    std::mt19937 random(6);
+    std::normal_distribution<float> normal;
+    measured("analyses are stored", [&] {
+        for (int i = 0; i < 100; ++i) {
+            media::MediaAnalysis analysis;
+            analysis.seconds = 120 + i;
+            analysis.numbers.emplace();
+            std::generate(analysis.numbers->begin(), analysis.numbers->end(), [&] { return normal(random); });
+            const int64_t id = 1 + i * (count / 100);
+            store.putAnalysis({id, id, "/nowhere", "x", {5000000, id, id}, analysis.seconds}, analysis, {});
+        }
+    });
+    measured("batches are stored", [&] {
+        for (int batch = 0; batch < 10; ++batch) {
+            std::vector<ReadFile> files;
+            for (int i = 0; i < static_cast<int>(LibraryStore::mostInBatch); ++i) {
+                ReadFile file;
+                file.path = "new/" + std::to_string(batch) + "-" + std::to_string(i) + ".mp3";
+                file.hasTags = true;
+                file.tags.container = "mpeg";
+                file.tags.seconds = 200;
+                file.tags.soundPrint = "print " + file.path;
+                file.facts.song = "New " + std::to_string(i);
+                file.facts.artist = "New Artist " + std::to_string(i / 10);
+                file.facts.album = "New Album";
+                file.facts.styles = {"folk"};
+                files.push_back(std::move(file));
+            }
+            store.put(1, files, [](const Root &, const std::string &, const FileStamp &) { return false; });
+        }
+    });
+    std::vector<int64_t> some;
+    for (int64_t id = 1; id <= 1000; ++id)
+        some.push_back(id);
+    measured("files are missing or back", [&] {
+        store.setMissing(some, true);
+        store.setMissing(some, false);
+    });
+}
+
+// Renders pieces with the demo's synthesiser and encodes each as FLAC, MP3, Ogg Vorbis and Opus; each file several
+// times, with an end of its own. Returns false when that is not possible.
+bool renderMusic(const fs::path &folder, int copies)
+{
+    const fs::path rendered = folder.parent_path() / "rendered";
+    const std::string command = "'" BENCH_DEMOMUSIC "' --each 1 '" + rendered.string() + "' >/dev/null 2>&1 </dev/null";
+    if (std::system(command.c_str()) != 0) // NOLINT(cert-env33-c): fixed program, own folder
+        return false;
+    fs::create_directories(folder);
+    int number = 0;
+    for (const auto &entry : fs::directory_iterator(rendered)) {
+        SF_INFO info{};
+        SNDFILE *source =
+            entry.path().extension() == ".flac" ? sf_open(entry.path().c_str(), SFM_READ, &info) : nullptr;
+        if (!source)
+            continue;
+        std::vector<float> samples(static_cast<size_t>(info.frames * info.channels));
+        samples.resize(static_cast<size_t>(sf_readf_float(source, samples.data(), info.frames) * info.channels));
+        sf_close(source);
+        const std::pair<const char *, int> formats[] = {{".flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16},
+                                                        {".mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III},
+                                                        {".ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS},
+                                                        {".wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16}};
+        for (int copy = 0; copy < copies; ++copy) {
+            const auto &[extension, format] = formats[number % 4];
+            SF_INFO target{};
+            target.samplerate = info.samplerate;
+            target.channels = info.channels;
+            target.format = format;
+            const fs::path file = folder / (std::to_string(number) + extension);
+            SNDFILE *sound = sf_open(file.c_str(), SFM_WRITE, &target);
+            if (!sound)
+                return false;
+            sf_set_string(sound, SF_STR_TITLE, ("Piece " + std::to_string(number)).c_str());
+            sf_set_string(sound, SF_STR_ARTIST, ("Player " + std::to_string(number / 3)).c_str());
+            const auto frames = static_cast<sf_count_t>(samples.size()) / info.channels - copy * info.samplerate * 2;
+            sf_writef_float(sound, samples.data(), frames);
+            sf_close(sound);
+            ++number;
+        }
+    }
+    return number > 0;
+}
+
+void measureListening(const fs::path &music)
+{
+    std::map<std::string, std::pair<double, double>> used; // CPU and music in seconds, by kind
+    for (const auto &entry : fs::directory_iterator(music)) {
+        const int file = ::open(entry.path().c_str(), O_RDONLY | O_CLOEXEC);
+        const double before = cpuSeconds(RUSAGE_CHILDREN);
+        media::MediaAnalysis analysis;
+        std::string problem;
+        media::Outcome outcome{};
+        {
+            media::MediaWorker worker(BENCH_MEDIA);
+            outcome = worker.analyse(file, 300, &analysis, &problem);
+        }
+        ::close(file);
+        if (outcome != media::Outcome::Done)
+            figures::note("library, " + entry.path().filename().string(), "not listened to: " + problem);
+        auto &[cpu, seconds] = used[entry.path().extension()];
+        cpu += cpuSeconds(RUSAGE_CHILDREN) - before;
+        seconds += analysis.seconds;
+    }
+    for (const auto &[kind, sums] : used)
+        figures::print("library, listening to a three-minute track, CPU, " + kind, sums.first / sums.second * 180, " s",
+                       2);
+}
+
+// Plays a track at its own speed over HTTP while the rest is listened to: what arrives must stay ahead of what plays.
+void measurePlaying(const fs::path &directory, const fs::path &music)
+{
+    Listener listener(directory / "play-data");
+    StationService &service = listener.service;
+    LibrarySettings settings = settingsFor(music, service, true);
+    settings.config.workers = 2;
+    Library library(service.store, service.catalogue, service.clock, settings);
+    ListenSettings listen;
+    listen.port = 0;
+    listen.logsRequests = false;
+    ApiServer server(service, listen);
+    server.start();
+    LockAsker asker(service.store);
+    library.start();
+    waitForScan(library);
+    const std::string station = listener.stationFrom("Player");
+    std::atomic<bool> isStopping{false};
+    double lost = 0, played = 0;
+    std::thread radio([&] {
+        httplib::Client client("127.0.0.1", server.port());
+        while (!isStopping) {
+            const json entries = listener.entries(station);
+            for (const json &entry : entries) {
+                const json track = entry.value("track", json::object());
+                const std::string address = track.value("audioUrl", "");
+                const double duration = track.value("durationSeconds", 0.0);
+                if (address.empty() || duration < 1 || isStopping)
+                    continue;
+                // A second is buffered before it plays; a piece that comes later than its turn is silence.
+                const auto begin = SteadyClock::now() + 1s;
+                double silence = 0;
+                size_t got = 0, whole = 0;
+                const std::string path = address.substr(service.addresses.base().size());
+                client.Get(
+                    path,
+                    [&](const httplib::Response &response) {
+                        whole = std::stoul(response.get_header_value("Content-Length"));
+                        return true;
+                    },
+                    [&](const char *, size_t count) {
+                        got += count;
+                        const double due = duration * static_cast<double>(got) / static_cast<double>(whole) + silence;
+                        const double late = -std::chrono::duration<double>(begin + std::chrono::duration<double>(due) -
+                                                                           SteadyClock::now())
+                                                 .count();
+                        silence += std::max(0.0, late);
+                        if (late < -2) // no further ahead than a radio
+                            std::this_thread::sleep_for(std::chrono::duration<double>(-late - 2));
+                        return !isStopping;
+                    });
+                lost += silence;
+                played += std::max(0.0, std::chrono::duration<double>(SteadyClock::now() - begin).count());
+            }
+        }
+    });
+    httplib::Client client("127.0.0.1", server.port());
+    client.set_keep_alive(true);
+    std::vector<double> ms;
+    const httplib::Headers headers = {{"Authorization", "Bearer " + listener.token()}};
+    const auto begin = SteadyClock::now();
+    while (library.status().counts.toAnalyse > 0 || secondsSince(begin) < 10) {
+        const auto asked = SteadyClock::now();
+        const auto answer =
+            client.Post("/v1/getPlaylist", headers, json{{"stationToken", station}}.dump(), "application/json");
+        if (answer && answer->status == 200)
+            ms.push_back(secondsSince(asked) * 1000);
+        std::this_thread::sleep_for(50ms);
+        if (secondsSince(begin) > 300)
+            break;
+    }
+    isStopping = true;
+    radio.join();
+    library.stop();
+    const std::string remark = std::to_string(ms.size()) + " lists; listened to " +
+                               std::to_string(library.store().counts().analysed) + " files meanwhile";
+    figures::print("library, list while files are listened to, 99th percentile", figures::percentile(ms, 0.99), " ms",
+                   50, remark);
+    figures::print("library, sound lost while files are listened to", lost, " s", 1,
+                   std::to_string(static_cast<int>(played)) + " s played");
+    printWaits("files are listened to", asker.stop());
+    server.stop();
+}
+
+} // namespace
+
+// Arguments: how many files are scanned (5000), how many tracks the large library has (100000), how many files of each
+// of six pieces are rendered and listened to (4); 0 leaves that out.
+int main(int argc, char *argv[])
+{
+    const auto argument = [&](int place, int otherwise) { return argc > place ? std::atoi(argv[place]) : otherwise; };
+    char made[] = "/tmp/velmora-bench-XXXXXX";
+    if (!mkdtemp(made))
+        return 1;
+    const fs::path directory = made;
+    if (const int files = argument(1, 5000); files > 0)
+        measureScan(directory, files);
+    if (const int tracks = argument(2, 100000); tracks > 0)
+        measureLargeLibrary(directory, tracks);
+    if (const int copies = argument(3, 4); copies > 0) {
+        if (renderMusic(directory / "music", copies)) {
+            measureListening(directory / "music");
+            measurePlaying(directory, directory / "music");
+        } else {
+            figures::note("library, listening", "not measured: no music could be rendered");
+        }
     }
     fs::remove_all(directory);
     return 0;
