@@ -401,7 +401,7 @@ bool renderMusic(const fs::path &folder, int copies)
         return false;
     fs::create_directories(folder);
     int number = 0;
-    for (const auto &entry : fs::directory_iterator(rendered)) {
+    for (const auto &entry : fs::recursive_directory_iterator(rendered / "music")) {
         SF_INFO info{};
         SNDFILE *source =
             entry.path().extension() == ".flac" ? sf_open(entry.path().c_str(), SFM_READ, &info) : nullptr;
@@ -427,7 +427,9 @@ bool renderMusic(const fs::path &folder, int copies)
             sf_set_string(sound, SF_STR_TITLE, ("Piece " + std::to_string(number)).c_str());
             sf_set_string(sound, SF_STR_ARTIST, ("Player " + std::to_string(number / 3)).c_str());
             const auto frames = static_cast<sf_count_t>(samples.size()) / info.channels - copy * info.samplerate * 2;
-            sf_writef_float(sound, samples.data(), frames);
+            // In pieces: the Vorbis encoder takes each one on its stack.
+            for (sf_count_t at = 0; at < frames; at += 4096)
+                sf_writef_float(sound, samples.data() + at * info.channels, std::min<sf_count_t>(4096, frames - at));
             sf_close(sound);
             ++number;
         }
