@@ -16,7 +16,7 @@ packages_run=(
     alsa-utils
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
-packages_artwork=(librsvg2-bin optipng)
+packages_artwork=(librsvg2-bin netpbm optipng)
 packages_tidy=(clang-format clang-tidy)
 
 # install_missing PACKAGE...: installs the packages that are not installed yet. Uses the network only if one is missing.

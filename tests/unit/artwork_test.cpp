@@ -90,6 +90,11 @@ QStringList faults(const QString &root)
     for (const QString &master : masters.entryList({"*.svg"}))
         if (!rendered.contains(master.chopped(4)))
             all += master + QStringLiteral(" was never rendered");
+    const QDir unpacked(QDir(root).filePath("resources/first"));
+    for (const QString &copy : unpacked.entryList({"*.bmp"}))
+        if (QImage(unpacked.filePath(copy)).convertToFormat(QImage::Format_RGB32) !=
+            QImage(images.filePath(copy.chopped(4) + QStringLiteral(".png"))).convertToFormat(QImage::Format_RGB32))
+            all += copy + QStringLiteral(" is another picture than the packed one: run tools/render-artwork");
     all.removeAll(QString());
     return all;
 }
