@@ -326,8 +326,8 @@ void measureLargeLibrary(const fs::path &directory, int count)
             ask(station, warm);
     }
     figures::note("library, list of a station not asked before, CPU, median", figures::median(first), " ms", tracks);
-    figures::print("library, list of four, CPU, median", figures::median(warm), " ms", 8,
-                   tracks + "; 2 ms an entry; after every fourth list four thumbs");
+    figures::print("library, list of four, CPU, median", figures::median(warm), " ms", 2,
+                   tracks + "; after every fourth list four thumbs");
     figures::note("library, list of four, CPU, slowest", figures::percentile(warm, 1), " ms");
     figures::print("library, memory", memoryMb("VmRSS") - memoryMb("RssFile"), " MB", 150,
                    tracks + ", without the mapped database");

@@ -287,12 +287,17 @@ bool Playlists::isPreparing()
 
 void Playlists::forgetOld(Database &db)
 {
-    const int64_t before = m_clock() - tokenSeconds;
+    db.run("DELETE FROM sleeps WHERE until <= ?1", m_clock());
+    // These look through whole tables, and what is a little too old does no harm.
+    const int64_t now = m_clock();
+    if (now >= m_forgottenAt && now < m_forgottenAt + forgetSeconds)
+        return;
+    m_forgottenAt = now;
+    const int64_t before = now - tokenSeconds;
     db.run("DELETE FROM issued_tracks WHERE issued_at < ?1", before);
     db.run("DELETE FROM issued_ads WHERE issued_at < ?1", before);
-    db.run("DELETE FROM track_events WHERE happened_at < ?1", m_clock() - sleepSeconds);
-    db.run("DELETE FROM plays WHERE started_at < ?1", m_clock() - playSeconds);
-    db.run("DELETE FROM sleeps WHERE until <= ?1", m_clock());
+    db.run("DELETE FROM track_events WHERE happened_at < ?1", now - sleepSeconds);
+    db.run("DELETE FROM plays WHERE started_at < ?1", now - playSeconds);
 }
 
 IssuedTrack Playlists::issueTrack(Database &db, const Station &station, const Choice &choice,

@@ -40,6 +40,7 @@ public:
     static constexpr int entriesInList = 4;
     static constexpr int64_t tokenSeconds = 2 * 24 * 3600; // a token is of use so long
     static constexpr int64_t sleepSeconds = 30 * 24 * 3600;
+    static constexpr int64_t forgetSeconds = 600;          // old rows are deleted so often
     static constexpr int64_t playSeconds = 90 * 24 * 3600; // what was heard is remembered so long
 
     Playlists(Store &store, Catalogue &catalogue, Stations &stations, Clock clock, Random random);
@@ -99,6 +100,7 @@ private:
     Stations &m_stations;
     Clock m_clock;
     Random m_random;
+    int64_t m_forgottenAt = 0; // when old rows were deleted; under the store's lock
     Transcodes *m_transcodes = nullptr;
     EngineKeeper m_keeper;
     std::mutex m_mutex;                                          // guards m_kept
