@@ -268,9 +268,6 @@ void fillStore(StationService &service, int count)
             "analysis_version) SELECT ?1, CAST(public_id || '.mp3' AS BLOB), 5000000, id, id, id, randomblob(17), ?2, "
             "?3 FROM tracks",
             root, media::workerVersion, media::descriptorVersion);
-    db->run("INSERT INTO styles (name, folded, tracks) SELECT style, style, COUNT(*) FROM tracks GROUP BY style");
-    db->run("INSERT INTO track_styles (track_id, style_id, weight) SELECT t.id, s.id, 1 FROM tracks t JOIN styles s ON "
-            "s.name = t.style");
     std::vector<media::Descriptor> middles(static_cast<size_t>(styles) * 5);
     for (media::Descriptor &middle : middles)
         std::generate(middle.begin(), middle.end(), [&] { return normal(random); });
