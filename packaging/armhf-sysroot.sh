@@ -17,7 +17,7 @@ packages=(
     qt6-base-dev qt6-qpa-plugins libqt6network6
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-plugins-base gstreamer1.0-plugins-good
     libxcb1-dev libxcb-xkb-dev
-    libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libcpp-httplib-dev
+    libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libboost1.81-dev
     libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev libgtest-dev
     fonts-liberation
 )

@@ -173,7 +173,7 @@ int run(const ServerOptions &options)
     ListenSettings listen = options.listen;
     const bool isEncrypted = !listen.tlsCertificate.empty() || listen.publicUrl.starts_with("https://");
     WebPages pages(service, isEncrypted);
-    listen.addPages = [&pages](httplib::Server &http) { pages.addTo(http); };
+    listen.addPages = [&pages](http::Router &router) { pages.addTo(router); };
 
     ApiServer server(service, listen);
     for (const ServerOptions::Failure &failure : options.failures)

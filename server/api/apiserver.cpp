@@ -3,12 +3,9 @@
 #include "server/api/health.h"
 #include "server/api/houseaddress.h"
 #include "server/api/mediafiles.h"
+#include "server/http/conditions.h"
 
-#include <arpa/inet.h>
-#include <array>
 #include <charconv>
-#include <httplib.h>
-#include <sys/socket.h>
 
 namespace velmora::server {
 
@@ -16,21 +13,20 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// A paused radio stops reading its stream, which occupies a thread. Therefore there are many threads, and a stream from
-// which nothing was read for so long is ended; the radio continues it with a range request.
-constexpr size_t threadCount = 64;
-constexpr std::chrono::seconds standingStream{600};
-constexpr std::chrono::seconds slowRequest{10};
-// A body that is too large is read to its end, so that the caller gets an answer, but only up to this limit.
-constexpr size_t mostDrained = 4 * 1024 * 1024;
-constexpr size_t longestPath = 512;
-constexpr size_t chunkBytes = 64 * 1024;
+constexpr int retryAfterSeconds = 2;
 
-void send(httplib::Response &response, const Answer &answer)
+http::Response json(const Answer &answer)
 {
+    http::Response response;
     response.status = answer.httpStatus;
-    response.set_content(answer.body.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
-                         "application/json; charset=utf-8");
+    response.setContent(answer.body.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
+                        "application/json; charset=utf-8");
+    return response;
+}
+
+http::Response refused(int status, Code code, const char *why)
+{
+    return json(Dispatcher::refusal(status, code, why));
 }
 
 std::string decimal(double value)
@@ -40,21 +36,9 @@ std::string decimal(double value)
     return text;
 }
 
-// The local port of a connected TCP socket; nothing for any other descriptor.
-std::optional<int> localPortOfConnection(int fd)
+bool isVersion(std::string_view text)
 {
-    sockaddr_storage address{};
-    socklen_t length = sizeof address;
-    if (::getpeername(fd, reinterpret_cast<sockaddr *>(&address), &length) != 0)
-        return std::nullopt;
-    length = sizeof address;
-    if (::getsockname(fd, reinterpret_cast<sockaddr *>(&address), &length) != 0)
-        return std::nullopt;
-    if (address.ss_family == AF_INET)
-        return ntohs(reinterpret_cast<sockaddr_in *>(&address)->sin_port);
-    if (address.ss_family == AF_INET6)
-        return ntohs(reinterpret_cast<sockaddr_in6 *>(&address)->sin6_port);
-    return std::nullopt;
+    return text.size() > 1 && text.front() == 'v' && text.find_first_not_of("0123456789", 1) == std::string_view::npos;
 }
 
 } // namespace
@@ -78,69 +62,24 @@ bool ApiServer::isLoopback(const std::string &host)
 
 void ApiServer::start()
 {
-    if (m_settings.tlsCertificate.empty()) {
-        m_server = std::make_unique<httplib::Server>();
-    } else {
-        m_server = std::make_unique<httplib::SSLServer>(m_settings.tlsCertificate.c_str(), m_settings.tlsKey.c_str());
-        if (!m_server->is_valid())
-            throw std::runtime_error("cannot use the certificate " + m_settings.tlsCertificate.string() +
-                                     " with the key " + m_settings.tlsKey.string());
-    }
-    m_server->new_task_queue = [] { return new httplib::ThreadPool(threadCount); };
-    m_server->set_read_timeout(slowRequest);
-    m_server->set_write_timeout(standingStream);
-    m_server->set_payload_max_length(mostDrained);
-    m_server->set_tcp_nodelay(true);
-    // The library's default also sets SO_REUSEPORT: a second server would then share the port silently.
-    m_server->set_socket_options([](int fd) {
-        const int yes = 1;
-        ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    });
-    addRoutes();
-    if (m_settings.addPages)
-        m_settings.addPages(*m_server);
-
-    if (m_settings.port == 0)
-        m_port = m_server->bind_to_any_port(m_settings.host);
-    else if (m_server->bind_to_port(m_settings.host, m_settings.port))
-        m_port = m_settings.port;
-    if (m_port <= 0)
-        throw std::runtime_error("cannot listen on " + m_settings.host + " port " + std::to_string(m_settings.port) +
-                                 "; is another velmora-server running?");
+    http::ServerSettings settings;
+    settings.host = m_settings.host;
+    settings.port = m_settings.port;
+    settings.tlsCertificate = m_settings.tlsCertificate;
+    settings.tlsKey = m_settings.tlsKey;
+    settings.trustedProxies = m_settings.trustedProxies;
+    settings.sendsHsts = !m_settings.tlsCertificate.empty() || m_settings.publicUrl.starts_with("https://");
+    settings.limits = m_settings.limits;
+    settings.refusal = [this](int status, const http::Request &request) { return refusal(status, request); };
+    m_server = std::make_unique<http::Server>(std::move(settings), router());
+    m_port = m_server->bind();
     m_service.addresses.setBase(m_settings.publicUrl.empty() ? url() : m_settings.publicUrl);
-    m_thread = std::thread([this] {
-        m_server->listen_after_bind();
-        m_hasEnded = true;
-    });
-    while (!m_server->is_running() && !m_hasEnded)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    m_server->start();
 }
 
 void ApiServer::stop()
 {
-    if (!m_thread.joinable())
-        return;
-    m_isStopping = true;
-    m_server->stop();
-    while (!m_hasEnded) {
-        endConnections();
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    m_thread.join();
-}
-
-void ApiServer::endConnections() const
-{
-    // cpp-httplib 0.11 keeps its accepted sockets to itself and waits for each to end: a paused stream would hold it
-    // for minutes. They are the connected sockets of this process whose own port is ours.
-    std::error_code error;
-    for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
-        const std::string name = entry.path().filename();
-        int fd = -1;
-        std::from_chars(name.data(), name.data() + name.size(), fd);
-        if (fd >= 0 && localPortOfConnection(fd) == m_port)
-            ::shutdown(fd, SHUT_RDWR);
-    }
+    m_server.reset();
 }
 
 std::string ApiServer::url() const
@@ -153,70 +92,76 @@ std::string ApiServer::url() const
     return (m_settings.tlsCertificate.empty() ? "http://" : "https://") + host + ":" + std::to_string(m_port);
 }
 
-void ApiServer::addRoutes()
+http::Router ApiServer::router()
 {
-    m_server->set_pre_routing_handler([](const httplib::Request &request, httplib::Response &response) {
-        // Paths are matched by a regular expression whose depth grows with the path.
-        if (request.path.size() <= longestPath)
-            return httplib::Server::HandlerResponse::Unhandled;
-        send(response, Dispatcher::refusal(404, Code::NoSuchFunction, "no such path"));
-        return httplib::Server::HandlerResponse::Handled;
-    });
-    m_server->Post(R"(/(v\d+)/([^/]+))", [this](const httplib::Request &request, httplib::Response &response,
-                                                const httplib::ContentReader &reader) {
-        const auto since = SteadyClock::now();
-        std::string body;
-        size_t received = 0;
-        const bool isWhole = reader([&](const char *data, size_t length) {
-            received += length;
-            if (received <= Parameters::mostBytes)
-                body.append(data, length);
-            return received <= mostDrained;
-        });
-        Answer answer;
-        if (received > Parameters::mostBytes || response.status == 413)
-            answer = Dispatcher::refusal(413, Code::Malformed, "the body is larger than 64 KiB");
-        else if (!isWhole)
-            answer = Dispatcher::refusal(400, Code::Malformed, "the body is cut off");
-        else
-            answer = m_dispatcher.answer({request.matches[1], request.matches[2], body,
-                                          request.get_header_value("Authorization"),
-                                          request.get_header_value("Velmora-Request-Key"), request.remote_addr});
-        send(response, answer);
-        log(answer.function, static_cast<int>(answer.code), since);
-    });
-    m_server->Get(R"(/media/([a-z]+)/([^/]+))", [this](const httplib::Request &request, httplib::Response &response) {
-        const auto since = SteadyClock::now();
-        answerMedia(request, response);
-        log("media", response.status, since);
-    });
-    m_server->Get("/health", [this](const httplib::Request &, httplib::Response &response) {
-        Answer answer;
-        answer.body = healthOf(m_service);
-        send(response, answer);
-    });
-    m_server->set_error_handler([](const httplib::Request &, httplib::Response &response) {
-        if (!response.body.empty() || response.status == 416)
-            return;
-        const Code code = response.status == 404 ? Code::NoSuchFunction : Code::Malformed;
-        send(response, Dispatcher::refusal(response.status, code, "refused"));
-    });
-    m_server->set_exception_handler([](const httplib::Request &, httplib::Response &response, std::exception_ptr) {
-        send(response, Dispatcher::refusal(500, Code::Internal, "internal error"));
-    });
+    http::Router router;
+    router.get(
+        "/media/*/*", [this](const http::Request &request) { return answerMedia(request); }, http::Lane::Files);
+    router.get("/health", [this](const http::Request &) { return health(); });
+    if (m_settings.addPages)
+        m_settings.addPages(router);
+    router.post("/*/*", Parameters::mostBytes,
+                [this](const http::Request &request) { return answerFunction(request); });
+    return router;
 }
 
-void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &response)
+http::Response ApiServer::answerFunction(const http::Request &request)
 {
-    const std::optional<MediaKind> kind = mediaKindOf(request.matches[1]);
-    const std::string file = request.matches[2];
-    const auto refuse = [&](int status, const char *why) {
-        send(response, Dispatcher::refusal(status, Code::NotAuthorised, why));
-    };
+    if (!isVersion(request.pieces[0]))
+        return refusal(404, request);
+    const Answer answer = m_dispatcher.answer({request.pieces[0], request.pieces[1], request.body,
+                                               std::string(request.header("Authorization")),
+                                               std::string(request.header("Velmora-Request-Key")), request.address});
+    log(answer.function, static_cast<int>(answer.code), request.arrivedAt);
+    return json(answer);
+}
+
+http::Response ApiServer::health() const
+{
+    Answer answer;
+    answer.body = healthOf(m_service);
+    return json(answer);
+}
+
+http::Response ApiServer::refusal(int status, const http::Request &request) const
+{
+    Answer answer = Dispatcher::refusal(status, Code::Malformed, "refused");
+    if (status == 404)
+        answer.code = Code::NoSuchFunction;
+    else if (status == 413)
+        answer.body["message"] = "the body is larger than 64 KiB";
+    else if (status == 500)
+        answer = Dispatcher::refusal(status, Code::Internal, "internal error");
+    else if (status == 503)
+        answer = Dispatcher::refusal(status, Code::TooMany, "too many requests wait");
+    answer.body["code"] = static_cast<int>(answer.code);
+    if (status == 503)
+        answer.body["data"] = {{"retryAfter", retryAfterSeconds}};
+    http::Response response = json(answer);
+    if (status == 503)
+        response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
+    if (request.method == "POST" && status != 404 && request.path.starts_with("/v"))
+        log("unknown", static_cast<int>(answer.code), request.arrivedAt);
+    return response;
+}
+
+http::Response ApiServer::answerMedia(const http::Request &request)
+{
+    http::Response response = mediaResponse(request);
+    http::applyConditions(request, response); // the log has 206, 304 or 416
+    log("media", response.status, request.arrivedAt);
+    return response;
+}
+
+http::Response ApiServer::mediaResponse(const http::Request &request)
+{
+    const std::optional<MediaKind> kind = mediaKindOf(request.pieces[0]);
+    const std::string &file = request.pieces[1];
+    const auto refuse = [](int status, const char *why) { return refused(status, Code::NotAuthorised, why); };
     if (!kind)
         return refuse(404, "no such kind");
-    switch (m_service.addresses.check(*kind, file, request.get_param_value("a"), request.get_param_value("e"),
-                                      request.get_param_value("s"), request.get_param_value("i"))) {
+    switch (m_service.addresses.check(*kind, file, request.parameter("a"), request.parameter("e"),
+                                      request.parameter("s"), request.parameter("i"))) {
     case MediaCheck::BadSignature:
         return refuse(403, "wrong signature");
     case MediaCheck::Expired:
@@ -231,7 +176,7 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
         return refuse(404, "no such file");
     if (*kind == MediaKind::Picture) {
         const std::filesystem::path &picture = track ? track->pictureFile : ad->pictureFile;
-        return streamMedia(request, response, picture, picture.extension() == ".jpg" ? "image/jpeg" : "image/png");
+        return fileResponse(picture, picture.extension() == ".jpg" ? "image/jpeg" : "image/png");
     }
     // Its folder may be a network share that does not answer: nobody shall wait for that.
     if (track && !track->isPlayable)
@@ -240,16 +185,18 @@ void ApiServer::answerMedia(const httplib::Request &request, httplib::Response &
     if (!audio)
         return refuse(503, "it is being transcoded");
     noteStart(request);
+    http::Response response =
+        fileResponse(*audio, track ? track->audioType : ad->audioType);
     if (track && track->gainDb)
-        response.set_header("Velmora-Gain", decimal(*track->gainDb));
+        response.setHeader("Velmora-Gain", decimal(*track->gainDb));
     if (track && track->peak)
-        response.set_header("Velmora-Peak", decimal(*track->peak));
-    streamMedia(request, response, *audio, track ? track->audioType : ad->audioType);
+        response.setHeader("Velmora-Peak", decimal(*track->peak));
+    return response;
 }
 
-void ApiServer::noteStart(const httplib::Request &request)
+void ApiServer::noteStart(const http::Request &request)
 {
-    const std::string text = request.get_param_value("i");
+    const std::string text = request.parameter("i");
     int64_t issue = 0;
     std::from_chars(text.data(), text.data() + text.size(), issue);
     if (issue == 0 || request.method != "GET")
@@ -261,52 +208,16 @@ void ApiServer::noteStart(const httplib::Request &request)
     }
 }
 
-void ApiServer::streamMedia(const httplib::Request &request, httplib::Response &response,
-                            const std::filesystem::path &path, const std::string &mediaType)
+http::Response ApiServer::fileResponse(const std::filesystem::path &path, const std::string &mediaType) const
 {
-    std::optional<MediaFile> opened = MediaFile::open(path);
-    if (!opened || opened->size() == 0)
-        return send(response, Dispatcher::refusal(404, Code::NoSuchMusic, "no such file"));
-    const auto file = std::make_shared<MediaFile>(std::move(*opened));
-    response.set_header("Accept-Ranges", "bytes");
-    response.set_header("ETag", file->etag());
-    response.set_header("Cache-Control", "private, max-age=43200");
-
-    ByteRange range{0, file->size() - 1};
-    RangeResult result = RangeResult::Whole;
-    const bool isSameFile = !request.has_header("If-Range") || request.get_header_value("If-Range") == file->etag();
-    if (request.has_header("Range") && isSameFile)
-        result = parseRange(request.get_header_value("Range"), file->size(), &range);
-    // cpp-httplib 0.11 applies ranges itself but does not cut them at the file's end; so it must not see any.
-    const_cast<httplib::Request &>(request).ranges.clear();
-    const std::string size = std::to_string(file->size());
-    if (result == RangeResult::Unsatisfiable) {
-        response.status = 416;
-        response.set_header("Content-Range", "bytes */" + size);
-        return;
-    }
-    if (result == RangeResult::Whole && request.get_header_value("If-None-Match") == file->etag()) {
-        response.status = 304;
-        return;
-    }
-    response.status = result == RangeResult::Part ? 206 : 200;
-    if (result == RangeResult::Part)
-        response.set_header("Content-Range",
-                            "bytes " + std::to_string(range.first) + "-" + std::to_string(range.last) + "/" + size);
-
-    const int64_t throttle = m_settings.throttleBytesPerSecond;
-    const size_t piece = throttle > 0 ? static_cast<size_t>(std::max<int64_t>(throttle / 10, 1)) : chunkBytes;
-    response.set_content_provider(
-        range.last - range.first + 1, mediaType,
-        [this, file, first = range.first, piece, throttle](size_t offset, size_t length, httplib::DataSink &sink) {
-            std::array<char, chunkBytes> buffer;
-            const size_t count = file->read(first + offset, buffer.data(), std::min({length, piece, buffer.size()}));
-            if (count == 0 || m_isStopping || !sink.write(buffer.data(), count))
-                return false; // the connection is cut, so that nobody takes it for the whole
-            if (throttle > 0)
-                std::this_thread::sleep_for(std::chrono::milliseconds(100));
-            return true;
-        });
+    const auto file = http::File::open(path);
+    if (!file || file->size() == 0)
+        return refused(404, Code::NoSuchMusic, "no such file");
+    http::Response response;
+    response.setFile(file, mediaType);
+    response.setHeader("Cache-Control", "private, max-age=43200");
+    response.bytesPerSecond = m_settings.throttleBytesPerSecond;
+    return response;
 }
 
 void ApiServer::log(const std::string &function, int code, SteadyClock::time_point since) const

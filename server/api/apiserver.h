@@ -1,15 +1,7 @@
 #pragma once
 
 #include "server/api/dispatcher.h"
-
-#include <functional>
-#include <thread>
-
-namespace httplib {
-class Server;
-struct Request;
-struct Response;
-} // namespace httplib
+#include "server/http/server.h"
 
 namespace velmora::server {
 
@@ -23,10 +15,13 @@ struct ListenSettings {
     int64_t throttleBytesPerSecond = 0;
     bool logsRequests = true; // one line a request on standard error: function, code, milliseconds
     // Adds further pages (paths other than /v1, /media and /health) before the server listens.
-    std::function<void(httplib::Server &)> addPages;
+    std::function<void(http::Router &)> addPages;
+    // Reverse proxies whose X-Forwarded-For is believed; addresses.
+    std::vector<std::string> trustedProxies;
+    http::Limits limits;
 };
 
-// The HTTP side of the service: functions, media, /health. Answers on its own pool of threads.
+// The HTTP side of the service: functions, media, /health.
 class ApiServer {
 public:
     ApiServer(StationService &service, ListenSettings settings);
@@ -34,7 +29,7 @@ public:
 
     // Is listening when it returns. Throws std::runtime_error, with a text for the person who started the program.
     void start();
-    // Ends all connections, also those in the middle of a track, and waits for the threads: well under a second.
+    // Ends streams and idle connections at once; answers in preparation are finished, for at most five seconds.
     void stop();
 
     int port() const { return m_port; }
@@ -45,22 +40,22 @@ public:
     static bool isLoopback(const std::string &host);
 
 private:
-    void addRoutes();
-    void answerMedia(const httplib::Request &request, httplib::Response &response);
-    void noteStart(const httplib::Request &request);
-    void streamMedia(const httplib::Request &request, httplib::Response &response, const std::filesystem::path &file,
-                     const std::string &mediaType);
+    http::Router router();
+    http::Response answerFunction(const http::Request &request);
+    http::Response answerMedia(const http::Request &request);
+    http::Response mediaResponse(const http::Request &request);
+    http::Response health() const;
+    // To what is no request of ours, or is beyond the limits.
+    http::Response refusal(int status, const http::Request &request) const;
+    void noteStart(const http::Request &request);
+    http::Response fileResponse(const std::filesystem::path &file, const std::string &mediaType) const;
     void log(const std::string &function, int code, std::chrono::steady_clock::time_point since) const;
-    void endConnections() const;
 
     StationService &m_service;
     ListenSettings m_settings;
     Dispatcher m_dispatcher;
-    std::unique_ptr<httplib::Server> m_server;
-    std::thread m_thread; // accepts connections; the pool is the server's
+    std::unique_ptr<http::Server> m_server; // while it listens
     int m_port = 0;
-    std::atomic<bool> m_isStopping{false};
-    std::atomic<bool> m_hasEnded{false}; // the accepting thread has left
 };
 
 } // namespace velmora::server

@@ -4,23 +4,9 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 namespace velmora::server {
-
-namespace {
-
-bool readNumber(std::string_view text, uint64_t *value)
-{
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), *value);
-    return !text.empty() && result.ec == std::errc() && result.ptr == text.data() + text.size();
-}
-
-} // namespace
 
 std::string audioExtension(const std::string &mediaType)
 {
@@ -49,82 +35,6 @@ std::optional<std::filesystem::path> audioFileFor(StationService &service, const
     if (!track.needsTranscoding)
         return track.audioFile;
     return service.library ? service.library->transcodes().file(track.id) : std::nullopt;
-}
-
-RangeResult parseRange(std::string_view header, uint64_t size, ByteRange *range)
-{
-    constexpr std::string_view unit = "bytes=";
-    if (!header.starts_with(unit) || header.find(',') != std::string_view::npos)
-        return RangeResult::Whole;
-    header.remove_prefix(unit.size());
-    const size_t hyphen = header.find('-');
-    if (hyphen == std::string_view::npos)
-        return RangeResult::Whole;
-    const std::string_view from = header.substr(0, hyphen);
-    const std::string_view to = header.substr(hyphen + 1);
-    uint64_t first = 0;
-    uint64_t last = size - 1;
-    if (from.empty()) { // the last so many bytes
-        uint64_t count = 0;
-        if (!readNumber(to, &count))
-            return RangeResult::Whole;
-        if (count == 0 || size == 0)
-            return RangeResult::Unsatisfiable;
-        first = size - std::min(count, size);
-    } else {
-        if (!readNumber(from, &first) || (!to.empty() && !readNumber(to, &last)))
-            return RangeResult::Whole;
-        if (!to.empty() && last < first)
-            return RangeResult::Whole;
-        if (first >= size)
-            return RangeResult::Unsatisfiable;
-        last = std::min(last, size - 1);
-    }
-    *range = {first, last};
-    return RangeResult::Part;
-}
-
-std::optional<MediaFile> MediaFile::open(const std::filesystem::path &file)
-{
-    const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0)
-        return std::nullopt;
-    struct stat status {};
-    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(fd);
-        return std::nullopt;
-    }
-    std::string etag = std::to_string(status.st_size);
-    etag.append("-").append(std::to_string(status.st_mtim.tv_sec));
-    etag.append("-").append(std::to_string(status.st_mtim.tv_nsec));
-    etag.insert(0, 1, '"').append("\"");
-    return MediaFile(fd, static_cast<uint64_t>(status.st_size), etag);
-}
-
-MediaFile::MediaFile(int fd, uint64_t size, std::string etag)
-    : m_fd(fd)
-    , m_size(size)
-    , m_etag(std::move(etag))
-{
-}
-
-MediaFile::MediaFile(MediaFile &&other) noexcept
-    : m_fd(std::exchange(other.m_fd, -1))
-    , m_size(other.m_size)
-    , m_etag(std::move(other.m_etag))
-{
-}
-
-MediaFile::~MediaFile()
-{
-    if (m_fd >= 0)
-        ::close(m_fd);
-}
-
-size_t MediaFile::read(uint64_t offset, char *buffer, size_t count) const
-{
-    const ssize_t result = ::pread(m_fd, buffer, count, static_cast<off_t>(offset));
-    return result > 0 ? static_cast<size_t>(result) : 0;
 }
 
 } // namespace velmora::server

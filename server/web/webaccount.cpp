@@ -2,8 +2,6 @@
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
-#include <httplib.h>
-
 #include <ctime>
 
 namespace velmora::server {
@@ -22,18 +20,16 @@ std::string day(int64_t seconds)
 
 } // namespace
 
-void WebPages::addAccount(httplib::Server &server)
+void WebPages::addAccount(http::Router &router)
 {
     const auto page = [this](Handler handler) {
-        return [this, handler](const httplib::Request &request, httplib::Response &response) {
-            visit(request, response, handler);
-        };
+        return [this, handler](const http::Request &request) { return visit(request, handler); };
     };
-    server.Get("/account", page(&WebPages::showAccount));
-    server.Post("/account/signin", page(&WebPages::takeSignIn));
-    server.Post("/account/signout", page(&WebPages::takeSignOut));
-    server.Post("/account/revoke", page(&WebPages::takeRevoke));
-    server.Post("/account/password", page(&WebPages::takePassword));
+    router.get("/account", page(&WebPages::showAccount));
+    router.post("/account/signin", mostFormBytes, page(&WebPages::takeSignIn));
+    router.post("/account/signout", mostFormBytes, page(&WebPages::takeSignOut));
+    router.post("/account/revoke", mostFormBytes, page(&WebPages::takeRevoke));
+    router.post("/account/password", mostFormBytes, page(&WebPages::takePassword));
 }
 
 void WebPages::signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
@@ -121,7 +117,7 @@ void WebPages::takePassword(Visit &visit)
         return;
     }
     Account checked;
-    if (m_service.accounts.login(account->userName, visit.value("password"), visit.request.remote_addr, &checked) !=
+    if (m_service.accounts.login(account->userName, visit.value("password"), visit.request.address, &checked) !=
         LoginResult::Done) {
         devicesPage(visit, "The password is not right.", 422);
         return;

@@ -2,8 +2,6 @@
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
-#include <httplib.h>
-
 namespace velmora::server {
 
 namespace {
@@ -24,17 +22,15 @@ constexpr char codeGone[] = "This code is not valid, or no longer. The radio sho
 
 } // namespace
 
-void WebPages::addActivation(httplib::Server &server)
+void WebPages::addActivation(http::Router &router)
 {
     const auto page = [this](Handler handler) {
-        return [this, handler](const httplib::Request &request, httplib::Response &response) {
-            visit(request, response, handler);
-        };
+        return [this, handler](const http::Request &request) { return visit(request, handler); };
     };
-    server.Get("/activate", page(&WebPages::showCodeForm));
-    server.Post("/activate", page(&WebPages::takeCode));
-    server.Post("/activate/account", page(&WebPages::takeAccount));
-    server.Post("/activate/allow", page(&WebPages::allow));
+    router.get("/activate", page(&WebPages::showCodeForm));
+    router.post("/activate", mostFormBytes, page(&WebPages::takeCode));
+    router.post("/activate/account", mostFormBytes, page(&WebPages::takeAccount));
+    router.post("/activate/allow", mostFormBytes, page(&WebPages::allow));
 }
 
 void WebPages::codePage(Visit &visit, const std::string &problem, int status)
@@ -59,7 +55,7 @@ void WebPages::takeCode(Visit &visit)
 {
     const std::string code = ActivationCodes::normalised(visit.value("code"));
     if (!m_service.activationCodes.find(code) || m_service.activationCodes.find(code)->digits.empty()) {
-        if (m_codeTries.refuse(visit.request.remote_addr, LoginThrottle::Time::clock::now()))
+        if (m_codeTries.refuse(visit.request.address, LoginThrottle::Time::clock::now()))
             codePage(visit, "Too many tries. Please wait ten minutes.", 429);
         else
             codePage(visit, codeGone, 422);
@@ -97,7 +93,7 @@ void WebPages::takeAccount(Visit &visit)
     AccountId id = 0;
     std::string problem;
     if (visit.value("action") == "create") {
-        if (m_newAccounts.refuse(visit.request.remote_addr, LoginThrottle::Time::clock::now())) {
+        if (m_newAccounts.refuse(visit.request.address, LoginThrottle::Time::clock::now())) {
             accountPage(visit, "Too many new accounts from here. Please wait an hour.", userName, 429);
             return;
         }

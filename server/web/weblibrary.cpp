@@ -4,8 +4,6 @@
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
-#include <httplib.h>
-
 #include <array>
 #include <charconv>
 #include <ctime>
@@ -141,17 +139,15 @@ std::string folders(const LibraryStatus &status)
 
 } // namespace
 
-void WebPages::addLibrary(httplib::Server &server)
+void WebPages::addLibrary(http::Router &router)
 {
     const auto page = [this](Handler handler) {
-        return [this, handler](const httplib::Request &request, httplib::Response &response) {
-            visit(request, response, handler);
-        };
+        return [this, handler](const http::Request &request) { return visit(request, handler); };
     };
-    server.Get("/library", page(&WebPages::showLibrary));
-    server.Get("/library/left-out", page(&WebPages::showLeftOut));
-    server.Post("/library/pause", page(&WebPages::takePause));
-    server.Post("/library/rescan", page(&WebPages::takeRescan));
+    router.get("/library", page(&WebPages::showLibrary));
+    router.get("/library/left-out", page(&WebPages::showLeftOut));
+    router.post("/library/pause", mostFormBytes, page(&WebPages::takePause));
+    router.post("/library/rescan", mostFormBytes, page(&WebPages::takeRescan));
 }
 
 bool WebPages::isOwner(const Visit &visit)

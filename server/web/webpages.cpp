@@ -3,17 +3,15 @@
 
 #include "server/web/html.h"
 
-#include <httplib.h>
-
 namespace velmora::server {
 
 namespace {
 
 constexpr char cookieName[] = "velmora";
 
-std::string cookieOf(const httplib::Request &request)
+std::string cookieOf(const http::Request &request)
 {
-    const std::string all = request.get_header_value("Cookie");
+    const std::string all(request.header("Cookie"));
     const std::string wanted = std::string(cookieName) + "=";
     size_t at = 0;
     while (at < all.size()) {
@@ -37,28 +35,31 @@ WebPages::WebPages(StationService &service, bool isEncrypted, Clock clock)
 {
 }
 
-void WebPages::addTo(httplib::Server &server)
+void WebPages::addTo(http::Router &router)
 {
-    server.Get("/style.css", [](const httplib::Request &, httplib::Response &response) {
-        response.set_header("Cache-Control", "max-age=3600");
-        response.set_header("X-Content-Type-Options", "nosniff");
-        response.set_content(html::styleSheet(), "text/css; charset=utf-8");
+    router.get("/style.css", [](const http::Request &) {
+        http::Response response;
+        response.setHeader("Cache-Control", "max-age=3600");
+        response.setHeader("ETag", "\"" + std::to_string(std::hash<std::string_view>{}(html::styleSheet())) + "\"");
+        response.setHeader("X-Content-Type-Options", "nosniff");
+        response.setContent(html::styleSheet(), "text/css; charset=utf-8");
+        return response;
     });
-    server.Get("/",
-               [](const httplib::Request &, httplib::Response &response) { response.set_redirect("/account", 303); });
-    addActivation(server);
-    addAccount(server);
-    addLibrary(server);
-    addReset(server);
+    router.get("/", [](const http::Request &) { return http::Response::redirect("/account"); });
+    addActivation(router);
+    addAccount(router);
+    addLibrary(router);
+    addReset(router);
 }
 
 std::string WebPages::Visit::value(const std::string &name) const
 {
-    return request.has_param(name) ? request.get_param_value(name) : std::string();
+    return request.parameter(name);
 }
 
-void WebPages::visit(const httplib::Request &request, httplib::Response &response, Handler handler)
+http::Response WebPages::visit(const http::Request &request, Handler handler)
 {
+    http::Response response;
     Visit visit{request, response, cookieOf(request), {}};
     const auto found = m_sessions.find(visit.cookie);
     if (found) {
@@ -71,35 +72,36 @@ void WebPages::visit(const httplib::Request &request, httplib::Response &respons
         show(visit, "Once more",
              html::heading("This form is too old") +
                  html::paragraph("Nothing was changed. Please fill it in once more.") +
-                 html::link(request.path.rfind("/account", 0) == 0 ? "/account" : "/activate", "Begin again"),
+                 html::link(request.path.starts_with("/account") ? "/account" : "/activate", "Begin again"),
              403);
-        return;
+        return response;
     }
     (this->*handler)(visit);
+    return response;
 }
 
-void WebPages::setCookie(httplib::Response &response, const std::string &cookie) const
+void WebPages::setCookie(http::Response &response, const std::string &cookie) const
 {
-    response.headers.erase("Set-Cookie");
-    response.set_header("Set-Cookie", std::string(cookieName) + "=" + cookie + "; Path=/; HttpOnly; SameSite=Strict" +
-                                          (m_isEncrypted ? "; Secure" : ""));
+    response.setHeader("Set-Cookie", std::string(cookieName) + "=" + cookie + "; Path=/; HttpOnly; SameSite=Strict" +
+                                         (m_isEncrypted ? "; Secure" : ""));
 }
 
 void WebPages::show(Visit &visit, const std::string &title, const std::string &body, int status) const
 {
     visit.response.status = status;
-    visit.response.set_header("Content-Security-Policy",
-                              "default-src 'none'; style-src 'self'; form-action 'self'; base-uri 'none'; "
-                              "frame-ancestors 'none'");
-    visit.response.set_header("X-Content-Type-Options", "nosniff");
-    visit.response.set_header("Referrer-Policy", "no-referrer"); // a link of a mail carries its token in the address
-    visit.response.set_header("Cache-Control", "no-store");
-    visit.response.set_content(html::render({title, body, m_isEncrypted}), "text/html; charset=utf-8");
+    visit.response.setHeader("Content-Security-Policy",
+                             "default-src 'none'; style-src 'self'; form-action 'self'; base-uri 'none'; "
+                             "frame-ancestors 'none'");
+    visit.response.setHeader("X-Content-Type-Options", "nosniff");
+    visit.response.setHeader("Referrer-Policy", "no-referrer"); // a link of a mail carries its token in the address
+    visit.response.setHeader("Cache-Control", "no-store");
+    visit.response.setContent(html::render({title, body, m_isEncrypted}), "text/html; charset=utf-8");
 }
 
 void WebPages::redirect(Visit &visit, const std::string &address)
 {
-    visit.response.set_redirect(address, 303);
+    visit.response.status = 303;
+    visit.response.setHeader("Location", address);
 }
 
 void WebPages::signIn(Visit &visit, AccountId account)
@@ -113,8 +115,7 @@ void WebPages::signIn(Visit &visit, AccountId account)
 bool WebPages::checkLogin(Visit &visit, AccountId *id, std::string *problem)
 {
     Account account;
-    switch (
-        m_service.accounts.login(visit.value("email"), visit.value("password"), visit.request.remote_addr, &account)) {
+    switch (m_service.accounts.login(visit.value("email"), visit.value("password"), visit.request.address, &account)) {
     case LoginResult::Done:
         *id = account.id;
         return true;

@@ -2,16 +2,10 @@
 
 #include "server/accounts/loginthrottle.h"
 #include "server/api/stationservice.h"
+#include "server/http/router.h"
 #include "server/web/websessions.h"
 
-#include <functional>
 #include <string>
-
-namespace httplib {
-class Server;
-struct Request;
-struct Response;
-} // namespace httplib
 
 namespace velmora::server {
 
@@ -24,22 +18,23 @@ public:
     // `isEncrypted`: browsers reach the pages through TLS.
     WebPages(StationService &service, bool isEncrypted, Clock clock = systemClock());
 
-    void addTo(httplib::Server &server);
+    void addTo(http::Router &router);
 
 private:
     // One request with its browser's session.
     struct Visit {
-        const httplib::Request &request;
-        httplib::Response &response;
+        const http::Request &request;
+        http::Response &response;
         std::string cookie;
         WebSession session;
         std::string value(const std::string &name) const; // of the posted form
     };
     using Handler = void (WebPages::*)(Visit &);
+    static constexpr size_t mostFormBytes = 16 * 1024;
 
     // Finds or makes the session; a post without the session's token is refused with a page that says so.
-    void visit(const httplib::Request &request, httplib::Response &response, Handler handler);
-    void setCookie(httplib::Response &response, const std::string &cookie) const;
+    http::Response visit(const http::Request &request, Handler handler);
+    void setCookie(http::Response &response, const std::string &cookie) const;
     void show(Visit &visit, const std::string &title, const std::string &body, int status = 200) const;
     static void redirect(Visit &visit, const std::string &address);
     void signIn(Visit &visit, AccountId account);
@@ -47,7 +42,7 @@ private:
     bool checkLogin(Visit &visit, AccountId *account, std::string *problem);
 
     // webactivation.cpp
-    void addActivation(httplib::Server &server);
+    void addActivation(http::Router &router);
     void showCodeForm(Visit &visit);
     void takeCode(Visit &visit);
     void takeAccount(Visit &visit);
@@ -57,7 +52,7 @@ private:
     void allowPage(Visit &visit);
 
     // webaccount.cpp
-    void addAccount(httplib::Server &server);
+    void addAccount(http::Router &router);
     void showAccount(Visit &visit);
     void takeSignIn(Visit &visit);
     void takeSignOut(Visit &visit);
@@ -67,7 +62,7 @@ private:
     void devicesPage(Visit &visit, const std::string &problem, int status = 200);
 
     // weblibrary.cpp: for the owner, whose account is the oldest.
-    void addLibrary(httplib::Server &server);
+    void addLibrary(http::Router &router);
     bool isOwner(const Visit &visit);
     bool refuseOthers(Visit &visit); // true when it has answered instead
     void showLibrary(Visit &visit);
@@ -76,7 +71,7 @@ private:
     void takeRescan(Visit &visit);
 
     // webreset.cpp
-    void addReset(httplib::Server &server);
+    void addReset(http::Router &router);
     void showReset(Visit &visit);
     void takeReset(Visit &visit);
     void showPin(Visit &visit);

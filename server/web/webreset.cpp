@@ -2,8 +2,6 @@
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
-#include <httplib.h>
-
 namespace velmora::server {
 
 namespace {
@@ -44,17 +42,15 @@ bool isPin(const std::string &text)
 
 } // namespace
 
-void WebPages::addReset(httplib::Server &server)
+void WebPages::addReset(http::Router &router)
 {
     const auto page = [this](Handler handler) {
-        return [this, handler](const httplib::Request &request, httplib::Response &response) {
-            visit(request, response, handler);
-        };
+        return [this, handler](const http::Request &request) { return visit(request, handler); };
     };
-    server.Get("/reset", page(&WebPages::showReset));
-    server.Post("/reset", page(&WebPages::takeReset));
-    server.Get("/pin", page(&WebPages::showPin));
-    server.Post("/pin", page(&WebPages::takePin));
+    router.get("/reset", page(&WebPages::showReset));
+    router.post("/reset", mostFormBytes, page(&WebPages::takeReset));
+    router.get("/pin", page(&WebPages::showPin));
+    router.post("/pin", mostFormBytes, page(&WebPages::takePin));
 }
 
 void WebPages::showReset(Visit &visit)

@@ -221,15 +221,13 @@ TEST_F(LibraryTest, AFolderWithEveryOddityBecomesItsMusic)
         data("createStation", {{"musicToken", artists[0]["musicToken"]}}, user).at("station").at("stationToken");
     listen();
     const json track = firstTrack(user, station);
-    httplib::Client client("127.0.0.1", m_server->port());
     const std::string address = track.at("audioUrl");
-    const auto answer = client.Get(address.substr(m_service->addresses.base().size()).c_str());
-    ASSERT_TRUE(answer);
-    EXPECT_EQ(answer->status, 200);
-    EXPECT_GT(answer->body.size(), 10000u);
-    const double gain = std::stod(answer->get_header_value("Velmora-Gain"));
+    const HttpAnswer answer = httpGet(m_server->port(), address.substr(m_service->addresses.base().size()));
+    ASSERT_EQ(answer.status, 200);
+    EXPECT_GT(answer.body.size(), 10000u);
+    const double gain = std::stod(answer.header("Velmora-Gain"));
     EXPECT_TRUE(gain > -15 && gain < 9) << gain;
-    EXPECT_NEAR(std::stod(answer->get_header_value("Velmora-Peak")), 0.3, 0.1);
+    EXPECT_NEAR(std::stod(answer.header("Velmora-Peak")), 0.3, 0.1);
     const Store::Lock db = m_service->store.lock();
     Statement numbers = db->prepare("SELECT COUNT(*) FROM descriptors WHERE length(numbers) = 288");
     numbers.step();
@@ -347,10 +345,9 @@ TEST_F(LibraryTest, AFolderThatIsAwayLosesNothingAndOnesThatComeAndGoNeedNoResta
     EXPECT_TRUE(until([&] { return playing() == 1; }));
     EXPECT_EQ(fate("a.flac"), "plays") << "away is not missing";
     listen();
-    httplib::Client client("127.0.0.1", m_server->port());
     const std::string id = m_service->catalogue.track(stays)->publicId;
     const std::string address = m_service->addresses.address(MediaKind::Audio, id + ".flac", 1);
-    EXPECT_EQ(client.Get(address.substr(m_service->addresses.base().size()).c_str())->status, 503);
+    EXPECT_EQ(httpGet(m_server->port(), address.substr(m_service->addresses.base().size())).status, 503);
     // A mount point without its disk is an empty folder.
     fs::create_directory(m_music);
     EXPECT_TRUE(until([&] {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "httpclient.h"
 #include "server/api/apiserver.h"
 #include "temporarydirectory.h"
 
 #include <gtest/gtest.h>
-#include <httplib.h>
 
 namespace velmora::server {
 

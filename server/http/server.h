@@ -1,0 +1,40 @@
+#pragma once
+
+#include "server/http/limits.h"
+#include "server/http/router.h"
+
+namespace velmora::server::http {
+
+struct ServerSettings {
+    std::string host = "127.0.0.1";       // an address or a name, IPv6 without brackets; "::" takes IPv4 too
+    int port = 0;                         // 0 picks one
+    std::filesystem::path tlsCertificate; // PEM, the chain; with the key: HTTPS
+    std::filesystem::path tlsKey;
+    std::vector<std::string> trustedProxies; // addresses
+    bool sendsHsts = false;                  // tells browsers to stay with https
+    Limits limits;
+    // The answer to what no handler sees: unknown paths, broken requests, limits. The request holds as much as was
+    // read. Event loop's thread; quick.
+    std::function<Response(int status, const Request &request)> refusal;
+};
+
+// An HTTP/1.1 server: one thread for all connections, two pools that answer.
+class Server {
+public:
+    Server(ServerSettings settings, Router router);
+    ~Server(); // stops
+
+    // Takes the port and returns it. Throws std::runtime_error, with a text for the person who started the program.
+    int bind();
+    // Answers from now on.
+    void start();
+    // Takes no more connections, ends streams and idle connections at once, lets answers in preparation end within
+    // `endTime`, and waits for the threads.
+    void stop();
+
+private:
+    class Engine;
+    std::unique_ptr<Engine> m_engine;
+};
+
+} // namespace velmora::server::http
