@@ -1,5 +1,6 @@
 #include "server/serveroptions.h"
 
+#include "server/http/peers.h"
 #include "server/library/libraryconfig.h"
 
 #include <charconv>
@@ -71,6 +72,14 @@ bool readMailAddress(const std::string &text, std::string *address)
            text.find_first_of(" <>\r\n") == std::string::npos;
 }
 
+bool readProxy(const std::string &text, std::vector<std::string> *proxies)
+{
+    const std::optional<std::string> address = http::normalAddress(text);
+    if (address)
+        proxies->push_back(*address);
+    return address.has_value();
+}
+
 // "PARTNER,USER", seconds
 bool readLifetimes(const std::string &text, TokenLifetimes *lifetimes)
 {
@@ -121,6 +130,8 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         return readListen(value, &options.listen);
     if (name == "--public-url")
         return readUrl(value, &options.listen.publicUrl);
+    if (name == "--trusted-proxy")
+        return readProxy(value, &options.listen.trustedProxies);
     if (name == "--token-lifetime")
         return readLifetimes(value, &options.lifetimes);
     if (name == "--throttle")
@@ -157,9 +168,9 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
 }
 
 constexpr const char *namesWithValue[] = {
-    "--listen",   "--data",  "--public-url",  "--tls-cert",      "--tls-key",    "--token-lifetime",
-    "--throttle", "--fail",  "--demo-tracks", "--smtp",          "--smtp-login", "--mail-from",
-    "--outbox",   "--music", "--config",      "--music-exclude", "--analysis",   "--loudness"};
+    "--listen",   "--data",   "--public-url",    "--trusted-proxy", "--tls-cert",   "--tls-key",   "--token-lifetime",
+    "--throttle", "--fail",   "--demo-tracks",   "--smtp",          "--smtp-login", "--mail-from", "--outbox",
+    "--music",    "--config", "--music-exclude", "--analysis",      "--loudness"};
 
 bool takesValue(const std::string &name)
 {
@@ -220,6 +231,7 @@ std::string usage()
   --listen HOST:PORT        where to listen (127.0.0.1:7480); port 0 picks one
   --data DIR                where everything is kept ($XDG_DATA_HOME/velmora-server)
   --public-url URL          what radios and browsers reach, when that is not where it listens
+  --trusted-proxy ADDRESS   a reverse proxy whose X-Forwarded-For names the caller; may be given several times
   --tls-cert FILE --tls-key FILE
                             HTTPS with this certificate chain and key (PEM)
   --insecure-lan            listen beyond this machine without a certificate
