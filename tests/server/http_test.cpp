@@ -52,7 +52,8 @@ protected:
         });
         router.get("/broken", [](const Request &) -> Response { throw std::runtime_error("on purpose"); });
         router.post("/echo/*", 1000, [](const Request &request) {
-            return textResponse(request.pieces[0] + ":" + request.parameter("a b") + ":" + request.body);
+            return textResponse(request.pieces[0] + ":" + request.parameter("a b") + ":" + request.body +
+                                std::string(request.header("Late")));
         });
         m_server = std::make_unique<Server>(m_settings, std::move(router));
         m_port = m_server->bind();
@@ -166,7 +167,7 @@ TEST_F(HttpTest, RequestsThatArriveTogetherOrByteByByteAreAnsweredInTheirOrder)
         "GET /broken HTTP/1.1\r\nHost: radio\r\n\r\n" +
         "POST /echo/%41 HTTP/1.1\r\nHost: radio\r\nContent-Length: 12\r\n\r\na+b=%31&c=%2" +
         "POST http://radio/echo/x?a+b=query HTTP/1.1\r\nHost: radio\r\nTransfer-Encoding: "
-        "chunked\r\n\r\n4;x=y\r\na+b=\r\n1\r\n7\r\n0\r\nTrailer: x\r\n\r\n" +
+        "chunked\r\n\r\n4;x=y\r\na+b=\r\n1\r\n7\r\n0\r\nLate: x\r\n\r\n" +
         "GET /file HTTP/1.1\r\nHost: radio\r\n\r\n" + "GET /text HTTP/1.0\r\nConnection: keep-alive\r\n\r\n" + get;
     for (const size_t atOnce : {requests.size(), size_t(1)}) {
         HttpClient client(m_port);
@@ -396,7 +397,8 @@ TEST_F(HttpTest, OnlyTlsWithForwardSecrecyIsSpoken)
         EXPECT_TRUE(client.receive().header("Strict-Transport-Security").starts_with("max-age="));
         EXPECT_EQ(client.receive().body, m_content.substr(7));
     }
-    EXPECT_FALSE(HttpClient(m_port, {}, HttpClient::Tls::Version11).isEncrypted());
+    for (const HttpClient::Tls tls : {HttpClient::Tls::Version11, HttpClient::Tls::WithoutForwardSecrecy})
+        EXPECT_FALSE(HttpClient(m_port, {}, tls).isEncrypted());
     HttpClient plain(m_port);
     plain.send(get);
     EXPECT_EQ(plain.receive().status, 0);

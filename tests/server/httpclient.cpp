@@ -24,7 +24,15 @@ sockaddr_in addressOf(const std::string &text, int port)
 
 int versionOf(HttpClient::Tls tls)
 {
-    return tls == HttpClient::Tls::Version11 ? TLS1_1_VERSION : tls == HttpClient::Tls::Version12 ? TLS1_2_VERSION : 0;
+    switch (tls) {
+    case HttpClient::Tls::Version11:
+        return TLS1_1_VERSION;
+    case HttpClient::Tls::Version12:
+    case HttpClient::Tls::WithoutForwardSecrecy:
+        return TLS1_2_VERSION;
+    default:
+        return 0; // the newest
+    }
 }
 
 } // namespace
@@ -43,7 +51,8 @@ HttpClient::HttpClient(int port, const std::string &from, Tls tls)
     if (tls == Tls::None)
         return;
     const std::shared_ptr<SSL_CTX> context(SSL_CTX_new(TLS_client_method()), &SSL_CTX_free);
-    SSL_CTX_set_cipher_list(context.get(), "ALL:@SECLEVEL=0"); // what we can, so that the server must choose
+    // Everything that OpenSSL can do, so that the server must choose.
+    SSL_CTX_set_cipher_list(context.get(), tls == Tls::WithoutForwardSecrecy ? "kRSA" : "ALL:@SECLEVEL=0");
     SSL_CTX_set_max_proto_version(context.get(), versionOf(tls));
     m_ssl = std::shared_ptr<SSL>(SSL_new(context.get()), &SSL_free);
     SSL_set_fd(m_ssl.get(), m_socket);

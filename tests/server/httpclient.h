@@ -17,7 +17,7 @@ struct HttpAnswer {
 // One connection to 127.0.0.1, byte by byte: also for what no proper client sends. Waits for twenty seconds at most.
 class HttpClient {
 public:
-    enum class Tls { None, Newest, Version11, Version12 };
+    enum class Tls { None, Newest, Version11, Version12, WithoutForwardSecrecy };
 
     // `from` is an address of this machine; empty: the usual one.
     explicit HttpClient(int port, const std::string &from = {}, Tls tls = Tls::None);
