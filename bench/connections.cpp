@@ -233,7 +233,7 @@ void measure(bool isLong)
         if (client->receive().status != 200)
             throw std::runtime_error("an idle connection got no answer");
     }
-    figures::note("idle connections made and answered once", static_cast<double>(idleCount) / since(begin), "a second");
+    figures::note("idle connections made and answered once", static_cast<double>(idleCount) / since(begin), "/s");
     figures::note("memory of the server with idle connections", server.megabytes(), "MB");
     const auto streams = connected(server.port, idleCount, streamCount);
     for (const auto &client : streams)
@@ -255,7 +255,7 @@ void measure(bool isLong)
     playlists("beside 2,000 streams and 10,000 idle connections", 20);
     const double seconds = since(begin);
     figures::note("bytes that a stream got", static_cast<double>(received - bytes) / seconds / streamCount / 1024,
-                  "kB a second");
+                  "kB/s");
     figures::note("processor time of the server", 100 * (server.cpuSeconds() - cpu) / seconds, "% of a core");
     figures::note("sockets of the server", static_cast<double>(server.sockets()), "");
     figures::print("memory of the server", server.megabytes(), "MB", 200);

@@ -63,13 +63,33 @@ Connection::Connection(Loop &loop, asio::ip::tcp::socket socket, std::string add
 
 Connection::~Connection() = default;
 
+void Connection::advance()
+{
+    advanceAfter([] {});
+}
+
+template <typename Change>
+void Connection::advanceAfter(Change change)
+{
+    const auto self = shared_from_this();
+    try {
+        change();
+        while (step()) {
+        }
+    } catch (const std::exception &error) { // out of memory, most likely; the others go on
+        std::fprintf(stderr, "velmora-server: a connection was ended: %s\n", error.what());
+        end();
+    }
+}
+
 void Connection::start()
 {
-    const int socket = m_socket.native_handle();
-    m_transport = m_loop.tls ? Transport::tls(socket, m_loop.tls) : Transport::plain(socket);
-    setWaiting(true);
-    setDeadline(m_loop.settings.limits.headerTime);
-    advance();
+    advanceAfter([this] {
+        const int socket = m_socket.native_handle();
+        m_transport = m_loop.tls ? Transport::tls(socket, m_loop.tls) : Transport::plain(socket);
+        setWaiting(true);
+        setDeadline(m_loop.settings.limits.headerTime);
+    });
 }
 
 void Connection::end()
@@ -94,25 +114,6 @@ void Connection::finish()
     m_isFinishing = true;
     if (m_phase != Phase::Working && m_phase != Phase::Answering)
         end();
-}
-
-void Connection::advance()
-{
-    advanceAfter([] {});
-}
-
-template <typename Change>
-void Connection::advanceAfter(Change change)
-{
-    const auto self = shared_from_this();
-    try {
-        change();
-        while (step()) {
-        }
-    } catch (const std::exception &error) { // out of memory, most likely; the others go on
-        std::fprintf(stderr, "velmora-server: a connection was ended: %s\n", error.what());
-        end();
-    }
 }
 
 bool Connection::step()

@@ -157,8 +157,9 @@ private:
         socket.set_option(tcp::no_delay(true), error);
         ::setsockopt(socket.native_handle(), IPPROTO_TCP, TCP_NOTSENT_LOWAT, &mostUnsent, sizeof mostUnsent);
         const auto connection = std::make_shared<Connection>(m_loop, std::move(socket), *address, network);
+        size_t &count = m_ofNetwork[network];
         m_connections.insert(connection.get());
-        ++m_ofNetwork[network];
+        ++count;
         connection->start();
     }
 
