@@ -217,7 +217,7 @@ bool Connection::headersRead()
     m_loop.bodyBytes += body;
     setDeadline(limits.bodyTime);
     if (m_parser->isContinueExpected() && m_input.empty()) {
-        // Twenty-five bytes into a socket that has just been read: what does not fit is not waited for.
+        // The send buffer of a socket that has nothing to send takes 25 bytes at once.
         const IoResult result = m_transport->write(continueLine, false);
         if (result.count != continueLine.size())
             end();

@@ -6,9 +6,12 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/v6_only.hpp>
 #include <boost/asio/post.hpp>
+#include <cerrno>
 #include <csignal>
 #include <netinet/tcp.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -21,11 +24,12 @@ using ErrorCode = boost::system::error_code;
 namespace {
 
 constexpr int mostUnaccepted = 4096;
+constexpr int mostAcceptedAtOnce = 64;
 // Bytes that the kernel keeps for a connection beyond what is on its way: many slow streams must not fill the memory.
 constexpr int mostUnsent = 128 * 1024;
 constexpr size_t ownDescriptors = 256; // for the database, logs, folders
 
-// The soft limit is made for programs that use select(); the hard one is the system's word.
+// The soft limit protects programs that use select(); this one uses epoll.
 size_t raisedDescriptorLimit()
 {
     rlimit limit{};
@@ -69,14 +73,23 @@ public:
         for (const auto &entry : endpoints) {
             const tcp::endpoint endpoint = entry.endpoint();
             m_acceptor.close(error);
-            if (m_acceptor.open(endpoint.protocol(), error))
+            // Not Asio's open() and async_accept(): programs that the server starts would inherit their sockets.
+            const int listening = ::socket(endpoint.protocol().family(), SOCK_STREAM | SOCK_CLOEXEC, 0);
+            if (listening < 0)
                 continue;
-            // A port whose last connections still fade away may be taken; one with a listener may not.
+            if (m_acceptor.assign(endpoint.protocol(), listening, error)) {
+                ::close(listening);
+                continue;
+            }
+            m_acceptor.native_non_blocking(true, error);
+            // Old connections in TIME_WAIT do not block the port; another listener does.
             m_acceptor.set_option(tcp::acceptor::reuse_address(true), error);
             if (endpoint.address().is_v6())
                 m_acceptor.set_option(asio::ip::v6_only(false), error);
-            if (!m_acceptor.bind(endpoint, error) && !m_acceptor.listen(mostUnaccepted, error))
+            if (!m_acceptor.bind(endpoint, error) && !m_acceptor.listen(mostUnaccepted, error)) {
+                m_protocol = endpoint.protocol();
                 return m_acceptor.local_endpoint().port();
+            }
         }
         throw std::runtime_error("cannot listen on " + m_settings.host + " port " + std::to_string(m_settings.port) +
                                  "; is another velmora-server running?");
@@ -86,7 +99,7 @@ public:
     {
         accept();
         m_thread = std::thread([this] {
-            // A connection that the other side has left is an error of its own, no signal for the program.
+            // Writing to a connection that the other side has ended is an error (EPIPE), not a signal.
             sigset_t pipe;
             sigemptyset(&pipe);
             sigaddset(&pipe, SIGPIPE);
@@ -109,14 +122,14 @@ public:
 private:
     void accept()
     {
-        m_acceptor.async_accept([this](const ErrorCode &error, tcp::socket socket) {
+        m_acceptor.async_wait(tcp::acceptor::wait_read, [this](const ErrorCode &) {
             if (m_isEnding)
                 return;
-            if (!error && take(std::move(socket))) {
+            if (acceptWaiting()) {
                 accept();
                 return;
             }
-            // No descriptor or no memory is left, or the caller has gone; all that passes.
+            // No descriptor or no memory is left; both pass.
             m_retry.expires_after(std::chrono::milliseconds(50));
             m_retry.async_wait([this](const ErrorCode &cancelled) {
                 if (!cancelled)
@@ -125,15 +138,29 @@ private:
         });
     }
 
-    // False when the memory does not suffice.
-    bool take(tcp::socket socket)
+    // Some of those that wait, before the connections have their turn. False when the system has no means for more.
+    bool acceptWaiting()
     {
-        try {
-            admit(std::move(socket));
-            return true;
-        } catch (const std::bad_alloc &) {
-            return false;
+        for (int i = 0; i < mostAcceptedAtOnce; ++i) {
+            const int accepted = ::accept4(m_acceptor.native_handle(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+            if (accepted < 0 && errno == EAGAIN)
+                return true;
+            if (accepted < 0 && (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM))
+                return false;
+            if (accepted < 0)
+                continue; // the caller has gone
+            try {
+                ErrorCode error;
+                tcp::socket socket(m_io);
+                if (socket.assign(m_protocol, accepted, error))
+                    ::close(accepted);
+                else
+                    admit(std::move(socket));
+            } catch (const std::bad_alloc &) {
+                return false;
+            }
         }
+        return true;
     }
 
     void admit(tcp::socket socket)
@@ -148,7 +175,7 @@ private:
         if (others != m_ofNetwork.end() && others->second >= m_settings.limits.connectionsOfAddress &&
             !m_proxies.contains(*address))
             return;
-        // Whoever has waited longest makes room.
+        // The connection that has waited longest makes room.
         if (m_connections.size() >= m_mostConnections && !m_loop.waiting.empty())
             m_loop.waiting.front()->end();
         if (m_connections.size() >= m_mostConnections)
@@ -200,6 +227,7 @@ private:
     const std::shared_ptr<SSL_CTX> m_tls; // null: no TLS
     asio::io_context m_io{1};
     tcp::acceptor m_acceptor{m_io};
+    tcp m_protocol = tcp::v4();       // of what it accepts
     asio::steady_timer m_retry{m_io}; // of accepting; at the end, the limit for answers
     std::unordered_set<Connection *> m_connections;
     std::unordered_map<std::string, size_t> m_ofNetwork; // connections

@@ -84,7 +84,7 @@ public:
 
     IoResult send(const File &file, uint64_t offset, size_t count) override
     {
-        // A record that could not be written is read once more for the next try; OpenSSL wants the same length then.
+        // After WantsWrite the same record is read again: OpenSSL requires the same content on a retry.
         std::array<char, mostAtOnce> buffer;
         const size_t wanted = std::min(count, buffer.size());
         const size_t got = file.read(offset, buffer.data(), wanted);

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <future>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 
@@ -314,6 +315,24 @@ TEST_F(HttpTest, ConnectionsAreCountedByAddressAndTheLongestSilentOneMakesRoom)
     EXPECT_FALSE(works(second)) << "it had waited longest";
     EXPECT_FALSE(works(other)) << "then this one";
     EXPECT_TRUE(works(first));
+}
+
+TEST_F(HttpTest, ProgramsThatTheServerStartsInheritNoSocket)
+{
+    start();
+    HttpClient client(m_port);
+    client.send(get);
+    EXPECT_EQ(client.receive().status, 200);
+    int sockets = 0;
+    for (int fd = 3; fd < 100; ++fd) {
+        int type = 0;
+        socklen_t size = sizeof type;
+        if (::getsockopt(fd, SOL_SOCKET, SO_TYPE, &type, &size) != 0)
+            continue;
+        ++sockets;
+        EXPECT_EQ(::fcntl(fd, F_GETFD) & FD_CLOEXEC, FD_CLOEXEC) << fd;
+    }
+    EXPECT_GE(sockets, 3) << "the listener and both ends of the connection";
 }
 
 TEST_F(HttpTest, TheCallerBehindATrustedProxyIsTheLastThatItDidNotChoose)
