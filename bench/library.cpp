@@ -5,6 +5,7 @@
 #include "server/store/store.h"
 
 #include "bench/figures.h"
+#include "tests/server/httpclient.h"
 
 #include <chrono>
 #include <cstdio>
@@ -12,7 +13,6 @@
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
-#include <httplib.h>
 #include <random>
 #include <sndfile.h>
 #include <sys/resource.h>
@@ -479,7 +479,6 @@ void measurePlaying(const fs::path &directory, const fs::path &music)
     std::atomic<bool> isStopping{false};
     double lost = 0, played = 0;
     std::thread radio([&] {
-        httplib::Client client("127.0.0.1", server.port());
         while (!isStopping) {
             const json entries = listener.entries(station);
             for (const json &entry : entries) {
@@ -491,40 +490,33 @@ void measurePlaying(const fs::path &directory, const fs::path &music)
                 // A second is buffered before it plays; a piece that comes later than its turn is silence.
                 const auto begin = SteadyClock::now() + 1s;
                 double silence = 0;
-                size_t got = 0, whole = 0;
                 const std::string path = address.substr(service.addresses.base().size());
-                client.Get(
-                    path,
-                    [&](const httplib::Response &response) {
-                        whole = std::stoul(response.get_header_value("Content-Length"));
-                        return true;
-                    },
-                    [&](const char *, size_t count) {
-                        got += count;
-                        const double due = duration * static_cast<double>(got) / static_cast<double>(whole) + silence;
-                        const double late = -std::chrono::duration<double>(begin + std::chrono::duration<double>(due) -
-                                                                           SteadyClock::now())
-                                                 .count();
-                        silence += std::max(0.0, late);
-                        if (late < -2) // no further ahead than a radio
-                            std::this_thread::sleep_for(std::chrono::duration<double>(-late - 2));
-                        return !isStopping;
-                    });
+                const auto whole = httpRequest(server.port(), "HEAD", path).header("Content-Length");
+                HttpClient client(server.port());
+                client.send("GET " + path + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+                double got = 0;
+                while (const size_t count = isStopping ? 0 : client.read(64 * 1024)) {
+                    got += static_cast<double>(count);
+                    const double due = duration * got / std::stod(whole) + silence;
+                    const double late = secondsSince(begin) - due;
+                    silence += std::max(0.0, late);
+                    if (late < -2) // no further ahead than a radio
+                        std::this_thread::sleep_for(std::chrono::duration<double>(-late - 2));
+                }
                 lost += silence;
                 played += std::max(0.0, std::chrono::duration<double>(SteadyClock::now() - begin).count());
             }
         }
     });
-    httplib::Client client("127.0.0.1", server.port());
-    client.set_keep_alive(true);
     std::vector<double> ms;
-    const httplib::Headers headers = {{"Authorization", "Bearer " + listener.token()}};
+    const http::Headers headers = {{"Authorization", "Bearer " + listener.token()},
+                                   {"Content-Type", "application/json"}};
     const auto begin = SteadyClock::now();
     while (library.status().counts.toAnalyse > 0 || secondsSince(begin) < 10) {
         const auto asked = SteadyClock::now();
-        const auto answer =
-            client.Post("/v1/getPlaylist", headers, json{{"stationToken", station}}.dump(), "application/json");
-        if (answer && answer->status == 200)
+        const HttpAnswer answer =
+            httpPost(server.port(), "/v1/getPlaylist", json{{"stationToken", station}}.dump(), headers);
+        if (answer.status == 200)
             ms.push_back(secondsSince(asked) * 1000);
         std::this_thread::sleep_for(50ms);
         if (secondsSince(begin) > 300)
