@@ -185,8 +185,7 @@ http::Response ApiServer::mediaResponse(const http::Request &request)
     if (!audio)
         return refuse(503, "it is being transcoded");
     noteStart(request);
-    http::Response response =
-        fileResponse(*audio, track ? track->audioType : ad->audioType);
+    http::Response response = fileResponse(*audio, track ? track->audioType : ad->audioType);
     if (track && track->gainDb)
         response.setHeader("Velmora-Gain", decimal(*track->gainDb));
     if (track && track->peak)
