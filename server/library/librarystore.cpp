@@ -119,13 +119,13 @@ bool LibraryStore::hasFiles(int64_t rootId)
 std::unordered_map<std::string, KnownFile> LibraryStore::files(int64_t rootId)
 {
     std::unordered_map<std::string, KnownFile> files;
-    // In pieces: requests get the lock between them.
+    // In pieces, by the row number and by no other index: requests get the lock between them.
     for (int64_t after = 0;;) {
         const Store::Lock db = m_store.lock();
         Statement row =
             db->prepare("SELECT id, path, size, mtime_ns, inode, COALESCE(track_id, 0), missing_since IS NOT "
-                        "NULL, worker_version, noted_at FROM files WHERE root_id = ?1 AND id > ?2 ORDER BY "
-                        "id LIMIT 1000");
+                        "NULL, worker_version, noted_at FROM files WHERE +root_id = ?1 AND id > ?2 ORDER BY "
+                        "id LIMIT 500");
         row.with(rootId, after);
         const int64_t before = after;
         while (row.step()) {

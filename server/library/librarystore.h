@@ -91,7 +91,7 @@ struct LeftOutFile {
 // StoreError, and has then changed nothing.
 class LibraryStore {
 public:
-    static constexpr size_t mostInBatch = 25;
+    static constexpr size_t mostInBatch = 15;
 
     LibraryStore(Store &store, Catalogue &catalogue, Clock clock);
 

@@ -232,29 +232,40 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
         now = Listening(*db, m_stations, m_clock()).circumstances(station);
     }
     std::vector<PlaylistEntry> entries;
+    std::vector<Choice> choices; // of the entries that are tracks, in their order
     const int adPlace = adPosition(m_random);
     const bool isGrowing = m_catalogue.isGrowing();
     std::set<int64_t> inList;
     while (entries.size() < entriesInList) {
         // Music of the owner's has no advertisements after it.
-        if (static_cast<int>(entries.size()) == adPlace && entries.back().track->track.isDemo) {
+        if (static_cast<int>(entries.size()) == adPlace && choices.back().track.isDemo) {
             const Store::Lock db = m_store.lock();
             if (std::optional<IssuedAd> ad = issueAd(*db, station)) {
                 entries.push_back({std::nullopt, std::move(ad)});
                 continue;
             }
         }
-        const std::optional<Choice> choice = choose(station, *own, now, entries.empty());
+        std::optional<Choice> choice = choose(station, *own, now, entries.empty());
         if (!choice || (!inList.insert(choice->track.id).second && isGrowing))
             break;
+        now.recent.insert(now.recent.begin(), choice->track.id);
+        choices.push_back(*std::move(choice));
+        entries.emplace_back();
+    }
+    {
         const Store::Lock db = m_store.lock();
         if (!m_stations.find(station.id)) // deleted meanwhile
             return {};
-        entries.push_back({issueTrack(*db, station, *choice, deviceKeyHash), std::nullopt});
-        now.recent.insert(now.recent.begin(), choice->track.id);
+        Transaction change(*db);
+        auto choice = choices.begin();
+        for (PlaylistEntry &entry : entries) {
+            if (!entry.ad)
+                entry.track = issueTrack(*db, station, *choice++, deviceKeyHash);
+        }
+        db->run("UPDATE stations SET lists_issued = lists_issued + 1 WHERE id = ?1", station.id);
+        change.commit();
     }
     prepare(station, *own, std::move(now), entries);
-    m_store.lock()->run("UPDATE stations SET lists_issued = lists_issued + 1 WHERE id = ?1", station.id);
     return entries;
 }
 
