@@ -29,7 +29,7 @@ struct LibrarySettings {
     // Where it is missing, music that radios do not decode does not play.
     std::filesystem::path formatsProgram = media::MediaWorker::besideThisProgram("velmora-media-formats");
     std::function<void(const std::string &)> say = [](const std::string &) {}; // a line for the log; any thread
-    std::function<void()> looked = [] {}; // every few seconds, on the scanner thread
+    std::function<void()> looked = [] {}; // after a scan, else every few seconds; on the scanner thread
     size_t spareTranscodes = TranscodeSettings().spare;
     uint64_t reserveBytes = TranscodeSettings().reserveBytes; // that transcodes leave free on the disk
     std::chrono::milliseconds tick{2000};                     // how often configuration and changes are looked at

@@ -2,6 +2,8 @@
 #include "server/library/library.h"
 
 #include "server/accounts/secrets.h"
+#include "server/library/openedfile.h"
+#include "server/library/playrules.h"
 #include "server/library/storagefault.h"
 
 #include <algorithm>
@@ -17,16 +19,6 @@ using SteadyClock = std::chrono::steady_clock;
 
 constexpr size_t filesAtOnce = 8;
 constexpr size_t albumsAtOnce = 16;
-constexpr double shortest = 20; // seconds
-
-struct Descriptor {
-    int value = -1;
-    ~Descriptor()
-    {
-        if (value >= 0)
-            ::close(value);
-    }
-};
 
 // Pictures beside the music, the likeliest first.
 std::vector<std::filesystem::path> picturesIn(const std::filesystem::path &folder)
@@ -51,7 +43,7 @@ bool writeWhole(const std::filesystem::path &file, const std::string &bytes)
     const std::filesystem::path beside = file.native() + ".new";
     bool isWritten = false;
     {
-        const Descriptor opened{::open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600)};
+        const OpenedFile opened{::open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600)};
         isWritten = opened.value >= 0 &&
                     ::write(opened.value, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) &&
                     ::fdatasync(opened.value) == 0;
@@ -185,7 +177,7 @@ std::optional<ToAnalyse> Library::nextToAnalyse()
 void Library::listen(media::MediaWorker &worker, media::MediaWorker &formats, const ToAnalyse &file)
 {
     FileStamp stamp;
-    const Descriptor opened{openRegular(AT_FDCWD, (file.root / file.path).native(), &stamp)};
+    const OpenedFile opened{openRegular(AT_FDCWD, (file.root / file.path).native(), &stamp)};
     if (opened.value < 0 || stamp != file.stamp) {
         const std::lock_guard guard(m_mutex);
         m_skipped[file.fileId] = file.stamp; // the next scan says what became of it
@@ -209,9 +201,9 @@ void Library::listen(media::MediaWorker &worker, media::MediaWorker &formats, co
     }
     switch (outcome) {
     case media::Outcome::Done: {
-        const char *leftOut = analysis.seconds < shortest ? leftout::shortPiece
-                              : analysis.isSpeechLike     ? leftout::speech
-                                                          : "";
+        const char *leftOut = analysis.seconds < shortestSeconds ? leftout::shortPiece
+                              : analysis.isSpeechLike            ? leftout::speech
+                                                                 : "";
         m_store.putAnalysis(file, analysis, leftOut);
         const std::lock_guard guard(m_mutex);
         m_musicHeard += analysis.seconds;
@@ -240,7 +232,7 @@ std::string Library::coverOf(media::MediaWorker &worker, const std::filesystem::
         sources.emplace_back(media::Operation::Cover, beside);
     for (const auto &[operation, path] : sources) {
         FileStamp stamp;
-        const Descriptor opened{openRegular(AT_FDCWD, path.native(), &stamp)};
+        const OpenedFile opened{openRegular(AT_FDCWD, path.native(), &stamp)};
         std::string jpeg;
         std::string problem;
         if (opened.value < 0)

@@ -81,6 +81,14 @@ std::filesystem::path plainPath(const std::filesystem::path &path)
     return plain.has_filename() || plain == plain.root_path() ? plain : plain.parent_path();
 }
 
+std::string withCommas(int64_t number)
+{
+    std::string text = std::to_string(number);
+    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
+        text.insert(static_cast<size_t>(at), ",");
+    return text;
+}
+
 std::string printable(std::string_view bytes)
 {
     std::string text;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -33,5 +34,7 @@ std::filesystem::path plainPath(const std::filesystem::path &path);
 
 // Bytes that are no UTF-8 as '?', for logs and pages.
 std::string printable(std::string_view bytes);
+// "1,234,567"
+std::string withCommas(int64_t number);
 
 } // namespace velmora::server

@@ -46,7 +46,6 @@ const char *mediaTypeOf(const std::string &container)
 
 std::string ruleFor(const ReadFile &file, bool hasFormats)
 {
-    constexpr double shortest = 20;
     constexpr double longest = 15 * 60;
     constexpr double longestClassical = 30 * 60;
     if (!file.leftOut.empty())
@@ -57,7 +56,7 @@ std::string ruleFor(const ReadFile &file, bool hasFormats)
     if (file.facts.isSpeech)
         return leftout::speech;
     // An unknown duration is settled by listening.
-    if (file.tags.seconds > 0 && file.tags.seconds < shortest)
+    if (file.tags.seconds > 0 && file.tags.seconds < shortestSeconds)
         return leftout::shortPiece;
     if (file.tags.seconds > (file.facts.isClassical ? longestClassical : longest))
         return leftout::longPiece;

@@ -11,6 +11,8 @@ struct ReadFile;
 
 // Rules over what was read from a file. Pure functions, any thread.
 
+inline constexpr double shortestSeconds = 20; // what is shorter is no song
+
 // Why a file does not play, a name of `leftout`; empty when it plays.
 // `hasFormats`: what radios do not decode is transcoded.
 std::string ruleFor(const ReadFile &file, bool hasFormats);

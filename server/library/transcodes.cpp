@@ -4,6 +4,7 @@
 #include "server/catalogue/mediatypes.h"
 #include "server/library/folderwalk.h"
 #include "server/library/librarystore.h"
+#include "server/library/openedfile.h"
 #include "server/store/store.h"
 
 #include <algorithm>
@@ -25,15 +26,6 @@ constexpr const char *format = ".1.flac"; // counts up when transcodes are made 
 constexpr size_t mostWanted = 64;
 constexpr auto candidatesTime = 60s; // how often the tracks that may be spares are read
 constexpr int pageRows = 1000;       // of the store, under its lock
-
-struct Descriptor {
-    int value = -1;
-    ~Descriptor()
-    {
-        if (value >= 0)
-            ::close(value);
-    }
-};
 
 // An upper bound for what a transcode takes: 16 bits of two channels at 48,000 Hz.
 uint64_t estimatedBytes(double seconds)
@@ -343,7 +335,7 @@ void Transcodes::transcode(const Source &source)
         makeRoom(std::min(estimatedBytes(source.seconds), m_mostBytes));
     }
     FileStamp stamp;
-    const Descriptor from{openRegular(AT_FDCWD, source.path.native(), &stamp)};
+    const OpenedFile from{openRegular(AT_FDCWD, source.path.native(), &stamp)};
     if (from.value < 0 || stamp.size != source.size || stamp.mtimeNs != source.mtimeNs)
         return;                                  // the next scan says what became of it
     ::mkdir(m_settings.directory.c_str(), 0700); // somebody may have removed it
@@ -365,7 +357,7 @@ void Transcodes::leaveOut(const Source &source, const char *reason, const std::s
 
 bool Transcodes::write(const Source &source, int from, const std::filesystem::path &part)
 {
-    const Descriptor to{::open(part.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600)};
+    const OpenedFile to{::open(part.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600)};
     const auto cannotWrite = [&] {
         holdUp("a file in " + m_settings.directory.string() + " cannot be written: " + std::strerror(errno));
         return false;
@@ -423,7 +415,7 @@ bool Transcodes::write(const Source &source, int from, const std::filesystem::pa
         return false;
     if (::rename(part.c_str(), (m_settings.directory / source.name).c_str()) != 0)
         return cannotWrite();
-    const Descriptor folder{::open(m_settings.directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    const OpenedFile folder{::open(m_settings.directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
     ::fsync(folder.value);
     keep(source, bytes);
     return true;

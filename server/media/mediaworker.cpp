@@ -197,34 +197,38 @@ Outcome MediaWorker::ask(Request request, int file, int to, std::chrono::millise
     return result == 0 ? Outcome::TooSlow : Outcome::Crashed;
 }
 
+namespace {
+
+// The answer out of the fields of a request that succeeded; `impossible` where they hold none.
+template <auto parse, typename Answer>
+Outcome take(Outcome outcome, const std::vector<Field> &fields, Answer *answer, const char *impossible,
+             std::string *problem)
+{
+    if (outcome != Outcome::Done)
+        return outcome;
+    auto read = parse(fields);
+    if (!read) {
+        *problem = impossible;
+        return Outcome::Refused;
+    }
+    *answer = *std::move(read);
+    return Outcome::Done;
+}
+
+} // namespace
+
 Outcome MediaWorker::readTags(int file, MediaTags *tags, std::string *problem)
 {
     std::vector<Field> fields;
     const Outcome outcome = ask(Operation::Tags, file, tagsTime, &fields, problem);
-    if (outcome != Outcome::Done)
-        return outcome;
-    const std::optional<MediaTags> read = tagsOf(fields);
-    if (!read) {
-        *problem = "what it says of itself is impossible";
-        return Outcome::Refused;
-    }
-    *tags = *read;
-    return Outcome::Done;
+    return take<tagsOf>(outcome, fields, tags, "what it says of itself is impossible", problem);
 }
 
 Outcome MediaWorker::readPicture(Operation operation, int file, std::string *jpeg, std::string *problem)
 {
     std::vector<Field> fields;
     const Outcome outcome = ask(operation, file, pictureTime, &fields, problem);
-    if (outcome != Outcome::Done)
-        return outcome;
-    const std::optional<std::string> read = jpegOf(fields);
-    if (!read) {
-        *problem = "an impossible picture";
-        return Outcome::Refused;
-    }
-    *jpeg = *read;
-    return Outcome::Done;
+    return take<jpegOf>(outcome, fields, jpeg, "an impossible picture", problem);
 }
 
 Outcome MediaWorker::analyse(int file, double seconds, MediaAnalysis *analysis, std::string *problem)
@@ -232,33 +236,22 @@ Outcome MediaWorker::analyse(int file, double seconds, MediaAnalysis *analysis, 
     std::vector<Field> fields;
     const auto longest = 60s + std::chrono::seconds(static_cast<int64_t>(seconds / 60));
     const Outcome outcome = ask(Operation::Analysis, file, longest, &fields, problem);
-    if (outcome != Outcome::Done)
-        return outcome;
-    const std::optional<MediaAnalysis> read = analysisOf(fields);
-    if (!read) {
-        *problem = "what was heard in it is impossible";
-        return Outcome::Refused;
-    }
-    *analysis = *read;
-    return Outcome::Done;
+    return take<analysisOf>(outcome, fields, analysis, "what was heard in it is impossible", problem);
 }
 
 Outcome MediaWorker::transcode(int file, int to, double seconds, uint64_t mostBytes, uint64_t *bytes,
                                std::string *problem)
 {
+    constexpr const char *impossible = "what was made of it is impossible";
     std::vector<Field> fields;
     const auto longest = 60s + std::chrono::seconds(static_cast<int64_t>(seconds / 6));
-    const Outcome outcome =
-        ask({static_cast<uint32_t>(Operation::Transcode), 0, mostBytes}, file, to, longest, &fields, problem);
-    if (outcome != Outcome::Done)
+    const Outcome outcome = take<writtenBytesOf>(
+        ask({static_cast<uint32_t>(Operation::Transcode), 0, mostBytes}, file, to, longest, &fields, problem), fields,
+        bytes, impossible, problem);
+    if (outcome != Outcome::Done || *bytes <= mostBytes)
         return outcome;
-    const std::optional<uint64_t> written = writtenBytesOf(fields);
-    if (!written || *written > mostBytes) {
-        *problem = "what was made of it is impossible";
-        return Outcome::Refused;
-    }
-    *bytes = *written;
-    return Outcome::Done;
+    *problem = impossible;
+    return Outcome::Refused;
 }
 
 } // namespace velmora::media

@@ -51,10 +51,7 @@ const ReasonWords *wordsFor(const std::string &reason)
 
 std::string counted(int64_t count, const char *one, const char *many)
 {
-    std::string text = std::to_string(count);
-    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
-        text.insert(static_cast<size_t>(at), ",");
-    return text + " " + (count == 1 ? one : many);
+    return withCommas(count) + " " + (count == 1 ? one : many);
 }
 
 std::string timeText(int64_t seconds)
