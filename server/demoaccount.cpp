@@ -79,14 +79,20 @@ void ensureDemoAccount(StationService &service)
         service.store.setSetting(stationsSetting, makeStations(service, account) ? "complete" : "incomplete");
 }
 
-void completeDemoAccount(StationService &service)
+bool isDemoAccountIncomplete(StationService &service)
 {
-    if (service.store.setting(stationsSetting) != "incomplete" || !service.library ||
-        service.library->status().scans == 0)
-        return;
+    return service.store.setting(stationsSetting) == "incomplete";
+}
+
+bool completeDemoAccount(StationService &service)
+{
+    if (!isDemoAccountIncomplete(service) || !service.library || service.library->status().scans == 0)
+        return false;
     const std::optional<Account> account = service.accounts.find(demoUserName);
-    if (!account || makeStations(service, account->id))
-        service.store.setSetting(stationsSetting, "complete");
+    if (account && !makeStations(service, account->id))
+        return false;
+    service.store.setSetting(stationsSetting, "complete");
+    return true;
 }
 
 } // namespace velmora::server

@@ -14,8 +14,10 @@ std::filesystem::path demoAccountFile(const StationService &service);
 // then.
 void ensureDemoAccount(StationService &service);
 
-// Makes the account's stations if there was no music for them when the account was made; call it now and then. Any
-// thread.
-void completeDemoAccount(StationService &service);
+// Whether there was no music for the account's stations yet. Any thread.
+bool isDemoAccountIncomplete(StationService &service);
+// Makes the stations that were missing, once the music has been scanned; call it now and then. True when it made them.
+// Any thread.
+bool completeDemoAccount(StationService &service);
 
 } // namespace velmora::server

@@ -66,12 +66,6 @@ bool dieWithParent(pid_t parent)
 }
 
 // The program that makes the demo catalogue lies beside this one.
-std::filesystem::path demoProgram()
-{
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "velmora-demomusic";
-}
-
 constexpr const char *systemConfig = "/etc/velmora/server.conf";
 
 // What the options and the configuration file say about the music; what is wrong otherwise.
@@ -139,7 +133,7 @@ int run(const ServerOptions &options)
     service.catalogue.setLoudness(options.loudness);
 
     DemoLibrary demo(service.catalogue,
-                     {.program = demoProgram(),
+                     {.program = velmora::media::MediaWorker::besideThisProgram("velmora-demomusic"),
                       .folder = service.dataDirectory() / "demo",
                       .tracksOfStyle = options.demoTracksOfStyle},
                      say);
@@ -149,11 +143,17 @@ int run(const ServerOptions &options)
     } else {
         service.catalogue.replaceAds({});
     }
-    if (hasDemoAccount)
+    if (hasDemoAccount) {
         ensureDemoAccount(service);
+        if (isDemoAccountIncomplete(service))
+            say("demo account: its stations follow the first scan");
+    }
     music.dataDirectory = service.dataDirectory();
     if (hasDemoAccount)
-        music.looked = [&service] { completeDemoAccount(service); };
+        music.looked = [&service] {
+            if (completeDemoAccount(service))
+                say("demo account: its stations are there");
+        };
     Library library(service.store, service.catalogue, settings.clock, music);
     service.library = &library;
     service.playlists.setTranscodes(&library.transcodes());
