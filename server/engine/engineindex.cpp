@@ -69,7 +69,8 @@ EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std:
         if (!track.descriptor)
             facts.tempo = static_cast<int16_t>(std::clamp(track.tempo, 0, 400));
         else if ((*track.descriptor)[media::number::clearness] >= media::clearTempo)
-            facts.tempo = static_cast<int16_t>(std::lround(std::exp2((*track.descriptor)[media::number::logTempo])));
+            facts.tempo = static_cast<int16_t>(
+                std::lround(std::clamp(std::exp2((*track.descriptor)[media::number::logTempo]), 0.0f, 400.0f)));
         m_facts.push_back(facts);
         m_byArtist[track.artist].push_back(position);
         if (track.work)
