@@ -19,7 +19,7 @@ std::string_view headerOf(const Headers &headers, std::string_view name);
 // A request whose body has arrived. A plain value; any thread.
 struct Request {
     std::string method; // "GET", "HEAD", "POST" and so on
-    std::string path;   // decoded; begins with a slash
+    std::string path;   // decoded; begins with a slash, or is "*"
     std::string query;  // as it arrived, without the question mark
     Headers headers;
     std::string body;
@@ -30,6 +30,8 @@ struct Request {
     std::string_view header(std::string_view name) const { return headerOf(headers, name); }
     // A field of the posted form, or of the query of any other method; decoded. Empty when there is none.
     std::string parameter(std::string_view name) const;
+    // As the browser sent it; empty when there is none.
+    std::string cookie(std::string_view name) const;
 };
 
 // What a handler answers: a text or a part of a file.

@@ -63,7 +63,8 @@ private:
         request.method.assign(name.data(), name.size());
         request.path = decoded(text.substr(0, question), true);
         request.query = text.substr(std::min(question + 1, text.size()));
-        if (request.path.find('\0') != std::string::npos)
+        const bool isPath = request.path.starts_with('/') || request.path == "*";
+        if (!isPath || request.path.find('\0') != std::string::npos)
             error = stop(400);
     }
 

@@ -119,6 +119,7 @@ TEST_F(HttpTest, WhatIsNoProperRequestGetsItsStatusAndTheConnectionEnds)
         {"GET /text HTTP/1.1\r\n\r\n", 400}, // no host
         {"GET /text HTTP/1.1\r\n" + host + host + "\r\n", 400},
         {"GET /te%00xt HTTP/1.1\r\n" + host + "\r\n", 400},
+        {"GET text HTTP/1.1\r\n" + host + "\r\n", 400},
         {"GET /text HTTP/1.1\r\nno colon\r\n\r\n", 400},
         {"GET /text HTTP/1.1\r\n" + host + "Name : x\r\n\r\n", 400},
         {"GET /text HTTP/3.0\r\n" + host + "\r\n", 505},
