@@ -52,6 +52,19 @@ std::string Request::parameter(std::string_view name) const
     return {};
 }
 
+std::string Request::cookie(std::string_view name) const
+{
+    std::string_view rest = header("Cookie");
+    while (!rest.empty()) {
+        std::string_view pair = rest.substr(0, rest.find(';'));
+        rest.remove_prefix(std::min(pair.size() + 1, rest.size()));
+        pair.remove_prefix(std::min(pair.find_first_not_of(' '), pair.size()));
+        if (pair.size() > name.size() && pair.starts_with(name) && pair[name.size()] == '=')
+            return std::string(pair.substr(name.size() + 1));
+    }
+    return {};
+}
+
 void Response::setHeader(std::string_view name, std::string value)
 {
     std::erase_if(headers, [&](const auto &header) { return isSameName(header.first, name); });

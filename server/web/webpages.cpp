@@ -9,23 +9,6 @@ namespace {
 
 constexpr char cookieName[] = "velmora";
 
-std::string cookieOf(const http::Request &request)
-{
-    const std::string all(request.header("Cookie"));
-    const std::string wanted = std::string(cookieName) + "=";
-    size_t at = 0;
-    while (at < all.size()) {
-        const size_t end = std::min(all.find(';', at), all.size());
-        size_t begin = at;
-        while (begin < end && all[begin] == ' ')
-            ++begin;
-        if (all.compare(begin, wanted.size(), wanted) == 0)
-            return all.substr(begin + wanted.size(), end - begin - wanted.size());
-        at = end + 1;
-    }
-    return {};
-}
-
 } // namespace
 
 WebPages::WebPages(StationService &service, bool isEncrypted, Clock clock)
@@ -60,7 +43,7 @@ std::string WebPages::Visit::value(const std::string &name) const
 http::Response WebPages::visit(const http::Request &request, Handler handler)
 {
     http::Response response;
-    Visit visit{request, response, cookieOf(request), {}};
+    Visit visit{request, response, request.cookie(cookieName), {}};
     const auto found = m_sessions.find(visit.cookie);
     if (found) {
         visit.session = *found;
