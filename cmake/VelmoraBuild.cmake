@@ -21,7 +21,7 @@ if(CCACHE)
   set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
   set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
-  add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>)
+  add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>)
 endif()
 
 find_package(Threads REQUIRED)
@@ -40,7 +40,7 @@ add_compile_definitions(QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
                         QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
 set(VELMORA_WARNINGS -Wall -Wextra -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2
-                     -Wduplicated-cond -Wlogical-op -Wimplicit-fallthrough)
+                     -Wimplicit-fallthrough $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond$<SEMICOLON>-Wlogical-op>)
 set(VELMORA_C_WARNINGS -Wall -Wextra -Werror -Wshadow -Wformat=2)
 
 if(VELMORA_SANITIZE)
@@ -64,9 +64,11 @@ function(velmora_compile target)
                                            $<$<COMPILE_LANGUAGE:C>:${VELMORA_C_WARNINGS}>)
   # False positives of GCC 12: overlapping copies in std::string operator+ (bug 105651), and uninitialised values in
   # instrumented code.
-  target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+  target_compile_options(${target} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>)
+  # A macro of GStreamer's headers.
+  target_compile_options(${target} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wno-deprecated-enum-enum-conversion>)
   if(VELMORA_SANITIZE)
-    target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-maybe-uninitialized>)
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-maybe-uninitialized>)
   endif()
 endfunction()
 
@@ -171,6 +173,7 @@ function(velmora_add_test name)
   endif()
   math(EXPR T_TIMEOUT "${VELMORA_SLOWNESS} * ${T_TIMEOUT}")
   add_test(NAME ${name} COMMAND ${T_COMMAND})
+  set_property(GLOBAL APPEND PROPERTY VELMORA_ALL_TESTS ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT ${T_TIMEOUT} LABELS "${T_LABELS}"
     ENVIRONMENT "${VELMORA_TEST_ENVIRONMENT};${T_ENVIRONMENT};QTEST_FUNCTION_TIMEOUT=${T_TIMEOUT}000")
 endfunction()

@@ -18,6 +18,7 @@ packages_run=(
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
 packages_artwork=(librsvg2-bin netpbm optipng)
 packages_tidy=(clang-format clang-tidy)
+packages_fuzz=(clang libclang-rt-14-dev)
 
 # install_missing PACKAGE...: installs the packages that are not installed yet. Uses the network only if one is missing.
 install_missing() {
