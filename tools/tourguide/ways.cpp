@@ -345,7 +345,8 @@ void Tour::serviceGone()
             return;
         journey.waitForScreen(QStringLiteral("WelcomeDlg"));
         keys(journey, "select");
-        stop(journey, journey.waitForBox(QStringLiteral("A network error has occurred.")), "network-error",
+        // At its start the radio waits a minute for its service.
+        stop(journey, journey.waitForBox(QStringLiteral("A network error has occurred."), 90), "network-error",
              "The service is not there");
     }
     Journey::Options options;
@@ -401,7 +402,7 @@ void Tour::names()
              (arabic == 0 || journey.key(QStringList(arabic, QStringLiteral("down")))) &&
              (QTest::qWait(marqueeMs), true),
          "names-marquee", "Names of the world: a long right-to-left row moves", "02-player-long-names");
-    keys(journey, "select");
+    keys(journey, "down select"); // that one is shared and cannot be renamed
     journey.waitForAudio(2);
     stop(journey,
          openMenu(journey, 5) && keys(journey, "select") &&
