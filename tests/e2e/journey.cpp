@@ -48,7 +48,7 @@ Journey::Journey(const Options &options)
     , m_serverUrl(options.serverUrl)
 {
     makePrivate(m_data);
-    copyTree(QStringLiteral(JOURNEY_LIBRARY "/demo"), m_root.filePath("server/demo"));
+    copyTree(options.library, m_root.filePath("server/demo"));
 }
 
 Journey::~Journey()
@@ -83,7 +83,7 @@ QProcessEnvironment Journey::environment() const
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("VELMORA_PRIVATE_ROOT", m_root.filePath("device"));
-    environment.insert("VELMORA_WS_SERVER", m_serverUrl);
+    environment.insert("VELMORA_WS_SERVER", m_options.radioUrl.isEmpty() ? m_serverUrl : m_options.radioUrl);
     environment.insert("VELMORA_WS_STATE_DIR", m_root.filePath("state"));
     environment.insert("VELMORA_AUDIO_SINK", m_options.isShort ? QStringLiteral("fakesink sync=false")
                                                                : QStringLiteral("fakesink sync=true"));
@@ -104,11 +104,12 @@ bool Journey::startServer()
     m_server->setProcessChannelMode(QProcess::MergedChannels);
     m_server->setStandardOutputFile(report, QIODevice::Append);
     m_options.serverOptions.replaceInStrings("ROOT", m_root.path());
-    m_server->start(QStringLiteral(JOURNEY_SERVER),
-                    QStringList{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_data,
-                                "--demo-tracks", "4", // of each style, so that they are made soon
-                                "--analysis", "off"} +
-                        m_options.serverOptions);
+    QStringList arguments{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_data,
+                          "--demo-tracks", "4", // of each style, so that they are made soon
+                          "--analysis", "off"};
+    if (!m_options.radioUrl.isEmpty())
+        arguments += {"--public-url", m_options.radioUrl};
+    m_server->start(QStringLiteral(JOURNEY_SERVER), arguments + m_options.serverOptions);
     static const QRegularExpression listening("listening on (http://127\\.0\\.0\\.1:(\\d+))");
     QElapsedTimer clock;
     clock.start();
@@ -202,7 +203,9 @@ bool Journey::prepare()
         return true;
     QProcess setup;
     dieWithUs(setup);
-    setup.setProcessEnvironment(environment());
+    QProcessEnvironment direct = environment();
+    direct.insert("VELMORA_WS_SERVER", m_serverUrl);
+    setup.setProcessEnvironment(direct);
     setup.setProcessChannelMode(QProcess::MergedChannels);
     setup.start(QStringLiteral(JOURNEY_SETUP), {m_root.filePath("server/demo-account.txt")});
     if (setup.waitForFinished(60000) && setup.exitCode() == 0)

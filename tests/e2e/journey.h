@@ -18,6 +18,8 @@ public:
         bool isSetUp = true;            // the demo account is linked and was last
         QStringList serverOptions = {}; // beyond what every journey passes; ROOT in them is root()
         QString serverUrl = {};         // instead of a server of its own
+        QString radioUrl = {};          // where the radio reaches the server, if not at its own address
+        QString library = QStringLiteral(JOURNEY_LIBRARY "/demo");
         bool isShort = false;           // tracks as they are, but the sink takes them as fast as it can
         QStringList menuOptions = {};   // of velmora-menu, before the program
         QString radio = QStringLiteral(JOURNEY_RADIO);
