@@ -1,0 +1,139 @@
+#include "bench/serviceprogram.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <sched.h>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace bench {
+
+using nlohmann::json;
+using velmora::server::HttpClient;
+
+namespace {
+
+std::filesystem::path madeFolder()
+{
+    std::string name = (std::filesystem::temp_directory_path() / "velmora-bench-XXXXXX").string();
+    if (!::mkdtemp(name.data()))
+        throw std::runtime_error("no folder for the service's data");
+    return name;
+}
+
+} // namespace
+
+double since(std::chrono::steady_clock::time_point begin)
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+ScratchFolder::ScratchFolder()
+    : path(madeFolder())
+{
+}
+
+ScratchFolder::~ScratchFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}
+
+Server::Server(const std::filesystem::path &data, const std::vector<std::string> &options, const std::string &cores)
+{
+    std::vector<std::string> words{BENCH_SERVER, "--listen", "127.0.0.1:0", "--data", data, "--demo-tracks", "1"};
+    words.insert(words.end(), options.begin(), options.end());
+    if (!cores.empty())
+        words.insert(words.begin(), {"taskset", "-c", cores});
+    std::vector<char *> arguments;
+    for (std::string &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe");
+    m_pid = ::fork();
+    if (m_pid == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        ::dup2(ends[1], STDOUT_FILENO);
+        ::dup2(::open("/dev/null", O_WRONLY), STDERR_FILENO); // a line a request
+        ::execvp(arguments[0], arguments.data());
+        ::_exit(127);
+    }
+    ::close(ends[1]);
+    m_output = ::fdopen(ends[0], "r");
+    const std::string line = lineWith("listening on ");
+    m_port = std::stoi(line.substr(line.rfind(':') + 1));
+}
+
+Server::~Server()
+{
+    ::kill(m_pid, SIGTERM);
+    ::waitpid(m_pid, nullptr, 0);
+    std::fclose(m_output);
+}
+
+std::string Server::lineWith(const std::string &text)
+{
+    char line[512];
+    while (std::fgets(line, sizeof line, m_output)) {
+        if (std::strstr(line, text.c_str()))
+            return line;
+    }
+    throw std::runtime_error("the server did not say: " + text);
+}
+
+void Server::untilMusicIsMade()
+{
+    int made = 0;
+    int total = 1;
+    while (made < total)
+        std::sscanf(lineWith("demo catalogue: ").c_str(), "demo catalogue: %d of %d", &made, &total);
+}
+
+double Server::megabytes() const
+{
+    std::ifstream file("/proc/" + std::to_string(m_pid) + "/status");
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("VmRSS:"))
+            return std::stod(line.substr(6)) / 1024;
+    }
+    return 0;
+}
+
+double Server::cpuSeconds() const
+{
+    std::ifstream file("/proc/" + std::to_string(m_pid) + "/stat");
+    std::string word;
+    double ticks = 0;
+    for (int i = 1; i <= 15 && file >> word; ++i)
+        ticks += i >= 14 ? std::stod(word) : 0;
+    return ticks / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+size_t Server::sockets() const
+{
+    std::error_code error;
+    size_t count = 0;
+    for (const auto &entry : std::filesystem::directory_iterator("/proc/" + std::to_string(m_pid) + "/fd", error))
+        count += std::filesystem::read_symlink(entry, error).native().starts_with("socket:");
+    return count;
+}
+
+json call(HttpClient &client, const std::string &function, const json &parameters, const std::string &token)
+{
+    const std::string body = parameters.dump();
+    client.send("POST /v1/" + function + " HTTP/1.1\r\nHost: radio\r\nAuthorization: Bearer " + token +
+                "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+    const json answer = json::parse(client.receive().body, nullptr, false);
+    if (answer.value("code", -1) != 0)
+        throw std::runtime_error(function + ": " + answer.dump());
+    return answer.value("data", json::object());
+}
+
+} // namespace bench

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "tests/server/httpclient.h"
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+// The service as a process of its own, and a caller of it. For benchmarks; errors are exceptions.
+namespace bench {
+
+// Seconds.
+double since(std::chrono::steady_clock::time_point begin);
+
+// A folder that is removed at the end.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ~ScratchFolder();
+    ScratchFolder(const ScratchFolder &) = delete;
+    ScratchFolder &operator=(const ScratchFolder &) = delete;
+
+    const std::filesystem::path path;
+};
+
+// velmora-server on a free port of this machine, with a small demo catalogue. Ends with this program.
+class Server {
+public:
+    // `cores`: as taskset takes them; empty: all.
+    explicit Server(const std::filesystem::path &data, const std::vector<std::string> &options = {},
+                    const std::string &cores = {});
+    ~Server();
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+
+    void untilMusicIsMade();
+    double megabytes() const; // resident
+    double cpuSeconds() const;
+    size_t sockets() const;
+    int port() const { return m_port; }
+
+private:
+    // Waits for a line of its output.
+    std::string lineWith(const std::string &text);
+
+    pid_t m_pid = -1;
+    FILE *m_output = nullptr;
+    int m_port = 0;
+};
+
+// Calls a function of the service's interface and returns its data; anything but code 0 is an exception.
+nlohmann::json call(velmora::server::HttpClient &client, const std::string &function, const nlohmann::json &parameters,
+                    const std::string &token);
+
+} // namespace bench
