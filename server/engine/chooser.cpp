@@ -36,8 +36,13 @@ public:
         size_t fitting = scores.fitCount();
         for (const int64_t id : circumstances.excludedTracks) {
             const std::optional<Position> track = m_index.find(id);
-            if (track && fitting > 0 && scores.base(*track) >= scores.fitThreshold())
+            if (track && m_excluded.insert(m_index.facts(*track).recording).second && fitting > 0 &&
+                scores.base(*track) >= scores.fitThreshold())
                 --fitting;
+        }
+        for (const auto &[id, plays] : circumstances.plays) {
+            if (const std::optional<Position> track = m_index.find(id))
+                m_plays[*track] += plays;
         }
         m_fitting = fitting;
         findPlaysOfAll(scores);
@@ -76,18 +81,16 @@ public:
     {
         const TrackFacts &facts = m_index.facts(track);
         const auto &transcoded = m_circumstances.transcoded;
-        return (!facts.isExplicit || m_circumstances.allowsExplicit) &&
-               (!facts.needsTranscoding || !transcoded || transcoded->contains(facts.id)) &&
+        return (!facts.needsTranscoding || !transcoded || transcoded->contains(facts.id)) &&
                !m_artists.contains(facts.artist) && !m_recordings.contains(facts.recording) &&
                !m_albums.contains(facts.album) && !m_composers.contains(facts.composer) &&
-               !m_works.contains(facts.work) && !m_circumstances.excludedTracks.contains(facts.id) &&
-               !m_circumstances.excludedArtists.contains(facts.artist) && isNextMovement(facts);
+               !m_works.contains(facts.work) && !isOut(facts) && isNextMovement(facts);
     }
 
     float fresh(Position track) const
     {
-        const auto plays = m_circumstances.plays.find(m_index.facts(track).id);
-        if (plays == m_circumstances.plays.end())
+        const auto plays = m_plays.find(track);
+        if (plays == m_plays.end())
             return 0;
         return -freshWeight * std::log(1 + static_cast<float>(std::max(0, plays->second - m_playsOfAll)));
     }
@@ -97,13 +100,12 @@ private:
     // does not fit, only because it has not been heard.
     void findPlaysOfAll(const StationScores &scores)
     {
-        if (m_circumstances.plays.size() < m_fitting)
+        if (m_plays.size() < m_fitting)
             return;
         size_t played = 0;
         int fewest = INT_MAX;
-        for (const auto &[id, plays] : m_circumstances.plays) {
-            const std::optional<Position> track = m_index.find(id);
-            if (!track || scores.base(*track) < scores.fitThreshold() || m_circumstances.excludedTracks.contains(id))
+        for (const auto &[track, plays] : m_plays) {
+            if (scores.base(track) < scores.fitThreshold() || m_excluded.contains(m_index.facts(track).recording))
                 continue;
             ++played;
             fewest = std::min(fewest, plays);
@@ -112,7 +114,16 @@ private:
             m_playsOfAll = fewest;
     }
 
+    // Whether the listener does not want it at all, or it is not there.
+    bool isOut(const TrackFacts &facts) const
+    {
+        return (facts.isExplicit && !m_circumstances.allowsExplicit) || m_excluded.contains(facts.recording) ||
+               m_circumstances.excludedArtists.contains(facts.artist) ||
+               (m_circumstances.absent && m_circumstances.absent->contains(facts.id));
+    }
+
     // A work's movements come in their order: the one after the last that was played, the first one at the beginning.
+    // Those that are out are left out: the work goes on without them.
     bool isNextMovement(const TrackFacts &facts) const
     {
         if (facts.work == 0)
@@ -121,15 +132,23 @@ private:
                                        [&](const TrackFacts *recent) { return recent->work == facts.work; });
         const int32_t before = last == m_recent.end() ? INT32_MIN : (*last)->movement;
         const std::vector<Position> &movements = m_index.tracksOfWork(facts.work);
-        const auto next = std::find_if(movements.begin(), movements.end(),
-                                       [&](Position movement) { return m_index.facts(movement).movement > before; });
-        const Position wanted = next == movements.end() ? movements.front() : *next;
-        return facts.movement == m_index.facts(wanted).movement;
+        const auto findAfter = [&](int32_t number) {
+            return std::find_if(movements.begin(), movements.end(), [&](Position movement) {
+                const TrackFacts &other = m_index.facts(movement);
+                return other.movement > number && !isOut(other);
+            });
+        };
+        auto next = findAfter(before);
+        if (next == movements.end())
+            next = findAfter(INT32_MIN);
+        return next != movements.end() && facts.movement == m_index.facts(*next).movement;
     }
 
     const EngineIndex &m_index;
     const Circumstances &m_circumstances;
     std::vector<const TrackFacts *> m_recent; // newest first
+    std::unordered_set<int64_t> m_excluded;   // recordings
+    std::unordered_map<Position, int> m_plays;
     size_t m_fitting = 0;
     int m_playsOfAll = 0;
     std::array<Reach, levelCount> m_levels;

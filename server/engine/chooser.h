@@ -9,11 +9,13 @@ namespace velmora::engine {
 
 // What the moment forbids or makes less likely, beside the scores.
 struct Circumstances {
-    std::vector<int64_t> recent;            // tracks that the station handed out, newest first
-    std::unordered_map<int64_t, int> plays; // by track: how often it was heard on the station in the last 90 days
-    std::unordered_set<int64_t> excludedTracks;
+    std::vector<int64_t> recent;                // tracks that the station handed out, newest first
+    std::unordered_map<int64_t, int> plays;     // by track: how often it was heard on the station in the last 90 days
+    std::unordered_set<int64_t> excludedTracks; // other tracks of their recordings are excluded too
     std::unordered_set<int64_t> excludedArtists;
     bool allowsExplicit = true;
+    // Tracks that went away since the index was built; null: none.
+    std::shared_ptr<const std::unordered_set<int64_t>> absent;
     // Null: any track will do. Else one that needs transcoding must be among these, which are transcoded.
     std::shared_ptr<const std::unordered_set<int64_t>> transcoded;
 };

@@ -9,6 +9,36 @@ namespace velmora::engine {
 namespace {
 
 constexpr size_t mostCommonStyles = 40;
+// A share names its style in 16 bits, and every station keeps a number for each style.
+constexpr size_t mostStyles = 4096;
+
+// Drops all but the styles that most tracks are tagged with, in place. A track that had only rare ones counts as
+// untagged.
+const std::vector<EngineStyle> &boundStyles(EngineMusic &music)
+{
+    if (music.styles.size() <= mostStyles)
+        return music.styles;
+    std::vector<int> counts(music.styles.size(), 0), order(music.styles.size()), places(music.styles.size(), -1);
+    for (const EngineTrack &track : music.tracks) {
+        for (const StyleWeight &tag : track.tags)
+            ++counts[static_cast<size_t>(tag.style)];
+    }
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(),
+                     [&](int a, int b) { return counts[static_cast<size_t>(a)] > counts[static_cast<size_t>(b)]; });
+    std::vector<EngineStyle> kept;
+    for (const int style : std::span(order).first(mostStyles)) {
+        places[static_cast<size_t>(style)] = static_cast<int>(kept.size());
+        kept.push_back(std::move(music.styles[static_cast<size_t>(style)]));
+    }
+    music.styles = std::move(kept);
+    for (EngineTrack &track : music.tracks) {
+        for (StyleWeight &tag : track.tags)
+            tag.style = places[static_cast<size_t>(tag.style)];
+        std::erase_if(track.tags, [](const StyleWeight &tag) { return tag.style < 0; });
+    }
+    return music.styles;
+}
 
 // Sorts the tracks by id, in place.
 const EngineMusic &order(EngineMusic &music)
@@ -50,7 +80,7 @@ std::vector<float> ranks(const std::vector<std::optional<float>> &values)
 } // namespace
 
 EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping)
-    : m_styles(music.styles)
+    : m_styles(boundStyles(music))
     , m_likeness(descriptorsOf(order(music)))
     , m_shares(music, m_likeness, votes, isStopping)
 {
@@ -79,17 +109,38 @@ EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std:
     for (auto &[work, tracks] : m_byWork)
         std::stable_sort(tracks.begin(), tracks.end(),
                          [&](Position a, Position b) { return m_facts[a].movement < m_facts[b].movement; });
+    addReplaced(music.replaced);
     findCommonStyles();
     rankAttributes(music);
+}
+
+void EngineIndex::addReplaced(const std::vector<ReplacedTrack> &replaced)
+{
+    if (replaced.empty())
+        return;
+    std::unordered_map<int64_t, Position> byRecording;
+    for (Position track = 0; track < size(); ++track)
+        byRecording.try_emplace(m_facts[track].recording, track);
+    for (const ReplacedTrack &track : replaced) {
+        const auto found = byRecording.find(track.recording);
+        if (found == byRecording.end())
+            continue;
+        m_replaced[track.id] = found->second;
+        // An artist whose name is spelt otherwise in the better file has the music all the same.
+        std::vector<Position> &own = m_byArtist[track.artist];
+        if (std::find(own.begin(), own.end(), found->second) == own.end())
+            own.push_back(found->second);
+    }
 }
 
 std::optional<Position> EngineIndex::find(int64_t trackId) const
 {
     const auto found = std::lower_bound(m_facts.begin(), m_facts.end(), trackId,
                                         [](const TrackFacts &facts, int64_t id) { return facts.id < id; });
-    if (found == m_facts.end() || found->id != trackId)
-        return std::nullopt;
-    return static_cast<Position>(found - m_facts.begin());
+    if (found != m_facts.end() && found->id == trackId)
+        return static_cast<Position>(found - m_facts.begin());
+    const auto replaced = m_replaced.find(trackId);
+    return replaced == m_replaced.end() ? std::nullopt : std::optional(replaced->second);
 }
 
 const std::vector<Position> &EngineIndex::tracksOfArtist(int64_t artist) const

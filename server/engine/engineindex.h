@@ -32,11 +32,13 @@ struct TrackFacts {
 // without a lock; about 300 bytes a track.
 class EngineIndex {
 public:
-    // Ids of tracks must differ. Votes take seconds for a large library; see StyleShares.
+    // Ids of tracks must differ. Of more than 4096 styles those with the most tracks are kept. Votes take seconds for a
+    // large library; see StyleShares.
     EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping = nullptr);
 
     size_t size() const { return m_facts.size(); }
     const TrackFacts &facts(Position track) const { return m_facts[track]; }
+    // The track, or the one that plays for its recording.
     std::optional<Position> find(int64_t trackId) const;
     const std::vector<Position> &tracksOfArtist(int64_t artist) const; // empty when there is none
     // Its movements in order.
@@ -51,12 +53,14 @@ public:
     Attributes attributes(Position track) const;
 
 private:
+    void addReplaced(const std::vector<ReplacedTrack> &replaced);
     void findCommonStyles();
     void rankAttributes(const EngineMusic &music);
 
     std::vector<TrackFacts> m_facts; // by id
     std::vector<EngineStyle> m_styles;
     std::unordered_map<int64_t, std::vector<Position>> m_byArtist, m_byWork;
+    std::unordered_map<int64_t, Position> m_replaced; // by id of the track that does not play
     Likeness m_likeness;
     StyleShares m_shares;
     std::vector<int> m_commonStyles;

@@ -35,9 +35,17 @@ struct EngineTrack {
     std::optional<media::Descriptor> descriptor;
 };
 
+// A track that does not play, because a better file of its recording does.
+struct ReplacedTrack {
+    int64_t id = 0;
+    int64_t artist = 0;
+    int64_t recording = 0;
+};
+
 struct EngineMusic {
     std::vector<EngineStyle> styles;
     std::vector<EngineTrack> tracks;
+    std::vector<ReplacedTrack> replaced;
 };
 
 } // namespace velmora::engine

@@ -76,6 +76,15 @@ void readPages(Store &store, const std::atomic<bool> &isStopping, const char *qu
 
 } // namespace
 
+std::vector<int64_t> playingTracks(Store &store, const std::atomic<bool> &isStopping)
+{
+    std::vector<int64_t> ids;
+    readPages(store, isStopping,
+              "SELECT id FROM tracks WHERE id > ?1 AND is_playable = 1 AND kind = 'music' ORDER BY id LIMIT ?2",
+              [&](const Statement &row) { ids.push_back(row.integer(0)); });
+    return ids;
+}
+
 engine::EngineMusic loadEngineMusic(Store &store, const std::atomic<bool> &isStopping)
 {
     engine::EngineMusic music;
@@ -83,12 +92,17 @@ engine::EngineMusic loadEngineMusic(Store &store, const std::atomic<bool> &isSto
     Styles styles(music.styles);
     std::unordered_map<int64_t, size_t> places;
     std::vector<std::string> ownStyle; // by track; used when it has no other
+    // What a better file of the recording replaced is read for those who named or rated it.
     readPages(
         store, isStopping,
         "SELECT id, artist_id, album_id, COALESCE(recording_id, 0), composer, work, movement, tempo, "
-        "is_explicit, style, audio_type FROM tracks WHERE id > ?1 AND is_playable = 1 AND kind = 'music' ORDER BY id "
-        "LIMIT ?2",
+        "is_explicit, style, audio_type, is_playable FROM tracks WHERE id > ?1 AND (is_playable = 1 OR recording_id IS "
+        "NOT NULL) AND kind = 'music' ORDER BY id LIMIT ?2",
         [&](const Statement &row) {
+            if (row.integer(11) == 0) {
+                music.replaced.push_back({row.integer(0), row.integer(1), row.integer(3)});
+                return;
+            }
             engine::EngineTrack track;
             track.id = row.integer(0);
             track.artist = row.integer(1);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <set>
 
 namespace velmora::engine {
 namespace {
@@ -137,6 +138,17 @@ TEST(EngineTest, StylesComeFromOwnTagsThenTheArtistsThenWhatSoundsAlike)
     EXPECT_FALSE(heard->shares().isTagged(32, 1));
     EXPECT_TRUE(heard->shares().isTagged(1, 0));
 
+    EngineMusic wordy = library(); // more styles than are told apart
+    for (int i = 0; i < 70'000; ++i)
+        wordy.styles.push_back({"word " + std::to_string(i), ""});
+    std::rotate(wordy.styles.begin(), wordy.styles.begin() + 4, wordy.styles.end());
+    for (EngineTrack &track : wordy.tracks)
+        track.tags = {{70'000 + track.tags[0].style, 1}};
+    wordy.tracks[0].tags = {{69'999, 1}};
+    const auto bound = indexOf(std::move(wordy), StyleShares::Votes::Ignored);
+    EXPECT_EQ(bound->styles().size(), 4096u);
+    EXPECT_EQ(bound->shares().share(40, bound->findStyle("rock").value()), 1);
+
     EngineMusic random = library();
     for (EngineTrack &track : random.tracks)
         track.tags = {{static_cast<int>(track.id * 7 % 13 % 4), 1}};
@@ -231,22 +243,30 @@ TEST(EngineTest, WhatIsForbiddenIsNeverPlayed)
     EngineMusic music = library();
     for (EngineTrack &track : music.tracks)
         track.isExplicit = track.id % 2 == 0;
-    music.tracks[10].recording = 13;            // the same recording as track 13
-    for (size_t song = 15; song < 20; ++song) { // one work, its movements stored backwards
+    music.tracks[10].recording = 13; // the same recording as track 13
+    music.tracks[22].recording = 23;
+    music.replaced = {{501, 100, 23}, {502, 100, 777}}; // track 23 is a better file of 501
+    for (size_t song = 15; song < 20; ++song) {         // one work, its movements stored backwards
         music.tracks[song].work = 5;
         music.tracks[song].movement = static_cast<int>(20 - song);
     }
     const auto index = indexOf(std::move(music));
     Circumstances now;
     now.allowsExplicit = false;
-    now.excludedTracks = {1, 3};
+    now.excludedTracks = {1, 3, 501};
     now.excludedArtists = {102};
+    now.absent = std::make_shared<std::unordered_set<int64_t>>(std::unordered_set<int64_t>{5, 7});
     const std::vector<int64_t> ids = play(index, {{styleSeed("folk")}, {}, {}, {}}, 100, now);
+    const std::set<int64_t> out = {1, 3, 5, 7, 23};
     EXPECT_EQ(share(ids,
                     [&](int64_t id) {
-                        return id % 2 == 0 || id == 1 || id == 3 || index->facts(*index->find(id)).artist == 102;
+                        return id % 2 == 0 || out.contains(id) || index->facts(*index->find(id)).artist == 102;
                     }),
               0);
+    EXPECT_EQ(index->find(501), index->find(23)) << "what is said of a file holds for the better one";
+    EXPECT_FALSE(index->find(502));
+    const StationScores named(index, {{trackSeed(501)}, {}, {}, {}}), same(index, {{trackSeed(23)}, {}, {}, {}});
+    EXPECT_EQ(named.base(50), same.base(50));
 
     const std::vector<int64_t> all = play(index, {{styleSeed("folk")}, {}, {}, {}}, 120);
     std::vector<int> movements;
@@ -265,6 +285,16 @@ TEST(EngineTest, WhatIsForbiddenIsNeverPlayed)
     ASSERT_GE(movements.size(), 3u);
     for (size_t i = 0; i < movements.size(); ++i)
         EXPECT_EQ(movements[i], 1 + static_cast<int>(i) % 5);
+    // A work goes on without the movement that has a thumb down.
+    now = {};
+    now.excludedTracks = {20, 18}; // the first and the third
+    std::vector<int> rest;
+    for (const int64_t id : play(index, {{styleSeed("folk")}, {}, {}, {}}, 200, now)) {
+        if (const int movement = index->facts(*index->find(id)).movement)
+            rest.push_back(movement);
+    }
+    ASSERT_GE(rest.size(), 4u);
+    EXPECT_EQ(std::vector<int>(rest.begin(), rest.begin() + 4), (std::vector<int>{2, 4, 5, 2}));
 }
 
 TEST(EngineTest, ListenersAreUnderstoodByTheirThumbsAndForgottenWithThem)
