@@ -169,7 +169,9 @@ private:
     void refresh(Database &db, int64_t trackId);
     int64_t dropMissing(int64_t before, bool isKeptToo);
     static void drop(Database &db, int64_t trackId); // with thumbs and all that hangs on it
-    static void dropUnused(Database &db);            // albums and artists without tracks
+    // What listeners said of the track counts for another one of its recording, if there is one.
+    static void inherit(Database &db, int64_t trackId);
+    static void dropUnused(Database &db); // albums and artists without tracks
     void joinRecordings(Database &db, int64_t trackId, int64_t otherId);
     void findDuplicates(Database &db, const ToAnalyse &file, const media::MediaAnalysis &analysis);
 

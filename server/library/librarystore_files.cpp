@@ -150,9 +150,9 @@ int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &fil
     if (other.id != 0) {
         // Whatever this file was goes to where that one was: two files may have changed places.
         const auto putRow = [&](int64_t fileId, int64_t trackId, const std::string &print) {
-            // What was heard goes with the track.
+            // What was heard goes with the track. The stamp does not: it is of the file that was there before.
             db.run("UPDATE files SET track_id = ?2, sound_print = ?3, analysis_version = COALESCE((SELECT version FROM "
-                   "descriptors WHERE track_id = ?2), 0) WHERE id = ?1",
+                   "descriptors WHERE track_id = ?2), 0), size = 0, mtime_ns = 0, inode = 0 WHERE id = ?1",
                    fileId, trackId, Blob{print});
         };
         if (ownTrack != 0)
@@ -166,6 +166,9 @@ int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &fil
             fileId = db.lastRowId();
         }
         putRow(fileId, other.trackId, file.tags.soundPrint);
+        // Nothing may be left of it but a file that is missing.
+        if (ownTrack != 0)
+            settleRecording(db, ownTrack);
         return other.trackId;
     }
     if (ownTrack == 0)

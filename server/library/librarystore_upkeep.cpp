@@ -140,8 +140,30 @@ void LibraryStore::noteCoverFile(int64_t rootId, const std::string &path, const 
     change.commit();
 }
 
+void LibraryStore::inherit(Database &db, int64_t trackId)
+{
+    int64_t heir = 0;
+    {
+        Statement row = db.prepare("SELECT other.id FROM tracks own JOIN tracks other ON other.recording_id = "
+                                   "own.recording_id AND other.id <> own.id WHERE own.id = ?1 ORDER BY "
+                                   "other.is_playable DESC, other.id LIMIT 1");
+        row.with(trackId);
+        if (!row.step())
+            return;
+        heir = row.integer(0);
+    }
+    // What was said of both stays as it was said of the heir.
+    for (const char *table : {"feedback", "sleeps", "plays"})
+        db.run(std::string("UPDATE OR IGNORE ") + table + " SET track_id = ?2 WHERE track_id = ?1", trackId, heir);
+    for (const char *table : {"seeds", "bookmarks"})
+        db.run(std::string("UPDATE OR IGNORE ") + table +
+                   " SET target = CAST(?2 AS TEXT) WHERE kind = 'track' AND target = CAST(?1 AS TEXT)",
+               trackId, heir);
+}
+
 void LibraryStore::drop(Database &db, int64_t trackId)
 {
+    inherit(db, trackId);
     // A recording goes by the id of one of its tracks.
     db.run("UPDATE tracks SET recording_id = (SELECT MIN(id) FROM tracks WHERE recording_id = ?1 AND id <> ?1) WHERE "
            "recording_id = ?1",

@@ -285,6 +285,18 @@ TEST_F(LibraryTest, WhatWasMovedRetaggedOrReplacedKeepsItsThumbs)
     EXPECT_EQ(trackAt("back.flac"), two);
     EXPECT_TRUE(m_service->catalogue.track(two)->isPlayable);
 
+    // A song that was away takes its place back from another one.
+    const int64_t guest = trackAt("Three.flac");
+    fs::rename(m_music / "back.flac", m_directory.path() / "kept.flac");
+    scan();
+    fs::rename(m_directory.path() / "kept.flac", m_music / "Three.flac");
+    scan();
+    EXPECT_EQ(trackAt("Three.flac"), two);
+    EXPECT_FALSE(m_service->catalogue.track(guest)->isPlayable) << "it has no file";
+    fs::rename(m_music / "Three.flac", m_music / "back.flac");
+    scan();
+    EXPECT_EQ(trackAt("back.flac"), two);
+
     // Two change places while only one of them has been listened to.
     library().setPaused(true);
     {
@@ -313,6 +325,29 @@ TEST_F(LibraryTest, OfTheFilesOfARecordingTheBestThatIsThereAnswersForIt)
     EXPECT_EQ(playing(), 1);
     EXPECT_EQ(fate("a.ogg"), "duplicate");
     EXPECT_EQ(fate("b.flac"), "plays");
+    // What a listener said of the file that no longer plays is said of the recording.
+    const std::string user = newListener();
+    const int64_t replaced = trackAt("a.ogg"), plays = trackAt("b.flac");
+    const auto thumb = [&](int64_t track) {
+        m_service->store.lock()->run("INSERT INTO feedback SELECT id, ?1, account_id, 0, 1 FROM stations", track);
+    };
+    const auto isRated = [&](int64_t track) {
+        const Store::Lock db = m_service->store.lock();
+        Statement row = db->prepare("SELECT 1 FROM feedback WHERE track_id = ?1");
+        row.with(track);
+        return row.step();
+    };
+    thumb(replaced);
+    const Station station = m_service->stations.list(idOf()).at(0);
+    EXPECT_TRUE(m_service->playlists.next(station).empty()) << "nothing else is there";
+    fs::rename(m_music / "a.ogg", m_directory.path() / "a.ogg");
+    scan();
+    *m_now += 91 * 24 * 3600;
+    scan();
+    EXPECT_EQ(fate("a.ogg"), "unknown");
+    EXPECT_TRUE(isRated(plays));
+    fs::rename(m_directory.path() / "a.ogg", m_music / "a.ogg");
+    scan();
     fs::remove(m_music / "b.flac");
     fs::remove(m_music / "c.flac");
     scan();
