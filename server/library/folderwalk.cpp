@@ -97,7 +97,9 @@ void FolderWalk::Run::folder(int descriptor, const std::string &path, int depth)
         const std::string name = entry->d_name;
         if (isMarker(name))
             return;
-        if (name[0] != '.')
+        // A million other files beside the music cost neither memory nor a look at each.
+        const bool isOther = entry->d_type == DT_REG && !isMusicName(name) && coverRank(name) == 0;
+        if (name[0] != '.' && !isOther)
             names.push_back(name);
         errno = 0;
     }
@@ -125,10 +127,8 @@ void FolderWalk::Run::folder(int descriptor, const std::string &path, int depth)
         } else if (S_ISREG(status.st_mode) && isMusicName(name)) {
             ++result.files;
             found.push_back({whole, stampOf(status)});
-        } else {
-            if (S_ISREG(status.st_mode) && coverRank(name) != 0)
-                found.push_back({whole, stampOf(status), true});
-            ++result.otherFiles;
+        } else if (S_ISREG(status.st_mode) && coverRank(name) != 0) {
+            found.push_back({whole, stampOf(status), true});
         }
     }
     if (!m_take(std::move(found))) {

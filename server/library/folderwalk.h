@@ -24,7 +24,6 @@ struct FoundFile {
 struct WalkResult {
     bool isStopped = false;
     int64_t files = 0;               // that may be music
-    int64_t otherFiles = 0;          // everything else
     std::vector<std::string> unread; // folders that could not be listed to their end
 };
 
