@@ -398,6 +398,10 @@ void Library::watchRoots()
                 if (answer.isSilent && root.isPresent && !m_isStopping) {
                     m_settings.say("music: " + printable(root.path.native()) + " is away: " + answer.problem);
                     m_store.setPresent(root, false, answer.problem);
+                    // What waits may be of that folder, and would hold up who opens it.
+                    const std::lock_guard guard(m_mutex);
+                    m_files.clear();
+                    m_albums.clear();
                 }
             }
         } catch (const std::exception &error) {

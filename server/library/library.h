@@ -112,6 +112,7 @@ private:
     std::string coverOf(media::MediaWorker &worker, const std::filesystem::path &music);
     std::filesystem::path writeCover(const std::string &name, const std::string &jpeg);
     void picture(media::MediaWorker &worker, const LibraryStore::AlbumToPicture &album);
+    bool isAway(const std::filesystem::path &root);
     bool isIdle();
 
     static constexpr size_t mostChanges = 200;

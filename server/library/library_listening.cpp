@@ -124,6 +124,13 @@ void Library::listenLoop(int number)
         endWorkers();
 }
 
+bool Library::isAway(const std::filesystem::path &root)
+{
+    const std::vector<Root> roots = m_store.roots();
+    return std::none_of(roots.begin(), roots.end(),
+                        [&](const Root &known) { return known.path == root && known.isPresent; });
+}
+
 std::optional<LibraryStore::AlbumToPicture> Library::nextAlbum()
 {
     const auto take = [this]() -> std::optional<LibraryStore::AlbumToPicture> {
@@ -191,6 +198,9 @@ void Library::listen(media::MediaWorker &worker, media::MediaWorker &formats, co
         outcome = (file.needsTranscoding ? formats : worker).analyse(opened.value, file.seconds, &analysis, &problem);
         if ((outcome != media::Outcome::Crashed && outcome != media::Outcome::TooSlow) || m_isStopping)
             break;
+        // Its folder stopped answering: a further call into it may not return. It is read again once that is back.
+        if (isAway(file.root))
+            return;
     }
     if (m_isStopping && outcome != media::Outcome::Done)
         return;
