@@ -317,6 +317,12 @@ void Catalogue::noteChange()
     m_becamePlayable.notify_all();
 }
 
+void Catalogue::notePresence(int64_t tracks)
+{
+    m_presenceChanges += static_cast<uint64_t>(tracks);
+    noteChange();
+}
+
 void Catalogue::want(const std::set<std::string> &styles)
 {
     const std::lock_guard guard(m_mutex);

@@ -111,6 +111,10 @@ public:
     uint64_t revision() const { return m_revision; }
     // To be called after tracks were changed directly in the store; wakes the threads in waitUntil().
     void noteChange();
+    // The same when known tracks stopped playing or play again. Counted apart, because a copy that offers what is away
+    // is of no use.
+    void notePresence(int64_t tracks);
+    uint64_t presenceChanges() const { return m_presenceChanges; } // tracks since the start
 
     // A listener waits for music of these styles: a source that makes files makes theirs first.
     void want(const std::set<std::string> &styles);
@@ -130,6 +134,7 @@ private:
     std::set<std::string> m_expected; // styles
     std::optional<double> m_loudness = storedLoudness;
     std::atomic<uint64_t> m_revision{0};
+    std::atomic<uint64_t> m_presenceChanges{0};
     std::condition_variable m_becamePlayable;
 };
 

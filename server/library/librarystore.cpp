@@ -97,10 +97,10 @@ void LibraryStore::setPresent(const Root &root, bool isPresent, const std::strin
                 settleRecording(*db, track);
             change.commit();
         }
+        m_catalogue.notePresence(static_cast<int64_t>(tracks.size()));
         if (tracks.size() < rowsUnderLock)
             break;
     }
-    m_catalogue.noteChange();
 }
 
 void LibraryStore::setScanned(int64_t rootId)
@@ -170,7 +170,7 @@ void LibraryStore::setMissing(const std::vector<int64_t> &fileIds, bool isMissin
         change.commit();
     }
     if (!fileIds.empty())
-        m_catalogue.noteChange();
+        m_catalogue.notePresence(static_cast<int64_t>(fileIds.size()));
 }
 
 void LibraryStore::keepPaused(bool isPaused)

@@ -17,9 +17,13 @@ using SteadyClock = std::chrono::steady_clock;
 // Up to so many tracks a view takes some ten milliseconds to build.
 constexpr int64_t smallCatalogue = 500;
 constexpr std::chrono::milliseconds lookInterval{500};
-// Building takes at most this share of the time while the catalogue keeps changing.
+// Building takes at most this share of the time while the catalogue keeps changing, and half of it while folders come
+// and go.
 constexpr int restFactor = 10;
 constexpr std::chrono::seconds longestRest{600};
+// So many tracks, or this share of the view, must come or go for that.
+constexpr uint64_t manyChanges = 50;
+constexpr size_t largeShare = 100;
 
 } // namespace
 
@@ -57,8 +61,7 @@ EngineKeeper::Index EngineKeeper::current()
             return m_index;
     }
     if (!isLarge()) {
-        const uint64_t revision = m_catalogue.revision();
-        publish(build(engine::StyleShares::Votes::Taken), revision);
+        build(engine::StyleShares::Votes::Taken);
     }
     std::unique_lock guard(m_mutex);
     m_changed.wait(guard, [this] { return m_index || m_isStopping; });
@@ -68,7 +71,7 @@ EngineKeeper::Index EngineKeeper::current()
 
 void EngineKeeper::keep()
 {
-    auto rest = SteadyClock::duration::zero();
+    auto built = SteadyClock::duration::zero();
     while (!m_isStopping) {
         bool isFirst = false;
         bool isOld = false;
@@ -81,7 +84,7 @@ void EngineKeeper::keep()
                 continue;
             }
             if (!isFirst)
-                m_changed.wait_for(guard, rest, [this] { return m_isStopping.load(); });
+                rest(guard, built);
         }
         try {
             if (m_isStopping || !isLarge()) { // a small one is built by who asks for it
@@ -90,12 +93,11 @@ void EngineKeeper::keep()
                 continue;
             }
             const auto begin = SteadyClock::now();
-            const uint64_t revision = m_catalogue.revision();
             // The first view comes in two steps, so that nobody waits for the longer one.
             if (isFirst)
-                publish(build(engine::StyleShares::Votes::Ignored), revision);
-            publish(build(engine::StyleShares::Votes::Taken), revision);
-            rest = std::min<SteadyClock::duration>((SteadyClock::now() - begin) * restFactor, longestRest);
+                build(engine::StyleShares::Votes::Ignored);
+            build(engine::StyleShares::Votes::Taken);
+            built = SteadyClock::now() - begin;
         } catch (const std::exception &error) {
             report(error.what());
             std::unique_lock guard(m_mutex);
@@ -104,19 +106,73 @@ void EngineKeeper::keep()
     }
 }
 
-EngineKeeper::Index EngineKeeper::build(engine::StyleShares::Votes votes)
+EngineKeeper::Duration EngineKeeper::restFor(Duration built, uint64_t presence, size_t tracks)
 {
-    return std::make_shared<engine::EngineIndex>(loadEngineMusic(m_store, m_isStopping), votes, &m_isStopping);
+    const bool isMuch = presence >= std::max<uint64_t>(manyChanges, tracks / largeShare);
+    return isMuch ? built : std::min<Duration>(built * restFactor, longestRest);
 }
 
-void EngineKeeper::publish(Index index, uint64_t revision)
+void EngineKeeper::rest(std::unique_lock<std::mutex> &guard, Duration built)
 {
+    const auto begin = SteadyClock::now();
+    const auto isOver = [&] {
+        const uint64_t presence = m_catalogue.presenceChanges() - m_presence;
+        return SteadyClock::now() - begin >= restFor(built, presence, m_index->size());
+    };
+    while (!m_isStopping && !isOver())
+        m_changed.wait_for(guard, lookInterval, [this] { return m_isStopping.load(); });
+}
+
+void EngineKeeper::build(engine::StyleShares::Votes votes)
+{
+    const uint64_t revision = m_catalogue.revision();
+    const uint64_t presence = m_catalogue.presenceChanges();
+    auto index = std::make_shared<engine::EngineIndex>(loadEngineMusic(m_store, m_isStopping), votes, &m_isStopping);
     if (m_isStopping)
         return;
     const std::lock_guard guard(m_mutex);
     m_index = std::move(index);
     m_revision = revision;
+    m_presence = presence;
+    m_absent.reset();
     m_changed.notify_all();
+}
+
+EngineKeeper::Absent EngineKeeper::absent()
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        if (!m_absent || m_absentAt == m_catalogue.presenceChanges())
+            return m_absent;
+    }
+    return findAbsent();
+}
+
+EngineKeeper::Absent EngineKeeper::findAbsent()
+{
+    const uint64_t presence = m_catalogue.presenceChanges();
+    Index index;
+    {
+        const std::lock_guard guard(m_mutex);
+        index = m_index;
+    }
+    if (!index)
+        return nullptr;
+    const std::vector<int64_t> playing = playingTracks(m_store, m_isStopping);
+    auto absent = std::make_shared<std::unordered_set<int64_t>>();
+    auto next = playing.begin();
+    for (engine::Position track = 0; track < index->size(); ++track) { // both are in the order of the ids
+        const int64_t id = index->facts(track).id;
+        next = std::find_if(next, playing.end(), [&](int64_t other) { return other >= id; });
+        if (next == playing.end() || *next != id)
+            absent->insert(id);
+    }
+    const std::lock_guard guard(m_mutex);
+    if (m_index == index) {
+        m_absent = absent;
+        m_absentAt = presence;
+    }
+    return absent;
 }
 
 void EngineKeeper::report(const char *what) const

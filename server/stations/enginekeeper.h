@@ -2,9 +2,11 @@
 
 #include "server/engine/engineindex.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <unordered_set>
 
 namespace velmora::server {
 
@@ -17,17 +19,29 @@ class EngineKeeper {
 public:
     using Index = std::shared_ptr<const engine::EngineIndex>;
 
+    using Duration = std::chrono::steady_clock::duration;
+    // How long a view of so many tracks, which took so long to build, is kept though the catalogue changed. `presence`:
+    // how many known tracks came or went since.
+    static Duration restFor(Duration built, uint64_t presence, size_t tracks);
+
     EngineKeeper(Store &store, Catalogue &catalogue);
     ~EngineKeeper(); // ends the building that is under way
 
     // Never null. Waits for the first view of a large catalogue: seconds after the start of the service.
     Index current();
 
+    // Tracks of the current view that do not play any more; null while none are known.
+    using Absent = std::shared_ptr<const std::unordered_set<int64_t>>;
+    Absent absent();
+    // Looks for them now: some 20 ms for a large view. To be called when a view turned out to be out of date.
+    Absent findAbsent();
+
 private:
     bool isLarge();
     void keep();
-    Index build(engine::StyleShares::Votes votes);
-    void publish(Index index, uint64_t revision);
+    // Builds and publishes a view.
+    void build(engine::StyleShares::Votes votes);
+    void rest(std::unique_lock<std::mutex> &guard, Duration built);
     void report(const char *what) const;
 
     Store &m_store;
@@ -36,6 +50,9 @@ private:
     std::mutex m_mutex;    // guards what follows
     Index m_index;
     uint64_t m_revision = 0; // of the catalogue when m_index was begun
+    uint64_t m_presence = 0; // presenceChanges() of the catalogue then
+    Absent m_absent;         // of m_index
+    uint64_t m_absentAt = 0; // presenceChanges() when they were looked for
     std::condition_variable m_changed;
     std::atomic<bool> m_isStopping{false};
     std::thread m_thread; // runs keep()

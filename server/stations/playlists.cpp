@@ -159,10 +159,17 @@ bool Playlists::hasOwnMusic(const Station &station)
         const Store::Lock db = m_store.lock();
         now = Listening(*db, m_stations, m_clock()).circumstances(station);
     }
+    now.absent = m_keeper.absent();
+    std::unordered_set<int64_t> excluded; // recordings
+    for (const int64_t id : now.excludedTracks) {
+        if (const std::optional<engine::Position> track = index.find(id))
+            excluded.insert(index.facts(*track).recording);
+    }
     for (engine::Position track = 0; track < index.size(); ++track) {
         const engine::TrackFacts &facts = index.facts(track);
-        const bool isAllowed = !now.excludedTracks.contains(facts.id) && !now.excludedArtists.contains(facts.artist) &&
-                               (now.allowsExplicit || !facts.isExplicit);
+        const bool isAllowed = !excluded.contains(facts.recording) && !now.excludedArtists.contains(facts.artist) &&
+                               (now.allowsExplicit || !facts.isExplicit) &&
+                               !(now.absent && now.absent->contains(facts.id));
         if (isAllowed && scores->isRelated(track))
             return true;
     }
@@ -188,22 +195,26 @@ Station Playlists::chooser(const Station &station)
     return stations[static_cast<size_t>(drawn - upTo.begin())];
 }
 
-std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept &own, engine::Circumstances &now,
-                                                   bool mustBeReady)
+std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept &own, Moment &moment, bool mustBeReady)
 {
+    engine::Circumstances &now = moment.now;
     const bool isLimited = m_transcodes && (mustBeReady || m_transcodes->isHeldUp());
     now.transcoded = isLimited ? m_transcodes->ready() : nullptr;
     const Station drawn = chooser(station);
-    std::shared_ptr<const engine::StationScores> scores;
-    if (drawn.id == station.id) {
+    std::shared_ptr<const engine::StationScores> &scores = moment.scores[drawn.id];
+    if (!scores && drawn.id == station.id) {
         scores = scoresOf(station, own);
-    } else {
+    } else if (!scores) {
         const std::shared_ptr<Kept> other = kept(drawn.id);
         const std::lock_guard guard(other->mutex);
         scores = scoresOf(drawn, *other);
     }
     engine::Noise noise((static_cast<uint64_t>(m_random(UINT32_MAX)) << 32) + m_random(UINT32_MAX));
-    for (;;) {
+    constexpr int manyGone = 4;
+    for (int gone = 0;; ++gone) {
+        // One after the other would take long where a folder is away.
+        if (gone % manyGone == manyGone - 1)
+            now.absent = m_keeper.findAbsent();
         std::optional<engine::Pick> pick = engine::choose(*scores, now, noise);
         if (!pick)
             return std::nullopt;
@@ -225,12 +236,13 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
 {
     const std::shared_ptr<Kept> own = kept(station.id);
     const std::lock_guard guard(own->mutex);
-    engine::Circumstances now;
+    Moment moment;
     {
         const Store::Lock db = m_store.lock();
         forgetOld(*db);
-        now = Listening(*db, m_stations, m_clock()).circumstances(station);
+        moment.now = Listening(*db, m_stations, m_clock()).circumstances(station);
     }
+    moment.now.absent = m_keeper.absent();
     std::vector<PlaylistEntry> entries;
     std::vector<Choice> choices; // of the entries that are tracks, in their order
     const int adPlace = adPosition(m_random);
@@ -245,10 +257,10 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
                 continue;
             }
         }
-        std::optional<Choice> choice = choose(station, *own, now, entries.empty());
+        std::optional<Choice> choice = choose(station, *own, moment, entries.empty());
         if (!choice || (!inList.insert(choice->track.id).second && isGrowing))
             break;
-        now.recent.insert(now.recent.begin(), choice->track.id);
+        moment.now.recent.insert(moment.now.recent.begin(), choice->track.id);
         choices.push_back(*std::move(choice));
         entries.emplace_back();
     }
@@ -265,12 +277,11 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
         db->run("UPDATE stations SET lists_issued = lists_issued + 1 WHERE id = ?1", station.id);
         change.commit();
     }
-    prepare(station, *own, std::move(now), entries);
+    prepare(station, *own, std::move(moment), entries);
     return entries;
 }
 
-void Playlists::prepare(const Station &station, Kept &own, engine::Circumstances now,
-                        const std::vector<PlaylistEntry> &entries)
+void Playlists::prepare(const Station &station, Kept &own, Moment moment, const std::vector<PlaylistEntry> &entries)
 {
     constexpr int ahead = 2; // the next list begins with one of them, unless something fits better by then
     std::vector<int64_t> tracks;
@@ -281,12 +292,12 @@ void Playlists::prepare(const Station &station, Kept &own, engine::Circumstances
     if (!m_transcodes || (tracks.empty() && !entries.empty()))
         return;
     for (int i = 0; i < ahead; ++i) {
-        const std::optional<Choice> choice = choose(station, own, now, false);
+        const std::optional<Choice> choice = choose(station, own, moment, false);
         if (!choice)
             break;
         if (choice->track.needsTranscoding)
             tracks.push_back(choice->track.id);
-        now.recent.insert(now.recent.begin(), choice->track.id);
+        moment.now.recent.insert(moment.now.recent.begin(), choice->track.id);
     }
     m_transcodes->prepare(tracks);
 }

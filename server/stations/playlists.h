@@ -7,6 +7,7 @@
 #include "server/stations/stations.h"
 
 #include <list>
+#include <map>
 
 namespace velmora::server {
 
@@ -85,11 +86,15 @@ private:
     // The station that chooses the next track: for the Tapestry station one of the account's, drawn by how much it was
     // heard lately, or the Tapestry station itself.
     Station chooser(const Station &station);
+    // What one list is chosen by.
+    struct Moment {
+        engine::Circumstances now;
+        std::map<int64_t, std::shared_ptr<const engine::StationScores>> scores; // by station, once it was drawn
+    };
     // `mustBeReady`: only what can be played at once.
-    std::optional<Choice> choose(const Station &station, Kept &own, engine::Circumstances &now, bool mustBeReady);
+    std::optional<Choice> choose(const Station &station, Kept &own, Moment &moment, bool mustBeReady);
     // Has transcoded what was issued, and what may follow it.
-    void prepare(const Station &station, Kept &own, engine::Circumstances now,
-                 const std::vector<PlaylistEntry> &entries);
+    void prepare(const Station &station, Kept &own, Moment moment, const std::vector<PlaylistEntry> &entries);
     std::optional<IssuedAd> issueAd(Database &db, const Station &station);
     IssuedTrack issueTrack(Database &db, const Station &station, const Choice &choice,
                            const std::string &deviceKeyHash);

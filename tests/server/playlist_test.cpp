@@ -4,6 +4,7 @@
 
 #include "server/demolibrary.h"
 #include "server/library/halffloat.h"
+#include "server/stations/enginekeeper.h"
 #include "server/stations/engineloader.h"
 #include "server/stations/listening.h"
 
@@ -344,6 +345,25 @@ TEST_F(ListeningTest, ALargeCatalogueIsFollowedInTheBackground)
     const auto heard = tracks(user, late, 3); // each may be another by chance, though hardly several
     EXPECT_GE(std::count_if(heard.begin(), heard.end(), [](const json &track) { return track.at("style") == "late"; }),
               static_cast<int>(heard.size()) - 3);
+
+    // A folder goes away and comes back.
+    EngineKeeper keeper(m_service->store, m_service->catalogue);
+    EXPECT_EQ(keeper.current()->size(), 784u);
+    const auto setPresent = [&](bool isPresent) {
+        m_service->store.lock()->run("UPDATE tracks SET is_playable = ?1 WHERE song LIKE 'many-1%'", isPresent);
+    };
+    setPresent(false);
+    EXPECT_FALSE(keeper.absent()) << "nobody has missed any";
+    EXPECT_EQ(keeper.findAbsent()->size(), 111u);
+    EXPECT_EQ(keeper.absent()->size(), 111u);
+    setPresent(true);
+    m_service->catalogue.notePresence(111);
+    const EngineKeeper::Absent absent = keeper.absent();
+    EXPECT_TRUE(!absent || absent->empty());
+    EXPECT_EQ(EngineKeeper::restFor(10s, 999, 100'000), 100s) << "a deleted album can wait";
+    EXPECT_EQ(EngineKeeper::restFor(10s, 1000, 100'000), 10s) << "a folder cannot";
+    EXPECT_EQ(EngineKeeper::restFor(100s, 49, 600), 600s);
+    EXPECT_EQ(EngineKeeper::restFor(100s, 50, 600), 100s);
 }
 
 TEST_F(PlaylistTest, OnlyTracksWithAFileArePlayedAndNoneIsAClearError)
