@@ -48,15 +48,18 @@ private slots:
         QCOMPARE(code(dialog), QStringLiteral("Your activation code is:    K7MPQ2XD"));
     }
 
-    void aFailedLoginRemovesTheAnimation()
+    void aFailedLoginRemovesTheAnimationAndKeepsTheSettings()
     {
         ScreenFixture fixture;
+        fixture.storeAccounts({"anna@house.example"});
+        const QByteArray before = settingsFile();
         fixture.ws().autoReply(VLM_WS_MSGID_USER_LOGIN, VLM_WS_ERR_ERROR_CURL_FAILURE);
         BoxAnswer box({BoxAnswer::Ok});
         const auto dialog = open(fixture);
         key(dialog, Select);
         QTRY_COMPARE(box.answered().size(), 1);
         QVERIFY(!dialog->isAnimationShown());
+        QCOMPARE(settingsFile(), before);
         QTRY_VERIFY(child<QPushButton>(dialog, "okBtn")->hasFocus());
     }
 

@@ -128,12 +128,15 @@ private slots:
     {
         deviceSettings().setLastLogin("ann", "2");
         ws().autoReply(3, VLM_WS_ERR_OK, FakeReply());
-        m_login->userLoginWithDeviceID();
-        ws().deliver();
-        QCOMPARE(m_seen, QStringList("list of 2"));
-        QCOMPARE(lastLogin().userName, QStringLiteral("ann"));
-        QCOMPARE(lastLogin().password, QStringLiteral("2"));
-        QVERIFY(deviceSettings().getAllUserName().isEmpty());
+        for (const char *activationSlot : {"", "1"}) {
+            m_login->setActivationSlot(activationSlot);
+            m_login->userLoginWithDeviceID();
+            ws().deliver();
+            QCOMPARE(m_seen.last(), QStringLiteral("list of 2"));
+            QCOMPARE(lastLogin().userName, QStringLiteral("ann"));
+            QCOMPARE(lastLogin().password, QStringLiteral("2"));
+            QVERIFY(deviceSettings().getAllUserName().isEmpty());
+        }
     }
 
     void everyFailedStepIsFatalWithItsCode()
