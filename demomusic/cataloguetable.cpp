@@ -11,7 +11,7 @@ struct Album {
     int year;
 };
 
-enum AlbumIndex {
+enum class AlbumIndex {
     RoomsWithSnow,
     LettersKept,
     TheLongCorridor,
@@ -81,6 +81,7 @@ struct Row {
     Piece piece;
 };
 
+using enum AlbumIndex;
 using enum Style;
 using enum Mode;
 
@@ -667,20 +668,21 @@ constexpr std::string_view styleName(Style style)
 std::vector<TrackEntry> makeTrackEntries()
 {
     std::vector<TrackEntry> entries;
-    std::map<AlbumIndex, int> onAlbum;
+    std::map<int, int> onAlbum;
     for (const Row &row : rows) {
-        const Album &album = albums[row.album];
+        const int albumIndex = static_cast<int>(row.album);
+        const Album &album = albums[albumIndex];
         DemoTrack track{row.id,
                         row.song,
                         album.artist,
                         album.title,
                         std::string(styleName(row.piece.style)),
                         row.mood,
-                        ++onAlbum[row.album],
+                        ++onAlbum[albumIndex],
                         album.year,
                         row.piece.tempo,
                         durationSeconds(row.piece)};
-        entries.push_back({std::move(track), row.piece, row.album});
+        entries.push_back({std::move(track), row.piece, albumIndex});
     }
     return entries;
 }

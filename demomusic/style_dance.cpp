@@ -13,7 +13,8 @@
 namespace velmora::demo {
 namespace {
 
-enum Variant { House, Arpeggio, Broken, Deep, Acid };
+enum class Variant { House, Arpeggio, Broken, Deep, Acid };
+using enum Variant;
 
 class DanceMachine {
 public:
@@ -21,7 +22,7 @@ public:
         : m_a(arrangement)
         , m_random(arrangement.random('d'))
         , m_key(arrangement.scale().keyNote())
-        , m_variant(arrangement.piece().variant)
+        , m_variant(static_cast<Variant>(arrangement.piece().variant))
     {
         // Where the kick falls is known before anything is played: everything that gives way needs it.
         std::vector<double> kicks;
@@ -113,7 +114,7 @@ private:
         // Sixteenths of one bar; 'o' an octave up.
         const char *patterns[] = {"..x...x...x...xo", "..xx..xx..xx..xo", "x.....x...x..x..", "x..x..x...x.x...",
                                   "x.xxo.x.x.xox.ox"};
-        const char *pattern = patterns[m_variant];
+        const char *pattern = patterns[static_cast<int>(m_variant)];
         for (int i = 0; i < int(std::lround(span.beats * 4)); ++i) {
             const double beat = span.beat + i / 4.0;
             const char c = pattern[int(std::lround(beat * 4)) % 16];
@@ -232,7 +233,7 @@ private:
     Arrangement &m_a;
     Random m_random;
     int m_key;
-    int m_variant;
+    Variant m_variant;
     std::vector<double> m_kicks; // beats
     Voicing m_voicing;
 };

@@ -11,7 +11,8 @@
 namespace velmora::demo {
 namespace {
 
-enum Variant { Glass, Bowed, Voices, Bowls, Shimmer };
+enum class Variant { Glass, Bowed, Voices, Bowls, Shimmer };
+using enum Variant;
 
 class DroneField {
 public:
@@ -19,7 +20,7 @@ public:
         : m_a(arrangement)
         , m_random(arrangement.random('n'))
         , m_key(arrangement.scale().keyNote())
-        , m_variant(arrangement.piece().variant)
+        , m_variant(static_cast<Variant>(arrangement.piece().variant))
         , m_end(arrangement.sections().back().beat + arrangement.sections().back().beats)
     {
     }
@@ -147,7 +148,7 @@ private:
     Arrangement &m_a;
     Random m_random;
     int m_key;
-    int m_variant;
+    Variant m_variant;
     double m_end;
     Voicing m_voicing;
 };

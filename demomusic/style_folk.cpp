@@ -13,7 +13,8 @@
 namespace velmora::demo {
 namespace {
 
-enum Variant { Fingerpicked, Strummed, Waltz, Jig, TwoGuitars };
+enum class Variant { Fingerpicked, Strummed, Waltz, Jig, TwoGuitars };
+using enum Variant;
 
 class FolkBand {
 public:
@@ -21,7 +22,7 @@ public:
         : m_a(arrangement)
         , m_random(arrangement.random('f'))
         , m_key(arrangement.scale().keyNote())
-        , m_variant(arrangement.piece().variant)
+        , m_variant(static_cast<Variant>(arrangement.piece().variant))
     {
     }
 
@@ -268,7 +269,7 @@ private:
     Arrangement &m_a;
     Random m_random;
     int m_key;
-    int m_variant;
+    Variant m_variant;
     Voicing m_voicing;
 };
 

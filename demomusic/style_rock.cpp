@@ -13,7 +13,8 @@
 namespace velmora::demo {
 namespace {
 
-enum Variant { Driving, HalfTime, Jangle, Shuffle, Anthem };
+enum class Variant { Driving, HalfTime, Jangle, Shuffle, Anthem };
+using enum Variant;
 
 class RockBand {
 public:
@@ -21,7 +22,7 @@ public:
         : m_a(arrangement)
         , m_random(arrangement.random('r'))
         , m_key(arrangement.scale().keyNote())
-        , m_variant(arrangement.piece().variant)
+        , m_variant(static_cast<Variant>(arrangement.piece().variant))
     {
     }
 
@@ -278,7 +279,7 @@ private:
     Arrangement &m_a;
     Random m_random;
     int m_key;
-    int m_variant;
+    Variant m_variant;
     Voicing m_voicing;
 };
 

@@ -13,7 +13,9 @@
 namespace velmora::demo {
 namespace {
 
-enum Variant { Vibes, Horn, Reed, Even, Late }; // Even: straight eighths; Late: slow, electric piano alone
+// Even: straight eighths. Late: slow, electric piano alone.
+enum class Variant { Vibes, Horn, Reed, Even, Late };
+using enum Variant;
 
 class SwingBand {
 public:
@@ -21,7 +23,7 @@ public:
         : m_a(arrangement)
         , m_random(arrangement.random('s'))
         , m_key(arrangement.scale().keyNote())
-        , m_variant(arrangement.piece().variant)
+        , m_variant(static_cast<Variant>(arrangement.piece().variant))
         , m_beats(arrangement.piece().beatsPerBar)
     {
     }
@@ -259,7 +261,7 @@ private:
     Arrangement &m_a;
     Random m_random;
     int m_key;
-    int m_variant;
+    Variant m_variant;
     int m_beats;
     int m_last = 0; // pitch of the bass
     Voicing m_voicing;

@@ -7,9 +7,10 @@ namespace focusring {
 
 namespace {
 
-constexpr int ring[] = {StationList, Menu, Play, Next, ThumbDown, ThumbUp, History};
+using enum Position;
+constexpr Position ring[] = {StationList, Menu, Play, Next, ThumbDown, ThumbUp, History};
 
-const char *picture(int position, bool isPaused)
+const char *picture(Position position, bool isPaused)
 {
     switch (position) {
     case Play:
@@ -27,12 +28,12 @@ const char *picture(int position, bool isPaused)
 
 } // namespace
 
-bool isOnRing(int position)
+bool isOnRing(Position position)
 {
     return std::find(std::begin(ring), std::end(ring), position) != std::end(ring);
 }
 
-int neighbour(int position, bool isLeftToRight)
+Position neighbour(Position position, bool isLeftToRight)
 {
     constexpr int size = static_cast<int>(std::size(ring));
     const auto *found = std::find(std::begin(ring), std::end(ring), position);
@@ -42,12 +43,12 @@ int neighbour(int position, bool isLeftToRight)
     return ring[(at + (isLeftToRight ? 1 : size - 1)) % size];
 }
 
-bool isList(int position)
+bool isList(Position position)
 {
     return position == StationList || position == History;
 }
 
-QString buttonStyle(int position, bool isFocused, bool isPaused)
+QString buttonStyle(Position position, bool isFocused, bool isPaused)
 {
     if (!isOnRing(position) || isList(position))
         return QString();

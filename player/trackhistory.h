@@ -5,13 +5,13 @@
 namespace trackhistory {
 
 inline constexpr int capacity = 30;
-enum Thumb { ThumbDown = -1, NoThumb = 0, ThumbUp = 1 };
+enum class Thumb { None, Up, Down };
 
 // Place of list row `row` of `count` rows; -1 outside.
 int indexOfRow(int row, int count);
 // Makes room for one more row in front of `count` rows. True: the oldest row falls out.
-bool makeRoom(int (&thumbs)[capacity], int count);
-int thumbOfRow(const int (&thumbs)[capacity], int row, int count);
-void setThumbOfRow(int (&thumbs)[capacity], int row, int count, Thumb thumb);
+bool makeRoom(Thumb (&thumbs)[capacity], int count);
+Thumb thumbOfRow(const Thumb (&thumbs)[capacity], int row, int count);
+void setThumbOfRow(Thumb (&thumbs)[capacity], int row, int count, Thumb thumb);
 
 } // namespace trackhistory

@@ -3,6 +3,7 @@
 #include "app/playerport.h"
 #include "app/velmoraparentwidget.h"
 #include "player/feedbackrules.h"
+#include "player/focusring.h"
 #include "player/screencover.h"
 #include "player/stationrecord.h"
 #include "player/trackhistory.h"
@@ -284,7 +285,7 @@ private:
     void showEntryTexts(const QString &song, const QString &artist, const QString &album, bool isAd);
     void showStationLine();
 
-    int m_historyThumbs[trackhistory::capacity] = {}; // 0 the oldest row
+    trackhistory::Thumb m_historyThumbs[trackhistory::capacity] = {}; // 0 the oldest row
     QString m_strTotalTime;
     std::unique_ptr<QPropertyAnimation> m_playbackAnimation; // null: has not run yet
     std::unique_ptr<netcommon::HttpDownload> m_download;
@@ -294,18 +295,18 @@ private:
     // --- focus
     void wireFocus();
     void moveFocusOnFedbackBtn(bool isLeftToRight); // spelled so
-    void moveFocusTo(int position);
-    void showFocused(int position);
-    void showUnfocused(int position);
-    ImageListWidget *listAt(int position) const; // null for none
-    QPushButton *buttonAt(int position) const;   // null for none
+    void moveFocusTo(focusring::Position position);
+    void showFocused(focusring::Position position);
+    void showUnfocused(focusring::Position position);
+    ImageListWidget *listAt(focusring::Position position) const; // null for none
+    QPushButton *buttonAt(focusring::Position position) const;   // null for none
     void showAnimation(const QString &text);
     // `ended` is called when the dialog reports its destruction.
     void openDialog(PlayerDialog *dialog, const QPoint &place, void (VelmoraMainDlg::*ended)());
     screencover::Cover cover() const;
     void activateTopScreen();
 
-    int m_focusPosition = -1;
+    focusring::Position m_focusPosition = focusring::Position::None;
     int m_openBoxes = 0; // calls of showMsgbox() that have not returned
     bool m_hasBeenShown = false;
     QList<PlayerDialog *> m_dialogs; // children: menu, about, why; each until it reports its destruction

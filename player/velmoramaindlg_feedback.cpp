@@ -146,7 +146,7 @@ void VelmoraMainDlg::addFeedbackDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_r
 
 void VelmoraMainDlg::feedbackSucceeded(bool isUp)
 {
-    setRatedRowsThumb(isUp ? trackhistory::ThumbUp : trackhistory::ThumbDown);
+    setRatedRowsThumb(isUp ? trackhistory::Thumb::Up : trackhistory::Thumb::Down);
     if (isUp) {
         m_isNeedNewPlaylist = false;
         if (m_isPlayPending) {

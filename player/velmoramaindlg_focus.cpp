@@ -2,7 +2,6 @@
 #include "app/playerdialog.h"
 #include "app/screenfactory.h"
 #include "netcommon/remotekeys.h"
-#include "player/focusring.h"
 #include "player/menuactions.h"
 #include "player/velmoramaindlg.h"
 #include "ui_velmoramaindlg.h"
@@ -12,18 +11,20 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 
+using focusring::Position;
+
 namespace {
 
 constexpr QPoint bufferingPlace(404, 358); // under the cover, in line with it
-constexpr int ringPositions[] = {focusring::StationList, focusring::History,   focusring::Menu,   focusring::Play,
-                                 focusring::Next,        focusring::ThumbDown, focusring::ThumbUp};
+constexpr Position ringPositions[] = {Position::StationList, Position::History,   Position::Menu,   Position::Play,
+                                      Position::Next,        Position::ThumbDown, Position::ThumbUp};
 
 } // namespace
 
 void VelmoraMainDlg::wireFocus()
 {
     // A button consumes the release of Select, so its click restarts the idle timer.
-    for (const int position : ringPositions)
+    for (const Position position : ringPositions)
         if (QPushButton *button = buttonAt(position))
             connect(button, &QPushButton::clicked, this, &VelmoraMainDlg::restartIdleTimer);
     connect(ui->menuBtn, &QPushButton::clicked, this, &VelmoraMainDlg::menuSong);
@@ -34,32 +35,32 @@ void VelmoraMainDlg::wireFocus()
     connect(this, &VelmoraMainDlg::signalMenuSong, this, &VelmoraMainDlg::menuSong);
     ui->stationListWidget->installEventFilter(this);
     ui->playListWidget->installEventFilter(this);
-    for (const int position : ringPositions)
+    for (const Position position : ringPositions)
         if (QPushButton *button = buttonAt(position))
             button->installEventFilter(this);
 }
 
 // ---- ring
 
-ImageListWidget *VelmoraMainDlg::listAt(int position) const
+ImageListWidget *VelmoraMainDlg::listAt(Position position) const
 {
-    if (position == focusring::StationList)
+    if (position == Position::StationList)
         return ui->stationListWidget;
-    return position == focusring::History ? ui->playListWidget : nullptr;
+    return position == Position::History ? ui->playListWidget : nullptr;
 }
 
-QPushButton *VelmoraMainDlg::buttonAt(int position) const
+QPushButton *VelmoraMainDlg::buttonAt(Position position) const
 {
     switch (position) {
-    case focusring::Menu:
+    case Position::Menu:
         return ui->menuBtn;
-    case focusring::Play:
+    case Position::Play:
         return ui->playBtn;
-    case focusring::Next:
+    case Position::Next:
         return ui->nextBtn;
-    case focusring::ThumbDown:
+    case Position::ThumbDown:
         return ui->thumbdownBtn;
-    case focusring::ThumbUp:
+    case Position::ThumbUp:
         return ui->thumbupBtn;
     default:
         return nullptr;
@@ -68,11 +69,11 @@ QPushButton *VelmoraMainDlg::buttonAt(int position) const
 
 void VelmoraMainDlg::moveFocusOnFedbackBtn(bool isLeftToRight)
 {
-    qDebug("VelmoraMainDlg,moveFocusOnFedbackBtn,position=%d,isLeftToRight=%d.", m_focusPosition, isLeftToRight);
+    qDebug("VelmoraMainDlg,moveFocusOnFedbackBtn,position=%d,isLeftToRight=%d.", int(m_focusPosition), isLeftToRight);
     moveFocusTo(focusring::neighbour(m_focusPosition, isLeftToRight));
 }
 
-void VelmoraMainDlg::moveFocusTo(int position)
+void VelmoraMainDlg::moveFocusTo(Position position)
 {
     if (position == m_focusPosition)
         return;
@@ -84,12 +85,12 @@ void VelmoraMainDlg::moveFocusTo(int position)
 }
 
 // The buffering animation keeps the keyboard, and no control looks focused while it shows.
-void VelmoraMainDlg::showFocused(int position)
+void VelmoraMainDlg::showFocused(Position position)
 {
     if (isAnimationShown())
         return;
     if (ImageListWidget *list = listAt(position)) {
-        if (position == focusring::History)
+        if (position == Position::History)
             ui->stationListWidget->clearFocus();
         list->setFocus();
     } else if (QPushButton *button = buttonAt(position)) {
@@ -98,7 +99,7 @@ void VelmoraMainDlg::showFocused(int position)
     }
 }
 
-void VelmoraMainDlg::showUnfocused(int position)
+void VelmoraMainDlg::showUnfocused(Position position)
 {
     if (ImageListWidget *list = listAt(position)) {
         list->clearFocus();
@@ -127,14 +128,14 @@ void VelmoraMainDlg::showAnimation(const QString &text)
 
 void VelmoraMainDlg::loseFocus(bool fgMsgbox)
 {
-    qDebug("VelmoraMainDlg,loseFocus,position=%d.", m_focusPosition);
+    qDebug("VelmoraMainDlg,loseFocus,position=%d.", int(m_focusPosition));
     showUnfocused(m_focusPosition);
     VelmoraParentWidget::loseFocus(fgMsgbox);
 }
 
 void VelmoraMainDlg::resetFocus(bool fgMsgbox)
 {
-    qDebug("VelmoraMainDlg,resetFocus,position=%d.", m_focusPosition);
+    qDebug("VelmoraMainDlg,resetFocus,position=%d.", int(m_focusPosition));
     if (!screencover::mayRestoreFocus(cover())) {
         qDebug("VelmoraMainDlg,resetFocus.invalid,return.");
         return;
@@ -171,7 +172,7 @@ screencover::Cover VelmoraMainDlg::cover() const
 bool VelmoraMainDlg::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent *>(event)->reason() == Qt::MouseFocusReason)
-        for (const int position : ringPositions)
+        for (const Position position : ringPositions)
             if (watched == listAt(position) || watched == buttonAt(position))
                 moveFocusTo(position);
     return VelmoraParentWidget::eventFilter(watched, event);
@@ -267,7 +268,7 @@ void VelmoraMainDlg::keyReleaseEvent(QKeyEvent *event)
         qDebug("VelmoraMainDlg,keyReleaseEvent,dothing");
         break;
     case Qt::Key_Select:
-        if (m_focusPosition != focusring::StationList)
+        if (m_focusPosition != Position::StationList)
             break;
         if (!m_strCurrentStationToken.isEmpty() &&
             ui->stationListWidget->currentRow() == m_playing_station_info_t.selectedStationIndex)

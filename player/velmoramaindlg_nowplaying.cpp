@@ -96,7 +96,7 @@ void VelmoraMainDlg::initPlaybackInfo()
     ui->adLabel->hide();
     ui->playIconLabel->setStyleSheet(
         QStringLiteral("background-color: rgba(255, 255, 255, 0);\nborder-image: url(:/images/Play.png);"));
-    ui->playBtn->setStyleSheet(focusring::buttonStyle(focusring::Play, false, true));
+    ui->playBtn->setStyleSheet(focusring::buttonStyle(focusring::Position::Play, false, true));
     ui->totalTimeLabel->setText(QString());
     // A path without the resource prefix finds nothing (deliberate): the label's style shows the placeholder.
     ui->albumPicLabel->setPixmap(QPixmap(QStringLiteral("/images/NoThumbnail.png")).scaled(ui->albumPicLabel->size()));
@@ -137,7 +137,7 @@ void VelmoraMainDlg::updatePlaybackInfo()
     showEntryTexts(QString::fromUtf8(track->songName), QString::fromUtf8(track->artistName),
                    QString::fromUtf8(track->albumName), false);
     if (track->songRating == 1) {
-        trackhistory::setThumbOfRow(m_historyThumbs, 0, ui->playListWidget->count(), trackhistory::ThumbUp);
+        trackhistory::setThumbOfRow(m_historyThumbs, 0, ui->playListWidget->count(), trackhistory::Thumb::Up);
         showPlaylistHistorythumb(0);
     } else {
         ui->playlistthumb->hide();
@@ -198,7 +198,7 @@ void VelmoraMainDlg::addPlaylistItem(QString text)
     showPlaylistNum(0);
     showPlaylistHistorythumb(0);
     showCoverThumb();
-    if (m_focusPosition == focusring::History && screencover::mayLookFocused(cover()))
+    if (m_focusPosition == focusring::Position::History && screencover::mayLookFocused(cover()))
         showFocused(m_focusPosition);
 }
 
@@ -211,23 +211,23 @@ void VelmoraMainDlg::showPlaylistNum(int index)
 void VelmoraMainDlg::showPlaylistHistorythumb(int index)
 {
     qDebug("VelmoraMainDlg,showPlaylistHistorythumb,index=%d.", index);
-    const int thumb = trackhistory::thumbOfRow(m_historyThumbs, index, ui->playListWidget->count());
-    if (thumb == trackhistory::ThumbDown)
+    const trackhistory::Thumb thumb = trackhistory::thumbOfRow(m_historyThumbs, index, ui->playListWidget->count());
+    if (thumb == trackhistory::Thumb::Down)
         ui->playlistthumb->setStyleSheet(QStringLiteral("border-image: url(:/images/ThumbsDown_Enable.png);"));
-    else if (thumb == trackhistory::ThumbUp)
+    else if (thumb == trackhistory::Thumb::Up)
         ui->playlistthumb->setStyleSheet(QStringLiteral("border-image: url(:/images/ThumbsUp_Enable.png);"));
-    ui->playlistthumb->setVisible(thumb != trackhistory::NoThumb);
+    ui->playlistthumb->setVisible(thumb != trackhistory::Thumb::None);
 }
 
 // Shows the thumb of the newest entry, whatever row of the history is current.
 void VelmoraMainDlg::showCoverThumb()
 {
-    const int thumb = trackhistory::thumbOfRow(m_historyThumbs, 0, ui->playListWidget->count());
+    const trackhistory::Thumb thumb = trackhistory::thumbOfRow(m_historyThumbs, 0, ui->playListWidget->count());
     ui->coverThumbLabel->setStyleSheet(QStringLiteral("border-image: url(:/images/%1);")
-                                           .arg(thumb == trackhistory::ThumbDown
+                                           .arg(thumb == trackhistory::Thumb::Down
                                                     ? QStringLiteral("ThumbsDown_Enable.png")
                                                     : QStringLiteral("ThumbsUp_Enable.png")));
-    ui->coverThumbLabel->setVisible(thumb != trackhistory::NoThumb);
+    ui->coverThumbLabel->setVisible(thumb != trackhistory::Thumb::None);
 }
 
 // ---- times

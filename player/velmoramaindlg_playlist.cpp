@@ -68,7 +68,7 @@ void VelmoraMainDlg::showPlayingStation()
     showStationIcon(row, true);
     makeStationRowCurrent(row);
     m_playing_station_info_t.selectedStationIndex = row;
-    if (m_focusPosition > focusring::StationList)
+    if (m_focusPosition > focusring::Position::StationList)
         ui->stationListWidget->clearFocus();
 }
 

@@ -130,9 +130,9 @@ void VelmoraMainDlg::focusStation(bool fgAutoPlay)
     m_playing_station_info_t.deleteStationIndex = 0;
     m_playing_station_info_t.renametationIndex = 0;
 
-    if (m_focusPosition == focusring::None)
-        m_focusPosition = focusring::StationList;
-    else if (m_focusPosition != focusring::StationList)
+    if (m_focusPosition == focusring::Position::None)
+        m_focusPosition = focusring::Position::StationList;
+    else if (m_focusPosition != focusring::Position::StationList)
         list->clearFocus();
     showStationNum(list->currentRow());
     if (screencover::mayLookFocused(cover()))
@@ -269,6 +269,6 @@ void VelmoraMainDlg::updateStationName(QString newStationName)
     sortStations();
     focusStation(false);
     list->ensureFocusVisible();
-    if (m_focusPosition != focusring::StationList || !screencover::mayLookFocused(cover()))
+    if (m_focusPosition != focusring::Position::StationList || !screencover::mayLookFocused(cover()))
         list->clearFocus(); // the bar of a list without focus
 }

@@ -82,7 +82,7 @@ void FakeWs::Private::enqueue(FakeRequest *request, VLM_WS_EXT_ERRCODE_T code, c
 {
     if (code == VLM_WS_ERR_OK)
         request->record.reply = reply.build(*request->arena);
-    request->state = FakeRequest::Queued;
+    request->state = FakeRequest::State::Queued;
     queue.push_back({request->handle(), request->callback, code, request->call.tag});
     if (delivery == Delivery::Thread)
         startWorker();
@@ -96,7 +96,7 @@ bool FakeWs::Private::deliverOne(std::unique_lock<std::mutex> &lock)
     const Queued next = queue.front();
     queue.pop_front();
     if (FakeRequest *request = byHandle.value(next.handle)) {
-        request->state = FakeRequest::Completed;
+        request->state = FakeRequest::State::Completed;
         if (!next.callback)
             retire(request);
     }
@@ -190,7 +190,7 @@ bool FakeWs::complete(HANDLE_T handle, VLM_WS_EXT_ERRCODE_T code, const FakeRepl
 {
     const std::lock_guard lock(d->mutex);
     FakeRequest *request = d->byHandle.value(handle);
-    if (!request || request->state != FakeRequest::Waiting)
+    if (!request || request->state != FakeRequest::State::Waiting)
         return false;
     d->enqueue(request, code, reply);
     return true;
@@ -200,7 +200,7 @@ bool FakeWs::completeNext(int cmd, VLM_WS_EXT_ERRCODE_T code, const FakeReply &r
 {
     const std::lock_guard lock(d->mutex);
     for (const auto &request : d->requests) {
-        if (request->state == FakeRequest::Waiting && request->call.cmd == cmd) {
+        if (request->state == FakeRequest::State::Waiting && request->call.cmd == cmd) {
             d->enqueue(request.get(), code, reply);
             return true;
         }
@@ -261,7 +261,7 @@ int FakeWs::waiting(int cmd) const
     const std::lock_guard lock(d->mutex);
     int number = 0;
     for (const auto &request : d->requests)
-        number += request->state == FakeRequest::Waiting && request->call.cmd == cmd;
+        number += request->state == FakeRequest::State::Waiting && request->call.cmd == cmd;
     return number;
 }
 
@@ -275,7 +275,7 @@ VLM_WS_EXT_ERRCODE_T FakeWs::Private::release(HANDLE_T handle)
         ++(handle == 0 ? zeroReleases : unknownReleases);
         return VLM_WS_ERR_INVALID_ARGUMENT;
     }
-    if (request->state == FakeRequest::Released) {
+    if (request->state == FakeRequest::State::Released) {
         ++doubleReleases;
         return VLM_WS_ERR_INVALID_ARGUMENT;
     }
@@ -288,7 +288,7 @@ void FakeWs::Private::retire(FakeRequest *request)
 {
     request->arena.reset();
     request->poison();
-    request->state = FakeRequest::Released;
+    request->state = FakeRequest::State::Released;
 }
 
 int FakeWs::liveHandles() const
@@ -296,7 +296,7 @@ int FakeWs::liveHandles() const
     const std::lock_guard lock(d->mutex);
     int number = 0;
     for (const auto &request : d->requests)
-        number += request->state == FakeRequest::Completed;
+        number += request->state == FakeRequest::State::Completed;
     return number;
 }
 
@@ -304,7 +304,7 @@ bool FakeWs::isLive(HANDLE_T handle) const
 {
     const std::lock_guard lock(d->mutex);
     const FakeRequest *request = d->byHandle.value(handle);
-    return request && request->state != FakeRequest::Released;
+    return request && request->state != FakeRequest::State::Released;
 }
 
 int FakeWs::releases() const
@@ -324,7 +324,7 @@ QString FakeWs::leftovers() const
     QStringList found;
     const std::lock_guard lock(d->mutex);
     for (const auto &request : d->requests) {
-        if (request->state == FakeRequest::Completed)
+        if (request->state == FakeRequest::State::Completed)
             found.append(QStringLiteral("a handle of command %1 was not given back").arg(request->call.cmd));
     }
     if (d->doubleReleases)

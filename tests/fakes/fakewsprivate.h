@@ -17,7 +17,8 @@ struct FakeRequest {
     FakeCall call;
     VELMORA_WS_CALLBACK_T callback = nullptr;
     std::unique_ptr<FakeArena> arena = std::make_unique<FakeArena>();
-    enum { Waiting, Queued, Completed, Released } state = Waiting;
+    enum class State { Waiting, Queued, Completed, Released };
+    State state = State::Waiting;
 
     HANDLE_T handle() const { return reinterpret_cast<HANDLE_T>(&record); }
     void poison();

@@ -13,7 +13,7 @@
 // What screen tests share: the remote's keys, the answer to the next message box, finding widgets. GUI thread only.
 namespace screentest {
 
-// Qt key codes of the remote.
+// Qt key codes of the remote. A plain enumeration: Qt takes key codes as int.
 enum RemoteKey {
     Back = 0x01000061,
     Select = 0x01010000,
@@ -64,7 +64,8 @@ inline void prepare()
 class BoxAnswer : public QObject {
     Q_OBJECT
 public:
-    enum Answer { Ok, Cancel, Nothing }; // Nothing: leave it open, the test takes it from there
+    enum class Answer { Ok, Cancel, Nothing }; // Nothing: the box stays open; the test closes it
+    using enum Answer;
 
     explicit BoxAnswer(const QList<Answer> &answers);
 

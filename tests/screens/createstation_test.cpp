@@ -209,7 +209,8 @@ private slots:
 
     void everyFailureShowsItsMessageAndHasItsConsequence()
     {
-        enum Way { Stays, Exit, SignOut };
+        enum class Way { Stays, Exit, SignOut };
+        using enum Way;
         struct Case {
             int failing;
             VLM_WS_EXT_ERRCODE_T code;

@@ -77,7 +77,8 @@ private slots:
 
     void everyFailureLeadsSomewhere()
     {
-        enum Way { BackToPlayer, SignOut, Exit };
+        enum class Way { BackToPlayer, SignOut, Exit };
+        using enum Way;
         struct Case {
             int failing;
             VLM_WS_EXT_ERRCODE_T code;

@@ -46,16 +46,17 @@ private slots:
 
     void thumbsStayWithTheirRows()
     {
-        int thumbs[trackhistory::capacity] = {};
+        using trackhistory::Thumb;
+        Thumb thumbs[trackhistory::capacity] = {};
         QVERIFY(!trackhistory::makeRoom(thumbs, 0));
-        trackhistory::setThumbOfRow(thumbs, 0, 1, trackhistory::ThumbUp);
+        trackhistory::setThumbOfRow(thumbs, 0, 1, Thumb::Up);
         QVERIFY(!trackhistory::makeRoom(thumbs, 1));
-        QCOMPARE(trackhistory::thumbOfRow(thumbs, 0, 2), 0);
-        QCOMPARE(trackhistory::thumbOfRow(thumbs, 1, 2), 1);
+        QCOMPARE(trackhistory::thumbOfRow(thumbs, 0, 2), Thumb::None);
+        QCOMPARE(trackhistory::thumbOfRow(thumbs, 1, 2), Thumb::Up);
         for (const int outside : {-1, 2})
-            QCOMPARE(trackhistory::thumbOfRow(thumbs, outside, 2), 0);
-        trackhistory::setThumbOfRow(thumbs, 0, 0, trackhistory::ThumbDown); // an empty history keeps nothing
-        QCOMPARE(trackhistory::thumbOfRow(thumbs, 1, 2), 1);
+            QCOMPARE(trackhistory::thumbOfRow(thumbs, outside, 2), Thumb::None);
+        trackhistory::setThumbOfRow(thumbs, 0, 0, Thumb::Down); // an empty history keeps nothing
+        QCOMPARE(trackhistory::thumbOfRow(thumbs, 1, 2), Thumb::Up);
     }
 
     void whatLiesOverThePlayerDecidesAboutFocusAndKeys()
