@@ -56,7 +56,7 @@ bool readRoute(bool otherwise)
     return isKnown ? found : otherwise;
 }
 
-// How long the delays are in parts of the usual ones: tests have no minute to spare.
+// Factor of all delays; tests make them short.
 double lossPace()
 {
     bool isNumber = false;
@@ -103,8 +103,12 @@ private:
         do
             size = ::recv(m_descriptor, ignored, sizeof ignored, 0);
         while (size > 0 || (size < 0 && (errno == ENOBUFS || errno == EINTR)));
-        m_hasRoute = readRoute(m_hasRoute);
-        apply(m_decider.routesRead(m_hasRoute));
+        const bool hadRoute = m_hasRoute;
+        m_hasRoute = readRoute(hadRoute);
+        const NetworkDecider::Action action = m_decider.routesRead(m_hasRoute);
+        if (m_hasRoute != hadRoute)
+            qDebug("NetworkNotify,route,%d,delay=%d,stop=%d", m_hasRoute, action.timerMs, action.stopsTimer);
+        apply(action);
     }
 
     void apply(const NetworkDecider::Action &action)
