@@ -135,6 +135,7 @@ if(VELMORA_SANITIZE STREQUAL thread)
   pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)
   velmora_library(velmora_handovers OBJECT tests/handovers.cpp)
   target_compile_options(velmora_handovers PRIVATE -fno-sanitize=thread)
+  set_target_properties(velmora_handovers PROPERTIES DISABLE_PRECOMPILE_HEADERS ON) # they are instrumented
   target_link_libraries(velmora_handovers PUBLIC Qt6::Core PkgConfig::GLIB)
 endif()
 
