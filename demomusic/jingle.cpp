@@ -6,7 +6,6 @@
 #include "strings.h"
 #include "winds.h"
 
-#include <algorithm>
 #include <cmath>
 #include <sstream>
 

@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QStyledItemDelegate>
 #include <QtMath>
 

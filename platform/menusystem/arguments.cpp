@@ -4,7 +4,6 @@
 #include "remotekeytable.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 namespace menusystem {
 

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <memory>
 #include <pwd.h>
 #include <string_view>
 #include <unistd.h>

@@ -1,7 +1,6 @@
 #include "server/engine/styleshares.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <map>
 #include <unordered_map>

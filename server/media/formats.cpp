@@ -4,7 +4,6 @@
 #include "server/media/soundmeter.h"
 
 #include <array>
-#include <stdexcept>
 
 extern "C" {
 #include <libavformat/avformat.h>

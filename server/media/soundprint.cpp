@@ -3,7 +3,6 @@
 #include "server/media/reading.h"
 
 #include <algorithm>
-#include <array>
 #include <sys/stat.h>
 #include <unistd.h>
 

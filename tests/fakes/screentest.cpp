@@ -1,7 +1,6 @@
 #include "fakes/screentest.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>

@@ -8,7 +8,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <memory>
 #include <sys/socket.h>
 #include <unistd.h>
 

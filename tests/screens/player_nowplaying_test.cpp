@@ -3,10 +3,8 @@
 
 #include "netcommon/playback.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProgressBar>
-#include <QPropertyAnimation>
 #include <QTemporaryDir>
 
 namespace {

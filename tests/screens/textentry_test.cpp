@@ -5,7 +5,6 @@
 #include "station/createstationdlg.h"
 #include "station/renamestationdlg.h"
 
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <virtualkb/qtvirtualkbdlg.h>
 

@@ -2,7 +2,6 @@
 #include "account/welcomedlg.h"
 #include "screens/accountfixture.h"
 
-#include <QLabel>
 #include <QPushButton>
 
 using screentest::child;

@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QJsonDocument>
 
 namespace netcommon::MenuRequests {
 

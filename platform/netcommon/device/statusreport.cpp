@@ -4,6 +4,7 @@
 #include "platform/netcommon/playback/playbackstatistics.h"
 #include "platform/shared/windowstack.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,7 +12,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
 
 #include <unistd.h>
 
