@@ -15,7 +15,7 @@ Arrangement::Arrangement(const Piece &piece, Mixer &mixer)
         const auto bars = parseBars(section.kind == 'B'   ? piece.contrast
                                     : section.kind == 'E' ? piece.ending
                                                           : piece.verse);
-        // An introduction leads into the verse: it takes the last chords of it.
+        // An introduction leads into the verse, so it uses the verse's last chords.
         const int first = section.kind == 'I' ? int(bars.size()) * section.bars - section.bars : 0;
         for (int bar = 0; bar < section.bars; ++bar) {
             const auto &inBar = bars[size_t(first + bar) % bars.size()];

@@ -6,7 +6,7 @@
 
 namespace velmora::demo {
 
-// A chord and how long it lasts, in beats from the start of the piece.
+// A chord, its start and its length, in beats from the start of the piece.
 struct ChordSpan {
     double beat, beats;
     Chord chord;
@@ -18,7 +18,7 @@ struct MelodyNote {
     float accent; // 0 to 1
 };
 
-// A piece while it is being played into a mixer: where the chords are, when a beat is, and how it is placed.
+// A piece that is being rendered into a mixer: its chords, and the time of each beat.
 class Arrangement {
 public:
     Arrangement(const Piece &piece, Mixer &mixer);
@@ -47,10 +47,10 @@ private:
     std::vector<ChordSpan> m_chords;
 };
 
-// How loud a section of a song is played, 0 to 1: quiet at the ends, most in the contrast.
+// The loudness of a section, 0 to 1: quiet at both ends of the song, loudest in the contrast.
 float dynamics(const Section &section);
 
-// One function a style: plays all of the piece.
+// One function for each style; it plays the whole piece.
 void arrangeSlowPiano(Arrangement &arrangement);
 void arrangeFolk(Arrangement &arrangement);
 void arrangeDance(Arrangement &arrangement);

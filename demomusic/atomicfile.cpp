@@ -39,7 +39,7 @@ bool AtomicFile::commit()
         return false;
     if (m_stream && std::fclose(takeStream()) != 0)
         return false;
-    // After a power cut the new name must not lead to an empty file.
+    // After a power cut the new name must not name an empty file.
     const int descriptor = ::open(m_temporary.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0)
         return false;

@@ -693,8 +693,8 @@ std::vector<AdEntry> makeAdEntries()
         const char *id, *title, *line2;
         Jingle jingle;
     };
-    // Degrees of the scale, one an eighth: '1' to '7', an apostrophe after it an octave up, a comma an octave down; '-'
-    // holds, '.' rests.
+    // Degrees of the scale, '1' to '7', one for each eighth. An apostrophe after it: an octave up; a comma: an octave
+    // down. '-' holds, '.' rests.
     static const AdRow ads[] = {
         {"ad-bakery",
          "Crumb & Corner",

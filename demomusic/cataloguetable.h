@@ -6,7 +6,7 @@
 
 namespace velmora::demo {
 
-// What the catalogue knows of a track beside what it tells.
+// What the catalogue knows of a track: what it publishes, and how it is composed.
 struct TrackEntry {
     DemoTrack track;
     Piece piece;

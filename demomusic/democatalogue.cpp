@@ -84,7 +84,7 @@ const std::vector<DemoAd> &ads()
 
 std::vector<DemoTrack> tracksInTurn(int mostOfStyle)
 {
-    // A track's turn within its style: earlier tracks of its artist count more than the artist's place.
+    // The order within a style: first by the number of the artist's earlier tracks, then by the artist's place.
     struct Turn {
         int round, artist;
         size_t index;

@@ -20,22 +20,22 @@ struct DemoTrack {
     int number = 0; // on its album, from 1
     int year = 0;
     int tempo = 0;           // beats a minute, as it is played
-    int durationSeconds = 0; // of the rendered file, exactly: 60 to 100
+    int durationSeconds = 0; // exact length of the rendered file: 60 to 100
 };
 
 struct DemoAd {
     std::string id;
     std::string title;
     std::string line2;
-    int durationSeconds = 0; // of the rendered file, exactly: 5 to 12
+    int durationSeconds = 0; // exact length of the rendered file: 5 to 12
 };
 
-// In catalogue order, tracks of a style together. Valid for the life of the program.
+// In catalogue order; tracks of one style follow each other. Valid for the life of the program.
 const std::vector<DemoTrack> &tracks();
 const std::vector<DemoAd> &ads();
 
-// At most so many tracks of each style, in an order in which the first few already make good stations: styles take
-// turns, and within a style the artists.
+// At most so many tracks of each style, in an order whose first few tracks already make good stations: styles
+// alternate, and within a style the artists do.
 std::vector<DemoTrack> tracksInTurn(int mostOfStyle);
 
 // Writes FLAC: 44.1 kHz, stereo, 16 bits, total length and checksum in its header. The entry must be one of tracks()

@@ -13,9 +13,9 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-constexpr int unhurried = 10; // niceness once every style has something to play
+constexpr int unhurried = 10; // niceness after every style has something to play
 
-// A text as the name of one file.
+// Makes a text usable as a file name.
 std::string fileName(std::string text)
 {
     std::replace(text.begin(), text.end(), '/', '_');
@@ -32,7 +32,7 @@ fs::path adFile(const DemoAd &ad, const char *extension)
     return fs::path("ads") / (ad.id + extension);
 }
 
-// An unfinished file has something after its extension.
+// The name of an unfinished file goes on after its extension.
 bool isUnfinished(const fs::path &file)
 {
     const std::string name = file.filename();

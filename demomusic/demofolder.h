@@ -15,7 +15,7 @@ namespace velmora::demo {
 // which are short, then the rest. Any thread.
 class MakingOrder {
 public:
-    // `made` says which tracks are there already.
+    // `made` says which tracks already exist.
     MakingOrder(const std::vector<DemoTrack> &tracks, const std::function<bool(const DemoTrack &)> &made);
 
     // Requests music of these styles first; replaces earlier requests.
@@ -32,12 +32,12 @@ public:
 private:
     std::mutex m_mutex; // guards everything below
     std::deque<DemoTrack> m_missing;
-    std::set<std::string> m_heard; // styles of which a track is there or has been given out
+    std::set<std::string> m_heard; // styles of which a track exists or has been handed out
     std::set<std::string> m_wanted;
     bool m_hasAds = false;
 };
 
-// A folder that the demo catalogue is made into:
+// The folder that receives the demo catalogue:
 //
 //     music/<artist>/<album>/<number> <song>.flac, cover.png    tagged files, as a person would keep them
 //     ads/<id>.flac, <id>.png
@@ -49,14 +49,14 @@ public:
     DemoFolder(std::filesystem::path folder, std::vector<DemoTrack> tracks);
 
     // Makes the folders of all albums and writes ads.json: {"ads": [{"id", "file", "picture", "title", "line2",
-    // "durationSeconds"}]}; files relative to the folder. Removes what an interrupted run left. False when something
+    // "durationSeconds"}]}; paths relative to the folder. Removes what an interrupted run left. False when something
     // cannot be written.
     bool prepare();
-    // Where a track's file belongs, relative to the folder.
+    // Path of a track's file, relative to the folder.
     std::filesystem::path fileOf(const DemoTrack &track) const;
     bool has(const std::filesystem::path &file) const;
 
-    // Makes what is missing, in `order`. `report` gets each file, relative to the folder, and whether it could be made.
+    // Makes the missing files in `order`. `report` gets each file's relative path and whether it could be made.
     void make(MakingOrder &order, const std::function<void(const std::filesystem::path &, bool)> &report);
 
 private:

@@ -10,7 +10,7 @@
 namespace velmora::demo {
 namespace {
 
-// A sine that falls from one frequency to another, dying away.
+// A decaying sine that falls from one frequency to another.
 Buffer thump(double from, double to, double fallSeconds, double decay, double seconds)
 {
     Buffer out(samples(seconds));
@@ -25,7 +25,7 @@ Buffer thump(double from, double to, double fallSeconds, double decay, double se
     return out;
 }
 
-// Noise dying away behind a filter.
+// Decaying filtered noise.
 void addNoise(Buffer &out, Random &random, StateVariable::Outputs mix, float hertz, float resonance, double decay,
               float level, double attack = 0.0005)
 {
@@ -42,7 +42,7 @@ void addNoise(Buffer &out, Random &random, StateVariable::Outputs mix, float her
     }
 }
 
-// Six square waves that share no harmonics: the clang of cymbals.
+// Six square waves without common harmonics: the clang of cymbals.
 Buffer metal(double seconds, float brightness)
 {
     constexpr float hertz[] = {317, 465, 569, 791, 1123, 1451};

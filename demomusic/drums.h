@@ -6,15 +6,15 @@
 
 namespace velmora::demo {
 
-// Single strokes; at velocity 1 their peaks stand to each other as in a kit: kick and snare 1, cymbals and hands about
-// a half, shaker and brush a quarter. `seed` makes one stroke differ a little from the next.
+// Single strokes. At velocity 1 their peaks have the proportions of a drum kit: kick and snare 1, cymbals and hands
+// about a half, shaker and brush a quarter. Different seeds give slightly different strokes.
 
 Buffer dryKick(float velocity);  // rock: beater and shell
 Buffer deepKick(float velocity); // dance: a falling sine
 Buffer feltKick(float velocity); // small jazz drum
 Buffer snare(float velocity, uint64_t seed);
 Buffer brushTap(float velocity, uint64_t seed);
-Buffer brushSweep(double seconds, float velocity, uint64_t seed); // round the skin
+Buffer brushSweep(double seconds, float velocity, uint64_t seed); // in circles on the skin
 Buffer clap(float velocity, uint64_t seed);
 Buffer rimClick(float velocity);
 Buffer tom(float velocity, double hertz, uint64_t seed);

@@ -11,7 +11,7 @@
 namespace velmora::demo {
 namespace {
 
-// The curve is also taken between the samples: bending makes tones above what the rate can carry.
+// The curve is applied at twice the sample rate, because distortion creates tones above the Nyquist frequency.
 void amplify(Buffer &sound, float drive)
 {
     Biquad tight = Biquad::highPass(110), edge = Biquad::lowPass(5200), presence = Biquad::peak(900, 0.8, 5);
@@ -45,7 +45,7 @@ Buffer drivenChord(const std::vector<int> &pitches, double seconds, float veloci
 
 Buffer drivenLead(const Note &note, float drive)
 {
-    // A plucked string whose end is drawn: the read position of its delay line moves.
+    // A plucked string that is bent: the read position of its delay line moves.
     const double period = sampleRate / frequency(note.pitch);
     const size_t size = size_t(period * 1.1) + 4;
     Buffer line(size, 0.0f);

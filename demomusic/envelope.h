@@ -4,17 +4,17 @@
 
 namespace velmora::demo {
 
-// Times in seconds; `sustain` is a level. Decay and release are times to 60 dB of their way.
+// Times in seconds; `sustain` is a level. Decay and release are the times to -60 dB.
 struct EnvelopeShape {
     float attack, decay, sustain, release;
 };
 
-// Rises in a straight line, falls exponentially: how struck, blown and filtered sounds move.
+// Rises linearly and falls exponentially.
 class Envelope {
 public:
     Envelope(const EnvelopeShape &shape, double heldSeconds);
     float next();
-    // Held time and release: how long the sound is.
+    // Length of the sound: held time and release.
     static double length(const EnvelopeShape &shape, double heldSeconds) { return heldSeconds + shape.release; }
 
 private:
@@ -23,9 +23,9 @@ private:
     bool m_isRising = true;
 };
 
-// Takes the last `seconds` of a sound down to nothing, so that it never ends with a click.
+// Fades out the last `seconds` of a sound, so that it does not end with a click.
 void fadeEnd(Buffer &buffer, double seconds);
-// From `heldSeconds` on the sound dies away, 60 dB in `release` seconds, and is cut there.
+// After `heldSeconds` the sound decays by 60 dB within `release` seconds, and ends there.
 void damp(Buffer &buffer, double heldSeconds, double release);
 
 } // namespace velmora::demo

@@ -4,7 +4,7 @@
 
 namespace velmora::demo {
 
-// Two-pole filter whose corner may move while it runs.
+// Two-pole filter whose cutoff may change while it runs.
 class StateVariable {
 public:
     void tune(float hertz, float resonance); // resonance 0 (none) to 0.95
@@ -38,7 +38,7 @@ private:
     double m_z1 = 0, m_z2 = 0;
 };
 
-// One pole, for smoothing.
+// One-pole low-pass, for smoothing.
 class OnePole {
 public:
     explicit OnePole(double hertz);

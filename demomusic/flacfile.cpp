@@ -37,7 +37,7 @@ Metadata comments(const FlacTags &tags)
 
 bool encode(FLAC__StreamEncoder *encoder, const Buffer &left, const Buffer &right)
 {
-    // Rounding noise of one step hides the steps of fading sounds; silence stays silent.
+    // Dither of one step masks the quantisation of fading sounds. Silence stays silent.
     Random noise(16);
     constexpr size_t block = 4096;
     std::vector<FLAC__int32> interleaved(2 * block);
@@ -72,8 +72,7 @@ bool writeFlac(const Buffer &left, const Buffer &right, const FlacTags &tags, co
     FLAC__stream_encoder_set_compression_level(encoder.get(), 3);
     FLAC__stream_encoder_set_total_samples_estimate(encoder.get(), left.size());
     FLAC__stream_encoder_set_metadata(encoder.get(), blocks, 1);
-    // The encoder closes the stream, whatever happens; it goes back to the header at the end, which a seekable file
-    // allows.
+    // The encoder closes the stream in any case. At the end it rewrites the header, which needs a seekable file.
     if (FLAC__stream_encoder_init_FILE(encoder.get(), target.takeStream(), nullptr, nullptr) !=
         FLAC__STREAM_ENCODER_INIT_STATUS_OK)
         return false;

@@ -189,7 +189,7 @@ Voicing voiceLeading(const Voicing &previous, const Chord &chord, int keyNote, i
     for (int tone : chord.tones)
         classes.push_back(floorMod(keyNote + chord.root + tone, 12));
     if (int(classes.size()) > voices && classes.size() > 2)
-        classes.erase(classes.begin() + 2); // the fifth says least
+        classes.erase(classes.begin() + 2); // the fifth matters least
     while (int(classes.size()) > voices)
         classes.erase(classes.begin()); // the bass plays the root
     std::sort(classes.begin(), classes.end());
@@ -217,7 +217,7 @@ Voicing voiceLeading(const Voicing &previous, const Chord &chord, int keyNote, i
         } else {
             for (size_t i = 0; i < candidate.size(); ++i)
                 cost += std::abs(candidate[i] - previous[std::min(i, previous.size() - 1)]);
-            // A gentle pull to the middle, or the chords wander off over a long piece.
+            // A weak pull to the middle: without it the chords drift over a long piece.
             cost += 0.3 * std::abs((candidate.front() + candidate.back()) / 2.0 - (low + high) / 2.0);
         }
         if (cost < bestCost) {

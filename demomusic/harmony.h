@@ -25,7 +25,7 @@ private:
 
 struct Chord {
     int root = 0;                           // semitones above the key note, 0 to 11
-    int bass = 0;                           // the same, of the lowest voice
+    int bass = 0;                           // lowest voice, in semitones above the key note
     std::vector<int> tones;                 // semitones above the root, ascending, 0 first
     bool contains(int pitchAboveKey) const; // in any octave
 };
@@ -35,7 +35,7 @@ struct Chord {
 // are part of the program.
 Chord parseChord(std::string_view numeral);
 
-// The chords of bars: "I V,vi IV" are three bars, the second of them divided. Never empty.
+// The chords of each bar: "I V,vi IV" is three bars, of which the second has two chords. Never empty.
 std::vector<std::vector<Chord>> parseBars(std::string_view text);
 
 using Voicing = std::vector<int>; // pitches, ascending

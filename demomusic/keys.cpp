@@ -40,7 +40,7 @@ Buffer piano(const Note &note, float softness)
         const double strike = std::abs(std::sin(std::numbers::pi * n / 8.3)) + 0.08;
         const double level = strike * std::exp(-tilt * (n - 1)) / std::sqrt(double(n));
         const double decay = sustain / (1 + 0.22 * (n - 1));
-        // Two strings that are never quite in tune: they beat, and the second one outlasts the first.
+        // Two strings slightly out of tune: they beat, and the second one lasts longer.
         bank.add(hertz, 0.68 * level, decay * 0.55);
         if (n <= 8)
             bank.add(hertz * (1 + 0.00035 + 0.00008 * n), 0.34 * level, decay * 1.25, 0.02 * n);
@@ -97,7 +97,7 @@ Buffer organ(const Note &note, float brightness)
     Buffer out(samples(Envelope::length(shape, note.seconds)));
     float bend = 1, swell = 1;
     for (size_t i = 0; i < out.size(); ++i) {
-        if (i % 32 == 0) { // the turning loudspeaker
+        if (i % 32 == 0) { // the rotating loudspeaker
             const float turn = rotor.sineWave(6.1f * 32 / sampleRate);
             bend = 1 + 0.0022f * turn;
             swell = 1 + 0.12f * turn;

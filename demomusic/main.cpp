@@ -1,4 +1,4 @@
-// velmora-demomusic: makes the demo catalogue's music into a folder.
+// velmora-demomusic: writes the demo catalogue to a folder.
 
 #include "demofolder.h"
 
@@ -22,14 +22,14 @@ constexpr int exitFailure = 1;
 constexpr const char *usage =
     R"(usage: velmora-demomusic [--each N] [--attended] FOLDER
 
-  Makes original music: tagged FLAC files with covers into FOLDER/music, advertisements into FOLDER/ads, described by
-  FOLDER/ads.json. Files that are there are not made again.
+  Composes and renders original music: writes tagged FLAC files with covers to FOLDER/music, and advertisements to
+  FOLDER/ads with their descriptions in FOLDER/ads.json. Existing files are kept.
 
-  --each N      at most N tracks of each style (all)
-  --attended    takes wishes on standard input, one style a line, an empty line after the last of them; ends when
-                standard input ends
+  --each N      at most N tracks of each style (default: all)
+  --attended    reads requests from standard input: one style a line, then an empty line. The program ends when
+                standard input ends.
 
-  Says "style NAME" for each style, "ready N TOTAL" with the number of tracks that are there already, "made FILE" or
+  Prints "style NAME" for each style, "ready N TOTAL" with the number of existing tracks, "made FILE" or
   "failed FILE" for each file, and "done".
 )";
 
@@ -64,7 +64,7 @@ bool parse(int argc, char *argv[], Options *options)
 
 void say(const std::string &line)
 {
-    // One write a line: a reader never sees half of one.
+    // One write for each line, so that a reader never sees half a line.
     const std::string text = line + '\n';
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fflush(stdout);

@@ -45,7 +45,7 @@ Motif makeMotif(const std::string &rhythm, const MelodyPlan &plan, Random &rando
             step = random.chance(0.7f) ? 3 : random.chance(0.7f) ? 4 : 5;
         else
             step = random.chance(0.68f) ? 1 : random.chance(0.7f) ? 2 : 0;
-        // After a leap back by step; otherwise mostly onwards, but never far from the anchor.
+        // A leap is followed by a step back. Otherwise the line mostly keeps its direction, near the anchor.
         const bool leapt = std::abs(last) >= 3;
         int direction = last < 0 ? -1 : 1;
         if (leapt) {
@@ -69,7 +69,7 @@ int withoutClash(int pitch, const Chord &chord, const Scale &scale)
     const int aboveKey = pitch - scale.keyNote();
     if (chord.contains(aboveKey))
         return pitch;
-    // A tone that the chord has altered is sung as the chord has it.
+    // Where the chord alters a tone of the scale, the melody uses the altered tone.
     for (int shift : {1, -1})
         if (chord.contains(aboveKey + shift) && !scale.contains(pitch + shift))
             return pitch + shift;
@@ -94,7 +94,7 @@ std::vector<MelodyNote> composeMelody(const Arrangement &arrangement, const Sect
     const int units = std::max(1, section.bars / 2);
     for (int unit = 0; unit < units; ++unit) {
         const bool closes = unit == units - 1;
-        // a b a c: the third goes higher than the first, the last comes down.
+        // a b a c: the third unit is higher than the first, the last one falls.
         const int place = closes ? 3 : unit % 4;
         const Motif &motif = closes ? closing : place == 1 || place == 3 ? second : first;
         const int anchor = middle + (place == 1 ? rise : place == 2 ? rise + 1 : 0) + (section.kind == 'B' ? 1 : 0);
@@ -113,7 +113,7 @@ std::vector<MelodyNote> composeMelody(const Arrangement &arrangement, const Sect
             else if (strong || lastOfAll) {
                 const int step = i > 0 ? motif.contour[i] - motif.contour[i - 1] : 0;
                 pitch = nearestTone(chord, key, pitch);
-                if (step != 0 && pitch == int(previous)) // where the motif moves, the tune moves
+                if (step != 0 && pitch == int(previous)) // a step of the motif never repeats the pitch
                     pitch = nearestTone(chord, key, pitch + (step > 0 ? 3.2 : -3.2));
             } else
                 pitch = withoutClash(pitch, chord, scale);
@@ -121,7 +121,7 @@ std::vector<MelodyNote> composeMelody(const Arrangement &arrangement, const Sect
                 pitch -= 12;
             while (pitch < plan.low)
                 pitch += 12;
-            // No leap wider than a sixth where the other octave is nearer.
+            // A leap wider than a sixth becomes a smaller one to the other octave.
             if (previous > 0 && pitch - previous > 9 && pitch - 12 >= plan.low)
                 pitch -= 12;
             if (previous > 0 && previous - pitch > 9 && pitch + 12 <= plan.high)
@@ -154,11 +154,11 @@ std::vector<MelodyNote> ornamented(const std::vector<MelodyNote> &melody, const 
             const int turn = withoutClash(scale.pitch(degree + (random.chance(0.65f) ? 1 : -1)),
                                           arrangement.chordAt(note.beat), scale);
             const double half = note.beats >= 2 ? 0.5 : note.beats / 2;
-            if (note.beats >= 2 && random.chance(0.5f)) { // a turn before the long note
+            if (note.beats >= 2 && random.chance(0.5f)) { // ornament before the long note
                 result.push_back({note.beat, half, note.pitch, note.accent});
                 result.push_back({note.beat + half, half, turn, note.accent * 0.85f});
                 result.push_back({note.beat + 2 * half, note.beats - 2 * half, note.pitch, note.accent * 0.95f});
-            } else { // a way out of it
+            } else { // ornament after it
                 result.push_back({note.beat, note.beats - half, note.pitch, note.accent});
                 result.push_back({note.beat + note.beats - half, half, turn, note.accent * 0.85f});
             }

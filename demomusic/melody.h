@@ -8,19 +8,20 @@ namespace velmora::demo {
 // ignored.
 struct MelodyPlan {
     std::vector<std::string> rhythms;  // of ordinary units
-    std::vector<std::string> cadences; // of the unit that closes a phrase; end long
+    std::vector<std::string> cadences; // of the unit that closes a phrase; they end with a long note
     int slotsPerBeat = 2;
     int low = 60, high = 79; // range of pitches
     float leaps = 0.2f;      // how often a step is wider than a third
     float chromatic = 0;     // how often a short note leads into the next by a semitone
 };
 
-// The melody of a section: units of two bars that come back (a b a c; the last closes), each a motif of rhythm and
-// contour that follows the chords. The same random generator gives the same motifs over other chords.
+// The melody of a section: units of two bars in the form a b a c. Each unit is a motif of rhythm and
+// contour that follows the chords; c closes the section. The same random generator gives the same motifs over other
+// chords.
 std::vector<MelodyNote> composeMelody(const Arrangement &arrangement, const Section &section, const MelodyPlan &plan,
                                       Random random);
 
-// The melody again, with turns: long notes are divided, some are led into.
+// The melody with ornaments: some long notes are divided or approached by a short one.
 std::vector<MelodyNote> ornamented(const std::vector<MelodyNote> &melody, const Arrangement &arrangement, Random random,
                                    float amount);
 

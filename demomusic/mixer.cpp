@@ -27,7 +27,8 @@ void limit(Buffer &left, Buffer &right)
         gain = std::min(gain, need);
         wanted[i] = gain;
     }
-    // The least gain wanted in the coming window, averaged over a window: never above what a peak allows.
+    // The minimum of the gain over the coming window, then its average over a window: it never exceeds what a peak
+    // allows.
     std::deque<size_t> least;
     double sum = 0;
     Buffer history(window, 1.0f);
@@ -43,7 +44,7 @@ void limit(Buffer &left, Buffer &right)
         while (!least.empty() && least.front() < now)
             least.pop_front();
         const float lowest = least.empty() ? 1 : wanted[least.front()];
-        if (now == 0) { // the average must not reach back to a time before the start: a peak there may come at once
+        if (now == 0) { // no average before the start: the first sample may be a peak
             std::fill(history.begin(), history.end(), lowest);
             sum = double(lowest) * double(window);
         }
@@ -55,7 +56,7 @@ void limit(Buffer &left, Buffer &right)
     }
 }
 
-// Straight below one half, rounded above, never above 1.
+// Soft clipping: linear below one half, rounded above, never more than 1.
 float rounded(float x)
 {
     const float size = std::abs(x);
@@ -88,7 +89,7 @@ float Mixer::duckGain(double seconds) const
     const auto after = std::upper_bound(m_beats.begin(), m_beats.end(), seconds + 0.004);
     if (after == m_beats.begin())
         return 1;
-    const double since = seconds + 0.004 - *std::prev(after); // a little early, so that the beat finds room
+    const double since = seconds + 0.004 - *std::prev(after); // a little early, to make room for the beat
     if (since < 0.004)
         return 1 - m_depth * float(since / 0.004);
     const double part = std::min(1.0, (since - 0.004) / m_recovery);
@@ -101,7 +102,7 @@ void Mixer::add(const Buffer &sound, double startSeconds, const Placement &place
     if (start >= m_left.size())
         return;
     const size_t length = std::min(sound.size(), m_left.size() - start);
-    const float angle = (placement.pan + 1) * 0.125f; // in turns: equal power from side to side
+    const float angle = (placement.pan + 1) * 0.125f; // in turns; equal-power panning
     const float toLeft = placement.gain * sine(0.25f + angle), toRight = placement.gain * sine(angle);
     const float toRoom = placement.gain * placement.reverb, toEcho = placement.gain * placement.echo;
     const bool ducked = placement.ducked && !m_beats.empty(), echoed = toEcho > 0 && !m_echo.empty();
@@ -126,7 +127,7 @@ void Mixer::add(const Buffer &sound, double startSeconds, const Placement &place
     }
 }
 
-// Left, right, left again: each repeat darker than the one before.
+// A ping-pong echo; each repeat is darker than the one before.
 void Mixer::addEcho()
 {
     const size_t delay = std::max<size_t>(1, samples(m_room.echoSeconds));
@@ -188,7 +189,7 @@ double loudness(const Buffer &left, const Buffer &right)
     const size_t block = samples(0.4);
     std::vector<double> energies((left.size() + block - 1) / block, 0.0);
     for (const Buffer *channel : {&left, &right}) {
-        // The standard's shelf has its poles at 1682 Hz; this one's lie above its middle.
+        // The standard's shelf has its poles at 1682 Hz; this filter's poles lie above its middle frequency.
         Biquad shelf = Biquad::highShelf(1499, 4), pass = Biquad::highPass(38, 0.5);
         for (size_t i = 0; i < channel->size(); ++i) {
             const double x = double(pass.next(shelf.next((*channel)[i])));

@@ -4,13 +4,13 @@
 
 namespace velmora::demo {
 
-// Where and how loud a sound stands.
+// Level and position of a sound in the mix.
 struct Placement {
     float gain = 1;
     float pan = 0;       // -1 left, 1 right
-    float reverb = 0;    // how much of it goes into the room
-    float echo = 0;      // how much of it goes into the echo
-    bool ducked = false; // gives way to the beats of Mixer::duck
+    float reverb = 0;    // level sent to the reverb
+    float echo = 0;      // level sent to the echo
+    bool ducked = false; // lowered at the beats of Mixer::duck
 };
 
 struct Room {
@@ -18,24 +18,24 @@ struct Room {
     double echoSeconds = 0, echoFeedback = 0.4; // 0 seconds: no echo
 };
 
-// What the finished recording shall be.
+// Targets for the finished recording.
 struct Mastering {
     double loudness = -16.5; // LUFS, of the whole recording
-    double drive = 0;        // 0 to 1: how much the loudest moments are rounded before the limiter
+    double drive = 0;        // 0 to 1: amount of soft clipping before the limiter
     double fadeSeconds = 2;  // at the very end
     double treble = 0;       // dB, above about 2.5 kHz
 };
 
-// Two channels of a whole recording, a room and an echo behind them.
+// A whole stereo recording, with reverb and echo.
 class Mixer {
 public:
     Mixer(double seconds, const Room &room);
 
-    // Sounds reaching over the end are cut there (the final fade hides it).
+    // A sound that lasts beyond the end is cut there; the final fade hides the cut.
     void add(const Buffer &sound, double startSeconds, const Placement &placement);
-    // From now on ducked sounds are pushed down by `depth` (0 to 1) at each of the ascending times.
+    // Sounds added later with `ducked` are lowered by `depth` (0 to 1) at each of the ascending times.
     void duck(const std::vector<double> &times, float depth, double recoverySeconds);
-    // Room, loudness, limiter and fade; after it left() and right() are final. Once only.
+    // Applies reverb, loudness, limiter and fade. Afterwards left() and right() are final. Called once.
     void master(const Mastering &mastering);
 
     const Buffer &left() const { return m_left; }
@@ -52,7 +52,7 @@ private:
     double m_recovery = 0.2;
 };
 
-// Integrated loudness in LUFS (K-weighted, blocks below -60 left out).
+// Integrated loudness in LUFS (K-weighted, without blocks below -60).
 double loudness(const Buffer &left, const Buffer &right);
 
 } // namespace velmora::demo

@@ -50,7 +50,7 @@ float Oscillator::advance(float step)
     return phase;
 }
 
-// What to take off a unit step around its edge.
+// The correction of a unit step near its edge (polyBLEP).
 float Oscillator::corner(float phase, float step)
 {
     if (phase < step) {
@@ -76,7 +76,7 @@ float Oscillator::pulse(float step, float width)
     float second = phase - width;
     if (second < 0)
         second += 1;
-    // The mean of an uneven pulse is taken off: it would be a direct current.
+    // The mean of an asymmetric pulse is subtracted: it would be a DC offset.
     return (phase < width ? 1.0f : -1.0f) + corner(phase, step) - corner(second, step) - (2 * width - 1);
 }
 
@@ -97,7 +97,7 @@ Buffer PartialBank::render(double seconds) const
     const size_t length = (samples(seconds) + lanes - 1) / lanes * lanes;
     Buffer out(length, 0.0f);
     for (const Partial &partial : m_partials) {
-        // Eight neighbouring samples are turned together, so that the loop has no chain from sample to sample.
+        // Eight neighbouring samples are rotated together, so that no sample depends on the one before it.
         const double damping = std::log(1000.0) / (partial.decay * sampleRate);
         const std::complex<double> turn(-damping, 2 * std::numbers::pi * partial.hertz / sampleRate);
         float re[lanes], im[lanes];

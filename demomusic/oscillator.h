@@ -29,7 +29,7 @@ private:
     float m_phase; // 0 <= x < 1
 };
 
-// A sum of exponentially dying sines: struck strings, bars, bells.
+// A sum of exponentially decaying sines: struck strings, bars, bells.
 class PartialBank {
 public:
     // `decay` is the time in seconds until the partial is 60 dB down. Partials above 18 kHz are left out.

@@ -1,4 +1,4 @@
-// Album covers: flat shapes in a few warm, muted colours, one drawing an album.
+// Album covers: flat shapes in a few warm, muted colours, one drawing for each album.
 
 #include "canvas.h"
 #include "picture.h"
@@ -187,7 +187,7 @@ void record(Canvas &canvas, Random)
         canvas.ring(200, 260, 168 - i * 18, 2.5, p.ground, 0.8);
     canvas.circle(200, 260, 62, p.ground);
     canvas.circle(200, 260, 11, p.light);
-    // The spoon instead of an arm.
+    // A spoon in place of an arm.
     canvas.line(420, 60, 300, 268, 13, p.light);
     canvas.leaf(318, 236, 262, 334, 0.34, p.light);
 }

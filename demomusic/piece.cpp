@@ -7,7 +7,7 @@
 namespace velmora::demo {
 namespace {
 
-// How a style moves: swing, how much its ending slows, and how long its last chord rings.
+// The timing of a style: swing, how much its ending slows, and how long its last chord rings.
 struct Motion {
     double swing, slowing, ringSeconds;
 };
@@ -23,7 +23,7 @@ Motion motion(const Piece &piece)
         return {0.5, 0, 3.6};
     case Style::Drones:
         return {0.5, 0, 14};
-    case Style::Swing: // the faster, the more even
+    case Style::Swing: // the swing ratio falls with the tempo
         return {piece.variant == 3 ? 0.5 : piece.tempo > 165 ? 0.61 : 0.655, 0.12, 3.5};
     case Style::Rock:
         break;
@@ -73,7 +73,7 @@ TempoMap tempoMap(const Piece &piece)
 {
     const Motion how = motion(piece);
     const Section last = sections(piece).back();
-    // The last bar is the last chord: nothing slows any more.
+    // The tempo falls until the last bar, which is one held chord.
     return {piece.tempo, how.swing, last.beat - piece.beatsPerBar, last.beat + last.beats - piece.beatsPerBar,
             how.slowing};
 }

@@ -10,7 +10,7 @@ namespace velmora::demo {
 
 enum class Style { SlowPiano, Folk, Dance, Drones, Swing, Rock };
 
-// What is composed of a track; everything else follows from the seed. Static tables, so plain text.
+// The composed part of a track; everything else follows from the seed. The texts are literals of static tables.
 struct Piece {
     Style style;
     uint64_t seed;
@@ -34,11 +34,11 @@ struct Section {
 };
 std::vector<Section> sections(const Piece &piece);
 
-// From beats to seconds: swing, and a slowing ending.
+// Converts beats to seconds, with swing and a slowing ending.
 class TempoMap {
 public:
     // `swing`: where the second half of a beat begins, 0.5 (even) to 0.67. From `slowFrom` to `end` (beats) the tempo
-    // falls steadily, by `slowing` in all (0.3: the last beat lasts 1.3 times as long).
+    // falls steadily, by `slowing` in total (0.3: the last beat lasts 1.3 times as long).
     TempoMap(int tempo, double swing, double slowFrom, double end, double slowing);
     double seconds(double beat) const;
 

@@ -32,7 +32,7 @@ public:
     {
         return from[size_t(below(int(from.size())))];
     }
-    // A generator of its own for a named part, so that parts do not disturb each other's sequences.
+    // A separate generator for one part, so that the parts do not change each other's sequences.
     Random fork(uint64_t name) const { return Random((m_state ^ (name * 0xd1342543de82ef95ULL)) + name); }
 
 private:

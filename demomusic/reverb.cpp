@@ -19,7 +19,7 @@ float Reverb::Diffuser::next(float input)
 Reverb::Reverb(double decay, double brightness, double size)
     : m_damping(float(std::exp(-2 * std::numbers::pi * brightness / sampleRate)))
 {
-    // Milliseconds without common divisors, so that no echo pattern is heard.
+    // Delays in milliseconds without common divisors, so that no echo pattern is heard.
     constexpr std::array<double, lines> milliseconds = {31.7, 37.3, 41.9, 46.1, 53.9, 61.3, 67.9, 76.7};
     for (size_t i = 0; i < lines; ++i) {
         const double seconds = milliseconds[i] * size / 1000;
@@ -34,7 +34,7 @@ Reverb::Reverb(double decay, double brightness, double size)
 void Reverb::process(const Buffer &input, Buffer &left, Buffer &right)
 {
     for (size_t n = 0; n < input.size(); ++n) {
-        float in = input[n] + 1e-18f; // never a denormal number: they are slow
+        float in = input[n] + 1e-18f; // avoids denormal numbers, which are slow
         for (Diffuser &diffuser : m_diffusers)
             in = diffuser.next(in);
         std::array<float, lines> out;
@@ -45,7 +45,7 @@ void Reverb::process(const Buffer &input, Buffer &left, Buffer &right)
             out[i] = line.state * line.gain;
             sum += out[i];
         }
-        // Householder reflection: keeps the energy and mixes every line into every other.
+        // Householder reflection: keeps the energy and mixes each line into all others.
         sum *= 2.0f / lines;
         for (size_t i = 0; i < lines; ++i) {
             Line &line = m_lines[i];

@@ -6,12 +6,12 @@
 
 namespace velmora::demo {
 
-// A room: eight delay lines that feed each other. One channel in, two out.
+// A feedback delay network of eight lines. One channel in, two out.
 class Reverb {
 public:
-    // `decay`: seconds to 60 dB; `brightness`: Hz above which the walls swallow; `size` 0.4 (room) to 1.5 (cathedral).
+    // `decay`: seconds to -60 dB; `brightness`: Hz above which the walls absorb; `size` 0.4 (room) to 1.5 (cathedral).
     Reverb(double decay, double brightness, double size);
-    // Adds the room's answer to `input` to both channels; all three are equally long.
+    // Adds the reverb of `input` to both channels; all three are equally long.
     void process(const Buffer &input, Buffer &left, Buffer &right);
 
 private:

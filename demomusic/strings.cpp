@@ -20,10 +20,10 @@ const StringTone mutedString{2400, 0.35f, 0.45, 0.06, 0.1, 0};
 
 namespace {
 
-// What is on the string when the pick leaves it: one period.
+// One period of the string's shape when the pick leaves it.
 Buffer excitation(size_t period, const Note &note, const StringTone &tone)
 {
-    // The same string sounds the same each time, as on a real instrument; only the velocity changes its edge.
+    // A string sounds the same each time, as on a real instrument; only the velocity changes its brightness.
     Random random(0x5713 + uint64_t(note.pitch * 16));
     Buffer burst(period);
     for (float &sample : burst)
@@ -31,7 +31,7 @@ Buffer excitation(size_t period, const Note &note, const StringTone &tone)
     const double edge =
         tone.brightness * (0.35 + 0.65 * double(note.velocity)) * (0.6 + 0.4 * frequency(note.pitch) / 220);
     OnePole first(std::min(edge, 15000.0)), second(std::min(edge * 2, 15000.0));
-    // Twice round, so that the filters have settled and the period closes on itself.
+    // Two passes: the filters settle, and the end of the period joins its beginning.
     for (int turn = 0; turn < 2; ++turn)
         for (float &sample : burst) {
             const float filtered = second.low(first.low(sample));
@@ -56,7 +56,7 @@ Buffer excitation(size_t period, const Note &note, const StringTone &tone)
 
 void addBody(Buffer &buffer, double amount, double pitch)
 {
-    // Air, top and back of the box; a bass has a bigger one.
+    // Resonances of the body: air, top and back. A bass has a larger body.
     const double size = pitch < 44 ? 0.62 : 1;
     Biquad air = Biquad::peak(104 * size, 2.2, 5 * amount), top = Biquad::peak(212 * size, 2.5, 5 * amount),
            back = Biquad::peak(430 * size, 2, 2.5 * amount), dull = Biquad::highShelf(3800, -4 * amount);
@@ -71,7 +71,7 @@ Buffer pluck(const Note &note, const StringTone &tone)
     const double hertz = frequency(note.pitch), period = sampleRate / hertz;
     const double decay = tone.decay * std::pow(220 / hertz, 0.45);
     const float soft = tone.softness;
-    // The filter delays by `soft`, the all-pass by what the whole samples leave over.
+    // The filter delays by `soft`; the all-pass filter adds the fraction of a sample.
     const double rest = period - double(soft);
     size_t whole = size_t(rest);
     double part = rest - double(whole);

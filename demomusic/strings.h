@@ -5,14 +5,14 @@
 
 namespace velmora::demo {
 
-// Plucked strings: a noise burst that runs round a delay line and loses its edge there (Karplus and Strong).
+// Plucked strings: a noise burst in a filtered delay loop (Karplus and Strong).
 struct StringTone {
-    double brightness;   // Hz: how much edge the pick gives at full velocity
-    float softness;      // 0 to 0.5: loss of high tones at each turn
-    double decay;        // seconds to 60 dB at A3; lower strings longer, higher ones shorter
-    double release;      // seconds to 60 dB after the hand damps it
+    double brightness;   // Hz: bandwidth of the pluck at full velocity
+    float softness;      // 0 to 0.5: loss of high frequencies in each turn of the loop
+    double decay;        // seconds to -60 dB at A3; lower strings ring longer, higher ones shorter
+    double release;      // seconds to -60 dB after the hand damps it
     double pickPosition; // 0 (bridge) to 0.5 (middle)
-    double body;         // 0 to 1: how much wooden box there is
+    double body;         // 0 to 1: amount of the body's resonance
 };
 
 extern const StringTone steelGuitar, nylonGuitar, mandolin, harp, uprightBass, electricBass, electricString,
@@ -20,10 +20,10 @@ extern const StringTone steelGuitar, nylonGuitar, mandolin, harp, uprightBass, e
 
 Buffer pluck(const Note &note, const StringTone &tone);
 
-// Strings one after the other, `spread` seconds apart; negative: from the highest down. Pitches ascending.
+// A strum: the strings start `spread` seconds apart; negative: the highest first. `pitches` ascend.
 Buffer strum(const std::vector<int> &pitches, double seconds, float velocity, double spread, const StringTone &tone);
 
-// Bowed: a fiddle or, low, a cello.
+// Bowed: a fiddle, or a cello for low notes.
 Buffer bow(const Note &note, float vibrato);
 
 } // namespace velmora::demo

@@ -1,4 +1,4 @@
-// Electronic dance: a deep kick on every beat, chords that give way to it, a line through the echo.
+// Electronic dance: a deep kick on every beat, chords ducked by it, a melody with echo.
 
 #include "arrangement.h"
 #include "drums.h"
@@ -24,7 +24,7 @@ public:
         , m_key(arrangement.scale().keyNote())
         , m_variant(static_cast<Variant>(arrangement.piece().variant))
     {
-        // Where the kick falls is known before anything is played: everything that gives way needs it.
+        // The times of the kick come first, because ducked sounds need them.
         std::vector<double> kicks;
         for (const Section &section : m_a.sections())
             for (int sixteenth = 0; sixteenth < section.bars * 16; ++sixteenth)
@@ -65,10 +65,10 @@ private:
         const int step = sixteenth % 16, bar = sixteenth / 16;
         if (section.kind == 'E')
             return step % 4 == 0 && bar < section.bars - 1;
-        if (section.kind == 'B') // the break: only its second half, and not its last bar
+        if (section.kind == 'B') // the break: a kick only in its second half, without the last bar
             return false;
         if (section.kind != 'I' && bar == section.bars - 1 && step >= 12)
-            return false; // a breath before the next section
+            return false; // a pause before the next section
         if (m_variant == Broken)
             return step == 0 || step == 6 || step == 10 || (bar % 2 == 1 && step == 15);
         return step % 4 == 0;
@@ -175,7 +175,7 @@ private:
             const int step = int(std::lround(beat / unit));
             const size_t which = size_t(shape[step % 8]) % m_voicing.size();
             const int octave = (step / 8) % 2 ? 24 : 12;
-            // Opens and closes over eight bars, so that it never stands still.
+            // The filter opens and closes over eight bars, so that the sound keeps changing.
             const float open = 0.5f - 0.5f * float(std::cos(2 * 3.14159265 * (beat - section.beat) / 32));
             const float velocity = step % 4 == 0 ? 0.85f : 0.6f;
             m_a.play(synthPluck({double(m_voicing[which] + octave), m_a.length(beat, unit * 0.8), velocity},
@@ -209,7 +209,7 @@ private:
     void rise(const Section &section)
     {
         const double beats = std::min(section.beats, 16.0), start = section.beat + section.beats - beats;
-        // A sweep is loudest in its middle: half of it, cut where the beat comes back.
+        // A sweep is loudest in its middle, so half of it is used, up to the point where the beat returns.
         Buffer tension = noiseSweep(m_a.length(start, beats) * 2, 300, 20000, 0.4f, m_random.next());
         tension.resize(tension.size() / 2);
         fadeEnd(tension, 0.03);

@@ -1,4 +1,4 @@
-// Ambient drones: long tones that change from within, few events, a very large room.
+// Ambient drones: long, slowly changing tones, few events, a very large room.
 
 #include "arrangement.h"
 #include "keys.h"
@@ -40,7 +40,7 @@ public:
     }
 
 private:
-    // The key note far below, swelling and ebbing against its own fifth.
+    // The key note in the low bass, which swells and fades against its fifth.
     void ground()
     {
         const double bar = m_a.piece().beatsPerBar;
@@ -56,7 +56,7 @@ private:
         }
     }
 
-    // Wind or sea: broad noise, each wave of its own length and side.
+    // Wind or sea: broadband noise; each wave has its own length and position.
     void air()
     {
         const float level = m_variant == Bowed ? 0.08f : m_variant == Bowls ? 0.06f : 0.045f;
@@ -111,7 +111,7 @@ private:
             sound[sound.size() - 1 - i] *= float(i) / float(out);
     }
 
-    // Single sounds over the field, on the beats: a slow tune of chord tones that comes back in each section.
+    // Single sounds on the beats: a slow melody of chord tones that returns in each section.
     void events(const Section &section, const ChordSpan &span, float loud)
     {
         if (section.kind == 'I' && span.beat < section.beat + section.beats / 2)

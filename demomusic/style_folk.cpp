@@ -72,7 +72,7 @@ private:
                  {0.4f, pan, 0.14f}, loose(0.005));
     }
 
-    // Thumb on the beats, fingers between: the pattern of one bar is held as long as the chord rings.
+    // The thumb plays on the beats, the fingers between them. The pattern repeats as long as the chord lasts.
     void fingerpick(const ChordSpan &span, float loud, const StringTone &tone, float pan)
     {
         const int low = bassNote(span.chord, m_key, 40), fifth = nearestTone(span.chord, m_key, low + 7);
@@ -205,7 +205,7 @@ private:
 
     void lead(const Section &section, float loud)
     {
-        const uint64_t which = section.kind == 'B' ? 98 : 97; // one tune for the verse, one for the contrast
+        const uint64_t which = section.kind == 'B' ? 98 : 97; // one melody for the verse, one for the contrast
         auto melody = composeMelody(m_a, section, plan(), m_a.random(which));
         if (section.pass > 0)
             melody = ornamented(melody, m_a, m_a.random(which + 3), 0.45f);
@@ -215,7 +215,7 @@ private:
             const double seconds = m_a.length(note.beat, note.beats) * (struck ? 1 : 0.93);
             const float velocity = std::clamp(loud * (note.accent + 0.4f), 0.2f, 1.0f);
             m_a.play(leadSound({double(note.pitch), seconds, velocity}), note.beat, {gain, 0.12f, 0.26f}, loose(0.01));
-            // The second voice joins in the contrast and, with long notes, in the return.
+            // The second voice joins in the contrast, and in repeated sections at long notes.
             if (section.kind == 'B' || (section.pass > 0 && note.beats >= 1)) {
                 const Note second{double(harmonyBelow(note, m_a)), seconds, velocity * 0.7f};
                 m_a.play(leadSound(second), note.beat, {gain * 0.75f, 0.4f, 0.26f}, 0.012 + loose(0.01));

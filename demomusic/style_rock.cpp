@@ -62,7 +62,7 @@ private:
         return {root, root + 7, root + 12};
     }
 
-    // The same part twice, by two players who are never quite together.
+    // The same part twice, slightly out of time, as by two players.
     void twoGuitars(const std::vector<int> &pitches, double beat, double beats, float velocity, float drive, bool muted,
                     float gain)
     {
@@ -70,7 +70,7 @@ private:
         for (float side : {-0.75f, 0.75f}) {
             std::vector<int> strings = pitches;
             if (side > 0 && !muted && strings.size() > 2)
-                strings.push_back(strings[0] + 24 - (strings[0] > 48 ? 12 : 0)); // another grip
+                strings.push_back(strings[0] + 24 - (strings[0] > 48 ? 12 : 0)); // another chord shape
             m_a.play(drivenChord(strings, seconds, velocity, drive, muted), beat, {gain, side, 0.08f}, 0.004 + loose());
         }
     }
@@ -103,7 +103,7 @@ private:
             }
             return;
         }
-        if (open && m_variant != Shuffle) { // ringing chords, struck again off the beat
+        if (open && m_variant != Shuffle) { // ringing chords, repeated off the beat
             const double parts[] = {0, 1.5, 2.5};
             for (int i = 0; i < 3; ++i) {
                 if (parts[i] >= span.beats - 0.01)
@@ -114,7 +114,7 @@ private:
             }
             return;
         }
-        if (m_variant == Shuffle) { // fifth and sixth in turns
+        if (m_variant == Shuffle) { // fifth and sixth alternate
             for (double beat = span.beat; beat < end - 0.01; beat += 0.5) {
                 const bool sixth = int(std::lround(beat)) % 2 == 1 && std::abs(beat - std::round(beat)) < 0.1;
                 const std::vector<int> pair{chord[0], chord[1] + (sixth ? 2 : 0)};
@@ -122,7 +122,7 @@ private:
             }
             return;
         }
-        // Damped eighths with an open accent.
+        // Muted eighths with open accents.
         for (double beat = span.beat; beat < end - 0.01; beat += 0.5) {
             const int step = int(std::lround(beat * 2)) % 8;
             const bool accent = m_variant == HalfTime ? step == 0 || step == 5 : step == 0 || step == 3 || step == 6;
@@ -246,7 +246,7 @@ private:
         }
     }
 
-    // In the verse the lead only answers, in the last two bars of each four.
+    // In the verse the lead plays only in the last two bars of every four.
     void answer(const Section &section, float loud)
     {
         const auto melody = composeMelody(m_a, section, plan(), m_a.random('a'));

@@ -1,4 +1,4 @@
-// Slow piano: one player, pedal down, a hall.
+// Slow piano: one piano with the pedal down, in a hall.
 
 #include "arrangement.h"
 #include "keys.h"
@@ -26,7 +26,7 @@ public:
     {
         const Placement place{0.9f, std::clamp((float(pitch) - 62) / 50, -0.45f, 0.45f), 0.32f};
         const double seconds = m_arrangement.length(beat, beats) + 0.06;
-        // The pulse breathes: it leans a little forward and back over eight beats.
+        // Rubato: the tempo moves a little forward and back over eight beats.
         const double sway = 0.018 * std::sin(beat * 0.785) + 0.006 * double(m_random.bipolar());
         m_arrangement.play(piano({double(pitch), seconds, std::clamp(velocity, 0.08f, 1.0f)}, m_softness), beat, place,
                            sway + late);
@@ -59,7 +59,7 @@ void accompany(PianoPlayer &player, const Arrangement &arrangement, const ChordS
         for (double beat = span.beat + 1; beat < end; ++beat)
             player.rolled(voicing, beat, std::min(0.9, held(beat)), v * 0.72f, 0.012);
         break;
-    case 2: // hymn: whole chords, the inner voice moving on the way
+    case 2: // hymn: full chords with a moving inner voice
         player.rolled(voicing, span.beat, span.beats, v * 0.8f, 0.03);
         if (span.beats >= 3 && fullness > 0.6f) {
             player.key(voicing[1] > 0 ? arrangement.scale().pitch(arrangement.scale().degreeNear(voicing[1]) + 1) : 60,
@@ -67,14 +67,14 @@ void accompany(PianoPlayer &player, const Arrangement &arrangement, const ChordS
             player.key(voicing[1], span.beat + 3, 1, v * 0.55f);
         }
         break;
-    case 3: // two tones swinging against each other under a still melody
+    case 3: // two alternating tones under a calm melody
         for (double beat = span.beat; beat < end - 0.01; beat += 0.5) {
             const int step = int(std::lround((beat - span.beat) * 2));
             const int pitch = step % 4 == 0 ? voicing[0] : step % 4 == 2 ? voicing[1] : voicing.back();
             player.key(pitch, beat, std::min(1.5, held(beat)), v * (step % 4 == 0 ? 0.75f : 0.55f));
         }
         break;
-    case 4: { // nocturne: triplets over two octaves and back
+    case 4: { // nocturne: triplets up two octaves and back
         const int line[] = {bass, fifth, tenth, voicing.front(), voicing.back(), tenth};
         for (int step = 1; step / 3.0 < span.beats - 0.01; ++step) {
             const double beat = span.beat + step / 3.0;
@@ -114,7 +114,7 @@ MelodyPlan plan(const Piece &piece)
 
 void playMelody(PianoPlayer &player, Arrangement &arrangement, const Section &section, float loud)
 {
-    const uint64_t which = section.kind == 'B' ? 98 : 97; // one tune for the verse, one for the contrast
+    const uint64_t which = section.kind == 'B' ? 98 : 97; // one melody for the verse, one for the contrast
     auto melody = composeMelody(arrangement, section, plan(arrangement.piece()), arrangement.random(which));
     if (section.pass > 0)
         melody = ornamented(melody, arrangement, arrangement.random(which + 7), 0.4f);

@@ -1,4 +1,4 @@
-// Small-band swing: walking bass, brushes, a comping piano, one player in front; a low-ceilinged room.
+// Small-band swing: walking bass, brushes, a comping piano, one lead instrument; a small room.
 
 #include "arrangement.h"
 #include "drums.h"
@@ -50,7 +50,7 @@ public:
 private:
     double loose(double amount = 0.007) { return double(m_random.bipolar()) * amount; }
 
-    // The bass has the root: the hands play the colours.
+    // The bass plays the root, so the hands play the other tones.
     static Chord upper(Chord chord)
     {
         if (chord.tones.size() > 4)
@@ -58,7 +58,7 @@ private:
         return chord;
     }
 
-    // A tone a beat: root, tones of the chord, and on the last beat a step into what comes.
+    // One tone for each beat: the root, chord tones, and on the last beat a step towards the next chord.
     void walk(const Section &section, const ChordSpan &span, float loud)
     {
         const int count = int(std::lround(span.beats));
@@ -125,7 +125,7 @@ private:
 
     void comp(const Section &section, const ChordSpan &span, float loud)
     {
-        // Two bars of eighths; where in them this chord falls decides what is played of it.
+        // A pattern of two bars in eighths; the chord's position in them selects its strokes.
         static const std::vector<std::string> four = {"x..x.... ...x..x.", "..x..x.. x......x", "x..x.... ..x....x",
                                                       ".x....x. ..x..x..", "...x..x. x...x..."};
         static const std::vector<std::string> three = {"x..x.. ..x.x.", "..x.x. x...x.", "x...x. ..x..x"};
@@ -156,7 +156,7 @@ private:
                 const double beat = section.beat + bar * m_beats + beatInBar;
                 const uint64_t seed = m_random.next();
                 const bool back = m_beats == 3 ? beatInBar == 1 : beatInBar % 2 == 1;
-                // The left hand goes round, the right one taps the swing.
+                // The left brush sweeps in circles, the right one taps the swing rhythm.
                 m_a.play(brushSweep(m_a.length(beat, 1.1), loud * (back ? 0.5f : 0.75f), seed), beat,
                          {0.6f, -0.35f, 0.12f}, -0.03);
                 if (m_variant == Even) {
@@ -182,7 +182,7 @@ private:
                     m_a.play(hat(loud * 0.5f, 0.05, seed), beat, {0.55f, -0.4f, 0.06f});
                 if (beatInBar == 0 || (m_beats == 4 && beatInBar == 2))
                     m_a.play(feltKick(loud * 0.4f), beat, {0.6f, 0, 0.05f});
-                if (bar == bars - 1 && bars >= 4 && beatInBar >= m_beats - 2) // a turn into the next section
+                if (bar == bars - 1 && bars >= 4 && beatInBar >= m_beats - 2) // a fill into the next section
                     for (double off : {0.0, 0.5})
                         m_a.play(brushTap(loud * (0.7f + 0.3f * float(off)), seed + 5), beat + off, {0.7f, 0.1f, 0.15f},
                                  loose(0.004));
@@ -235,7 +235,7 @@ private:
             const bool offBeat = std::abs(note.beat - std::round(note.beat)) > 0.1;
             const float velocity = std::clamp(loud * (note.accent + 0.35f + (offBeat ? 0.1f : 0.0f)), 0.25f, 1.0f);
             const double beats = note.beats <= 0.5 ? note.beats * 0.95 : note.beats * 0.85;
-            // The front plays a little behind the beat.
+            // The lead plays a little behind the beat.
             m_a.play(frontSound({double(note.pitch), m_a.length(note.beat, beats), velocity}), note.beat,
                      {gain, -0.2f, 0.26f}, 0.012 + loose());
             if (section.kind == 'B' && note.beats >= 1 && m_variant != Late)

@@ -9,15 +9,15 @@ namespace velmora::demo {
 
 struct PadTone {
     float attack, release; // seconds
-    float cutoff;          // Hz, where the filter rests
-    float sweep;           // Hz, how far it wanders
-    float sweepRate;       // times a second; a slow one is a swell
+    float cutoff;          // Hz, lowest while held
+    float sweep;           // Hz, range of its movement above that
+    float sweepRate;       // Hz, speed of the movement
     float detune;          // 0.002 narrow to 0.01 wide
     int voices;            // 2 to 5
 };
 Buffer pad(const Note &note, const PadTone &tone, uint64_t seed);
 
-// Voices that sing "ah", or "oo" with a darker vowel (0 to 1).
+// A choir. `brightness` 0: the vowel "oo", 1: "ah".
 Buffer choir(const Note &note, float brightness, uint64_t seed);
 
 Buffer synthBass(const Note &note, float cutoff, float bite); // bite: how far the filter opens at the start, Hz

@@ -9,7 +9,7 @@
 namespace velmora::demo {
 namespace {
 
-// Pitch factor of a player who lets the tone stand before it moves, and who comes up to it from a little below.
+// Pitch factor of a player: the tone starts a little too low, and the vibrato begins late.
 class Breath {
 public:
     Breath(float rate, float depth, float scoop)
