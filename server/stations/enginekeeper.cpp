@@ -14,7 +14,7 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// Up to so many tracks a view takes some ten milliseconds to build.
+// A view of at most so many tracks is built in about ten milliseconds.
 constexpr int64_t smallCatalogue = 500;
 constexpr std::chrono::milliseconds lookInterval{500};
 // Building takes at most this share of the time while the catalogue keeps changing, and half of it while folders come
@@ -87,7 +87,7 @@ void EngineKeeper::keep()
                 rest(guard, built);
         }
         try {
-            if (m_isStopping || !isLarge()) { // a small one is built by who asks for it
+            if (m_isStopping || !isLarge()) { // the caller builds a small one
                 std::unique_lock guard(m_mutex);
                 m_changed.wait_for(guard, lookInterval, [this] { return m_isStopping.load(); });
                 continue;
@@ -177,7 +177,7 @@ EngineKeeper::Absent EngineKeeper::findAbsent()
 
 void EngineKeeper::report(const char *what) const
 {
-    std::fprintf(stderr, "velmora-server: the stations' view of the music stays as it was: %s\n", what);
+    std::fprintf(stderr, "velmora-server: cannot update the engine's index, the old one stays: %s\n", what);
 }
 
 } // namespace velmora::server

@@ -13,8 +13,8 @@ namespace velmora::server {
 class Catalogue;
 class Store;
 
-// Keeps the engine's view of the catalogue up to date: a small one at once, by whoever asks; a large one on a thread of
-// its own, while requests go on with the view before. Any thread, but never under the store's lock.
+// Keeps the engine's view of the catalogue up to date. The caller rebuilds a small view at once. A large view is
+// rebuilt by a separate thread, while requests use the old view. Any thread, but never under the store's lock.
 class EngineKeeper {
 public:
     using Index = std::shared_ptr<const engine::EngineIndex>;
@@ -25,7 +25,7 @@ public:
     static Duration restFor(Duration built, uint64_t presence, size_t tracks);
 
     EngineKeeper(Store &store, Catalogue &catalogue);
-    ~EngineKeeper(); // ends the building that is under way
+    ~EngineKeeper(); // cancels a build in progress
 
     // Never null. Waits for the first view of a large catalogue: seconds after the start of the service.
     Index current();
@@ -47,7 +47,7 @@ private:
     Store &m_store;
     Catalogue &m_catalogue;
     std::mutex m_building; // held by the request thread that builds a small view; taken before the store's lock
-    std::mutex m_mutex;    // guards what follows
+    std::mutex m_mutex;    // guards the members below
     Index m_index;
     uint64_t m_revision = 0; // of the catalogue when m_index was begun
     uint64_t m_presence = 0; // presenceChanges() of the catalogue then

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int pageSize = 1000; // ids: some 3 ms under the store's lock
 
-// The name in plain words; empty when it has none.
+// The folded name; empty unless it is plain ASCII.
 std::string wordsOf(const std::string &name)
 {
     const std::string folded = foldedText(name);
@@ -23,7 +23,7 @@ std::string wordsOf(const std::string &name)
     return isPlain ? folded : std::string();
 }
 
-// Numbers for things that the store knows by their text only.
+// Numbers for values that the store keeps as text.
 class Numbers {
 public:
     int64_t of(const std::string &text)
@@ -55,8 +55,8 @@ private:
     std::unordered_map<std::string, int> m_places;
 };
 
-// Calls `take` with every row of a query whose first column is an id, in order, and whose parameters are the last id
-// and how many ids make a page.
+// Calls `take` with every row of a query, page by page. The query's first column is an id, in ascending order; its
+// parameters are the last id of the page before and the number of ids in a page.
 void readPages(Store &store, const std::atomic<bool> &isStopping, const char *query,
                const std::function<void(const Statement &)> &take)
 {
@@ -109,7 +109,7 @@ engine::EngineMusic loadEngineMusic(Store &store, const std::atomic<bool> &isSto
             track.album = row.integer(2);
             track.recording = row.integer(3);
             track.work = works.of(row.text(5).empty() ? std::string() : row.text(4) + '\n' + row.text(5));
-            // Composers matter where there are works; a writer of songs is no reason to keep two bands apart.
+            // The composer counts only for a part of a work: two bands may play songs by the same writer in a row.
             track.composer = track.work ? composers.of(row.text(4)) : 0;
             track.movement = static_cast<int>(row.integer(6));
             track.tempo = static_cast<int>(row.integer(7));
@@ -119,7 +119,7 @@ engine::EngineMusic loadEngineMusic(Store &store, const std::atomic<bool> &isSto
             music.tracks.push_back(std::move(track));
             ownStyle.push_back(row.text(9));
         });
-    // All styles of a track stand on one page, as pages are of tracks.
+    // A page is a number of tracks, so all styles of a track are on one page.
     readPages(
         store, isStopping,
         "SELECT t.id, s.name, ts.weight FROM (SELECT DISTINCT track_id AS id FROM track_styles WHERE track_id > "

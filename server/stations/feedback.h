@@ -4,7 +4,7 @@
 
 namespace velmora::server {
 
-// What a listener says of a track that was handed out: it changes what the playlists choose next. Any thread.
+// A listener's opinions of issued tracks. They change what the playlists choose next. Any thread.
 class Feedback {
 public:
     Feedback(Store &store, Clock clock);
@@ -16,7 +16,7 @@ public:
     void sleep(const IssuedTrack &track);
     void bookmarkTrack(const IssuedTrack &track);
     void bookmarkArtist(const IssuedTrack &track);
-    // What the radio did with it: "start", "end", "skip".
+    // Records what the radio did with the track: "start", "end", "skip".
     void event(const IssuedTrack &track, const std::string &type, int64_t seconds);
 
     struct Bookmarks {

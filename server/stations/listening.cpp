@@ -21,7 +21,7 @@ int64_t idOf(const std::string &text)
     return id;
 }
 
-// The column and value that tell a station's own rows, or for the Tapestry station those of its account.
+// The column that selects a station's own rows, or for the Tapestry station the rows of its account.
 const char *ownColumn(const Station &station)
 {
     return station.isTapestry ? "account_id" : "station_id";
@@ -63,7 +63,7 @@ engine::StationTaste Listening::taste(const Station &station)
 
 std::vector<engine::TasteEvent> Listening::events(const Station &station)
 {
-    // Sleeps and bookmarks are the account's; they teach the stations on which the track was heard.
+    // Sleeps and bookmarks belong to the account; they teach the stations on which the track was heard.
     const std::string own = std::string(ownColumn(station)) + " = ?1";
     Statement row = m_db.prepare(
         "SELECT happened_at, kind, track_id FROM ("
@@ -121,7 +121,7 @@ engine::Circumstances Listening::circumstances(const Station &station)
         while (row.step())
             now.excludedTracks.insert(row.integer(0));
     }
-    // Two thumbs down for an artist and none up: the artist is out.
+    // Two thumbs down for an artist and none up exclude the artist.
     struct Thumbs {
         int up = 0, down = 0;
     };

@@ -5,7 +5,7 @@
 
 namespace velmora::server {
 
-// What the store remembers of a listener, in the engine's terms. Used under the store's lock.
+// Reads a listener's history from the store as the engine needs it. Used under the store's lock.
 class Listening {
 public:
     Listening(Database &db, Stations &stations, int64_t now)
@@ -15,10 +15,10 @@ public:
     {
     }
 
-    // The Tapestry station knows every thumb of its account and begins with nothing.
+    // The Tapestry station uses every thumb of its account; it has no seeds.
     engine::StationTaste taste(const Station &station);
     engine::Circumstances circumstances(const Station &station);
-    // What happened in 30 days, by station of the account.
+    // The number of plays in the last 30 days, by station of the account.
     std::unordered_map<int64_t, int> playsByStation(AccountId account);
 
 private:

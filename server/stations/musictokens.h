@@ -7,13 +7,13 @@ namespace velmora::server {
 enum class MusicKind { Artist, Track, Album, Style };
 const char *musicKindName(MusicKind kind);
 
-// What a station can be made from: an artist, track or album by its id, a style by its name.
+// What a station can be made from: an artist, a track or an album by id, or a style by name.
 struct Music {
     MusicKind kind = MusicKind::Track;
     std::string target;
 };
 
-// Names for music that mean something to one account only. A thing keeps its token. Any thread.
+// Tokens that name music for one account only. The same music keeps its token. Any thread.
 class MusicTokens {
 public:
     explicit MusicTokens(Store &store)

@@ -8,8 +8,8 @@ namespace velmora::server {
 // Uniform in [0, bound).
 using Random = std::function<uint32_t(uint32_t bound)>;
 
-// Which of four entries is the advertisement: any but the first, so that a list, the first of a new station above all,
-// begins with music and two advertisements never meet.
+// The place of the advertisement among four entries: never the first, so that every list begins with music
+// and two advertisements never follow each other.
 int adPosition(const Random &random);
 
 } // namespace velmora::server

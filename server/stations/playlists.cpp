@@ -14,7 +14,7 @@ namespace {
 
 using nlohmann::json;
 
-// The terms of a pick and their means over the shortlist, by name; what explains it again.
+// The terms of a pick and their means over the shortlist, by name. They are stored, to explain the pick later.
 std::string termsText(const engine::EngineIndex &index, const engine::Pick &pick)
 {
     constexpr std::array names = {"style", "artist", "sound", "beat", "harmony", "unlike", "fresh"};
@@ -48,7 +48,7 @@ std::string reasonsText(const std::vector<engine::ReasonText> &reasons)
     return all.dump();
 }
 
-// What was stored by an older version explains nothing.
+// No reasons if the text has another form, as an older version may have stored it.
 std::vector<engine::ReasonText> reasonsOf(const std::string &text)
 {
     std::vector<engine::ReasonText> reasons;
@@ -62,7 +62,7 @@ std::vector<engine::ReasonText> reasonsOf(const std::string &text)
     return reasons;
 }
 
-// The station's name in plain letters, for the explanation on the Tapestry station.
+// The station's name in ASCII letters, for the explanation on the Tapestry station.
 engine::ReasonText stationReason(const Station &station)
 {
     const std::string &name = station.name;
@@ -135,7 +135,7 @@ std::set<std::string> Playlists::styles(const Station &station)
         if (seed.kind == engine::Seed::Kind::Style)
             result.insert(seed.style);
     }
-    // What has no file yet is not in the index.
+    // Tracks that have no file yet are not in the index.
     for (const engine::Seed &seed : own->taste.seeds) {
         const Store::Lock db = m_store.lock();
         Statement row = db->prepare(seed.kind == engine::Seed::Kind::Artist
@@ -220,7 +220,7 @@ std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept 
             return std::nullopt;
         const int64_t id = scores->index().facts(pick->candidate().track).id;
         std::optional<Track> track = m_catalogue.track(id);
-        // It went since the index was built, or its transcode is out of date.
+        // The track was removed after the index was built, or its transcode is out of date.
         if (!track || !track->isPlayable || (isLimited && track->needsTranscoding && !m_transcodes->file(id))) {
             now.excludedTracks.insert(id);
             continue;
@@ -244,12 +244,12 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
     }
     moment.now.absent = m_keeper.absent();
     std::vector<PlaylistEntry> entries;
-    std::vector<Choice> choices; // of the entries that are tracks, in their order
+    std::vector<Choice> choices; // one for each track entry, in the same order
     const int adPlace = adPosition(m_random);
     const bool isGrowing = m_catalogue.isGrowing();
     std::set<int64_t> inList;
     while (entries.size() < entriesInList) {
-        // Music of the owner's has no advertisements after it.
+        // No advertisements follow the owner's own music.
         if (static_cast<int>(entries.size()) == adPlace && choices.back().track.isDemo) {
             const Store::Lock db = m_store.lock();
             if (std::optional<IssuedAd> ad = issueAd(*db, station)) {
@@ -266,7 +266,7 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
     }
     {
         const Store::Lock db = m_store.lock();
-        if (!m_stations.find(station.id)) // deleted meanwhile
+        if (!m_stations.find(station.id)) // it was deleted in the meantime
             return {};
         Transaction change(*db);
         auto choice = choices.begin();
@@ -283,7 +283,7 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
 
 void Playlists::prepare(const Station &station, Kept &own, Moment moment, const std::vector<PlaylistEntry> &entries)
 {
-    constexpr int ahead = 2; // the next list begins with one of them, unless something fits better by then
+    constexpr int ahead = 2; // the next list begins with one of them, unless another track fits better then
     std::vector<int64_t> tracks;
     for (const PlaylistEntry &entry : entries) {
         if (entry.track && entry.track->track.needsTranscoding)
@@ -310,7 +310,7 @@ bool Playlists::isPreparing()
 void Playlists::forgetOld(Database &db)
 {
     db.run("DELETE FROM sleeps WHERE until <= ?1", m_clock());
-    // These look through whole tables, and what is a little too old does no harm.
+    // These scan whole tables. Rows that are a little too old do no harm.
     const int64_t now = m_clock();
     if (now >= m_forgottenAt && now < m_forgottenAt + forgetSeconds)
         return;
@@ -338,7 +338,7 @@ std::optional<IssuedAd> Playlists::issueAd(Database &db, const Station &station)
 {
     int64_t id = 0;
     {
-        // The one that this listener has not had for the longest time.
+        // The advertisement that this listener heard least recently.
         Statement row =
             db.prepare("SELECT a.id FROM ads a LEFT JOIN issued_ads i ON i.ad_id = a.id AND i.account_id = ?1 "
                        "WHERE a.is_playable = 1 GROUP BY a.id ORDER BY COALESCE(MAX(i.id), 0), a.id LIMIT 1");

@@ -11,14 +11,14 @@
 
 namespace velmora::server {
 
-// A track or an advertisement that was handed to a listener, under a token of that account's own.
+// A track or an advertisement that was issued to a listener, under a token that is valid for that account only.
 struct IssuedTrack {
     std::string token;
     AccountId accountId = 0;
     int64_t stationId = 0;
     Track track;
     std::vector<engine::ReasonText> reasons;
-    int64_t issueId = 0; // grows with every track that is issued
+    int64_t issueId = 0; // ascending: a later track has a higher one
 };
 
 struct IssuedAd {
@@ -34,32 +34,33 @@ struct PlaylistEntry {
     std::optional<IssuedAd> ad;
 };
 
-// Chooses what a station plays and remembers what was chosen for whom and why. Any thread, but next(), styles() and
-// hasOwnMusic() never under the store's lock: comparing music takes its time.
+// Chooses what a station plays, and stores what was chosen for whom and why. Any thread. next(), styles() and
+// hasOwnMusic() compare music, which takes long, so they are never called under the store's lock.
 class Playlists {
 public:
     static constexpr int entriesInList = 4;
-    static constexpr int64_t tokenSeconds = 2 * 24 * 3600; // a token is of use so long
+    static constexpr int64_t tokenSeconds = 2 * 24 * 3600; // a token is valid so long
     static constexpr int64_t sleepSeconds = 30 * 24 * 3600;
     static constexpr int64_t forgetSeconds = 600;          // old rows are deleted so often
-    static constexpr int64_t playSeconds = 90 * 24 * 3600; // what was heard is remembered so long
+    static constexpr int64_t playSeconds = 90 * 24 * 3600; // plays are kept so long
 
     Playlists(Store &store, Catalogue &catalogue, Stations &stations, Clock clock, Random random);
 
-    // Not owned; set before the server answers. Null where no music needs transcoding.
+    // Not owned; set before the server answers requests. Null when no music needs transcoding.
     void setTranscodes(Transcodes *transcodes) { m_transcodes = transcodes; }
 
-    // The styles that the station is about.
+    // The styles of the station's seeds.
     std::set<std::string> styles(const Station &station);
-    // Whether something playable has to do with what the station was made from.
+    // Whether a track that is related to the station's seeds may be played: present, not disliked, and allowed by the
+    // explicit filter.
     bool hasOwnMusic(const Station &station);
-    // The next four entries; fewer while the catalogue is still being made, because the same track twice in a row is
-    // worse than coming back for another list. Empty when nothing at all may be played: no track has its file yet, or
-    // thumbs down and sleeps stand against every one. The first track can be played at once; those after it may still
-    // have to be transcoded, which is begun here. `deviceKeyHash` tells who will play it.
+    // The next four entries. Fewer while the catalogue is still being made, because a shorter list is better than the
+    // same track twice in a row. Empty when nothing may be played: no track has a file yet, or thumbs down and sleeps
+    // exclude every track. The first track can be played at once. Later ones may still need a transcode, which is
+    // started here. `deviceKeyHash` identifies the device that will play the list.
     std::vector<PlaylistEntry> next(const Station &station, const std::string &deviceKeyHash = {});
 
-    // Whether tracks become ready that were not when next() was asked.
+    // Whether transcodes are in progress: a later next() may have more tracks to choose from.
     bool isPreparing();
 
     std::optional<IssuedTrack> findTrack(AccountId account, const std::string &token);
@@ -67,7 +68,7 @@ public:
     void registerAd(AccountId account, const std::string &token);
 
 private:
-    // What was compared for a station, kept while it is among those used last.
+    // The results of comparing music for a station; kept for the stations that were used most recently.
     struct Kept {
         std::mutex mutex; // held while the station chooses; taken before the store's lock
         engine::StationTaste taste;
@@ -83,8 +84,8 @@ private:
 
     std::shared_ptr<Kept> kept(int64_t stationId);
     std::shared_ptr<const engine::StationScores> scoresOf(const Station &station, Kept &kept);
-    // The station that chooses the next track: for the Tapestry station one of the account's, drawn by how much it was
-    // heard lately, or the Tapestry station itself.
+    // The station that chooses the next track. For the Tapestry station it is drawn from the account's stations,
+    // weighted by how much each was heard lately, or is the Tapestry station itself.
     Station chooser(const Station &station);
     // What one list is chosen by.
     struct Moment {
@@ -109,7 +110,7 @@ private:
     Transcodes *m_transcodes = nullptr;
     EngineKeeper m_keeper;
     std::mutex m_mutex;                                          // guards m_kept
-    std::list<std::pair<int64_t, std::shared_ptr<Kept>>> m_kept; // the one used last in front
+    std::list<std::pair<int64_t, std::shared_ptr<Kept>>> m_kept; // most recently used first
 };
 
 } // namespace velmora::server

@@ -7,11 +7,11 @@ namespace velmora::server {
 
 namespace {
 
-constexpr int64_t hastySeconds = 3; // shorter plays say nothing: undecodable, or keys pressed in haste
+constexpr int64_t hastySeconds = 3; // shorter plays are ignored: the file did not decode, or keys were pressed quickly
 constexpr double endedShare = 0.9;
 constexpr double skippedShare = 0.5;
 
-// What leaving a track after so many seconds says about it.
+// The outcome of leaving a track after so many seconds.
 const char *outcomeOf(int64_t seconds, int64_t duration)
 {
     if (static_cast<double>(seconds) >= endedShare * static_cast<double>(duration))
@@ -58,7 +58,7 @@ void Plays::endEarlier(Database &db, int64_t issueId)
     };
     std::vector<Play> earlier;
     {
-        // A thumb or a sleep while it played has said all there is to say.
+        // A thumb or a sleep given during the play already states the opinion.
         Statement row = db.prepare(
             "SELECT p.issue_id, ?2 - p.started_at, t.duration, p.station_id = n.station_id, "
             "EXISTS (SELECT 1 FROM feedback f WHERE f.station_id = p.station_id AND f.track_id = p.track_id AND "

@@ -6,15 +6,15 @@ namespace velmora::server {
 
 struct IssuedTrack;
 
-// What was really heard, seen by the requests for audio: the first one for an issued track is its start, the next start
-// of the same device ends it. A doubt never counts as a skip. Any thread.
+// What was heard, derived from the requests for audio: the first request for an issued track is its start, and the
+// device's next start ends it. A doubtful case never counts as a skip. Any thread.
 class Plays {
 public:
     Plays(Store &store, Clock clock);
 
-    // Further requests for the same issue (ranges, repetitions) change nothing. Unknown issues are ignored.
+    // Further requests for the same issue (ranges, retries) change nothing. Unknown issues are ignored.
     void started(int64_t issueId);
-    // A radio that reports by itself knows better: "start", "end" or "skip", after so many seconds.
+    // The radio's own report overrides this: "start", "end" or "skip", after so many seconds.
     void reported(const IssuedTrack &track, const std::string &type, int64_t seconds);
 
 private:

@@ -139,7 +139,7 @@ void Stations::createStarters(AccountId account)
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     const std::vector<std::string> styles = m_catalogue.largestStyles(mostStarters);
-    // A list by date shows the newest first: made in reverse, they come in alphabetical order.
+    // A list by date shows the newest first, so making them in reverse gives alphabetical order.
     Station station;
     for (auto style = styles.rbegin(); style != styles.rend(); ++style)
         create(account, {MusicKind::Style, *style}, &station);

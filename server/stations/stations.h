@@ -14,7 +14,7 @@ struct Station {
     std::string token;
     std::string name;
     bool isTapestry = false; // the one station of every account that mixes all others; cannot be renamed or deleted
-    bool isShared = false;   // another listener's, heard along
+    bool isShared = false;   // plays another listener's station
     bool allowRename = true;
     bool allowDelete = true;
     bool allowAddMusic = true;
@@ -25,7 +25,7 @@ struct Station {
 
 enum class StationResult { Done, TooMany, NoSuchStation, NoSuchMusic, NotAllowed };
 
-// The listeners' stations. Every look-up names the account; another account's station does not exist. Any thread.
+// The listeners' stations. Every look-up names the account and never finds another account's station. Any thread.
 class Stations {
 public:
     static constexpr int mostStations = 100;  // of one account, the Tapestry station among them
@@ -35,21 +35,21 @@ public:
     Stations(Store &store, Catalogue &catalogue, Clock clock);
 
     enum class Order { ByDate, ByName };
-    // The Tapestry station first, the others as asked for.
+    // The Tapestry station first, then the others in the requested order.
     std::vector<Station> list(AccountId account, Order order = Order::ByDate, bool isDescending = true);
     std::optional<Station> find(AccountId account, const std::string &token);
     std::optional<Station> find(int64_t id);
     int count(AccountId account);
-    // Changes whenever the list would look different.
+    // Changes whenever the visible list changes.
     std::string checksum(AccountId account);
 
-    // Every account has one, made with the account.
+    // Every account has one, created with the account.
     Station createTapestry(AccountId account);
-    // What a new listener finds: a station for each of the catalogue's largest styles.
+    // Creates a new listener's first stations, one for each of the catalogue's largest styles.
     void createStarters(AccountId account);
-    // A station that begins with this music. The same music again gives the station there already is.
+    // A station with this music as its seed. The same music again gives the existing station.
     StationResult create(AccountId account, const Music &music, Station *station);
-    // One that stands for another listener's station; no feedback, no new name.
+    // A station that represents another listener's; it takes no feedback and no new name.
     StationResult createShared(AccountId account, const Music &music, const std::string &name, Station *station);
     StationResult rename(AccountId account, const std::string &token, const std::string &name, Station *station);
     StationResult remove(AccountId account, const std::string &token);
@@ -58,13 +58,13 @@ public:
     StationResult makeOwn(AccountId account, const std::string &token, Station *station);
 
     std::vector<Music> seeds(int64_t stationId);
-    // Public id of a track whose picture stands for the station; nothing when there is none.
+    // Public id of the track whose picture represents the station; nothing when there is none.
     std::optional<std::string> pictureId(const Station &station);
     std::optional<std::string> pictureId(const Music &music);
 
 private:
     Station insert(AccountId account, const std::string &name, const std::optional<Music> &seed, bool isTapestry);
-    // The music's name for people; nothing when there is no such music.
+    // The music's display name; nothing when there is no such music.
     std::optional<std::string> nameOf(const Music &music);
     std::optional<Station> withOnlySeed(AccountId account, const Music &music);
 
