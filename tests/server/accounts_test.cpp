@@ -1,4 +1,4 @@
-// People and devices: passwords, the slow-down, sessions, the device key, activation codes and grants, reset tokens.
+// Accounts and devices: passwords, login throttling, sessions, device keys, activation codes and grants, reset tokens.
 
 #include "serverfixture.h"
 
@@ -53,7 +53,7 @@ TEST_F(AccountsTest, UserNamesAndPasswordsAreCheckedBeforeAnAccountIsMade)
 TEST_F(AccountsTest, AnUnknownAccountTakesTheTimeOfAKnownOne)
 {
     addAccount();
-    // Dear enough that the hash outweighs everything else.
+    // Expensive enough that the hash dominates the time.
     PasswordHasher hasher({2, 16 * 1024 * 1024});
     Accounts accounts(m_service->store, hasher, [] { return int64_t(0); });
     accounts.changePassword(idOf(), "another password");
@@ -69,7 +69,7 @@ TEST_F(AccountsTest, AnUnknownAccountTakesTheTimeOfAKnownOne)
         known.push_back(timeOf(miraName, i));
         unknown.push_back(timeOf("nobody@example.org", i));
     }
-    // The quickest of each: what the machine does besides only adds.
+    // The minimum of each: other load on the machine only adds time.
     const auto k = static_cast<double>(std::min_element(known.begin(), known.end())->count());
     const auto u = static_cast<double>(std::min_element(unknown.begin(), unknown.end())->count());
     EXPECT_GT(u, 0.5 * k);
@@ -156,7 +156,7 @@ TEST_F(AccountsTest, TokensCodesAndPasswordsAreNotInTheDatabase)
                                    m_service->activationCodes.issueForAccount(mira),
                                    "00112233445566778899aabbccddeeff"};
     RequestKeys(m_service->store, systemClock()).once({"owner", secrets[6], secrets[0], false}, [&] {
-        return json{{"code", 0}, {"data", secrets[2]}}; // a remembered answer may carry a token
+        return json{{"code", 0}, {"data", secrets[2]}}; // a stored answer may contain a token
     });
     EXPECT_EQ(m_service->sessions.find(secrets[2])->keyHash, m_keyHash);
     std::string stored;
@@ -179,7 +179,7 @@ TEST_F(AccountsTest, AnIdentityWithAnotherKeyIsAnotherDevice)
     EXPECT_FALSE(devices.disassociate(m_slot, m_otherKeyHash));
     devices.associate(m_slot, m_otherKeyHash, tomas);
     const std::string session = m_service->sessions.openUser(mira, m_keyHash, m_slot);
-    EXPECT_EQ(devices.find(m_slot, m_keyHash)->accountId, mira) << "the first one keeps what it has";
+    EXPECT_EQ(devices.find(m_slot, m_keyHash)->accountId, mira) << "the first device keeps its account";
     EXPECT_EQ(devices.find(m_slot, m_otherKeyHash)->accountId, tomas);
     EXPECT_TRUE(devices.disassociate(m_slot, m_otherKeyHash));
     EXPECT_TRUE(m_service->sessions.find(session));
@@ -199,7 +199,7 @@ TEST_F(AccountsTest, AnAccountSeesAndRevokesItsOwnDevicesOnly)
     EXPECT_FALSE(m_service->devices.revoke(tomas, m_slot));
     ASSERT_EQ(m_service->devices.ofAccount(mira).size(), 1u);
     EXPECT_TRUE(m_service->devices.revoke(mira, m_slot));
-    EXPECT_TRUE(m_service->sessions.find(session)->isRevoked) << "kept, for the radio to learn of it";
+    EXPECT_TRUE(m_service->sessions.find(session)->isRevoked) << "the session is kept, so that the radio learns of it";
     EXPECT_EQ(m_service->devices.ofAccount(mira).size(), 0u);
 }
 

@@ -1,5 +1,5 @@
-// The functions over a Dispatcher: tokens, malformed requests, the codes of refusals, devices and stations from end to
-// end.
+// The functions, called through a Dispatcher: tokens, malformed requests, error codes, devices, stations, repeated
+// requests.
 
 #include "serverfixture.h"
 
@@ -98,7 +98,7 @@ TEST_F(ApiTest, EveryFunctionWantsItsOwnKindOfToken)
     EXPECT_EQ(static_cast<int>(noScheme.code), 5097);
 }
 
-TEST_F(ApiTest, LoginRefusalsSayNoMoreThanTheyMust)
+TEST_F(ApiTest, ARefusedLoginDoesNotTellWhetherTheAccountExists)
 {
     const AccountId mira = addAccount();
     const TestDevice device = addDevice();
@@ -189,7 +189,7 @@ TEST_F(ApiTest, TheStationListComesTapestryFirstAndInTheOrderAskedFor)
     EXPECT_EQ(names({{"sortField", "name"}, {"sortOrder", "desc"}}), "TSRA");
 }
 
-TEST_F(ApiTest, StationsAreMadeRenamedDeletedAndTheChecksumFollows)
+TEST_F(ApiTest, TheChecksumChangesWhenAStationIsCreatedRenamedOrDeleted)
 {
     const std::string user = newListener();
     const auto checksum = [&] { return data("getStationListChecksum", json::object(), user).at("checksum"); };
@@ -327,8 +327,8 @@ TEST_F(ApiTest, ARepetitionWithItsRequestKeyChangesNothingAndGetsTheFirstAnswer)
     const Reply made = call("createUser", account, device.partnerToken);
     ASSERT_EQ(made.code, 0);
     EXPECT_EQ(call("deleteStation", deletion, user).code, 0);
-    EXPECT_EQ(call("deleteStation", deletion, other).code, 5102) << "the same key of another account is another one";
-    EXPECT_EQ(call("deleteStation", {{"stationToken", "x"}}, user).code, 5001) << "the key of another request";
+    EXPECT_EQ(call("deleteStation", deletion, other).code, 5102) << "another account may use the same key";
+    EXPECT_EQ(call("deleteStation", {{"stationToken", "x"}}, user).code, 5001) << "the key belongs to another request";
     start();
     EXPECT_EQ(call("createUser", account, device.partnerToken).data, made.data);
     EXPECT_EQ(call("deleteStation", deletion, user).code, 0);

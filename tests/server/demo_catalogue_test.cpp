@@ -37,13 +37,13 @@ std::string bytes(const fs::path &file)
     return content;
 }
 
-// A decoded file, and what its samples say.
+// A decoded file and measurements of its samples.
 struct Decoded {
     uint64_t promised = 0;
     unsigned rate = 0, channels = 0, bits = 0;
     std::vector<float> left, right;
     std::set<std::string> tags;
-    bool whole = false; // checksum included
+    bool whole = false; // to the end, and the checksum matches
 
     double decibels(double from, double to) const
     {
@@ -120,7 +120,7 @@ void expectSound(const Decoded &sound, int seconds)
     EXPECT_GE(sound.peak(), 0.5f);    // nor below -6
     EXPECT_NEAR(sound.decibels(0, seconds), -19, 3);
     const double sum = std::accumulate(sound.left.begin(), sound.left.end(), 0.0);
-    EXPECT_LT(std::abs(sum / double(sound.left.size())), 0.001) << "an offset";
+    EXPECT_LT(std::abs(sum / double(sound.left.size())), 0.001) << "a DC offset";
     EXPECT_LT(sound.decibels(seconds - 0.05, seconds), -80) << "ends in silence";
 }
 
@@ -139,7 +139,7 @@ TEST(catalogue, hasSixStylesOfFourArtistsWithFourTracksEachAndTheyTakeTurns)
             EXPECT_GE(count, 4) << artist;
     }
     EXPECT_TRUE(moods.size() >= 4 && moods.size() <= 6) << moods.size();
-    // Six styles once, then again by others.
+    // Each of the six styles once, then again by other artists.
     std::set<std::string> heardStyles, heardArtists;
     for (const DemoTrack &track : tracksInTurn(2)) {
         heardStyles.insert(track.style);
@@ -150,7 +150,7 @@ TEST(catalogue, hasSixStylesOfFourArtistsWithFourTracksEachAndTheyTakeTurns)
     EXPECT_EQ(tracksInTurn(1000).size(), tracks().size());
 }
 
-TEST(catalogue, aTrackOfEveryStyleIsMadeFirstAWantedOneBeforeAllThenAdsThenTheRest)
+TEST(catalogue, aRequestedStyleComesFirstThenATrackOfEachStyleThenAdsThenTheRest)
 {
     const auto order = [](const char *wanted, const char *made) {
         std::vector<DemoTrack> tracks;
@@ -169,7 +169,7 @@ TEST(catalogue, aTrackOfEveryStyleIsMadeFirstAWantedOneBeforeAllThenAdsThenTheRe
     };
     EXPECT_EQ(order("", ""), "a1! b1! c1! ads a2 b2 a3 ");
     EXPECT_EQ(order("c", ""), "c1! a1! b1! ads a2 b2 a3 ");
-    EXPECT_EQ(order("a", "a2"), "b1! c1! ads a1 b2 a3 ") << "a style that has something is not urgent";
+    EXPECT_EQ(order("a", "a2"), "b1! c1! ads a1 b2 a3 ") << "a style with a track is not urgent";
 }
 
 TEST(catalogue, idsLengthsYearsTemposAndNamesAreInTheirBounds)
@@ -182,7 +182,7 @@ TEST(catalogue, idsLengthsYearsTemposAndNamesAreInTheirBounds)
     const auto isForeign = [](const std::string &text) {
         return std::any_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     };
-    int foreignArtists = 0, foreignSongs = 0, longSongs = 0; // to try search and marquee with
+    int foreignArtists = 0, foreignSongs = 0, longSongs = 0; // they exercise search and marquee
     for (const DemoTrack &track : tracks()) {
         take(track.id);
         EXPECT_TRUE(track.durationSeconds >= 60 && track.durationSeconds <= 100) << track.id;
@@ -238,7 +238,7 @@ TEST(files, oneTrackOfEachStyleSoundsFromTheFirstSecondsToTheLast)
         expectSound(sound, track.durationSeconds);
         EXPECT_TRUE(sound.tags.contains("TITLE=" + track.song) && sound.tags.contains("ARTIST=" + track.artist));
         for (double at = 2; at < track.durationSeconds - 6; at += 2)
-            EXPECT_GT(sound.decibels(at, at + 2), -42) << "a hole at " << at;
+            EXPECT_GT(sound.decibels(at, at + 2), -42) << "silence at " << at;
     }
 }
 
@@ -269,7 +269,7 @@ TEST(files, picturesAreSquareAndShownByAllTracksOfAnAlbum)
     EXPECT_EQ(different.size(), albums.size() + ads().size()) << "albums and advertisements have pictures of their own";
 }
 
-TEST(files, aFolderIsDescribedCompletedAndClearedOfWhatAnInterruptedRunLeft)
+TEST(files, anInterruptedFolderIsCompletedAndItsUnfinishedFilesRemoved)
 {
     TemporaryDirectory directory;
     const fs::path root = directory / "demo";
@@ -305,7 +305,7 @@ TEST(files, whatCannotBeMadeIsRefusedAndLeavesNothingBehind)
     EXPECT_FALSE(renderTrack(unknown, directory / "a.flac"));
     EXPECT_FALSE(renderAd({"unknown", "", "", 5}, directory / "a.flac"));
     EXPECT_FALSE(renderPicture("unknown", directory / "a.png"));
-    // A directory in the file's place: the temporary file can be written, the last step cannot be done.
+    // A directory in the file's place: the temporary file can be written, but not renamed.
     ASSERT_TRUE(fs::create_directory(directory / "taken"));
     std::ofstream(directory / "taken/inside") << "kept";
     for (const char *place : {"taken", "missing/a"}) {
@@ -321,7 +321,7 @@ TEST(files, aFullDiskIsNoticedAndLeavesTheOldFile)
     TemporaryDirectory directory;
     const fs::path file = directory / "a.flac";
     std::ofstream(file) << "old";
-    // The process may not write files of this size: what a full disk answers, without one.
+    // A limit on the size of files stands in for a full disk.
     rlimit before{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
@@ -335,7 +335,7 @@ TEST(files, aFullDiskIsNoticedAndLeavesTheOldFile)
     EXPECT_EQ(entries(directory), 1);
 }
 
-TEST(files, whatIsTooLoudIsClippedAndNotWrappedAround)
+TEST(files, samplesBeyondFullScaleAreClippedNotWrapped)
 {
     TemporaryDirectory directory;
     const Buffer loud{0, 2, -2, 1, -1, 0.5f};

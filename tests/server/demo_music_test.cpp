@@ -1,4 +1,4 @@
-// The synthesiser: voices in tune and without clicks, every piece as its players play it.
+// The synthesiser: each voice is in tune and without clicks, and each piece sounds in all its bars.
 
 #include "demomusic/arrangement.h"
 #include "demomusic/cataloguetable.h"
@@ -34,7 +34,7 @@ bool isFinite(const Buffer &sound)
     return std::all_of(sound.begin(), sound.end(), [](float x) { return std::isfinite(x); });
 }
 
-// How much of a frequency is in the first second of a sound (Hann window).
+// The amplitude of a frequency in the first second of a sound (Hann window).
 double strength(const Buffer &sound, double hertz)
 {
     const size_t length = std::min(sound.size(), size_t(sampleRate));
@@ -63,7 +63,7 @@ struct Voice {
     const char *name;
     Buffer (*play)(const Note &);
     double low, high;
-    double tolerance; // in semitones: of several voices, as far as they are detuned against each other
+    double tolerance; // in semitones; for several voices, how far they are detuned
 };
 
 const Voice voices[] = {
@@ -138,7 +138,7 @@ TEST(drums, endWithoutAClickAndDifferFromStrokeToStroke)
     EXPECT_EQ(snare(1, 1), snare(1, 1));
 }
 
-// A piece played dry: no room, no limiter.
+// A piece without reverb and limiter.
 class EveryTexture : public testing::TestWithParam<size_t> {
 protected:
     EveryTexture()
@@ -172,13 +172,13 @@ TEST_P(EveryTexture, soundsInAllItsBarsAndRingsOut)
         const double from = arrangement.seconds(section.beat), to = arrangement.seconds(section.beat + section.beats);
         EXPECT_GT(decibels(from, std::min(to, length)), all - 16) << section.kind << section.pass;
         for (double at = from; at + 2 < std::min(to, length - 5); at += 1)
-            EXPECT_GT(decibels(at, at + 2), all - 26) << "a hole at " << at << " in " << section.kind << section.pass;
+            EXPECT_GT(decibels(at, at + 2), all - 26) << "silence at " << at << " in " << section.kind << section.pass;
     }
     const ChordSpan &last = arrangement.chords().back();
     EXPECT_EQ(last.chord.bass, 0) << "does not end on the key note";
     EXPECT_GT(decibels(arrangement.seconds(last.beat), arrangement.seconds(last.beat) + 1.5), all - 12)
         << "no last chord";
-    if (entry.piece.style != Style::Drones) { // drones have no end of their own: the recording is faded out
+    if (entry.piece.style != Style::Drones) { // drones do not end by themselves: the recording is faded out
         EXPECT_LT(decibels(length - 0.5, length), all - 12) << "cut off while sounding";
     }
 }

@@ -1,4 +1,4 @@
-// What the numbers of a track say, on signals whose answer is known.
+// The descriptor of a track, for signals with known properties.
 
 #include "server/media/descriptor.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr double seconds = 12;
 
-// A tone at each time: decaying, with four harmonics.
+// A decaying tone with four harmonics at each time.
 std::vector<float> notes(int rate, const std::vector<std::pair<double, double>> &timesAndHertz)
 {
     std::vector<float> samples(static_cast<size_t>(seconds * rate), 0);
@@ -62,7 +62,7 @@ TEST(DescriptorTest, TempoAndKeyAreHeardAtEverySampleRate)
     }
 }
 
-TEST(DescriptorTest, BrightnessAndLevelAreNumbersOfTheirOwn)
+TEST(DescriptorTest, LoudnessDoesNotChangeWhatDescribesTheSound)
 {
     std::mt19937 random(1);
     std::normal_distribution<float> normal(0, 0.1f);
@@ -84,7 +84,7 @@ TEST(DescriptorTest, BrightnessAndLevelAreNumbersOfTheirOwn)
         EXPECT_NEAR(quietNumbers[i], whiteNumbers[i], 0.01f) << "loudness is no property of the sound: " << i;
 }
 
-TEST(DescriptorTest, PiecesOfAnySizeGiveTheSameAndBadInputIsRefused)
+TEST(DescriptorTest, TheSizeOfTheBlocksDoesNotMatterAndBadInputIsRefused)
 {
     std::vector<float> samples = arpeggio(44100, 100, majorChord);
     const auto whole = described(44100, samples, samples.size());

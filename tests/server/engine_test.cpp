@@ -23,7 +23,7 @@ struct LibrarySettings {
     bool isHeard = true;
 };
 
-// Tracks of a style sound alike; ids count from 1, artist by artist, style by style. Albums have three tracks.
+// Tracks of one style sound alike. Ids count from 1, by style and then by artist. Albums have three tracks.
 EngineMusic library(const LibrarySettings &settings = {})
 {
     EngineMusic music;
@@ -76,7 +76,7 @@ Seed styleSeed(const std::string &style)
     return {Seed::Kind::Style, 0, style};
 }
 
-// Plays so many tracks of a station; ids in order.
+// Plays so many tracks of a station; returns their ids in order.
 std::vector<int64_t> play(const std::shared_ptr<const EngineIndex> &index, const StationTaste &taste, int count,
                           Circumstances now = {}, uint64_t seed = 1)
 {
@@ -121,9 +121,9 @@ TEST(EngineTest, StylesComeFromOwnTagsThenTheArtistsThenWhatSoundsAlike)
 {
     EngineMusic music = library();
     music.tracks[0].tags = {{1, 1}}; // wrongly tagged rock by an artist of folk
-    music.tracks[1].tags.clear();    // the artist's other tracks are folk and that one rock
+    music.tracks[1].tags.clear();    // so the artist's tags are folk and that one rock
     for (size_t song = 30; song < 35; ++song)
-        music.tracks[song].tags.clear(); // an artist without any tag: only the sound knows
+        music.tracks[song].tags.clear(); // an artist without any tag: only the sound tells
     const auto silent = indexOf(music, StyleShares::Votes::Ignored);
     EXPECT_NEAR(silent->shares().share(0, 1), 1 / 1.6, 0.001);
     EXPECT_NEAR(silent->shares().share(0, 0), 0.6 / 1.6, 0.001);
@@ -167,7 +167,7 @@ TEST(EngineTest, ScoresAreTheSumsOfTheirTerms)
     for (Position track = 0; track < index->size(); ++track) {
         const Terms terms = anew.terms(track);
         EXPECT_NEAR(sumOf(terms), anew.base(track), 1e-4);
-        EXPECT_EQ(grown.base(track), anew.base(track)) << "what was compared before is compared the same";
+        EXPECT_EQ(grown.base(track), anew.base(track)) << "reused comparisons have the same result";
     }
     const auto term = [](const StationScores &scores, int64_t id, Term wanted) {
         Terms terms = scores.terms(static_cast<Position>(id - 1));
@@ -216,7 +216,7 @@ TEST(EngineTest, RulesHoldHoweverSmallTheLibrary)
         const auto index = indexOf(library(settings));
         const std::vector<int64_t> ids = play(index, {{styleSeed("folk")}, {}, {}, {}}, 200);
         ASSERT_EQ(ids.size(), 200u);
-        // A station of one artist must leave its style, so there the whole library counts as music that fits.
+        // A station of one artist has to leave its style, so the whole library fits there.
         const int fitting = row.artists * row.tracks;
         std::map<int64_t, int> last;
         for (int i = 0; i < 200; ++i) {
@@ -297,7 +297,7 @@ TEST(EngineTest, WhatIsForbiddenIsNeverPlayed)
     EXPECT_EQ(std::vector<int>(rest.begin(), rest.begin() + 4), (std::vector<int>{2, 4, 5, 2}));
 }
 
-TEST(EngineTest, ListenersAreUnderstoodByTheirThumbsAndForgottenWithThem)
+TEST(EngineTest, ThumbsTeachTheModelAndDeletedOnesAreForgotten)
 {
     const auto index = indexOf(library());
     StationTaste mixed;
@@ -325,7 +325,7 @@ TEST(EngineTest, ListenersAreUnderstoodByTheirThumbsAndForgottenWithThem)
         EXPECT_GE(after, std::min(0.95, 2 * share(play(index, mixed, 60, {}, 5), likes))) << name;
     }
 
-    // Skips and sleeps teach less than thumbs; what is not told leaves the model as it was.
+    // Skips and sleeps teach less than thumbs. Events that are not passed in leave the model unchanged.
     const auto weightOf = [&](std::vector<TasteEvent> events) {
         return Taste(*index, events).weight(static_cast<size_t>(Attribute::Tempo));
     };
@@ -347,7 +347,7 @@ TEST(EngineTest, ListenersAreUnderstoodByTheirThumbsAndForgottenWithThem)
         << "only the last 500 count";
 }
 
-// The shortlist scored again with some terms at their means, written apart from the engine's own.
+// Scores the shortlist again with some terms at their means; independent of the engine's own code.
 size_t winnerAtMeans(const Pick &pick, const std::vector<size_t> &terms)
 {
     std::map<size_t, double> means;
@@ -365,7 +365,7 @@ size_t winnerAtMeans(const Pick &pick, const std::vector<size_t> &terms)
     return static_cast<size_t>(std::max_element(scores.begin(), scores.end()) - scores.begin());
 }
 
-TEST(EngineTest, EveryReasonDecidesAndItsWordsAreThoseOfItsTerm)
+TEST(EngineTest, EveryReasonChangesTheChoiceAndHasTheWordsOfItsTerm)
 {
     EngineMusic music = library();
     for (EngineTrack &track : music.tracks) {
@@ -410,7 +410,7 @@ TEST(EngineTest, EveryReasonDecidesAndItsWordsAreThoseOfItsTerm)
     EXPECT_LT(ids["variety"], 45) << "of 450";
 }
 
-TEST(EngineTest, WordsSayNoMoreThanTheirTermKnows)
+TEST(EngineTest, AReasonClaimsNoMoreThanItsTermKnows)
 {
     EngineMusic music = library();
     for (size_t song = 60; song < 65; ++song)

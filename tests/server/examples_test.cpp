@@ -1,4 +1,4 @@
-// Replays the examples that the library's tests replay too: the same requests, answers of the same shape.
+// Replays the examples that the client library's tests also replay: same requests, answers of the same shape.
 
 #include "serverfixture.h"
 
@@ -23,7 +23,7 @@ bool isOneKind(const json &a, const json &b)
     return a.type() == b.type() || (a.is_number_integer() && b.is_number_integer());
 }
 
-// Which record of a list an answer's record is to be compared with: one of the same type.
+// The record of an example's list that a record of the answer is compared with: one of the same type.
 const json &counterpart(const json &examples, const json &actual)
 {
     for (const json &example : examples) {
@@ -62,7 +62,7 @@ public:
 
 class ExamplesTest : public ServerTest, public testing::WithParamInterface<std::string> {
 protected:
-    // The example's request with tokens that mean something here, on a device that the example may assume.
+    // The example's request with tokens that are valid here, from a device in the state that the example assumes.
     json request(const std::string &function, json parameters, const std::string &user, const TestDevice &device);
 
     SilentMailer m_mailer;

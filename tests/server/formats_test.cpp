@@ -1,4 +1,4 @@
-// Music that radios do not decode: every format as FLAC, lists that wait for nobody, the cache, files that mean harm.
+// Formats that radios do not decode: transcoding to FLAC, lists that never wait for it, the cache, hostile files.
 
 #include "httpclient.h"
 #include "server/library/library.h"
@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 constexpr int rate = 16000;
 constexpr double seconds = 22;
 
-// Chords that change every half second, another melody for each seed.
+// Chords that change every half second; each seed has a different melody.
 std::vector<float> melody(unsigned seed)
 {
     std::mt19937 random(seed);
@@ -121,7 +121,7 @@ protected:
         sf_writef_float(wav, samples.data(), static_cast<sf_count_t>(samples.size()));
         sf_close(wav);
     }
-    // An executable that stands for velmora-media-formats.
+    // An executable in place of velmora-media-formats.
     void useProgram(const char *script)
     {
         m_settings.formatsProgram = m_directory.path() / "formats";
@@ -209,7 +209,7 @@ TEST_F(FormatsTest, EveryFormatReachesTheRadioAsFlac)
         SCOPED_TRACE(format.name);
         ASSERT_EQ(fate(format.name), "plays");
         const std::optional<Track> track = m_service->catalogue.track(trackAt(format.name));
-        if (fs::path(format.name).extension() != ".tta") { // libav writes none there
+        if (fs::path(format.name).extension() != ".tta") { // libav writes no tags into it
             EXPECT_EQ(track->song, format.name);
             EXPECT_EQ(track->artist, std::string("Artist of ") + format.name);
         }
@@ -235,7 +235,7 @@ TEST_F(FormatsTest, EveryFormatReachesTheRadioAsFlac)
         EXPECT_NEAR(std::sqrt(power), 0.142, 0.01);
         EXPECT_TRUE(!format.isLossless || worst < 2.0 / 32768) << worst;
     }
-    // The same sound as a file that radios decode: that one plays.
+    // The same recording in a format that radios decode: that file plays.
     writeMelody("k.wav", 2, "b.m4a");
     m_library->rescan();
     ASSERT_TRUE(m_library->waitUntilDone(500s, 2));
@@ -262,7 +262,7 @@ TEST_F(FormatsTest, AListBeginsWithWhatIsReadyAndWaitsForNothing)
         EXPECT_TRUE(ready->contains(trackAt(first)) || transcodes().ready()->contains(trackAt(first))) << first;
     }
 
-    // A program that never answers: what is ready plays, the rest is asked for in vain.
+    // A program that never answers: ready tracks play, the others stay without a transcode.
     stopLibrary();
     fs::remove_all(m_cache);
     writeMelody("w.wav", 70);
@@ -276,10 +276,10 @@ TEST_F(FormatsTest, AListBeginsWithWhatIsReadyAndWaitsForNothing)
         EXPECT_EQ(entries.at(0).at("track").at("songName"), "w.wav");
         others.insert(entries.at(1).at("track").at("songName"));
     }
-    EXPECT_GT(others.size(), 1u) << "what comes later may be transcoded meanwhile";
+    EXPECT_GT(others.size(), 1u) << "later tracks may still be transcoded in time";
     EXPECT_EQ(get(addressOf("a.m4a")).status, 503);
 
-    // One that cannot be used: what needs it is left out of lists for the time being.
+    // An unusable program: tracks that need it are left out of lists for a while.
     stopLibrary();
     useProgram("#!/bin/sh\nexit 0\n");
     startLibrary();
@@ -288,7 +288,7 @@ TEST_F(FormatsTest, AListBeginsWithWhatIsReadyAndWaitsForNothing)
     for (const json &entry : this->list("getPlaylist", {{"stationToken", station}}, user, "entries"))
         EXPECT_EQ(entry.at("track").at("songName"), "w.wav");
     EXPECT_NE(lines().find("formats cannot be started"), std::string::npos) << lines();
-    EXPECT_EQ(fate("a.m4a"), "plays") << "no fault of the file's";
+    EXPECT_EQ(fate("a.m4a"), "plays") << "the file is not to blame";
 }
 
 TEST_F(FormatsTest, TheCacheIsBoundedOutlivesRestartsAndFollowsItsSources)
@@ -301,7 +301,7 @@ TEST_F(FormatsTest, TheCacheIsBoundedOutlivesRestartsAndFollowsItsSources)
     ASSERT_TRUE(becomesReady("a.m4a"));
     ASSERT_TRUE(becomesReady("b.m4a"));
     const uint64_t size = fs::file_size(pathOf("b.m4a"));
-    constexpr uint64_t beforehand = 23 * 192'000; // is kept free for the next one
+    constexpr uint64_t beforehand = 23 * 192'000; // room that is kept free for the next transcode
     transcodes().setMostBytes(beforehand + size * 3 / 2);
     ASSERT_FALSE(pathOf("b.m4a").empty());
     ASSERT_FALSE(pathOf("a.m4a").empty());
@@ -311,7 +311,7 @@ TEST_F(FormatsTest, TheCacheIsBoundedOutlivesRestartsAndFollowsItsSources)
         << "b was used least recently";
     EXPECT_EQ(cached().size(), 2u);
 
-    // What a killed service leaves behind goes; what is whole stays, and is not made again.
+    // After a kill, partial transcodes are removed; whole ones stay and are not made again.
     const auto stampOf = [](const fs::path &file) {
         struct stat status {};
         ::stat(file.c_str(), &status);
@@ -327,7 +327,7 @@ TEST_F(FormatsTest, TheCacheIsBoundedOutlivesRestartsAndFollowsItsSources)
     EXPECT_TRUE(until([&] { return pathOf("a.m4a") == before; }));
     EXPECT_EQ(stampOf(before), stamp);
 
-    // Another sound under the same name; a transcode that somebody deleted.
+    // A changed source; a transcode that somebody deleted.
     const auto contentOf = [](const fs::path &file) {
         std::ifstream stream(file, std::ios::binary);
         return decoded({std::istreambuf_iterator<char>(stream), {}});
@@ -343,7 +343,7 @@ TEST_F(FormatsTest, TheCacheIsBoundedOutlivesRestartsAndFollowsItsSources)
     fs::remove_all(m_cache);
     EXPECT_TRUE(becomesReady("a.m4a"));
 
-    // No room: it is said, nothing is kept of it, and it goes on by itself.
+    // A full disk: it is logged, and no partial file stays. With room again, transcoding works.
     stopLibrary();
     fs::remove_all(m_cache);
     m_settings.reserveBytes = uint64_t(1) << 62;
@@ -358,7 +358,7 @@ TEST_F(FormatsTest, TheCacheIsBoundedOutlivesRestartsAndFollowsItsSources)
     EXPECT_TRUE(becomesReady("a.m4a"));
 }
 
-TEST_F(FormatsTest, HostileFilesCostThemselvesAlone)
+TEST_F(FormatsTest, AHostileFileHarmsNoOtherFile)
 {
     write("cut.m4a", "aac", 1);
     fs::resize_file(m_music / "cut.m4a", fs::file_size(m_music / "cut.m4a") / 2);
@@ -390,7 +390,7 @@ TEST_F(FormatsTest, HostileFilesCostThemselvesAlone)
     EXPECT_EQ(transcode(m_music / "endless.ape", to.c_str(), 50'000), media::Outcome::Refused);
     EXPECT_LE(fs::file_size(to), 50'000u);
     EXPECT_EQ(transcode(m_music / "good.m4a", "/dev/full", 1 << 30), media::Outcome::NoRoom) << problem;
-    // A process that only reads may not write, whatever it is given.
+    // The reading process cannot write, even through a writable descriptor.
     auto reader = std::make_unique<media::MediaWorker>(VELMORA_FORMATS_PROGRAM);
     std::swap(worker, reader);
     EXPECT_NE(transcode(m_music / "good.m4a", to.c_str(), 1 << 30), media::Outcome::Done);
@@ -415,7 +415,7 @@ TEST_F(FormatsTest, HostileFilesCostThemselvesAlone)
     EXPECT_GE(answered, 78);
 }
 
-TEST_F(FormatsTest, TextsThatCallThemselvesLatinOneAreReadAsWhatTheyAre)
+TEST_F(FormatsTest, TagsMarkedAsLatinOneAreReadInTheirRealEncoding)
 {
     std::ifstream stream(fs::path(VELMORA_SOURCE_DIR) / "tests/data/audio/bare-2600ms.mp3", std::ios::binary);
     const std::string sound{std::istreambuf_iterator<char>(stream), {}};

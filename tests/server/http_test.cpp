@@ -1,5 +1,4 @@
-// The HTTP server by itself, byte by byte: what is no proper request, limits, time limits, several requests at once,
-// parts of files, TLS, the end.
+// The HTTP server alone, byte by byte: malformed requests, limits, time limits, pipelining, ranges, TLS, shutdown.
 
 #include "httpclient.h"
 #include "server/http/conditions.h"
@@ -72,7 +71,7 @@ protected:
         response.setFile(File::open(m_file), "audio/flac");
         return response;
     }
-    // Waits until so many requests are with the handler of /wait.
+    // Waits until the handler of /wait holds so many requests.
     void untilWaiting(int count) const
     {
         while (m_waiting < count)
@@ -101,7 +100,7 @@ protected:
     int m_port = 0;
 };
 
-TEST_F(HttpTest, WhatIsNoProperRequestGetsItsStatusAndTheConnectionEnds)
+TEST_F(HttpTest, AMalformedRequestGetsItsStatusAndEndsTheConnection)
 {
     start();
     const std::string host = "Host: radio\r\n";
@@ -144,7 +143,7 @@ TEST_F(HttpTest, WhatIsNoProperRequestGetsItsStatusAndTheConnectionEnds)
         {post + "Content-Encoding: br\r\nContent-Length: 1\r\n\r\nx", 415},
         {post + "Expect: miracles\r\nContent-Length: 1\r\n\r\nx", 417},
         {"GET /text HTTP/1.1\r\n" + host + "Content-Length: 5\r\n\r\n12345", 413},
-        // A body that nobody reads is never taken for the next request.
+        // An unread body is never parsed as the next request.
         {"POST /nothing HTTP/1.1\r\n" + host + "Transfer-Encoding: chunked\r\n\r\n" + get, 404},
         {"POST /nothing HTTP/1.1\r\n" + host + "Content-Length: 50\r\n\r\n" + get, 404},
         {"GET /text HTTP/1.1\r\n" + host + "Connection: close\r\n\r\n" + get, 200},
@@ -190,7 +189,7 @@ TEST_F(HttpTest, RequestsThatArriveTogetherOrByteByByteAreAnsweredInTheirOrder)
     }
 }
 
-TEST_F(HttpTest, ABodyIsAskedForOnlyWhenItWillBeTaken)
+TEST_F(HttpTest, TheServerSays100ContinueOnlyWhenItWillReadTheBody)
 {
     start();
     const std::string post = "POST /echo/x HTTP/1.1\r\nHost: radio\r\nExpect: 100-continue\r\nContent-Length: ";
@@ -203,7 +202,7 @@ TEST_F(HttpTest, ABodyIsAskedForOnlyWhenItWillBeTaken)
     EXPECT_EQ(client.rest(), "");
 }
 
-TEST_F(HttpTest, PartsAndConditionsAreAnsweredAsTheStandardSays)
+TEST_F(HttpTest, RangesAndConditionsFollowTheStandard)
 {
     start();
     // Not in memory: a worker reads ahead before anything is sent.
@@ -266,7 +265,7 @@ TEST_F(HttpTest, WhoeverIsTooSlowIsCutOff)
     std::filesystem::resize_file(m_file, 64 * 1024 * 1024);
     start();
     const std::string begin = "POST /echo/x HTTP/1.1\r\nHost: radio\r\n";
-    // What is sent at first, and then again and again; the status of the answer, if there is one.
+    // Sent at first; then sent repeatedly; the status of the answer, 0 for none.
     const std::tuple<std::string, std::string, int> cases[] = {
         {"", "", 0},
         {begin + "X: ", "a", 408},
@@ -283,7 +282,7 @@ TEST_F(HttpTest, WhoeverIsTooSlowIsCutOff)
         EXPECT_EQ(client.receive().status, status) << first;
         EXPECT_TRUE(client.rest()) << first;
     }
-    // A stream that is read a little at a time: what the system keeps ready runs out, and then the end comes.
+    // A stream that is read slowly: once the socket's buffers are full, the server ends it.
     HttpClient reader(m_port);
     reader.send("GET /file HTTP/1.1\r\nHost: radio\r\n\r\n");
     size_t got = 0;
@@ -336,11 +335,11 @@ TEST_F(HttpTest, ProgramsThatTheServerStartsInheritNoSocket)
     EXPECT_GE(sockets, 3) << "the listener and both ends of the connection";
 }
 
-TEST_F(HttpTest, TheCallerBehindATrustedProxyIsTheLastThatItDidNotChoose)
+TEST_F(HttpTest, TheCallerIsTheLastAddressThatATrustedProxyAdded)
 {
     const TrustedProxies proxies({"10.0.0.1", "2001:DB8:0::1"});
     const std::tuple<const char *, const char *, const char *> cases[] = {
-        {"192.0.2.7", "198.51.100.1", "192.0.2.7"}, // nobody asked it
+        {"192.0.2.7", "198.51.100.1", "192.0.2.7"}, // an untrusted peer's header is ignored
         {"10.0.0.1", "", "10.0.0.1"},
         {"10.0.0.1", "198.51.100.1", "198.51.100.1"},
         {"10.0.0.1", "1.1.1.1, 198.51.100.1", "198.51.100.1"},
@@ -361,7 +360,7 @@ TEST_F(HttpTest, TheCallerBehindATrustedProxyIsTheLastThatItDidNotChoose)
     EXPECT_EQ(httpGet(m_port, "/address", forwarded).body, "198.51.100.1");
 }
 
-TEST_F(HttpTest, WhatTheWorkersCannotTakeIsRefusedAndTheEndWaitsForAnswersOnly)
+TEST_F(HttpTest, AFullQueueRefusesRequestsAndAnEndWaitsOnlyForAnswers)
 {
     m_settings.limits.workers = m_settings.limits.queued = 1;
     std::filesystem::resize_file(m_file, 64 * 1024 * 1024);
@@ -380,7 +379,7 @@ TEST_F(HttpTest, WhatTheWorkersCannotTakeIsRefusedAndTheEndWaitsForAnswersOnly)
     EXPECT_GT(stream.read(1), 0u);
     std::thread end([this] { m_server->stop(); });
     EXPECT_EQ(refused.rest(), "") << "idle";
-    EXPECT_LT(stream.rest()->size(), 64u * 1024 * 1024) << "nobody takes it for the whole";
+    EXPECT_LT(stream.rest()->size(), 64u * 1024 * 1024) << "it cannot be mistaken for the whole file";
     m_mayGoOn.set_value();
     EXPECT_EQ(answered.receive().body, "waited");
     EXPECT_EQ(queued.receive().header("Connection"), "close");

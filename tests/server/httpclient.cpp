@@ -51,7 +51,7 @@ HttpClient::HttpClient(int port, const std::string &from, Tls tls)
     if (tls == Tls::None)
         return;
     const std::shared_ptr<SSL_CTX> context(SSL_CTX_new(TLS_client_method()), &SSL_CTX_free);
-    // Everything that OpenSSL can do, so that the server must choose.
+    // Everything that OpenSSL supports, so that the server has to choose.
     SSL_CTX_set_cipher_list(context.get(), tls == Tls::WithoutForwardSecrecy ? "kRSA" : "ALL:@SECLEVEL=0");
     SSL_CTX_set_max_proto_version(context.get(), versionOf(tls));
     m_ssl = std::shared_ptr<SSL>(SSL_new(context.get()), &SSL_free);
@@ -150,7 +150,7 @@ bool HttpClient::isOver() const
 {
     char byte = 0;
     const ssize_t count = ::recv(m_socket, &byte, 1, MSG_DONTWAIT | MSG_PEEK);
-    return count >= 0 || errno != EAGAIN; // an answer is the beginning of the end too
+    return count >= 0 || errno != EAGAIN; // an answer that has arrived announces the end
 }
 
 void HttpClient::finishSending() const

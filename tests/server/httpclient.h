@@ -14,7 +14,7 @@ struct HttpAnswer {
     std::string header(std::string_view name) const { return std::string(http::headerOf(headers, name)); }
 };
 
-// One connection to 127.0.0.1, byte by byte: also for what no proper client sends. Waits for twenty seconds at most.
+// One connection to 127.0.0.1, byte by byte; can send malformed requests. Waits at most twenty seconds.
 class HttpClient {
 public:
     enum class Tls { None, Newest, Version11, Version12, WithoutForwardSecrecy };
@@ -30,13 +30,13 @@ public:
     std::string cipher() const;
     // False when the other side has gone.
     bool send(std::string_view bytes);
-    // The next answer; of one to a HEAD request the headers only.
+    // The next answer; for a HEAD request its headers only.
     HttpAnswer receive(bool isHead = false);
-    // What comes until the end; nothing when it does not end in time.
+    // Everything until the end of the connection; nothing when it does not end in time.
     std::optional<std::string> rest();
     // At most so many bytes; 0 at the end.
     size_t read(size_t most);
-    // What is there already, at most so many bytes; for connections without TLS. 0: nothing yet, or the end.
+    // Reads what has already arrived, at most so many bytes; without TLS only. 0: nothing yet, or the end.
     size_t readSome(size_t most) const;
     // Whether the other side has ended the connection, as far as is known.
     bool isOver() const;

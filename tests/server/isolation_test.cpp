@@ -1,5 +1,4 @@
-// One listener's data is never read or changed by another: every token of one account, tried with another account's
-// session.
+// No listener reads or changes another's data: every token of one account is tried in a session of another account.
 
 #include "serverfixture.h"
 
@@ -12,7 +11,7 @@ protected:
     const std::string tomas = newListener("tomas@example.org");
 };
 
-TEST_F(IsolationTest, NoTokenOfOneAccountMeansAnythingToAnother)
+TEST_F(IsolationTest, TokensOfOneAccountAreUnknownToAnother)
 {
     const std::string station = addStation(mira, "folk");
     const std::string ownStation = addStation(tomas, "folk");
@@ -26,8 +25,8 @@ TEST_F(IsolationTest, NoTokenOfOneAccountMeansAnythingToAnother)
 
     struct Case {
         const char *function;
-        json parameters; // as Mira would send them
-        int code;        // to Tomas
+        json parameters; // as Mira sends them
+        int code;        // the code that Tomas gets
     };
     const Case cases[] = {
         {"getStation", stationOnly, 5102},
@@ -52,7 +51,7 @@ TEST_F(IsolationTest, NoTokenOfOneAccountMeansAnythingToAnother)
     };
     for (const Case &c : cases)
         EXPECT_EQ(call(c.function, c.parameters, tomas).code, c.code) << c.function << c.parameters;
-    // None of them touched Mira's: the same calls, but deletion, still work for her.
+    // Mira's data is unchanged: the same calls, except deletions, still work for her.
     for (const Case &c : cases) {
         if (std::string_view(c.function) == "deleteStation" || std::string_view(c.function) == "transformSharedStation")
             continue;

@@ -1,4 +1,4 @@
-// Own music: folders with every oddity, what changes in them, folders that are away, files that mean harm.
+// Own music: unusual folders, changes in them, missing folders, hostile files.
 
 #include "server/demolibrary.h"
 #include "server/library/halffloat.h"
@@ -28,7 +28,7 @@ struct Piece {
     std::string album = "One Album";
     std::string style = "folk";
     double seconds = 22;
-    unsigned seed = 0; // another one, another piece; 0: by the song's name
+    unsigned seed = 0; // each seed gives a different piece; 0: derived from the song's name
 };
 
 // Chords that change every half second, with noise, in the format of the file's extension.
@@ -113,7 +113,7 @@ protected:
         m_library.reset();
         library();
     }
-    // Reason of a file by its name; "plays" when there is none.
+    // Why a file is left out, by its name; "plays" when it is not.
     std::string fate(const std::string &path)
     {
         const Store::Lock db = m_service->store.lock();
@@ -213,7 +213,7 @@ TEST_F(LibraryTest, AFolderWithEveryOddityBecomesItsMusic)
     EXPECT_EQ(m_service->catalogue.track(trackAt("a.mp3"))->artist, "Lichen Choir");
     EXPECT_EQ(m_service->catalogue.track(trackAt("lie.mp3"))->audioType, "audio/ogg");
 
-    // A listener finds it, makes a station of it, and hears it.
+    // A listener finds the music, makes a station from it and hears it.
     const std::string user = newListener();
     const json artists = data("search", {{"text", "paper harb"}}, user).at("artists");
     ASSERT_EQ(artists.size(), 1u);
@@ -234,7 +234,7 @@ TEST_F(LibraryTest, AFolderWithEveryOddityBecomesItsMusic)
     EXPECT_GE(numbers.integer(0), 9);
 }
 
-TEST_F(LibraryTest, WhatWasMovedRetaggedOrReplacedKeepsItsThumbs)
+TEST_F(LibraryTest, MovedRetaggedAndReplacedFilesKeepTheirThumbs)
 {
     for (const char *song : {"One", "Two", "Three", "Four"})
         writeMusic(m_music / (std::string(song) + ".flac"), {song, "Lichen Choir"});
@@ -244,9 +244,9 @@ TEST_F(LibraryTest, WhatWasMovedRetaggedOrReplacedKeepsItsThumbs)
     const int64_t two = trackAt("Two.flac"), three = trackAt("Three.flac");
     const int64_t four = trackAt("Four.flac"), vorbis = trackAt("v.ogg");
     scan();
-    EXPECT_EQ(library().status().changed, 0) << "what did not change is not read again";
+    EXPECT_EQ(library().status().changed, 0) << "unchanged files are not read again";
 
-    // Moved and renamed; tags changed, which moves the sound within the file; two that change places; one that is gone.
+    // A moved file; changed tags, which shift the audio within the file; two files that swap names; a deleted file.
     retag(m_music / "One.flac", "One, Renamed");
     retag(m_music / "v.ogg", "Vorbis, Renamed");
     fs::create_directory(m_music / "sub");
@@ -315,7 +315,7 @@ TEST_F(LibraryTest, WhatWasMovedRetaggedOrReplacedKeepsItsThumbs)
     EXPECT_TRUE(isDescribed(two));
 }
 
-TEST_F(LibraryTest, OfTheFilesOfARecordingTheBestThatIsThereAnswersForIt)
+TEST_F(LibraryTest, TheBestPresentFileOfARecordingPlays)
 {
     const Piece piece{"Twice", "Lichen Choir", "One Album", "folk", 24, 5};
     writeMusic(m_music / "a.ogg", piece);
@@ -355,7 +355,7 @@ TEST_F(LibraryTest, OfTheFilesOfARecordingTheBestThatIsThereAnswersForIt)
     EXPECT_EQ(playing(), 1);
 }
 
-TEST_F(LibraryTest, AFolderThatIsAwayLosesNothingAndOnesThatComeAndGoNeedNoRestart)
+TEST_F(LibraryTest, AMissingFolderLosesNothingAndFoldersComeAndGoWithoutARestart)
 {
     const fs::path second = m_directory.path() / "second";
     const fs::path config = m_directory.path() / "server.conf";
@@ -378,7 +378,7 @@ TEST_F(LibraryTest, AFolderThatIsAwayLosesNothingAndOnesThatComeAndGoNeedNoResta
 
     fs::rename(m_music, m_directory.path() / "unplugged");
     EXPECT_TRUE(until([&] { return playing() == 1; }));
-    EXPECT_EQ(fate("a.flac"), "plays") << "away is not missing";
+    EXPECT_EQ(fate("a.flac"), "plays") << "a folder that is away is not deleted";
     listen();
     const std::string id = m_service->catalogue.track(stays)->publicId;
     const std::string address = m_service->addresses.address(MediaKind::Audio, id + ".flac", 1);
@@ -425,9 +425,9 @@ echo made music/album/01 Made.flac; cat >/dev/null
         return m_service->stations.create(idOf(), {MusicKind::Style, style}, station);
     };
     EXPECT_EQ(create("Polka", &own), StationResult::Done);
-    EXPECT_EQ(create("Small-Band Swing", &made), StationResult::Done) << "a style of which nothing is there yet";
+    EXPECT_EQ(create("Small-Band Swing", &made), StationResult::Done) << "a style without any track yet";
     m_service->catalogue.want(m_service->playlists.styles(made));
-    ASSERT_TRUE(until([&] { return playing() == 4; })) << "what is written is read without a whole scan";
+    ASSERT_TRUE(until([&] { return playing() == 4; })) << "a new file is read without a full scan";
     EXPECT_EQ(library().status().scans, 1);
     EXPECT_TRUE(m_service->catalogue.track(trackAt("album/01 Made.flac"))->isDemo);
     int ads = 0, misplaced = 0, demoTracks = 0;
@@ -443,10 +443,10 @@ echo made music/album/01 Made.flac; cat >/dev/null
     EXPECT_EQ(misplaced, 0);
 }
 
-TEST_F(LibraryTest, CoversComeFromInsideOrBesideAndHostileOnesAreRefused)
+TEST_F(LibraryTest, CoversComeFromTagsOrTheFolderAndHostileOnesAreRefused)
 {
     const std::string png("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\xff\xff\0\0\xff\xff\x08\x02\0\0\0", 29);
-    EXPECT_THROW(media::scaledCover(png), std::runtime_error) << "a bomb";
+    EXPECT_THROW(media::scaledCover(png), std::runtime_error) << "a decompression bomb";
     EXPECT_THROW(media::scaledCover(png + "acTL"), std::runtime_error) << "an animation";
     EXPECT_THROW(media::scaledCover("GIF89a"), std::runtime_error);
     const fs::path artwork = fs::path(VELMORA_SOURCE_DIR) / "resources/images/NoThumbnail.png";
@@ -465,7 +465,7 @@ TEST_F(LibraryTest, CoversComeFromInsideOrBesideAndHostileOnesAreRefused)
     EXPECT_EQ(m_service->catalogue.track(trackAt("B/b.flac"))->pictureFile, "");
     EXPECT_EQ(m_service->catalogue.track(trackAt("C/c.flac"))->pictureFile, "");
 
-    // Another picture beside music that did not change.
+    // A new picture in the folder of unchanged music.
     const auto bytesOf = [](const fs::path &name) {
         std::ifstream stream(name, std::ios::binary);
         return std::string{std::istreambuf_iterator<char>(stream), {}};
@@ -487,7 +487,7 @@ TEST_F(LibraryTest, CoversComeFromInsideOrBesideAndHostileOnesAreRefused)
               std::string::npos);
 }
 
-TEST_F(LibraryTest, WhatIsGoneForNinetyDaysIsDroppedButNotWhatWentWithManyOthers)
+TEST_F(LibraryTest, AFileGoneForNinetyDaysIsForgottenUnlessManyVanishedTogether)
 {
     writeMusic(m_music / "one.flac", {"One", "Lichen Choir"});
     writeMusic(m_music / "stays.flac", {"Stays", "Paper Harbour"});
@@ -510,14 +510,14 @@ TEST_F(LibraryTest, WhatIsGoneForNinetyDaysIsDroppedButNotWhatWentWithManyOthers
     EXPECT_EQ(files(), 62);
     *m_now += 2 * 24 * 3600;
     scan();
-    EXPECT_EQ(files(), 61) << "sixty at once are no decision of the owner's";
+    EXPECT_EQ(files(), 61) << "sixty at once look like a fault and not like a decision";
     EXPECT_EQ(fate("one.flac"), "unknown");
     EXPECT_TRUE(m_service->search.find("lichen").artists.empty());
     EXPECT_EQ(library().store().dropAllMissing(), 60);
     EXPECT_EQ(playing(), 1);
 }
 
-TEST_F(LibraryTest, MutatedFilesCostThemselvesAndTheWorkerIsShutIn)
+TEST_F(LibraryTest, DamagedFilesHarmNoOthersAndTheWorkerIsConfined)
 {
     writeMusic(m_directory.path() / "seed.flac", {"Seed", "S", "S", "folk", 1});
     writeMusic(m_directory.path() / "seed.mp3", {"Seed", "S", "S", "folk", 1});
@@ -558,7 +558,7 @@ TEST_F(LibraryTest, MutatedFilesCostThemselvesAndTheWorkerIsShutIn)
     EXPECT_NE(lines.find("Seccomp:\t2"), std::string::npos);
     EXPECT_NE(lines.find("NoNewPrivs:\t1"), std::string::npos);
 
-    // A program that leaves at once is no fault of the file's; one that is killed is.
+    // The file is not to blame when the worker exits at once; it is when the worker is killed.
     media::MediaTags tags;
     std::string problem;
     const int file = ::open((m_directory.path() / "seed.flac").c_str(), O_RDONLY | O_CLOEXEC);
@@ -571,7 +571,7 @@ TEST_F(LibraryTest, MutatedFilesCostThemselvesAndTheWorkerIsShutIn)
     ::close(file);
 }
 
-TEST(LibraryRulesTest, AnAnswerOfTheWorkerIsBelievedOnlyWhenItIsPossible)
+TEST(LibraryRulesTest, ImpossibleAnswersOfTheWorkerAreRefused)
 {
     const auto isBelieved = [](double seconds, float number, const std::string &container) {
         media::FieldWriter writer;
@@ -596,7 +596,7 @@ TEST(LibraryRulesTest, AnAnswerOfTheWorkerIsBelievedOnlyWhenItIsPossible)
         EXPECT_NEAR(fromHalf(toHalf(value)), value, std::abs(value) / 1000 + 3e-8);
 }
 
-TEST(LibraryRulesTest, TagsAndPathsSayWhoAndWhat)
+TEST(LibraryRulesTest, ArtistAndTitleComeFromTagsOrThePath)
 {
     const auto facts = [](const std::vector<std::pair<std::string, std::string>> &tags, const std::string &path) {
         media::MediaTags read;

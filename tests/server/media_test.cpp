@@ -1,4 +1,4 @@
-// Audio and pictures over HTTP: signatures, expiry, throttling; what is refused and how.
+// Audio and pictures over HTTP: signatures, expiry, throttling, refusals.
 
 #include "server/api/mediafiles.h"
 #include "serverfixture.h"
@@ -47,7 +47,7 @@ TEST_F(MediaTest, AFileComesWholeWithItsLengthTypeAndTag)
     EXPECT_EQ(get(path(MediaKind::Picture, "ad-1.png")).header("Content-Type"), "image/png");
 }
 
-TEST_F(MediaTest, OnlySignedAddressesInTheirTimeAreServed)
+TEST_F(MediaTest, OnlySignedAddressesThatHaveNotExpiredAreServed)
 {
     listen();
     const std::string good = path(MediaKind::Audio, "folk-00.flac");
@@ -68,7 +68,7 @@ TEST_F(MediaTest, OnlySignedAddressesInTheirTimeAreServed)
     std::filesystem::remove(m_directory.path() / "media" / "folk-00.flac");
     EXPECT_EQ(status(good), 404);
     *m_now += MediaAddresses::lifeSeconds - 1;
-    EXPECT_EQ(status(replaced("folk-00", "folk-00")), 404) << "still in time";
+    EXPECT_EQ(status(replaced("folk-00", "folk-00")), 404) << "not expired yet";
     *m_now += 1;
     EXPECT_EQ(status(good), 410);
 }
@@ -84,7 +84,7 @@ TEST_F(MediaTest, NothingOutsideTheCatalogueIsReachedEvenWithASignature)
     EXPECT_EQ(publicIdOf("track-1_b.flac"), "track-1_b");
 }
 
-TEST_F(MediaTest, TheHostOfAddressesIsTheServersOwnOrTheConfiguredNeverTheRequests)
+TEST_F(MediaTest, AddressesNeverUseTheHostOfTheRequest)
 {
     listen();
     const std::string user = newListener();
@@ -110,7 +110,7 @@ TEST_F(MediaTest, HealthCountsWhatCanBePlayed)
               (json{{"code", 0}, {"data", {{"status", "ready"}, {"tracks", 23}, {"total", 24}}}}));
 }
 
-TEST_F(MediaTest, WhatIsNoRequestOfOursIsRefusedInTheWordsOfTheInterface)
+TEST_F(MediaTest, UnknownRequestsAreRefusedInTheFormOfTheInterface)
 {
     listen();
     const std::string key = json{{"deviceKey", randomToken()}}.dump();

@@ -1,4 +1,4 @@
-// What the service's lists hold, what it sees of listening, and what the engine is told of both.
+// The service's playlists, its record of plays, and what the engine learns from both.
 
 #include "serverfixture.h"
 
@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 class PlaylistTest : public ServerTest {
 protected:
-    // Track names of so many lists, in order.
+    // The track names of so many lists, in order.
     std::vector<json> tracks(const std::string &user, const std::string &station, int lists)
     {
         std::vector<json> all;
@@ -29,7 +29,7 @@ protected:
         }
         return all;
     }
-    // Whether the song is among those of forty lists.
+    // Whether the song occurs in forty lists.
     bool isHeard(const std::string &user, const std::string &station, const json &song)
     {
         const std::vector<json> heard = tracks(user, station, 40);
@@ -161,7 +161,7 @@ TEST_F(PlaylistTest, TheExplanationNamesWhatTheTrackWasChosenByAndOnTapestryItsS
     EXPECT_TRUE(fromFolk > 5 && fromFolk < 25) << fromFolk << " of 30; the other half is everything";
 }
 
-// What the service sees of a listener who hears one track after another on one device.
+// The requests of a listener who hears one track after another on one device.
 class ListeningTest : public PlaylistTest {
 protected:
     int64_t issueOf(const json &track)
@@ -209,9 +209,9 @@ TEST_F(ListeningTest, TheNextStartTellsHowTheLastPlayEnded)
             m_service->plays.started(issueOf(track));
         m_service->plays.started(issueOf(next));
         EXPECT_EQ(outcomeOf(issueOf(track)), row.outcome) << row.seconds << ' ' << row.between;
-        *m_now += 1; // the next case begins with a start of its own
+        *m_now += 1; // the next case has its own start
     }
-    // Another device's start ends nothing; a report of the radio's own does.
+    // Another device's start does not end a play; the radio's own report does.
     const json track = firstTrack(user, folk);
     m_service->plays.started(issueOf(track));
     const std::string elsewhere = logIn(miraName, addDevice("00AABBCCDDEE"));
@@ -232,7 +232,7 @@ TEST_F(ListeningTest, TheFirstRequestForAnAddressIsTheStart)
     const std::string path = address.substr(address.find("/media"));
     const int port = m_server->port();
     EXPECT_EQ(httpRequest(port, "HEAD", path).status, 200);
-    EXPECT_EQ(outcomeOf(issueOf(track)), "") << "asking about it plays nothing";
+    EXPECT_EQ(outcomeOf(issueOf(track)), "") << "a HEAD request is no play";
     std::string forged = path;
     forged.replace(forged.find("&i=") + 3, 1, "9");
     EXPECT_EQ(httpGet(port, forged).status, 403);
@@ -342,7 +342,7 @@ TEST_F(ListeningTest, ALargeCatalogueIsFollowedInTheBackground)
     const std::string late = addStation(user, "late");
     const Station station = *m_service->stations.find(idOf(), late);
     EXPECT_TRUE(m_service->catalogue.waitUntil([&] { return m_service->playlists.hasOwnMusic(station); }, 60s));
-    const auto heard = tracks(user, late, 3); // each may be another by chance, though hardly several
+    const auto heard = tracks(user, late, 3); // one of them may differ by chance, but hardly several
     EXPECT_GE(std::count_if(heard.begin(), heard.end(), [](const json &track) { return track.at("style") == "late"; }),
               static_cast<int>(heard.size()) - 3);
 
@@ -386,7 +386,7 @@ TEST_F(PlaylistTest, OnlyTracksWithAFileArePlayedAndNoneIsAClearError)
         << "it waits for the first track";
 }
 
-TEST_F(PlaylistTest, AStationOfWhichNothingIsLeftSaysSo)
+TEST_F(PlaylistTest, AStationWithoutPlayableMusicReportsIt)
 {
     const std::string user = newListener();
     const AccountId mira = idOf();
@@ -397,7 +397,7 @@ TEST_F(PlaylistTest, AStationOfWhichNothingIsLeftSaysSo)
     EXPECT_EQ(call("getPlaylist", {{"stationToken", station}}, user).code, 5002);
 }
 
-// The service's side of the demo catalogue, with a script in place of the program that makes the music.
+// The service's side of the demo catalogue; a script replaces the program that makes the music.
 class DemoLibraryTest : public ServerTest {
 protected:
     DemoLibraryTest() { clearCatalogue(); }
@@ -435,7 +435,7 @@ protected:
 
 TEST_F(DemoLibraryTest, ItsStylesMakeStationsAtOnceItsAdsPlayAndWishesReachTheProgram)
 {
-    // It makes "b" once somebody wants it, says so with the arguments it got, and then waits for the end of its input.
+    // The script makes "b" when it is requested, prints its arguments, and waits for the end of its input.
     const auto library = start(R"(
 [ "$1 $2 $3" = "--each 7 --attended" ] || exit 1
 [ -d "$folder/music" ] || exit 1
@@ -458,12 +458,12 @@ cat >/dev/null
     EXPECT_TRUE(m_service->catalogue.ad("an-ad")->isPlayable);
     EXPECT_EQ(m_lines.front(), "demo catalogue: cannot make " + (m_folder / "music/c.flac").string());
     library->stop();
-    EXPECT_EQ(m_lines.size(), 2u) << "an ordered end is no problem";
+    EXPECT_EQ(m_lines.size(), 2u) << "a requested end is no error";
 }
 
 TEST_F(DemoLibraryTest, AProgramThatEndsEarlyIsStartedAgainButNotForEver)
 {
-    // The fourth run is the first to go well; a run that has made something does not count.
+    // The fourth run is the first that succeeds. A run that made something does not count as a failure.
     const auto library = start(R"(
 echo >>"$folder/runs"; runs=$(wc -l <"$folder/runs")
 echo ready 0 2

@@ -1,4 +1,4 @@
-// The program itself: its options, where it says it listens, how it ends.
+// The program itself: its options, the address that it prints, its end.
 
 #include "server/demoaccount.h"
 #include "server/serveroptions.h"
@@ -43,7 +43,7 @@ TEST(OptionsTest, EveryOptionIsRead)
     EXPECT_EQ(read->failures[1].code, 5000);
 }
 
-TEST(OptionsTest, WhatMakesNoSenseIsRefused)
+TEST(OptionsTest, InvalidOptionsAreRefused)
 {
     const auto isTaken = [](const std::string &line) {
         std::istringstream words(line);
@@ -78,7 +78,7 @@ TEST(OptionsTest, WhatMakesNoSenseIsRefused)
         EXPECT_TRUE(isTaken(line)) << line;
 }
 
-// A child with its output in a pipe; ends with the test.
+// A child process with its output in a pipe; it is ended with the test.
 class Child {
 public:
     explicit Child(std::vector<std::string> arguments)
@@ -139,7 +139,7 @@ private:
 class ProgramTest : public testing::Test {
 protected:
     std::string data() const { return (m_directory / "data").string(); }
-    // The port, from the line that tells it; 0 when the program ends without one.
+    // The port that the program prints; 0 when it ends without printing one.
     static int portOf(Child &server)
     {
         std::string line = server.line();
@@ -147,7 +147,7 @@ protected:
             line = server.line();
         return line.empty() ? 0 : std::stoi(line.substr(line.rfind(':') + 1));
     }
-    // Ends with 0 within this time.
+    // Whether it ends with exit code 0 within this time.
     static void expectEnd(Child &server, int number, std::chrono::seconds limit)
     {
         const auto begin = std::chrono::steady_clock::now();
@@ -231,7 +231,7 @@ TEST_F(ProgramTest, TheFirstStartMakesTheDemoAccountAndItsMusicWhileItAnswers)
     EXPECT_EQ(std::count_if(stations.begin(), stations.end(), [](const json &s) { return s.at("isShared") == true; }),
               1);
 
-    // The line of the first track comes when its file is there.
+    // The first track's line is printed when its file exists.
     std::string line;
     do {
         line = server.line();
@@ -241,7 +241,7 @@ TEST_F(ProgramTest, TheFirstStartMakesTheDemoAccountAndItsMusicWhileItAnswers)
     const std::string url = list.at("entries").at(0).at("track").at("audioUrl");
     EXPECT_EQ(httpGet(port, url.substr(url.find("/media"))).body.substr(0, 4), "fLaC");
 
-    // In the middle of making the next one it still ends at once.
+    // It ends at once while the next track is being made.
     expectEnd(server, SIGTERM, 3s);
     std::string log;
     for (line = server.line(); !line.empty(); line = server.line())

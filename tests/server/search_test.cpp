@@ -1,5 +1,4 @@
-// Searching: folding, words from their beginning and inside, odd input, the most results, the time on a large
-// catalogue.
+// Search: folding, words matched by their beginning and inside, odd input, the limit of results, a large catalogue.
 
 #include "serverfixture.h"
 
@@ -75,8 +74,8 @@ TEST_F(SearchTest, WordsAreFoundFromTheirBeginningAndInside)
     EXPECT_EQ(songs("river"), Names{"Blue River Lullaby"});
     EXPECT_EQ(songs("RIV lull"), Names{"Blue River Lullaby"});
     EXPECT_EQ(songs("llab"), Names{"Blue River Lullaby"}) << "inside a word";
-    EXPECT_EQ(songs("ri"), Names{"Blue River Lullaby"}) << "two letters, by the beginning";
-    EXPECT_EQ(songs("iv"), Names{}) << "two letters are not looked for inside";
+    EXPECT_EQ(songs("ri"), Names{"Blue River Lullaby"}) << "two letters match the beginning of a word";
+    EXPECT_EQ(songs("iv"), Names{}) << "two letters do not match inside a word";
     EXPECT_EQ(songs("dont look"), Names{"Don't Look Down"});
     EXPECT_EQ(songs("don’t"), Names{"Don't Look Down"});
     EXPECT_EQ(artists("dvorak"), Names{"Dvořák Brothers"});
@@ -86,7 +85,7 @@ TEST_F(SearchTest, WordsAreFoundFromTheirBeginningAndInside)
     EXPECT_EQ(songs("river quiet"), Names{});
 }
 
-TEST_F(SearchTest, TheNameItselfComesFirstThenBeginningsThenInsides)
+TEST_F(SearchTest, AnExactNameComesFirstThenMatchesAtABeginningThenInside)
 {
     add("Overtones", "A");
     add("Tones of Evening", "B");
@@ -129,7 +128,7 @@ TEST_F(SearchTest, NothingIsReadAsAQueryLanguage)
     EXPECT_EQ(songs("_"), Names{});
 }
 
-TEST_F(SearchTest, SymbolsThatNamesBearAreFound)
+TEST_F(SearchTest, SymbolsInNamesAreFound)
 {
     add("🎵 Morning", "東京ベイ");
     EXPECT_EQ(songs("🎵"), Names{"🎵 Morning"});

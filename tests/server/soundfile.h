@@ -7,11 +7,11 @@
 
 namespace velmora::server {
 
-// Samples of one channel as a file, by libav. The container is that of the extension, unless it is named; tags have
-// libav's names. The test fails when there is no such encoder.
+// Writes samples of one channel to a file, with libav. The extension selects the container, unless it is named; tags
+// have libav's names. The test fails when there is no such encoder.
 void writeSoundFile(const std::filesystem::path &file, const char *encoder, int rate, const std::vector<float> &samples,
                     const std::vector<std::pair<std::string, std::string>> &tags = {});
-// So many seconds of silence as APE: a few bytes for every seven seconds.
+// An APE file with so many seconds of silence: a few bytes for every seven seconds.
 std::string silentApe(double seconds);
 
 } // namespace velmora::server

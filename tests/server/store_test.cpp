@@ -1,10 +1,9 @@
-// The database file: made private, brought up to date, refused when it is newer, whole after a failed change.
+// The database file: private, migrated, refused when it is newer, unchanged after a failed migration.
 
 #include "server/store/migrations.h"
 #include "server/store/store.h"
 #include "serverfixture.h"
 
-#include <fstream>
 #include <sys/stat.h>
 
 namespace velmora::server {
@@ -40,7 +39,7 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
         Store(m_file).setSetting("kept", odd);
     }
     {
-        // As the first version left it: what later steps made is not there.
+        // The state of the first version: without the changes of later steps.
         Database db(m_file);
         db.execute(
             "INSERT INTO accounts (id, user_name, folded_name, password_hash, created_at) VALUES (1, 'a', 'a', '', 0); "
@@ -64,7 +63,7 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
     EXPECT_EQ(device.integer(0), 7);
 }
 
-TEST_F(StoreTest, ANewerFileIsRefusedByNameOfItsVersionAndLeftAsItWas)
+TEST_F(StoreTest, ANewerFileIsRefusedWithItsVersionAndLeftUnchanged)
 {
     {
         const Store store(m_file);

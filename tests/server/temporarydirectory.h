@@ -7,7 +7,7 @@
 
 namespace velmora {
 
-// A directory that goes with the object.
+// A directory that exists as long as the object.
 class TemporaryDirectory {
 public:
     TemporaryDirectory()

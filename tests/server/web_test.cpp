@@ -88,7 +88,7 @@ protected:
         m_device = addDevice();
     }
 
-    // Before the pages go, the server must not use them any more.
+    // The server must stop before the pages are deleted.
     ~WebTest() override { m_server->stop(); }
 
     std::string newCode()
@@ -113,7 +113,7 @@ protected:
         settings.address = [] { return std::string("https://radio.example"); };
         return settings;
     }
-    // From the code to the permission page.
+    // Enters a code and reaches the permission page.
     void enter(Browser &browser, const std::string &code, const std::string &action, const std::string &email,
                const std::string &secret)
     {
@@ -130,14 +130,14 @@ protected:
     TestDevice m_device;
 };
 
-TEST_F(WebTest, aNewAccountIsMadeAndTheRadioGetsInOnce)
+TEST_F(WebTest, aNewAccountLetsTheRadioLogInOnce)
 {
     Browser browser(m_port);
     std::string code = newCode();
     std::transform(code.begin(), code.end(), code.begin(), [](unsigned char c) { return char(std::tolower(c)); });
     enter(browser, " " + code.substr(0, 4) + "-" + code.substr(4), "create", "nora@example.org", "a long enough one");
     EXPECT_TRUE(browser.shows("00:1A:2B:3C:4D:5E"));
-    EXPECT_EQ(deviceLogin().code, 5105); // not before it was allowed
+    EXPECT_EQ(deviceLogin().code, 5105); // not allowed yet
     EXPECT_EQ(browser.post("/activate/allow", {}), 200);
     EXPECT_TRUE(browser.shows("Continue"));
     const Reply login = deviceLogin();
@@ -147,7 +147,7 @@ TEST_F(WebTest, aNewAccountIsMadeAndTheRadioGetsInOnce)
     EXPECT_EQ(browser.post("/activate/allow", {}), 422); // single-use
 }
 
-TEST_F(WebTest, anExistingAccountSignsInAndNothingTypedIsLostByAMistake)
+TEST_F(WebTest, anExistingAccountSignsInAndAMistakeKeepsWhatWasTyped)
 {
     addAccount();
     Browser browser(m_port);
@@ -164,7 +164,7 @@ TEST_F(WebTest, anExistingAccountSignsInAndNothingTypedIsLostByAMistake)
     EXPECT_EQ(deviceLogin().code, 0);
 }
 
-TEST_F(WebTest, whatIsWrongWithANewAccountIsSaid)
+TEST_F(WebTest, aRefusedNewAccountGetsTheReason)
 {
     addAccount();
     const std::tuple<const char *, const char *, const char *> cases[] = {
@@ -199,7 +199,7 @@ TEST_F(WebTest, aFormWithoutItsTokenChangesNothing)
     EXPECT_EQ(browser.post("/activate/allow", {}), 200);
 }
 
-TEST_F(WebTest, guessingCodesEndsSoonAndExpiredOnesAreRefused)
+TEST_F(WebTest, guessedCodesAreLimitedAndExpiredOnesRefused)
 {
     const std::string old = newCode();
     *m_now += ActivationCodes::codeSeconds + 1;
@@ -214,7 +214,7 @@ TEST_F(WebTest, guessingCodesEndsSoonAndExpiredOnesAreRefused)
     EXPECT_EQ(refusedAt, 11);
 }
 
-TEST_F(WebTest, theAccountPageShowsRadiosAndTakesTheirAccessAwayAtOnce)
+TEST_F(WebTest, theAccountPageListsRadiosAndRevokesThemAtOnce)
 {
     addAccount();
     const std::string token = logIn(miraName, m_device);
@@ -224,7 +224,7 @@ TEST_F(WebTest, theAccountPageShowsRadiosAndTakesTheirAccessAwayAtOnce)
     EXPECT_EQ(signIn(browser, miraName, "wrong one"), 422);
     const std::string before = browser.cookie;
     EXPECT_EQ(signIn(browser), 303);
-    EXPECT_NE(browser.cookie, before); // a cookie that was known before is worth nothing
+    EXPECT_NE(browser.cookie, before); // an earlier cookie becomes invalid
     browser.get("/account");
     EXPECT_TRUE(browser.shows(m_device.slot(2)));
     EXPECT_EQ(browser.post("/account/revoke", {{"device", "AAAAAAAAAAAA-0"}}), 422);
@@ -304,7 +304,7 @@ TEST_F(WebTest, cookiesAreSecureOnlyWhereTheServiceIsEncrypted)
     server.stop();
 }
 
-TEST_F(WebTest, whatAPersonTypedIsNeverMarkup)
+TEST_F(WebTest, typedTextIsNeverMarkup)
 {
     Browser browser(m_port);
     signIn(browser, "'\"><script>alert(1)&</script>", "x");
@@ -347,10 +347,10 @@ TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
     EXPECT_EQ(browser.get(match[1]), 200);
 }
 
-// A mail server that keeps what it was told.
+// A mail server that records what it receives.
 class MailServer {
 public:
-    // A conversation for each of these, its answer to the recipient's name.
+    // One conversation for each element: its answer to the recipient.
     explicit MailServer(std::vector<std::string_view> answers)
         : m_answers(std::move(answers))
         , m_listening(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
@@ -413,7 +413,7 @@ private:
     std::thread m_thread;
 };
 
-TEST_F(WebTest, aMailServerIsAskedAgainWhenItSaysLaterAndNotWhenItRefuses)
+TEST_F(WebTest, aTemporaryMailErrorIsRetriedAndAPermanentOneIsNot)
 {
     const std::tuple<std::vector<std::string_view>, bool> cases[] = {
         {{"250 fine\r\n"}, true}, {{"451 later\r\n", "250 fine\r\n"}, true}, {{"550 nobody here\r\n"}, false}};
@@ -426,7 +426,7 @@ TEST_F(WebTest, aMailServerIsAskedAgainWhenItSaysLaterAndNotWhenItRefuses)
         settings.retries = {std::chrono::seconds(0)};
         Mailbox mailbox(settings);
         mailbox.sendPasswordReset("mira@example.org", "token-of-the-mail");
-        // The conversations end by themselves; only then is it asked what was said.
+        // `heard` is valid only after all conversations have ended.
         for (int i = 0; i < 1000 && !mailbox.isIdle(); ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         server.finish();
@@ -455,7 +455,7 @@ TEST(MailboxTest, anAddressCannotBringHeadersOfItsOwn)
     EXPECT_FALSE(Mailbox::message("a@b", "x@y", "s", "t", 0).empty());
 }
 
-TEST_F(WebTest, OnlyTheOwnerSeesTheMusicAndWhatDoesNotPlayFileByFile)
+TEST_F(WebTest, OnlyTheOwnerSeesTheMusicPageWithEachFileThatDoesNotPlay)
 {
     addAccount();
     addAccount("second@example.org");
@@ -466,7 +466,7 @@ TEST_F(WebTest, OnlyTheOwnerSeesTheMusicAndWhatDoesNotPlayFileByFile)
     Library library(
         m_service->store, m_service->catalogue, [now = m_now] { return now->load(); }, settings);
     library.start();
-    ASSERT_TRUE(library.waitUntilDone(std::chrono::minutes(2), 1)); // or the second scan would be the first one
+    ASSERT_TRUE(library.waitUntilDone(std::chrono::minutes(2), 1)); // otherwise the second scan would be the first one
     {
         const Store::Lock db = m_service->store.lock();
         for (int i = 0; i < 60; ++i)
