@@ -13,7 +13,7 @@
 
 namespace {
 
-// This screen's own looks of the field: light while it is empty, dark while somebody types.
+// The field's style on this screen: light while it is empty, dark while text is typed.
 constexpr char initialStyle[] = "color: rgb(0,0,0);\nborder-image: url(:/images/InputBox_Focus_H.png);\n"
                                 "background-color: rgba(255, 255, 255, 0);";
 constexpr char typingStyle[] = "color: rgb(255, 255, 255);\nborder-image: url(:/images/sign_inputbox.png);\n";

@@ -98,14 +98,15 @@ bool SignInDlg::signInFromLoginFile()
         return false;
     ui->emailLineEdit->setText(QString::fromLatin1(file->email));
     ui->passwordLineEdit->setText(QString::fromLatin1(file->password));
-    // Not read back from the fields: a line edit drops the line feed that a file without carriage returns leaves.
+    // Uses the file's values, not the fields': a line edit drops the line feed that a file without carriage returns
+    // leaves.
     logIn(QString::fromLatin1(file->email), QString::fromLatin1(file->password));
     return true;
 }
 
 void SignInDlg::logIn(const QString &email, const QString &password)
 {
-    m_isLoginUnderWay = true; // before the request: a refusal is signalled while it is made
+    m_isLoginUnderWay = true; // set first: a refusal is signalled during the call
     const QPointer<SignInDlg> guard(this);
     const bool isAnswerExpected = m_login->userLogin(email, password);
     if (!guard || isAnswerExpected)

@@ -2,7 +2,7 @@
 
 #include "app/velmoraparentwidget.h"
 
-// A dialog that the player screen opens over itself, by what the player hears of it. GUI thread only.
+// The signals that the player screen needs from a dialog that it opens over itself. GUI thread only.
 class PlayerDialog : public VelmoraParentWidget {
     Q_OBJECT
 public:
@@ -12,7 +12,7 @@ signals:
     void signalDestroyedWindow(); // by the destructor, once
 };
 
-// The track menu, likewise.
+// The same for the track menu.
 class TrackMenuDialog : public PlayerDialog {
     Q_OBJECT
 public:
@@ -20,6 +20,6 @@ public:
 
 signals:
     // Spelled so. 0 bookmark artist, 1 bookmark track, 2 sleep, 3 create, 4 delete, 5 rename, 6 switch user, 7 exit,
-    // 8 nobody used the menu for nine hours, 9 why.
+    // 8 no key for nine hours, 9 why.
     void itemCliecked(int index);
 };

@@ -15,7 +15,7 @@ public:
     virtual VelmoraParentWidget *screen() = 0;
     virtual void stopCurrentSong() = 0;
     virtual void playCurrentSong() = 0;
-    // Fills the station list from the reply and plays the last station. Takes over the handle.
+    // Fills the station list from the reply and plays the last station. Takes ownership of the handle.
     virtual void fillFromStationList(HANDLE_T h_handle) = 0;
     virtual void restartIdleTimer() = 0;
     // Signs out because of an error, also while a track is starting.

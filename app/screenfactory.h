@@ -12,7 +12,7 @@ class VelmoraParentWidget;
 // Makes screens for callers that must not know their classes. main() registers the product's factory; tests register
 // their own.
 // Every screen is returned hidden, deletes itself when it is closed, and has no parent unless one is given. The caller
-// connects what it needs; what it hears of a screen is declared by the class that is returned.
+// connects what it needs; the returned class declares the screen's signals.
 class ScreenFactory {
 public:
     virtual ~ScreenFactory() = default;

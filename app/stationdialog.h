@@ -2,7 +2,7 @@
 
 #include "app/textentrydlg.h"
 
-// The screens that create and rename stations, by what the player screen hears of them. GUI thread only.
+// The signals that the player screen needs from the screens that create and rename stations. GUI thread only.
 class StationDialog : public TextEntryDlg {
     Q_OBJECT
 public:

@@ -70,8 +70,8 @@ public:
     void resetNohandleTimeOut();
 
     // --- hand-over
-    // Cuts this screen and `login`, its login sequence if it has one, off from the web service: at most one living
-    // receiver may hear a completion. Takes the message box away and closes the screen, which is deleted later.
+    // Disconnects this screen and `login` (its login sequence, may be null) from the web service: at most one living
+    // receiver may get a completion. Removes the message box and closes the screen, which is deleted later.
     void retire(QObject *login = nullptr);
 
     // --- service errors
@@ -79,7 +79,7 @@ public:
     void handleWSError(int errType); // the inactive account only
     // The message for a code, or the screen's own `fallback` when there is none.
     QString messageFor(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
-    // To be asked before a failure is shown: true, and logged, when m_isErrorMsg is set.
+    // Callers ask this before they show a failure. True, and logged, when m_isErrorMsg is set.
     bool isFatalMessageUp() const;
     // A warning, unless a fatal message is up. This screen may be gone afterwards, as after every box.
     void showWarning(const QString &text);
@@ -102,7 +102,7 @@ signals:
     void signalTimeoutNohandle();
 
 protected:
-    // Consumes Escape, which would close and so delete the screen. Back is another key.
+    // Consumes Escape, because QDialog would close the screen, which deletes it. Back is another key.
     bool event(QEvent *event) override;
 
 private slots:

@@ -70,7 +70,7 @@ void VelmoraParentWidget::exitVelmora(bool isFromParent, bool isSystemError)
 void VelmoraParentWidget::answerParentExit()
 {
     if (isEixt && m_isExitGranted && isHidden())
-        return; // the same order a second time
+        return; // a repeated order
     qDebug("VelmoraParentWidget,exitVelmora,signal is from parent...");
     // quit() closes visible windows only. A box closed by it would count as answered with No, and a hidden screen, with
     // the player's playback thread, would outlive the application.
@@ -116,7 +116,7 @@ void VelmoraParentWidget::NohandleTimeOut()
     m_idleTimer->stop();
     if (isCovered())
         return; // the screen on top asks; this timer is restarted when this screen is shown again
-    // A paused track counts as going on: the water line pauses it as well as the listener.
+    // A paused track counts as playing, because the water line pauses too, not only the listener.
     if (m_isAnimation || (state != PLAYBACK_STATE_PLAYING && state != PLAYBACK_STATE_PAUSED)) {
         m_idleTimer->start(idleRepeatMs);
         return;
@@ -148,8 +148,8 @@ bool VelmoraParentWidget::isCovered() const
            std::any_of(all.begin(), all.end(), [](const VelmoraParentWidget *screen) { return screen->isVisible(); });
 }
 
-// Every living screen hears of the loss, one box a process tells the listener: the visible screen's, or that of the
-// first one asked while none is visible.
+// Every living screen learns of the loss, but only one box tells the listener: the visible screen's, or that of the
+// first notified screen while none is visible.
 bool VelmoraParentWidget::isNetworkBoxMine() const
 {
     if (m_networkScreen)

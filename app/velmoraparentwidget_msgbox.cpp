@@ -53,7 +53,7 @@ int VelmoraParentWidget::showMsgbox(int type, const QString &text)
     dimUnder(box);
     const int result = box->exec();
     if (!self)
-        return 0; // the screen went with its box open
+        return 0; // the screen was deleted with its box open
     m_isBoxDestroyed = box.isNull();
     m_isBoxShown = false;
     resetFocus(false);

@@ -3,8 +3,8 @@
 #include <QString>
 #include <QStringList>
 
-// Decides whether the listener may rate, put to sleep, bookmark or ask about the playing entry, and which message is
-// due if not.
+// Decides whether the listener may rate, put to sleep, bookmark or ask about the playing entry, and which message
+// a refusal shows.
 namespace feedbackrules {
 
 enum class Action { ThumbUp, ThumbDown, Sleep, BookmarkSong, BookmarkArtist, Explain };

@@ -188,7 +188,7 @@ bool VelmoraMainDlg::reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fall
         emit signalFatalErr(e_ret);
     }
     showMsgbox(MSG_WARNING, text);
-    // The loss of the network and the exit close the box and decide themselves how to go on.
+    // A network loss and an exit close the box and decide by themselves what follows.
     if (!self || m_isGoing || isEixt || m_isNetworkError)
         return false;
     // Another box replaced this one: the listener has not confirmed the message, so the radio does not end.

@@ -50,8 +50,8 @@ void loadStyleSheet()
     qDebug("Velmora main function,load qss file,done!");
 }
 
-// Qt would keep pictures of the previous screens for a minute, up to 10 MB. The small ones, which are drawn again and
-// again, have room.
+// Qt would keep up to 10 MB of pictures of previous screens for a minute. The limit leaves room for the small ones,
+// which are drawn repeatedly.
 void keepFewPictures()
 {
     constexpr int kibibytes = 256; // at the canvas's own size
@@ -123,9 +123,9 @@ void tellMenuSystem()
 // The order of everything here is the contract with the device's menu system.
 int main(int argc, char **argv)
 {
-    // Text widths are laid out for 96 dots an inch, whatever size the television claims.
+    // Texts are laid out for 96 dots per inch, whatever size the television reports.
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
-    auto *application = new QApplication(argc, argv); // deleted by hand: the early return must not
+    auto *application = new QApplication(argc, argv); // no scope owns it: the early return must not delete it
     qDebug("Velmora main function ...");
     // Screens follow one another: between two of them no window may be open.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -25,8 +25,8 @@ struct Answer {
 };
 Answer ask(const QList<Record> &records, const QString &stationToken, const QTime &now);
 
-// Older than the window at `now`. Midnight is not handled (deliberate): a record of yesterday evening counts as one in
-// the future until the clock is an hour past its time.
+// Whether the record is older than the window at `now`. Midnight is not handled (deliberate): a record of yesterday
+// evening counts as one in the future until the clock is an hour past its time.
 bool isOverdue(const Record &record, const QTime &now);
 
 } // namespace skiprules

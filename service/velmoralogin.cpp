@@ -11,7 +11,7 @@
 namespace {
 
 // The identity that the service knows this device by, with `slot`, or the last login's when that is empty. Empty when
-// the device's address cannot be read: the chain then stops without a word (deliberate).
+// the device's address cannot be read: the chain then stops silently (deliberate).
 QByteArray identityFor(const QString &slot)
 {
     char mac[7];
@@ -145,7 +145,7 @@ void VelmoraLogin::handleWebServiceRet(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e
 {
     qDebug("VelmoraLogin,handleWebServiceRet...");
     WsHandle handle(h_handle);
-    // "Device not found" goes on: for the login by device identity it is an answer of its own.
+    // "Device not found" continues: the login by device identity handles it as a separate answer.
     if (e_ret != VLM_WS_ERR_OK && e_ret != VLM_WS_ERR_DEVICE_NOT_FOUND) {
         qDebug("VelmoraLogin,handleWebServiceRet=%d", e_ret);
         logRelease();

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int slotCount = 5;
 
-// The file for QSettings to open, once a damaged one is out of the way.
+// The file that QSettings opens. A damaged one is moved aside first.
 QString prepared(const QString &fileName, QSettings::Format format)
 {
     if (format != QSettings::IniFormat)
@@ -129,7 +129,7 @@ void VelmoraSettings::setLastSlot(const QString &value)
     endArray();
 }
 
-// Reads beside what the setter writes (deliberate).
+// Does not read the entry that the setter writes (deliberate).
 QString VelmoraSettings::getLastSlot()
 {
     return readGroup(*this, "LastSlot", "slotValue");
@@ -139,7 +139,7 @@ void VelmoraSettings::markSlotUsed(int index)
 {
     if (index < 0 || index >= slotCount)
         return;
-    beginWriteArray(QStringLiteral("Slot"), slotCount); // without the size the array would be cut after `index`
+    beginWriteArray(QStringLiteral("Slot"), slotCount); // without the size the array would end after `index`
     setArrayIndex(index);
     setValue(QStringLiteral("slotValue"), QStringLiteral("1"));
     endArray();

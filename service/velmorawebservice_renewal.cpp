@@ -254,6 +254,6 @@ VLM_WS_EXT_ERRCODE_T VelmoraWebService::sendAgain(HANDLE_T pending)
     case VLM_WS_MSGID_SLEEP_SONG:
         return sleepSong(text->text, false, nullptr, &handle);
     default:
-        return VLM_WS_ERR_INVALID_ARGUMENT; // none that is sent again: VLM_WS_IS_SENT_AGAIN
+        return VLM_WS_ERR_INVALID_ARGUMENT; // not a request that is sent again: VLM_WS_IS_SENT_AGAIN
     }
 }

@@ -21,7 +21,7 @@ const T *reply(HANDLE_T handle, std::initializer_list<int> commands)
     return static_cast<const T *>(record(handle)->reply);
 }
 
-// How many elements may be read: none without an array.
+// The number of elements that may be read; 0 without an array.
 int elements(int32_t count, const void *array)
 {
     return array && count > 0 ? count : 0;

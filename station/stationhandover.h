@@ -4,14 +4,15 @@
 
 class VelmoraParentWidget;
 
-// How Create and Rename station end: back on the player screen. GUI thread.
+// The end of Create and Rename station: back to the player screen. GUI thread.
 namespace stationhandover {
 
-// Shows the player screen, making it if there is none, and restarts its idle timer.
+// Shows the player screen, creating it if needed, and restarts its idle timer.
 void showPlayer();
 // The account is no longer active: closes the dialog, clears the history, signs out.
 void signOut(VelmoraParentWidget *dialog);
-// A new station list: closes the dialog, clears the history, shows the player and fills it. Takes over the handle.
+// A new station list: closes the dialog, clears the history, shows the player and fills it. Takes ownership of
+// the handle.
 void enterPlayer(VelmoraParentWidget *dialog, HANDLE_T h_handle);
 
 } // namespace stationhandover

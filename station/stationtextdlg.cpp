@@ -35,7 +35,7 @@ bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
         emit signalFatalErr(code);
     }
     showMsgbox(MSG_WARNING, text);
-    // The loss of the network and the exit close the box and decide themselves how to go on.
+    // A network loss and an exit close the box and decide by themselves what follows.
     if (!guard || isEixt || m_isNetworkError)
         return false;
     switch (reaction) {

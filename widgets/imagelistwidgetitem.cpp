@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int fadeWidth = 12; // pixels over which the text goes at an edge
+constexpr int fadeWidth = 12; // pixels over which the text fades at an edge
 
 } // namespace
 

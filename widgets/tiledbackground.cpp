@@ -7,15 +7,13 @@
 #include <QPaintEvent>
 #include <QWidget>
 
-#include <algorithm>
-
 namespace {
 
 // Soft gradients have fewer than 256 colours in a tile of this size.
 constexpr QSize tileSize(128, 80);
 constexpr int maxColours = 256;
 
-// The part of a 32-bit picture with a byte a pixel; a copy of it when it has too many colours.
+// A part of a 32-bit picture as one byte per pixel; an ordinary copy when it has too many colours.
 QImage withPalette(const QImage &picture, const QRect &part)
 {
     QImage tile(part.size(), QImage::Format_Indexed8);

@@ -14,7 +14,7 @@ class QWidget;
 
 // Paints a picture behind the content of a widget, stretched over it. A style sheet would keep 4 bytes a pixel, which
 // for a picture as large as the screen is the greatest part of the radio's pictures. Here the picture is cut into tiles
-// in device pixels, each with colours of its own: 1 byte a pixel, exactly the same colours. GUI thread.
+// in device pixels, each with its own colour table: 1 byte per pixel, exactly the same colours. GUI thread.
 class TiledBackground : public QObject {
     Q_OBJECT
 public:
