@@ -9,8 +9,6 @@
 #include <QElapsedTimer>
 #include <QThread>
 
-#include <cstdio>
-
 namespace {
 
 constexpr int completions = 10000;

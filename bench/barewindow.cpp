@@ -1,4 +1,4 @@
-// The yardstick: the smallest full-screen Qt program, one window of 1280 x 720 with one picture.
+// The reference: a minimal full-screen Qt program, one window of 1280 x 720 with one picture.
 #include <QApplication>
 #include <QPainter>
 #include <QPixmap>

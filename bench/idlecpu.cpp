@@ -1,4 +1,4 @@
-// CPU share of one core of the whole radio, 30 s long, while a track plays and nobody presses a key.
+// CPU share of the whole radio, in percent of one core, over 30 s while a track plays and no key is pressed.
 #include "device.h"
 #include "figures.h"
 

@@ -1,5 +1,5 @@
-// How long the listener waits for sound, with the real programs on loopback: from the station list's arrival to the
-// first audio sample at the sink, and from the key to the first sample of what it chose (a station or the next track).
+// The time until the listener hears sound, with the real programs on loopback: from the arrival of the station list to
+// the first audio sample at the sink, and from a key to the first sample of the chosen station or next track.
 //
 // The sink says when the first sample of a track is due: bench/audiosink.cpp.
 #include "device.h"
@@ -25,8 +25,8 @@ bool playsTrack(Device &device)
     return !labels.value(QStringLiteral("albumLabel")).toString().isEmpty();
 }
 
-// A box that refuses the key (the skip limit) is no silence: the music plays on. The box takes the next key, which
-// would then choose nothing: so it is answered.
+// A box that refuses the key (the skip limit) causes no silence: the music plays on. The box would take the next key,
+// so it is answered here.
 bool wasRefused(Device &device)
 {
     const QJsonObject status = QJsonDocument::fromJson(device.status()).object();
@@ -41,7 +41,7 @@ struct Waits {
     std::vector<double> ms;
     int silent = 0;
 
-    // Silence counts as the longest wait, or it would make the figure better.
+    // Silence counts as the longest wait. Leaving it out would improve the figure.
     void add(const Observation &from, const std::optional<Observation> &sound)
     {
         if (!sound)
@@ -69,7 +69,7 @@ int main(int argc, char **argv)
         return 1;
 
     Waits start, station, skip;
-    for (int i = -1; i < starts; ++i) { // GStreamer reads the sink's plug-in in the first, which is not measured
+    for (int i = -1; i < starts; ++i) { // the first is not measured: GStreamer loads the sink's plug-in in it
         const auto radio = device.startRadio(Device::observedSink, false);
         const auto list = radio->next("stationlist", {}, 20000);
         if (!list) {
@@ -93,7 +93,7 @@ int main(int argc, char **argv)
     QThread::msleep(500);
     int refused = 0;
     for (int i = 0; i < changes; ++i) {
-        // A station allows six skips an hour: one key in five is one, which meets all stations in turn.
+        // A station allows six skips an hour. One key in five is a skip, and the stations take turns.
         const bool isSkip = i % 5 == 4 && playsTrack(device);
         radio->forget();
         device.key(isSkip ? QStringList{QStringLiteral("next")}

@@ -12,8 +12,6 @@
 #include <glib.h>
 #include <sched.h>
 
-#include <utility>
-
 extern "C" void __tsan_acquire(void *at);
 extern "C" void __tsan_release(void *at);
 extern "C" int __clone(int (*run)(void *), void *stack, int flags, void *argument, ...); // glibc's own

@@ -13,7 +13,7 @@ namespace viewcomponent {
 
 namespace {
 
-// The server fills the window itself, from the moment it is mapped.
+// The X server fills the window itself as soon as it is mapped.
 void paintByServer([[maybe_unused]] WId window)
 {
 #if QT_CONFIG(xcb)

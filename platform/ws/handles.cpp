@@ -3,7 +3,7 @@
 namespace velmora::ws {
 
 namespace {
-// The address sanitizer holds freed addresses back by itself, and reports who reads them.
+// The address sanitizer itself delays the reuse of freed addresses and reports reads of them.
 #ifdef __SANITIZE_ADDRESS__
 constexpr std::size_t retiredLimit = 0;
 #else

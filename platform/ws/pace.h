@@ -11,10 +11,10 @@ namespace velmora::ws {
 
 using Clock = std::chrono::steady_clock;
 
-// After three partner logins within ten seconds each further one waits a second.
+// After three partner logins within ten seconds, each further one waits one second.
 class LoginPace {
 public:
-    // Returns when a login that is wanted now may be sent, and counts it.
+    // Returns when a login that is requested now may be sent, and counts it.
     Clock::time_point schedule(Clock::time_point now);
 
 private:

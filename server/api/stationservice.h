@@ -16,7 +16,7 @@ namespace velmora::server {
 class Mailer {
 public:
     virtual ~Mailer() = default;
-    // The token goes into a link of the mail; it is the only way to have it.
+    // The token becomes part of a link in the mail, which is the only copy of it.
     virtual void sendPasswordReset(const std::string &address, const std::string &token) = 0;
     virtual void sendPinRescue(const std::string &address, const std::string &token) = 0;
 };
@@ -24,19 +24,19 @@ public:
 class Library;
 
 struct ServiceSettings {
-    std::filesystem::path dataDirectory; // made, owner-only, when it does not exist
+    std::filesystem::path dataDirectory; // created with access for its owner only, if it does not exist
     TokenLifetimes lifetimes;
     PasswordCost passwordCost;
     Clock clock = systemClock();
     Random random = randomBelow;
-    // How long a playlist waits for the station's own music while the catalogue is still being made.
+    // How long a playlist request waits for the station's own music while the catalogue is still being made.
     std::chrono::milliseconds patience{8000};
 };
 
-// Everything the service knows and can do, without a network: the one object that the functions, the media, the pages
-// and the demo catalogue work on. Its parts may be used from any thread.
+// The whole service without a network: the object that the functions, the media, the pages
+// and the demo catalogue use. Its parts may be used from any thread.
 class StationService {
-    // First of all members: the others need the directory and the library that keeps secrets.
+    // The first members: the others need the directory and the library for secrets.
     struct Ground {
         explicit Ground(const ServiceSettings &settings);
         std::filesystem::path directory;
@@ -65,7 +65,7 @@ public:
 
     // Not owned; set before the server answers. Without one, functions that send mail fail.
     Mailer *mailer = nullptr;
-    // Not owned; set before the server answers. Null where there is no music of the owner's.
+    // Not owned; set before the server answers. Null without own music.
     Library *library = nullptr;
     const Clock clock;
     const std::chrono::milliseconds patience;
@@ -77,7 +77,7 @@ public:
                                AccountId *id);
 
 private:
-    // A random key that is made once and kept in the store.
+    // A random key, created once and kept in the store.
     std::string keptKey(const std::string &name);
 };
 

@@ -104,7 +104,7 @@ void WebPages::takeRevoke(Visit &visit)
         signInPage(visit, {}, {});
         return;
     }
-    // Its tokens and its key end with it.
+    // This also ends the radio's tokens and its key.
     const bool isDone = m_service.devices.revoke(visit.session.account, visit.value("device"));
     devicesPage(visit, isDone ? "" : "There is no such radio.", isDone ? 200 : 422);
 }

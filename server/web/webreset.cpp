@@ -69,7 +69,7 @@ void WebPages::takeReset(Visit &visit)
         show(visit, "Too late", gone(), 410);
         return;
     }
-    // Checked before the link is used up: it stays valid after a password that is too short.
+    // Checked first, so that the link stays valid after a password that is too short.
     if (!Accounts::isPassword(visit.value("new"))) {
         show(visit, "A new password",
              passwordForm(visit.session.csrf, token, "The password needs at least eight characters."), 422);

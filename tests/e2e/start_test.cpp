@@ -7,8 +7,6 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
-#include <csignal>
-
 namespace {
 
 const QString networkText =

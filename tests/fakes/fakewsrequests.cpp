@@ -77,7 +77,7 @@ VLM_WS_EXT_ERRCODE_T velmora_ws_uninit(void)
     std::unique_lock lock(d->mutex);
     d->device.isInitialised = false;
     d->queue.clear();
-    // No callback after uninit has returned; called from a callback it would wait for itself.
+    // No callback comes after uninit has returned. A call from within a callback must not wait for itself.
     d->wake.wait(lock, [d] { return !d->isDelivering || d->worker.get_id() == std::this_thread::get_id(); });
     return VLM_WS_ERR_OK;
 }

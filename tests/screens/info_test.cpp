@@ -5,9 +5,6 @@
 #include "station/aboutdlg.h"
 #include "station/whydlg.h"
 
-#include <QLabel>
-#include <QPushButton>
-
 namespace {
 
 // A parent that can close the explanation, as the player screen can.

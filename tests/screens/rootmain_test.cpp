@@ -1,4 +1,4 @@
-// The program itself, on the fakes: which screen it shows first, and the order of its end.
+// The program itself, on the fakes: its first screen, and the order of the steps at its end.
 #include "app/velmoraparentwidget.h"
 #include "fakes/devicetwin.h"
 #include "fakes/fakeipc.h"
@@ -65,7 +65,7 @@ private slots:
         delete qApp;
     }
 
-    void theWelcomeIsShownUntilItIsPassed()
+    void theWelcomeScreenComesFirstUntilItIsDismissed()
     {
         const std::tuple<QString, QString> cases[] = {
             {QString(), "WelcomeDlg"},
@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(run(), 0);
     }
 
-    void theMenuSystemIsToldOfTheEndLast()
+    void theMenuSystemLearnsOfTheEndLast()
     {
         const LogCapture log; // not on standard output
         StdoutCapture capture;

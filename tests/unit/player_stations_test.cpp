@@ -1,4 +1,4 @@
-// Station records: the copies, their order, and which row shows which.
+// Station records: the copies, their order and their rows.
 #include "player/stationrecord.h"
 
 #include <QtTest>

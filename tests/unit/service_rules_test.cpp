@@ -57,7 +57,8 @@ private slots:
         for (const char *slot : {"0", "1", "2", "3", "4"})
             QCOMPARE(deviceIdentity("\x00\x1a\x2b\x3c\x4d\x5e", slot),
                      QLatin1String("001A2B3C4D5E-") + QLatin1String(slot));
-        for (const char *other : {"5", "9", "", " 3", "3 ", "03", "secret", "-1", "\u0663"}) { // and another script's
+        for (const char *other :
+             {"5", "9", "", " 3", "3 ", "03", "secret", "-1", "\u0663"}) { // and a digit of another script
             const Row row(other);
             QCOMPARE(deviceIdentity("\x00\x1a\x2b\x3c\x4d\x5e", other), QStringLiteral("001A2B3C4D5E-9"));
         }
@@ -73,7 +74,7 @@ private slots:
         const std::tuple<QTime, QTime, bool> cases[] = {
             {QTime(10, 0), QTime(10, 0), false},         // the same second
             {QTime(10, 0), QTime(11, 0), false},         // 3,600 seconds
-            {QTime(10, 0), QTime(11, 0, 0, 999), false}, // 3,600 seconds and the better part of one
+            {QTime(10, 0), QTime(11, 0, 0, 999), false}, // almost 3,601 seconds
             {QTime(10, 0), QTime(11, 0, 1), true},       // 3,601 seconds
             {QTime(23, 30), QTime(0, 20), false},        // over midnight, 3,000 seconds
             {QTime(23, 30), QTime(0, 30, 1), true},      // over midnight, 3,601 seconds

@@ -6,7 +6,7 @@
 
 namespace netcommon {
 
-// Reports that the network was lost or came back. One instance a process; lives in the GUI thread.
+// Reports that the network was lost or came back. One instance for each process; it lives in the GUI thread.
 class NETCOMMON_EXPORT NetworkNotify : public QObject {
     Q_OBJECT
 public:

@@ -20,7 +20,7 @@ namespace netcommon {
 
 namespace {
 
-// How long isStarted() waits for a thread that was started and does not listen yet.
+// How long isStarted() waits for a started thread that does not listen yet.
 constexpr auto longestStart = std::chrono::milliseconds(100);
 
 } // namespace
@@ -74,7 +74,7 @@ IpcThread::~IpcThread()
     delete d;
 }
 
-// A caller that polls pauses after a failed look, so the first look waits for the few microseconds that are needed.
+// A caller that polls pauses after each failed check, so the first check waits for the few microseconds that it takes.
 bool IpcThread::isStarted() const
 {
     std::unique_lock lock(d->startMutex);
@@ -93,8 +93,8 @@ void IpcThread::responseParent(int type)
     d->end();
 }
 
-// An order to exit stands until it is answered: while the program starts there may be no screen yet, and between two
-// screens the only receiver may be one that is about to be deleted. So each new receiver hears the order again. The
+// An order to exit is kept until it is answered: while the program starts there may be no screen yet, and between two
+// screens the only receiver may be one that is about to be deleted. So the order is repeated to each new receiver. The
 // order is stored before it is emitted, and a connection exists before this function runs, so no receiver is missed.
 void IpcThread::connectNotify(const QMetaMethod &signal)
 {
@@ -108,7 +108,7 @@ void IpcThread::connectNotify(const QMetaMethod &signal)
     QMetaObject::invokeMethod(this, repeatOrder, Qt::QueuedConnection); // the receiver is still being constructed
 }
 
-// The IPC thread. What it emits reaches the screens queued; requests that look at widgets are queued to the GUI thread.
+// The IPC thread. Screens get its signals queued. Requests that read widgets are queued to the GUI thread.
 void IpcThread::run()
 {
     {
@@ -131,7 +131,7 @@ void IpcThread::run()
         case menu::Received::Nothing:
             break;
         case menu::Received::Closed:
-            // A radio goes on without its menu system, as one that was started without.
+            // The radio continues without its menu system, as if it had been started without one.
             qDebug("IpcThread,run,menu system has gone");
             watched[1].fd = -1;
             break;

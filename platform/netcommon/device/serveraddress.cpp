@@ -54,7 +54,7 @@ QString serverAddress(const QString &fromEnvironment, const QString &configurati
     QFile file(configurationFile);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    // Read as the library does: one "name = value" a line, the last line with a name counts.
+    // Read as the library does: one "name = value" on each line; the last line with a name counts.
     QString address;
     const auto lines = QString::fromUtf8(file.read(64 * 1024)).split(QLatin1Char('\n'));
     for (const QString &line : lines)

@@ -11,15 +11,15 @@ namespace netcommon {
 
 namespace {
 
-// Of a track, fetched ahead. Most compressed tracks fit whole; of lossless ones it is half a minute or more, which
-// outlives a fault of the network.
+// The buffer for downloaded data of a track. Most compressed tracks fit completely. It holds half a minute or more of a
+// lossless track, which bridges a network failure.
 constexpr guint queueBytes = 3584 * 1024;
-// Where that is less sound than this, it may be larger: more than the high water line, 7 s, of anything up to
-// 9.6 Mbit/s. With less the player screen could never resume.
+// The buffer may be larger when it holds less sound than this: more than the high water line, 7 s, at up to
+// 9.6 Mbit/s. With less, the player screen could never resume.
 constexpr guint64 queueTime = 30 * GST_SECOND;
 constexpr guint largeQueueBytes = 8 * 1024 * 1024;
 constexpr guint64 sourceBytes = 256 * 1024;
-// A block of packed frames. With the headers of the box and of the allocator it fills whole pages of its own, which go
+// The size of a block of packed frames. With the headers of the box and of the allocator it fills whole pages, which go
 // back to the system when it is freed.
 constexpr gsize blockBytes = 256 * 1024 - 64;
 constexpr gsize largestPacked = blockBytes / 8;
@@ -158,7 +158,7 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
     m_waitProbe = watch<&PlaybackPipeline::decodedProbe>(m_convert, "sink", data | GST_PAD_PROBE_TYPE_BLOCK);
     watch<&PlaybackPipeline::renderProbe>(m_resample, "src", data);
 
-    // There is no main loop: messages go into the playback thread's inbox straight from the thread that posts them.
+    // There is no main loop: the thread that posts a message puts it into the playback thread's inbox.
     const GstOwner<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
     gst_bus_set_sync_handler(
         bus.get(),
@@ -221,7 +221,7 @@ PlaybackSink PlaybackPipeline::takeSink()
 {
     if (!m_sink || m_hasSinkFailed.load())
         return nullptr;
-    // First of all, because a streaming thread may be waiting in it.
+    // First, because a streaming thread may be waiting in it.
     gst_element_set_locked_state(m_sink.get(), TRUE);
     const bool isOpen = gst_element_set_state(m_sink.get(), GST_STATE_READY) == GST_STATE_CHANGE_SUCCESS;
     gst_element_unlink(m_resample, m_sink.get());
@@ -264,8 +264,8 @@ qint64 PlaybackPipeline::lengthMs() const
 GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
 {
     if (info->type & GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM) {
-        // A serialized query would wait in the queue until everything before it is played. In a paused pipeline that is
-        // for ever, and the download would wait behind it.
+        // A serialized query would wait in the queue until everything before it is played. In a paused pipeline it
+        // would wait for ever, and block the download.
         return GST_QUERY_IS_SERIALIZED(GST_PAD_PROBE_INFO_QUERY(info)) ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
     }
     if (info->type & GST_PAD_PROBE_TYPE_BUFFER) {
@@ -293,7 +293,7 @@ GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
 }
 
 // A parser's frame is a part of a fetched chunk, or a copy if it lies in two chunks, which then both stay in memory,
-// too. So a frame that will wait for long is copied next to the one before it, and the chunks are freed at once.
+// too. So a frame that will wait for long is copied behind the previous one, and the chunks are freed at once.
 void PlaybackPipeline::pack(GstPadProbeInfo *info)
 {
     GstBuffer *const frame = GST_PAD_PROBE_INFO_BUFFER(info);
@@ -327,8 +327,8 @@ GstPadProbeReturn PlaybackPipeline::decodedProbe(GstPadProbeInfo *info)
     return GST_PAD_PROBE_OK; // stays blocked
 }
 
-// In front of the sink, which returns from a buffer once it was heard (or taken by the device): so a buffer is counted
-// when the next one comes. Neither one that a stop throws away is counted, nor what a decoder still sends to a sink
+// In front of the sink, which returns from a buffer once the device has taken it. So a buffer is counted when the next
+// one comes. A buffer that a stop discards is not counted, nor one that a decoder still sends to a sink
 // that has failed.
 GstPadProbeReturn PlaybackPipeline::renderProbe(GstPadProbeInfo *info)
 {
@@ -438,7 +438,7 @@ bool initialiseGStreamer()
         g_clear_error(&error);
         return false;
     }
-    // libav's MP3 decoders rank first and load 35 MB of libraries; mpg123 needs next to nothing.
+    // libav's MP3 decoders rank first and load 35 MB of libraries; mpg123 needs hardly any memory.
     GstRegistry *const registry = gst_registry_get();
     const auto feature = [registry](const char *name) {
         return GstOwner<GstPluginFeature>(gst_registry_lookup_feature(registry, name));
