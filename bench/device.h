@@ -30,8 +30,7 @@ public:
     void forget(); // all observations so far
     qint64 pid() const { return m_process.processId(); }
     QProcess &process() { return m_process; }
-    // How often the program's output contains this.
-    int linesWith(const QByteArray &text) const { return static_cast<int>(m_log.count(text)); }
+    // The program's output so far.
     QByteArray log() const { return m_log; }
 
 private:

@@ -317,5 +317,4 @@ private:
     // gone.
     int ownStationRow(const QString &refusal);
     bool confirm(const QString &question); // false also when this screen is gone or the box was closed unanswered
-    void continueAfterDeletion(int row);
 };

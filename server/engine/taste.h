@@ -36,7 +36,6 @@ public:
     Taste(const EngineIndex &index, std::span<const TasteEvent> events);
 
     float weight(size_t trait) const { return m_weights[trait]; }
-    float bias() const { return m_bias; }
 
 private:
     Traits m_weights{};

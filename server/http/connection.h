@@ -73,7 +73,6 @@ private:
     bool parse();
     bool headersRead();
     void work();
-    void nextRequest();
 
     void refuse(int status, const Request &request);
     void respond(Response response);
