@@ -93,7 +93,7 @@ void EngineKeeper::keep()
                 continue;
             }
             const auto begin = SteadyClock::now();
-            // The first view comes in two steps, so that nobody waits for the longer one.
+            // The first view is built in two steps, so that no caller waits for the longer one.
             if (isFirst)
                 build(engine::StyleShares::Votes::Ignored);
             build(engine::StyleShares::Votes::Taken);

@@ -91,7 +91,7 @@ engine::EngineMusic loadEngineMusic(Store &store, const std::atomic<bool> &isSto
     Numbers composers, works;
     Styles styles(music.styles);
     std::unordered_map<int64_t, size_t> places;
-    std::vector<std::string> ownStyle; // by track; used when it has no other
+    std::vector<std::string> ownStyle; // by track; used when the track has no other style
     // What a better file of the recording replaced is read for those who named or rated it.
     readPages(
         store, isStopping,

@@ -92,9 +92,9 @@ private:
         engine::Circumstances now;
         std::map<int64_t, std::shared_ptr<const engine::StationScores>> scores; // by station, once it was drawn
     };
-    // `mustBeReady`: only what can be played at once.
+    // `mustBeReady`: chooses only tracks that can be played at once.
     std::optional<Choice> choose(const Station &station, Kept &own, Moment &moment, bool mustBeReady);
-    // Has transcoded what was issued, and what may follow it.
+    // Requests transcodes of the issued tracks and of those that may follow.
     void prepare(const Station &station, Kept &own, Moment moment, const std::vector<PlaylistEntry> &entries);
     std::optional<IssuedAd> issueAd(Database &db, const Station &station);
     IssuedTrack issueTrack(Database &db, const Station &station, const Choice &choice,

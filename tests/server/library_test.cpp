@@ -297,7 +297,7 @@ TEST_F(LibraryTest, MovedRetaggedAndReplacedFilesKeepTheirThumbs)
     scan();
     EXPECT_EQ(trackAt("back.flac"), two);
 
-    // Two change places while only one of them has been listened to.
+    // Two files swap names, and only one of them has been analysed.
     library().setPaused(true);
     {
         const Store::Lock db = m_service->store.lock();
