@@ -30,7 +30,7 @@ void ImageListWidgetItem::setText(const QString &text)
 void ImageListWidgetItem::setBackdrop(const QPixmap &backdrop)
 {
     m_backdrop = backdrop;
-    forgetEdges();
+    forgetGround();
     update();
 }
 
@@ -38,7 +38,7 @@ void ImageListWidgetItem::setBar(const QPixmap &bar, const QRect &place)
 {
     m_bar = bar;
     m_barPlace = place;
-    forgetEdges();
+    forgetGround();
     update();
 }
 
@@ -55,19 +55,21 @@ void ImageListWidgetItem::layOut()
     m_line.setTextOption(option);
     m_line.setText(name);
     m_line.prepare({}, font());
+    m_lineHeight = fontMetrics().height();
     m_textWidth = fontMetrics().horizontalAdvance(name);
     m_bandWidth = fontMetrics().horizontalAdvance(m_text);
 }
 
-void ImageListWidgetItem::forgetEdges()
+void ImageListWidgetItem::forgetGround()
 {
+    m_ground = QPixmap();
     m_leftFade = QPixmap();
     m_rightFade = QPixmap();
 }
 
 void ImageListWidgetItem::resizeEvent(QResizeEvent *event)
 {
-    forgetEdges();
+    forgetGround();
     QLabel::resizeEvent(event);
 }
 
@@ -102,7 +104,7 @@ QSize ImageListWidgetItem::sizeHint() const
 
 void ImageListWidgetItem::startScroll()
 {
-    // Style sheets switch this off when they polish a label; without it every step would paint the whole label.
+    // Style sheets switch this off when they polish a label; without it every step would also paint what lies under it.
     setAttribute(Qt::WA_OpaquePaintEvent);
     if (!m_delayTimer) {
         m_delayTimer = new QTimer(this);
@@ -145,11 +147,9 @@ void ImageListWidgetItem::timerEvent(QTimerEvent *event)
         m_delayTimer->stop();
         m_delayTimer->start(marquee::pauseMs);
     }
-    const int step = m_isRightToLeft ? 1 : -1;
-    scroll(step, 0);
-    // The edges stay where they are, and the column that has just left one is no longer faded.
-    update(leftEdge().adjusted(0, 0, qMax(step, 0), 0));
-    update(rightEdge().adjusted(qMin(step, 0), 0, 0, 0));
+    // scroll() with an update of both edges would paint fewer pixels but cost more: Qt paints a region of several
+    // rectangles span by span, and a hundred spans by a pool of threads, which sleep between two steps.
+    update();
 }
 
 void ImageListWidgetItem::paintGround(QPainter &painter)
@@ -161,7 +161,7 @@ void ImageListWidgetItem::paintGround(QPainter &painter)
     if (m_bar.isNull()) {
         painter.fillRect(rect(), QColor(0xFF, 0xB9, 0x30)); // the text is black: as readable without the picture
     } else if (m_bar.devicePixelRatio() == painter.deviceTransform().m11()) {
-        painter.drawPixmap(m_barPlace.topLeft(), m_bar); // many times a second: nothing to scale, nothing to compute
+        painter.drawPixmap(m_barPlace.topLeft(), m_bar);
     } else {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         qDrawBorderPixmap(&painter, m_barPlace, QMargins(), m_bar);
@@ -187,23 +187,42 @@ QPixmap ImageListWidgetItem::fadedGround(const QRect &edge, bool isLeft)
     return faded;
 }
 
+// The ground is kept in pixels of the screen, so that painting it is a copy at any scale.
+void ImageListWidgetItem::drawGround(QPainter &painter)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const QRect place = toDevice.mapRect(QRectF(rect())).toAlignedRect();
+    const QTransform toGround = toDevice * QTransform::fromTranslate(-place.x(), -place.y());
+    if (m_ground.size() != place.size() || m_toGround != toGround) {
+        m_ground = QPixmap(place.size());
+        m_ground.fill(Qt::black);
+        m_toGround = toGround;
+        QPainter ground(&m_ground);
+        ground.setTransform(toGround);
+        paintGround(ground);
+    }
+    painter.save();
+    painter.setTransform(toDevice.inverted() * painter.transform());
+    painter.drawPixmap(place.topLeft(), m_ground);
+    painter.restore();
+}
+
 void ImageListWidgetItem::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    painter.setClipRegion(event->region());
-    paintGround(painter);
+    drawGround(painter);
     painter.setPen(palette().color(foregroundRole()));
     for (const int x : marquee::copies(m_offset, m_bandWidth, width())) {
         const int left = m_isRightToLeft ? width() - x - m_textWidth : x;
         if (left <= event->rect().right() && left + m_textWidth > event->rect().left())
-            painter.drawStaticText(left, (height() - fontMetrics().height()) / 2, m_line);
+            painter.drawStaticText(left, (height() - m_lineHeight) / 2, m_line);
     }
-    if (isFaded(leftEdge()) && event->region().intersects(leftEdge())) {
+    if (isFaded(leftEdge())) {
         if (m_leftFade.isNull())
             m_leftFade = fadedGround(leftEdge(), true);
         painter.drawPixmap(leftEdge().topLeft(), m_leftFade);
     }
-    if (isFaded(rightEdge()) && event->region().intersects(rightEdge())) {
+    if (isFaded(rightEdge())) {
         if (m_rightFade.isNull())
             m_rightFade = fadedGround(rightEdge(), false);
         painter.drawPixmap(rightEdge().topLeft(), m_rightFade);
