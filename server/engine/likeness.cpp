@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace velmora::engine {
 
 namespace {
 
-constexpr float stepsADeviation = 42;
-constexpr float mostDeviations = 3;
+constexpr float stepsADeviation = 63;
+constexpr float mostDeviations = 2;
 constexpr size_t sampleSize = 512;
+constexpr size_t nearestShare = 8; // of the sample, the nearest eighth
 
 // Upper tail of the normal distribution by table: from -4 to 4 in steps of 1/64.
 constexpr float tailReach = 4;
@@ -37,6 +39,24 @@ int squareSum(const int8_t *a, const int8_t *b, size_t count)
         sum += difference * difference;
     }
     return sum;
+}
+
+struct Spread {
+    float mean = 0, deviation = 0;
+};
+
+Spread spreadOf(const std::vector<float> &values)
+{
+    if (values.empty())
+        return {};
+    double sum = 0, squares = 0;
+    for (const float value : values) {
+        sum += static_cast<double>(value);
+        squares += static_cast<double>(value) * static_cast<double>(value);
+    }
+    const auto count = static_cast<double>(values.size());
+    const double mean = sum / count;
+    return {static_cast<float>(mean), static_cast<float>(std::sqrt(std::max(0.0, squares / count - mean * mean)))};
 }
 
 // From the root of a sum of squares to the mean distance of a number.
@@ -102,28 +122,51 @@ void Likeness::measureNeighbourhoods()
         if (m_isDescribed[track])
             described.push_back(track);
     }
-    const size_t samples = std::min(sampleSize, described.size());
-    for (const size_t track : described) {
-        std::array<double, groupCount> sums{}, squares{};
-        double count = 0;
-        for (size_t i = 0; i < samples; ++i) {
-            const size_t other = described[i * described.size() / samples];
-            if (other == track)
-                continue;
-            const ByGroup distance = distances(track, other);
-            for (size_t g = 0; g < groupCount; ++g) {
-                sums[g] += static_cast<double>(distance[g]);
-                squares[g] += static_cast<double>(distance[g]) * static_cast<double>(distance[g]);
-            }
-            ++count;
+    std::vector<size_t> sample(std::min(sampleSize, described.size()));
+    for (size_t i = 0; i < sample.size(); ++i)
+        sample[i] = described[i * described.size() / sample.size()];
+    std::vector<ByGroup> apart;
+    const auto measure = [&](size_t track) {
+        apart.clear();
+        for (const size_t other : sample) {
+            if (other != track)
+                apart.push_back(distances(track, other));
         }
+    };
+    std::vector<float> nearest;
+    const auto measureGroups = [&](size_t track) {
         Neighbourhood &neighbourhood = m_neighbourhoods[track];
-        for (size_t g = 0; g < groupCount && count > 0; ++g) {
-            const double mean = sums[g] / count;
-            const double variance = std::max(0.0, squares[g] / count - mean * mean);
-            neighbourhood.mean[g] = static_cast<float>(mean);
-            neighbourhood.inverseDeviation[g] = static_cast<float>(1 / std::max(0.05, std::sqrt(variance)));
+        for (size_t g = 0; g < groupCount && !apart.empty(); ++g) {
+            nearest.clear();
+            for (const ByGroup &distance : apart)
+                nearest.push_back(distance[g]);
+            const Spread spread = spreadOf(nearest);
+            neighbourhood.mean[g] = spread.mean;
+            neighbourhood.inverseDeviation[g] = 1 / std::max(0.05f, spread.deviation);
+            const auto count = static_cast<std::ptrdiff_t>(std::max<size_t>(1, nearest.size() / nearestShare));
+            std::nth_element(nearest.begin(), nearest.begin() + count - 1, nearest.end());
+            const float sum = std::accumulate(nearest.begin(), nearest.begin() + count, 0.0f);
+            neighbourhood.scale[g] = 1 / std::sqrt(std::max(0.05f, sum / static_cast<float>(count)));
         }
+    };
+    // The scales of the sample come first, as the distance over everything needs those of both tracks.
+    for (const size_t track : sample) {
+        measure(track);
+        measureGroups(track);
+    }
+    for (const size_t track : described) {
+        measure(track);
+        measureGroups(track);
+        std::vector<float> &all = nearest;
+        all.clear();
+        auto distance = apart.begin();
+        for (const size_t other : sample) {
+            if (other != track)
+                all.push_back(distanceOfAll(*distance++, m_neighbourhoods[track], m_neighbourhoods[other]));
+        }
+        const Spread spread = spreadOf(all);
+        m_neighbourhoods[track].meanOfAll = spread.mean;
+        m_neighbourhoods[track].inverseDeviationOfAll = 1 / std::max(0.05f, spread.deviation);
     }
 }
 
@@ -154,14 +197,23 @@ ByGroup Likeness::likeness(size_t a, size_t b) const
     return result;
 }
 
-float Likeness::together(const ByGroup &likeness)
+float Likeness::distanceOfAll(const ByGroup &distances, const Neighbourhood &a, const Neighbourhood &b)
 {
     float sum = 0, weights = 0;
     for (size_t g = 0; g < groupCount; ++g) {
-        sum += groupWeights[g] * likeness[g];
+        sum += groupWeights[g] * distances[g] * a.scale[g] * b.scale[g];
         weights += groupWeights[g];
     }
     return sum / weights;
+}
+
+float Likeness::all(size_t a, size_t b) const
+{
+    const Neighbourhood &left = m_neighbourhoods[a];
+    const Neighbourhood &right = m_neighbourhoods[b];
+    const float distance = distanceOfAll(distances(a, b), left, right);
+    return upperTail((distance - left.meanOfAll) * left.inverseDeviationOfAll) *
+           upperTail((distance - right.meanOfAll) * right.inverseDeviationOfAll);
 }
 
 } // namespace velmora::engine

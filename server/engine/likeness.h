@@ -20,14 +20,16 @@ constexpr Integer rounded(float value)
 constexpr size_t groupCount = 4; // sound, beat, harmony, shape
 constexpr std::array<media::DescriptorGroup, groupCount> groups = {media::soundGroup, media::beatGroup,
                                                                    media::harmonyGroup, media::shapeGroup};
-// What each group counts in the likeness of everything together.
+// What each group counts in the distance over everything.
 constexpr std::array<float, groupCount> groupWeights = {1.5f, 1.0f, 0.5f, 0.2f};
 
 using ByGroup = std::array<float, groupCount>;
 
-// How alike tracks sound. Each number is a z-score over the library in steps of 1/42, so that all weigh the same.
+// How alike tracks sound. Each number is a z-score over the library in steps of 1/63, so that all weigh the same.
 // Likeness is mutual proximity: the probability that two tracks are closer to each other than either is to a track
-// drawn by chance. It lies between 0 and 1 and leaves no track that is near to everything. Immutable once built.
+// drawn by chance. It lies between 0 and 1 and leaves no track that is near to everything. Over everything it is that
+// of one distance, in which each group is measured by how near to each track its nearest ones are. Immutable once
+// built.
 class Likeness {
 public:
     // Descriptors by position; null for tracks that have none.
@@ -39,17 +41,18 @@ public:
     // Distance in each group, in standard deviations of a number. Both tracks must be described.
     ByGroup distances(size_t a, size_t b) const;
     ByGroup likeness(size_t a, size_t b) const;
-    // The groups' likeness weighed into one.
-    static float together(const ByGroup &likeness);
-    float all(size_t a, size_t b) const { return together(likeness(a, b)); }
+    float all(size_t a, size_t b) const;
 
 private:
     struct Neighbourhood {
         ByGroup mean{}, inverseDeviation{};
+        ByGroup scale{}; // 1 / root of the mean distance to the nearest ones
+        float meanOfAll = 0, inverseDeviationOfAll = 0;
     };
 
     void scale(std::span<const media::Descriptor *const> descriptors);
     void measureNeighbourhoods();
+    static float distanceOfAll(const ByGroup &distances, const Neighbourhood &a, const Neighbourhood &b);
 
     std::vector<bool> m_isDescribed;
     std::vector<int8_t> m_numbers; // descriptorSize a track

@@ -7,8 +7,10 @@ namespace velmora::engine {
 
 namespace {
 
-// Weights are expected to lie within so much of 0 before anything was heard.
-constexpr float priorDeviation = 0.7f;
+// Weights are expected to lie within so much of 0 before anything was heard. Styles are also wished for by what the
+// listener named, attributes by nothing else.
+constexpr float attributeDeviation = 1.0f;
+constexpr float styleDeviation = 0.7f;
 constexpr float biasRate = 0.1f;
 
 } // namespace
@@ -27,7 +29,8 @@ Traits traitsOf(const EngineIndex &index, Position track)
 Taste::Taste(const EngineIndex &index, std::span<const TasteEvent> events)
 {
     Traits certainty;
-    certainty.fill(1 / (priorDeviation * priorDeviation));
+    certainty.fill(1 / (styleDeviation * styleDeviation));
+    std::fill_n(certainty.begin(), attributeCount, 1 / (attributeDeviation * attributeDeviation));
     for (const TasteEvent &event : events.last(std::min(events.size(), mostEvents))) {
         const std::optional<Position> track = index.find(event.track);
         if (!track)
