@@ -198,6 +198,7 @@ bool Connection::headersRead()
     Request &request = m_parser->request();
     request.arrivedAt = Clock::now();
     request.address = m_loop.proxies.callerBehind(m_address, listOf(request.headers, "X-Forwarded-For"));
+    request.network = networkOf(request.address);
     m_isHead = request.method == "HEAD";
     m_isKeptAlive = m_parser->isKeptAlive();
     m_route = m_loop.router.find(request);
@@ -230,15 +231,24 @@ void Connection::work()
     m_phase = Phase::Working;
     setWaiting(false);
     setDeadline(never);
-    const auto request = std::make_shared<Request>(std::move(m_parser->request()));
+    auto request = std::make_shared<Request>(std::move(m_parser->request()));
     m_parser.reset();
-    WorkerPool &pool = m_route->lane == Lane::Files ? m_loop.files : m_loop.functions;
-    const bool isTaken = pool.add([self = shared_from_this(), request, route = m_route]() mutable {
+    handOver(std::move(request), m_route->lane);
+}
+
+void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
+{
+    WorkerPool &pool = lane == Lane::Files       ? m_loop.files
+                       : lane == Lane::Passwords ? m_loop.passwords
+                                                 : m_loop.functions;
+    request->lane = lane;
+    const bool isTaken = pool.add(request->network, [self = shared_from_this(), request, route = m_route]() mutable {
         auto response = std::make_shared<Response>();
         bool isDone = true;
         try {
             *response = route->handler(*request);
-            applyConditions(*request, *response);
+            if (!response->lane)
+                applyConditions(*request, *response);
         } catch (const std::exception &error) {
             std::fprintf(stderr, "velmora-server: %s: %s\n", route->path.c_str(), error.what());
             isDone = false;
@@ -246,7 +256,9 @@ void Connection::work()
         asio::io_context &io = self->m_loop.io;
         asio::post(io, [self = std::move(self), request, response, isDone] {
             self->advanceAfter([&] {
-                if (isDone)
+                if (isDone && response->lane)
+                    self->handOver(request, *response->lane);
+                else if (isDone)
                     self->respond(std::move(*response));
                 else
                     self->refuse(500, *request);
@@ -362,8 +374,8 @@ void Connection::hold(std::chrono::milliseconds time)
 void Connection::readAhead(uint64_t count)
 {
     m_transfer->isHeld = true;
-    const bool isTaken =
-        m_loop.readers.add([self = shared_from_this(), file = m_transfer->file, at = m_transfer->at, count]() mutable {
+    const bool isTaken = m_loop.readers.add(
+        m_network, [self = shared_from_this(), file = m_transfer->file, at = m_transfer->at, count]() mutable {
             file->readAhead(at, count);
             asio::io_context &io = self->m_loop.io;
             asio::post(io, [self = std::move(self), end = at + count] {

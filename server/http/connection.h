@@ -23,6 +23,7 @@ struct Loop {
     boost::asio::io_context &io;
     WorkerPool &functions;
     WorkerPool &files;
+    WorkerPool &passwords;
     WorkerPool &readers;                      // bring parts of files into memory
     SSL_CTX *tls = nullptr;                   // null: no TLS
     std::vector<char> scratch;                // what is read passes through it
@@ -73,6 +74,7 @@ private:
     bool parse();
     bool headersRead();
     void work();
+    void handOver(std::shared_ptr<Request> request, Lane lane);
 
     void refuse(int status, const Request &request);
     void respond(Response response);

@@ -88,6 +88,13 @@ void Response::setFile(std::shared_ptr<const File> content, std::string type)
     setHeader("Last-Modified", file->lastModified());
 }
 
+Response Response::handledIn(Lane lane)
+{
+    Response response;
+    response.lane = lane;
+    return response;
+}
+
 Response Response::redirect(std::string address)
 {
     Response response;

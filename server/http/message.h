@@ -16,6 +16,10 @@ using Headers = std::vector<std::pair<std::string, std::string>>;
 // The first header of this name, in any case of letters; empty when there is none.
 std::string_view headerOf(const Headers &headers, std::string_view name);
 
+// Which threads answer. A folder that does not react must not keep the functions waiting, and neither must passwords,
+// whose hashes are slow on purpose.
+enum class Lane { Functions, Files, Passwords };
+
 // A request whose body has arrived. A plain value; any thread.
 struct Request {
     std::string method; // "GET", "HEAD", "POST" and so on
@@ -24,6 +28,8 @@ struct Request {
     Headers headers;
     std::string body;
     std::string address;             // of the caller, without a port; behind a trusted proxy the one that it names
+    std::string network;             // what counts as one caller in limits: networkOf(address)
+    Lane lane = Lane::Functions;     // whose thread handles it
     std::vector<std::string> pieces; // what matched the asterisks of the route
     std::chrono::steady_clock::time_point arrivedAt; // the end of its headers
 
@@ -36,6 +42,7 @@ struct Request {
 
 // What a handler answers: a text or a part of a file.
 struct Response {
+    std::optional<Lane> lane; // no answer: the handler is to be called again by a thread of this lane
     int status = 200;
     Headers headers;
     std::string body;
@@ -50,6 +57,7 @@ struct Response {
     // The whole file, with ETag and Last-Modified; conditional requests and ranges are answered from these.
     void setFile(std::shared_ptr<const File> content, std::string type);
     static Response redirect(std::string address);
+    static Response handledIn(Lane lane);
 };
 
 // "%41+b" is "A b"; what is no valid escape stays as it is. In a path a plus sign is itself.

@@ -32,9 +32,9 @@ void Router::get(std::string path, Handler handler, Lane lane)
     m_routes.push_back({"GET", std::move(path), std::move(handler), 0, lane});
 }
 
-void Router::post(std::string path, size_t mostBody, Handler handler)
+void Router::post(std::string path, size_t mostBody, Handler handler, Lane lane)
 {
-    m_routes.push_back({"POST", std::move(path), std::move(handler), mostBody, Lane::Functions});
+    m_routes.push_back({"POST", std::move(path), std::move(handler), mostBody, lane});
 }
 
 const Route *Router::find(Request &request) const

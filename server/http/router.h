@@ -9,9 +9,6 @@ namespace velmora::server::http {
 // Called on a worker's thread. What it throws is answered with 500.
 using Handler = std::function<Response(const Request &)>;
 
-// Which threads answer: a folder that does not react must not keep the functions waiting.
-enum class Lane { Functions, Files };
-
 struct Route {
     std::string method; // GET answers HEAD too
     std::string path;   // "/media/*/*": an asterisk ends a piece and matches what follows in it
@@ -24,7 +21,7 @@ struct Route {
 class Router {
 public:
     void get(std::string path, Handler handler, Lane lane = Lane::Functions);
-    void post(std::string path, size_t mostBody, Handler handler);
+    void post(std::string path, size_t mostBody, Handler handler, Lane lane = Lane::Functions);
     // The first route that matches, or null. Sets the request's pieces.
     const Route *find(Request &request) const;
 

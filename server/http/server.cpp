@@ -48,13 +48,23 @@ public:
         , m_router(std::move(router))
         , m_proxies(m_settings.trustedProxies)
         , m_tls(m_settings.tlsCertificate.empty() ? nullptr : tlsContext(m_settings.tlsCertificate, m_settings.tlsKey))
-        , m_functions(m_settings.limits.workers, m_settings.limits.queued)
-        , m_files(m_settings.limits.fileWorkers, m_settings.limits.queued)
-        , m_readers(m_settings.limits.fileWorkers, m_settings.limits.queued)
-        , m_loop{m_settings, m_router,    m_proxies,
-                 m_io,       m_functions, m_files,
-                 m_readers,  m_tls.get(), std::vector<char>(64 * 1024),
-                 {},         0,           [this](Connection &ended) { forget(ended); }}
+        , m_functions(m_settings.limits.workers, m_settings.limits.queued, m_settings.limits.queuedOfAddress)
+        , m_files(m_settings.limits.fileWorkers, m_settings.limits.queued, m_settings.limits.queuedOfAddress)
+        , m_passwords(m_settings.limits.passwordWorkers, m_settings.limits.queued, m_settings.limits.passwordsOfAddress)
+        , m_readers(m_settings.limits.fileWorkers, m_settings.limits.queued, m_settings.limits.queued)
+        , m_loop{m_settings,
+                 m_router,
+                 m_proxies,
+                 m_io,
+                 m_functions,
+                 m_files,
+                 m_passwords,
+                 m_readers,
+                 m_tls.get(),
+                 std::vector<char>(64 * 1024),
+                 {},
+                 0,
+                 [this](Connection &ended) { forget(ended); }}
     {
         // A stream holds its socket and its file.
         const size_t descriptors = raisedDescriptorLimit();
@@ -116,6 +126,7 @@ public:
         }
         m_functions.stop();
         m_files.stop();
+        m_passwords.stop();
         m_readers.stop();
     }
 
@@ -235,6 +246,7 @@ private:
     bool m_isEnding = false;
     WorkerPool m_functions;
     WorkerPool m_files;
+    WorkerPool m_passwords;
     WorkerPool m_readers;
     Loop m_loop;
     std::thread m_thread; // the event loop

@@ -2,8 +2,9 @@
 
 namespace velmora::server::http {
 
-WorkerPool::WorkerPool(size_t threads, size_t mostQueued)
+WorkerPool::WorkerPool(size_t threads, size_t mostQueued, size_t mostOfCaller)
     : m_mostQueued(mostQueued)
+    , m_mostOfCaller(mostOfCaller)
 {
     for (size_t i = 0; i < threads; ++i)
         m_threads.emplace_back([this] { work(); });
@@ -14,13 +15,19 @@ WorkerPool::~WorkerPool()
     stop();
 }
 
-bool WorkerPool::add(std::function<void()> job)
+bool WorkerPool::add(const std::string &caller, std::function<void()> job)
 {
     {
         const std::lock_guard guard(m_mutex);
-        if (m_isEnding || m_queue.size() >= m_mostQueued)
+        if (m_isEnding || m_queued >= m_mostQueued)
             return false;
-        m_queue.push_back(std::move(job));
+        const auto [queue, isNew] = m_queues.try_emplace(caller);
+        if (queue->second.size() >= m_mostOfCaller)
+            return false;
+        queue->second.push_back(std::move(job));
+        if (isNew)
+            m_turns.push_back(caller);
+        ++m_queued;
     }
     m_wake.notify_one();
     return true;
@@ -28,11 +35,13 @@ bool WorkerPool::add(std::function<void()> job)
 
 void WorkerPool::stop()
 {
-    std::deque<std::function<void()>> dropped; // destroyed without the lock
+    std::unordered_map<std::string, Queue> dropped; // destroyed without the lock
     {
         const std::lock_guard guard(m_mutex);
         m_isEnding = true;
-        dropped.swap(m_queue);
+        dropped.swap(m_queues);
+        m_turns.clear();
+        m_queued = 0;
     }
     m_wake.notify_all();
     for (std::thread &thread : m_threads) {
@@ -45,16 +54,30 @@ void WorkerPool::work()
 {
     std::unique_lock lock(m_mutex);
     while (true) {
-        m_wake.wait(lock, [this] { return m_isEnding || !m_queue.empty(); });
-        if (m_queue.empty())
+        m_wake.wait(lock, [this] { return m_isEnding || m_queued > 0; });
+        if (m_queued == 0)
             return;
-        std::function<void()> job = std::move(m_queue.front());
-        m_queue.pop_front();
+        std::function<void()> job = takeNext();
         lock.unlock();
         job();
         job = nullptr; // what it holds is destroyed without the lock
         lock.lock();
     }
+}
+
+std::function<void()> WorkerPool::takeNext()
+{
+    std::string caller = std::move(m_turns.front());
+    m_turns.pop_front();
+    const auto queue = m_queues.find(caller);
+    std::function<void()> job = std::move(queue->second.front());
+    queue->second.pop_front();
+    --m_queued;
+    if (queue->second.empty())
+        m_queues.erase(queue);
+    else
+        m_turns.push_back(std::move(caller));
+    return job;
 }
 
 } // namespace velmora::server::http

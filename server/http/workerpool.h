@@ -4,29 +4,39 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <string>
 #include <thread>
+#include <unordered_map>
 #include <vector>
 
 namespace velmora::server::http {
 
-// Threads that work off a queue of bounded length.
+// Threads that work off queues of bounded length. Every caller has a queue, and the callers take turns: one that sends
+// much waits for itself.
 class WorkerPool {
 public:
-    WorkerPool(size_t threads, size_t mostQueued);
+    WorkerPool(size_t threads, size_t mostQueued, size_t mostOfCaller);
     ~WorkerPool(); // stops
 
-    // False when the queue is full. The job throws nothing. Any thread.
-    bool add(std::function<void()> job);
+    // False when the caller's queue, or all together, is full. The job throws nothing. Any thread.
+    bool add(const std::string &caller, std::function<void()> job);
     // Drops what has not begun, waits for the rest.
     void stop();
 
 private:
     void work();
 
+    using Queue = std::deque<std::function<void()>>;
+    // The next job; there is one.
+    std::function<void()> takeNext();
+
     const size_t m_mostQueued;
-    std::mutex m_mutex; // guards the queue and m_isEnding
+    const size_t m_mostOfCaller;
+    std::mutex m_mutex; // guards the queues and m_isEnding
     std::condition_variable m_wake;
-    std::deque<std::function<void()>> m_queue;
+    std::unordered_map<std::string, Queue> m_queues; // by caller; none is empty
+    std::deque<std::string> m_turns;                 // the callers with a queue; the next in front
+    size_t m_queued = 0;                             // jobs in all queues
     bool m_isEnding = false;
     std::vector<std::thread> m_threads;
 };
