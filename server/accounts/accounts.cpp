@@ -3,9 +3,6 @@
 #include "server/store/store.h"
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <thread>
 
 namespace velmora::server {
 
@@ -19,15 +16,6 @@ std::string foldedName(std::string name)
     std::transform(name.begin(), name.end(), name.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
     return name;
-}
-
-// Every waiting attempt occupies a thread. When so many wait, further attempts are refused.
-constexpr int mostWaiting = 12;
-std::atomic<int> s_waiting{0};
-
-LoginThrottle::Time now()
-{
-    return std::chrono::steady_clock::now();
 }
 
 } // namespace
@@ -80,39 +68,23 @@ CreateResult Accounts::create(const std::string &userName, const std::string &pa
     return CreateResult::Done;
 }
 
-LoginResult Accounts::login(const std::string &userName, const std::string &password, const std::string &address,
-                            Account *account)
+Login Accounts::login(const std::string &userName, const std::string &password, const std::string &network)
 {
     const std::string name = foldedName(userName.substr(0, longestUserName));
-    if (!waitTurn(name, address))
-        return LoginResult::TooMany;
+    if (const std::optional<int> seconds = m_passwordThrottle.refuse(name, network, m_clock()))
+        return {LoginResult::TooMany, {}, *seconds};
     std::string hash;
     const std::optional<Account> found = findWhere("folded_name = ?1", name, &hash);
     const bool isRight = password.size() <= longestPassword &&
                          (found ? m_hasher.verify(hash, password) : m_hasher.verifyNothing(password));
     if (!isRight) {
-        m_throttle.failed(name, address, now());
-        return LoginResult::Wrong;
+        m_passwordThrottle.failed(name, network, m_clock());
+        return {LoginResult::Wrong, {}, 0};
     }
-    m_throttle.succeeded(name, address);
+    m_passwordThrottle.succeeded(name, network);
     if (!found->isActive)
-        return LoginResult::Inactive;
-    *account = *found;
-    return LoginResult::Done;
-}
-
-bool Accounts::waitTurn(const std::string &account, const std::string &address)
-{
-    const std::optional<LoginThrottle::Milliseconds> wait = m_throttle.admit(account, address, now());
-    if (!wait)
-        return false;
-    if (wait->count() == 0)
-        return true;
-    const bool hasPlace = ++s_waiting <= mostWaiting;
-    if (hasPlace)
-        std::this_thread::sleep_for(*wait);
-    --s_waiting;
-    return hasPlace;
+        return {LoginResult::Inactive, {}, 0};
+    return {LoginResult::Done, *found, 0};
 }
 
 std::optional<Account> Accounts::findWhere(const std::string &condition, const std::string &value,
@@ -194,7 +166,7 @@ void Accounts::setExplicitFilter(AccountId id, bool isOn)
     m_store.lock()->run("UPDATE accounts SET explicit_filter = ?2 WHERE id = ?1", id, isOn);
 }
 
-LoginResult Accounts::checkExplicitPin(AccountId id, const std::string &pin, const std::string &address)
+Login Accounts::checkExplicitPin(AccountId id, const std::string &pin, const std::string &network)
 {
     std::string hash;
     {
@@ -202,18 +174,18 @@ LoginResult Accounts::checkExplicitPin(AccountId id, const std::string &pin, con
         Statement row = db->prepare("SELECT explicit_pin_hash FROM accounts WHERE id = ?1");
         row.with(id);
         if (!row.step() || row.isNull(0))
-            return LoginResult::Done;
+            return {LoginResult::Done, {}, 0};
         hash = row.text(0);
     }
-    const std::string name = "pin " + std::to_string(id);
-    if (!waitTurn(name, address))
-        return LoginResult::TooMany;
+    const std::string name = std::to_string(id);
+    if (const std::optional<int> seconds = m_pinThrottle.refuse(name, network, m_clock()))
+        return {LoginResult::TooMany, {}, *seconds};
     if (!m_hasher.verify(hash, pin)) {
-        m_throttle.failed(name, address, now());
-        return LoginResult::Wrong;
+        m_pinThrottle.failed(name, network, m_clock());
+        return {LoginResult::Wrong, {}, 0};
     }
-    m_throttle.succeeded(name, address);
-    return LoginResult::Done;
+    m_pinThrottle.succeeded(name, network);
+    return {LoginResult::Done, {}, 0};
 }
 
 void Accounts::setExplicitPin(AccountId id, const std::string &pin)

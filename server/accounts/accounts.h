@@ -34,8 +34,14 @@ struct Profile {
 enum class CreateResult { Done, BadUserName, BadPassword, Taken };
 enum class LoginResult { Done, Wrong, Inactive, TooMany };
 
+struct Login {
+    LoginResult result = LoginResult::Wrong;
+    Account account;    // when Done
+    int retryAfter = 0; // when TooMany: seconds
+};
+
 // The people of this service. All functions may be called from any thread; those that look at a password take the time
-// of one argon2id hash, and login() waits some seconds after many failures.
+// of one argon2id hash.
 class Accounts {
 public:
     static constexpr size_t shortestPassword = 8; // characters, as bytes of UTF-8
@@ -47,9 +53,9 @@ public:
     // same transaction.
     CreateResult create(const std::string &userName, const std::string &password, const Profile &profile, AccountId *id,
                         const std::function<void(AccountId)> &furnish = {});
-    // Checks a password, slowed as LoginThrottle says. An unknown account takes as long as a known one and is Wrong.
-    LoginResult login(const std::string &userName, const std::string &password, const std::string &address,
-                      Account *account);
+    // Checks a password, as often as LoginThrottle allows. An unknown account takes as long as a known one and is
+    // Wrong. `network`: the caller's address, or the network that counts as one caller.
+    Login login(const std::string &userName, const std::string &password, const std::string &network);
 
     std::optional<Account> find(AccountId id);
     std::optional<Account> find(const std::string &userName);
@@ -66,8 +72,8 @@ public:
     std::optional<AccountId> redeemReset(const std::string &token, const std::string &purpose);
 
     void setExplicitFilter(AccountId id, bool isOn);
-    // True also when no PIN is set. Slowed as login() is.
-    LoginResult checkExplicitPin(AccountId id, const std::string &pin, const std::string &address);
+    // Done also when no PIN is set. Limited as login() is, but by itself. Sets no account.
+    Login checkExplicitPin(AccountId id, const std::string &pin, const std::string &network);
     void setExplicitPin(AccountId id, const std::string &pin); // empty: none
 
     static bool isUserName(const std::string &text);
@@ -75,13 +81,11 @@ public:
 
 private:
     std::optional<Account> findWhere(const std::string &condition, const std::string &value, std::string *passwordHash);
-    // Waits its turn; false when there are too many waiting.
-    bool waitTurn(const std::string &account, const std::string &address);
-
     Store &m_store;
     PasswordHasher &m_hasher;
     Clock m_clock;
-    LoginThrottle m_throttle;
+    LoginThrottle m_passwordThrottle; // by folded name
+    LoginThrottle m_pinThrottle;      // by account id
 };
 
 // Purposes of reset tokens.

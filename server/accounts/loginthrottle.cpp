@@ -6,103 +6,80 @@ namespace velmora::server {
 
 namespace {
 
-// Old keys are removed when there are this many, so that an attacker cannot fill the memory.
-constexpr size_t manyRecords = 10000;
-// One account tried from many addresses, or many accounts from one address: slowed later and less.
-constexpr int freeFailuresAnywhere = 40;
-
-LoginThrottle::Milliseconds waitAfter(int failures, int freeOfCost)
+int64_t pauseAfter(int failures, int freeOfCost)
 {
     if (failures <= freeOfCost)
-        return LoginThrottle::Milliseconds(0);
-    const int doublings = std::min(failures - freeOfCost - 1, 10);
-    return std::min(LoginThrottle::firstWait * (1 << doublings), LoginThrottle::longestWait);
+        return 0;
+    return std::min<int64_t>(LoginThrottle::longestPause, int64_t(1) << std::min(failures - freeOfCost - 1, 10));
 }
 
 std::string pairKey(const std::string &account, const std::string &address)
 {
-    return "p" + address + "\n" + account;
+    return address + '\n' + account;
 }
 
 } // namespace
 
-std::optional<LoginThrottle::Milliseconds> LoginThrottle::admit(const std::string &account, const std::string &address,
-                                                                Time now)
+std::optional<int> LoginThrottle::refuse(const std::string &account, const std::string &address, int64_t now)
 {
+    if (const std::optional<int> seconds = m_checks.refuse(address, now))
+        return seconds;
     const std::lock_guard guard(m_mutex);
-    Milliseconds wait{0};
-    for (const std::string &key : {"a" + account, "i" + address}) {
-        if (const Record *record = find(key, now))
-            wait = std::max(wait, waitAfter(record->failures, freeFailuresAnywhere));
-    }
-    Record *pair = find(pairKey(account, address), now);
-    if (!pair)
-        return wait;
-    const Milliseconds own = waitAfter(pair->failures, freeFailures);
-    if (own.count() == 0)
-        return wait;
-    const Time turn = std::max(now, pair->nextTurn) + own;
-    if (turn - now > longestWait + own / 2)
-        return std::nullopt;
-    pair->nextTurn = turn;
-    return std::max(wait, std::chrono::ceil<Milliseconds>(turn - now));
+    int64_t wait = secondsLeft(find(m_addresses, address, now), freeFailuresOfAddress, now);
+    if (wait == 0)
+        wait = secondsLeft(find(m_pairs, pairKey(account, address), now), freeFailuresFor(account, now), now);
+    return wait > 0 ? std::optional(static_cast<int>(wait)) : std::nullopt;
 }
 
-void LoginThrottle::failed(const std::string &account, const std::string &address, Time now)
+void LoginThrottle::failed(const std::string &account, const std::string &address, int64_t now)
 {
     const std::lock_guard guard(m_mutex);
-    if (m_records.size() >= manyRecords)
-        forgetOld(now);
-    count("a" + account, now);
-    count("i" + address, now);
-    count(pairKey(account, address), now);
+    count(m_addresses, address, freeFailuresOfAddress, now);
+    count(m_accounts, account, guessedFailures, now);
+    count(m_pairs, pairKey(account, address), freeFailuresFor(account, now), now);
 }
 
 void LoginThrottle::succeeded(const std::string &account, const std::string &address)
 {
     const std::lock_guard guard(m_mutex);
-    m_records.erase(pairKey(account, address));
+    m_pairs.erase(pairKey(account, address));
 }
 
-LoginThrottle::Record *LoginThrottle::find(const std::string &key, Time now)
+int LoginThrottle::freeFailuresFor(const std::string &account, int64_t now)
 {
-    const auto found = m_records.find(key);
-    if (found == m_records.end())
-        return nullptr;
-    if (now - found->second.last > memory) {
-        m_records.erase(found);
+    const Record *record = find(m_accounts, account, now);
+    return record && record->failures > guessedFailures ? freeFailuresOfGuessed : freeFailures;
+}
+
+LoginThrottle::Record *LoginThrottle::find(Records &records, const std::string &key, int64_t now)
+{
+    Record *record = records.find(key);
+    if (record && now - record->last > memorySeconds) {
+        records.erase(key);
         return nullptr;
     }
-    return &found->second;
+    return record;
 }
 
-void LoginThrottle::count(const std::string &key, Time now)
+void LoginThrottle::count(Records &records, const std::string &key, int freeOfCost, int64_t now)
 {
-    find(key, now);
-    Record &record = m_records[key];
+    find(records, key, now);
+    Record &record = records.at(key);
     ++record.failures;
     record.last = now;
+    record.next = now + pauseAfter(record.failures, freeOfCost);
 }
 
-void LoginThrottle::forgetOld(Time now)
+int64_t LoginThrottle::secondsLeft(Record *record, int freeOfCost, int64_t now)
 {
-    std::erase_if(m_records, [now](const auto &entry) { return now - entry.second.last > memory; });
-    if (m_records.size() >= manyRecords)
-        m_records.clear();
-}
-
-std::optional<int> RateLimit::refuse(const std::string &key, Time now)
-{
-    const std::lock_guard guard(m_mutex);
-    if (m_records.size() >= manyRecords)
-        std::erase_if(m_records, [&](const auto &entry) { return now - entry.second.start > m_window; });
-    Record &record = m_records[key];
-    if (record.count == 0 || now - record.start > m_window)
-        record = {0, now};
-    if (record.count >= m_events)
-        return static_cast<int>(std::chrono::ceil<std::chrono::seconds>(record.start + m_window - now).count()) + 1;
-    ++record.count;
-    return std::nullopt;
+    const int64_t pause = record ? pauseAfter(record->failures, freeOfCost) : 0;
+    if (pause == 0)
+        return 0;
+    // The upper bound is for a clock that was set back.
+    if (record->next > now && record->next <= now + longestPause)
+        return record->next - now;
+    record->next = now + pause;
+    return 0;
 }
 
 } // namespace velmora::server

@@ -1,70 +1,54 @@
 #pragma once
 
-#include <chrono>
-#include <map>
-#include <mutex>
-#include <optional>
-#include <string>
+#include "server/accounts/ratelimit.h"
 
 namespace velmora::server {
 
-// Slows guessing down without locking the right person out. Only failures count: those of one account from one address
-// most, those of one account from anywhere and of one address against any account less. Kept in memory. Any thread.
+// Slows guessing down without locking the right person out. Only failures cost: those of one account from one address
+// most, those of one address against any account less. Failures from elsewhere never stop the first attempt of an
+// address. Times are Unix seconds. Kept in memory. Any thread.
 class LoginThrottle {
 public:
-    using Time = std::chrono::steady_clock::time_point;
-    using Milliseconds = std::chrono::milliseconds;
-
-    // So many failures cost nothing; every further one doubles the wait, up to the longest.
-    static constexpr int freeFailures = 4;
-    static constexpr Milliseconds firstWait{250};
-    static constexpr Milliseconds longestWait{4000};
+    // All checks of one address, right or wrong: each costs the machine a hash.
+    static constexpr int checksOfAddress = 120;
+    static constexpr std::chrono::seconds checkWindow{60};
+    // So many failures cost nothing; after every further one the pause doubles, up to the longest.
+    static constexpr int freeFailures = 4;          // of one account from one address
+    static constexpr int freeFailuresOfGuessed = 1; // the same, once the account has `guessedFailures` from anywhere
+    static constexpr int guessedFailures = 40;
+    static constexpr int freeFailuresOfAddress = 60; // against any account
+    static constexpr int64_t longestPause = 16;
     // Failures are forgotten after so long without a new one.
-    static constexpr std::chrono::minutes memory{15};
+    static constexpr int64_t memorySeconds = 15 * 60;
 
-    // How long this attempt must wait before its password is checked. Attempts of one address on one account at the
-    // same time wait one after another. Nothing when this queue is longer than the longest wait: the attempt is then
-    // refused without a check, because otherwise parallel guessing would not be slowed.
-    std::optional<Milliseconds> admit(const std::string &account, const std::string &address, Time now);
-    void failed(const std::string &account, const std::string &address, Time now);
+    // Nothing: the password may be checked, and failed() or succeeded() follows. Otherwise the attempt is refused
+    // without a check, and the next one is allowed in so many seconds. During pauses attempts side by side are refused
+    // but for one.
+    std::optional<int> refuse(const std::string &account, const std::string &address, int64_t now);
+    void failed(const std::string &account, const std::string &address, int64_t now);
     // Forgets the failures of this account from this address.
     void succeeded(const std::string &account, const std::string &address);
 
 private:
     struct Record {
         int failures = 0;
-        Time last;
-        Time nextTurn;
+        int64_t last = 0;
+        int64_t next = 0; // no check before
     };
-    Record *find(const std::string &key, Time now);
-    void count(const std::string &key, Time now);
-    void forgetOld(Time now);
+    using Records = LruTable<std::string, Record>;
+    static constexpr size_t mostRecords = 10'000; // of each kind
 
-    std::mutex m_mutex;
-    std::map<std::string, Record> m_records;
-};
+    static Record *find(Records &records, const std::string &key, int64_t now);
+    static void count(Records &records, const std::string &key, int freeOfCost, int64_t now);
+    // How long the record still forbids a check; takes the turn when it does not.
+    static int64_t secondsLeft(Record *record, int freeOfCost, int64_t now);
+    int freeFailuresFor(const std::string &account, int64_t now);
 
-// At most so many events in a time for one key. Kept in memory. Any thread.
-class RateLimit {
-public:
-    using Time = LoginThrottle::Time;
-    RateLimit(int events, std::chrono::seconds window)
-        : m_events(events)
-        , m_window(window)
-    {
-    }
-    // Counts the event. When there were too many: in how many seconds the next one is allowed.
-    std::optional<int> refuse(const std::string &key, Time now);
-
-private:
-    struct Record {
-        int count = 0;
-        Time start;
-    };
-    int m_events;
-    std::chrono::seconds m_window;
-    std::mutex m_mutex;
-    std::map<std::string, Record> m_records;
+    RateLimit m_checks{checksOfAddress, checkWindow}; // by address
+    std::mutex m_mutex;                               // guards the records
+    Records m_addresses{mostRecords};
+    Records m_accounts{mostRecords};
+    Records m_pairs{mostRecords}; // of an address and an account
 };
 
 } // namespace velmora::server

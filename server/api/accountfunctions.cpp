@@ -11,19 +11,14 @@ namespace {
 
 constexpr int keyBytes = 32;
 
-LoginThrottle::Time now()
-{
-    return std::chrono::steady_clock::now();
-}
-
 [[noreturn]] void tooMany(int retryAfter)
 {
     throw ApiError(Code::TooMany, "too many requests", json{{"retryAfter", retryAfter}});
 }
 
-void limit(RateLimit &limit, const std::string &key)
+void limit(const Call &call, RateLimit &limit, const std::string &key)
 {
-    if (const std::optional<int> seconds = limit.refuse(key, now()))
+    if (const std::optional<int> seconds = limit.refuse(key, call.service.clock()))
         tooMany(*seconds);
 }
 
@@ -43,18 +38,18 @@ std::string deviceIdOf(const Call &call)
 
 Account checkedLogin(Call &call, const std::string &userName, const std::string &password)
 {
-    Account account;
-    switch (call.service.accounts.login(userName, password, call.address, &account)) {
+    Login login = call.service.accounts.login(userName, password, call.network);
+    switch (login.result) {
     case LoginResult::Done:
-        return account;
+        break;
     case LoginResult::Wrong:
         throw ApiError(Code::BadLogin, "wrong user name or password");
     case LoginResult::Inactive:
         throw ApiError(Code::Inactive, "the account is no longer active");
     case LoginResult::TooMany:
-        break;
+        tooMany(login.retryAfter);
     }
-    tooMany(5);
+    return std::move(login.account);
 }
 
 json openUserSession(Call &call, const Account &account, const std::string &deviceId)
@@ -110,14 +105,11 @@ bool isPin(const std::string &text)
 // Throws unless the PIN is right or none is set.
 void checkPin(Call &call, const std::string &pin)
 {
-    switch (call.service.accounts.checkExplicitPin(call.account(), pin, call.address)) {
-    case LoginResult::Done:
-        return;
-    case LoginResult::TooMany:
-        tooMany(5);
-    default:
+    const Login login = call.service.accounts.checkExplicitPin(call.account(), pin, call.network);
+    if (login.result == LoginResult::TooMany)
+        tooMany(login.retryAfter);
+    if (login.result != LoginResult::Done)
         throw ApiError(Code::NotAuthorised, "not the PIN");
-    }
 }
 
 } // namespace
@@ -173,14 +165,14 @@ json generateDeviceActivationCode(Call &call)
     const std::string digits = call.parameters.text("deviceId");
     if (!Devices::isDigits(digits))
         throw ApiError(Code::Malformed, "not the twelve digits of a device");
-    limit(call.limits.codesOfDevice, call.session.keyHash);
-    limit(call.limits.codesOfAddress, call.address);
+    limit(call, call.limits.codesOfNetwork, call.network);
+    limit(call, call.limits.codesOfDevice, call.session.keyHash);
     return codeAnswer(call, call.service.activationCodes.issueForDevice(digits, call.session.keyHash));
 }
 
 json generateUserActivationCode(Call &call)
 {
-    limit(call.limits.codesOfAddress, call.address);
+    limit(call, call.limits.codesOfNetwork, call.network);
     return codeAnswer(call, call.service.activationCodes.issueForAccount(call.account()));
 }
 
@@ -199,7 +191,7 @@ json createUser(Call &call)
     profile.zipCode = shortText(call, "zipCode", 32);
     profile.countryCode = shortText(call, "countryCode", 8);
     profile.emailOptIn = call.parameters.optionalFlag("emailOptIn").value_or(false);
-    limit(call.limits.accountsOfAddress, call.address);
+    limit(call, call.limits.accountsOfNetwork, call.network);
 
     AccountId id = 0;
     switch (call.service.createAccount(userName, password, profile, &id)) {
@@ -220,11 +212,12 @@ json emailPassword(Call &call)
     const std::string userName = call.parameters.text("userName");
     if (!Accounts::isUserName(userName))
         throw ApiError(Code::BadUserName, "not a user name");
-    limit(call.limits.mailsOfAddress, call.address);
+    limit(call, call.limits.mailsOfNetwork, call.network);
     Mailer &mailer = mailerOf(call);
     // The answer does not tell whether there is such an account.
     const std::optional<Account> account = call.service.accounts.find(userName);
-    if (account && account->isActive && !call.limits.mailsToAccount.refuse(std::to_string(account->id), now()))
+    if (account && account->isActive &&
+        !call.limits.mailsToAccount.refuse(std::to_string(account->id), call.service.clock()))
         mailer.sendPasswordReset(account->userName,
                                  call.service.accounts.issueReset(account->id, passwordPurpose, resetSeconds));
     return json::object();
@@ -276,7 +269,7 @@ json setExplicitPIN(Call &call)
 json emailExplicitPINRescue(Call &call)
 {
     Mailer &mailer = mailerOf(call);
-    limit(call.limits.mailsToAccount, std::to_string(call.account()));
+    limit(call, call.limits.mailsToAccount, std::to_string(call.account()));
     const std::optional<Account> account = call.service.accounts.find(call.account());
     mailer.sendPinRescue(account->userName, call.service.accounts.issueReset(account->id, pinPurpose, resetSeconds));
     return json::object();

@@ -109,6 +109,8 @@ http::Response ApiServer::answerFunction(const http::Request &request)
 {
     if (!isVersion(request.pieces[0]))
         return refusal(404, request);
+    if (request.lane != http::Lane::Passwords && Dispatcher::isSlow(request.pieces[1], request.body))
+        return http::Response::handledIn(http::Lane::Passwords);
     const Answer answer = m_dispatcher.answer({request.pieces[0], request.pieces[1], request.body,
                                                std::string(request.header("Authorization")),
                                                std::string(request.header("Velmora-Request-Key")), request.address});
@@ -140,6 +142,9 @@ http::Response ApiServer::refusal(int status, const http::Request &request) cons
     http::Response response = json(answer);
     if (status == 503)
         response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
+    if (status == 503 && !request.path.starts_with("/v") && !request.path.starts_with("/media/"))
+        response.setContent("Too many requests wait. Please try again in a few seconds.\n",
+                            "text/plain; charset=utf-8");
     if (request.method == "POST" && status != 404 && request.path.starts_with("/v"))
         log("unknown", static_cast<int>(answer.code), request.arrivedAt);
     return response;

@@ -1,5 +1,7 @@
 #include "server/api/dispatcher.h"
 
+#include "server/http/peers.h"
+
 #include <cstdio>
 
 namespace velmora::server {
@@ -52,6 +54,18 @@ Answer Dispatcher::refusal(int httpStatus, Code code, const std::string &message
     return {httpStatus, code, failure(code, message, nullptr), "unknown"};
 }
 
+bool Dispatcher::isSlow(const std::string &function, const std::string &body)
+{
+    const Route *route = findRoute(function);
+    if (!route || !route->hashes)
+        return false;
+    try {
+        return route->hashes(Parameters::parse(body));
+    } catch (const ApiError &) {
+        return false; // refused at once
+    }
+}
+
 Answer Dispatcher::answer(const Request &request)
 {
     if (request.version != currentVersion) {
@@ -89,7 +103,7 @@ json Dispatcher::call(const Route &route, const Request &request, const Paramete
     if (route.writes && m_service.isUnderMaintenance)
         throw ApiError(Code::Maintenance, "maintenance");
     const auto work = [&] {
-        Call call{m_service, m_limits, parameters, session, request.address};
+        Call call{m_service, m_limits, parameters, session, request.address, http::networkOf(request.address)};
         return json{{"code", 0}, {"data", route.handler(call)}};
     };
     if (request.key.empty() || route.repetition == Repetition::Again)

@@ -31,9 +31,11 @@ public:
         std::string body;
         std::string authorization; // the header; empty when there is none
         std::string key;           // the header Velmora-Request-Key; empty when there is none
-        std::string address;       // where the caller is
+        std::string address;       // where the caller is; limits count the network it belongs to
     };
     Answer answer(const Request &request);
+    // Whether answer() takes the time of a hash, for a request of this function with this body.
+    static bool isSlow(const std::string &function, const std::string &body);
     // The answer to something that is no request.
     static Answer refusal(int httpStatus, Code code, const std::string &message);
 

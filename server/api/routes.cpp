@@ -16,16 +16,31 @@ constexpr Repetition again = Repetition::Again;
 constexpr Repetition slowly = Repetition::Remembered;
 constexpr Repetition atomically = Repetition::RememberedAtomically;
 
+bool hashesAlways(const Parameters &)
+{
+    return true;
+}
+
+bool isLoginByName(const Parameters &parameters)
+{
+    return parameters.optionalText("loginType") == "user";
+}
+
+bool hasPassword(const Parameters &parameters)
+{
+    return parameters.optionalText("password").has_value();
+}
+
 constexpr std::array table = {
     Route{"partnerLogin", Access::Nobody, reads, again, partnerLogin},
-    Route{"userLogin", Access::Partner, reads, again, userLogin},
+    Route{"userLogin", Access::Partner, reads, again, userLogin, isLoginByName},
     Route{"associateDevice", Access::User, reads, atomically, associateDevice},
     Route{"disassociateDevice", Access::Partner, writes, atomically, disassociateDevice},
     Route{"getDeviceInfo", Access::Partner, reads, again, getDeviceInfo},
     Route{"generateDeviceActivationCode", Access::Partner, writes, atomically, generateDeviceActivationCode},
-    Route{"createUser", Access::Partner, writes, slowly, createUser},
+    Route{"createUser", Access::Partner, writes, slowly, createUser, hashesAlways},
     Route{"emailPassword", Access::Partner, writes, slowly, emailPassword},
-    Route{"getUserInfo", Access::PartnerOrUser, reads, again, getUserInfo},
+    Route{"getUserInfo", Access::PartnerOrUser, reads, again, getUserInfo, hasPassword},
     Route{"getStationList", Access::User, reads, again, getStationList},
     Route{"getStationListChecksum", Access::User, reads, again, getStationListChecksum},
     Route{"getStation", Access::User, reads, again, getStation},
@@ -48,8 +63,8 @@ constexpr std::array table = {
     Route{"generateUserActivationCode", Access::User, writes, atomically, generateUserActivationCode},
     Route{"getExplicitContentFilter", Access::User, reads, again, getExplicitContentFilter},
     Route{"isExplicitContentFilterPINProtected", Access::User, reads, again, isExplicitContentFilterPINProtected},
-    Route{"setExplicitContentFilter", Access::User, writes, slowly, setExplicitContentFilter},
-    Route{"setExplicitPIN", Access::User, writes, slowly, setExplicitPIN},
+    Route{"setExplicitContentFilter", Access::User, writes, slowly, setExplicitContentFilter, hashesAlways},
+    Route{"setExplicitPIN", Access::User, writes, slowly, setExplicitPIN, hashesAlways},
     Route{"emailExplicitPINRescue", Access::User, writes, slowly, emailExplicitPINRescue},
 };
 

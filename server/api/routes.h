@@ -1,6 +1,6 @@
 #pragma once
 
-#include "server/accounts/loginthrottle.h"
+#include "server/accounts/ratelimit.h"
 #include "server/api/apierror.h"
 #include "server/api/parameters.h"
 #include "server/api/stationservice.h"
@@ -9,13 +9,13 @@
 
 namespace velmora::server {
 
-// Limits that the functions share; one object a server.
+// Limits that the functions share; one object a server. "Of network": of one IPv4 address or IPv6 /64.
 struct CallLimits {
     RateLimit codesOfDevice{20, std::chrono::minutes(10)};
-    RateLimit codesOfAddress{60, std::chrono::minutes(10)};
-    RateLimit accountsOfAddress{20, std::chrono::hours(1)};
+    RateLimit codesOfNetwork{60, std::chrono::minutes(10)};
+    RateLimit accountsOfNetwork{20, std::chrono::hours(1)};
     RateLimit mailsToAccount{3, std::chrono::hours(1)};
-    RateLimit mailsOfAddress{10, std::chrono::hours(1)};
+    RateLimit mailsOfNetwork{10, std::chrono::hours(1)};
 };
 
 // One call of one function, its token already checked.
@@ -25,6 +25,7 @@ struct Call {
     const Parameters &parameters;
     Session session;     // kind none for partnerLogin
     std::string address; // where the caller is
+    std::string network; // what counts as one caller in limits
 
     AccountId account() const { return session.accountId; } // calls with a user token
 };
@@ -44,6 +45,8 @@ struct Route {
     bool writes;
     Repetition repetition;
     nlohmann::json (*handler)(Call &call);
+    // Whether such a call hashes a password or a PIN; null: never.
+    bool (*hashes)(const Parameters &parameters) = nullptr;
 };
 
 std::span<const Route> routes();

@@ -26,17 +26,17 @@ void WebPages::addAccount(http::Router &router)
         return [this, handler](const http::Request &request) { return visit(request, handler); };
     };
     router.get("/account", page(&WebPages::showAccount));
-    router.post("/account/signin", mostFormBytes, page(&WebPages::takeSignIn));
+    router.post("/account/signin", mostFormBytes, page(&WebPages::takeSignIn), http::Lane::Passwords);
     router.post("/account/signout", mostFormBytes, page(&WebPages::takeSignOut));
     router.post("/account/revoke", mostFormBytes, page(&WebPages::takeRevoke));
-    router.post("/account/password", mostFormBytes, page(&WebPages::takePassword));
+    router.post("/account/password", mostFormBytes, page(&WebPages::takePassword), http::Lane::Passwords);
 }
 
 void WebPages::signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
 {
     show(visit, "Sign in",
          html::heading("Your account") + html::error(problem) +
-             html::form("/account/signin", visit.session.csrf,
+             html::form("/account/signin", visit.csrf,
                         html::emailField(userName) + html::passwordField("Password") + html::button("Sign in")) +
              html::link("/activate", "Activate a radio"),
          status);
@@ -57,7 +57,7 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
     if (devices.empty())
         body += html::paragraph("None.");
     for (const Device &device : devices) {
-        body += html::form("/account/revoke", visit.session.csrf,
+        body += html::form("/account/revoke", visit.csrf,
                            "<div class=\"device\">" +
                                html::paragraph(device.deviceId + ", since " + day(device.associatedAt)) +
                                html::button("Remove", "device", device.deviceId) + "</div>");
@@ -65,10 +65,10 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
     if (isOwner(visit))
         body += html::link("/library", "The music");
     body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
-            html::form("/account/password", visit.session.csrf,
+            html::form("/account/password", visit.csrf,
                        html::passwordField("Password now") + html::newPasswordField("new", "New password") +
                            html::button("Change")) +
-            html::form("/account/signout", visit.session.csrf, html::button("Sign out"));
+            html::form("/account/signout", visit.csrf, html::button("Sign out"));
     show(visit, "Your account", body, status);
 }
 
@@ -84,7 +84,7 @@ void WebPages::takeSignIn(Visit &visit)
 {
     AccountId id = 0;
     std::string problem;
-    if (!checkLogin(visit, &id, &problem)) {
+    if (!checkLogin(visit, visit.value("email"), &id, &problem)) {
         signInPage(visit, problem, visit.value("email"), 422);
         return;
     }
@@ -116,10 +116,10 @@ void WebPages::takePassword(Visit &visit)
         signInPage(visit, {}, {});
         return;
     }
-    Account checked;
-    if (m_service.accounts.login(account->userName, visit.value("password"), visit.request.address, &checked) !=
-        LoginResult::Done) {
-        devicesPage(visit, "The password is not right.", 422);
+    AccountId checked = 0;
+    std::string problem;
+    if (!checkLogin(visit, account->userName, &checked, &problem)) {
+        devicesPage(visit, problem, 422);
         return;
     }
     if (m_service.accounts.changePassword(account->id, visit.value("new")) != CreateResult::Done) {

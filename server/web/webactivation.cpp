@@ -29,7 +29,7 @@ void WebPages::addActivation(http::Router &router)
     };
     router.get("/activate", page(&WebPages::showCodeForm));
     router.post("/activate", mostFormBytes, page(&WebPages::takeCode));
-    router.post("/activate/account", mostFormBytes, page(&WebPages::takeAccount));
+    router.post("/activate/account", mostFormBytes, page(&WebPages::takeAccount), http::Lane::Passwords);
     router.post("/activate/allow", mostFormBytes, page(&WebPages::allow));
 }
 
@@ -42,7 +42,7 @@ void WebPages::codePage(Visit &visit, const std::string &problem, int status)
     code.isCode = true;
     show(visit, "Activate a radio",
          html::heading("Activate a radio") + html::error(problem) +
-             html::form("/activate", visit.session.csrf, html::field(code) + html::button("Next")),
+             html::form("/activate", visit.csrf, html::field(code) + html::button("Next")),
          status);
 }
 
@@ -53,12 +53,14 @@ void WebPages::showCodeForm(Visit &visit)
 
 void WebPages::takeCode(Visit &visit)
 {
+    if (m_codeTries.refuse(visit.request.network, m_clock())) {
+        codePage(visit, "Too many tries. Please wait a minute.", 429);
+        return;
+    }
     const std::string code = ActivationCodes::normalised(visit.value("code"));
-    if (!m_service.activationCodes.find(code) || m_service.activationCodes.find(code)->digits.empty()) {
-        if (m_codeTries.refuse(visit.request.address, LoginThrottle::Time::clock::now()))
-            codePage(visit, "Too many tries. Please wait ten minutes.", 429);
-        else
-            codePage(visit, codeGone, 422);
+    const auto subject = m_service.activationCodes.find(code);
+    if (!subject || subject->digits.empty()) {
+        codePage(visit, codeGone, 422);
         return;
     }
     visit.session.code = code;
@@ -74,10 +76,10 @@ void WebPages::accountPage(Visit &visit, const std::string &problem, const std::
     const std::string email = html::emailField(userName);
     show(visit, "Your account",
          html::heading("Whose radio is it?") + html::error(problem) + "<h2>I have an account</h2>\n" +
-             html::form("/activate/account", visit.session.csrf,
+             html::form("/activate/account", visit.csrf,
                         email + html::passwordField("Password") + html::button("Sign in", "action", "signin")) +
              "<h2>I am new here</h2>\n" +
-             html::form("/activate/account", visit.session.csrf,
+             html::form("/activate/account", visit.csrf,
                         email + html::newPasswordField("password", "Password") +
                             html::button("Create an account", "action", "create")),
          status);
@@ -93,7 +95,7 @@ void WebPages::takeAccount(Visit &visit)
     AccountId id = 0;
     std::string problem;
     if (visit.value("action") == "create") {
-        if (m_newAccounts.refuse(visit.request.address, LoginThrottle::Time::clock::now())) {
+        if (m_newAccounts.refuse(visit.request.network, m_clock())) {
             accountPage(visit, "Too many new accounts from here. Please wait an hour.", userName, 429);
             return;
         }
@@ -110,7 +112,7 @@ void WebPages::takeAccount(Visit &visit)
             problem = "There is an account with this address. Sign in with its password, or have a new one sent.";
             break;
         }
-    } else if (!checkLogin(visit, &id, &problem)) {
+    } else if (!checkLogin(visit, userName, &id, &problem)) {
         id = 0;
     }
     if (!problem.empty()) {
@@ -133,7 +135,7 @@ void WebPages::allowPage(Visit &visit)
          html::heading("Allow this radio?") +
              html::paragraph("The radio with the address " + deviceName(subject->digits) +
                              " will play the stations of " + account->userName + ", and may change them.") +
-             html::form("/activate/allow", visit.session.csrf, html::button("Allow")));
+             html::form("/activate/allow", visit.csrf, html::button("Allow")));
 }
 
 void WebPages::allow(Visit &visit)

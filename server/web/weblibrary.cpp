@@ -189,9 +189,9 @@ void WebPages::showLibrary(Visit &visit)
         body += html::paragraph(counted(status.counts.missing, "file has", "files have") +
                                 " gone from the folders. Thumbs and stations wait for them for 90 days.");
     body += changes(m_service.library->recentChanges());
-    body += html::form("/library/pause", visit.session.csrf,
+    body += html::form("/library/pause", visit.csrf,
                        html::button(status.isPaused ? "Go on" : "Pause", "paused", status.isPaused ? "0" : "1")) +
-            html::form("/library/rescan", visit.session.csrf,
+            html::form("/library/rescan", visit.csrf,
                        html::button("Look through the folders now") +
                            html::paragraph("Files that failed are tried again.")) +
             html::link("/account", "Your account");

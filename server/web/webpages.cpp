@@ -14,6 +14,7 @@ constexpr char cookieName[] = "velmora";
 WebPages::WebPages(StationService &service, bool isEncrypted, Clock clock)
     : m_service(service)
     , m_isEncrypted(isEncrypted)
+    , m_clock(clock)
     , m_sessions(std::move(clock))
 {
 }
@@ -43,15 +44,16 @@ std::string WebPages::Visit::value(const std::string &name) const
 http::Response WebPages::visit(const http::Request &request, Handler handler)
 {
     http::Response response;
-    Visit visit{request, response, request.cookie(cookieName), {}};
-    const auto found = m_sessions.find(visit.cookie);
-    if (found) {
-        visit.session = *found;
+    Visit visit{request, response, request.cookie(cookieName), {}, {}};
+    const bool isKnown = WebSessions::isCookie(visit.cookie);
+    if (isKnown) {
+        visit.session = m_sessions.find(visit.cookie);
     } else {
-        visit.session = m_sessions.make(&visit.cookie);
+        visit.cookie = WebSessions::newCookie();
         setCookie(response, visit.cookie);
     }
-    if (request.method == "POST" && (!found || !equalSecrets(visit.value("csrf"), visit.session.csrf))) {
+    visit.csrf = m_sessions.formToken(visit.cookie);
+    if (request.method == "POST" && (!isKnown || !equalSecrets(visit.value("csrf"), visit.csrf))) {
         show(visit, "Once more",
              html::heading("This form is too old") +
                  html::paragraph("Nothing was changed. Please fill it in once more.") +
@@ -91,16 +93,16 @@ void WebPages::signIn(Visit &visit, AccountId account)
 {
     visit.session.account = account;
     visit.cookie = m_sessions.renew(visit.cookie, visit.session);
+    visit.csrf = m_sessions.formToken(visit.cookie);
     setCookie(visit.response, visit.cookie);
-    visit.session = m_sessions.find(visit.cookie).value_or(visit.session);
 }
 
-bool WebPages::checkLogin(Visit &visit, AccountId *id, std::string *problem)
+bool WebPages::checkLogin(Visit &visit, const std::string &userName, AccountId *id, std::string *problem)
 {
-    Account account;
-    switch (m_service.accounts.login(visit.value("email"), visit.value("password"), visit.request.address, &account)) {
+    const Login login = m_service.accounts.login(userName, visit.value("password"), visit.request.network);
+    switch (login.result) {
     case LoginResult::Done:
-        *id = account.id;
+        *id = login.account.id;
         return true;
     case LoginResult::Wrong:
         *problem = "The e-mail address or the password is not right.";
@@ -109,7 +111,8 @@ bool WebPages::checkLogin(Visit &visit, AccountId *id, std::string *problem)
         *problem = "This account is no longer active.";
         break;
     case LoginResult::TooMany:
-        *problem = "Too many tries. Please wait a little.";
+        *problem = "Too many tries. Please wait " +
+                   (login.retryAfter == 1 ? "a second." : std::to_string(login.retryAfter) + " seconds.");
         break;
     }
     return false;

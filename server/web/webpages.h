@@ -1,6 +1,6 @@
 #pragma once
 
-#include "server/accounts/loginthrottle.h"
+#include "server/accounts/ratelimit.h"
 #include "server/api/stationservice.h"
 #include "server/http/router.h"
 #include "server/web/websessions.h"
@@ -26,20 +26,22 @@ private:
         const http::Request &request;
         http::Response &response;
         std::string cookie;
+        std::string csrf; // the token of this browser's forms
         WebSession session;
         std::string value(const std::string &name) const; // of the posted form
     };
     using Handler = void (WebPages::*)(Visit &);
     static constexpr size_t mostFormBytes = 16 * 1024;
 
-    // Finds or makes the session; a post without the session's token is refused with a page that says so.
+    // Finds the session, gives a new browser its cookie; a post without the session's token is refused with a page that
+    // says so.
     http::Response visit(const http::Request &request, Handler handler);
     void setCookie(http::Response &response, const std::string &cookie) const;
     void show(Visit &visit, const std::string &title, const std::string &body, int status = 200) const;
     static void redirect(Visit &visit, const std::string &address);
     void signIn(Visit &visit, AccountId account);
     // Checks name and password as the radio's login does. Sets `problem`, the text to show, when it failed.
-    bool checkLogin(Visit &visit, AccountId *account, std::string *problem);
+    bool checkLogin(Visit &visit, const std::string &userName, AccountId *account, std::string *problem);
 
     // webactivation.cpp
     void addActivation(http::Router &router);
@@ -79,9 +81,10 @@ private:
 
     StationService &m_service;
     const bool m_isEncrypted;
+    const Clock m_clock;
     WebSessions m_sessions;
-    RateLimit m_codeTries{10, std::chrono::minutes(10)};   // wrong codes of one address
-    RateLimit m_newAccounts{10, std::chrono::minutes(60)}; // of one address
+    RateLimit m_codeTries{10, std::chrono::minutes(10)};   // of one network
+    RateLimit m_newAccounts{10, std::chrono::minutes(60)}; // of one network
 };
 
 } // namespace velmora::server

@@ -48,16 +48,16 @@ void WebPages::addReset(http::Router &router)
         return [this, handler](const http::Request &request) { return visit(request, handler); };
     };
     router.get("/reset", page(&WebPages::showReset));
-    router.post("/reset", mostFormBytes, page(&WebPages::takeReset));
+    router.post("/reset", mostFormBytes, page(&WebPages::takeReset), http::Lane::Passwords);
     router.get("/pin", page(&WebPages::showPin));
-    router.post("/pin", mostFormBytes, page(&WebPages::takePin));
+    router.post("/pin", mostFormBytes, page(&WebPages::takePin), http::Lane::Passwords);
 }
 
 void WebPages::showReset(Visit &visit)
 {
     const std::string token = visit.value("token");
     if (m_service.accounts.peekReset(token, passwordPurpose))
-        show(visit, "A new password", passwordForm(visit.session.csrf, token, {}));
+        show(visit, "A new password", passwordForm(visit.csrf, token, {}));
     else
         show(visit, "Too late", gone(), 410);
 }
@@ -71,8 +71,8 @@ void WebPages::takeReset(Visit &visit)
     }
     // Checked first, so that the link stays valid after a password that is too short.
     if (!Accounts::isPassword(visit.value("new"))) {
-        show(visit, "A new password",
-             passwordForm(visit.session.csrf, token, "The password needs at least eight characters."), 422);
+        show(visit, "A new password", passwordForm(visit.csrf, token, "The password needs at least eight characters."),
+             422);
         return;
     }
     const auto account = m_service.accounts.redeemReset(token, passwordPurpose);
@@ -90,7 +90,7 @@ void WebPages::showPin(Visit &visit)
 {
     const std::string token = visit.value("token");
     if (m_service.accounts.peekReset(token, pinPurpose))
-        show(visit, "A new PIN", pinForm(visit.session.csrf, token, {}));
+        show(visit, "A new PIN", pinForm(visit.csrf, token, {}));
     else
         show(visit, "Too late", gone(), 410);
 }
@@ -103,7 +103,7 @@ void WebPages::takePin(Visit &visit)
         return;
     }
     if (!isPin(visit.value("new"))) {
-        show(visit, "A new PIN", pinForm(visit.session.csrf, token, "A PIN has four to twelve digits."), 422);
+        show(visit, "A new PIN", pinForm(visit.csrf, token, "A PIN has four to twelve digits."), 422);
         return;
     }
     const auto account = m_service.accounts.redeemReset(token, pinPurpose);

@@ -1,7 +1,5 @@
 #include "server/web/websessions.h"
 
-#include <algorithm>
-
 namespace velmora::server {
 
 WebSessions::WebSessions(Clock clock)
@@ -9,71 +7,87 @@ WebSessions::WebSessions(Clock clock)
 {
 }
 
-std::optional<WebSession> WebSessions::find(const std::string &cookie)
+std::string WebSessions::newCookie()
 {
-    const std::lock_guard guard(m_mutex);
-    const auto found = m_sessions.find(tokenHash(cookie));
-    if (found == m_sessions.end() || found->second.lastUsed + idleSeconds < m_clock())
-        return std::nullopt;
-    found->second.lastUsed = m_clock();
-    return found->second;
+    return randomToken();
 }
 
-WebSession WebSessions::make(std::string *cookie)
+bool WebSessions::isCookie(const std::string &text)
 {
+    return isToken(text, 32);
+}
+
+std::string WebSessions::formToken(const std::string &cookie) const
+{
+    return keyedHash(m_formKey, cookie);
+}
+
+WebSession WebSessions::find(const std::string &cookie)
+{
+    const std::string hash = tokenHash(cookie);
     const std::lock_guard guard(m_mutex);
-    forgetOld();
-    WebSession session;
-    session.csrf = randomToken();
-    session.lastUsed = m_clock();
-    *cookie = randomToken();
-    m_sessions[tokenHash(*cookie)] = session;
-    return session;
+    for (Table *table : {&m_signedIn, &m_others}) {
+        WebSession *session = table->find(hash);
+        if (session && session->lastUsed + idleSeconds >= m_clock()) {
+            session->lastUsed = m_clock();
+            return *session;
+        }
+    }
+    return {};
 }
 
 void WebSessions::keep(const std::string &cookie, const WebSession &session)
 {
     const std::lock_guard guard(m_mutex);
-    const auto found = m_sessions.find(tokenHash(cookie));
-    if (found != m_sessions.end())
-        found->second = session;
+    put(cookie, session);
 }
 
 std::string WebSessions::renew(const std::string &cookie, const WebSession &session)
 {
-    const std::lock_guard guard(m_mutex);
-    m_sessions.erase(tokenHash(cookie));
-    std::string fresh = randomToken();
-    WebSession &kept = m_sessions[tokenHash(fresh)];
-    kept = session;
-    kept.csrf = randomToken();
-    kept.lastUsed = m_clock();
+    std::string fresh = newCookie();
+    end(cookie);
+    keep(fresh, session);
     return fresh;
+}
+
+void WebSessions::put(const std::string &cookie, WebSession session)
+{
+    const std::string hash = tokenHash(cookie);
+    session.lastUsed = m_clock();
+    m_others.erase(hash);
+    if (session.account == 0) {
+        m_signedIn.erase(hash);
+        if (!session.code.empty())
+            m_others.at(hash) = std::move(session);
+        return;
+    }
+    if (!m_signedIn.find(hash))
+        limitAccount(session.account);
+    m_signedIn.at(hash) = std::move(session);
+}
+
+void WebSessions::limitAccount(AccountId account)
+{
+    size_t kept = 0;
+    m_signedIn.eraseIf([&](const std::string &, const WebSession &session) {
+        return session.account == account && ++kept >= mostOfAccount;
+    });
 }
 
 void WebSessions::end(const std::string &cookie)
 {
+    const std::string hash = tokenHash(cookie);
     const std::lock_guard guard(m_mutex);
-    m_sessions.erase(tokenHash(cookie));
+    m_signedIn.erase(hash);
+    m_others.erase(hash);
 }
 
 void WebSessions::endOfAccount(AccountId account, const std::string &keptCookie)
 {
-    const std::lock_guard guard(m_mutex);
     const std::string kept = tokenHash(keptCookie);
-    std::erase_if(m_sessions,
-                  [&](const auto &entry) { return entry.second.account == account && entry.first != kept; });
-}
-
-void WebSessions::forgetOld()
-{
-    const int64_t now = m_clock();
-    std::erase_if(m_sessions, [now](const auto &entry) { return entry.second.lastUsed + idleSeconds < now; });
-    while (m_sessions.size() >= most) {
-        m_sessions.erase(std::min_element(m_sessions.begin(), m_sessions.end(), [](const auto &a, const auto &b) {
-            return a.second.lastUsed < b.second.lastUsed;
-        }));
-    }
+    const std::lock_guard guard(m_mutex);
+    m_signedIn.eraseIf(
+        [&](const std::string &hash, const WebSession &session) { return session.account == account && hash != kept; });
 }
 
 } // namespace velmora::server

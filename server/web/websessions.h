@@ -1,37 +1,42 @@
 #pragma once
 
 #include "server/accounts/accounts.h"
+#include "server/accounts/lrutable.h"
 #include "server/accounts/secrets.h"
 
-#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
 
 namespace velmora::server {
 
-// The state of one browser.
+// What the service knows of one browser.
 struct WebSession {
-    std::string csrf;      // must come with everything that is posted
     AccountId account = 0; // signed in as, 0 nobody
     std::string code;      // activation code that was entered
     int64_t lastUsed = 0;  // Unix seconds
 };
 
-// Browser sessions, kept in memory under the hash of their cookie: a restart signs browsers out, nothing else. Any
-// thread.
+// Browser sessions, kept in memory under the hash of their cookie: a restart signs browsers out, nothing else. A
+// browser of which nothing is known has a cookie and no session. Browsers that are signed in have a table of their own,
+// which others cannot fill. Any thread.
 class WebSessions {
 public:
     static constexpr int64_t idleSeconds = 30 * 60;
-    static constexpr size_t most = 10'000; // beyond it the oldest goes
+    static constexpr size_t mostSignedIn = 10'000; // beyond it the one that was not used for the longest time goes
+    static constexpr size_t mostOfAccount = 20;    // the same
+    static constexpr size_t mostOthers = 10'000;   // the same
 
     explicit WebSessions(Clock clock);
 
-    // The session of this cookie; nothing when there is none (any more).
-    std::optional<WebSession> find(const std::string &cookie);
-    // A new session; its cookie goes into `cookie`.
-    WebSession make(std::string *cookie);
-    // Changes what belongs to the cookie.
+    static std::string newCookie();
+    static bool isCookie(const std::string &text);
+    // Must come with everything that is posted from a page of this cookie's browser.
+    std::string formToken(const std::string &cookie) const;
+
+    // What is known of the cookie's browser; empty when nothing is (any more).
+    WebSession find(const std::string &cookie);
+    // Sets what is known of it.
     void keep(const std::string &cookie, const WebSession &session);
     // Gives the session a new cookie. Called at sign-in: a cookie that was known before becomes invalid.
     std::string renew(const std::string &cookie, const WebSession &session);
@@ -40,11 +45,16 @@ public:
     void endOfAccount(AccountId account, const std::string &keptCookie);
 
 private:
-    void forgetOld();
+    using Table = LruTable<std::string, WebSession>; // by the cookie's hash
+    void put(const std::string &cookie, WebSession session);
+    // Makes room for one more session of this account.
+    void limitAccount(AccountId account);
 
-    std::mutex m_mutex;
-    Clock m_clock;
-    std::map<std::string, WebSession> m_sessions; // by hash
+    const Clock m_clock;
+    const std::string m_formKey = randomToken();
+    std::mutex m_mutex; // guards the tables
+    Table m_signedIn{mostSignedIn};
+    Table m_others{mostOthers};
 };
 
 } // namespace velmora::server

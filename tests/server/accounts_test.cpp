@@ -58,9 +58,8 @@ TEST_F(AccountsTest, AnUnknownAccountTakesTheTimeOfAKnownOne)
     Accounts accounts(m_service->store, hasher, [] { return int64_t(0); });
     accounts.changePassword(idOf(), "another password");
     const auto timeOf = [&](const std::string &userName, int number) {
-        Account account;
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(accounts.login(userName, "wrong password", std::to_string(number), &account), LoginResult::Wrong);
+        EXPECT_EQ(accounts.login(userName, "wrong password", std::to_string(number)).result, LoginResult::Wrong);
         return std::chrono::steady_clock::now() - start;
     };
     std::vector<std::chrono::nanoseconds> known;
@@ -76,73 +75,91 @@ TEST_F(AccountsTest, AnUnknownAccountTakesTheTimeOfAKnownOne)
     EXPECT_LT(u, 2.0 * k);
 }
 
-TEST(LoginThrottleTest, TheWaitGrowsWithTheFailuresUpToAFewSecondsAndASuccessEndsIt)
+TEST(LoginThrottleTest, ThePauseGrowsWithTheFailuresAndASuccessEndsIt)
 {
     LoginThrottle throttle;
-    LoginThrottle::Time now{};
-    std::vector<int64_t> waits;
+    int64_t now = 1000;
+    std::vector<int> pauses;
     for (int i = 0; i < 12; ++i) {
-        const auto wait = throttle.admit("mira", "1.2.3.4", now);
-        ASSERT_TRUE(wait.has_value());
-        waits.push_back(wait->count());
-        now += *wait + 1ms;
+        const int pause = throttle.refuse("mira", "1.2.3.4", now).value_or(0);
+        pauses.push_back(pause);
+        now += pause;
+        EXPECT_TRUE(pause == 0 || !throttle.refuse("mira", "1.2.3.4", now)) << "the pause is over";
         throttle.failed("mira", "1.2.3.4", now);
     }
-    EXPECT_EQ(waits, (std::vector<int64_t>{0, 0, 0, 0, 0, 250, 500, 1000, 2000, 4000, 4000, 4000}));
-    EXPECT_EQ(throttle.admit("mira", "5.6.7.8", now), 0ms) << "the right person elsewhere is not kept waiting";
-    EXPECT_EQ(throttle.admit("tomas", "1.2.3.4", now), 0ms);
+    EXPECT_EQ(pauses, (std::vector<int>{0, 0, 0, 0, 0, 1, 2, 4, 8, 16, 16, 16}));
+    EXPECT_FALSE(throttle.refuse("mira", "5.6.7.8", now)) << "the right person elsewhere";
+    EXPECT_FALSE(throttle.refuse("tomas", "1.2.3.4", now));
+    now += 16;
+    EXPECT_FALSE(throttle.refuse("mira", "1.2.3.4", now));
+    EXPECT_EQ(throttle.refuse("mira", "1.2.3.4", now), 16) << "side by side with the one before";
     throttle.succeeded("mira", "1.2.3.4");
-    EXPECT_EQ(throttle.admit("mira", "1.2.3.4", now), 0ms);
+    EXPECT_FALSE(throttle.refuse("mira", "1.2.3.4", now));
 }
 
-TEST(LoginThrottleTest, AttemptsSideBySideQueueAndThenAreRefused)
+TEST(LoginThrottleTest, OneAddressIsSlowedWhateverItTriesAndOneAccountWherever)
 {
     LoginThrottle throttle;
-    const LoginThrottle::Time now{};
-    for (int i = 0; i < 7; ++i)
-        throttle.failed("mira", "1.2.3.4", now);
-    std::vector<int64_t> waits;
-    int refused = 0;
-    for (int i = 0; i < 20; ++i) {
-        if (const auto wait = throttle.admit("mira", "1.2.3.4", now))
-            waits.push_back(wait->count());
-        else
-            ++refused;
+    for (int i = 0; i < LoginThrottle::guessedFailures + 1; ++i)
+        throttle.failed("mira", std::to_string(i), 1000);
+    for (int i = 0; i < LoginThrottle::freeFailuresOfGuessed + 1; ++i) {
+        EXPECT_FALSE(throttle.refuse("mira", "fresh address", 1000)) << "never locked out";
+        throttle.failed("mira", "fresh address", 1000);
     }
-    EXPECT_EQ(waits, (std::vector<int64_t>{1000, 2000, 3000, 4000}));
-    EXPECT_EQ(refused, 16);
+    EXPECT_EQ(throttle.refuse("mira", "fresh address", 1000), 1) << "an account that is guessed has fewer free tries";
+    EXPECT_FALSE(throttle.refuse("mira", "fresh address", 1000 + LoginThrottle::memorySeconds + 1));
+
+    for (int i = 0; i < LoginThrottle::freeFailuresOfAddress + 1; ++i)
+        throttle.failed("made up " + std::to_string(i), "1.2.3.4", 1000);
+    EXPECT_EQ(throttle.refuse("tomas", "1.2.3.4", 1000), 1);
+    int checks = 0;
+    while (!throttle.refuse("mira", "5.6.7.8", 1000))
+        ++checks;
+    EXPECT_EQ(checks, LoginThrottle::checksOfAddress) << "right passwords cost a hash too";
 }
 
-TEST(LoginThrottleTest, OneAccountGuessedFromManyAddressesIsSlowedToo)
+TEST_F(AccountsTest, ARightPasswordWaitsForItsOwnAddressOnly)
 {
-    LoginThrottle throttle;
-    const LoginThrottle::Time now{};
-    for (int i = 0; i < 50; ++i)
-        throttle.failed("mira", std::to_string(i), now);
-    EXPECT_GT(throttle.admit("mira", "fresh address", now), 0ms);
-    EXPECT_LE(throttle.admit("mira", "fresh address", now), LoginThrottle::longestWait) << "but is never locked out";
-}
-
-TEST_F(AccountsTest, SixWrongPasswordsDoNotKeepTheRightOneOut)
-{
-    addAccount();
+    const AccountId mira = addAccount();
     const TestDevice device = addDevice();
-    for (int i = 0; i < 6; ++i)
+    Accounts &accounts = m_service->accounts;
+    accounts.setExplicitPin(mira, "4071");
+    for (int i = 0; i < 5; ++i)
         EXPECT_EQ(tryLogIn(miraName, "wrong one", device).code, 5098);
-    const auto start = std::chrono::steady_clock::now();
+    const Reply refused = tryLogIn(miraName, password, device);
+    EXPECT_EQ(refused.code, 5004);
+    EXPECT_EQ(refused.data.at("retryAfter"), 1);
+    EXPECT_EQ(accounts.login(miraName, password, "198.51.100.1").result, LoginResult::Done);
+    EXPECT_EQ(accounts.checkExplicitPin(mira, "4071", "192.0.2.7").result, LoginResult::Done) << "passwords alone";
+    *m_now += 1;
     EXPECT_FALSE(logIn(miraName, device).empty());
-    EXPECT_GE(std::chrono::steady_clock::now() - start, 400ms) << "the seventh attempt waits";
 }
 
-TEST(RateLimitTest, RefusesFromTheLimitOnAndSaysWhenToComeAgain)
+TEST(RateLimitTest, AnAllowanceIsUsedAtOnceAndGrowsAgainEvenly)
 {
     RateLimit limit(2, 60s);
-    RateLimit::Time now{};
-    EXPECT_FALSE(limit.refuse("a", now));
-    EXPECT_FALSE(limit.refuse("a", now + 10s));
-    EXPECT_EQ(limit.refuse("a", now + 20s), 41);
-    EXPECT_FALSE(limit.refuse("b", now + 20s));
-    EXPECT_FALSE(limit.refuse("a", now + 61s));
+    EXPECT_FALSE(limit.refuse("a", 1000));
+    EXPECT_FALSE(limit.refuse("a", 1010));
+    EXPECT_EQ(limit.refuse("a", 1020), 10);
+    EXPECT_FALSE(limit.refuse("b", 1020));
+    EXPECT_FALSE(limit.refuse("a", 1030));
+    EXPECT_EQ(limit.refuse("a", 1030), 30);
+    EXPECT_EQ(limit.refuse("a", 0), 30) << "a clock that was set back keeps nobody waiting for longer";
+}
+
+TEST(LruTableTest, TheEntryThatWasNotUsedForTheLongestTimeMakesRoom)
+{
+    LruTable<std::string, int> table(2);
+    table.at("a") = 1;
+    table.at("b") = 2;
+    EXPECT_EQ(*table.find("a"), 1);
+    table.at("c") = 3;
+    EXPECT_EQ(table.find("b"), nullptr);
+    EXPECT_EQ(*table.find("a"), 1);
+    table.eraseIf([](const std::string &, int value) { return value == 1; });
+    table.erase("b");
+    EXPECT_EQ(table.size(), 1u);
+    EXPECT_EQ(*table.find("c"), 3);
 }
 
 TEST_F(AccountsTest, TokensCodesAndPasswordsAreNotInTheDatabase)
@@ -306,9 +323,8 @@ TEST_F(AccountsTest, ANewPasswordEndsEverySessionButTheOneThatChangedIt)
     EXPECT_TRUE(m_service->sessions.find(kept));
     EXPECT_FALSE(m_service->sessions.find(other));
     EXPECT_FALSE(m_service->accounts.peekReset(reset, passwordPurpose));
-    Account account;
-    EXPECT_EQ(m_service->accounts.login(miraName, password, "x", &account), LoginResult::Wrong);
-    EXPECT_EQ(m_service->accounts.login(miraName, "nine brown kites", "x", &account), LoginResult::Done);
+    EXPECT_EQ(m_service->accounts.login(miraName, password, "x").result, LoginResult::Wrong);
+    EXPECT_EQ(m_service->accounts.login(miraName, "nine brown kites", "x").result, LoginResult::Done);
 }
 
 } // namespace

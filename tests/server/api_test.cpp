@@ -150,6 +150,38 @@ TEST_F(ApiTest, CodesAreRateLimited)
     EXPECT_GT(reply.data.at("retryAfter").get<int>(), 0);
 }
 
+TEST_F(ApiTest, LoginsWaitForEachOtherAndNobodyElseWaitsForThem)
+{
+    addAccount();
+    const TestDevice device = addDevice();
+    const std::string user = logIn(miraName, device);
+    ListenSettings settings;
+    settings.limits.passwordWorkers = 0; // no hash ever ends
+    settings.limits.passwordsOfAddress = 1;
+    settings.limits.endTime = std::chrono::milliseconds(10);
+    const int port = listen(settings).port();
+    const auto request = [&](const char *function, const std::string &body, const std::string &token) {
+        return "POST /v1/" + std::string(function) + " HTTP/1.1\r\nHost: radio\r\nAuthorization: Bearer " + token +
+               "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+    };
+    const json byName = {{"loginType", "user"}, {"userName", miraName}, {"password", password}};
+    const std::string login = request("userLogin", byName.dump(), device.partnerToken);
+    HttpClient first(port);
+    HttpClient second(port);
+    first.send(login);
+    second.send(login);
+    while (!first.isOver() && !second.isOver())
+        std::this_thread::yield();
+    const HttpAnswer refused = (first.isOver() ? first : second).receive(); // the one that came later
+    EXPECT_EQ(refused.status, 503);
+    EXPECT_EQ(json::parse(refused.body).at("code"), 5004);
+    HttpClient other(port);
+    other.send(request("getStationList", "{}", user));
+    EXPECT_EQ(other.receive().status, 200);
+    other.send(request("userLogin", R"({"loginType":"deviceId","deviceId":"001A2B3C4D5E-0"})", device.partnerToken));
+    EXPECT_EQ(json::parse(other.receive().body).at("code"), 5105);
+}
+
 TEST_F(ApiTest, CreateUserMakesAnAccountWithItsDeviceTapestryAndAStationOfEachStyle)
 {
     const TestDevice device = addDevice();

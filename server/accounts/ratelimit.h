@@ -1,0 +1,34 @@
+#pragma once
+
+#include "server/accounts/lrutable.h"
+
+#include <chrono>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace velmora::server {
+
+// So many events in a time for one key: at once, or spread over it. Used up, the allowance grows again evenly. Kept in
+// memory. Any thread.
+//
+// Where a function has several limits, that of the caller's address is asked first: a key that the caller chooses then
+// cannot fill the table.
+class RateLimit {
+public:
+    RateLimit(int events, std::chrono::seconds window);
+
+    // Counts the event at this time (Unix seconds). When there were too many: in how many seconds the next one is
+    // allowed, at least 1.
+    std::optional<int> refuse(const std::string &key, int64_t now);
+
+private:
+    static constexpr size_t mostKeys = 20'000;
+    const int64_t m_window;                             // milliseconds
+    const int64_t m_spacing;                            // milliseconds; of events at the lasting rate
+    std::mutex m_mutex;                                 // guards m_wholeAt
+    LruTable<std::string, int64_t> m_wholeAt{mostKeys}; // when the key's allowance is whole again, Unix milliseconds
+};
+
+} // namespace velmora::server
