@@ -1,5 +1,6 @@
 #include "server/serveroptions.h"
 
+#include "server/accounts/mailaddress.h"
 #include "server/http/peers.h"
 #include "server/library/libraryconfig.h"
 
@@ -67,9 +68,7 @@ bool readMailServer(const std::string &text, std::string *server)
 bool readMailAddress(const std::string &text, std::string *address)
 {
     *address = text;
-    const size_t at = text.find('@');
-    return at != std::string::npos && at == text.rfind('@') && at > 0 && at + 1 < text.size() &&
-           text.find_first_of(" <>\r\n") == std::string::npos;
+    return isMailAddress(text);
 }
 
 bool readProxy(const std::string &text, std::vector<std::string> *proxies)

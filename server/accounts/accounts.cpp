@@ -1,5 +1,6 @@
 #include "server/accounts/accounts.h"
 
+#include "server/accounts/mailaddress.h"
 #include "server/store/store.h"
 
 #include <algorithm>
@@ -27,14 +28,6 @@ Accounts::Accounts(Store &store, PasswordHasher &hasher, Clock clock)
 {
 }
 
-bool Accounts::isUserName(const std::string &text)
-{
-    const size_t at = text.find('@');
-    return text.size() <= longestUserName && at != std::string::npos && at > 0 && at + 1 < text.size() &&
-           text.find('@', at + 1) == std::string::npos &&
-           std::none_of(text.begin(), text.end(), [](unsigned char c) { return c <= ' ' || c == 0x7f; });
-}
-
 bool Accounts::isPassword(const std::string &text)
 {
     return text.size() >= shortestPassword && text.size() <= longestPassword;
@@ -43,7 +36,7 @@ bool Accounts::isPassword(const std::string &text)
 CreateResult Accounts::create(const std::string &userName, const std::string &password, const Profile &profile,
                               AccountId *id, const std::function<void(AccountId)> &furnish)
 {
-    if (!isUserName(userName))
+    if (!isMailAddress(userName))
         return CreateResult::BadUserName;
     if (!isPassword(password))
         return CreateResult::BadPassword;

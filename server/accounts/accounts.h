@@ -76,7 +76,6 @@ public:
     Login checkExplicitPin(AccountId id, const std::string &pin, const std::string &network);
     void setExplicitPin(AccountId id, const std::string &pin); // empty: none
 
-    static bool isUserName(const std::string &text);
     static bool isPassword(const std::string &text);
 
 private:

@@ -1,5 +1,6 @@
 // The functions of the interface that concern accounts, sessions and devices.
 
+#include "server/accounts/mailaddress.h"
 #include "server/api/routes.h"
 #include "server/catalogue/textfolding.h"
 
@@ -210,7 +211,7 @@ json createUser(Call &call)
 json emailPassword(Call &call)
 {
     const std::string userName = call.parameters.text("userName");
-    if (!Accounts::isUserName(userName))
+    if (!isMailAddress(userName))
         throw ApiError(Code::BadUserName, "not a user name");
     limit(call, call.limits.mailsOfNetwork, call.network);
     Mailer &mailer = mailerOf(call);

@@ -1,5 +1,7 @@
 #include "server/web/mailbox.h"
 
+#include "server/accounts/mailaddress.h"
+
 #include <curl/curl.h>
 
 #include <algorithm>
@@ -71,8 +73,8 @@ void Mailbox::stop()
 std::string Mailbox::message(const std::string &sender, const std::string &recipient, const std::string &subject,
                              const std::string &text, int64_t now)
 {
-    // A line break would let the sender add headers.
-    if (recipient.find_first_of("\r\n<>") != std::string::npos)
+    // A line break would let a recipient add headers.
+    if (!isMailAddress(recipient))
         return {};
     std::string mail =
         "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient +

@@ -41,7 +41,7 @@ public:
     // Nothing waits and nothing is being sent.
     bool isIdle();
 
-    // The whole message, headers and all; recipients with line breaks are refused (empty).
+    // The whole message, headers and all; a recipient that is no mail address is refused (empty).
     static std::string message(const std::string &sender, const std::string &recipient, const std::string &subject,
                                const std::string &text, int64_t now);
 
