@@ -11,11 +11,12 @@ ActivationCodes::ActivationCodes(Store &store, std::string hashKey, Clock clock)
 {
 }
 
-std::string ActivationCodes::issueForDevice(const std::string &digits, const std::string &keyHash)
+std::string ActivationCodes::issueForDevice(const std::string &digits, const std::string &keyHash,
+                                            const std::string &model, const std::string &address)
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    std::string code = issue(digits, keyHash, std::nullopt);
+    std::string code = issue({digits, keyHash, model, address, 0, 0});
     db->run("DELETE FROM activation_codes WHERE id IN (SELECT id FROM activation_codes WHERE digits = ?1 AND "
             "key_hash = ?2 ORDER BY id DESC LIMIT -1 OFFSET ?3)",
             digits, keyHash, mostOfOneDevice);
@@ -28,13 +29,14 @@ std::string ActivationCodes::issueForAccount(AccountId account)
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     db->run("DELETE FROM activation_codes WHERE account_id = ?1", account);
-    std::string code = issue(std::nullopt, std::nullopt, account);
+    Subject subject;
+    subject.accountId = account;
+    std::string code = issue(subject);
     change.commit();
     return code;
 }
 
-std::string ActivationCodes::issue(const std::optional<std::string> &digits, const std::optional<std::string> &keyHash,
-                                   std::optional<AccountId> account)
+std::string ActivationCodes::issue(const Subject &subject)
 {
     const std::string_view letters = alphabet;
     std::string code;
@@ -43,21 +45,25 @@ std::string ActivationCodes::issue(const std::optional<std::string> &digits, con
     const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
     db->run("DELETE FROM activation_codes WHERE expires_at <= ?1", now);
-    db->run("INSERT INTO activation_codes (code_hash, digits, key_hash, account_id, created_at, expires_at) "
-            "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
-            hashOf(code), digits, keyHash, account, now, now + codeSeconds);
+    if (subject.accountId != 0)
+        db->run("INSERT INTO activation_codes (code_hash, account_id, created_at, expires_at) VALUES (?1, ?2, ?3, ?4)",
+                hashOf(code), subject.accountId, now, now + codeSeconds);
+    else
+        db->run("INSERT INTO activation_codes (code_hash, digits, key_hash, device_model, address, created_at, "
+                "expires_at) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)",
+                hashOf(code), subject.digits, subject.keyHash, subject.model, subject.address, now, now + codeSeconds);
     return code;
 }
 
 std::optional<ActivationCodes::Subject> ActivationCodes::find(const std::string &code)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT digits, key_hash, account_id FROM activation_codes "
-                                "WHERE code_hash = ?1 AND expires_at > ?2");
+    Statement row = db->prepare("SELECT digits, key_hash, device_model, address, account_id, created_at FROM "
+                                "activation_codes WHERE code_hash = ?1 AND expires_at > ?2");
     row.with(hashOf(normalised(code)), m_clock());
     if (!row.step())
         return std::nullopt;
-    return Subject{row.text(0), row.text(1), row.integer(2)};
+    return Subject{row.text(0), row.text(1), row.text(2), row.text(3), row.integer(4), row.integer(5)};
 }
 
 bool ActivationCodes::grant(const std::string &code, AccountId account)
@@ -68,12 +74,25 @@ bool ActivationCodes::grant(const std::string &code, AccountId account)
     if (!subject || subject->digits.empty())
         return false;
     // The device is activated: its other codes, which somebody may have written down, end too.
-    db->run("DELETE FROM activation_codes WHERE digits = ?1 AND key_hash = ?2", subject->digits, subject->keyHash);
+    endCodesOf(*db, *subject);
     db->run("DELETE FROM grants WHERE digits = ?1 AND key_hash = ?2", subject->digits, subject->keyHash);
     db->run("INSERT INTO grants (digits, key_hash, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)", subject->digits,
             subject->keyHash, account, m_clock() + grantSeconds);
     change.commit();
     return true;
+}
+
+void ActivationCodes::deny(const std::string &code)
+{
+    const Store::Lock db = m_store.lock();
+    const std::optional<Subject> subject = find(code);
+    if (subject && !subject->digits.empty())
+        endCodesOf(*db, *subject);
+}
+
+void ActivationCodes::endCodesOf(Database &db, const Subject &device)
+{
+    db.run("DELETE FROM activation_codes WHERE digits = ?1 AND key_hash = ?2", device.digits, device.keyHash);
 }
 
 std::optional<AccountId> ActivationCodes::redeemForAccount(const std::string &code)

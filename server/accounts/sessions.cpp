@@ -11,28 +11,28 @@ Sessions::Sessions(Store &store, TokenLifetimes lifetimes, Clock clock)
 {
 }
 
-std::string Sessions::openPartner(const std::string &deviceKey)
+std::string Sessions::openPartner(const std::string &deviceKey, const std::string &deviceModel)
 {
-    return open("partner", std::nullopt, tokenHash(deviceKey), std::nullopt, m_lifetimes.partnerSeconds);
+    return open("partner", std::nullopt, tokenHash(deviceKey), std::nullopt, m_lifetimes.partnerSeconds, deviceModel);
 }
 
 std::string Sessions::openUser(AccountId account, const std::string &keyHash, const std::string &deviceId)
 {
     return open("user", account, keyHash, deviceId.empty() ? std::nullopt : std::optional(deviceId),
-                m_lifetimes.userSeconds);
+                m_lifetimes.userSeconds, {});
 }
 
 std::string Sessions::open(const char *kind, std::optional<AccountId> account, const std::string &keyHash,
-                           const std::optional<std::string> &deviceId, int64_t seconds)
+                           const std::optional<std::string> &deviceId, int64_t seconds, const std::string &deviceModel)
 {
     std::string token = randomToken();
     const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     db->run("DELETE FROM sessions WHERE expires_at <= ?1", now);
-    db->run("INSERT INTO sessions (token_hash, kind, account_id, key_hash, device_id, expires_at) "
-            "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
-            tokenHash(token), kind, account, keyHash, deviceId, now + seconds);
+    db->run("INSERT INTO sessions (token_hash, kind, account_id, key_hash, device_id, expires_at, device_model) "
+            "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)",
+            tokenHash(token), kind, account, keyHash, deviceId, now + seconds, deviceModel);
     change.commit();
     return token;
 }
@@ -41,8 +41,8 @@ std::optional<Session> Sessions::find(const std::string &token)
 {
     const std::string hash = tokenHash(token);
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT kind, account_id, key_hash, device_id, is_revoked FROM sessions "
-                                "WHERE token_hash = ?1 AND expires_at > ?2");
+    Statement row = db->prepare("SELECT kind, account_id, key_hash, device_id, is_revoked, device_model "
+                                "FROM sessions WHERE token_hash = ?1 AND expires_at > ?2");
     row.with(hash, m_clock());
     if (!row.step())
         return std::nullopt;
@@ -51,7 +51,8 @@ std::optional<Session> Sessions::find(const std::string &token)
                    row.text(2),
                    row.integer(1),
                    row.text(3),
-                   row.integer(4) != 0};
+                   row.integer(4) != 0,
+                   row.text(5)};
 }
 
 void Sessions::close(const std::string &token)

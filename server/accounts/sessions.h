@@ -20,6 +20,7 @@ struct Session {
     AccountId accountId = 0; // user sessions
     std::string deviceId;    // user sessions of an associated device
     bool isRevoked = false;  // the listener has unlinked the device: nothing is allowed, and the radio is told so
+    std::string deviceModel; // partner sessions; what the device says of itself
 };
 
 // Sessions, stored as hashes of their tokens. Any thread.
@@ -30,7 +31,7 @@ public:
     const TokenLifetimes &lifetimes() const { return m_lifetimes; }
 
     // Both return the token, of which only the hash is kept.
-    std::string openPartner(const std::string &deviceKey);
+    std::string openPartner(const std::string &deviceKey, const std::string &deviceModel = {});
     // The key's hash is that of the partner session in which the login happened (empty for a browser).
     std::string openUser(AccountId account, const std::string &keyHash, const std::string &deviceId = {});
     // Nothing when the token is unknown or has expired.
@@ -41,7 +42,7 @@ public:
 
 private:
     std::string open(const char *kind, std::optional<AccountId> account, const std::string &keyHash,
-                     const std::optional<std::string> &deviceId, int64_t seconds);
+                     const std::optional<std::string> &deviceId, int64_t seconds, const std::string &deviceModel);
 
     Store &m_store;
     TokenLifetimes m_lifetimes;

@@ -11,17 +11,7 @@ namespace velmora::server::functions {
 namespace {
 
 constexpr int keyBytes = 32;
-
-[[noreturn]] void tooMany(int retryAfter)
-{
-    throw ApiError(Code::TooMany, "too many requests", json{{"retryAfter", retryAfter}});
-}
-
-void limit(const Call &call, RateLimit &limit, const std::string &key)
-{
-    if (const std::optional<int> seconds = limit.refuse(key, call.service.clock()))
-        tooMany(*seconds);
-}
+constexpr size_t longestModel = 64; // characters
 
 [[noreturn]] void noSuchDevice()
 {
@@ -48,7 +38,7 @@ Account checkedLogin(Call &call, const std::string &userName, const std::string 
     case LoginResult::Inactive:
         throw ApiError(Code::Inactive, "the account is no longer active");
     case LoginResult::TooMany:
-        tooMany(login.retryAfter);
+        refuseForNow(login.retryAfter);
     }
     return std::move(login.account);
 }
@@ -108,7 +98,7 @@ void checkPin(Call &call, const std::string &pin)
 {
     const Login login = call.service.accounts.checkExplicitPin(call.account(), pin, call.network);
     if (login.result == LoginResult::TooMany)
-        tooMany(login.retryAfter);
+        refuseForNow(login.retryAfter);
     if (login.result != LoginResult::Done)
         throw ApiError(Code::NotAuthorised, "not the PIN");
 }
@@ -120,7 +110,8 @@ json partnerLogin(Call &call)
     const std::string key = call.parameters.text("deviceKey");
     if (!isToken(key, keyBytes))
         throw ApiError(Code::Malformed, "not a device key");
-    return {{"partnerToken", call.service.sessions.openPartner(key)},
+    const std::string model = shortText(call, "deviceModel", longestModel);
+    return {{"partnerToken", call.service.sessions.openPartner(key, model)},
             {"expiresIn", call.service.sessions.lifetimes().partnerSeconds}};
 }
 
@@ -166,14 +157,15 @@ json generateDeviceActivationCode(Call &call)
     const std::string digits = call.parameters.text("deviceId");
     if (!Devices::isDigits(digits))
         throw ApiError(Code::Malformed, "not the twelve digits of a device");
-    limit(call, call.limits.codesOfNetwork, call.network);
-    limit(call, call.limits.codesOfDevice, call.session.keyHash);
-    return codeAnswer(call, call.service.activationCodes.issueForDevice(digits, call.session.keyHash));
+    call.count(call.limits.codesOfNetwork, call.network);
+    call.count(call.limits.codesOfDevice, call.session.keyHash);
+    return codeAnswer(call, call.service.activationCodes.issueForDevice(digits, call.session.keyHash,
+                                                                        call.session.deviceModel, call.address));
 }
 
 json generateUserActivationCode(Call &call)
 {
-    limit(call, call.limits.codesOfNetwork, call.network);
+    call.count(call.limits.codesOfNetwork, call.network);
     return codeAnswer(call, call.service.activationCodes.issueForAccount(call.account()));
 }
 
@@ -192,7 +184,7 @@ json createUser(Call &call)
     profile.zipCode = shortText(call, "zipCode", 32);
     profile.countryCode = shortText(call, "countryCode", 8);
     profile.emailOptIn = call.parameters.optionalFlag("emailOptIn").value_or(false);
-    limit(call, call.limits.accountsOfNetwork, call.network);
+    call.count(call.limits.accountsOfNetwork, call.network);
 
     AccountId id = 0;
     switch (call.service.createAccount(userName, password, profile, &id)) {
@@ -213,7 +205,7 @@ json emailPassword(Call &call)
     const std::string userName = call.parameters.text("userName");
     if (!isMailAddress(userName))
         throw ApiError(Code::BadUserName, "not a user name");
-    limit(call, call.limits.mailsOfNetwork, call.network);
+    call.count(call.limits.mailsOfNetwork, call.network);
     Mailer &mailer = mailerOf(call);
     // The answer does not tell whether there is such an account.
     const std::optional<Account> account = call.service.accounts.find(userName);
@@ -270,7 +262,7 @@ json setExplicitPIN(Call &call)
 json emailExplicitPINRescue(Call &call)
 {
     Mailer &mailer = mailerOf(call);
-    limit(call, call.limits.mailsToAccount, std::to_string(call.account()));
+    call.count(call.limits.mailsToAccount, std::to_string(call.account()));
     const std::optional<Account> account = call.service.accounts.find(call.account());
     mailer.sendPinRescue(account->userName, call.service.accounts.issueReset(account->id, pinPurpose, resetSeconds));
     return json::object();

@@ -81,6 +81,17 @@ const Route *findRoute(std::string_view name)
     return found == table.end() ? nullptr : &*found;
 }
 
+void Call::count(RateLimit &limit, const std::string &key) const
+{
+    if (const std::optional<int> seconds = limit.refuse(key, service.clock()))
+        functions::refuseForNow(*seconds);
+}
+
+void functions::refuseForNow(int seconds)
+{
+    throw ApiError(Code::TooMany, "too many requests", json{{"retryAfter", seconds}});
+}
+
 std::string isoTime(int64_t unixSeconds)
 {
     const std::time_t time = unixSeconds;

@@ -28,6 +28,8 @@ struct Call {
     std::string network; // what counts as one caller in limits
 
     AccountId account() const { return session.accountId; } // calls with a user token
+    // Counts the call. Throws ApiError (5004) beyond the limit.
+    void count(RateLimit &limit, const std::string &key) const;
 };
 
 enum class Access { Nobody, Partner, User, PartnerOrUser };
@@ -55,6 +57,9 @@ const Route *findRoute(std::string_view name);
 namespace functions {
 
 using nlohmann::json;
+
+// Throws ApiError (5004): the caller may come again in so many seconds.
+[[noreturn]] void refuseForNow(int seconds);
 
 // Accounts and devices
 json partnerLogin(Call &call);

@@ -346,9 +346,16 @@ CREATE TABLE cover_files (
 ) WITHOUT ROWID;
 )sql";
 
+// Who asks for access to an account is shown to the person who decides.
+constexpr const char *askingRadios = R"sql(
+ALTER TABLE sessions ADD COLUMN device_model TEXT NOT NULL DEFAULT '';
+ALTER TABLE activation_codes ADD COLUMN device_model TEXT NOT NULL DEFAULT '';
+ALTER TABLE activation_codes ADD COLUMN address TEXT NOT NULL DEFAULT '';
+)sql";
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
-constexpr std::array steps = {accountsAndDevices, catalogue,      stations,          devicesByKey,
-                              ownMusic,           requestAnswers, goneFilesAndCovers};
+constexpr std::array steps = {accountsAndDevices, catalogue,      stations,           devicesByKey,
+                              ownMusic,           requestAnswers, goneFilesAndCovers, askingRadios};
 
 } // namespace
 

@@ -58,6 +58,16 @@ std::string error(const std::string &text)
     return text.empty() ? std::string() : "<p class=\"error\" role=\"alert\">" + escape(text) + "</p>\n";
 }
 
+std::string warning(const std::string &text)
+{
+    return "<p class=\"warning\">" + escape(text) + "</p>\n";
+}
+
+std::string fact(const std::string &name, const std::string &value)
+{
+    return "<p class=\"fact\"><span>" + escape(name) + "</span> " + escape(value) + "</p>\n";
+}
+
 std::string form(const std::string &action, const std::string &csrf, const std::string &fields)
 {
     return "<form method=\"post\" action=\"" + escape(action) + "\">\n" + hidden("csrf", csrf) + fields + "</form>\n";
@@ -96,12 +106,27 @@ std::string hidden(const std::string &name, const std::string &value)
     return "<input type=\"hidden\" name=\"" + escape(name) + "\" value=\"" + escape(value) + "\">\n";
 }
 
-std::string button(const std::string &label, const std::string &name, const std::string &value)
+namespace {
+
+std::string buttonOf(const std::string &attributes, const std::string &label, const std::string &name,
+                     const std::string &value)
 {
-    std::string text = "<button type=\"submit\"";
+    std::string text = "<button type=\"submit\"" + attributes;
     if (!name.empty())
         text += " name=\"" + escape(name) + "\" value=\"" + escape(value) + "\"";
     return text + ">" + escape(label) + "</button>\n";
+}
+
+} // namespace
+
+std::string button(const std::string &label, const std::string &name, const std::string &value)
+{
+    return buttonOf({}, label, name, value);
+}
+
+std::string plainButton(const std::string &label, const std::string &name, const std::string &value)
+{
+    return buttonOf(" class=\"plain\"", label, name, value);
 }
 
 std::string link(const std::string &address, const std::string &label)
@@ -135,9 +160,13 @@ a { color: #ffcb52; }
 .error { background: #3a0f1d; border: 2px solid #ff6178; border-radius: 12px; padding: .7rem 1rem; }
 .note, .hint { color: #c5c5c5; font-size: .95rem; }
 .hint { margin: -.6rem 0 1rem; }
+.warning { background: #3a2a08; border: 2px solid #ffb400; border-radius: 12px; padding: .7rem 1rem; }
+.fact { margin: .3rem 0; }
+.fact span { display: inline-block; min-width: 6.5rem; color: #c5c5c5; }
+.plain { color: #fff; background: #43295a; border-color: #7d6298; }
 .device { display: flex; gap: 1rem; align-items: center; justify-content: space-between; }
 .device p { margin: 0; }
-.device button { width: auto; padding: 0 1.2rem; color: #fff; background: #43295a; border-color: #7d6298; }
+.device button { width: auto; padding: 0 1.2rem; }
 )";
 }
 

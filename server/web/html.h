@@ -17,6 +17,9 @@ std::string render(const Page &page);
 std::string heading(const std::string &text);
 std::string paragraph(const std::string &text);
 std::string error(const std::string &text); // empty for an empty text
+std::string warning(const std::string &text);
+// A fact with its name, for example "Model: kitchen radio".
+std::string fact(const std::string &name, const std::string &value);
 
 // A form that posts to `action`; `csrf` comes along in it. `fields` are made of the pieces below.
 std::string form(const std::string &action, const std::string &csrf, const std::string &fields);
@@ -35,6 +38,7 @@ std::string passwordField(const std::string &label); // the present one, named "
 std::string newPasswordField(const std::string &name, const std::string &label);
 std::string hidden(const std::string &name, const std::string &value);
 std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
+std::string plainButton(const std::string &label, const std::string &name, const std::string &value); // less prominent
 std::string link(const std::string &address, const std::string &label);
 
 // The style sheet, served as /style.css: dark, one column, large enough for a thumb.

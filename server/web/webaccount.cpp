@@ -60,7 +60,7 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
         body += html::form("/account/revoke", visit.csrf,
                            "<div class=\"device\">" +
                                html::paragraph(device.deviceId + ", since " + day(device.associatedAt)) +
-                               html::button("Remove", "device", device.deviceId) + "</div>");
+                               html::plainButton("Remove", "device", device.deviceId) + "</div>");
     }
     if (isOwner(visit))
         body += html::link("/library", "The music");

@@ -1,4 +1,5 @@
 // The page on which a radio is linked with an account: code, account, permission, done.
+#include "server/http/peers.h"
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
@@ -18,6 +19,14 @@ std::string deviceName(const std::string &digits)
     return text;
 }
 
+std::string timeAgo(int64_t seconds)
+{
+    const int64_t minutes = seconds / 60;
+    if (minutes < 1)
+        return "less than a minute ago";
+    return minutes == 1 ? "a minute ago" : std::to_string(minutes) + " minutes ago";
+}
+
 constexpr char codeGone[] = "This code is not valid, or no longer. The radio shows a new one after \"Continue\".";
 
 } // namespace
@@ -33,7 +42,7 @@ void WebPages::addActivation(http::Router &router)
     router.post("/activate/allow", mostFormBytes, page(&WebPages::allow));
 }
 
-void WebPages::codePage(Visit &visit, const std::string &problem, int status)
+void WebPages::codePage(Visit &visit, const std::string &note, int status)
 {
     html::Field code;
     code.name = "code";
@@ -41,7 +50,7 @@ void WebPages::codePage(Visit &visit, const std::string &problem, int status)
     code.hint = "Eight letters and digits, as the television shows them.";
     code.isCode = true;
     show(visit, "Activate a radio",
-         html::heading("Activate a radio") + html::error(problem) +
+         html::heading("Activate a radio") + note +
              html::form("/activate", visit.csrf, html::field(code) + html::button("Next")),
          status);
 }
@@ -54,18 +63,24 @@ void WebPages::showCodeForm(Visit &visit)
 void WebPages::takeCode(Visit &visit)
 {
     if (m_codeTries.refuse(visit.request.network, m_clock())) {
-        codePage(visit, "Too many tries. Please wait a minute.", 429);
+        codePage(visit, html::error("Too many tries. Please wait a minute."), 429);
         return;
     }
     const std::string code = ActivationCodes::normalised(visit.value("code"));
     const auto subject = m_service.activationCodes.find(code);
-    if (!subject || subject->digits.empty()) {
-        codePage(visit, codeGone, 422);
+    if (!subject) {
+        codePage(visit, html::error(codeGone), 422);
         return;
     }
-    visit.session.code = code;
+    if (subject->accountId != 0)
+        visit.session.byCode = m_service.activationCodes.redeemForAccount(code).value_or(0);
+    else
+        visit.session.code = code;
     m_sessions.keep(visit.cookie, visit.session);
-    if (visit.session.account != 0)
+    if (visit.session.code.empty())
+        codePage(visit,
+                 html::paragraph("This code stands for your account. Now type the code that the new radio shows."));
+    else if (visit.linkingAccount() != 0)
         allowPage(visit);
     else
         accountPage(visit, {}, {});
@@ -89,7 +104,7 @@ void WebPages::takeAccount(Visit &visit)
 {
     const std::string userName = visit.value("email");
     if (visit.session.code.empty()) {
-        codePage(visit, codeGone, 422);
+        codePage(visit, html::error(codeGone), 422);
         return;
     }
     AccountId id = 0;
@@ -126,26 +141,43 @@ void WebPages::takeAccount(Visit &visit)
 void WebPages::allowPage(Visit &visit)
 {
     const auto subject = m_service.activationCodes.find(visit.session.code);
-    const auto account = m_service.accounts.find(visit.session.account);
+    const auto account = m_service.accounts.find(visit.linkingAccount());
     if (!subject || subject->digits.empty() || !account) {
-        codePage(visit, codeGone, 422);
+        codePage(visit, html::error(codeGone), 422);
         return;
     }
+    std::string from = subject->address.empty() ? "an unknown address" : subject->address;
+    if (http::networkOf(subject->address) == visit.request.network)
+        from += " (your browser is in the same network)";
     show(visit, "Allow this radio?",
-         html::heading("Allow this radio?") +
-             html::paragraph("The radio with the address " + deviceName(subject->digits) +
-                             " will play the stations of " + account->userName + ", and may change them.") +
-             html::form("/activate/allow", visit.csrf, html::button("Allow")));
+         html::heading("Allow this radio?") + html::fact("Radio", deviceName(subject->digits)) +
+             html::fact("Model", subject->model.empty() ? "it does not say" : "\"" + subject->model + "\", it says") +
+             html::fact("Asked", timeAgo(m_clock() - subject->issuedAt)) + html::fact("From", from) +
+             html::fact("Code", visit.session.code) +
+             html::paragraph("It will play the stations of " + account->userName + ", and may change them.") +
+             html::warning("Allow it only if this code is on the television in front of you. "
+                           "Did somebody send you the code? Then choose \"Deny\".") +
+             html::form("/activate/allow", visit.csrf,
+                        html::button("Allow", "answer", "allow") + html::plainButton("Deny", "answer", "deny")));
 }
 
 void WebPages::allow(Visit &visit)
 {
-    if (visit.session.account == 0 || !m_service.activationCodes.grant(visit.session.code, visit.session.account)) {
-        codePage(visit, codeGone, 422);
+    const AccountId account = visit.linkingAccount();
+    const std::string code = std::exchange(visit.session.code, {});
+    visit.session.byCode = 0;
+    m_sessions.keep(visit.cookie, visit.session);
+    if (visit.value("answer") != "allow") {
+        m_service.activationCodes.deny(code);
+        show(visit, "Denied",
+             html::heading("Denied") + html::paragraph("The radio has no access, and its code is no longer valid.") +
+                 html::link("/account", "Your account"));
         return;
     }
-    visit.session.code.clear();
-    m_sessions.keep(visit.cookie, visit.session);
+    if (account == 0 || !m_service.activationCodes.grant(code, account)) {
+        codePage(visit, html::error(codeGone), 422);
+        return;
+    }
     show(visit, "Done",
          html::heading("Done") + html::paragraph("Go back to the television and choose \"Continue\".") +
              html::link("/account", "Your account"));

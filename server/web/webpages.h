@@ -29,6 +29,8 @@ private:
         std::string csrf; // the token of this browser's forms
         WebSession session;
         std::string value(const std::string &name) const; // of the posted form
+        // Whose stations a radio is to play; 0: not known yet.
+        AccountId linkingAccount() const { return session.byCode != 0 ? session.byCode : session.account; }
     };
     using Handler = void (WebPages::*)(Visit &);
     static constexpr size_t mostFormBytes = 16 * 1024;
@@ -49,7 +51,8 @@ private:
     void takeCode(Visit &visit);
     void takeAccount(Visit &visit);
     void allow(Visit &visit);
-    void codePage(Visit &visit, const std::string &problem, int status = 200);
+    // `note` is markup.
+    void codePage(Visit &visit, const std::string &note, int status = 200);
     void accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
     void allowPage(Visit &visit);
 

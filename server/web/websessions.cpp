@@ -57,7 +57,7 @@ void WebSessions::put(const std::string &cookie, WebSession session)
     m_others.erase(hash);
     if (session.account == 0) {
         m_signedIn.erase(hash);
-        if (!session.code.empty())
+        if (!session.code.empty() || session.byCode != 0)
             m_others.at(hash) = std::move(session);
         return;
     }

@@ -13,7 +13,8 @@ namespace velmora::server {
 // What the service knows of one browser.
 struct WebSession {
     AccountId account = 0; // signed in as, 0 nobody
-    std::string code;      // activation code that was entered
+    std::string code;      // the radio's activation code that was entered
+    AccountId byCode = 0;  // the account whose own code was entered: it may link a radio, and nothing else
     int64_t lastUsed = 0;  // Unix seconds
 };
 
