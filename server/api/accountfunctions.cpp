@@ -110,6 +110,7 @@ json partnerLogin(Call &call)
     const std::string key = call.parameters.text("deviceKey");
     if (!isToken(key, keyBytes))
         throw ApiError(Code::Malformed, "not a device key");
+    call.count(call.limits.partnerLoginsOfNetwork, call.network);
     const std::string model = shortText(call, "deviceModel", longestModel);
     return {{"partnerToken", call.service.sessions.openPartner(key, model)},
             {"expiresIn", call.service.sessions.lifetimes().partnerSeconds}};

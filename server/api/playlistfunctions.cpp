@@ -21,6 +21,8 @@ IssuedTrack trackThatTakesFeedback(Call &call)
 
 json getPlaylist(Call &call)
 {
+    call.count(call.limits.playlistsOfNetwork, call.network);
+    call.count(call.limits.playlistsOfSession, call.session.tokenHash);
     const Station station = requiredStation(call);
     StationService &service = call.service;
     if (service.catalogue.isGrowing()) {

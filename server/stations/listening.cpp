@@ -65,20 +65,25 @@ std::vector<engine::TasteEvent> Listening::events(const Station &station)
 {
     // Sleeps and bookmarks belong to the account; they teach the stations on which the track was heard.
     const std::string own = std::string(ownColumn(station)) + " = ?1";
+    const std::string ownStations = station.isTapestry ? "IN (SELECT id FROM stations WHERE account_id = ?1)" : "= ?1";
+    const auto isHeard = [&](const char *track) {
+        return "EXISTS (SELECT 1 FROM play_counts p WHERE p.station_id " + ownStations + " AND p.track_id = " + track +
+               ")";
+    };
     Statement row = m_db.prepare(
         "SELECT happened_at, kind, track_id FROM ("
         "SELECT given_at AS happened_at, CASE is_positive WHEN 1 THEN 0 ELSE 1 END AS kind, track_id FROM feedback "
         "WHERE " +
-        own + " UNION ALL SELECT started_at, CASE outcome WHEN 'ended' THEN 2 ELSE 3 END, track_id FROM plays WHERE " +
         own +
-        " AND outcome IN ('ended', 'skipped')"
-        " UNION ALL SELECT until - ?2, 4, track_id FROM sleeps WHERE account_id = ?3 AND track_id IN "
-        "(SELECT track_id FROM plays WHERE " +
+        " UNION ALL SELECT * FROM (SELECT started_at, CASE outcome WHEN 'ended' THEN 2 ELSE 3 END, track_id FROM "
+        "plays WHERE " +
         own +
-        ")"
-        " UNION ALL SELECT created_at, 5, target FROM bookmarks WHERE account_id = ?3 AND kind = 'track' AND target IN "
-        "(SELECT track_id FROM plays WHERE " +
-        own + ")) ORDER BY happened_at DESC, kind, track_id LIMIT ?4");
+        " AND outcome IN ('ended', 'skipped') ORDER BY started_at DESC LIMIT ?4)"
+        " UNION ALL SELECT s.until - ?2, 4, s.track_id FROM sleeps s WHERE s.account_id = ?3 AND " +
+        isHeard("s.track_id") +
+        " UNION ALL SELECT b.created_at, 5, b.target FROM bookmarks b WHERE b.account_id = ?3 AND b.kind = 'track' "
+        "AND " +
+        isHeard("b.target") + ") ORDER BY happened_at DESC, kind, track_id LIMIT ?4");
     row.with(ownValue(station), Playlists::sleepSeconds, station.accountId,
              static_cast<int>(engine::Taste::mostEvents));
     struct Kind {
@@ -109,9 +114,9 @@ engine::Circumstances Listening::circumstances(const Station &station)
             now.recent.push_back(row.integer(0));
     }
     {
-        Statement row = m_db.prepare("SELECT track_id, COUNT(*) FROM plays WHERE station_id = ?1 AND started_at > ?2 "
-                                     "GROUP BY track_id");
-        row.with(station.id, m_now - 90 * daySeconds);
+        // Plays are kept for 90 days.
+        Statement row = m_db.prepare("SELECT track_id, plays FROM play_counts WHERE station_id = ?1");
+        row.with(station.id);
         while (row.step())
             now.plays[row.integer(0)] = static_cast<int>(row.integer(1));
     }
@@ -152,8 +157,8 @@ std::unordered_map<int64_t, int> Listening::playsByStation(AccountId account)
 {
     std::unordered_map<int64_t, int> plays;
     Statement row = m_db.prepare(
-        "SELECT station_id, COUNT(*) FROM plays WHERE account_id = ?1 AND started_at > ?2 GROUP BY station_id");
-    row.with(account, m_now - 30 * daySeconds);
+        "SELECT station_id, SUM(plays) FROM play_days WHERE account_id = ?1 AND day > ?2 GROUP BY station_id");
+    row.with(account, m_now / daySeconds - 30);
     while (row.step())
         plays[row.integer(0)] = static_cast<int>(row.integer(1));
     return plays;

@@ -340,8 +340,8 @@ std::optional<IssuedAd> Playlists::issueAd(Database &db, const Station &station)
     {
         // The advertisement that this listener heard least recently.
         Statement row =
-            db.prepare("SELECT a.id FROM ads a LEFT JOIN issued_ads i ON i.ad_id = a.id AND i.account_id = ?1 "
-                       "WHERE a.is_playable = 1 GROUP BY a.id ORDER BY COALESCE(MAX(i.id), 0), a.id LIMIT 1");
+            db.prepare("SELECT a.id FROM ads a WHERE a.is_playable = 1 ORDER BY COALESCE((SELECT MAX(i.id) FROM "
+                       "issued_ads i WHERE i.account_id = ?1 AND i.ad_id = a.id), 0), a.id LIMIT 1");
         row.with(station.accountId);
         if (!row.step())
             return std::nullopt;

@@ -45,8 +45,10 @@ void Plays::started(int64_t issueId)
 
 void Plays::begin(Database &db, int64_t issueId)
 {
-    db.run("INSERT OR IGNORE INTO plays (issue_id, account_id, station_id, track_id, started_at, outcome) "
-           "SELECT id, account_id, station_id, track_id, ?2, 'playing' FROM issued_tracks WHERE id = ?1",
+    // Not "OR IGNORE", which would rule the triggers too.
+    db.run("INSERT INTO plays (issue_id, account_id, station_id, track_id, started_at, outcome) "
+           "SELECT id, account_id, station_id, track_id, ?2, 'playing' FROM issued_tracks WHERE id = ?1 "
+           "ON CONFLICT DO NOTHING",
            issueId, m_clock());
 }
 

@@ -347,10 +347,47 @@ CREATE TABLE cover_files (
 )sql";
 
 // Who asks for access to an account is shown to the person who decides.
+//
+// What a playlist costs does not grow with what was heard: plays are counted as they come and go, and which
+// advertisement an account has not had for the longest time is read from an index.
 constexpr const char *askingRadios = R"sql(
 ALTER TABLE sessions ADD COLUMN device_model TEXT NOT NULL DEFAULT '';
 ALTER TABLE activation_codes ADD COLUMN device_model TEXT NOT NULL DEFAULT '';
 ALTER TABLE activation_codes ADD COLUMN address TEXT NOT NULL DEFAULT '';
+CREATE INDEX issued_ads_by_ad ON issued_ads(account_id, ad_id, id);
+DROP INDEX issued_ads_by_account;
+CREATE INDEX plays_by_time ON plays(started_at);
+CREATE INDEX plays_under_way ON plays(account_id) WHERE outcome = 'playing';
+CREATE TABLE play_counts (
+  station_id INTEGER NOT NULL,
+  track_id INTEGER NOT NULL,
+  plays INTEGER NOT NULL,
+  PRIMARY KEY (station_id, track_id)
+) WITHOUT ROWID;
+CREATE TABLE play_days (
+  account_id INTEGER NOT NULL,
+  station_id INTEGER NOT NULL,
+  day INTEGER NOT NULL,
+  plays INTEGER NOT NULL,
+  PRIMARY KEY (account_id, station_id, day)
+) WITHOUT ROWID;
+INSERT INTO play_counts SELECT station_id, track_id, COUNT(*) FROM plays GROUP BY station_id, track_id;
+INSERT INTO play_days SELECT account_id, station_id, started_at / 86400, COUNT(*) FROM plays
+  GROUP BY account_id, station_id, started_at / 86400;
+CREATE TRIGGER play_begun AFTER INSERT ON plays BEGIN
+  INSERT INTO play_counts VALUES (NEW.station_id, NEW.track_id, 1)
+    ON CONFLICT DO UPDATE SET plays = plays + 1;
+  INSERT INTO play_days VALUES (NEW.account_id, NEW.station_id, NEW.started_at / 86400, 1)
+    ON CONFLICT DO UPDATE SET plays = plays + 1;
+END;
+CREATE TRIGGER play_forgotten AFTER DELETE ON plays BEGIN
+  UPDATE play_counts SET plays = plays - 1 WHERE station_id = OLD.station_id AND track_id = OLD.track_id;
+  DELETE FROM play_counts WHERE station_id = OLD.station_id AND track_id = OLD.track_id AND plays = 0;
+  UPDATE play_days SET plays = plays - 1
+    WHERE account_id = OLD.account_id AND station_id = OLD.station_id AND day = OLD.started_at / 86400;
+  DELETE FROM play_days
+    WHERE account_id = OLD.account_id AND station_id = OLD.station_id AND day = OLD.started_at / 86400 AND plays = 0;
+END;
 )sql";
 
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.

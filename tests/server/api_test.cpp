@@ -148,7 +148,9 @@ TEST_F(ApiTest, WhatCostsTheServiceSomethingIsLimited)
         int allowed;
     };
     const Case cases[] = {
+        {"partnerLogin", {{"deviceKey", randomToken()}}, {}, 300 - 2},
         {"generateDeviceActivationCode", {{"deviceId", device.digits}}, device.partnerToken, 20},
+        {"getPlaylist", {{"stationToken", tapestryToken(user)}}, user, 240},
     };
     for (const Case &c : cases) {
         int answered = 0;

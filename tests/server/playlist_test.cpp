@@ -221,6 +221,25 @@ TEST_F(ListeningTest, TheNextStartTellsHowTheLastPlayEnded)
     data("trackEvent", {{"trackToken", track["trackToken"]}, {"eventType", "skip"}, {"seconds", 20}}, user);
     EXPECT_EQ(outcomeOf(issueOf(track)), "skipped");
     m_service->plays.started(123456);
+
+    // The counts that playlists read follow the plays, also when these go.
+    const auto rows = [&](const char *sql) {
+        std::vector<std::array<int64_t, 3>> all;
+        const Store::Lock db = m_service->store.lock();
+        Statement row = db->prepare(sql);
+        while (row.step())
+            all.push_back({row.integer(0), row.integer(1), row.integer(2)});
+        return all;
+    };
+    for (const char *change : {"SELECT 1", "UPDATE plays SET outcome = 'left'", "DELETE FROM plays WHERE issue_id % 3 = 0",
+                               "DELETE FROM stations WHERE name = 'Rock'", "DELETE FROM tracks WHERE id % 2 = 0"}) {
+        m_service->store.lock()->run(change);
+        const auto counts = rows("SELECT station_id, track_id, plays FROM play_counts ORDER BY 1, 2");
+        EXPECT_EQ(counts, rows("SELECT station_id, track_id, COUNT(*) FROM plays GROUP BY 1, 2 ORDER BY 1, 2"));
+        EXPECT_FALSE(counts.empty()) << change;
+        EXPECT_EQ(rows("SELECT station_id, day, plays FROM play_days ORDER BY 1, 2"),
+                  rows("SELECT station_id, started_at / 86400, COUNT(*) FROM plays GROUP BY 1, 2 ORDER BY 1, 2"));
+    }
 }
 
 TEST_F(ListeningTest, TheFirstRequestForAnAddressIsTheStart)

@@ -47,7 +47,7 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
             "7); "
             "PRAGMA foreign_keys = OFF; ALTER TABLE sessions DROP COLUMN is_revoked; ALTER TABLE sessions DROP COLUMN "
             "device_model; ALTER TABLE activation_codes DROP COLUMN device_model; ALTER TABLE activation_codes DROP "
-            "COLUMN address; DROP TABLE request_answers; DROP "
+            "COLUMN address; DROP TABLE play_counts; DROP TABLE play_days; DROP TABLE request_answers; DROP "
             "TABLE plays; DROP TABLE "
             "descriptors; DROP TABLE track_styles; DROP TABLE styles; DROP TABLE files; DROP TABLE roots; DROP TABLE "
             "issued_tracks; "
