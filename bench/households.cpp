@@ -220,7 +220,7 @@ void report(const Figures &figures, double radios, const Server &server, double 
     figures::note("failed requests" + at, double(figures.failures), "", figures.firstFailure);
 }
 
-std::vector<std::unique_ptr<Account>> madeAccounts(int port)
+std::vector<std::unique_ptr<Account>> madeAccounts(int port, const std::filesystem::path &data)
 {
     std::vector<std::unique_ptr<Account>> accounts;
     for (size_t number = 0; number < accountCount; ++number) {
@@ -244,6 +244,7 @@ std::vector<std::unique_ptr<Account>> madeAccounts(int port)
                               {"deviceId", identity}},
                              account->partner)
                             .at("userToken");
+        openSignUpLink(client, data, account->name);
         account->station = call(client, "getStationList", json::object(), account->user)
                                .at("stations")
                                .at(number % 3)
@@ -272,7 +273,7 @@ void measure()
     Server server(data.path, {}, "1");
     server.untilMusicIsMade();
     useFirstCore();
-    auto accounts = madeAccounts(server.port());
+    auto accounts = madeAccounts(server.port(), data.path);
     double carried = 0;
     double step = 2000;
     for (double radios = step; step >= 250;) {

@@ -52,6 +52,9 @@ private:
     int m_port = 0;
 };
 
+// Opens the link that the service has written to this address into the outbox of its data folder: makes the account.
+void openSignUpLink(velmora::server::HttpClient &client, const std::filesystem::path &data, const std::string &address);
+
 // Calls a function of the service's interface and returns its data; anything but code 0 is an exception.
 nlohmann::json call(velmora::server::HttpClient &client, const std::string &function, const nlohmann::json &parameters,
                     const std::string &token);

@@ -11,14 +11,6 @@ namespace {
 
 constexpr size_t longestUserName = 254; // of an e-mail address
 
-// E-mail addresses are compared without case; only ASCII letters are folded, as mail servers do.
-std::string foldedName(std::string name)
-{
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return name;
-}
-
 } // namespace
 
 Accounts::Accounts(Store &store, PasswordHasher &hasher, Clock clock)
@@ -28,26 +20,36 @@ Accounts::Accounts(Store &store, PasswordHasher &hasher, Clock clock)
 {
 }
 
+std::string Accounts::foldedName(std::string name)
+{
+    // Only ASCII letters are folded, as mail servers do.
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return name;
+}
+
 bool Accounts::isPassword(const std::string &text)
 {
     return text.size() >= shortestPassword && text.size() <= longestPassword;
 }
 
-CreateResult Accounts::create(const std::string &userName, const std::string &password, const Profile &profile,
-                              AccountId *id, const std::function<void(AccountId)> &furnish)
+CreateResult Accounts::checkNew(const std::string &userName, const std::string &password)
 {
     if (!isMailAddress(userName))
         return CreateResult::BadUserName;
-    if (!isPassword(password))
-        return CreateResult::BadPassword;
-    const std::string hash = m_hasher.hash(password);
+    return isPassword(password) ? CreateResult::Done : CreateResult::BadPassword;
+}
+
+CreateResult Accounts::create(const std::string &userName, const std::string &passwordHash, const Profile &profile,
+                              AccountId *id, const std::function<void(AccountId)> &furnish)
+{
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     try {
         db->run(
             "INSERT INTO accounts (user_name, folded_name, password_hash, created_at, birth_year, gender, zip_code, "
             "country_code, email_opt_in) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
-            userName, foldedName(userName), hash, m_clock(), profile.birthYear, profile.gender, profile.zipCode,
+            userName, foldedName(userName), passwordHash, m_clock(), profile.birthYear, profile.gender, profile.zipCode,
             profile.countryCode, profile.emailOptIn);
     } catch (const StoreError &error) {
         if (error.isConstraint())

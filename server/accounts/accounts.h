@@ -49,10 +49,12 @@ public:
 
     Accounts(Store &store, PasswordHasher &hasher, Clock clock);
 
-    // Makes an account and sets the id when the result is Done. `furnish` adds what belongs to every account, in the
-    // same transaction.
-    CreateResult create(const std::string &userName, const std::string &password, const Profile &profile, AccountId *id,
-                        const std::function<void(AccountId)> &furnish = {});
+    // Done when such an account could be made, as far as the name and the password tell: never Taken.
+    static CreateResult checkNew(const std::string &userName, const std::string &password);
+    // Makes an account with this password's hash and sets the id when the result is Done. `furnish` adds what belongs
+    // to every account, in the same transaction.
+    CreateResult create(const std::string &userName, const std::string &passwordHash, const Profile &profile,
+                        AccountId *id, const std::function<void(AccountId)> &furnish = {});
     // Checks a password, as often as LoginThrottle allows. An unknown account takes as long as a known one and is
     // Wrong. `network`: the caller's address, or the network that counts as one caller.
     Login login(const std::string &userName, const std::string &password, const std::string &network);
@@ -77,6 +79,8 @@ public:
     void setExplicitPin(AccountId id, const std::string &pin); // empty: none
 
     static bool isPassword(const std::string &text);
+    // Names are compared in this form: without case.
+    static std::string foldedName(std::string name);
 
 private:
     std::optional<Account> findWhere(const std::string &condition, const std::string &value, std::string *passwordHash);

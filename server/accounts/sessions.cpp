@@ -13,28 +13,38 @@ Sessions::Sessions(Store &store, TokenLifetimes lifetimes, Clock clock)
 
 std::string Sessions::openPartner(const std::string &deviceKey, const std::string &deviceModel)
 {
-    return open("partner", std::nullopt, tokenHash(deviceKey), std::nullopt, m_lifetimes.partnerSeconds, deviceModel);
+    std::string token = randomToken();
+    add(server::tokenHash(token), "partner", std::nullopt, server::tokenHash(deviceKey), std::nullopt,
+        m_lifetimes.partnerSeconds, deviceModel);
+    return token;
 }
 
 std::string Sessions::openUser(AccountId account, const std::string &keyHash, const std::string &deviceId)
 {
-    return open("user", account, keyHash, deviceId.empty() ? std::nullopt : std::optional(deviceId),
-                m_lifetimes.userSeconds, {});
+    std::string token = randomToken();
+    adoptUser(server::tokenHash(token), account, keyHash, deviceId);
+    return token;
 }
 
-std::string Sessions::open(const char *kind, std::optional<AccountId> account, const std::string &keyHash,
-                           const std::optional<std::string> &deviceId, int64_t seconds, const std::string &deviceModel)
+void Sessions::adoptUser(const std::string &tokenHash, AccountId account, const std::string &keyHash,
+                         const std::string &deviceId)
 {
-    std::string token = randomToken();
+    add(tokenHash, "user", account, keyHash, deviceId.empty() ? std::nullopt : std::optional(deviceId),
+        m_lifetimes.userSeconds, {});
+}
+
+void Sessions::add(const std::string &tokenHash, const char *kind, std::optional<AccountId> account,
+                   const std::string &keyHash, const std::optional<std::string> &deviceId, int64_t seconds,
+                   const std::string &deviceModel)
+{
     const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     db->run("DELETE FROM sessions WHERE expires_at <= ?1", now);
     db->run("INSERT INTO sessions (token_hash, kind, account_id, key_hash, device_id, expires_at, device_model) "
             "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)",
-            tokenHash(token), kind, account, keyHash, deviceId, now + seconds, deviceModel);
+            tokenHash, kind, account, keyHash, deviceId, now + seconds, deviceModel);
     change.commit();
-    return token;
 }
 
 std::optional<Session> Sessions::find(const std::string &token)

@@ -34,6 +34,9 @@ public:
     std::string openPartner(const std::string &deviceKey, const std::string &deviceModel = {});
     // The key's hash is that of the partner session in which the login happened (empty for a browser).
     std::string openUser(AccountId account, const std::string &keyHash, const std::string &deviceId = {});
+    // A user session whose token was handed out before, when the account was not made yet.
+    void adoptUser(const std::string &tokenHash, AccountId account, const std::string &keyHash,
+                   const std::string &deviceId);
     // Nothing when the token is unknown or has expired.
     std::optional<Session> find(const std::string &token);
     void close(const std::string &token);
@@ -41,8 +44,9 @@ public:
     void bindToDevice(const Session &session, const std::string &deviceId);
 
 private:
-    std::string open(const char *kind, std::optional<AccountId> account, const std::string &keyHash,
-                     const std::optional<std::string> &deviceId, int64_t seconds, const std::string &deviceModel);
+    void add(const std::string &tokenHash, const char *kind, std::optional<AccountId> account,
+             const std::string &keyHash, const std::optional<std::string> &deviceId, int64_t seconds,
+             const std::string &deviceModel);
 
     Store &m_store;
     TokenLifetimes m_lifetimes;

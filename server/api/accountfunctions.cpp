@@ -12,6 +12,7 @@ namespace {
 
 constexpr int keyBytes = 32;
 constexpr size_t longestModel = 64; // characters
+constexpr int mailPause = 10;       // seconds, when too many mails wait
 
 [[noreturn]] void noSuchDevice()
 {
@@ -73,14 +74,11 @@ json codeAnswer(const Call &call, const std::string &code)
             {"expiresIn", ActivationCodes::codeSeconds}};
 }
 
-Mailer &mailerOf(Call &call)
+void requireMailer(const Call &call)
 {
     if (!call.service.mailer)
         throw ApiError(Code::Internal, "no mail is set up");
-    return *call.service.mailer;
 }
-
-constexpr int64_t resetSeconds = 3600;
 
 std::string shortText(const Call &call, const char *name, size_t characters)
 {
@@ -187,18 +185,24 @@ json createUser(Call &call)
     profile.emailOptIn = call.parameters.optionalFlag("emailOptIn").value_or(false);
     call.count(call.limits.accountsOfNetwork, call.network);
 
-    AccountId id = 0;
-    switch (call.service.createAccount(userName, password, profile, &id)) {
+    switch (Accounts::checkNew(userName, password)) {
     case CreateResult::Done:
         break;
     case CreateResult::BadPassword:
         throw ApiError(Code::BadPassword, "not a password");
-    default: // a name that is taken says no more than one that is none
+    default:
         throw ApiError(Code::BadUserName, "not a user name");
     }
-    if (!deviceId.empty())
-        call.service.devices.associate(deviceId, call.session.keyHash, id);
-    return openUserSession(call, *call.service.accounts.find(id), deviceId);
+    requireMailer(call);
+    // The answer does not tell whether there is such an account: the token opens something when the link of the mail
+    // has made the account, and for an address with an account it never does.
+    const std::string token = randomToken();
+    if (!call.service.signUp({userName, {}, profile, tokenHash(token), call.session.keyHash, deviceId}, password))
+        refuseForNow(mailPause);
+    return {{"userToken", token},
+            {"userName", userName},
+            {"userId", "0"},
+            {"expiresIn", call.service.sessions.lifetimes().userSeconds}};
 }
 
 json emailPassword(Call &call)
@@ -207,13 +211,10 @@ json emailPassword(Call &call)
     if (!isMailAddress(userName))
         throw ApiError(Code::BadUserName, "not a user name");
     call.count(call.limits.mailsOfNetwork, call.network);
-    Mailer &mailer = mailerOf(call);
+    requireMailer(call);
     // The answer does not tell whether there is such an account.
-    const std::optional<Account> account = call.service.accounts.find(userName);
-    if (account && account->isActive &&
-        !call.limits.mailsToAccount.refuse(std::to_string(account->id), call.service.clock()))
-        mailer.sendPasswordReset(account->userName,
-                                 call.service.accounts.issueReset(account->id, passwordPurpose, resetSeconds));
+    if (!call.service.remind(userName))
+        refuseForNow(mailPause);
     return json::object();
 }
 
@@ -262,10 +263,11 @@ json setExplicitPIN(Call &call)
 
 json emailExplicitPINRescue(Call &call)
 {
-    Mailer &mailer = mailerOf(call);
+    requireMailer(call);
     call.count(call.limits.mailsToAccount, std::to_string(call.account()));
     const std::optional<Account> account = call.service.accounts.find(call.account());
-    mailer.sendPinRescue(account->userName, call.service.accounts.issueReset(account->id, pinPurpose, resetSeconds));
+    call.service.mailer->sendPinRescue(account->userName,
+                                       call.service.accounts.issueReset(account->id, pinPurpose, resetSeconds));
     return json::object();
 }
 

@@ -13,8 +13,8 @@ namespace velmora::server {
 struct CallLimits {
     // A household of twenty radios stays far below these. A radio asks for a list each second at the most.
     RateLimit partnerLoginsOfNetwork{300, std::chrono::minutes(10)};
-    RateLimit playlistsOfNetwork{1200, std::chrono::minutes(1)};
-    RateLimit playlistsOfSession{240, std::chrono::minutes(1)};
+    RateLimit playlistsOfNetwork{12'000, std::chrono::minutes(10)};
+    RateLimit playlistsOfSession{6'000, std::chrono::minutes(10)};
     RateLimit codesOfDevice{20, std::chrono::minutes(10)};
     RateLimit codesOfNetwork{60, std::chrono::minutes(10)};
     RateLimit accountsOfNetwork{20, std::chrono::hours(1)};

@@ -1,5 +1,6 @@
 #include "server/api/stationservice.h"
 
+#include <cstdio>
 #include <sys/stat.h>
 
 namespace velmora::server {
@@ -20,6 +21,7 @@ StationService::StationService(const ServiceSettings &settings)
     , hasher(settings.passwordCost)
     , accounts(store, hasher, settings.clock)
     , sessions(store, settings.lifetimes, settings.clock)
+    , signUps(store, settings.clock)
     , devices(store, settings.clock)
     , activationCodes(store, keptKey("codes key"), settings.clock)
     , catalogue(store)
@@ -49,10 +51,77 @@ std::string StationService::keptKey(const std::string &name)
 CreateResult StationService::createAccount(const std::string &userName, const std::string &password,
                                            const Profile &profile, AccountId *id)
 {
-    return accounts.create(userName, password, profile, id, [this](AccountId made) {
+    const CreateResult result = Accounts::checkNew(userName, password);
+    if (result != CreateResult::Done)
+        return result;
+    SignUp signUp;
+    signUp.userName = userName;
+    signUp.passwordHash = hasher.hash(password);
+    signUp.profile = profile;
+    return create(signUp, id);
+}
+
+CreateResult StationService::create(const SignUp &signUp, AccountId *id)
+{
+    return accounts.create(signUp.userName, signUp.passwordHash, signUp.profile, id, [&](AccountId made) {
         stations.createTapestry(made);
         stations.createStarters(made);
+        if (!signUp.deviceId.empty())
+            devices.associate(signUp.deviceId, signUp.keyHash, made);
+        if (!signUp.sessionHash.empty())
+            sessions.adoptUser(signUp.sessionHash, made, signUp.keyHash, signUp.deviceId);
     });
+}
+
+bool StationService::signUp(SignUp signUp, const std::string &password)
+{
+    signUp.passwordHash = hasher.hash(password);
+    return mailer && mailer->later([this, signUp = std::move(signUp)] { mailSignUp(signUp); });
+}
+
+void StationService::mailSignUp(const SignUp &signUp)
+{
+    try {
+        // Nobody's mailbox is to be flooded.
+        if (m_signUpsToAddress.refuse(Accounts::foldedName(signUp.userName), clock()))
+            return;
+        if (const std::optional<Account> account = accounts.find(signUp.userName))
+            mailer->sendHasAccount(account->userName);
+        else
+            mailer->sendSignUp(signUp.userName, signUps.add(signUp));
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "velmora-server: a sign-up was not mailed: %s\n", error.what());
+    }
+}
+
+std::optional<AccountId> StationService::finishSignUp(const std::string &token)
+{
+    const Store::Lock db = store.lock();
+    Transaction change(*db);
+    const std::optional<SignUp> signUp = signUps.take(token);
+    if (!signUp)
+        return std::nullopt;
+    AccountId id = 0;
+    create(*signUp, &id);
+    change.commit();
+    return id;
+}
+
+bool StationService::remind(const std::string &userName)
+{
+    return mailer && mailer->later([this, userName] { mailReminder(userName); });
+}
+
+void StationService::mailReminder(const std::string &userName)
+{
+    try {
+        const std::optional<Account> account = accounts.find(userName);
+        if (account && account->isActive && !m_remindersToAccount.refuse(std::to_string(account->id), clock()))
+            mailer->sendPasswordReset(account->userName,
+                                      accounts.issueReset(account->id, passwordPurpose, resetSeconds));
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "velmora-server: a reminder was not mailed: %s\n", error.what());
+    }
 }
 
 } // namespace velmora::server

@@ -3,6 +3,7 @@
 #include "server/accounts/activationcodes.h"
 #include "server/accounts/devices.h"
 #include "server/accounts/sessions.h"
+#include "server/accounts/signups.h"
 #include "server/api/mediaaddresses.h"
 #include "server/catalogue/catalogue.h"
 #include "server/catalogue/search.h"
@@ -12,14 +13,23 @@
 
 namespace velmora::server {
 
-// Sends the service's mails. Both functions return at once; whether a mail was sent is not reported.
+// Sends the service's mails. All functions return at once; whether a mail was sent is not reported.
 class Mailer {
 public:
     virtual ~Mailer() = default;
+    // Has the mailer's thread do it: what is mailed to whom depends on who has an account, and neither the answer to a
+    // request nor its time may tell. False when too much waits. The job throws nothing.
+    virtual bool later(std::function<void()> job) = 0;
+    // The link makes the account.
+    virtual void sendSignUp(const std::string &address, const std::string &token) = 0;
+    // To somebody who signs up with the address of an account.
+    virtual void sendHasAccount(const std::string &address) = 0;
     // The token becomes part of a link in the mail, which is the only copy of it.
     virtual void sendPasswordReset(const std::string &address, const std::string &token) = 0;
     virtual void sendPinRescue(const std::string &address, const std::string &token) = 0;
 };
+
+inline constexpr int64_t resetSeconds = 3600; // the life of links for a new password or PIN
 
 class Library;
 
@@ -52,6 +62,7 @@ public:
     PasswordHasher hasher;
     Accounts accounts;
     Sessions sessions;
+    SignUps signUps;
     Devices devices;
     ActivationCodes activationCodes;
     Catalogue catalogue;
@@ -72,11 +83,26 @@ public:
     // When set, everything that writes answers 5096. Set before the server answers.
     bool isUnderMaintenance = false;
 
-    // Makes an account, its Tapestry station and its starter stations.
+    // Makes an account at once, with its Tapestry station and its starter stations: for the service's own purposes.
     CreateResult createAccount(const std::string &userName, const std::string &password, const Profile &profile,
                                AccountId *id);
+    // Sends the address a mail: a link that makes the account, or word that there is one. Sets the hash of the password
+    // itself. False when too many mails wait, or there is no mailer. checkNew() was Done.
+    bool signUp(SignUp signUp, const std::string &password);
+    // The link was opened: makes the account of the token. Nothing when the token is not valid; 0 when the address has
+    // got an account meanwhile.
+    std::optional<AccountId> finishSignUp(const std::string &token);
+    // Mails the account of this name a link for a new password, if there is one. False as signUp().
+    bool remind(const std::string &userName);
 
 private:
+    CreateResult create(const SignUp &signUp, AccountId *id);
+    void mailSignUp(const SignUp &signUp);
+    void mailReminder(const std::string &userName);
+
+    RateLimit m_signUpsToAddress{3, std::chrono::hours(1)};
+    RateLimit m_remindersToAccount{3, std::chrono::hours(1)};
+
     // A random key, created once and kept in the store.
     std::string keptKey(const std::string &name);
 };

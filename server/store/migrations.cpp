@@ -356,6 +356,20 @@ ALTER TABLE activation_codes ADD COLUMN device_model TEXT NOT NULL DEFAULT '';
 ALTER TABLE activation_codes ADD COLUMN address TEXT NOT NULL DEFAULT '';
 CREATE INDEX issued_ads_by_ad ON issued_ads(account_id, ad_id, id);
 DROP INDEX issued_ads_by_account;
+CREATE TABLE sign_ups (
+  token_hash TEXT PRIMARY KEY,
+  user_name TEXT NOT NULL,
+  password_hash TEXT NOT NULL,
+  birth_year INTEGER,
+  gender TEXT NOT NULL,
+  zip_code TEXT NOT NULL,
+  country_code TEXT NOT NULL,
+  email_opt_in INTEGER NOT NULL,
+  session_hash TEXT NOT NULL,
+  key_hash TEXT NOT NULL,
+  device_id TEXT NOT NULL,
+  expires_at INTEGER NOT NULL
+) WITHOUT ROWID;
 CREATE INDEX plays_by_time ON plays(started_at);
 CREATE INDEX plays_under_way ON plays(account_id) WHERE outcome = 'playing';
 CREATE TABLE play_counts (

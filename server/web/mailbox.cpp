@@ -86,6 +86,35 @@ std::string Mailbox::message(const std::string &sender, const std::string &recip
     return mail;
 }
 
+bool Mailbox::later(std::function<void()> job)
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        if (m_isEnding || m_jobs.size() >= mostWaiting)
+            return false;
+        m_jobs.push_back(std::move(job));
+    }
+    m_wake.notify_all();
+    return true;
+}
+
+void Mailbox::sendSignUp(const std::string &address, const std::string &token)
+{
+    enqueue(address, "Your Velmora account",
+            "Somebody, probably you, wants a Velmora account with this address.\n\n"
+            "This page makes it. It opens once, within one hour:\n\n" +
+                m_settings.address() + "/confirm?token=" + token + "\n\nIf it was not you, do nothing.\n");
+}
+
+void Mailbox::sendHasAccount(const std::string &address)
+{
+    enqueue(
+        address, "Your Velmora account",
+        "Somebody, probably you, wants a Velmora account with this address. There is one already: sign in with its\n"
+        "password. If you have forgotten it, ask the radio for a new one.\n\nYour account:\n\n" +
+            m_settings.address() + "/account\n\nIf it was not you, do nothing.\n");
+}
+
 void Mailbox::sendPasswordReset(const std::string &address, const std::string &token)
 {
     enqueue(address, "Your Velmora password",
@@ -124,12 +153,17 @@ void Mailbox::enqueue(const std::string &recipient, const std::string &subject, 
 bool Mailbox::isIdle()
 {
     const std::lock_guard guard(m_mutex);
-    return m_waiting.empty() && !m_isSending;
+    return m_jobs.empty() && m_waiting.empty() && !m_isSending;
 }
 
-bool Mailbox::takeDue(std::unique_lock<std::mutex> &lock, Mail *mail)
+bool Mailbox::takeDue(std::unique_lock<std::mutex> &lock, std::function<void()> *job, Mail *mail)
 {
     while (true) {
+        if (!m_jobs.empty()) {
+            *job = std::move(m_jobs.front());
+            m_jobs.pop_front();
+            return true;
+        }
         const auto next = std::min_element(m_waiting.begin(), m_waiting.end(),
                                            [](const Mail &a, const Mail &b) { return a.due < b.due; });
         if (next == m_waiting.end()) {
@@ -149,22 +183,34 @@ bool Mailbox::takeDue(std::unique_lock<std::mutex> &lock, Mail *mail)
 void Mailbox::work()
 {
     std::unique_lock lock(m_mutex);
+    std::function<void()> job;
     Mail mail;
-    while (takeDue(lock, &mail)) {
-        // The program's end does not wait for a slow mail server: the mail goes to the outbox.
-        const bool hasServer = !m_isEnding && !m_settings.smtp.empty();
+    while (takeDue(lock, &job, &mail)) {
         m_isSending = true;
-        lock.unlock();
-        const Delivery delivery = hasServer ? deliver(mail) : Delivery::Refused;
-        const bool isTriedAgain = delivery == Delivery::MayPass && mail.failures < m_settings.retries.size();
-        if (delivery != Delivery::Done && !isTriedAgain)
-            keep(mail);
-        lock.lock();
-        m_isSending = false;
-        if (isTriedAgain) {
-            mail.due = std::chrono::steady_clock::now() + m_settings.retries[mail.failures++];
-            m_waiting.push_back(std::move(mail));
+        if (job) {
+            lock.unlock();
+            std::exchange(job, nullptr)();
+            lock.lock();
+        } else {
+            send(lock, std::move(mail));
         }
+        m_isSending = false;
+    }
+}
+
+void Mailbox::send(std::unique_lock<std::mutex> &lock, Mail mail)
+{
+    // The program's end does not wait for a slow mail server: the mail goes to the outbox.
+    const bool hasServer = !m_isEnding && !m_settings.smtp.empty();
+    lock.unlock();
+    const Delivery delivery = hasServer ? deliver(mail) : Delivery::Refused;
+    const bool isTriedAgain = delivery == Delivery::MayPass && mail.failures < m_settings.retries.size();
+    if (delivery != Delivery::Done && !isTriedAgain)
+        keep(mail);
+    lock.lock();
+    if (isTriedAgain) {
+        mail.due = std::chrono::steady_clock::now() + m_settings.retries[mail.failures++];
+        m_waiting.push_back(std::move(mail));
     }
 }
 

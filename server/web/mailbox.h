@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -35,6 +36,9 @@ public:
     // Waits for the mail that is being sent and moves the waiting ones to the outbox. Nothing is sent afterwards.
     void stop();
 
+    bool later(std::function<void()> job) override;
+    void sendSignUp(const std::string &address, const std::string &token) override;
+    void sendHasAccount(const std::string &address) override;
     void sendPasswordReset(const std::string &address, const std::string &token) override;
     void sendPinRescue(const std::string &address, const std::string &token) override;
 
@@ -55,14 +59,17 @@ private:
     enum class Delivery { Done, MayPass, Refused };
     void enqueue(const std::string &recipient, const std::string &subject, const std::string &text);
     void work();
-    // Waits until a mail is due. After stop() it does not wait; false when no mail is left then.
-    bool takeDue(std::unique_lock<std::mutex> &lock, Mail *mail);
+    // Waits until there is a job, which comes first, or a mail is due. After stop() it does not wait; false when
+    // nothing is left then.
+    bool takeDue(std::unique_lock<std::mutex> &lock, std::function<void()> *job, Mail *mail);
+    void send(std::unique_lock<std::mutex> &lock, Mail mail);
     Delivery deliver(const Mail &mail) const;
     void keep(const Mail &mail) const;
 
     MailSettings m_settings;
     std::mutex m_mutex;
     std::condition_variable m_wake;
+    std::deque<std::function<void()>> m_jobs;
     std::vector<Mail> m_waiting;
     bool m_isEnding = false;
     bool m_isSending = false;

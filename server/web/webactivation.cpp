@@ -107,35 +107,49 @@ void WebPages::takeAccount(Visit &visit)
         codePage(visit, html::error(codeGone), 422);
         return;
     }
+    if (visit.value("action") == "create") {
+        signUp(visit);
+        return;
+    }
     AccountId id = 0;
     std::string problem;
-    if (visit.value("action") == "create") {
-        if (m_newAccounts.refuse(visit.request.network, m_clock())) {
-            accountPage(visit, "Too many new accounts from here. Please wait an hour.", userName, 429);
-            return;
-        }
-        switch (m_service.createAccount(userName, visit.value("password"), {}, &id)) {
-        case CreateResult::Done:
-            break;
-        case CreateResult::BadUserName:
-            problem = "This is not an e-mail address.";
-            break;
-        case CreateResult::BadPassword:
-            problem = "The password needs at least eight characters.";
-            break;
-        case CreateResult::Taken:
-            problem = "There is an account with this address. Sign in with its password, or have a new one sent.";
-            break;
-        }
-    } else if (!checkLogin(visit, userName, &id, &problem)) {
-        id = 0;
-    }
-    if (!problem.empty()) {
+    if (!checkLogin(visit, userName, &id, &problem)) {
         accountPage(visit, problem, userName, 422); // the address stays, a password does not
         return;
     }
     signIn(visit, id);
     allowPage(visit);
+}
+
+void WebPages::signUp(Visit &visit)
+{
+    const std::string userName = visit.value("email");
+    const std::string password = visit.value("password");
+    if (m_newAccounts.refuse(visit.request.network, m_clock())) {
+        accountPage(visit, "Too many new accounts from here. Please try again in a few minutes.", userName, 429);
+        return;
+    }
+    switch (Accounts::checkNew(userName, password)) {
+    case CreateResult::BadUserName:
+        accountPage(visit, "This is not an e-mail address.", userName, 422);
+        return;
+    case CreateResult::BadPassword:
+        accountPage(visit, "The password needs at least eight characters.", userName, 422);
+        return;
+    default:
+        break;
+    }
+    if (!m_service.signUp({userName, {}, {}, {}, {}, {}}, password)) {
+        accountPage(visit, "No mail can be sent at the moment. Please try again later.", userName, 503);
+        return;
+    }
+    // Whether there is an account with this address is for the mail alone to say.
+    show(visit, "Look into your mail",
+         html::heading("Look into your mail") +
+             html::paragraph("A mail to " + userName + " says how to go on. Its link opens once, within one hour.") +
+             html::paragraph("No mail? The person who runs this service finds it in the service's outbox when no mail "
+                             "server is set up.") +
+             html::link("/activate", "Activate a radio"));
 }
 
 void WebPages::allowPage(Visit &visit)

@@ -53,6 +53,7 @@ private:
     void allow(Visit &visit);
     // `note` is markup.
     void codePage(Visit &visit, const std::string &note, int status = 200);
+    void signUp(Visit &visit);
     void accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
     void allowPage(Visit &visit);
 
@@ -79,6 +80,8 @@ private:
     void addReset(http::Router &router);
     void showReset(Visit &visit);
     void takeReset(Visit &visit);
+    void showConfirm(Visit &visit);
+    void takeConfirm(Visit &visit);
     void showPin(Visit &visit);
     void takePin(Visit &visit);
 

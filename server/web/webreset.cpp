@@ -1,4 +1,4 @@
-// The links of mails: a new password, a new PIN. Each opens once and expires.
+// The links of mails: a new account, a new password, a new PIN. Each opens once and expires.
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
@@ -11,6 +11,13 @@ constexpr char linkGone[] = "This link is not valid, or no longer. Ask the radio
 std::string gone()
 {
     return html::heading("Too late") + html::error(linkGone) + html::link("/account", "Your account");
+}
+
+std::string signUpGone()
+{
+    return html::heading("Too late") +
+           html::error("This link is not valid, or no longer. If you have no account yet, begin again.") +
+           html::link("/activate", "Activate a radio") + html::link("/account", "Your account");
 }
 
 std::string passwordForm(const std::string &csrf, const std::string &token, const std::string &problem)
@@ -49,6 +56,8 @@ void WebPages::addReset(http::Router &router)
     };
     router.get("/reset", page(&WebPages::showReset));
     router.post("/reset", mostFormBytes, page(&WebPages::takeReset), http::Lane::Passwords);
+    router.get("/confirm", page(&WebPages::showConfirm));
+    router.post("/confirm", mostFormBytes, page(&WebPages::takeConfirm));
     router.get("/pin", page(&WebPages::showPin));
     router.post("/pin", mostFormBytes, page(&WebPages::takePin), http::Lane::Passwords);
 }
@@ -84,6 +93,38 @@ void WebPages::takeReset(Visit &visit)
     show(visit, "Done",
          html::heading("The password was changed") + html::paragraph("Sign in on the radio with the new one.") +
              html::link("/account", "Your account"));
+}
+
+// A link that is only looked at, as mail programs do, makes nothing.
+void WebPages::showConfirm(Visit &visit)
+{
+    const std::string token = visit.value("token");
+    const auto signUp = m_service.signUps.find(token);
+    if (!signUp) {
+        show(visit, "Too late", signUpGone(), 410);
+        return;
+    }
+    show(visit, "Your new account",
+         html::heading("Your new account") + html::paragraph(signUp->userName) +
+             html::form("/confirm", visit.csrf, html::hidden("token", token) + html::button("Make the account")));
+}
+
+void WebPages::takeConfirm(Visit &visit)
+{
+    const auto account = m_service.finishSignUp(visit.value("token"));
+    if (!account || *account == 0) {
+        show(visit, "Too late", signUpGone(), 410);
+        return;
+    }
+    signIn(visit, *account);
+    if (!visit.session.code.empty()) {
+        allowPage(visit);
+        return;
+    }
+    show(visit, "Done",
+         html::heading("The account is made") +
+             html::paragraph("Sign in on the radio, or type the code that it shows.") +
+             html::link("/activate", "Activate a radio") + html::link("/account", "Your account"));
 }
 
 void WebPages::showPin(Visit &visit)

@@ -86,8 +86,11 @@ void WebSessions::endOfAccount(AccountId account, const std::string &keptCookie)
 {
     const std::string kept = tokenHash(keptCookie);
     const std::lock_guard guard(m_mutex);
-    m_signedIn.eraseIf(
-        [&](const std::string &hash, const WebSession &session) { return session.account == account && hash != kept; });
+    for (Table *table : {&m_signedIn, &m_others}) {
+        table->eraseIf([&](const std::string &hash, const WebSession &session) {
+            return (session.account == account || session.byCode == account) && hash != kept;
+        });
+    }
 }
 
 } // namespace velmora::server

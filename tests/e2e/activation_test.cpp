@@ -52,8 +52,13 @@ private slots:
         QVERIFY(browser.type("form:last-of-type input[name=password]", "eleven red kettles"));
         browser.screenshot(QStringLiteral(JOURNEY_PICTURES "/account-page.png"));
         QVERIFY(browser.click("button[value=create]"));
-        QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Allow this radio?"), 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Look into your mail"), 20000);
+        browser.screenshot(QStringLiteral(JOURNEY_PICTURES "/mail-page.png"));
+        QVERIFY(browser.open(journey.mailedLink("new@house.example", "confirm")));
         QVERIFY(browser.click("button"));
+        QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Allow this radio?"), 20000);
+        browser.screenshot(QStringLiteral(JOURNEY_PICTURES "/allow-page.png"));
+        QVERIFY(browser.click("button[value=allow]"));
         QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Done"), 20000);
         browser.screenshot(QStringLiteral(JOURNEY_PICTURES "/done-page.png"));
 

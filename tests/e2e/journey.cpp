@@ -9,6 +9,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QRegularExpression>
+#include <QUrlQuery>
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -166,13 +167,37 @@ bool Journey::createAccount(const QString &userName, const QString &password)
 {
     const QJsonObject made = ask("createUser", {{"userName", userName}, {"password", password}}, partnerToken());
     m_problem = QString::fromUtf8(QJsonDocument(made).toJson(QJsonDocument::Compact));
-    return made.value("code").toInt(-1) == 0;
+    const QString link = mailedLink(userName, QStringLiteral("confirm"));
+    if (link.isEmpty())
+        return false;
+    QNetworkAccessManager browser; // keeps the cookie
+    const auto finish = [](QNetworkReply *reply) {
+        const std::unique_ptr<QNetworkReply> owner(reply);
+        QSignalSpy finished(reply, &QNetworkReply::finished);
+        finished.wait(30000);
+        return QString::fromUtf8(reply->readAll());
+    };
+    QNetworkRequest request{QUrl(link)};
+    const QString page = finish(browser.get(request));
+    static const QRegularExpression formToken("name=\"csrf\" value=\"([^\"]+)\"");
+    QUrlQuery form(QUrl(link).query());
+    form.addQueryItem(QStringLiteral("csrf"), formToken.match(page).captured(1));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, "application/x-www-form-urlencoded");
+    m_problem = finish(browser.post(request, form.query().toLatin1()));
+    return m_problem.contains(QStringLiteral("The account is made"));
 }
 
 QString Journey::reminderLink(const QString &userName)
 {
     ask("emailPassword", {{"userName", userName}}, partnerToken());
-    static const QRegularExpression link("http://[^ \\r\\n]+/reset\\?token=[A-Za-z0-9_-]+");
+    return mailedLink(userName, QStringLiteral("reset"));
+}
+
+QString Journey::mailedLink(const QString &userName, const QString &page)
+{
+    const QRegularExpression link(QStringLiteral("To: <%1>.*(http://[^ \\r\\n]+/%2\\?token=[A-Za-z0-9_-]+)")
+                                      .arg(QRegularExpression::escape(userName), page),
+                                  QRegularExpression::DotMatchesEverythingOption);
     QElapsedTimer clock;
     clock.start();
     do {
@@ -180,7 +205,7 @@ QString Journey::reminderLink(const QString &userName)
         for (const QString &mail : outbox.entryList(QDir::Files)) {
             const auto match = link.match(readAll(outbox.filePath(mail)));
             if (match.hasMatch())
-                return match.captured();
+                return match.captured(1);
         }
         QTest::qWait(lookMs);
     } while (clock.elapsed() < 20000);

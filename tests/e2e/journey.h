@@ -83,10 +83,12 @@ public:
     QString serverUrl() const { return m_serverUrl; }
     void stopServer();
     bool startServer();
-    // An account with a Tapestry station, made through the service's interface.
+    // An account with a Tapestry station, made through the service's interface and the link of its mail.
     bool createAccount(const QString &userName, const QString &password);
     // Makes the service send a reminder and returns the link in its mail, from the outbox. Empty if there is none.
     QString reminderLink(const QString &userName);
+    // The link to this page in a mail to the address, from the outbox; waited for. Empty if there is none.
+    QString mailedLink(const QString &address, const QString &page);
     QString root() const { return m_root.path(); }
     QString settingsFile() const;
     QString radioReport(); // everything the radio has logged so far

@@ -53,19 +53,10 @@ void expectSameShape(const json &example, const json &actual, const std::string 
     }
 }
 
-class SilentMailer : public Mailer {
-public:
-    void sendPasswordReset(const std::string &, const std::string &) override { ++m_sent; }
-    void sendPinRescue(const std::string &, const std::string &) override { ++m_sent; }
-    int m_sent = 0;
-};
-
 class ExamplesTest : public ServerTest, public testing::WithParamInterface<std::string> {
 protected:
     // The example's request with tokens that are valid here, from a device in the state that the example assumes.
     json request(const std::string &function, json parameters, const std::string &user, const TestDevice &device);
-
-    SilentMailer m_mailer;
 };
 
 json ExamplesTest::request(const std::string &function, json parameters, const std::string &user,
@@ -102,7 +93,6 @@ json ExamplesTest::request(const std::string &function, json parameters, const s
 TEST_P(ExamplesTest, TheAnswerHasTheExamplesShape)
 {
     addAccount();
-    m_service->mailer = &m_mailer;
     std::ifstream file(std::string(VELMORA_SOURCE_DIR "/tests/data/api/") + GetParam() + ".json");
     const json examples = json::parse(file);
     ASSERT_FALSE(examples.empty());
@@ -122,7 +112,7 @@ TEST_P(ExamplesTest, TheAnswerHasTheExamplesShape)
         for (const Device &slot : m_service->devices.ofAccount(idOf()))
             m_service->devices.revoke(slot.accountId, slot.deviceId);
     }
-    EXPECT_EQ(m_mailer.m_sent > 0, GetParam().starts_with("email"));
+    EXPECT_EQ(m_mailer.sent.empty(), !GetParam().starts_with("email") && GetParam() != "createUser");
 }
 
 INSTANTIATE_TEST_SUITE_P(Functions, ExamplesTest, testing::ValuesIn(exampleNames()),

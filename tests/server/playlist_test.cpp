@@ -231,8 +231,9 @@ TEST_F(ListeningTest, TheNextStartTellsHowTheLastPlayEnded)
             all.push_back({row.integer(0), row.integer(1), row.integer(2)});
         return all;
     };
-    for (const char *change : {"SELECT 1", "UPDATE plays SET outcome = 'left'", "DELETE FROM plays WHERE issue_id % 3 = 0",
-                               "DELETE FROM stations WHERE name = 'Rock'", "DELETE FROM tracks WHERE id % 2 = 0"}) {
+    for (const char *change :
+         {"SELECT 1", "UPDATE plays SET outcome = 'left'", "DELETE FROM plays WHERE issue_id % 3 = 0",
+          "DELETE FROM stations WHERE name = 'Rock'", "DELETE FROM tracks WHERE id % 2 = 0"}) {
         m_service->store.lock()->run(change);
         const auto counts = rows("SELECT station_id, track_id, plays FROM play_counts ORDER BY 1, 2");
         EXPECT_EQ(counts, rows("SELECT station_id, track_id, COUNT(*) FROM plays GROUP BY 1, 2 ORDER BY 1, 2"));

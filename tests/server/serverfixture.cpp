@@ -21,6 +21,7 @@ void ServerTest::start()
     settings.clock = [now = m_now] { return now->load(); };
     m_service = std::make_unique<StationService>(settings);
     m_service->addresses.setBase("http://127.0.0.1:7480");
+    m_service->mailer = &m_mailer;
     m_dispatcher = std::make_unique<Dispatcher>(*m_service);
 }
 

@@ -25,6 +25,33 @@ struct TestDevice {
     std::string slot(int number) const { return digits + "-" + std::to_string(number); }
 };
 
+// Keeps the mails instead of sending them.
+class TestMailer : public Mailer {
+public:
+    struct Mail {
+        std::string kind; // "sign-up", "has account", "password", "pin"
+        std::string address;
+        std::string token;
+    };
+    bool later(std::function<void()> job) override
+    {
+        job();
+        return true;
+    }
+    void sendSignUp(const std::string &to, const std::string &token) override
+    {
+        sent.push_back({"sign-up", to, token});
+    }
+    void sendHasAccount(const std::string &to) override { sent.push_back({"has account", to, {}}); }
+    void sendPasswordReset(const std::string &to, const std::string &token) override
+    {
+        sent.push_back({"password", to, token});
+    }
+    void sendPinRescue(const std::string &to, const std::string &token) override { sent.push_back({"pin", to, token}); }
+
+    std::vector<Mail> sent;
+};
+
 // A service with a small catalogue: four styles with three artists each, two tracks by each artist, two ads. Its clock
 // stands still until the test sets it; its password hashes are cheap.
 class ServerTest : public testing::Test {
@@ -75,6 +102,7 @@ protected:
     TemporaryDirectory m_directory;
     std::string m_requestKey; // sent with every call unless empty
     std::shared_ptr<std::atomic<int64_t>> m_now = std::make_shared<std::atomic<int64_t>>(1'800'000'000);
+    TestMailer m_mailer;
     std::unique_ptr<StationService> m_service;
     std::unique_ptr<Dispatcher> m_dispatcher;
     std::unique_ptr<ApiServer> m_server;

@@ -121,6 +121,14 @@ protected:
         ASSERT_EQ(browser.post("/activate", {{"code", code}}), 200) << browser.body;
         ASSERT_EQ(browser.post("/activate/account", {{"action", action}, {"email", email}, {"password", secret}}), 200)
             << browser.body;
+        if (action == "create") {
+            EXPECT_TRUE(browser.shows("Look into your mail"));
+            const std::string token = m_mailer.sent.back().token;
+            EXPECT_EQ(browser.get("/confirm?token=" + token), 200);
+            EXPECT_EQ(browser.get("/confirm?token=" + token), 200) << "looking at it makes nothing";
+            EXPECT_EQ(browser.post("/confirm", {{"token", token}}), 200);
+            EXPECT_EQ(httpGet(m_port, "/confirm?token=" + token).status, 410);
+        }
         ASSERT_TRUE(browser.shows("Allow this radio?"));
     }
 
@@ -148,7 +156,7 @@ TEST_F(WebTest, aNewAccountLetsTheRadioLogInOnce)
     const Reply login = deviceLogin();
     EXPECT_EQ(login.code, 0);
     EXPECT_EQ(login.data.value("userName", ""), "nora@example.org");
-    EXPECT_EQ(deviceLogin(1).code, 5105);                // one code, one slot
+    EXPECT_EQ(deviceLogin(1).code, 5105);                     // one code, one slot
     EXPECT_EQ(browser.post("/activate/allow", allowed), 422); // single-use
 }
 
@@ -201,18 +209,24 @@ TEST_F(WebTest, aCodeOfTheAccountLinksARadioAndOpensNothingElse)
 TEST_F(WebTest, aRefusedNewAccountGetsTheReason)
 {
     addAccount();
-    const std::tuple<const char *, const char *, const char *> cases[] = {
-        {"not an address", "a long enough one", "not an e-mail address"},
-        {"nora@example.org", "short", "at least eight characters"},
-        {"mira@example.org", "a long enough one", "There is an account with this address"}};
-    for (const auto &[email, secret, words] : cases) {
+    const std::tuple<const char *, const char *, int, const char *> cases[] = {
+        {"not an address", "a long enough one", 422, "not an e-mail address"},
+        {"nora@example.org", "short", 422, "at least eight characters"},
+        {"nora@example.org", "a long enough one", 200, "A mail to nora@example.org says how to go on"},
+        {"mira@example.org", "a long enough one", 200, "A mail to mira@example.org says how to go on"}};
+    std::vector<std::string> pages;
+    for (const auto &[email, secret, status, words] : cases) {
         Browser browser(m_port);
         browser.get("/activate");
         browser.post("/activate", {{"code", newCode()}});
         EXPECT_EQ(browser.post("/activate/account", {{"action", "create"}, {"email", email}, {"password", secret}}),
-                  422);
+                  status);
         EXPECT_TRUE(browser.shows(words)) << browser.body;
+        pages.push_back(std::regex_replace(browser.body, std::regex("mira|nora"), "x"));
     }
+    EXPECT_EQ(pages[2], pages[3]) << "only the mail tells who has an account";
+    ASSERT_EQ(m_mailer.sent.size(), 2u);
+    EXPECT_EQ(m_mailer.sent[0].kind + ", " + m_mailer.sent[1].kind, "sign-up, has account");
 }
 
 TEST_F(WebTest, aFormWithoutItsTokenChangesNothing)
@@ -375,6 +389,7 @@ TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
     const auto remind = [&](const char *userName) {
         return call("emailPassword", {{"userName", userName}}, m_device.partnerToken).code;
     };
+    m_service->mailer = nullptr;
     EXPECT_EQ(remind(miraName), 5000) << "no mail is set up";
     {
         Mailbox mailbox(mailSettings());
@@ -383,7 +398,7 @@ TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
         EXPECT_EQ(remind("nobody@example.org"), 0) << "the answer does not tell who has an account";
         EXPECT_EQ(remind("mira"), 5107);
     }
-    m_service->mailer = nullptr;
+    m_service->mailer = &m_mailer;
     std::vector<std::filesystem::path> mails;
     for (const auto &entry : std::filesystem::directory_iterator(m_outbox))
         mails.push_back(entry.path());

@@ -1,0 +1,62 @@
+#include "server/accounts/signups.h"
+
+#include "server/store/store.h"
+
+namespace velmora::server {
+
+SignUps::SignUps(Store &store, Clock clock)
+    : m_store(store)
+    , m_clock(std::move(clock))
+{
+}
+
+std::string SignUps::add(const SignUp &signUp)
+{
+    std::string token = randomToken();
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("DELETE FROM sign_ups WHERE expires_at <= ?1", m_clock());
+    db->run("INSERT INTO sign_ups (token_hash, user_name, password_hash, birth_year, gender, zip_code, country_code, "
+            "email_opt_in, session_hash, key_hash, device_id, expires_at) "
+            "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12)",
+            tokenHash(token), signUp.userName, signUp.passwordHash, signUp.profile.birthYear, signUp.profile.gender,
+            signUp.profile.zipCode, signUp.profile.countryCode, signUp.profile.emailOptIn, signUp.sessionHash,
+            signUp.keyHash, signUp.deviceId, m_clock() + linkSeconds);
+    change.commit();
+    return token;
+}
+
+std::optional<SignUp> SignUps::find(const std::string &token)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT user_name, password_hash, birth_year, gender, zip_code, country_code, "
+                                "email_opt_in, session_hash, key_hash, device_id FROM sign_ups "
+                                "WHERE token_hash = ?1 AND expires_at > ?2");
+    row.with(tokenHash(token), m_clock());
+    if (!row.step())
+        return std::nullopt;
+    SignUp signUp;
+    signUp.userName = row.text(0);
+    signUp.passwordHash = row.text(1);
+    if (!row.isNull(2))
+        signUp.profile.birthYear = static_cast<int>(row.integer(2));
+    signUp.profile.gender = row.text(3);
+    signUp.profile.zipCode = row.text(4);
+    signUp.profile.countryCode = row.text(5);
+    signUp.profile.emailOptIn = row.integer(6) != 0;
+    signUp.sessionHash = row.text(7);
+    signUp.keyHash = row.text(8);
+    signUp.deviceId = row.text(9);
+    return signUp;
+}
+
+std::optional<SignUp> SignUps::take(const std::string &token)
+{
+    const Store::Lock db = m_store.lock();
+    std::optional<SignUp> signUp = find(token);
+    if (signUp)
+        db->run("DELETE FROM sign_ups WHERE token_hash = ?1", tokenHash(token));
+    return signUp;
+}
+
+} // namespace velmora::server
