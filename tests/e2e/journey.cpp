@@ -105,9 +105,10 @@ bool Journey::startServer()
     m_server->setProcessChannelMode(QProcess::MergedChannels);
     m_server->setStandardOutputFile(report, QIODevice::Append);
     m_options.serverOptions.replaceInStrings("ROOT", m_root.path());
-    QStringList arguments{"--listen", QStringLiteral("127.0.0.1:%1").arg(m_serverPort), "--data", m_data,
+    QStringList arguments{"--listen",      QStringLiteral("127.0.0.1:%1").arg(m_serverPort),
+                          "--data",        m_data,
                           "--demo-tracks", "4", // of each style, so that they are made soon
-                          "--analysis", "off"};
+                          "--analysis",    "off"};
     if (!m_options.radioUrl.isEmpty())
         arguments += {"--public-url", m_options.radioUrl};
     m_server->start(QStringLiteral(JOURNEY_SERVER), arguments + m_options.serverOptions);
@@ -224,8 +225,11 @@ bool Journey::prepare()
     if (m_options.hasServer && m_serverUrl.isEmpty() && !startServer())
         return false;
     QDir().mkpath(m_root.filePath("device"));
-    if (!m_options.isSetUp || !m_options.hasServer)
-        return true;
+    return !m_options.isSetUp || !m_options.hasServer || setUpDevice();
+}
+
+bool Journey::setUpDevice()
+{
     QProcess setup;
     dieWithUs(setup);
     QProcessEnvironment direct = environment();

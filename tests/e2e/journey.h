@@ -20,8 +20,8 @@ public:
         QString serverUrl = {};         // instead of a server of its own
         QString radioUrl = {};          // where the radio reaches the server, if not at its own address
         QString library = QStringLiteral(JOURNEY_LIBRARY "/demo");
-        bool isShort = false;           // tracks as they are, but the sink takes them as fast as it can
-        QStringList menuOptions = {};   // of velmora-menu, before the program
+        bool isShort = false;         // tracks as they are, but the sink takes them as fast as it can
+        QStringList menuOptions = {}; // of velmora-menu, before the program
         QString radio = QStringLiteral(JOURNEY_RADIO);
     };
 
@@ -38,6 +38,7 @@ public:
     static bool makeLibrary();
 
     bool prepare();      // service and device; false with a message in problem()
+    bool setUpDevice();  // links it with the demo account, where it has no settings; part of prepare()
     void launch();       // the menu system with the radio, again after an end; returns at once
     bool start();        // prepares, launches and waits for the first screen; false with a message in problem()
     bool startPlaying(); // and waits for its first music

@@ -154,31 +154,6 @@ private slots:
             },
             60));
     }
-
-    void fastKeysNeitherCrashNorSilenceTheRadio()
-    {
-        Journey journey;
-        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
-        const qint64 pid = journey.radioPid();
-        for (int round = 0; round < 55; ++round) { // more than six hundred keys, faster than ten a second
-            QVERIFY(journey.key({"next", "down", "select", "green", "pause", "right", "select", "back", "pause", "red",
-                                 "left", "back"}));
-        }
-        // Closes whatever is open now; then music plays.
-        for (int tries = 0; tries < 20 && !Journey::isPlaying(journey.status()); ++tries) {
-            const QJsonObject now = journey.last();
-            if (now.value("box").isString())
-                journey.key({"select"});
-            else if (now.value("screen").toString() != QLatin1String("VelmoraMainDlg"))
-                journey.key({"back"});
-            else if (now.value("playback").toInt() == 6)
-                journey.key({"play"});
-            QTest::qWait(500);
-        }
-        QCOMPARE(journey.radioPid(), pid);
-        QVERIFY(journey.waitFor(Journey::isPlaying));
-        QVERIFY(journey.waitForAudio(2));
-    }
 };
 
 QTEST_GUILESS_MAIN(PlayerJourney)

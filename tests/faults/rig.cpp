@@ -19,7 +19,6 @@ namespace {
 constexpr int lookMs = 100;
 constexpr int shortSeconds = 22;
 constexpr double playsAgain = 0.6; // of sound within the last second: it plays
-const QString shortLibrary = QStringLiteral(FAULTS_LIBRARY "/short");
 const QString longLibrary = QStringLiteral(JOURNEY_LIBRARY "/demo");
 
 QStringList listOf(const std::vector<std::string> &texts)
@@ -49,7 +48,8 @@ public:
         }
         m_longest = std::max(m_longest, now - m_silentSince);
     }
-    double seconds() const { return double(m_clock.elapsed()) / 1000; }
+    void stop() { m_end = seconds(); }
+    double seconds() const { return m_end.value_or(double(m_clock.elapsed()) / 1000); }
     double music() const { return m_last - m_first; }
     double silence() const { return std::max(0.0, seconds() - music()); }
     double silentFor() const { return seconds() - m_silentSince; }
@@ -57,6 +57,7 @@ public:
 
 private:
     QElapsedTimer m_clock;
+    std::optional<double> m_end;
     double m_first = 0;
     double m_last = 0;
     double m_silentSince = 0; // on the clock
@@ -70,7 +71,7 @@ public:
         : m_scenario(scenario)
         , m_journey({.serverOptions = listOf(scenario.serverOptions),
                      .radioUrl = QStringLiteral("http://127.0.0.1:%1").arg(m_proxy.port()),
-                     .library = scenario.isLong ? longLibrary : shortLibrary})
+                     .library = scenario.isLong ? longLibrary : shortLibrary()})
     {
     }
 
@@ -126,7 +127,7 @@ private:
             if (hasBox)
                 m_verdict.end = boxText;
             if (hasBox && m_scenario.end == End::Word && boxText.startsWith(word))
-                return passed();
+                return playsAfterwards() ? passed() : failed("no music after the box");
             if (hasBox && m_scenario.end == End::Music && isPressed)
                 return failed("a box: " + boxText);
             if (isPressed && !musicAtEndOfFaults && m_proxy.isOver())
@@ -140,6 +141,14 @@ private:
         }
         return failed(m_scenario.end == End::Music ? QStringLiteral("no music in time")
                                                    : QStringLiteral("not the word in time"));
+    }
+
+    // After a clear word a listener finds back to music. Not counted as silence.
+    bool playsAfterwards()
+    {
+        m_ear.stop();
+        return m_scenario.keysAfterWord.empty() ||
+               (m_journey.key(listOf(m_scenario.keysAfterWord)) && m_journey.waitForAudio(2));
     }
 
     Verdict passed()
@@ -161,7 +170,7 @@ private:
     Verdict finished()
     {
         m_verdict.hits = m_proxy.hits();
-        if (m_ear.seconds() > 0) {
+        if (m_line) {
             m_verdict.took = m_ear.seconds();
             m_verdict.silence = m_ear.silence();
             m_verdict.longest = m_ear.longest();
@@ -185,10 +194,15 @@ private:
 
 } // namespace
 
+QString shortLibrary()
+{
+    return QStringLiteral(FAULTS_LIBRARY "/short");
+}
+
 bool makeMusic()
 {
     return (QFileInfo::exists(longLibrary + "/ads.json") || Journey::makeLibrary()) &&
-           shortenMusic(longLibrary, shortLibrary, shortSeconds);
+           shortenMusic(longLibrary, shortLibrary(), shortSeconds);
 }
 
 Verdict run(const Scenario &scenario)

@@ -17,10 +17,11 @@ struct Verdict {
     QString end;           // "music", or what the box says
 };
 
-// Runs the real radio, menu system and service with the proxy between them. `shortMusic` is a folder of shortMusic().
+// Runs the real radio, menu system and service with the proxy between them.
 Verdict run(const Scenario &scenario);
 
 // Makes both music folders, once. False when they cannot be made.
 bool makeMusic();
+QString shortLibrary(); // the demo catalogue with tracks of 22 s
 
 } // namespace faults

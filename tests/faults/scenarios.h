@@ -18,7 +18,8 @@ struct Scenario {
     std::vector<Fault> faults = {};
     double silence = 1; // seconds without sound that are allowed, from the first fault to the end
     End end = End::Music;
-    std::string word = {};     // what the box begins with
+    std::string word = {};                       // what the box begins with
+    std::vector<std::string> keysAfterWord = {}; // then music plays
     bool isFromLaunch = false; // the faults begin before the radio; else after its first seconds of music
     bool isLong = false;       // tracks of more than a minute; else of 22 s
     bool isLastTrack = false;  // the first three entries are unplayable, so that the playlist ends with the track heard
