@@ -13,7 +13,7 @@ struct Config {
     std::string caFile;             // empty: the system's certificates
     std::filesystem::path stateDir; // empty: nothing can be kept
     std::chrono::milliseconds connectTimeout{10'000};
-    std::chrono::milliseconds stallTimeout{20'000};   // without any byte received
+    std::chrono::milliseconds stallTimeout{20'000};   // without a byte, or with a few only
     std::chrono::milliseconds requestTimeout{60'000}; // from the start of a request to its end
     RetryLimits retry;
 };

@@ -6,11 +6,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <new>
+#include <utility>
 
 namespace velmora::ws {
 
 namespace {
 constexpr std::size_t maxHeaderBytes = 64 * 1024;
+// A transfer that stays below this within the limit for silence stands still: it drips, and would use up the time in
+// which it could be repeated.
+constexpr std::size_t leastProgress = 2048;
 
 // Names that are not found, too: a router that has just started answers so.
 bool mayPass(CURLcode result)
@@ -84,6 +88,17 @@ void Transport::sleepUnloaded(std::optional<Clock::time_point> until)
     m_isWoken = false;
 }
 
+// The first byte counts, because the service may have worked on the answer until now.
+void Transport::received(std::size_t bytes)
+{
+    const bool isFirst = !std::exchange(m_hasBegun, true);
+    m_sinceProgress += bytes;
+    if (!isFirst && m_sinceProgress < leastProgress)
+        return;
+    m_sinceProgress = 0;
+    m_lastProgress = Clock::now();
+}
+
 std::size_t Transport::takeBody(char *data, std::size_t size, std::size_t count, void *self)
 {
     auto *transport = static_cast<Transport *>(self);
@@ -92,7 +107,7 @@ std::size_t Transport::takeBody(char *data, std::size_t size, std::size_t count,
         transport->m_answer.end = Answer::End::TooLarge;
         return CURL_WRITEFUNC_ERROR;
     }
-    transport->m_lastByte = Clock::now();
+    transport->received(bytes);
     try {
         transport->m_answer.body.append(data, bytes);
     } catch (const std::bad_alloc &) {
@@ -104,7 +119,7 @@ std::size_t Transport::takeBody(char *data, std::size_t size, std::size_t count,
 std::size_t Transport::takeHeader(char *, std::size_t size, std::size_t count, void *self)
 {
     auto *transport = static_cast<Transport *>(self);
-    transport->m_lastByte = Clock::now();
+    transport->received(size * count);
     transport->m_headerBytes += size * count;
     if (transport->m_headerBytes > maxHeaderBytes) {
         transport->m_answer.end = Answer::End::TooLarge;
@@ -123,7 +138,9 @@ bool Transport::start(const char *function, const SecretText &token, const std::
     m_answer = Answer();
     m_headerBytes = 0;
     m_sent = std::move(body);
-    m_started = m_lastByte = Clock::now();
+    m_hasBegun = false;
+    m_sinceProgress = 0;
+    m_started = m_lastProgress = Clock::now();
     m_endsBy = endsBy;
 
     curl_slist *headers = nullptr;
@@ -177,7 +194,7 @@ bool Transport::start(const char *function, const SecretText &token, const std::
 
 Clock::time_point Transport::overdue() const
 {
-    const auto limit = std::min(m_lastByte + m_config.stallTimeout, m_started + m_config.requestTimeout);
+    const auto limit = std::min(m_lastProgress + m_config.stallTimeout, m_started + m_config.requestTimeout);
     return m_endsBy ? std::min(limit, *m_endsBy) : limit;
 }
 

@@ -49,6 +49,7 @@ public:
 private:
     static std::size_t takeBody(char *data, std::size_t size, std::size_t count, void *self);
     static std::size_t takeHeader(char *data, std::size_t size, std::size_t count, void *self);
+    void received(std::size_t bytes);
     Clock::time_point overdue() const; // when the transfer under way is given up
     bool load();
     void sleepUnloaded(std::optional<Clock::time_point> until);
@@ -79,7 +80,9 @@ private:
     Answer m_answer;
     std::size_t m_headerBytes = 0;
     Clock::time_point m_started;
-    Clock::time_point m_lastByte;
+    bool m_hasBegun = false;         // a byte has come
+    std::size_t m_sinceProgress = 0; // bytes since m_lastProgress
+    Clock::time_point m_lastProgress;
     std::optional<Clock::time_point> m_endsBy;
     bool m_isBusy = false;
 };

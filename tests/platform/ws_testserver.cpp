@@ -136,6 +136,15 @@ void WsTestServer::serve(QTcpSocket *socket)
             buffer->remove(0, headEnd + 4 + length);
             seen += request;
             const Reply reply = replyTo(request);
+            if (reply.dripMs > 0) {
+                auto *const drip = new QTimer(socket);
+                connect(drip, &QTimer::timeout, socket, [socket, bytes = reply.bytes]() mutable {
+                    socket->write(bytes.left(1));
+                    bytes.remove(0, 1);
+                });
+                drip->start(reply.dripMs);
+                return;
+            }
             socket->write(reply.bytes);
             if (reply.isCut) {
                 socket->disconnectFromHost();

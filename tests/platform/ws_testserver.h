@@ -23,6 +23,7 @@ public:
     struct Reply {
         QByteArray bytes;   // as sent over the connection; empty: no answer
         bool isCut = false; // the connection is closed after them
+        int dripMs = 0;     // not 0: one byte comes, and then the others with such pauses
     };
     using Script = std::function<Reply(const Seen &)>;
 

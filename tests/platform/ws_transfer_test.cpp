@@ -174,6 +174,15 @@ private slots:
         QVERIFY(clock.elapsed() < 14000);
     }
 
+    void aReplyThatDripsIsGivenUpInTimeToRepeatIt()
+    {
+        WsFixture ws("stall_timeout_ms=500\nretry_for_ms=45000\nstart_retry_for_ms=45000\n");
+        ws.server.answer("sleepSong", {Reply{head("Content-Length: 6000\r\n") + QByteArray(6000, ' '), false, 5},
+                                       WsTestServer::data({})});
+        QCOMPARE(ws.wait(velmora_ws_sleepSong("t", cb, nullptr, &ws.handle)), VLM_WS_ERR_OK);
+        QCOMPARE(ws.server.functions().count("sleepSong"), 2);
+    }
+
     void withoutAServerEveryRequestFails()
     {
         WsFixture ws({}, false);
