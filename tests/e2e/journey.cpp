@@ -86,8 +86,8 @@ QProcessEnvironment Journey::environment() const
     environment.insert("VELMORA_PRIVATE_ROOT", m_root.filePath("device"));
     environment.insert("VELMORA_WS_SERVER", m_options.radioUrl.isEmpty() ? m_serverUrl : m_options.radioUrl);
     environment.insert("VELMORA_WS_STATE_DIR", m_root.filePath("state"));
-    environment.insert("VELMORA_AUDIO_SINK", m_options.isShort ? QStringLiteral("fakesink sync=false")
-                                                               : QStringLiteral("fakesink sync=true"));
+    const QString usualSink = QStringLiteral("fakesink sync=%1").arg(m_options.isShort ? "false" : "true");
+    environment.insert("VELMORA_AUDIO_SINK", m_options.sink.isEmpty() ? usualSink : m_options.sink);
     environment.insert("QT_LOGGING_RULES", "qt.*=false");
     environment.remove("VELMORA_MENU_SOCKET");
     // The radio's own crash reporter would keep the process waiting; the sanitizer's report is more useful here.

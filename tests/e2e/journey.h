@@ -21,6 +21,7 @@ public:
         QString radioUrl = {};          // where the radio reaches the server, if not at its own address
         QString library = QStringLiteral(JOURNEY_LIBRARY "/demo");
         bool isShort = false;         // tracks as they are, but the sink takes them as fast as it can
+        QString sink = {};            // for the audio, instead of one that takes it in real time
         QStringList menuOptions = {}; // of velmora-menu, before the program
         QString radio = QStringLiteral(JOURNEY_RADIO);
     };
