@@ -115,6 +115,18 @@ TEST(EngineTest, LikenessIsMutualBetweenZeroAndOneAndHighestAmongTracksThatSound
         other += static_cast<double>(far);
     }
     EXPECT_GT(same, 3 * other);
+
+    // Half of the tracks lie a deviation above the mean in each number, half below, and one far away in one number.
+    std::vector<media::Descriptor> halves(20);
+    for (size_t track = 0; track < halves.size(); ++track)
+        halves[track].fill(track % 2 == 0 ? 1.0f : -1.0f);
+    halves[0][5] = 1e6f;
+    std::vector<const media::Descriptor *> all;
+    for (const media::Descriptor &descriptor : halves)
+        all.push_back(&descriptor);
+    const Likeness plain(all);
+    EXPECT_NEAR(plain.distances(2, 3)[1], 2, 0.02);
+    EXPECT_LT(plain.distances(0, 2)[0], 0.3f) << "one number does not tear tracks apart";
 }
 
 TEST(EngineTest, StylesComeFromOwnTagsThenTheArtistsThenWhatSoundsAlike)
@@ -285,6 +297,14 @@ TEST(EngineTest, WhatIsForbiddenIsNeverPlayed)
     ASSERT_GE(movements.size(), 3u);
     for (size_t i = 0; i < movements.size(); ++i)
         EXPECT_EQ(movements[i], 1 + static_cast<int>(i) % 5);
+    now = {};
+    now.plays = {{12, 3}};
+    Noise noise(4);
+    const Pick pick = choose(StationScores(index, {{styleSeed("folk")}, {}, {}, {}}), now, noise).value();
+    for (const Candidate &candidate : pick.shortlist) {
+        const bool isPlayed = index->facts(candidate.track).id == 12;
+        EXPECT_NEAR(candidate.terms[static_cast<size_t>(Term::Fresh)], isPlayed ? -0.5 * std::log(4) : 0, 1e-5);
+    }
     // A work goes on without the movement that has a thumb down.
     now = {};
     now.excludedTracks = {20, 18}; // the first and the third
@@ -336,6 +356,12 @@ TEST(EngineTest, ThumbsTeachTheModelAndDeletedOnesAreForgotten)
     EXPECT_LT(weightOf({{fast, false, eventweight::skipped}}), 0);
     EXPECT_GT(weightOf({{fast, false, eventweight::skipped}}), -thumb);
     EXPECT_EQ(weightOf({{99999, true, 1}}), 0);
+    std::vector<TasteEvent> undecided;
+    for (int i = 0; i < 40; ++i)
+        undecided.push_back({fast, i % 2 == 0, 1});
+    const float before = weightOf(undecided);
+    undecided.push_back({fast, true, 1});
+    EXPECT_LT(std::abs(weightOf(undecided) - before), thumb / 2) << "the more was heard, the less one thumb moves";
     EXPECT_EQ(weightOf(std::vector<TasteEvent>(10, {fast, true, 1})), weightOf([&] {
                   std::vector<TasteEvent> many(3, {99999, false, 1});
                   many.insert(many.end(), 10, {fast, true, 1});
