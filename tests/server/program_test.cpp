@@ -264,11 +264,9 @@ TEST_F(ProgramTest, TheDemoAccountIsMadeOnceOnly)
     const std::string first = content();
     ensureDemoAccount(service);
     EXPECT_EQ(content(), first);
-    Account account;
     const size_t end = first.find('\n');
-    EXPECT_EQ(
-        service.accounts.login(first.substr(0, end), first.substr(end + 1, first.size() - end - 2), "x", &account),
-        LoginResult::Done);
+    EXPECT_EQ(service.accounts.login(first.substr(0, end), first.substr(end + 1, first.size() - end - 2), "x").result,
+              LoginResult::Done);
 }
 
 } // namespace
