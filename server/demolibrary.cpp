@@ -197,6 +197,9 @@ void DemoLibrary::keep(bool isDescribed)
         }
         if (isWhole && status == 0)
             break;
+        // Nobody waits for a track that was tried in vain, nor for a program that makes nothing.
+        if (isWhole || !m_hasMade)
+            m_catalogue.setGrowing("demo", false);
         const std::string program = m_settings.program.string();
         if (restarts++ == m_settings.mostRestarts) {
             m_say("demo catalogue: " + program + " keeps ending early; no more music is made");

@@ -98,6 +98,8 @@ void Transcodes::prepare(const std::vector<int64_t> &tracks)
             return;
         // What was wanted last is wanted first: a listener may have skipped away from what was wanted before.
         for (auto track = tracks.rbegin(); track != tracks.rend(); ++track) {
+            if (isPutOff(*track))
+                continue;
             std::erase(m_wanted, *track);
             m_wanted.push_front(*track);
         }
@@ -110,7 +112,22 @@ void Transcodes::prepare(const std::vector<int64_t> &tracks)
 bool Transcodes::isPreparing()
 {
     const std::lock_guard guard(m_mutex);
-    return m_isBusy || !m_wanted.empty();
+    return m_isBusy || (!m_wanted.empty() && SteadyClock::now() >= m_heldUpUntil);
+}
+
+bool Transcodes::hasFailed(int64_t track)
+{
+    const std::lock_guard guard(m_mutex);
+    return isPutOff(track);
+}
+
+bool Transcodes::isPutOff(int64_t track)
+{
+    const auto found = m_putOff.find(track);
+    if (found == m_putOff.end() || SteadyClock::now() < found->second)
+        return found != m_putOff.end();
+    m_putOff.erase(found);
+    return false;
 }
 
 std::optional<std::filesystem::path> Transcodes::file(int64_t track)
@@ -224,7 +241,7 @@ void Transcodes::makeRoom(uint64_t bytes)
         changed();
 }
 
-void Transcodes::holdUp(const std::string &why)
+bool Transcodes::holdUp(const std::string &why)
 {
     bool isNew = false;
     {
@@ -235,6 +252,7 @@ void Transcodes::holdUp(const std::string &why)
     }
     if (isNew)
         m_settings.say("music: transcoding waits, because " + why + "; tracks that need it are left out meanwhile");
+    return false;
 }
 
 void Transcodes::loop()
@@ -251,8 +269,11 @@ void Transcodes::loop()
             const std::optional<int64_t> track = next();
             if (!track)
                 break;
-            if (const std::optional<Source> source = sourceOf(*track))
-                transcode(*source);
+            const std::optional<Source> source = sourceOf(*track);
+            const bool isMade = source && transcode(*source);
+            const std::lock_guard guard(m_mutex);
+            if (!isMade && !m_isStopping)
+                m_putOff[*track] = SteadyClock::now() + m_settings.pause;
         } catch (const std::exception &error) { // the store
             holdUp(error.what());
         }
@@ -325,19 +346,19 @@ std::optional<int64_t> Transcodes::nextSpare()
     return std::nullopt;
 }
 
-void Transcodes::transcode(const Source &source)
+bool Transcodes::transcode(const Source &source)
 {
     {
         const std::lock_guard guard(m_mutex);
         const auto entry = m_entries.find(source.trackId);
         if (entry != m_entries.end() && entry->second.name == source.name && touch(entry->second))
-            return;
+            return true;
         makeRoom(std::min(estimatedBytes(source.seconds), m_mostBytes));
     }
     FileStamp stamp;
     const OpenedFile from{openRegular(AT_FDCWD, source.path.native(), &stamp)};
     if (from.value < 0 || stamp.size != source.size || stamp.mtimeNs != source.mtimeNs)
-        return;                                  // the next scan says what became of it
+        return false;                            // the next scan says what became of it
     ::mkdir(m_settings.directory.c_str(), 0700); // somebody may have removed it
     struct statvfs disk {};
     if (::statvfs(m_settings.directory.c_str(), &disk) != 0)
@@ -345,8 +366,10 @@ void Transcodes::transcode(const Source &source)
     if (disk.f_bavail * disk.f_frsize < m_settings.reserveBytes + estimatedBytes(source.seconds))
         return holdUp("the disk with " + m_settings.directory.string() + " is full");
     const std::filesystem::path part = m_settings.directory / (source.name + ".part");
-    if (!write(source, from.value, part))
+    const bool isMade = write(source, from.value, part);
+    if (!isMade)
         ::unlink(part.c_str());
+    return isMade;
 }
 
 void Transcodes::leaveOut(const Source &source, const char *reason, const std::string &problem)
@@ -359,8 +382,7 @@ bool Transcodes::write(const Source &source, int from, const std::filesystem::pa
 {
     const OpenedFile to{::open(part.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600)};
     const auto cannotWrite = [&] {
-        holdUp("a file in " + m_settings.directory.string() + " cannot be written: " + std::strerror(errno));
-        return false;
+        return holdUp("a file in " + m_settings.directory.string() + " cannot be written: " + std::strerror(errno));
     };
     if (to.value < 0)
         return cannotWrite();
@@ -388,11 +410,9 @@ bool Transcodes::write(const Source &source, int from, const std::filesystem::pa
     case media::Outcome::Done:
         break;
     case media::Outcome::NoRoom:
-        holdUp("the disk with " + m_settings.directory.string() + " is full");
-        return false;
+        return holdUp("the disk with " + m_settings.directory.string() + " is full");
     case media::Outcome::NoWorker:
-        holdUp(problem);
-        return false;
+        return holdUp(problem);
     case media::Outcome::Refused:
         leaveOut(source, leftout::damaged, problem);
         return false;

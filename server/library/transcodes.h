@@ -46,9 +46,14 @@ public:
     std::shared_ptr<const Ids> ready();
     // Whether no more tracks become ready for the time being: a full disk, no program.
     bool isHeldUp();
-    // Has them transcoded, the first one first. Tracks that need it not or have it are no harm.
+    // Has them transcoded, the first one first. Tracks that need it not or have it are no harm; those that failed a
+    // short while ago are not tried.
     void prepare(const std::vector<int64_t> &tracks);
+    // Whether a track is being transcoded or will be at once.
     bool isPreparing();
+    // Whether the track could not be transcoded a short while ago: its file is away or has changed, or the disk was
+    // full.
+    bool hasFailed(int64_t track);
     // The whole transcode of the track's present source. Nothing when there is none: then it is made next.
     std::optional<std::filesystem::path> file(int64_t track);
 
@@ -73,15 +78,16 @@ private:
     void takeOver();
     std::optional<int64_t> next(); // waits; nothing when it is time to stop
     std::optional<int64_t> nextSpare();
-    void transcode(const Source &source);
+    bool transcode(const Source &source); // whether the transcode is there now
     bool write(const Source &source, int from, const std::filesystem::path &part);
     void leaveOut(const Source &source, const char *reason, const std::string &problem);
     void keep(const Source &source, uint64_t bytes);
     // Removes the least recently used until so many bytes more fit. Under m_mutex.
     void makeRoom(uint64_t bytes);
-    bool touch(Entry &entry); // false when somebody has deleted it
-    void changed();           // under m_mutex
-    void holdUp(const std::string &why);
+    bool touch(Entry &entry);            // false when somebody has deleted it
+    void changed();                      // under m_mutex
+    bool isPutOff(int64_t track);        // under m_mutex
+    bool holdUp(const std::string &why); // false
 
     Store &m_store;
     Catalogue &m_catalogue;
@@ -95,6 +101,7 @@ private:
     std::unordered_map<int64_t, Entry> m_entries; // by track
     std::shared_ptr<const Ids> m_ready = std::make_shared<Ids>();
     std::deque<int64_t> m_wanted;
+    std::unordered_map<int64_t, std::chrono::steady_clock::time_point> m_putOff; // tracks that failed, and until when
     bool m_isBusy = false;
     uint64_t m_bytes = 0;
     uint64_t m_mostBytes = 0;
