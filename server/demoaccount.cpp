@@ -2,6 +2,7 @@
 
 #include "server/api/mediafiles.h"
 #include "server/library/library.h"
+#include "server/store/datafolder.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -32,7 +33,7 @@ bool writePrivately(const std::filesystem::path &file, const std::string &text)
         ::write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()) && ::fsync(fd) == 0;
     ::close(fd);
     if (isWritten && ::rename(beside.c_str(), file.c_str()) == 0)
-        return true;
+        return syncFolder(file.parent_path());
     ::unlink(beside.c_str());
     return false;
 }

@@ -37,7 +37,7 @@ json getPlaylist(Call &call)
         throw ApiError(Code::NoSuchMusic, "nothing is left to play on this station");
     json entries = json::array();
     const Store::Lock db = call.service.store.lock();
-    Transaction change(*db);
+    Transaction change(*db, Durability::Later);
     for (const PlaylistEntry &entry : list) {
         if (entry.track)
             entries.push_back({{"type", "track"}, {"track", trackAnswer(call, station, *entry.track)}});

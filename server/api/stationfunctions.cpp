@@ -71,7 +71,7 @@ json search(Call &call)
     json tracks = json::array();
     json artists = json::array();
     const Store::Lock db = call.service.store.lock();
-    Transaction change(*db);
+    Transaction change(*db, Durability::Later);
     for (const FoundTrack &track : found.tracks)
         tracks.push_back({{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Track, track.id)},
                           {"songName", track.song},

@@ -72,7 +72,7 @@ void LibraryStore::putAnalysis(const ToAnalyse &file, const media::MediaAnalysis
         const Store::Lock db = m_store.lock();
         if (!isStill(*db, file))
             return;
-        Transaction change(*db);
+        Transaction change(*db, Durability::Later);
         db->run(
             "UPDATE files SET analysis_version = ?2, left_out = CASE WHEN ?3 = '' THEN left_out ELSE ?3 END, noted_at "
             "= CASE WHEN ?3 = '' THEN noted_at ELSE ?4 END WHERE id = ?1",
@@ -102,7 +102,7 @@ void LibraryStore::putAnalysisFailure(const ToAnalyse &file, const std::string &
         const Store::Lock db = m_store.lock();
         if (!isStill(*db, file))
             return;
-        Transaction change(*db);
+        Transaction change(*db, Durability::Later);
         db->run("UPDATE files SET analysis_version = ?2, left_out = ?3, problem = ?4, noted_at = ?5 WHERE id = ?1",
                 file.fileId, media::descriptorVersion, leftOut, problem, m_clock());
         settleRecording(*db, file.trackId);
@@ -136,7 +136,7 @@ std::vector<LibraryStore::AlbumToPicture> LibraryStore::albumsWithoutCover(size_
 void LibraryStore::setCover(int64_t albumId, const std::filesystem::path &picture)
 {
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
+    Transaction change(*db, Durability::Later);
     db->run("UPDATE albums SET is_cover_looked_for = 1 WHERE id = ?1", albumId);
     db->run("UPDATE tracks SET picture_path = ?2 WHERE album_id = ?1", albumId, picture.string());
     change.commit();

@@ -33,7 +33,7 @@ int LibraryStore::put(int64_t rootId, const std::vector<ReadFile> &files,
     int made = 0;
     {
         const Store::Lock db = m_store.lock();
-        Transaction change(*db);
+        Transaction change(*db, Durability::Later);
         for (const ReadFile &file : files) {
             int64_t trackId = 0;
             int64_t fileId = file.knownId;

@@ -220,8 +220,11 @@ std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept 
             return std::nullopt;
         const int64_t id = scores->index().facts(pick->candidate().track).id;
         std::optional<Track> track = m_catalogue.track(id);
-        // The track was removed after the index was built, or its transcode is out of date.
-        if (!track || !track->isPlayable || (isLimited && track->needsTranscoding && !m_transcodes->file(id))) {
+        // The track was removed after the index was built, its transcode is out of date, or it cannot be transcoded for
+        // now.
+        if (!track || !track->isPlayable ||
+            (track->needsTranscoding && m_transcodes &&
+             (m_transcodes->hasFailed(id) || (isLimited && !m_transcodes->file(id))))) {
             now.excludedTracks.insert(id);
             continue;
         }
@@ -268,7 +271,7 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
         const Store::Lock db = m_store.lock();
         if (!m_stations.find(station.id)) // it was deleted in the meantime
             return {};
-        Transaction change(*db);
+        Transaction change(*db, Durability::Later);
         auto choice = choices.begin();
         for (PlaylistEntry &entry : entries) {
             if (!entry.ad)

@@ -37,7 +37,7 @@ void Plays::started(int64_t issueId)
         if (known.with(issueId).step())
             return;
     }
-    Transaction change(*db);
+    Transaction change(*db, Durability::Later);
     endEarlier(*db, issueId);
     begin(*db, issueId);
     change.commit();

@@ -33,7 +33,7 @@ Database::Database(const std::filesystem::path &file)
         throw StoreError("cannot open " + file.string());
     sqlite3_busy_timeout(db, busyMilliseconds);
     // A large catalogue's search index is read through memory mapping, past the small page cache.
-    execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON; PRAGMA mmap_size = "
+    execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON; PRAGMA mmap_size = "
             "268435456; "
             "PRAGMA cache_size = -8192;");
 }
@@ -46,6 +46,15 @@ void Database::execute(const std::string &script)
     const std::string text = message ? message : "unknown";
     sqlite3_free(message);
     throw StoreError("the database refuses: " + text);
+}
+
+void Database::copyTo(Database &other) const
+{
+    sqlite3_backup *copy = sqlite3_backup_init(other.m_handle.get(), "main", m_handle.get(), "main");
+    if (copy)
+        sqlite3_backup_step(copy, -1);
+    if (!copy || sqlite3_backup_finish(copy) != SQLITE_OK)
+        throw StoreError(std::string("the database cannot be copied: ") + sqlite3_errmsg(other.m_handle.get()));
 }
 
 int64_t Database::lastRowId() const
@@ -63,31 +72,55 @@ bool Database::inTransaction() const
     return sqlite3_get_autocommit(m_handle.get()) == 0;
 }
 
-Transaction::Transaction(Database &db)
+Transaction::Transaction(Database &db, Durability durability)
     : m_db(db)
+    , m_durability(durability)
 {
     if (db.inTransaction())
         return;
-    db.execute("BEGIN IMMEDIATE");
+    // It cannot be changed inside a transaction.
+    if (m_durability == Durability::Later)
+        db.execute("PRAGMA synchronous = NORMAL");
+    try {
+        db.execute("BEGIN IMMEDIATE");
+    } catch (const StoreError &) {
+        restoreDurability();
+        throw;
+    }
     m_isOpen = true;
 }
 
 Transaction::~Transaction()
 {
-    if (!m_isOpen || !m_db.inTransaction())
+    if (!m_isOpen)
         return;
     try {
-        m_db.execute("ROLLBACK");
+        if (m_db.inTransaction())
+            m_db.execute("ROLLBACK");
     } catch (const StoreError &) {
         // The connection has rolled back by itself (a full disk does that).
     }
+    restoreDurability();
 }
 
 void Transaction::commit()
 {
-    if (m_isOpen)
-        m_db.execute("COMMIT");
+    if (!m_isOpen)
+        return;
+    m_db.execute("COMMIT");
     m_isOpen = false;
+    restoreDurability();
+}
+
+void Transaction::restoreDurability()
+{
+    if (m_durability == Durability::AtOnce)
+        return;
+    try {
+        m_db.execute("PRAGMA synchronous = FULL");
+    } catch (const StoreError &) {
+        std::terminate(); // never: outside a transaction this is a variable
+    }
 }
 
 } // namespace velmora::server

@@ -415,14 +415,16 @@ int newestSchemaVersion()
     return static_cast<int>(steps.size());
 }
 
+int64_t schemaVersion(Database &db)
+{
+    Statement statement = db.prepare("PRAGMA user_version");
+    statement.step();
+    return statement.integer(0);
+}
+
 void migrate(Database &db)
 {
-    int64_t version = 0;
-    {
-        Statement statement = db.prepare("PRAGMA user_version");
-        statement.step();
-        version = statement.integer(0);
-    }
+    int64_t version = schemaVersion(db);
     if (version < 0 || version > newestSchemaVersion())
         throw StoreError("the database has version " + std::to_string(version) +
                          ", this program knows versions up to " + std::to_string(newestSchemaVersion()) +
