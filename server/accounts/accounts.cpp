@@ -1,5 +1,6 @@
 #include "server/accounts/accounts.h"
 
+#include "server/accounts/devices.h"
 #include "server/accounts/mailaddress.h"
 #include "server/store/store.h"
 
@@ -112,7 +113,7 @@ void Accounts::setActive(AccountId id, bool isActive)
     m_store.lock()->run("UPDATE accounts SET is_active = ?2 WHERE id = ?1", id, isActive);
 }
 
-CreateResult Accounts::changePassword(AccountId id, const std::string &newPassword, const std::string &keptSessionHash)
+CreateResult Accounts::changePassword(AccountId id, const std::string &newPassword, Radios radios)
 {
     if (!isPassword(newPassword))
         return CreateResult::BadPassword;
@@ -120,8 +121,18 @@ CreateResult Accounts::changePassword(AccountId id, const std::string &newPasswo
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     db->run("UPDATE accounts SET password_hash = ?2 WHERE id = ?1", id, hash);
-    db->run("DELETE FROM sessions WHERE account_id = ?1 AND token_hash <> ?2", id, keptSessionHash);
-    db->run("DELETE FROM resets WHERE account_id = ?1 AND purpose = ?2", id, passwordPurpose);
+    if (radios == Radios::End) {
+        db->run("DELETE FROM devices WHERE account_id = ?1", id);
+        db->run("DELETE FROM grants WHERE account_id = ?1", id);
+    }
+    // Marked, not deleted, as in Devices::revoke().
+    db->run(
+        "UPDATE sessions SET is_revoked = 1, expires_at = ?2 WHERE account_id = ?1 AND is_revoked = 0 AND NOT EXISTS "
+        "(SELECT 1 FROM devices d WHERE d.account_id = ?1 AND d.device_id = sessions.device_id AND d.key_hash = "
+        "sessions.key_hash)",
+        id, m_clock() + Devices::revokedSeconds);
+    db->run("DELETE FROM activation_codes WHERE account_id = ?1", id);
+    db->run("DELETE FROM resets WHERE account_id = ?1", id);
     change.commit();
     return CreateResult::Done;
 }

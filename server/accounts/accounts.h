@@ -32,6 +32,8 @@ struct Profile {
 };
 
 enum class CreateResult { Done, BadUserName, BadPassword, Taken };
+// What a new password means for the radios of the account.
+enum class Radios { End, Keep };
 enum class LoginResult { Done, Wrong, Inactive, TooMany };
 
 struct Login {
@@ -63,8 +65,9 @@ public:
     std::optional<Account> find(const std::string &userName);
     void setActive(AccountId id, bool isActive);
 
-    // Ends every session of the account but the one with this hash (empty: all). The old password has been checked.
-    CreateResult changePassword(AccountId id, const std::string &newPassword, const std::string &keptSessionHash = {});
+    // Ends what was let in by the old password, or by nobody knows whom: sessions, radios, grants, open codes and links
+    // of mails. With Keep, radios that are linked stay so. The caller has checked who asks.
+    CreateResult changePassword(AccountId id, const std::string &newPassword, Radios radios = Radios::End);
 
     // A token for a link in a mail: single-use, valid for so many seconds. It replaces older tokens of this purpose.
     std::string issueReset(AccountId id, const std::string &purpose, int64_t seconds);

@@ -9,7 +9,7 @@ namespace velmora::server {
 namespace {
 
 constexpr size_t digitCount = 12;
-constexpr int64_t revokedSeconds = 30 * 24 * 3600; // how late a paused radio still learns that it was unlinked
+constexpr size_t markLength = 16; // of the hash of a key: tells radios of one account apart
 
 } // namespace
 
@@ -120,6 +120,22 @@ std::optional<Device> Devices::takeGrant(const std::string &deviceId, const std:
     associate(deviceId, keyHash, account);
     change.commit();
     return Device{deviceId, account, m_clock()};
+}
+
+bool Devices::mayListen(AccountId account, const std::string &radio)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare(
+        "SELECT 1 FROM accounts WHERE id = ?1 AND is_active AND (?2 = '' OR EXISTS (SELECT 1 FROM devices WHERE "
+        "account_id = ?1 AND substr(key_hash, 1, ?3) = ?2) OR EXISTS (SELECT 1 FROM sessions WHERE account_id = ?1 AND "
+        "substr(key_hash, 1, ?3) = ?2 AND is_revoked = 0 AND expires_at > ?4))");
+    row.with(account, radio, static_cast<int64_t>(markLength), m_clock());
+    return row.step();
+}
+
+std::string Devices::radioMark(const std::string &keyHash)
+{
+    return keyHash.substr(0, markLength);
 }
 
 void Devices::end(Database &db, const std::string &deviceId, const std::string &keyHash)

@@ -38,6 +38,14 @@ public:
     // grant expires.
     std::optional<Device> takeGrant(const std::string &deviceId, const std::string &keyHash);
 
+    // Whether the radio that a media address was made for may still be served: the account is active, and the radio is
+    // linked to it or signed in. `radio` is a mark as radioMark() makes it; empty: the account alone decides.
+    bool mayListen(AccountId account, const std::string &radio);
+    static std::string radioMark(const std::string &keyHash);
+
+    // How late a paused radio still learns that it was unlinked.
+    static constexpr int64_t revokedSeconds = 30 * 24 * 3600;
+
     static bool isDeviceId(const std::string &text);
     static bool isDigits(const std::string &text);
 

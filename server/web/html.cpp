@@ -101,6 +101,12 @@ std::string field(const Field &field)
     return text;
 }
 
+std::string checkBox(const std::string &name, const std::string &label)
+{
+    return "<label class=\"check\"><input type=\"checkbox\" name=\"" + escape(name) + "\" value=\"1\">" +
+           escape(label) + "</label>\n";
+}
+
 std::string hidden(const std::string &name, const std::string &value)
 {
     return "<input type=\"hidden\" name=\"" + escape(name) + "\" value=\"" + escape(value) + "\">\n";
@@ -150,12 +156,14 @@ form { background: #2b1839; border: 2px solid #5b4472; border-radius: 16px; padd
 label { display: block; margin: 0 0 1rem; color: #c5c5c5; }
 input { display: block; width: 100%; margin-top: .3rem; padding: .7rem .9rem; font: inherit; color: #fff;
   background: #170b22; border: 2px solid #7d6298; border-radius: 12px; }
+label.check { display: flex; gap: .8rem; align-items: center; min-height: 2.5rem; color: #fff; }
+.check input { width: 1.4rem; height: 1.4rem; margin: 0; accent-color: #ffb400; }
 input:focus { outline: none; border-color: #ffb400; }
 input.code { font-size: 1.6rem; letter-spacing: .25em; text-transform: uppercase; }
 button { display: block; width: 100%; min-height: 3rem; font: inherit; font-weight: bold; color: #000; cursor: pointer;
   background: linear-gradient(#ffcb52, #ffac12); border: 2px solid #ffe3a6; border-radius: 10px; }
 button + button, label + button { margin-top: .6rem; }
-button:focus-visible, a:focus-visible { outline: 3px solid #fff; outline-offset: 2px; }
+button:focus-visible, a:focus-visible, .check input:focus-visible { outline: 3px solid #fff; outline-offset: 2px; }
 a { color: #ffcb52; }
 .error { background: #3a0f1d; border: 2px solid #ff6178; border-radius: 12px; padding: .7rem 1rem; }
 .note, .hint { color: #c5c5c5; font-size: .95rem; }

@@ -36,6 +36,7 @@ std::string field(const Field &field);
 std::string emailField(const std::string &value);
 std::string passwordField(const std::string &label); // the present one, named "password"
 std::string newPasswordField(const std::string &name, const std::string &label);
+std::string checkBox(const std::string &name, const std::string &label); // not ticked; its value is "1"
 std::string hidden(const std::string &name, const std::string &value);
 std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
 std::string plainButton(const std::string &label, const std::string &name, const std::string &value); // less prominent

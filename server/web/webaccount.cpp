@@ -67,7 +67,7 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
     body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
             html::form("/account/password", visit.csrf,
                        html::passwordField("Password now") + html::newPasswordField("new", "New password") +
-                           html::button("Change")) +
+                           html::checkBox("keep", "Keep my radios signed in") + html::button("Change")) +
             html::form("/account/signout", visit.csrf, html::button("Sign out"));
     show(visit, "Your account", body, status);
 }
@@ -122,13 +122,17 @@ void WebPages::takePassword(Visit &visit)
         devicesPage(visit, problem, 422);
         return;
     }
-    if (m_service.accounts.changePassword(account->id, visit.value("new")) != CreateResult::Done) {
+    const Radios radios = visit.value("keep") == "1" ? Radios::Keep : Radios::End;
+    if (m_service.accounts.changePassword(account->id, visit.value("new"), radios) != CreateResult::Done) {
         devicesPage(visit, "The new password needs at least eight characters.", 422);
         return;
     }
     m_sessions.endOfAccount(account->id, visit.cookie);
     show(visit, "Done",
-         html::heading("The password was changed") + html::paragraph("Other browsers were signed out.") +
+         html::heading("The password was changed") +
+             html::paragraph(radios == Radios::Keep
+                                 ? "Other browsers were signed out. The radios were kept."
+                                 : "Other browsers and all radios were signed out. Activate each radio again.") +
              html::link("/account", "Your account"));
 }
 

@@ -25,7 +25,7 @@ std::string passwordForm(const std::string &csrf, const std::string &token, cons
     return html::heading("A new password") + html::error(problem) +
            html::form("/reset", csrf,
                       html::hidden("token", token) + html::newPasswordField("new", "New password") +
-                          html::button("Set it"));
+                          html::checkBox("keep", "Keep my radios signed in") + html::button("Set it"));
 }
 
 std::string pinForm(const std::string &csrf, const std::string &token, const std::string &problem)
@@ -85,13 +85,16 @@ void WebPages::takeReset(Visit &visit)
         return;
     }
     const auto account = m_service.accounts.redeemReset(token, passwordPurpose);
-    if (!account || m_service.accounts.changePassword(*account, visit.value("new")) != CreateResult::Done) {
+    const Radios radios = visit.value("keep") == "1" ? Radios::Keep : Radios::End;
+    if (!account || m_service.accounts.changePassword(*account, visit.value("new"), radios) != CreateResult::Done) {
         show(visit, "Too late", gone(), 410);
         return;
     }
     m_sessions.endOfAccount(*account, {});
     show(visit, "Done",
-         html::heading("The password was changed") + html::paragraph("Sign in on the radio with the new one.") +
+         html::heading("The password was changed") +
+             html::paragraph(radios == Radios::Keep ? "The radios were kept."
+                                                    : "Sign in on the radio with the new one.") +
              html::link("/account", "Your account"));
 }
 

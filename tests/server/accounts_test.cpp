@@ -328,19 +328,37 @@ TEST_F(AccountsTest, AResetTokenIsForItsPurposeAndEndsWithANewerOne)
     EXPECT_FALSE(accounts.redeemReset(second, passwordPurpose)) << "it opens once";
 }
 
-TEST_F(AccountsTest, ANewPasswordEndsEverySessionButTheOneThatChangedIt)
+TEST_F(AccountsTest, ANewPasswordEndsAllThatTheOldOneLetIn)
 {
     const AccountId mira = addAccount();
-    const std::string kept = m_service->sessions.openUser(mira, m_keyHash);
-    const std::string other = m_service->sessions.openUser(mira, m_keyHash);
-    const std::string reset = m_service->accounts.issueReset(mira, passwordPurpose, 100);
-    EXPECT_EQ(m_service->accounts.changePassword(mira, "short"), CreateResult::BadPassword);
-    EXPECT_EQ(m_service->accounts.changePassword(mira, "nine brown kites", tokenHash(kept)), CreateResult::Done);
-    EXPECT_TRUE(m_service->sessions.find(kept));
-    EXPECT_FALSE(m_service->sessions.find(other));
-    EXPECT_FALSE(m_service->accounts.peekReset(reset, passwordPurpose));
-    EXPECT_EQ(m_service->accounts.login(miraName, password, "x").result, LoginResult::Wrong);
-    EXPECT_EQ(m_service->accounts.login(miraName, "nine brown kites", "x").result, LoginResult::Done);
+    const AccountId tomas = addAccount("tomas@example.org");
+    m_service->devices.associate("AAAAAAAAAAAA-0", m_otherKeyHash, tomas);
+    for (const Radios radios : {Radios::Keep, Radios::End}) {
+        const bool isKept = radios == Radios::Keep;
+        SCOPED_TRACE(isKept);
+        m_service->devices.associate(m_slot, m_keyHash, mira);
+        const std::string radio = m_service->sessions.openUser(mira, m_keyHash, m_slot);
+        const std::string unlinked = m_service->sessions.openUser(mira, m_otherKeyHash);
+        const std::string others = m_service->sessions.openUser(tomas, m_otherKeyHash, "AAAAAAAAAAAA-0");
+        const std::string code = m_service->activationCodes.issueForAccount(mira);
+        const std::string reset = m_service->accounts.issueReset(mira, passwordPurpose, 100);
+        const std::string rescue = m_service->accounts.issueReset(mira, pinPurpose, 100);
+        m_service->activationCodes.grant(m_service->activationCodes.issueForDevice("BBBBBBBBBBBB", m_keyHash), mira);
+        EXPECT_EQ(m_service->accounts.changePassword(mira, "short", radios), CreateResult::BadPassword);
+        EXPECT_FALSE(m_service->sessions.find(radio)->isRevoked);
+        const std::string secret = isKept ? "nine brown kites" : "ten blue kites";
+        EXPECT_EQ(m_service->accounts.changePassword(mira, secret, radios), CreateResult::Done);
+        EXPECT_EQ(m_service->sessions.find(radio)->isRevoked, !isKept) << "a revoked radio is told so";
+        EXPECT_EQ(m_service->devices.find(m_slot, m_keyHash).has_value(), isKept);
+        EXPECT_EQ(m_service->devices.takeGrant("BBBBBBBBBBBB-1", m_keyHash).has_value(), isKept);
+        EXPECT_TRUE(m_service->sessions.find(unlinked)->isRevoked);
+        EXPECT_FALSE(m_service->sessions.find(others)->isRevoked);
+        EXPECT_FALSE(m_service->activationCodes.redeemForAccount(code));
+        EXPECT_FALSE(m_service->accounts.peekReset(reset, passwordPurpose));
+        EXPECT_FALSE(m_service->accounts.peekReset(rescue, pinPurpose));
+        EXPECT_EQ(m_service->accounts.login(miraName, password, "x").result, LoginResult::Wrong);
+        EXPECT_EQ(m_service->accounts.login(miraName, secret, "x").result, LoginResult::Done);
+    }
 }
 
 } // namespace
