@@ -165,8 +165,14 @@ http::Response ApiServer::mediaResponse(const http::Request &request)
     const auto refuse = [](int status, const char *why) { return refused(status, Code::NotAuthorised, why); };
     if (!kind)
         return refuse(404, "no such kind");
-    switch (m_service.addresses.check(*kind, file, request.parameter("a"), request.parameter("e"),
-                                      request.parameter("s"), request.parameter("i"))) {
+    const MediaQuery query{*kind,
+                           file,
+                           request.parameter("a"),
+                           request.parameter("e"),
+                           request.parameter("i"),
+                           request.parameter("r"),
+                           request.parameter("s")};
+    switch (m_service.addresses.check(query)) {
     case MediaCheck::BadSignature:
         return refuse(403, "wrong signature");
     case MediaCheck::Expired:
@@ -174,6 +180,10 @@ http::Response ApiServer::mediaResponse(const http::Request &request)
     case MediaCheck::Valid:
         break;
     }
+    AccountId account = 0;
+    std::from_chars(query.account.data(), query.account.data() + query.account.size(), account);
+    if (!m_service.devices.mayListen(account, query.radio))
+        return refuse(410, "the account or the radio has gone");
     const std::optional<std::string> id = publicIdOf(file);
     const std::optional<Track> track = id ? m_service.catalogue.track(*id) : std::nullopt;
     const std::optional<Ad> ad = id && !track ? m_service.catalogue.ad(*id) : std::nullopt;

@@ -25,33 +25,40 @@ MediaAddresses::MediaAddresses(std::string signingKey, Clock clock)
 }
 
 std::string MediaAddresses::address(MediaKind kind, const std::string &file, AccountId account,
-                                    std::optional<int64_t> issueId) const
+                                    const std::string &radio, std::optional<int64_t> issueId) const
 {
-    const std::string accountText = std::to_string(account);
-    const std::string expiry = std::to_string(m_clock() + lifeSeconds);
-    const std::string issue = issueId ? std::to_string(*issueId) : std::string();
-    return m_base + "/media/" + mediaKindName(kind) + "/" + file + "?a=" + accountText + "&e=" + expiry +
-           (issue.empty() ? issue : "&i=" + issue) + "&s=" + sign(kind, file, accountText, expiry, issue);
+    MediaQuery query;
+    query.kind = kind;
+    query.file = file;
+    query.account = std::to_string(account);
+    query.expiry = std::to_string(m_clock() + lifeSeconds);
+    query.radio = radio;
+    if (issueId)
+        query.issue = std::to_string(*issueId);
+    return m_base + "/media/" + mediaKindName(kind) + "/" + file + "?a=" + query.account + "&e=" + query.expiry +
+           (query.issue.empty() ? "" : "&i=" + query.issue) + (radio.empty() ? "" : "&r=" + radio) +
+           "&s=" + sign(query);
 }
 
-MediaCheck MediaAddresses::check(MediaKind kind, const std::string &file, const std::string &account,
-                                 const std::string &expiry, const std::string &signature,
-                                 const std::string &issue) const
+MediaCheck MediaAddresses::check(const MediaQuery &query) const
 {
     // The signature is checked first: an unsigned address does not reveal whether its time is over.
-    if (!equalSecrets(sign(kind, file, account, expiry, issue), signature))
+    if (!equalSecrets(sign(query), query.signature))
         return MediaCheck::BadSignature;
     int64_t until = 0;
-    std::from_chars(expiry.data(), expiry.data() + expiry.size(), until);
+    std::from_chars(query.expiry.data(), query.expiry.data() + query.expiry.size(), until);
     return until > m_clock() ? MediaCheck::Valid : MediaCheck::Expired;
 }
 
-std::string MediaAddresses::sign(MediaKind kind, const std::string &file, const std::string &account,
-                                 const std::string &expiry, const std::string &issue) const
+std::string MediaAddresses::sign(const MediaQuery &query) const
 {
-    std::string message = std::string("media\n") + mediaKindName(kind) + "\n" + file + "\n" + account + "\n" + expiry;
-    if (!issue.empty())
-        message += "\n" + issue;
+    std::string message = std::string("media\n") + mediaKindName(query.kind) + "\n" + query.file + "\n" +
+                          query.account + "\n" + query.expiry;
+    // Named, so that none of the optional ones can stand for another; an issue alone is signed as it always was.
+    if (!query.issue.empty())
+        message += "\n" + query.issue;
+    if (!query.radio.empty())
+        message += "\nradio " + query.radio;
     return keyedHash(m_signingKey, message);
 }
 

@@ -10,8 +10,20 @@ std::optional<MediaKind> mediaKindOf(const std::string &name);
 
 enum class MediaCheck { Valid, BadSignature, Expired };
 
-// Absolute addresses of audio and pictures, each signed for one file, one account and twelve hours. Any thread, once
-// the base address is set.
+// What a media address says, as it stands there.
+struct MediaQuery {
+    MediaKind kind = MediaKind::Audio;
+    std::string file;    // a public id with an extension
+    std::string account; // its number
+    std::string expiry;  // Unix seconds
+    std::string issue;   // which handed-out track it is for; empty: none
+    std::string radio;   // Devices::radioMark() of the radio that asked; empty: none
+    std::string signature;
+};
+
+// Absolute addresses of audio and pictures, each signed for one file, one account, one radio and twelve hours. Whether
+// the account and the radio are still there is not asked here: see Devices::mayListen(). Any thread, once the base
+// address is set.
 class MediaAddresses {
 public:
     static constexpr int64_t lifeSeconds = 12 * 3600;
@@ -22,15 +34,13 @@ public:
     void setBase(const std::string &base) { m_base = base; }
     const std::string &base() const { return m_base; }
 
-    // `file` is a public id with an extension. `issueId` tells which handed-out track the address is for.
-    std::string address(MediaKind kind, const std::string &file, AccountId account,
+    // `file`, `radio` and the issue as in MediaQuery.
+    std::string address(MediaKind kind, const std::string &file, AccountId account, const std::string &radio = {},
                         std::optional<int64_t> issueId = std::nullopt) const;
-    MediaCheck check(MediaKind kind, const std::string &file, const std::string &account, const std::string &expiry,
-                     const std::string &signature, const std::string &issue = {}) const;
+    MediaCheck check(const MediaQuery &query) const;
 
 private:
-    std::string sign(MediaKind kind, const std::string &file, const std::string &account, const std::string &expiry,
-                     const std::string &issue) const;
+    std::string sign(const MediaQuery &query) const;
 
     std::string m_signingKey;
     Clock m_clock;

@@ -73,6 +73,7 @@ protected:
     {
         fs::create_directory(m_music);
         clearCatalogue();
+        m_listener = addAccount("listener@example.org");
         m_settings.say = [this](const std::string &line) {
             const std::lock_guard guard(m_mutex);
             m_lines += line + "\n";
@@ -162,7 +163,7 @@ protected:
     std::string addressOf(const std::string &path)
     {
         const std::string id = m_service->catalogue.track(trackAt(path))->publicId;
-        return m_service->addresses.address(MediaKind::Audio, id + ".flac", 1);
+        return m_service->addresses.address(MediaKind::Audio, id + ".flac", m_listener);
     }
     std::vector<fs::path> cached() const
     {
@@ -179,6 +180,7 @@ protected:
 
     const fs::path m_music = m_directory.path() / "music";
     const fs::path m_cache = m_service->dataDirectory() / "transcodes";
+    AccountId m_listener = 0;
     LibrarySettings m_settings;
     std::unique_ptr<Library> m_library;
     std::mutex m_mutex; // guards the next one
@@ -289,6 +291,10 @@ TEST_F(FormatsTest, AListBeginsWithWhatIsReadyAndWaitsForNothing)
         EXPECT_EQ(entry.at("track").at("songName"), "w.wav");
     EXPECT_NE(lines().find("formats cannot be started"), std::string::npos) << lines();
     EXPECT_EQ(fate("a.m4a"), "plays") << "the file is not to blame";
+    setPlayable(m_service->catalogue.track(trackAt("w.wav"))->publicId, false);
+    EXPECT_TRUE(until([&] {
+        return call("getPlaylist", {{"stationToken", station}}, user).code == 5002;
+    })) << "nobody is told to wait for what cannot be made";
 }
 
 TEST_F(FormatsTest, TheCacheIsBoundedOutlivesRestartsAndFollowsItsSources)

@@ -12,6 +12,7 @@ using namespace std::chrono_literals;
 
 class MediaTest : public ServerTest {
 protected:
+    MediaTest() { m_listener = addAccount("listener@example.org"); }
     HttpAnswer get(const std::string &address, const http::Headers &headers = {})
     {
         return httpGet(m_server->port(), address, headers);
@@ -19,7 +20,7 @@ protected:
     // Path and query of the signed address of a file.
     std::string path(MediaKind kind, const std::string &file)
     {
-        return m_service->addresses.address(kind, file, 1).substr(m_service->addresses.base().size());
+        return m_service->addresses.address(kind, file, m_listener).substr(m_service->addresses.base().size());
     }
     std::string content(const std::string &id)
     {
@@ -30,6 +31,8 @@ protected:
     {
         std::ofstream(m_directory.path() / "media" / id, std::ios::binary) << std::string(bytes, 'x');
     }
+
+    AccountId m_listener = 0;
 };
 
 TEST_F(MediaTest, AFileComesWholeWithItsLengthTypeAndTag)
@@ -71,6 +74,35 @@ TEST_F(MediaTest, OnlySignedAddressesThatHaveNotExpiredAreServed)
     EXPECT_EQ(status(replaced("folk-00", "folk-00")), 404) << "not expired yet";
     *m_now += 1;
     EXPECT_EQ(status(good), 410);
+}
+
+TEST_F(MediaTest, AddressesEndWithTheirRadioOrItsAccountAtOnce)
+{
+    listen();
+    const AccountId mira = addAccount();
+    const TestDevice kitchen = addDevice();
+    const TestDevice hall = addDevice("AAAAAAAAAAAA");
+    const auto addressFor = [&](const TestDevice &device) {
+        const std::string user = logIn(miraName, device);
+        data("associateDevice", {{"deviceId", device.slot(0)}}, user);
+        const json track = firstTrack(user, tapestryToken(user));
+        const std::string url = track.at("audioUrl");
+        const std::string art = track.at("albumArtUrl");
+        return std::pair(url.substr(m_service->addresses.base().size()),
+                         art.substr(m_service->addresses.base().size()));
+    };
+    const auto [kitchenAudio, kitchenArt] = addressFor(kitchen);
+    const auto [hallAudio, hallArt] = addressFor(hall);
+    *m_now += m_service->sessions.lifetimes().userSeconds + 1;
+    EXPECT_EQ(get(kitchenAudio).status, 200) << "a session that has ended ends no address";
+    EXPECT_TRUE(m_service->devices.revoke(mira, kitchen.slot(0)));
+    EXPECT_EQ(get(kitchenAudio).status, 410);
+    EXPECT_EQ(get(kitchenArt).status, 410);
+    EXPECT_EQ(get(kitchenAudio.substr(0, kitchenAudio.find("&r="))).status, 403) << "the radio is signed too";
+    EXPECT_EQ(get(hallAudio).status, 200);
+    m_service->accounts.setActive(mira, false);
+    EXPECT_EQ(get(hallAudio).status, 410);
+    EXPECT_EQ(get(hallArt).status, 410);
 }
 
 TEST_F(MediaTest, NothingOutsideTheCatalogueIsReachedEvenWithASignature)
