@@ -53,11 +53,19 @@ json openUserSession(Call &call, const Account &account, const std::string &devi
             {"expiresIn", call.service.sessions.lifetimes().userSeconds}};
 }
 
+// For what maintenance refuses in functions that are otherwise allowed.
+void refuseUnderMaintenance(const Call &call)
+{
+    if (call.service.isUnderMaintenance)
+        throw ApiError(Code::Maintenance, "maintenance");
+}
+
 json deviceLogin(Call &call)
 {
     const std::string id = deviceIdOf(call);
+    const Store::Lock db = call.service.store.lock(); // nobody unlinks the radio before its session is there
     std::optional<Device> device = call.service.devices.find(id, call.session.keyHash);
-    if (!device)
+    if (!device && !call.service.isUnderMaintenance) // a grant stays for later
         device = call.service.devices.takeGrant(id, call.session.keyHash);
     if (!device)
         noSuchDevice();
@@ -128,6 +136,9 @@ json userLogin(Call &call)
 json associateDevice(Call &call)
 {
     const std::string id = deviceIdOf(call);
+    const std::optional<Device> device = call.service.devices.find(id, call.session.keyHash);
+    if (!device || device->accountId != call.account())
+        refuseUnderMaintenance(call);
     call.service.devices.associate(id, call.session.keyHash, call.account());
     call.service.sessions.bindToDevice(call.session, id);
     return json::object();

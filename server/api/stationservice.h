@@ -80,7 +80,8 @@ public:
     Library *library = nullptr;
     const Clock clock;
     const std::chrono::milliseconds patience;
-    // When set, everything that writes answers 5096. Set before the server answers.
+    // When set, nothing can be changed: functions that write answer 5096, pages say so. What listening itself writes
+    // (sessions, lists, plays) is still written. Set before the server answers.
     bool isUnderMaintenance = false;
 
     // Makes an account at once, with its Tapestry station and its starter stations: for the service's own purposes.

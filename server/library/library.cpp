@@ -30,7 +30,7 @@ Library::Library(Store &store, Catalogue &catalogue, Clock clock, LibrarySetting
     , m_settings(std::move(settings))
     , m_config(m_settings.config)
 {
-    m_status.isPaused = store.setting("library paused") == "1";
+    m_status.isPaused = m_settings.isAtRest || store.setting("library paused") == "1";
     // Until the first look, nobody knows that there is nothing to play.
     const bool mayHaveMusic =
         !m_config.folders.empty() || !m_settings.demoFolders.empty() || !m_settings.configFile.empty();
@@ -46,21 +46,28 @@ void Library::start()
 {
     const std::filesystem::path covers = m_settings.dataDirectory / "covers";
     ::mkdir(covers.c_str(), 0700);
-    m_store.forgetOldAnalyses();
     m_hasFormats = ::access(m_settings.formatsProgram.c_str(), X_OK) == 0;
-    m_store.setHasFormats(m_hasFormats);
-    applyConfig();
+    if (m_settings.isAtRest) {
+        refreshCounts();
+    } else {
+        m_store.forgetOldAnalyses();
+        m_store.setHasFormats(m_hasFormats);
+        applyConfig();
+    }
     TranscodeSettings transcoding;
     transcoding.directory = m_settings.dataDirectory / "transcodes";
     transcoding.program = m_settings.formatsProgram;
     transcoding.pause = m_settings.storePause;
-    transcoding.spare = m_settings.spareTranscodes;
+    transcoding.spare = m_settings.isAtRest ? 0 : m_settings.spareTranscodes;
     transcoding.reserveBytes = m_settings.reserveBytes;
     transcoding.say = m_settings.say;
     transcoding.leaveOut = [this](const ToAnalyse &file, const char *reason, const std::string &problem) {
-        m_store.putAnalysisFailure(file, reason, problem);
+        if (!m_settings.isAtRest)
+            m_store.putAnalysisFailure(file, reason, problem);
     };
     m_transcodes.start(std::move(transcoding));
+    if (m_settings.isAtRest)
+        return;
     m_scanner = std::thread([this] { scanLoop(); });
     m_watcher = std::thread([this] { watchRoots(); });
 }

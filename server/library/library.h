@@ -28,6 +28,7 @@ struct LibrarySettings {
     std::filesystem::path workerProgram = media::MediaWorker::besideThisProgram();
     // Where it is missing, music that radios do not decode does not play.
     std::filesystem::path formatsProgram = media::MediaWorker::besideThisProgram("velmora-media-formats");
+    bool isAtRest = false; // nothing is scanned or noted; what is known plays, transcoded where it must be
     std::function<void(const std::string &)> say = [](const std::string &) {}; // a line for the log; any thread
     std::function<void()> looked = [] {}; // after a scan, else every few seconds; on the scanner thread
     size_t spareTranscodes = TranscodeSettings().spare;

@@ -48,6 +48,15 @@ std::string mailDate(int64_t now)
 
 } // namespace
 
+std::optional<SmtpLogin> readSmtpLogin(const std::filesystem::path &file)
+{
+    std::ifstream stream(file);
+    SmtpLogin login;
+    std::getline(stream, login.name);
+    std::getline(stream, login.password);
+    return login.name.empty() || login.password.empty() ? std::nullopt : std::optional(login);
+}
+
 Mailbox::Mailbox(MailSettings settings)
     : m_settings(std::move(settings))
     , m_thread([this] { work(); })
@@ -234,20 +243,26 @@ Mailbox::Delivery Mailbox::deliver(const Mail &mail) const
     curl_easy_setopt(curl.get(), CURLOPT_CONNECTTIMEOUT, connectSeconds);
     curl_easy_setopt(curl.get(), CURLOPT_TIMEOUT, wholeSeconds);
     if (!m_settings.smtpLogin.empty()) {
-        std::ifstream file(m_settings.smtpLogin);
-        std::string name;
-        std::string password;
-        std::getline(file, name);
-        std::getline(file, password);
-        curl_easy_setopt(curl.get(), CURLOPT_USERNAME, name.c_str());
-        curl_easy_setopt(curl.get(), CURLOPT_PASSWORD, password.c_str());
-        // A password is not sent in the clear.
-        curl_easy_setopt(curl.get(), CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
+        const std::optional<SmtpLogin> login = readSmtpLogin(m_settings.smtpLogin);
+        if (!login) {
+            std::fprintf(stderr, "velmora-server: a mail was not sent, because %s cannot be read\n",
+                         m_settings.smtpLogin.c_str());
+            return Delivery::MayPass;
+        }
+        curl_easy_setopt(curl.get(), CURLOPT_USERNAME, login->name.c_str());
+        curl_easy_setopt(curl.get(), CURLOPT_PASSWORD, login->password.c_str());
     }
+    // A password is not sent in the clear, and an answer without STARTTLS may come from somebody in between.
+    if (m_settings.isTlsRequired || !m_settings.smtpLogin.empty())
+        curl_easy_setopt(curl.get(), CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
+    if (!m_settings.smtpCa.empty())
+        curl_easy_setopt(curl.get(), CURLOPT_CAINFO, m_settings.smtpCa.c_str());
     const CURLcode result = curl_easy_perform(curl.get());
     if (result == CURLE_OK)
         return Delivery::Done;
-    std::fprintf(stderr, "velmora-server: a mail was not delivered (%s)\n", curl_easy_strerror(result));
+    std::fprintf(stderr, "velmora-server: a mail was not delivered (%s)\n",
+                 result == CURLE_USE_SSL_FAILED ? "the mail server offers no TLS, which is required"
+                                                : curl_easy_strerror(result));
     long answer = 0;
     curl_easy_getinfo(curl.get(), CURLINFO_RESPONSE_CODE, &answer);
     return answer >= 500 ? Delivery::Refused : Delivery::MayPass;
@@ -255,9 +270,10 @@ Mailbox::Delivery Mailbox::deliver(const Mail &mail) const
 
 void Mailbox::keep(const Mail &mail) const
 {
+    // Made owner-only by the mode, not afterwards: a folder that is there already keeps its own.
     std::error_code ignored;
-    std::filesystem::create_directories(m_settings.outbox, ignored);
-    std::filesystem::permissions(m_settings.outbox, std::filesystem::perms::owner_all, ignored);
+    std::filesystem::create_directories(m_settings.outbox.parent_path(), ignored);
+    ::mkdir(m_settings.outbox.c_str(), 0700);
     const std::filesystem::path file =
         m_settings.outbox / (std::to_string(std::time(nullptr)) + "-" + randomToken(6) + ".eml");
     const int handle = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);

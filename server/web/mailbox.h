@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -16,6 +17,8 @@ namespace velmora::server {
 struct MailSettings {
     std::string smtp;                // smtp[s]://host[:port]; empty: into the outbox
     std::filesystem::path smtpLogin; // user name and password, a line each; empty: without
+    bool isTlsRequired = false;      // with a login it always is
+    std::filesystem::path smtpCa;    // PEM: the certificates to trust; empty: the system's
     std::filesystem::path outbox;    // a folder, made owner-only
     std::string sender = "velmora@localhost";
     std::function<std::string()>
@@ -25,9 +28,16 @@ struct MailSettings {
                                               std::chrono::minutes(15)};
 };
 
-// Sends the mails, one after another, on a thread of its own. With an SMTP server through libcurl (TLS where the server
-// offers it); what cannot be delivered in the end, and everything without a server, is written to the outbox,
-// owner-only.
+struct SmtpLogin {
+    std::string name;
+    std::string password;
+};
+// From the first two lines of a file; nothing when one of them is missing or empty.
+std::optional<SmtpLogin> readSmtpLogin(const std::filesystem::path &file);
+
+// Sends the mails, one after another, on a thread of its own. With an SMTP server through libcurl, encrypted where the
+// server offers TLS; where TLS is required, a server without it gets neither a password nor a mail. What cannot be
+// delivered in the end, and everything without a server, is written to the outbox, owner-only.
 class Mailbox : public Mailer {
 public:
     explicit Mailbox(MailSettings settings);

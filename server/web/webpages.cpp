@@ -61,6 +61,16 @@ http::Response WebPages::visit(const http::Request &request, Handler handler)
              403);
         return response;
     }
+    const bool isChange = request.method == "POST" && request.path != "/account/signin" &&
+                          request.path != "/account/signout"; // a browser's session is not kept
+    if (isChange && m_service.isUnderMaintenance) {
+        response.setHeader("Retry-After", "600");
+        show(visit, "Later",
+             html::heading("Velmora is under maintenance") +
+                 html::paragraph("Music plays, but nothing can be changed. Please try again later."),
+             503);
+        return response;
+    }
     (this->*handler)(visit);
     return response;
 }

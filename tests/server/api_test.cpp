@@ -370,14 +370,28 @@ TEST_F(ApiTest, AStationIsMadeFromThePlayingTrackOrItsArtist)
 
 TEST_F(ApiTest, MaintenanceStopsWritingAndNotListening)
 {
-    const std::string user = newListener();
+    const TestDevice device = addDevice();
+    addAccount();
+    const std::string user = logIn(miraName, device);
+    data("associateDevice", {{"deviceId", device.slot(0)}}, user);
     const std::string station = addStation(user, "folk");
+    m_service->activationCodes.grant(m_service->activationCodes.issueForDevice(device.digits, tokenHash(device.key)),
+                                     idOf());
+    const auto logInAs = [&](int slot) {
+        return call("userLogin", {{"loginType", "deviceId"}, {"deviceId", device.slot(slot)}}, device.partnerToken)
+            .code;
+    };
     m_service->isUnderMaintenance = true;
     const json track = firstTrack(user, station);
+    data("associateDevice", {{"deviceId", device.slot(0)}}, user);
+    EXPECT_EQ(call("associateDevice", {{"deviceId", device.slot(1)}}, user).code, 5096);
+    EXPECT_EQ(std::pair(logInAs(0), logInAs(1)), std::pair(0, 5105));
     EXPECT_EQ(call("addFeedback", {{"isPositive", true}, {"trackToken", track.at("trackToken")}}, user).code, 5096);
     EXPECT_EQ(call("deleteStation", {{"stationToken", station}}, user).code, 5096);
     EXPECT_EQ(call("getStationList", json::object(), user).code, 0);
     EXPECT_FALSE(logIn(miraName, addDevice()).empty());
+    m_service->isUnderMaintenance = false;
+    EXPECT_EQ(logInAs(1), 0) << "what the page allowed is kept";
 }
 
 TEST_F(ApiTest, ARepetitionWithItsRequestKeyChangesNothingAndGetsTheFirstAnswer)

@@ -10,6 +10,7 @@
 
 #include <fstream>
 #include <netinet/in.h>
+#include <openssl/ssl.h>
 #include <regex>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -316,7 +317,21 @@ TEST_F(WebTest, aNewPasswordNeedsTheOldOneAndSignsOthersOut)
     }
     EXPECT_EQ(mine.post("/account/password", {{"password", "wrong one"}, {"new", "another long one"}}), 422);
     EXPECT_EQ(mine.post("/account/password", {{"password", password}, {"new", "short"}}), 422);
-    EXPECT_EQ(mine.post("/account/password", {{"password", password}, {"new", "another long one"}}), 200);
+    const std::string token = logIn(miraName, m_device);
+    data("associateDevice", {{"deviceId", m_device.slot(0)}}, token);
+    const auto change = [&](const std::string &from, const std::string &to, bool isKept) {
+        mine.get("/account");
+        std::map<std::string, std::string> form = {{"password", from}, {"new", to}};
+        if (isKept)
+            form["keep"] = "1";
+        EXPECT_EQ(mine.post("/account/password", form), 200);
+    };
+    change(password, "a longer one", true);
+    EXPECT_TRUE(mine.shows("The radios were kept"));
+    EXPECT_EQ(std::pair(call("getStationList", json::object(), token).code, deviceLogin().code), std::pair(0, 0));
+    change("a longer one", "another long one", false);
+    EXPECT_TRUE(mine.shows("all radios were signed out"));
+    EXPECT_EQ(std::pair(call("getStationList", json::object(), token).code, deviceLogin().code), std::pair(5099, 5105));
     other.get("/account");
     EXPECT_FALSE(other.shows("Radios with access"));
     for (const auto &[seconds, isSignedIn] :
@@ -325,6 +340,12 @@ TEST_F(WebTest, aNewPasswordNeedsTheOldOneAndSignsOthersOut)
         mine.get("/account");
         EXPECT_EQ(mine.shows("Radios with access"), isSignedIn) << seconds << " seconds after the last page";
     }
+    EXPECT_EQ(tryLogIn(miraName, "another long one", m_device).code, 0);
+    m_service->isUnderMaintenance = true;
+    EXPECT_EQ(signIn(mine, miraName, "another long one"), 303);
+    mine.get("/account");
+    EXPECT_EQ(mine.post("/account/password", {{"password", "another long one"}, {"new", password}}), 503);
+    EXPECT_TRUE(mine.shows("under maintenance"));
     EXPECT_EQ(tryLogIn(miraName, "another long one", m_device).code, 0);
 }
 
@@ -335,8 +356,10 @@ TEST_F(WebTest, aResetLinkOpensOnceAndAShortPasswordDoesNotCostIt)
     Browser browser(m_port);
     EXPECT_EQ(browser.get("/reset?token=guessed"), 410);
     EXPECT_EQ(browser.get("/reset?token=" + token), 200);
+    const std::string radio = logIn(miraName, m_device);
     EXPECT_EQ(browser.post("/reset", {{"token", token}, {"new", "short"}}), 422);
     EXPECT_EQ(browser.post("/reset", {{"token", token}, {"new", "another long one"}}), 200);
+    EXPECT_EQ(call("getStationList", json::object(), radio).code, 5099);
     EXPECT_EQ(browser.get("/reset?token=" + token), 410);
     const std::string late = m_service->accounts.issueReset(id, passwordPurpose, 3600);
     *m_now += 3601;
@@ -422,9 +445,15 @@ TEST_F(WebTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
 // A mail server that records what it receives.
 class MailServer {
 public:
-    // One conversation for each element: its answer to the recipient.
-    explicit MailServer(std::vector<std::string_view> answers)
+    // Whether it offers STARTTLS, and whether that works.
+    enum class Tls { Absent, Refused, Works };
+
+    // One conversation for each element: its answer to the recipient. `identity` is a certificate with its key.
+    explicit MailServer(std::vector<std::string_view> answers, Tls tls = Tls::Absent,
+                        const std::filesystem::path &identity = {})
         : m_answers(std::move(answers))
+        , m_tls(tls)
+        , m_context(SSL_CTX_new(TLS_server_method()), &SSL_CTX_free)
         , m_listening(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
         sockaddr_in address{};
@@ -435,6 +464,10 @@ public:
             ::getsockname(m_listening, reinterpret_cast<sockaddr *>(&address), &size) != 0)
             throw std::runtime_error("no port for the mail server");
         port = ntohs(address.sin_port);
+        if (tls == Tls::Works &&
+            (SSL_CTX_use_certificate_file(m_context.get(), identity.c_str(), SSL_FILETYPE_PEM) != 1 ||
+             SSL_CTX_use_PrivateKey_file(m_context.get(), identity.c_str(), SSL_FILETYPE_PEM) != 1))
+            throw std::runtime_error("no certificate for the mail server");
         m_thread = std::thread([this] {
             for (const std::string_view answer : m_answers)
                 talk(answer);
@@ -454,33 +487,61 @@ public:
     }
 
     int port = 0;
-    std::string heard; // valid after finish()
+    std::string heard;      // valid after finish()
+    std::string heardByAll; // what of it was not encrypted
 
 private:
     void talk(std::string_view answer)
     {
         const int peer = ::accept(m_listening, nullptr, nullptr);
-        FILE *input = ::fdopen(peer, "r");
-        if (!input)
+        if (peer < 0)
             return;
-        const auto say = [peer](std::string_view text) { return ::write(peer, text.data(), text.size()) > 0; };
-        char *line = nullptr;
-        size_t size = 0;
+        std::unique_ptr<SSL, decltype(&SSL_free)> ssl(nullptr, &SSL_free);
+        const auto say = [&](std::string_view text) {
+            return ssl ? SSL_write(ssl.get(), text.data(), static_cast<int>(text.size())) > 0
+                       : ::send(peer, text.data(), text.size(), MSG_NOSIGNAL) > 0;
+        };
+        const auto nextLine = [&] {
+            std::string line;
+            char letter = 0;
+            while (!line.ends_with('\n') && (ssl ? SSL_read(ssl.get(), &letter, 1) : ::read(peer, &letter, 1)) == 1)
+                line += letter;
+            return line;
+        };
         bool isText = false;
         bool isTalking = say("220 here\r\n");
-        while (isTalking && ::getline(&line, &size, input) > 0) {
-            const std::string_view said = line;
+        for (std::string said = nextLine(); isTalking && !said.empty(); said = nextLine()) {
             heard += said;
+            heardByAll += ssl ? "" : said;
             if (isText && said != ".\r\n")
                 continue;
             isText = said.starts_with("DATA");
-            isTalking = say(isText ? "354 go on\r\n" : said.starts_with("RCPT") ? answer : "250 fine\r\n");
+            if (said.starts_with("EHLO")) {
+                isTalking = say(ssl                    ? "250-here\r\n250 AUTH PLAIN\r\n"
+                                : m_tls != Tls::Absent ? "250-here\r\n250-AUTH PLAIN\r\n250 STARTTLS\r\n"
+                                                       : "250-here\r\n250 AUTH PLAIN\r\n");
+            } else if (said.starts_with("STARTTLS") && m_tls == Tls::Works) {
+                isTalking = say("220 go on\r\n");
+                ssl.reset(SSL_new(m_context.get()));
+                SSL_set_fd(ssl.get(), peer);
+                isTalking = isTalking && SSL_accept(ssl.get()) == 1;
+            } else if (said.starts_with("STARTTLS")) {
+                isTalking = say("454 not now\r\n");
+            } else if (said.starts_with("AUTH")) {
+                isTalking = say("334 \r\n");
+                heard += nextLine();
+                isTalking = isTalking && say("235 welcome\r\n");
+            } else {
+                isTalking = say(isText ? "354 go on\r\n" : said.starts_with("RCPT") ? answer : "250 fine\r\n");
+            }
         }
-        std::free(line);
-        std::fclose(input);
+        ssl.reset();
+        ::close(peer);
     }
 
     const std::vector<std::string_view> m_answers;
+    const Tls m_tls;
+    const std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> m_context;
     int m_listening;
     std::thread m_thread;
 };
@@ -507,6 +568,52 @@ TEST_F(WebTest, aTemporaryMailErrorIsRetriedAndAPermanentOneIsNot)
         const std::string link = "https://radio.example/reset?token=token-of-the-mail\r\n";
         EXPECT_EQ(server.heard.find(link) != std::string::npos, isDelivered) << server.heard;
         EXPECT_EQ(std::filesystem::exists(m_outbox), !isDelivered);
+    }
+}
+
+TEST_F(WebTest, WhereTlsIsRequiredAServerWithoutItGetsNeitherAPasswordNorAMail)
+{
+    const std::filesystem::path identity = m_directory.path() / "mail.pem";
+    const std::string file = identity.string();
+    const std::string command = "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=mail -addext "
+                                "subjectAltName=IP:127.0.0.1 -keyout " +
+                                file + " -out " + file + ".crt 2>/dev/null && cat " + file + ".crt >>" + file;
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    const std::filesystem::path login = m_directory.path() / "login";
+    std::ofstream(login) << "mira\nsecret\n";
+    using Tls = MailServer::Tls;
+    const struct {
+        const char *what;
+        Tls tls;
+        bool hasLogin, isRequired, isTrusted, isDelivered;
+    } cases[] = {{"a login", Tls::Absent, true, false, true, false},
+                 {"required", Tls::Absent, false, true, true, false},
+                 {"neither", Tls::Absent, false, false, true, true},
+                 {"refused", Tls::Refused, true, true, true, false},
+                 {"another's certificate", Tls::Works, true, true, false, false},
+                 {"all well", Tls::Works, true, false, true, true}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        MailServer server({"250 fine\r\n"}, c.tls, identity);
+        MailSettings settings = mailSettings();
+        settings.smtp = "smtp://127.0.0.1:" + std::to_string(server.port);
+        settings.smtpLogin = c.hasLogin ? login : std::filesystem::path();
+        settings.isTlsRequired = c.isRequired;
+        settings.smtpCa = c.isTrusted ? std::filesystem::path(file + ".crt") : std::filesystem::path();
+        settings.retries = {};
+        Mailbox mailbox(settings);
+        mailbox.sendPasswordReset("mira@example.org", "token-of-the-mail");
+        for (int i = 0; i < 1000 && !mailbox.isIdle(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        server.finish();
+        EXPECT_EQ(server.heard.find("token-of-the-mail") != std::string::npos, c.isDelivered) << server.heard;
+        EXPECT_EQ(server.heard.find("AUTH PLAIN") != std::string::npos, c.hasLogin && c.isDelivered) << server.heard;
+        EXPECT_EQ(std::filesystem::exists(m_outbox), !c.isDelivered);
+        if (c.hasLogin || c.isRequired) {
+            EXPECT_EQ(server.heardByAll.find("AUTH"), std::string::npos) << server.heardByAll;
+            EXPECT_EQ(server.heardByAll.find("MAIL"), std::string::npos) << server.heardByAll;
+        }
+        std::filesystem::remove_all(m_outbox);
     }
 }
 
