@@ -6,6 +6,9 @@
 #include "server/library/library.h"
 #include "server/musicreport.h"
 #include "server/serveroptions.h"
+#include "server/store/backup.h"
+#include "server/store/datafolder.h"
+#include "server/store/migrations.h"
 #include "server/web/mailbox.h"
 #include "server/web/webpages.h"
 
@@ -102,6 +105,37 @@ bool hasMusic(const LibrarySettings &settings)
     return config && !config->folders.empty();
 }
 
+// Why a file that the options name must not be used; empty: all is well.
+std::string secretsProblem(const ServerOptions &options)
+{
+    for (const std::filesystem::path &file : {options.listen.tlsKey, options.smtpLogin}) {
+        if (!file.empty()) {
+            if (const std::optional<std::string> problem = secretFileProblem(file))
+                return *problem;
+        }
+    }
+    if (!options.smtpLogin.empty() && !readSmtpLogin(options.smtpLogin))
+        return options.smtpLogin.string() + " does not hold a user name and a password, a line each";
+    return {};
+}
+
+// The data folder for this program alone. Null where it is not needed: a report only reads, so it may be made beside
+// the service, unless that is of another version.
+std::unique_ptr<DataFolder> openDataFolder(const ServerOptions &options)
+{
+    try {
+        auto folder = std::make_unique<DataFolder>(options.dataDirectory);
+        for (const std::string &line : folder->mended())
+            say(line);
+        return folder;
+    } catch (const FolderInUse &) {
+        Database db(options.dataDirectory / DataFolder::databaseName);
+        if (!options.showsMusicReport || options.forgetsMissing || schemaVersion(db) != newestSchemaVersion())
+            throw;
+    }
+    return nullptr;
+}
+
 int lookAfterMusic(StationService &service, const ServerOptions &options)
 {
     if (options.forgetsMissing) {
@@ -113,6 +147,23 @@ int lookAfterMusic(StationService &service, const ServerOptions &options)
     return 0;
 }
 
+int backUp(const ServerOptions &options)
+{
+    writeBackup(options.dataDirectory, options.backup);
+    say("backed up to " + options.backup.string());
+    return 0;
+}
+
+int restore(const ServerOptions &options)
+{
+    const std::unique_ptr<const DataFolder> folder = openDataFolder(options);
+    const std::filesystem::path aside = restoreBackup(options.backup, options.dataDirectory);
+    say("restored from " + options.backup.string());
+    if (!aside.empty())
+        say("what was there before lies in " + aside.string());
+    return 0;
+}
+
 int run(const ServerOptions &options)
 {
     auto parsedLibrary = librarySettings(options);
@@ -120,9 +171,16 @@ int run(const ServerOptions &options)
         std::fprintf(stderr, "velmora-server: %s\n", problem->c_str());
         return exitUsage;
     }
+    if (const std::string problem = secretsProblem(options); !problem.empty()) {
+        std::fprintf(stderr, "velmora-server: %s\n", problem.c_str());
+        return exitUsage;
+    }
+    const std::unique_ptr<const DataFolder> folder = openDataFolder(options);
     auto &music = std::get<LibrarySettings>(parsedLibrary);
-    const bool hasDemo = options.hasDemo.value_or(!hasMusic(music));
-    const bool hasDemoAccount = hasDemo || options.hasDemoAccount;
+    // Maintenance adds no music and no account: what is there plays.
+    const bool mayChange = !options.isUnderMaintenance;
+    const bool hasDemo = mayChange && options.hasDemo.value_or(!hasMusic(music));
+    const bool hasDemoAccount = mayChange && (hasDemo || options.hasDemoAccount);
     ServiceSettings settings;
     settings.dataDirectory = options.dataDirectory;
     settings.lifetimes = options.lifetimes;
@@ -140,7 +198,7 @@ int run(const ServerOptions &options)
     if (hasDemo) {
         demo.start();
         music.demoFolders = {DemoLibrary::musicIn(service.dataDirectory() / "demo")};
-    } else {
+    } else if (mayChange) {
         service.catalogue.replaceAds({});
     }
     if (hasDemoAccount) {
@@ -149,6 +207,7 @@ int run(const ServerOptions &options)
             say("demo account: its stations follow the first scan");
     }
     music.dataDirectory = service.dataDirectory();
+    music.isAtRest = !mayChange;
     if (hasDemoAccount)
         music.looked = [&service] {
             if (completeDemoAccount(service))
@@ -161,6 +220,8 @@ int run(const ServerOptions &options)
     MailSettings mail;
     mail.smtp = options.smtp;
     mail.smtpLogin = options.smtpLogin;
+    mail.isTlsRequired = options.isSmtpTlsRequired;
+    mail.smtpCa = options.smtpCa;
     if (!options.mailFrom.empty())
         mail.sender = options.mailFrom;
     mail.outbox = options.outbox.empty() ? service.dataDirectory() / "outbox" : options.outbox;
@@ -219,6 +280,14 @@ int main(int argc, char *argv[])
     if (options.diesWithParent && !dieWithParent(parent))
         return 0;
     try {
+        switch (options.task) {
+        case Task::Backup:
+            return backUp(options);
+        case Task::Restore:
+            return restore(options);
+        case Task::Serve:
+            break;
+        }
         return run(options);
     } catch (const std::exception &error) {
         std::fprintf(stderr, "velmora-server: %s\n", error.what());

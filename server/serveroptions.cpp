@@ -143,6 +143,10 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         return readMailAddress(value, &options.mailFrom);
     if (name == "--fail")
         return readFailure(value, &options.failures);
+    if (name == "--smtp-tls") {
+        options.isSmtpTlsRequired = value == "require";
+        return value == "require" || value == "offered";
+    }
     if (name == "--analysis")
         return readSwitch(value, &options.isAnalysed);
     if (name == "--loudness")
@@ -161,15 +165,17 @@ bool take(ServerOptions &options, const std::string &name, const std::string &va
         options.listen.tlsKey = value;
     else if (name == "--smtp-login")
         options.smtpLogin = value;
+    else if (name == "--smtp-ca")
+        options.smtpCa = value;
     else if (name == "--outbox")
         options.outbox = value;
     return !value.empty();
 }
 
 constexpr const char *namesWithValue[] = {
-    "--listen",   "--data",   "--public-url",    "--trusted-proxy", "--tls-cert",   "--tls-key",   "--token-lifetime",
-    "--throttle", "--fail",   "--demo-tracks",   "--smtp",          "--smtp-login", "--mail-from", "--outbox",
-    "--music",    "--config", "--music-exclude", "--analysis",      "--loudness"};
+    "--listen",    "--data",   "--public-url",  "--trusted-proxy", "--tls-cert",      "--tls-key",  "--token-lifetime",
+    "--throttle",  "--fail",   "--demo-tracks", "--smtp",          "--smtp-login",    "--smtp-tls", "--smtp-ca",
+    "--mail-from", "--outbox", "--music",       "--config",        "--music-exclude", "--analysis", "--loudness"};
 
 bool takesValue(const std::string &name)
 {
@@ -189,7 +195,12 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
     bool isInsecureLan = false;
     for (size_t i = 0; i < arguments.size(); ++i) {
         const std::string &argument = arguments[i];
-        if (argument == "--help") {
+        if (i == 0 && (argument == "backup" || argument == "restore")) {
+            if (arguments.size() < 2 || arguments[1].empty() || arguments[1].starts_with("-"))
+                return argument + " needs a file";
+            options.task = argument == "backup" ? Task::Backup : Task::Restore;
+            options.backup = arguments[++i];
+        } else if (argument == "--help") {
             options.showsHelp = true;
         } else if (argument == "--demo" || argument == "--no-demo") {
             options.hasDemo = argument == "--demo";
@@ -226,6 +237,8 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
 std::string usage()
 {
     return R"(usage: velmora-server [OPTION]...
+       velmora-server backup FILE [--data DIR]    copy what is stored into a file, also while the service runs
+       velmora-server restore FILE [--data DIR]   go back to such a copy; what is there is put aside
 
   --listen HOST:PORT        where to listen (127.0.0.1:7480); port 0 picks one
   --data DIR                where everything is kept ($XDG_DATA_HOME/velmora-server)
@@ -246,7 +259,10 @@ std::string usage()
   --demo-tracks N           of the demo catalogue at most so many tracks of each style (all)
   --token-lifetime P,U      seconds that partner and user sessions live (86400,14400)
   --smtp URL                mail server, smtp[s]://host[:port]
-  --smtp-login FILE         its user name and password, one a line
+  --smtp-login FILE         its user name and password, one a line; mails are then sent through TLS only
+  --smtp-tls require|offered
+                            whether mails may go unencrypted where TLS is not offered (offered)
+  --smtp-ca FILE            certificates to trust for it (the system's)
   --mail-from ADDRESS       the sender of its mails (velmora@localhost)
   --outbox DIR              where mails are written that no mail server takes
   --maintenance             refuse everything that changes something (5096)

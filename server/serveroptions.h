@@ -9,8 +9,13 @@
 
 namespace velmora::server {
 
+// What the program is asked to do; all but Serve end by themselves.
+enum class Task { Serve, Backup, Restore };
+
 // The command line of velmora-server.
 struct ServerOptions {
+    Task task = Task::Serve;
+    std::filesystem::path backup; // the file of Backup and Restore
     ListenSettings listen;
     std::filesystem::path dataDirectory;
     TokenLifetimes lifetimes;
@@ -29,6 +34,8 @@ struct ServerOptions {
     bool showsHelp = false;
     std::string smtp;                // for the mails: smtp[s]://host[:port]; empty: none
     std::filesystem::path smtpLogin; // a file: the user name in its first line, the password in its second
+    bool isSmtpTlsRequired = false;  // also without a login
+    std::filesystem::path smtpCa;    // PEM: the certificates to trust; empty: the system's
     std::string mailFrom;            // their sender; empty: the default
     std::filesystem::path outbox;    // folder of the mails that no SMTP server accepts
     struct Failure {
