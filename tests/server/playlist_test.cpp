@@ -491,12 +491,17 @@ echo ready 0 2
 [ "$runs" -lt 4 ] && kill -9 $$
 echo done
 )");
+    EXPECT_TRUE(m_service->catalogue.waitUntil([&] { return linesLike("has ended early; it is started again") == 3; },
+                                               std::chrono::seconds(60)));
     EXPECT_TRUE(
         m_service->catalogue.waitUntil([&] { return !m_service->catalogue.isGrowing(); }, std::chrono::seconds(60)));
-    EXPECT_EQ(linesLike("has ended early; it is started again"), 3);
+    library->stop();
+    EXPECT_EQ(linesLike("has ended early"), 3);
     EXPECT_EQ(linesLike("keeps ending early"), 0);
     m_lines.clear();
     const auto broken = start("exit 3");
+    ASSERT_TRUE(waitForLine("it is started again"));
+    EXPECT_FALSE(m_service->catalogue.isGrowing()) << "lists wait for nothing that may never come";
     EXPECT_TRUE(waitForLine("keeps ending early; no more music is made"));
     EXPECT_EQ(linesLike("it is started again"), 2);
 }
