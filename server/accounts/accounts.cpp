@@ -95,7 +95,14 @@ std::optional<Account> Accounts::findWhere(const std::string &condition, const s
         return std::nullopt;
     if (passwordHash)
         *passwordHash = row.text(5);
-    return Account{row.integer(0), row.text(1), row.integer(2) != 0, row.integer(3) != 0, row.integer(4) != 0};
+    return Account{row.integer(0),      row.text(1),         row.integer(2) != 0,
+                   row.integer(3) != 0, row.integer(4) != 0, row.text(5)};
+}
+
+bool Accounts::hasSamePassword(const Account &account)
+{
+    const std::optional<Account> now = find(account.id);
+    return now && now->passwordHash == account.passwordHash;
 }
 
 std::optional<Account> Accounts::find(AccountId id)

@@ -20,6 +20,7 @@ struct Account {
     bool isActive = true;
     bool isExplicitFilterOn = false;
     bool hasExplicitPin = false;
+    std::string passwordHash; // at the time when this was read
 };
 
 // Optional details of a person.
@@ -60,6 +61,10 @@ public:
     // Checks a password, as often as LoginThrottle allows. An unknown account takes as long as a known one and is
     // Wrong. `network`: the caller's address, or the network that counts as one caller.
     Login login(const std::string &userName, const std::string &password, const std::string &network);
+
+    // Whether the account still has the password that it was read with. Asked under the store's lock by who opens a
+    // session: checking a password takes its time, and it may have been changed meanwhile.
+    bool hasSamePassword(const Account &account);
 
     std::optional<Account> find(AccountId id);
     std::optional<Account> find(const std::string &userName);

@@ -65,6 +65,14 @@ std::optional<Session> Sessions::find(const std::string &token)
                    row.text(5)};
 }
 
+bool Sessions::isOpen(const Session &session)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT 1 FROM sessions WHERE token_hash = ?1 AND is_revoked = 0");
+    row.with(session.tokenHash);
+    return row.step();
+}
+
 void Sessions::close(const std::string &token)
 {
     m_store.lock()->run("DELETE FROM sessions WHERE token_hash = ?1", tokenHash(token));

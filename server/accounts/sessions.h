@@ -40,6 +40,8 @@ public:
     // Nothing when the token is unknown or has expired.
     std::optional<Session> find(const std::string &token);
     void close(const std::string &token);
+    // Whether it has not been ended since it was found.
+    bool isOpen(const Session &session);
     // From now on the session belongs to that device and ends with its association.
     void bindToDevice(const Session &session, const std::string &deviceId);
 

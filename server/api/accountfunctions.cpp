@@ -46,6 +46,9 @@ Account checkedLogin(Call &call, const std::string &userName, const std::string 
 
 json openUserSession(Call &call, const Account &account, const std::string &deviceId)
 {
+    const Store::Lock db = call.service.store.lock();
+    if (!call.service.accounts.hasSamePassword(account))
+        throw ApiError(Code::BadLogin, "the password was changed a moment ago");
     const std::string token = call.service.sessions.openUser(account.id, call.session.keyHash, deviceId);
     return {{"userToken", token},
             {"userName", account.userName},
@@ -136,6 +139,9 @@ json userLogin(Call &call)
 json associateDevice(Call &call)
 {
     const std::string id = deviceIdOf(call);
+    const Store::Lock db = call.service.store.lock();
+    if (!call.service.sessions.isOpen(call.session)) // it ended while this request waited: it links nothing any more
+        throw ApiError(Code::BadToken, "the session has ended");
     const std::optional<Device> device = call.service.devices.find(id, call.session.keyHash);
     if (!device || device->accountId != call.account())
         refuseUnderMaintenance(call);

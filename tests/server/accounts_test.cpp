@@ -345,10 +345,15 @@ TEST_F(AccountsTest, ANewPasswordEndsAllThatTheOldOneLetIn)
         const std::string rescue = m_service->accounts.issueReset(mira, pinPurpose, 100);
         m_service->activationCodes.grant(m_service->activationCodes.issueForDevice("BBBBBBBBBBBB", m_keyHash), mira);
         EXPECT_EQ(m_service->accounts.changePassword(mira, "short", radios), CreateResult::BadPassword);
-        EXPECT_FALSE(m_service->sessions.find(radio)->isRevoked);
+        const Session open = *m_service->sessions.find(radio);
+        const Account before = *m_service->accounts.find(mira);
+        EXPECT_FALSE(open.isRevoked);
         const std::string secret = isKept ? "nine brown kites" : "ten blue kites";
         EXPECT_EQ(m_service->accounts.changePassword(mira, secret, radios), CreateResult::Done);
         EXPECT_EQ(m_service->sessions.find(radio)->isRevoked, !isKept) << "a revoked radio is told so";
+        EXPECT_EQ(m_service->sessions.isOpen(open), isKept) << "a request that is under way links nothing";
+        EXPECT_FALSE(m_service->accounts.hasSamePassword(before)) << "a login that is under way opens nothing";
+        EXPECT_TRUE(m_service->accounts.hasSamePassword(*m_service->accounts.find(mira)));
         EXPECT_EQ(m_service->devices.find(m_slot, m_keyHash).has_value(), isKept);
         EXPECT_EQ(m_service->devices.takeGrant("BBBBBBBBBBBB-1", m_keyHash).has_value(), isKept);
         EXPECT_TRUE(m_service->sessions.find(unlinked)->isRevoked);
