@@ -44,7 +44,7 @@ std::string WebPages::Visit::value(const std::string &name) const
 http::Response WebPages::visit(const http::Request &request, Handler handler)
 {
     http::Response response;
-    Visit visit{request, response, request.cookie(cookieName), {}, {}};
+    Visit visit{request, response, request.cookie(cookieName), {}, {}, {}};
     const bool isKnown = WebSessions::isCookie(visit.cookie);
     if (isKnown) {
         visit.session = m_sessions.find(visit.cookie);
@@ -105,6 +105,11 @@ void WebPages::signIn(Visit &visit, AccountId account)
     visit.cookie = m_sessions.renew(visit.cookie, visit.session);
     visit.csrf = m_sessions.formToken(visit.cookie);
     setCookie(visit.response, visit.cookie);
+    // A change of the password ends the sessions that are there; this one may have come just after that.
+    if (visit.checked && !m_service.accounts.hasSamePassword(*visit.checked)) {
+        m_sessions.end(visit.cookie);
+        visit.session.account = 0;
+    }
 }
 
 bool WebPages::checkLogin(Visit &visit, const std::string &userName, AccountId *id, std::string *problem)
@@ -113,6 +118,7 @@ bool WebPages::checkLogin(Visit &visit, const std::string &userName, AccountId *
     switch (login.result) {
     case LoginResult::Done:
         *id = login.account.id;
+        visit.checked = login.account;
         return true;
     case LoginResult::Wrong:
         *problem = "The e-mail address or the password is not right.";
