@@ -14,7 +14,7 @@ ProcessSize sizeOf(qint64 pid)
         return size;
     const auto lines = memory.readAll().split('\n');
     for (const QByteArray &line : lines)
-        if (line.startsWith("Private_"))
+        if (line.startsWith("Anonymous:"))
             size.memoryKb += line.simplified().split(' ').value(1).toLongLong();
     size.descriptors =
         int(QDir(process.filePath("fd")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());

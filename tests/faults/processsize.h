@@ -6,7 +6,7 @@ namespace faults {
 
 // What a process holds, read from /proc. All zero: there is no such process.
 struct ProcessSize {
-    qint64 memoryKb = 0; // private, resident
+    qint64 memoryKb = 0; // resident, of no file: files are shared with whoever else runs
     int descriptors = 0;
     int threads = 0;
 };
