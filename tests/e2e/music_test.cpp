@@ -53,8 +53,9 @@ private slots:
         QVERIFY(
             journey.waitFor([](const QJsonObject &now) { return Journey::count(now, "searchResultListWidget") > 0; }));
         QVERIFY(journey.rows("searchResultListWidget").contains(late));
-        QTest::qWait(150); // the list accepts Select only a moment after it appeared
-        QVERIFY(journey.key({"select"}));
+        QVERIFY(journey.keyUntil("select", [](const QJsonObject &now) {
+            return now.value("screen").toString() != QLatin1String("CreateStationDlg");
+        }));
         QVERIFY(journey.waitFor([&](const QJsonObject &now) {
             return Journey::isPlaying(now) && Journey::count(now, stationList) >= before + 1 &&
                    now.value("labels").toObject().value("stationNameLabel").toString().contains(late);
