@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTcpServer>
 #include <QTemporaryDir>
 
@@ -85,9 +86,12 @@ const char *const worldNames[] = {"夜の窓辺で聴く静かな歌",
                                   "Café ☕ 🌧️ 🎶",
                                   "أغان طويلة لليالي الشتاء الباردة قرب النافذة"};
 
-// Renames everything in the service's catalogue to one of these names.
-bool renameEverything(const Journey &journey)
+// Renames everything in the service's catalogue to one of these names, once it has been scanned.
+bool renameEverything(Journey &journey)
 {
+    static const QRegularExpression whole(QStringLiteral("music: (\\d+) files, \\1 of"));
+    if (!QTest::qWaitFor([&] { return journey.serverReport().contains(whole); }, 60'000))
+        return false;
     sqlite3 *store = nullptr;
     bool isDone =
         sqlite3_open(qUtf8Printable(journey.root() + QStringLiteral("/server/velmora.db")), &store) == SQLITE_OK;
