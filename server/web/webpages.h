@@ -28,7 +28,7 @@ private:
         std::string cookie;
         std::string csrf; // the token of this browser's forms
         WebSession session;
-        std::optional<Account> checked; // whose password was checked for this request
+        std::optional<Account> checked;                   // whose password was checked for this request
         std::string value(const std::string &name) const; // of the posted form
         // Whose stations a radio is to play; 0: not known yet.
         AccountId linkingAccount() const { return session.byCode != 0 ? session.byCode : session.account; }

@@ -14,7 +14,8 @@
 
 namespace velmora::server {
 
-// The program as a child process with its output in a pipe; it is ended with the test. `environment` holds "NAME=value".
+// The program as a child process with its output in a pipe; it is ended with the test. `environment` holds
+// "NAME=value".
 class ServerProgram {
 public:
     explicit ServerProgram(std::vector<std::string> arguments, const std::vector<std::string> &environment = {})
