@@ -4,6 +4,7 @@
 #include "server/http/conditions.h"
 #include "server/http/peers.h"
 #include "server/http/server.h"
+#include "server/http/workerpool.h"
 #include "temporarydirectory.h"
 
 #include <fcntl.h>
@@ -358,6 +359,39 @@ TEST_F(HttpTest, TheCallerIsTheLastAddressThatATrustedProxyAdded)
     start();
     const Headers forwarded = {{"X-Forwarded-For", "1.1.1.1"}, {"x-forwarded-for", "198.51.100.1"}};
     EXPECT_EQ(httpGet(m_port, "/address", forwarded).body, "198.51.100.1");
+}
+
+TEST(WorkerPoolTest, CallersTakeTurnsAndOnesQueueIsBounded)
+{
+    std::promise<void> mayGoOn;
+    std::string order; // written by the pool's only thread
+    std::atomic<bool> isDone{false};
+    {
+        WorkerPool pool(1, 6, 3);
+        std::promise<void> hasBegun;
+        ASSERT_TRUE(pool.add("x", [&] {
+            hasBegun.set_value();
+            mayGoOn.get_future().wait();
+        }));
+        hasBegun.get_future().wait();
+        const auto add = [&](const char *caller) {
+            return pool.add(caller, [&, caller] {
+                order += caller;
+                isDone = order.size() == 6;
+            });
+        };
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(add("a"));
+        EXPECT_FALSE(add("a")) << "its own queue is full";
+        EXPECT_TRUE(add("b"));
+        EXPECT_TRUE(add("b"));
+        EXPECT_TRUE(add("c"));
+        EXPECT_FALSE(add("d")) << "all together are full";
+        mayGoOn.set_value();
+        while (!isDone)
+            std::this_thread::yield();
+    }
+    EXPECT_EQ(order, "abcaba");
 }
 
 TEST_F(HttpTest, AFullQueueRefusesRequestsAndAnEndWaitsOnlyForAnswers)
