@@ -3,6 +3,7 @@
 #include "httpclient.h"
 #include "server/http/conditions.h"
 #include "server/http/peers.h"
+#include "server/http/requestparser.h"
 #include "server/http/server.h"
 #include "server/http/workerpool.h"
 #include "temporarydirectory.h"
@@ -158,6 +159,23 @@ TEST_F(HttpTest, AMalformedRequestGetsItsStatusAndEndsTheConnection)
         EXPECT_EQ(answer.header("Connection"), "close") << bytes.substr(0, 80);
         EXPECT_EQ(client.rest(), "") << bytes.substr(0, 80);
     }
+}
+
+TEST_F(HttpTest, ATrailerMayArriveByteByByte)
+{
+    const Limits limits;
+    RequestParser parser(limits);
+    const std::string request =
+        "POST / HTTP/1.1\r\nHost: radio\r\nTransfer-Encoding: chunked\r\n\r\n0\r\nLate: x\r\n\r\n";
+    std::string input;
+    auto state = RequestParser::State::NeedsMore;
+    for (const char byte : request) {
+        EXPECT_NE(state, RequestParser::State::Done);
+        input += byte;
+        state = parser.take(input);
+    }
+    EXPECT_EQ(state, RequestParser::State::Done);
+    EXPECT_EQ(parser.request().body, "");
 }
 
 TEST_F(HttpTest, RequestsThatArriveTogetherOrByteByByteAreAnsweredInTheirOrder)
