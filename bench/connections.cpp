@@ -64,6 +64,54 @@ std::vector<std::unique_ptr<HttpClient>> connected(int port, size_t first, size_
     return clients;
 }
 
+// Requests that are made to be costly, beside those that limits refuse at their first bytes.
+void measureHostileRequests(const Server &server, const std::string &partner)
+{
+    const auto repeated = [](std::string_view piece, size_t bytes) {
+        std::string all;
+        while (all.size() < bytes)
+            all += piece;
+        return all;
+    };
+    const auto post = [&](const std::string &path, const std::string &more, const std::string &body) {
+        return "POST " + path + " HTTP/1.1\r\nHost: radio\r\nConnection: close\r\n" + more +
+               "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+    };
+    const auto call = [&](const std::string &body) {
+        return post("/v1/getPlaylist", "Authorization: Bearer " + partner + "\r\n", body);
+    };
+    const std::string chunked = "POST /v1/getPlaylist HTTP/1.1\r\nHost: radio\r\nTransfer-Encoding: chunked\r\n\r\n";
+    const std::pair<const char *, std::string> requests[] = {
+        {"", call("{}")}, // what the first request of all takes is no matter of it
+        {"small objects", call(R"({"a":[)" + repeated("{},", 65'000) + "{}]}")},
+        {"small numbers", call(R"({"a":[)" + repeated("1,", 65'000) + "1]}")},
+        {"deep lists", call(repeated("[", 65'000))},
+        {"a long text", call(R"({"stationToken":")" + repeated("\\u0041", 65'000) + "\"}")},
+        {"a form of many fields", post("/account/signin", "", repeated("a=b&", 16'000))},
+        {"a form in percent", post("/account/signin", "", "email=" + repeated("%61", 16'000))},
+        {"endless chunks", chunked + repeated("1\r\na\r\n", 2'000'000)},
+        {"an endless chunk header", chunked + "1;" + repeated("a", 2'000'000)},
+        {"an endless header", "GET / HTTP/1.1\r\nX: " + repeated("a", 2'000'000)},
+        {"a packed body", post("/account/signin", "Content-Encoding: br\r\n", repeated("\x8b", 1579))},
+        {"many ranges", "GET /style.css HTTP/1.1\r\nHost: radio\r\nConnection: close\r\nRange: bytes=" +
+                            repeated("0-,", 8000) + "0-\r\n\r\n"},
+    };
+    double most = 0;
+    std::string which;
+    for (const auto &[name, bytes] : requests) {
+        const double megabytes = server.megabytesFor([&bytes = bytes, &server] {
+            HttpClient client(server.port(), "127.0.9.4");
+            client.send(bytes);
+            client.receive();
+        });
+        if (*name != '\0' && megabytes > most) {
+            most = megabytes;
+            which = name;
+        }
+    }
+    figures::print("memory that one hostile request takes at most", most, "MB", 1, which);
+}
+
 void measure(bool isLong)
 {
     rlimit limit{};
@@ -112,6 +160,7 @@ void measure(bool isLong)
         else
             figures::note("playlist, 99th percentile, " + what, figures::percentile(times, 0.99), "ms");
     };
+    measureHostileRequests(server, partner);
     playlists("alone", 0);
 
     auto begin = SteadyClock::now();

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <functional>
 #include <sched.h>
 #include <stdexcept>
 #include <sys/prctl.h>
@@ -96,14 +97,22 @@ void Server::untilMusicIsMade()
         std::sscanf(lineWith("demo catalogue: ").c_str(), "demo catalogue: %d of %d", &made, &total);
 }
 
-double Server::megabytes() const
+double Server::megabytes(const char *line) const
 {
     std::ifstream file("/proc/" + std::to_string(m_pid) + "/status");
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with("VmRSS:"))
-            return std::stod(line.substr(6)) / 1024;
+    for (std::string text; std::getline(file, text);) {
+        if (text.starts_with(line))
+            return std::stod(text.substr(std::strlen(line) + 1)) / 1024;
     }
     return 0;
+}
+
+double Server::megabytesFor(const std::function<void()> &work) const
+{
+    std::ofstream("/proc/" + std::to_string(m_pid) + "/clear_refs") << "5"; // the peak begins anew
+    const double before = megabytes();
+    work();
+    return megabytes("VmHWM") - before;
 }
 
 double Server::cpuSeconds() const

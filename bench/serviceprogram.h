@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <sys/types.h>
@@ -38,7 +39,9 @@ public:
     Server &operator=(const Server &) = delete;
 
     void untilMusicIsMade();
-    double megabytes() const; // resident
+    double megabytes(const char *line = "VmRSS") const; // of /proc/PID/status
+    double
+    megabytesFor(const std::function<void()> &work) const; // at its peak, beyond what was held before // resident
     double cpuSeconds() const;
     size_t sockets() const;
     int port() const { return m_port; }

@@ -8,29 +8,65 @@ namespace velmora::server {
 
 namespace {
 
-// The depth of the brackets outside strings. Checked first, so that the parser never builds a deep tree.
-int deepestLevel(std::string_view text)
-{
-    int level = 0;
-    int deepest = 0;
-    bool isInString = false;
-    for (size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (isInString) {
-            if (c == '\\')
-                ++i;
-            else if (c == '"')
-                isInString = false;
-        } else if (c == '"') {
-            isInString = true;
-        } else if (c == '{' || c == '[') {
-            deepest = std::max(deepest, ++level);
-        } else if (c == '}' || c == ']') {
-            --level;
-        }
+using Json = nlohmann::json;
+
+// Keeps what stands directly in the object. No parameter is a list or an object: those are read past, so that a body of
+// a hundred thousand small values takes no more memory than its text.
+class Reader : public nlohmann::json_sax<Json> {
+public:
+    Json members = Json::object();
+    bool isObject = false;
+    bool isTooMuch = false; // too deep, too many members
+
+    bool null() override { return keep(nullptr); }
+    bool boolean(bool value) override { return keep(value); }
+    bool number_integer(number_integer_t value) override { return keep(value); }
+    bool number_unsigned(number_unsigned_t value) override { return keep(value); }
+    bool number_float(number_float_t value, const string_t &) override { return keep(value); }
+    bool string(string_t &value) override { return keep(std::move(value)); }
+    bool binary(binary_t &) override { return false; }
+    bool key(string_t &name) override
+    {
+        if (m_level == 1)
+            m_name = std::move(name);
+        return true;
     }
-    return deepest;
-}
+    bool start_object(std::size_t) override
+    {
+        isObject = isObject || m_level == 0;
+        return open();
+    }
+    bool start_array(std::size_t) override { return open(); }
+    bool end_object() override { return close(); }
+    bool end_array() override { return close(); }
+    bool parse_error(std::size_t, const std::string &, const nlohmann::detail::exception &) override { return false; }
+
+private:
+    template <class Value>
+    bool keep(Value &&value)
+    {
+        if (m_level != 1 || !isObject)
+            return true;
+        members[m_name] = std::forward<Value>(value);
+        isTooMuch = members.size() > Parameters::mostMembers;
+        return !isTooMuch;
+    }
+    bool open()
+    {
+        if (m_level == 1)
+            members.erase(m_name); // the last one of a name counts
+        isTooMuch = ++m_level > Parameters::mostLevels;
+        return !isTooMuch;
+    }
+    bool close()
+    {
+        --m_level;
+        return true;
+    }
+
+    int m_level = 0;
+    std::string m_name;
+};
 
 [[noreturn]] void malformed(const char *name)
 {
@@ -43,12 +79,14 @@ Parameters Parameters::parse(std::string_view text)
 {
     if (text.size() > mostBytes)
         throw ApiError(Code::Malformed, "the body is too large");
-    if (deepestLevel(text) > mostLevels)
-        throw ApiError(Code::Malformed, "the body is too deep");
-    Parameters parameters;
-    parameters.m_object = nlohmann::json::parse(text, nullptr, false);
-    if (!parameters.m_object.is_object())
+    Reader reader;
+    const bool isWhole = Json::sax_parse(text, &reader);
+    if (reader.isTooMuch)
+        throw ApiError(Code::Malformed, "the body is too deep or has too many members");
+    if (!isWhole || !reader.isObject)
         throw ApiError(Code::Malformed, "the body is not a JSON object");
+    Parameters parameters;
+    parameters.m_object = std::move(reader.members);
     return parameters;
 }
 

@@ -13,6 +13,7 @@ class Parameters {
 public:
     static constexpr size_t mostBytes = 64 * 1024;
     static constexpr int mostLevels = 16;
+    static constexpr size_t mostMembers = 64;
 
     // Throws ApiError when the text is not one JSON object within these limits.
     static Parameters parse(std::string_view text);

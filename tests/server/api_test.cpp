@@ -32,6 +32,9 @@ TEST_F(ApiTest, BodiesThatAreNoJsonObjectAre5001)
     const std::string tooDeep = deep + "1" + std::string(17, '}');
     const std::string deepEnough = deep.substr(5) + "1" + std::string(16, '}');
     const std::string brackets = R"({"deviceKey":")" + std::string(50, '[') + "\"}";
+    std::string members = "{";
+    for (int i = 0; i < 65; ++i)
+        members += "\"" + std::to_string(i) + "\":1,";
     const std::pair<std::string, int> cases[] = {{"", 400},
                                                  {"[]", 400},
                                                  {"\"text\"", 400},
@@ -41,6 +44,8 @@ TEST_F(ApiTest, BodiesThatAreNoJsonObjectAre5001)
                                                  {tooDeep, 400},
                                                  {deepEnough, 200},
                                                  {brackets, 200},
+                                                 {members + R"("a":1})", 400},
+                                                 {members.substr(0, members.size() - 7) + R"("64":[1,2]})", 200},
                                                  {"{\"a\":\"" + std::string(70000, 'x') + "\"}", 400}};
     for (const auto &[body, httpStatus] : cases) {
         const Answer answer = m_dispatcher->answer({"v1", "partnerLogin", body, "", "", ""});
