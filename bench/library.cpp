@@ -434,6 +434,47 @@ bool renderMusic(const fs::path &folder, int copies)
     return number > 0;
 }
 
+// Writes tracks of two tones each, 21 to 51 s, FLAC, twelve by each player. Returns false when the disk is full.
+bool makeManyTracks(const fs::path &folder, int count)
+{
+    constexpr int rate = 16000, shortest = 21, longest = 51, perFolder = 500;
+    std::atomic<bool> isWhole{true};
+    std::array<int16_t, 1 << 14> wave{}; // one period
+    for (size_t i = 0; i < wave.size(); ++i)
+        wave[i] = static_cast<int16_t>(6000 * std::sin(2 * M_PI * static_cast<double>(i) / wave.size()));
+    const auto make = [&](int first) {
+        std::vector<int16_t> samples;
+        for (int number = first; number < count && isWhole; number += 2) {
+            const size_t low = (80 + number % 701) * wave.size() / rate;
+            const size_t high = (900 + number % 1999) * wave.size() / rate;
+            samples.resize(rate * shortest + static_cast<size_t>(number) * 7919 % (rate * (longest - shortest)));
+            for (size_t i = 0; i < samples.size(); ++i)
+                samples[i] = static_cast<int16_t>(wave[low * i % wave.size()] + wave[high * i % wave.size()] / 3);
+            const fs::path file = folder / std::to_string(number / perFolder) / (std::to_string(number) + ".flac");
+            fs::create_directories(file.parent_path());
+            SF_INFO target{};
+            target.samplerate = rate;
+            target.channels = 1;
+            target.format = SF_FORMAT_FLAC | SF_FORMAT_PCM_16;
+            SNDFILE *sound = sf_open(file.c_str(), SFM_WRITE, &target);
+            if (!sound) {
+                isWhole = false;
+                return;
+            }
+            sf_set_string(sound, SF_STR_TITLE, ("Tones " + std::to_string(number)).c_str());
+            sf_set_string(sound, SF_STR_ARTIST, ("Player " + std::to_string(number / 12)).c_str());
+            const auto frames = static_cast<sf_count_t>(samples.size());
+            if (sf_writef_short(sound, samples.data(), frames) != frames)
+                isWhole = false;
+            sf_close(sound);
+        }
+    };
+    std::thread other(make, 1);
+    make(0);
+    other.join();
+    return isWhole;
+}
+
 void measureListening(const fs::path &music)
 {
     std::map<std::string, std::pair<double, double>> used; // CPU and music in seconds, by kind
@@ -460,9 +501,9 @@ void measureListening(const fs::path &music)
 }
 
 // Plays a track at its own speed over HTTP while the rest is listened to: what arrives must stay ahead of what plays.
-void measurePlaying(const fs::path &directory, const fs::path &music)
+void measurePlaying(const fs::path &music, const std::string &what)
 {
-    Listener listener(directory / "play-data");
+    Listener listener(music.string() + "-data");
     StationService &service = listener.service;
     LibrarySettings settings = settingsFor(music, service, true);
     settings.config.workers = 2;
@@ -519,26 +560,28 @@ void measurePlaying(const fs::path &directory, const fs::path &music)
         if (answer.status == 200)
             ms.push_back(secondsSince(asked) * 1000);
         std::this_thread::sleep_for(50ms);
-        if (secondsSince(begin) > 300)
+        if (secondsSince(begin) > 180)
             break;
     }
     isStopping = true;
     radio.join();
     library.stop();
-    const std::string remark = std::to_string(ms.size()) + " lists; listened to " +
-                               std::to_string(library.store().counts().analysed) + " files meanwhile";
-    figures::print("library, list while files are listened to, 99th percentile", figures::percentile(ms, 0.99), " ms",
-                   50, remark);
-    figures::print("library, sound lost while files are listened to", lost, " s", 1,
+    const auto counts = library.store().counts();
+    const std::string remark = std::to_string(ms.size()) + " lists; listened to " + std::to_string(counts.analysed) +
+                               " files meanwhile, " + std::to_string(counts.toAnalyse) + " left";
+    figures::print("library, list while " + what + " are listened to, 99th percentile", figures::percentile(ms, 0.99),
+                   " ms", 50, remark);
+    figures::print("library, sound lost while " + what + " are listened to", lost, " s", 1,
                    std::to_string(static_cast<int>(played)) + " s played");
-    printWaits("files are listened to", asker.stop());
+    printWaits(what + " are listened to", asker.stop());
     server.stop();
 }
 
 } // namespace
 
 // Arguments: how many files are scanned (5000), how many tracks the large library has (100000), how many files of each
-// of six pieces are rendered and listened to (4); 0 leaves that out.
+// of six pieces are rendered and listened to (4), how many short tracks wait to be listened to while one plays, for
+// five minutes at most (50000); 0 leaves that out.
 int main(int argc, char *argv[])
 {
     const auto argument = [&](int place, int otherwise) { return argc > place ? std::atoi(argv[place]) : otherwise; };
@@ -553,10 +596,16 @@ int main(int argc, char *argv[])
     if (const int copies = argument(3, 4); copies > 0) {
         if (renderMusic(directory / "music", copies)) {
             measureListening(directory / "music");
-            measurePlaying(directory, directory / "music");
+            measurePlaying(directory / "music", "files");
         } else {
             figures::note("library, listening", "not measured: no music could be rendered");
         }
+    }
+    if (const int tracks = argument(4, 50000); tracks > 0) {
+        if (makeManyTracks(directory / "many", tracks))
+            measurePlaying(directory / "many", std::to_string(tracks) + " files");
+        else
+            figures::note("library, playing while many files are listened to", "not measured: the disk is full");
     }
     fs::remove_all(directory);
     return 0;

@@ -173,7 +173,8 @@ private:
     static void inherit(Database &db, int64_t trackId);
     static void dropUnused(Database &db); // albums and artists without tracks
     void joinRecordings(Database &db, int64_t trackId, int64_t otherId);
-    void findDuplicates(Database &db, const ToAnalyse &file, const media::MediaAnalysis &analysis);
+    // A track with this sound, 0: none. Takes the lock itself, again and again.
+    int64_t sameRecordingAs(int64_t trackId, const media::MediaAnalysis &analysis);
 
     Store &m_store;
     Catalogue &m_catalogue;

@@ -73,10 +73,6 @@ void LibraryStore::putAnalysis(const ToAnalyse &file, const media::MediaAnalysis
         if (!isStill(*db, file))
             return;
         Transaction change(*db, Durability::Later);
-        db->run(
-            "UPDATE files SET analysis_version = ?2, left_out = CASE WHEN ?3 = '' THEN left_out ELSE ?3 END, noted_at "
-            "= CASE WHEN ?3 = '' THEN noted_at ELSE ?4 END WHERE id = ?1",
-            file.fileId, media::descriptorVersion, leftOut, m_clock());
         db->run("UPDATE tracks SET gain_db = COALESCE(?2, gain_db), peak = ?3, seconds = ?4, duration = ?5, kind = ?6, "
                 "tempo = CASE WHEN ?7 > 0 THEN ?7 ELSE tempo END WHERE id = ?1",
                 file.trackId, gain, analysis.peak, analysis.seconds,
@@ -87,9 +83,22 @@ void LibraryStore::putAnalysis(const ToAnalyse &file, const media::MediaAnalysis
                 "INSERT INTO descriptors (track_id, version, numbers) VALUES (?1, ?2, ?3) ON CONFLICT (track_id) DO "
                 "UPDATE SET version = ?2, numbers = ?3",
                 file.trackId, media::descriptorVersion, Blob{numbers});
-            if (leftOut.empty())
-                findDuplicates(*db, file, analysis);
         }
+        change.commit();
+    }
+    // After the numbers are stored: of two alike that are listened to at the same time, the later one finds the other.
+    const int64_t same = analysis.numbers && leftOut.empty() ? sameRecordingAs(file.trackId, analysis) : 0;
+    {
+        const Store::Lock db = m_store.lock();
+        if (!isStill(*db, file))
+            return;
+        Transaction change(*db, Durability::Later);
+        db->run(
+            "UPDATE files SET analysis_version = ?2, left_out = CASE WHEN ?3 = '' THEN left_out ELSE ?3 END, noted_at "
+            "= CASE WHEN ?3 = '' THEN noted_at ELSE ?4 END WHERE id = ?1",
+            file.fileId, media::descriptorVersion, leftOut, m_clock());
+        if (same != 0)
+            joinRecordings(*db, file.trackId, same);
         settleRecording(*db, file.trackId);
         change.commit();
     }

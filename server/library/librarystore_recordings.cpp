@@ -87,16 +87,17 @@ void LibraryStore::joinRecordings(Database &db, int64_t trackId, int64_t otherId
            old);
 }
 
-void LibraryStore::findDuplicates(Database &db, const ToAnalyse &file, const media::MediaAnalysis &analysis)
+int64_t LibraryStore::sameRecordingAs(int64_t trackId, const media::MediaAnalysis &analysis)
 {
     // How much each number differs within the library, from a sample.
     media::Descriptor mean{};
     media::Descriptor spread{};
+    media::Descriptor numbers{};
     int64_t sampled = 0;
     {
-        Statement row = db.prepare("SELECT numbers FROM descriptors WHERE version = ?1 LIMIT 256");
+        const Store::Lock db = m_store.lock();
+        Statement row = db->prepare("SELECT numbers FROM descriptors WHERE version = ?1 LIMIT 256");
         row.with(media::descriptorVersion);
-        media::Descriptor numbers{};
         while (row.step()) {
             if (!readHalves(row.blob(0), numbers))
                 continue;
@@ -111,33 +112,39 @@ void LibraryStore::findDuplicates(Database &db, const ToAnalyse &file, const med
         mean[i] /= static_cast<float>(sampled);
         spread[i] = std::sqrt(std::max(1e-6f, spread[i] / static_cast<float>(sampled) - mean[i] * mean[i]));
     }
-    int64_t same = 0;
-    {
-        Statement row = db.prepare("SELECT t.id, d.numbers, t.folded = own.folded AND t.artist_id = own.artist_id FROM "
-                                   "tracks own JOIN tracks t "
-                                   "ON t.seconds BETWEEN ?2 AND ?3 AND t.id <> own.id JOIN descriptors d ON d.track_id "
-                                   "= t.id WHERE own.id = ?1 "
-                                   "AND t.kind = 'music' AND d.version = ?4");
-        row.with(file.trackId, analysis.seconds - sameDuration, analysis.seconds + sameDuration,
-                 media::descriptorVersion);
-        media::Descriptor numbers{};
-        while (same == 0 && row.step()) {
-            if (!readHalves(row.blob(1), numbers))
-                continue;
-            double sum = 0;
-            for (size_t i = 0; i < numbers.size(); ++i) {
-                const double apart = ((*analysis.numbers)[i] - numbers[i]) / spread[i];
-                sum += apart * apart;
-            }
-            const bool hasSameName = row.integer(2) != 0;
-            const double distance = std::sqrt(sum / static_cast<double>(numbers.size()));
-            // In a small library every difference looks large or small; then the names must say it too.
-            if (sampled < scaleTracks ? hasSameName : distance < (hasSameName ? sameRecordingByName : sameRecording))
-                same = row.integer(0);
+    const auto isSame = [&](bool hasSameName) {
+        // In a small library every difference looks large or small; then the names must say it too.
+        if (sampled < scaleTracks)
+            return hasSameName;
+        double sum = 0;
+        for (size_t i = 0; i < numbers.size(); ++i) {
+            const double apart = ((*analysis.numbers)[i] - numbers[i]) / spread[i];
+            sum += apart * apart;
+        }
+        const double distance = std::sqrt(sum / static_cast<double>(numbers.size()));
+        return distance < (hasSameName ? sameRecordingByName : sameRecording);
+    };
+    // In pieces: requests get the lock between them, however many tracks are as long as this one.
+    double afterSeconds = analysis.seconds - sameDuration;
+    int64_t afterId = 0;
+    for (bool isMore = true; isMore;) {
+        isMore = false;
+        const Store::Lock db = m_store.lock();
+        Statement row = db->prepare("SELECT t.id, t.seconds, d.numbers, t.folded = own.folded AND t.artist_id = "
+                                    "own.artist_id FROM tracks own JOIN tracks t ON (t.seconds, t.id) > (?2, ?3) AND "
+                                    "t.seconds <= ?4 AND t.id <> own.id JOIN descriptors d ON d.track_id = t.id WHERE "
+                                    "own.id = ?1 AND t.kind = 'music' AND d.version = ?5 ORDER BY t.seconds, t.id "
+                                    "LIMIT 200");
+        row.with(trackId, afterSeconds, afterId, analysis.seconds + sameDuration, media::descriptorVersion);
+        while (row.step()) {
+            isMore = true;
+            afterId = row.integer(0);
+            afterSeconds = row.real(1);
+            if (readHalves(row.blob(2), numbers) && isSame(row.integer(3) != 0))
+                return afterId;
         }
     }
-    if (same != 0)
-        joinRecordings(db, file.trackId, same);
+    return 0;
 }
 
 } // namespace velmora::server
