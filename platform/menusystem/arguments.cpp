@@ -2,6 +2,7 @@
 
 #include "menumessages.h"
 #include "remotekeytable.h"
+#include "settingscommand.h"
 
 #include <QDir>
 
@@ -55,7 +56,13 @@ std::optional<Arguments> parseCommand(Arguments arguments, QStringList words, QS
         return one({menu::MessageType::Exit, 0, 0, {}});
     if (command == QLatin1String("status") && words.isEmpty())
         return one({menu::MessageType::Status, 0, 0, {}});
-    return refused(reason, QStringLiteral("\"%1\" is not understood").arg((QStringList(command) + words).join(u' ')));
+    const QStringList all = QStringList(command) + words;
+    if (isSettingCommand(all)) {
+        arguments.mode = Arguments::Mode::Settings;
+        arguments.settingWords = all;
+        return arguments;
+    }
+    return refused(reason, QStringLiteral("\"%1\" is not understood").arg(all.join(u' ')));
 }
 
 bool readSeconds(const QString &word, int *seconds)
@@ -123,6 +130,7 @@ QString usage()
                " [--insist-after SECONDS] -- PROGRAM [ARGUMENT]...\n"
                "       velmora-menu [--socket PATH] key NAME... | screensaver on|off | network down|up |"
                " exit | status | screenshot FILE.png\n"
+               "       velmora-menu get KEY | set KEY VALUE | settings\n"
                "key names: %1 text \"LETTERS\"\n")
         .arg(netcommon::keys::allKeyNames());
 }

@@ -21,7 +21,7 @@ struct Request {
 };
 
 struct Arguments {
-    enum class Mode { Run, Command, Help, MeasureScreen };
+    enum class Mode { Run, Command, Settings, Help, MeasureScreen };
 
     Mode mode = Mode::Command;
     QString socket; // empty: the default place
@@ -35,6 +35,9 @@ struct Arguments {
 
     // Mode::Command
     std::vector<Request> requests; // in their order
+
+    // Mode::Settings
+    QStringList settingWords; // get KEY, set KEY VALUE, or settings
 };
 
 // Empty, with a reason, when a word is not understood.

@@ -4,6 +4,7 @@
 #include "commandclient.h"
 #include "menuserver.h"
 #include "screenscale.h"
+#include "settingscommand.h"
 #include "socketplace.h"
 
 #include <QCoreApplication>
@@ -77,6 +78,8 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     if (arguments->mode == Mode::MeasureScreen)
         return printScreenSize();
+    if (arguments->mode == Mode::Settings)
+        return runSettingsCommand(arguments->settingWords);
     QString socket = arguments->socket;
     if (socket.isEmpty())
         socket = usualSocket(qEnvironmentVariable("XDG_RUNTIME_DIR"), QDir::tempPath(), isRadio, &reason);

@@ -1,6 +1,7 @@
 #include "radioprocess.h"
 
 #include "menumessages.h"
+#include "platform/shared/devicesettings.h"
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -8,6 +9,27 @@
 #include <unistd.h>
 
 namespace menusystem {
+
+namespace {
+
+// What a person has chosen on this device. The environment wins, as it does over the library's own file.
+void addSettings(QProcessEnvironment &environment)
+{
+    const platform::DeviceSettings settings;
+    for (const auto &[key, name] :
+         {std::pair("sound/output", "VELMORA_AUDIO_SINK"), std::pair("service/address", "VELMORA_WS_SERVER")}) {
+        const QString value = settings.value(key).toString();
+        if (!value.isEmpty() && !environment.contains(QString::fromLatin1(name)))
+            environment.insert(QString::fromLatin1(name), value);
+    }
+    const QString locale = settings.value("language/locale").toString();
+    if (!locale.isEmpty()) {
+        environment.remove(QStringLiteral("LC_ALL"));
+        environment.insert(QStringLiteral("LANG"), locale + QStringLiteral(".UTF-8"));
+    }
+}
+
+} // namespace
 
 RadioProcess::RadioProcess(QObject *parent)
     : QProcess(parent)
@@ -43,6 +65,7 @@ void RadioProcess::startRadio(const QStringList &program, const QString &socket,
                                       std::pair("MALLOC_TRIM_THRESHOLD_", "131072")})
         if (!environment.contains(QString::fromLatin1(name)))
             environment.insert(QString::fromLatin1(name), QString::fromLatin1(value));
+    addSettings(environment);
     if (isWindowed)
         environment.insert(QStringLiteral("VELMORA_WINDOWED"), QStringLiteral("1"));
     setProcessEnvironment(environment);

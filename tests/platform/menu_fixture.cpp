@@ -18,6 +18,7 @@ void MenuFixture::prepare(QProcess &process)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.remove("VELMORA_MENU_SOCKET");
+    environment.insert("VELMORA_DEVICE_CONF", "/nonexistent/device.conf"); // the defaults
     process.setProcessEnvironment(environment);
     process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
 }
