@@ -16,7 +16,7 @@ void Retry::begin(const RetryLimits &limits, bool isStart, Clock::time_point now
         return;
     m_ends = now + (isStart ? limits.forTimeAtStart : limits.forTime);
     m_pause = limits.firstPause;
-    m_longestPause = 16 * limits.firstPause;
+    m_longestPause = 8 * limits.firstPause;
 }
 
 std::optional<Clock::time_point> Retry::failed(Clock::time_point now, std::chrono::seconds retryAfter, double chance)

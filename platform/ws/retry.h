@@ -10,7 +10,7 @@ namespace velmora::ws {
 struct RetryLimits {
     std::chrono::milliseconds forTime{45'000};        // from the first attempt to the last one
     std::chrono::milliseconds forTimeAtStart{60'000}; // the same, while the service has never answered
-    std::chrono::milliseconds firstPause{500};        // doubled after each attempt, up to sixteen times as long
+    std::chrono::milliseconds firstPause{500};        // doubled after each attempt, up to eight times as long
 };
 
 // When one request that failed for a passing reason is sent again. Plain values: time and chance are arguments.

@@ -26,7 +26,7 @@ const std::vector<Scenario> starts = {
      .isQuick = true},
     {.name = "start: the service comes up forty seconds after the radio",
      .faults = {{.kind = Kind::Down, .lasts = 40}},
-     .silence = start + 48,
+     .silence = start + 44,
      .isFromLaunch = true,
      .within = 120},
     {.name = "start: no service for more than a minute",
@@ -73,15 +73,15 @@ const std::vector<Scenario> starts = {
 
 // The playlist that is wanted where a track ends.
 const std::vector<Scenario> playlists = {
-    // The pauses between attempts double: the one that ends last may be 8 s.
+    // The pauses between attempts double: the one that ends last may be 4 s.
     {.name = "playlist: the service restarts for eight seconds where a track ends",
      .faults = {{.kind = Kind::Down, .lasts = 8, .since = "getPlaylist"}},
-     .silence = 17,
+     .silence = 13,
      .isLastTrack = true,
      .isQuick = true},
     {.name = "playlist: the service is away for forty seconds",
      .faults = {{.kind = Kind::Down, .lasts = 40, .since = "getPlaylist"}},
-     .silence = 49,
+     .silence = 45,
      .isLastTrack = true,
      .within = 120},
     {.name = "playlist: the service is away for more than a minute",

@@ -339,7 +339,7 @@ private slots:
             QVERIFY2(serviceAddress(bad).empty(), bad);
     }
 
-    // Failing attempts at given chances: the pauses double from half a second to eight, half of each by chance, and the
+    // Failing attempts at given chances: the pauses double from half a second to four, half of each by chance, and the
     // last attempt is made when the time is over.
     void aFailedRequestIsRepeatedWithGrowingPauses()
     {
@@ -360,9 +360,9 @@ private slots:
             }
             return seen;
         };
-        QCOMPARE(dues(1, false, 0ms, 0s), (QList<qint64>{500, 1500, 3500, 7500, 15500, 23500, 31500, 39500, 45000}));
-        QCOMPARE(dues(0, false, 0ms, 0s), (QList<qint64>{250, 750, 1750, 3750, 7750, 11750, 15750, 19750, 23750, 27750,
-                                                         31750, 35750, 39750, 43750, 45000}));
+        QCOMPARE(dues(1, false, 0ms, 0s), (QList<qint64>{500, 1500, 3500, 7500, 11500, 15500, 19500, 23500, 27500,
+                                                         31500, 35500, 39500, 43500, 45000}));
+        QCOMPARE(dues(0, false, 0ms, 0s).mid(0, 6), (QList<qint64>{250, 750, 1750, 3750, 5750, 7750}));
         QCOMPARE(dues(1, true, 10s, 0s), (QList<qint64>{10500, 21500, 33500, 47500, 60000}));
         QCOMPARE(dues(1, false, 0ms, 20s), (QList<qint64>{20000, 40000})); // no sooner than it was told
         QCOMPARE(dues(1, false, 0ms, 46s), QList<qint64>());
