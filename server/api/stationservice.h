@@ -13,6 +13,15 @@
 
 namespace velmora::server {
 
+// A mail that no mail server has taken.
+struct KeptMail {
+    std::string name;      // among the kept ones
+    int64_t writtenAt = 0; // Unix seconds
+    std::string recipient;
+    std::string subject;
+    std::string text; // what a person reads, with the link
+};
+
 // Sends the service's mails. All functions return at once; whether a mail was sent is not reported.
 class Mailer {
 public:
@@ -27,6 +36,13 @@ public:
     // The token becomes part of a link in the mail, which is the only copy of it.
     virtual void sendPasswordReset(const std::string &address, const std::string &token) = 0;
     virtual void sendPinRescue(const std::string &address, const std::string &token) = 0;
+
+    // False: every mail is kept for the owner of the service to pass on.
+    virtual bool hasServer() const { return true; }
+    // The kept ones, the newest first, a hundred at most. From any thread.
+    virtual std::vector<KeptMail> kept() const { return {}; }
+    // False when none is called so.
+    virtual bool forget(const std::string &) { return false; }
 };
 
 inline constexpr int64_t resetSeconds = 3600; // the life of links for a new password or PIN

@@ -1,5 +1,8 @@
 #include "server/web/html.h"
 
+#include <algorithm>
+#include <ctime>
+
 namespace velmora::server::html {
 
 std::string escape(const std::string &text)
@@ -43,6 +46,26 @@ std::string render(const Page &page)
     return text + "</main>\n</body>\n</html>\n";
 }
 
+std::string paragraphs(const std::string &text)
+{
+    std::string all;
+    for (size_t at = 0; at < text.size();) {
+        const size_t end = std::min(text.find("\n\n", at), text.size());
+        const std::string piece = text.substr(at, end - at);
+        const bool isAddress = (piece.starts_with("https://") || piece.starts_with("http://")) &&
+                               piece.find_first_of(" \n") == std::string::npos;
+        all += isAddress ? link(piece, piece) : paragraph(piece);
+        at = std::min(end + 2, text.size());
+    }
+    return all;
+}
+
+std::string mail(const std::string &title, const std::string &text)
+{
+    return "<!doctype html>\n<html lang=\"en\">\n<head><meta charset=\"utf-8\"><title>" + escape(title) +
+           "</title></head>\n<body>\n" + paragraphs(text) + "</body>\n</html>\n";
+}
+
 std::string heading(const std::string &text)
 {
     return "<h1>" + escape(text) + "</h1>\n";
@@ -66,6 +89,16 @@ std::string warning(const std::string &text)
 std::string fact(const std::string &name, const std::string &value)
 {
     return "<p class=\"fact\"><span>" + escape(name) + "</span> " + escape(value) + "</p>\n";
+}
+
+std::string timeText(int64_t seconds)
+{
+    const std::time_t time = seconds;
+    std::tm parts{};
+    ::localtime_r(&time, &parts);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &parts);
+    return text;
 }
 
 std::string form(const std::string &action, const std::string &csrf, const std::string &fields)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 // The pieces that every page is made of. Whatever comes from outside goes through escape().
@@ -21,6 +22,9 @@ std::string warning(const std::string &text);
 // A fact with its name, for example "Model: kitchen radio".
 std::string fact(const std::string &name, const std::string &value);
 
+// A moment (Unix seconds) in the service's time zone.
+std::string timeText(int64_t seconds);
+
 // A form that posts to `action`; `csrf` comes along in it. `fields` are made of the pieces below.
 std::string form(const std::string &action, const std::string &csrf, const std::string &fields);
 struct Field {
@@ -41,6 +45,11 @@ std::string hidden(const std::string &name, const std::string &value);
 std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
 std::string plainButton(const std::string &label, const std::string &name, const std::string &value); // less prominent
 std::string link(const std::string &address, const std::string &label);
+
+// A text's paragraphs, which an empty line divides; one that is an address becomes a link.
+std::string paragraphs(const std::string &text);
+// The HTML part of a mail, without style sheet or picture.
+std::string mail(const std::string &title, const std::string &text);
 
 // The style sheet, served as /style.css: dark, one column, large enough for a thumb.
 const char *styleSheet();

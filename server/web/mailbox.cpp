@@ -1,11 +1,13 @@
 #include "server/web/mailbox.h"
 
 #include "server/accounts/mailaddress.h"
+#include "server/web/html.h"
 
 #include <curl/curl.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
@@ -19,6 +21,8 @@ namespace velmora::server {
 namespace {
 
 constexpr size_t mostWaiting = 100;
+constexpr size_t mostKept = 100;         // that are shown
+constexpr size_t mostOfMail = 16 * 1024; // bytes
 constexpr long connectSeconds = 10;
 constexpr long wholeSeconds = 30;
 
@@ -44,6 +48,37 @@ std::string mailDate(int64_t now)
     char text[64];
     std::strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S +0000", &parts);
     return text;
+}
+
+// Ours, and in no other folder.
+bool isMailFile(std::string_view name)
+{
+    return name.ends_with(".eml") && name.front() >= '0' && name.front() <= '9' &&
+           name.find('/') == std::string_view::npos;
+}
+
+// A mail as message() writes it; an older one has no parts.
+KeptMail readable(const std::string &name, const std::string &message)
+{
+    const auto between = [](const std::string &text, const std::string &begin, const std::string &end) {
+        const size_t at = text.find(begin);
+        if (at == std::string::npos)
+            return std::string();
+        const size_t from = at + begin.size();
+        return text.substr(from, text.find(end, from) - from);
+    };
+    KeptMail mail;
+    mail.name = name;
+    std::from_chars(name.data(), name.data() + name.size(), mail.writtenAt);
+    const size_t split = std::min(message.find("\r\n\r\n"), message.size());
+    const std::string head = message.substr(0, split) + "\r\n";
+    mail.recipient = between(head, "\r\nTo: <", ">");
+    mail.subject = between(head, "\r\nSubject: ", "\r\n");
+    mail.text = message.substr(std::min(split + 4, message.size()));
+    if (const std::string boundary = between(head, "boundary=\"", "\""); !boundary.empty())
+        mail.text = between(mail.text, "\r\n\r\n", "\r\n--" + boundary);
+    std::erase(mail.text, '\r');
+    return mail;
 }
 
 } // namespace
@@ -85,14 +120,46 @@ std::string Mailbox::message(const std::string &sender, const std::string &recip
     // A line break would let a recipient add headers.
     if (!isMailAddress(recipient))
         return {};
-    std::string mail =
-        "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient +
-        ">\r\nSubject: " + subject + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n" +
-        "MIME-Version: 1.0\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Transfer-Encoding: 8bit\r\n" +
-        "Auto-Submitted: auto-generated\r\n\r\n";
-    for (const char c : text)
-        mail += c == '\n' ? std::string("\r\n") : std::string(1, c);
-    return mail;
+    const std::string boundary = "velmora-" + randomToken(16); // in no text that somebody else wrote
+    const auto part = [&](const char *type, const std::string &content) {
+        std::string lines = "--" + boundary + "\r\nContent-Type: " + type +
+                            "; charset=utf-8\r\nContent-Transfer-Encoding: 8bit\r\n\r\n";
+        for (const char c : content)
+            lines += c == '\n' ? std::string("\r\n") : std::string(1, c);
+        return lines + "\r\n";
+    };
+    return "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient +
+           ">\r\nSubject: " + subject + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n" +
+           "MIME-Version: 1.0\r\nContent-Type: multipart/alternative; boundary=\"" + boundary + "\"\r\n" +
+           "Auto-Submitted: auto-generated\r\n\r\n" + part("text/plain", text) +
+           part("text/html", html::mail(subject, text)) + "--" + boundary + "--\r\n";
+}
+
+std::vector<KeptMail> Mailbox::kept() const
+{
+    std::vector<std::filesystem::path> files;
+    std::error_code problem;
+    for (std::filesystem::directory_iterator entry(m_settings.outbox, problem), end; !problem && entry != end;
+         entry.increment(problem)) {
+        if (isMailFile(entry->path().filename().native()))
+            files.push_back(entry->path());
+    }
+    std::sort(files.rbegin(), files.rend()); // their names begin with the time
+    files.resize(std::min(files.size(), mostKept));
+    std::vector<KeptMail> mails;
+    for (const std::filesystem::path &file : files) {
+        std::ifstream stream(file, std::ios::binary);
+        std::string message(mostOfMail, '\0');
+        stream.read(message.data(), static_cast<std::streamsize>(message.size()));
+        message.resize(static_cast<size_t>(stream.gcount()));
+        mails.push_back(readable(file.filename().native(), message));
+    }
+    return mails;
+}
+
+bool Mailbox::forget(const std::string &name)
+{
+    return isMailFile(name) && ::unlink((m_settings.outbox / name).c_str()) == 0;
 }
 
 bool Mailbox::later(std::function<void()> job)
@@ -120,8 +187,8 @@ void Mailbox::sendHasAccount(const std::string &address)
     enqueue(
         address, "Your Velmora account",
         "Somebody, probably you, wants a Velmora account with this address. There is one already: sign in with its\n"
-        "password. If you have forgotten it, ask the radio for a new one.\n\nYour account:\n\n" +
-            m_settings.address() + "/account\n\nIf it was not you, do nothing.\n");
+        "password. If you have forgotten it, this page sends a link for a new one:\n\n" +
+            m_settings.address() + "/forgot\n\nIf it was not you, do nothing.\n");
 }
 
 void Mailbox::sendPasswordReset(const std::string &address, const std::string &token)

@@ -51,11 +51,15 @@ public:
     void sendHasAccount(const std::string &address) override;
     void sendPasswordReset(const std::string &address, const std::string &token) override;
     void sendPinRescue(const std::string &address, const std::string &token) override;
+    bool hasServer() const override { return !m_settings.smtp.empty(); }
+    std::vector<KeptMail> kept() const override;
+    bool forget(const std::string &name) override;
 
     // Nothing waits and nothing is being sent.
     bool isIdle();
 
-    // The whole message, headers and all; a recipient that is no mail address is refused (empty).
+    // The whole message, headers and all, as plain text and as HTML; a recipient that is no mail address is refused
+    // (empty). A line of the text that is an address becomes a link.
     static std::string message(const std::string &sender, const std::string &recipient, const std::string &subject,
                                const std::string &text, int64_t now);
 

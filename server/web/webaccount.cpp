@@ -38,7 +38,7 @@ void WebPages::signInPage(Visit &visit, const std::string &problem, const std::s
          html::heading("Your account") + html::error(problem) +
              html::form("/account/signin", visit.csrf,
                         html::emailField(userName) + html::passwordField("Password") + html::button("Sign in")) +
-             html::link("/activate", "Activate a radio"),
+             html::link("/forgot", "Forgotten your password?") + html::link("/activate", "Activate a radio"),
          status);
 }
 
@@ -63,7 +63,7 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
                                html::plainButton("Remove", "device", device.deviceId) + "</div>");
     }
     if (isOwner(visit))
-        body += html::link("/library", "The music");
+        body += html::link("/library", "The music") + html::link("/library/mails", "Waiting mails");
     body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
             html::form("/account/password", visit.csrf,
                        html::passwordField("Password now") + html::newPasswordField("new", "New password") +

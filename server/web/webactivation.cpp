@@ -93,7 +93,7 @@ void WebPages::accountPage(Visit &visit, const std::string &problem, const std::
          html::heading("Whose radio is it?") + html::error(problem) + "<h2>I have an account</h2>\n" +
              html::form("/activate/account", visit.csrf,
                         email + html::passwordField("Password") + html::button("Sign in", "action", "signin")) +
-             "<h2>I am new here</h2>\n" +
+             html::link("/forgot", "Forgotten your password?") + "<h2>I am new here</h2>\n" +
              html::form("/activate/account", visit.csrf,
                         email + html::newPasswordField("password", "Password") +
                             html::button("Create an account", "action", "create")),
@@ -147,9 +147,7 @@ void WebPages::signUp(Visit &visit)
     show(visit, "Look into your mail",
          html::heading("Look into your mail") +
              html::paragraph("A mail to " + userName + " says how to go on. Its link opens once, within one hour.") +
-             html::paragraph("No mail? The person who runs this service finds it in the service's outbox when no mail "
-                             "server is set up.") +
-             html::link("/activate", "Activate a radio"));
+             noMailHint() + html::link("/activate", "Activate a radio"));
 }
 
 void WebPages::allowPage(Visit &visit)

@@ -6,7 +6,6 @@
 
 #include <array>
 #include <charconv>
-#include <ctime>
 
 namespace velmora::server {
 
@@ -52,16 +51,6 @@ const ReasonWords *wordsFor(const std::string &reason)
 std::string counted(int64_t count, const char *one, const char *many)
 {
     return withCommas(count) + " " + (count == 1 ? one : many);
-}
-
-std::string timeText(int64_t seconds)
-{
-    const std::time_t time = seconds;
-    std::tm parts{};
-    ::localtime_r(&time, &parts);
-    char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &parts);
-    return text;
 }
 
 // Rounded up, so that it is done when it was said to be.
@@ -112,7 +101,7 @@ std::string changes(const std::vector<LibraryChange> &recent)
                            : change.kind == LibraryChange::Kind::Changed ? "changed"
                            : change.kind == LibraryChange::Kind::Back    ? "back"
                                                                          : "gone";
-        text += html::paragraph(timeText(change.at) + ", " + what + ": " + printable(change.file.native()));
+        text += html::paragraph(html::timeText(change.at) + ", " + what + ": " + printable(change.file.native()));
     }
     return text;
 }
@@ -125,11 +114,13 @@ std::string folders(const LibraryStatus &status)
     for (const Root &root : status.roots) {
         const std::string name = printable(root.path.native());
         if (root.isPresent)
-            text += html::paragraph(name + (root.scannedAt == 0 ? ": not looked through yet"
-                                                                : ": looked through " + timeText(root.scannedAt)));
+            text +=
+                html::paragraph(name + (root.scannedAt == 0 ? ": not looked through yet"
+                                                            : ": looked through " + html::timeText(root.scannedAt)));
         else
-            text += html::error(name + " is away" + (root.awaySince == 0 ? "" : " since " + timeText(root.awaySince)) +
-                                ": " + root.problem + ". Nothing of it is lost; it plays again when it is back.");
+            text += html::error(name + " is away" +
+                                (root.awaySince == 0 ? "" : " since " + html::timeText(root.awaySince)) + ": " +
+                                root.problem + ". Nothing of it is lost; it plays again when it is back.");
     }
     return text;
 }
@@ -149,22 +140,29 @@ void WebPages::addLibrary(http::Router &router)
 
 bool WebPages::isOwner(const Visit &visit)
 {
-    if (visit.session.account == 0 || !m_service.library)
+    if (visit.session.account == 0)
         return false;
     const Store::Lock db = m_service.store.lock();
     Statement row = db->prepare("SELECT MIN(id) FROM accounts WHERE is_active");
     return row.step() && row.integer(0) == visit.session.account;
 }
 
-bool WebPages::refuseOthers(Visit &visit)
+bool WebPages::refuseOthers(Visit &visit, bool needsMusic)
 {
-    if (isOwner(visit))
-        return false;
+    if (isOwner(visit)) {
+        if (!needsMusic || m_service.library)
+            return false;
+        show(visit, "The music",
+             html::heading("The music") + html::paragraph("This service looks after no folders.") +
+                 html::link("/account", "Your account"),
+             404);
+        return true;
+    }
     if (visit.session.account == 0)
         signInPage(visit, {}, {}, 403);
     else
         show(visit, "The music",
-             html::heading("The music") + html::paragraph("Only the owner of this service sees its folders.") +
+             html::heading("The music") + html::paragraph("Only the owner of this service sees this page.") +
                  html::link("/account", "Your account"),
              403);
     return true;
@@ -194,7 +192,7 @@ void WebPages::showLibrary(Visit &visit)
             html::form("/library/rescan", visit.csrf,
                        html::button("Look through the folders now") +
                            html::paragraph("Files that failed are tried again.")) +
-            html::link("/account", "Your account");
+            html::link("/library/mails", "Waiting mails") + html::link("/account", "Your account");
     show(visit, "The music", body);
 }
 

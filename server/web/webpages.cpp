@@ -33,6 +33,7 @@ void WebPages::addTo(http::Router &router)
     addActivation(router);
     addAccount(router);
     addLibrary(router);
+    addMails(router);
     addReset(router);
 }
 

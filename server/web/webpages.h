@@ -10,9 +10,9 @@
 namespace velmora::server {
 
 // The pages for people: /activate (a radio shows a code), /account (devices, password), /library (the owner's music),
-// /reset and /pin (links of mails). Plain HTML without scripts; a strict content security policy; every post carries
-// the session's token; cookies are same-site, and secure where the service is encrypted. Called from the server's
-// threads.
+// /forgot (a new password), /reset, /confirm and /pin (links of mails). Plain HTML without scripts; a strict content
+// security policy; every post carries the session's token; cookies are same-site, and secure where the service is
+// encrypted. Called from the server's threads.
 class WebPages {
 public:
     // `isEncrypted`: browsers reach the pages through TLS.
@@ -71,14 +71,22 @@ private:
     // weblibrary.cpp: for the owner, whose account is the oldest.
     void addLibrary(http::Router &router);
     bool isOwner(const Visit &visit);
-    bool refuseOthers(Visit &visit); // true when it has answered instead
+    bool refuseOthers(Visit &visit, bool needsMusic = true); // true when it has answered instead
     void showLibrary(Visit &visit);
     void showLeftOut(Visit &visit);
     void takePause(Visit &visit);
     void takeRescan(Visit &visit);
 
+    // webmails.cpp: for the owner, what no mail server has taken.
+    void addMails(http::Router &router);
+    void showMails(Visit &visit);
+    void takeForgetMail(Visit &visit);
+
     // webreset.cpp
     void addReset(http::Router &router);
+    void showForgot(Visit &visit);
+    void takeForgot(Visit &visit);
+    std::string noMailHint() const;
     void showReset(Visit &visit);
     void takeReset(Visit &visit);
     void showConfirm(Visit &visit);
@@ -92,6 +100,7 @@ private:
     WebSessions m_sessions;
     RateLimit m_codeTries{10, std::chrono::minutes(10)};   // of one network
     RateLimit m_newAccounts{10, std::chrono::minutes(60)}; // of one network
+    RateLimit m_reminders{10, std::chrono::minutes(60)};   // of one network
 };
 
 } // namespace velmora::server

@@ -1,4 +1,5 @@
-// The links of mails: a new account, a new password, a new PIN. Each opens once and expires.
+// A forgotten password, and the links of mails: a new account, a new password, a new PIN. Each opens once and expires.
+#include "server/accounts/mailaddress.h"
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
@@ -6,11 +7,12 @@ namespace velmora::server {
 
 namespace {
 
-constexpr char linkGone[] = "This link is not valid, or no longer. Ask the radio for a new one.";
+constexpr char linkGone[] = "This link is not valid, or no longer.";
 
 std::string gone()
 {
-    return html::heading("Too late") + html::error(linkGone) + html::link("/account", "Your account");
+    return html::heading("Too late") + html::error(linkGone) + html::link("/forgot", "Ask for a new one") +
+           html::link("/account", "Your account");
 }
 
 std::string signUpGone()
@@ -26,6 +28,14 @@ std::string passwordForm(const std::string &csrf, const std::string &token, cons
            html::form("/reset", csrf,
                       html::hidden("token", token) + html::newPasswordField("new", "New password") +
                           html::checkBox("keep", "Keep my radios signed in") + html::button("Set it"));
+}
+
+std::string forgotForm(const std::string &csrf, const std::string &problem, const std::string &userName)
+{
+    return html::heading("Forgotten your password?") + html::error(problem) +
+           html::form("/forgot", csrf, html::emailField(userName) + html::button("Send me a link")) +
+           html::paragraph("The link sets a new password. It opens once, within one hour.") +
+           html::link("/account", "Your account");
 }
 
 std::string pinForm(const std::string &csrf, const std::string &token, const std::string &problem)
@@ -54,12 +64,54 @@ void WebPages::addReset(http::Router &router)
     const auto page = [this](Handler handler) {
         return [this, handler](const http::Request &request) { return visit(request, handler); };
     };
+    router.get("/forgot", page(&WebPages::showForgot));
+    router.post("/forgot", mostFormBytes, page(&WebPages::takeForgot));
     router.get("/reset", page(&WebPages::showReset));
     router.post("/reset", mostFormBytes, page(&WebPages::takeReset), http::Lane::Passwords);
     router.get("/confirm", page(&WebPages::showConfirm));
     router.post("/confirm", mostFormBytes, page(&WebPages::takeConfirm));
     router.get("/pin", page(&WebPages::showPin));
     router.post("/pin", mostFormBytes, page(&WebPages::takePin), http::Lane::Passwords);
+}
+
+void WebPages::showForgot(Visit &visit)
+{
+    show(visit, "A forgotten password", forgotForm(visit.csrf, {}, {}));
+}
+
+void WebPages::takeForgot(Visit &visit)
+{
+    const std::string userName = visit.value("email");
+    const auto again = [&](const std::string &problem, int status) {
+        show(visit, "A forgotten password", forgotForm(visit.csrf, problem, userName), status);
+    };
+    if (!isMailAddress(userName)) {
+        again("This is not an e-mail address.", 422);
+        return;
+    }
+    if (m_reminders.refuse(visit.request.network, m_clock())) {
+        again("Too many mails from here. Please try again in a few minutes.", 429);
+        return;
+    }
+    if (!m_service.remind(userName)) {
+        again("No mail can be sent at the moment. Please try again later.", 503);
+        return;
+    }
+    // Whether there is such an account is for the mail alone to say.
+    show(visit, "Look into your mail",
+         html::heading("Look into your mail") +
+             html::paragraph("If " + userName + " has an account, a mail with a link is on its way.") + noMailHint() +
+             html::link("/account", "Your account"));
+}
+
+// For everybody who waits for a mail.
+std::string WebPages::noMailHint() const
+{
+    if (m_service.mailer && m_service.mailer->hasServer())
+        return html::paragraph("No mail? Look among the unwanted ones too.");
+    return html::paragraph(
+        "This service has no mail server: its owner finds the mail on the page \"Waiting mails\" and "
+        "can pass the link on.");
 }
 
 void WebPages::showReset(Visit &visit)
