@@ -88,6 +88,7 @@ QProcessEnvironment Journey::environment() const
     environment.insert("VELMORA_WS_STATE_DIR", m_root.filePath("state"));
     const QString usualSink = QStringLiteral("fakesink sync=%1").arg(m_options.isShort ? "false" : "true");
     environment.insert("VELMORA_AUDIO_SINK", m_options.sink.isEmpty() ? usualSink : m_options.sink);
+    environment.insert("VELMORA_DEVICE_CONF", m_root.filePath("device.conf"));
     environment.insert("QT_LOGGING_RULES", "qt.*=false");
     environment.remove("VELMORA_MENU_SOCKET");
     // The radio's own crash reporter would keep the process waiting; the sanitizer's report is more useful here.
@@ -251,7 +252,8 @@ void Journey::launch()
     m_menu->setProcessChannelMode(QProcess::MergedChannels);
     m_menu->setStandardOutputFile(m_root.filePath("radio.log"));
     m_menu->start(QStringLiteral(JOURNEY_MENU), QStringList{"--socket", m_root.filePath("menu.sock")} +
-                                                    m_options.menuOptions + QStringList{"--", m_options.radio});
+                                                    m_options.menuOptions + QStringList{"--", m_options.radio} +
+                                                    m_options.radioOptions);
 }
 
 bool Journey::start()

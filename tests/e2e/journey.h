@@ -24,6 +24,7 @@ public:
         QString sink = {};            // for the audio, instead of one that takes it in real time
         QStringList menuOptions = {}; // of velmora-menu, before the program
         QString radio = QStringLiteral(JOURNEY_RADIO);
+        QStringList radioOptions = {};
     };
 
     explicit Journey(const Options &options);

@@ -12,6 +12,7 @@ set(allows_platform/netcommon contracts platform/shared)
 set(allows_platform/viewcomponent contracts platform/shared)
 set(allows_platform/keyboard contracts)
 set(allows_platform/menusystem contracts platform/netcommon/device platform/shared)
+set(allows_platform/home contracts platform/netcommon/device platform/shared)
 set(allows_service contracts)
 set(allows_widgets contracts)
 set(allows_app contracts service widgets)
@@ -26,7 +27,7 @@ set(allows_demomusic)
 set(contracts netcommon viewcomponent virtualkb)
 set(owners platform service widgets app account station player program server demomusic tests bench tools)
 set(folders platform/include platform/shared platform/ws platform/netcommon platform/viewcomponent platform/keyboard
-  platform/menusystem service widgets app account station player program server demomusic)
+  platform/menusystem platform/home service widgets app account station player program server demomusic)
 
 # Every folder that holds code is either ruled above or named here.
 file(GLOB_RECURSE all RELATIVE ${root} ${root}/platform/*.cpp ${root}/platform/*.h ${root}/*/*.cpp)

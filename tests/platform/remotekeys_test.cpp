@@ -74,6 +74,7 @@ private slots:
         row("escape", Qt::Key_Escape, "\x1b", back, back);
         row("backspace", Qt::Key_Backspace, "\b", back, Qt::Key_Backspace);
         row("home", Qt::Key_Home, "", home, Qt::Key_Home);
+        row("house", Qt::Key_HomePage, "", home, home);
         row("delete", Qt::Key_Delete, "\x7f", Qt::Key_Delete, Qt::Key_Delete);
         row("F1", Qt::Key_F1, "", red, red);
         row("F2", Qt::Key_F2, "", green, green);

@@ -30,7 +30,7 @@ const QList<Tour::Way> &Tour::allWays()
                                    {"accounts", &Tour::accounts}, {"slow", &Tour::slowService},
                                    {"gone", &Tour::serviceGone},  {"unseen", &Tour::withoutKeys},
                                    {"names", &Tour::names},       {"bare", &Tour::bare},
-                                   {"scales", &Tour::scales}};
+                                   {"scales", &Tour::scales},     {"home", &Tour::home}};
     return all;
 }
 

@@ -48,6 +48,7 @@ private:
     void names();
     void bare();
     void scales();
+    void home();
 
     // The panel slides for half a second; a field's cursor is lit in the second after the last key.
     static constexpr int settleMs = 1200;

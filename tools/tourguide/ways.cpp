@@ -509,3 +509,36 @@ void Tour::scales()
            "accounts", "One account", "06-account-selection");
     }
 }
+
+// What has the screen while the radio does not run: Home with all its subjects, and the menu system's pages.
+void Tour::home()
+{
+    const QString homePage = QStringLiteral("home::HomePage");
+    {
+        Journey::Options options;
+        options.menuOptions = {QStringLiteral("--supervise"), QStringLiteral("--home"), QStringLiteral(JOURNEY_HOME)};
+        Journey journey(options);
+        if (!begin(journey))
+            return;
+        stop(journey, waitForTrack(journey) && keys(journey, "home") && journey.waitForScreen(homePage), "home",
+             "Home, by the house key");
+        const QStringList subjects = journey.rows(QStringLiteral("subjectList"));
+        for (int subject = 1; subject < subjects.size(); ++subject)
+            stop(journey, keys(journey, "down right") && journey.waitForScreen(homePage) && keys(journey, "left"),
+                 QStringLiteral("home-%1").arg(subject), QStringLiteral("Home, ") + subjects[subject]);
+        stop(journey, keys(journey, "home down right down"), "home-volume", "Home, a volume to choose");
+        stop(journey, keys(journey, "home select") && waitForTrack(journey), "home-radio", "From Home to the radio");
+    }
+    for (const QString &page : {QStringLiteral("waiting"), QStringLiteral("again"), QStringLiteral("stopped")}) {
+        Journey::Options options;
+        options.hasServer = false;
+        options.isSetUp = false;
+        options.serverUrl = QStringLiteral("http://127.0.0.1:9"); // nobody answers
+        options.radio = QStringLiteral(JOURNEY_HOME);
+        options.radioOptions = {QStringLiteral("--page"), page};
+        Journey journey(options);
+        if (begin(journey))
+            stop(journey, journey.waitForScreen(QStringLiteral("home::NoticePage")), QStringLiteral("page-") + page,
+                 QStringLiteral("The menu system's page \"%1\"").arg(page));
+    }
+}

@@ -22,6 +22,7 @@ constexpr Translation translations[] = {
     {Qt::Key_Escape, Qt::Key_Back},
     {Qt::Key_Backspace, Qt::Key_Back},
     {Qt::Key_Home, Qt::Key_TopMenu},
+    {Qt::Key_HomePage, Qt::Key_TopMenu},
     {Qt::Key_F1, redKey},
     {Qt::Key_F2, greenKey},
     {Qt::Key_F3, Qt::Key_Yellow},

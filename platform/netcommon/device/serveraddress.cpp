@@ -47,20 +47,24 @@ bool isOwnAddress(const QString &address)
 
 } // namespace
 
-QString serverAddress(const QString &fromEnvironment, const QString &configurationFile)
+QString configuredValue(const QString &configurationFile, const QString &name)
 {
-    if (!fromEnvironment.trimmed().isEmpty())
-        return fromEnvironment.trimmed();
     QFile file(configurationFile);
     if (!file.open(QIODevice::ReadOnly))
         return {};
     // Read as the library does: one "name = value" on each line; the last line with a name counts.
-    QString address;
+    QString value;
     const auto lines = QString::fromUtf8(file.read(64 * 1024)).split(QLatin1Char('\n'));
     for (const QString &line : lines)
-        if (line.section(QLatin1Char('='), 0, 0).trimmed() == QLatin1String("server"))
-            address = line.section(QLatin1Char('='), 1).trimmed();
-    return address;
+        if (line.section(QLatin1Char('='), 0, 0).trimmed() == name)
+            value = line.section(QLatin1Char('='), 1).trimmed();
+    return value;
+}
+
+QString serverAddress(const QString &chosen, const QString &configurationFile)
+{
+    const QString address = chosen.trimmed();
+    return address.isEmpty() ? configuredValue(configurationFile, QStringLiteral("server")) : address;
 }
 
 bool isOnThisMachine(const QString &address)

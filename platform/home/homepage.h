@@ -1,0 +1,56 @@
+#pragma once
+
+#include "page.h"
+#include "pane.h"
+#include "platform/shared/devicesettings.h"
+
+#include <functional>
+
+class QListWidget;
+
+namespace home {
+
+// Home: a list of subjects at the left, the pane of the current one at the right, and over it, when a text is asked
+// for, a field with the on-screen keyboard.
+class HomePage : public Page {
+    Q_OBJECT
+public:
+    HomePage();
+    ~HomePage() override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    class Typing;
+
+    void addPanes();
+    // `act`: Select in the left list does this at once.
+    void add(Pane *pane, const std::function<void()> &act = {});
+    void insert(qsizetype place, Pane *pane, const std::function<void()> &act = {});
+    void openPane(int index);
+    void showPane(); // what the open pane says now
+    void choose();   // Select in the list that has the focus
+    bool isInPane() const;
+    void enterPane();
+    void leavePane();
+    void ask(const TextQuestion &question);
+
+    platform::DeviceSettingsWatch m_settings;
+    struct Entry {
+        Pane *pane; // a child
+        std::function<void()> act;
+    };
+    QList<Entry> m_entries;
+    Pane *m_open = nullptr; // the pane of the current entry
+    QListWidget *m_subjects = nullptr;
+    QLabel *m_title = nullptr;
+    QLabel *m_text = nullptr;
+    QLabel *m_counter = nullptr;
+    QListWidget *m_rows = nullptr;
+    Typing *m_typing = nullptr; // a child; visible while a text is asked for
+};
+
+} // namespace home

@@ -1,0 +1,66 @@
+#include "phonespane.h"
+
+#include "serveraddress.h"
+#include "servicehealth.h"
+
+#include <QNetworkInterface>
+#include <QNetworkProxy>
+#include <QUrl>
+
+namespace home {
+
+PhonesPane::PhonesPane(const platform::DeviceSettingsWatch *settings, QObject *parent)
+    : Pane(tr("Phones"), {}, parent)
+    , m_settings(settings)
+{
+    m_probe.setProxy(QNetworkProxy::NoProxy);
+    connect(&m_probe, &QTcpSocket::connected, this, [this] {
+        m_probe.abort();
+        QUrl url(m_service);
+        url.setHost(m_trying);
+        show(url.toString());
+    });
+    connect(&m_probe, &QTcpSocket::errorOccurred, this, &PhonesPane::tryNext);
+}
+
+void PhonesPane::open()
+{
+    m_service = configuredService(m_settings->settings().value("service/address").toString()).address;
+    if (m_service.isEmpty())
+        return setText(ServiceHealth::wordsFor(ServiceHealth::Result::NoAddress));
+    if (!netcommon::isOnThisMachine(m_service))
+        return show(m_service);
+    m_hosts.clear();
+    for (const QHostAddress &address : QNetworkInterface::allAddresses())
+        if (!address.isLoopback() && !address.isLinkLocal())
+            m_hosts += address.toString();
+    tryNext();
+}
+
+void PhonesPane::close()
+{
+    m_hosts.clear();
+    m_probe.abort();
+}
+
+void PhonesPane::tryNext()
+{
+    if (m_hosts.isEmpty()) {
+        setRows({});
+        return setText(tr("The service runs on this device and only for it. To reach it from a telephone, start it so "
+                          "that it listens in the home network; its manual says how."));
+    }
+    m_trying = m_hosts.takeFirst();
+    const QUrl url(m_service);
+    m_probe.abort();
+    m_probe.connectToHost(m_trying, quint16(url.port(url.scheme() == QLatin1String("https") ? 443 : 80)));
+}
+
+void PhonesPane::show(const QString &address)
+{
+    setText(tr("Open this address in the browser of a telephone in the same network, to link a radio or to manage your "
+               "account."));
+    setRows({PaneRow{address}});
+}
+
+} // namespace home
