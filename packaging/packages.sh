@@ -17,8 +17,12 @@ packages_run=(
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
 packages_artwork=(librsvg2-bin netpbm optipng)
-packages_tidy=(clang-format clang-tidy)
+packages_tidy=(clang-format clang-tidy clang)
 packages_fuzz=(clang libclang-rt-14-dev)
+packages_package=(debhelper dpkg-dev)
+packages_package_check=(lintian mmdebstrap)
+packages_arm=(g++-arm-linux-gnueabihf qemu-user)
+packages_arm64=(g++-aarch64-linux-gnu qemu-user)
 
 # install_missing PACKAGE...: installs the packages that are not installed yet. Uses the network only if one is missing.
 install_missing() {
