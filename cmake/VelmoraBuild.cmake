@@ -21,7 +21,8 @@ if(CCACHE)
   set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
   set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
-  add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>)
+  add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>
+                      "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 endif()
 
 find_package(Threads REQUIRED)
@@ -113,6 +114,9 @@ function(velmora_reuse_precompiled target)
   # sanitizer, plain programs also get Qt's options from velmora_handovers, which the header was compiled without.
   if(family STREQUAL plain AND (CMAKE_BUILD_TYPE STREQUAL Release OR VELMORA_SANITIZE STREQUAL thread))
     return()
+  endif()
+  if(VELMORA_FUZZ) # clang takes a header of the same visibility only, and no fuzzer needs the hidden one
+    set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET default VISIBILITY_INLINES_HIDDEN OFF)
   endif()
   get_target_property(is_excepted ${target} DISABLE_PRECOMPILE_HEADERS)
   if(NOT is_excepted)
