@@ -196,7 +196,7 @@ QString DeviceSettings::range(const DeviceSetting &setting)
 
 QString DeviceSettings::usualFile()
 {
-    const QString chosen = qEnvironmentVariable("VELMORA_DEVICE_CONF");
+    QString chosen = qEnvironmentVariable("VELMORA_DEVICE_CONF");
     if (!chosen.isEmpty())
         return chosen;
     if (QFile::exists(QLatin1String(deviceFile)))
