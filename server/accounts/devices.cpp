@@ -1,5 +1,6 @@
 #include "server/accounts/devices.h"
 
+#include "server/catalogue/textfolding.h"
 #include "server/store/store.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@ namespace velmora::server {
 namespace {
 
 constexpr size_t digitCount = 12;
+constexpr size_t longestName = 40;
 constexpr size_t markLength = 16; // of the hash of a key: tells radios of one account apart
 
 } // namespace
@@ -51,7 +53,7 @@ std::optional<Device> Devices::find(const std::string &deviceId, const std::stri
     row.with(deviceId, keyHash);
     if (!row.step())
         return std::nullopt;
-    return Device{deviceId, row.integer(0), row.integer(1)};
+    return Device{deviceId, row.integer(0), row.integer(1), {}};
 }
 
 bool Devices::disassociate(const std::string &deviceId, const std::string &keyHash)
@@ -73,13 +75,24 @@ std::vector<Device> Devices::ofAccount(AccountId account)
 {
     std::vector<Device> devices;
     const Store::Lock db = m_store.lock();
-    Statement row =
-        db->prepare("SELECT device_id, MIN(associated_at) FROM devices WHERE account_id = ?1 GROUP BY device_id "
-                    "ORDER BY 2");
+    Statement row = db->prepare(
+        "SELECT device_id, MIN(associated_at), MAX(name) FROM devices WHERE account_id = ?1 GROUP BY device_id "
+        "ORDER BY 2");
     row.with(account);
     while (row.step())
-        devices.push_back({row.text(0), account, row.integer(1)});
+        devices.push_back({row.text(0), account, row.integer(1), row.text(2)});
     return devices;
+}
+
+bool Devices::rename(AccountId account, const std::string &deviceId, const std::string &name)
+{
+    const bool hasControls =
+        std::any_of(name.begin(), name.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; });
+    if (!isUtf8(name) || characterCount(name) > longestName || hasControls)
+        return false;
+    const Store::Lock db = m_store.lock();
+    db->run("UPDATE devices SET name = ?3 WHERE account_id = ?1 AND device_id = ?2", account, deviceId, name);
+    return db->changes() > 0;
 }
 
 bool Devices::revoke(AccountId account, const std::string &deviceId)
@@ -119,7 +132,7 @@ std::optional<Device> Devices::takeGrant(const std::string &deviceId, const std:
     }
     associate(deviceId, keyHash, account);
     change.commit();
-    return Device{deviceId, account, m_clock()};
+    return Device{deviceId, account, m_clock(), {}};
 }
 
 bool Devices::mayListen(AccountId account, const std::string &radio)

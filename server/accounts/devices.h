@@ -11,6 +11,7 @@ struct Device {
     std::string deviceId; // twelve upper-case hexadecimal digits, a hyphen, a slot digit
     AccountId accountId = 0;
     int64_t associatedAt = 0; // Unix seconds
+    std::string name;         // what its owner calls it; may be empty
 };
 
 // Which device may act for which account. An identity is a hardware address, not a secret: a device proves itself by
@@ -30,6 +31,9 @@ public:
 
     // For the account page.
     std::vector<Device> ofAccount(AccountId account);
+    // False when the account has no such device, or the name is no name: 40 characters at most, none of them a control
+    // character. An empty one takes the name away.
+    bool rename(AccountId account, const std::string &deviceId, const std::string &name);
     // Ends this account's devices of that identity, whatever their keys; false when it has none.
     bool revoke(AccountId account, const std::string &deviceId);
 

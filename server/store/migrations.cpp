@@ -404,9 +404,12 @@ CREATE TRIGGER play_forgotten AFTER DELETE ON plays BEGIN
 END;
 )sql";
 
+// What its owner calls a radio.
+constexpr const char *namedRadios = "ALTER TABLE devices ADD COLUMN name TEXT NOT NULL DEFAULT '';";
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
 constexpr std::array steps = {accountsAndDevices, catalogue,      stations,           devicesByKey,
-                              ownMusic,           requestAnswers, goneFilesAndCovers, askingRadios};
+                              ownMusic,           requestAnswers, goneFilesAndCovers, askingRadios, namedRadios};
 
 } // namespace
 

@@ -125,7 +125,7 @@ std::string field(const Field &field)
 {
     std::string text = "<label>" + escape(field.label) + "<input name=\"" + escape(field.name) + "\" type=\"" +
                        escape(field.type) + "\" value=\"" + escape(field.value) + "\" autocomplete=\"" +
-                       escape(field.autocomplete) + "\" maxlength=\"254\" required";
+                       escape(field.autocomplete) + "\" maxlength=\"254\"" + (field.isOptional ? "" : " required");
     if (field.isCode)
         text += " class=\"code\" autocapitalize=\"characters\" autocorrect=\"off\" spellcheck=\"false\"";
     text += "></label>\n";
@@ -195,7 +195,7 @@ input:focus { outline: none; border-color: #ffb400; }
 input.code { font-size: 1.6rem; letter-spacing: .25em; text-transform: uppercase; }
 button { display: block; width: 100%; min-height: 3rem; font: inherit; font-weight: bold; color: #000; cursor: pointer;
   background: linear-gradient(#ffcb52, #ffac12); border: 2px solid #ffe3a6; border-radius: 10px; }
-button + button, label + button { margin-top: .6rem; }
+button + button, label + button, p + button { margin-top: .6rem; }
 button:focus-visible, a:focus-visible, .check input:focus-visible { outline: 3px solid #fff; outline-offset: 2px; }
 a { color: #ffcb52; }
 .error { background: #3a0f1d; border: 2px solid #ff6178; border-radius: 12px; padding: .7rem 1rem; }
@@ -205,9 +205,6 @@ a { color: #ffcb52; }
 .fact { margin: .3rem 0; }
 .fact span { display: inline-block; min-width: 6.5rem; color: #c5c5c5; }
 .plain { color: #fff; background: #43295a; border-color: #7d6298; }
-.device { display: flex; gap: 1rem; align-items: center; justify-content: space-between; }
-.device p { margin: 0; }
-.device button { width: auto; padding: 0 1.2rem; }
 )";
 }
 

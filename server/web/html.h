@@ -35,6 +35,7 @@ struct Field {
     std::string autocomplete = "off";
     std::string hint;
     bool isCode = false; // an activation code: large, capitals, no corrections
+    bool isOptional = false;
 };
 std::string field(const Field &field);
 std::string emailField(const std::string &value);

@@ -1,7 +1,10 @@
-// The account page: who is signed in, which radios have access, a new password.
+// The account page: who is signed in, which radios have access, a new password, one's data and the end of the account.
+#include "server/accounts/personaldata.h"
+#include "server/accounts/secrets.h"
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
+#include <algorithm>
 #include <ctime>
 
 namespace velmora::server {
@@ -28,6 +31,10 @@ void WebPages::addAccount(http::Router &router)
     router.get("/account", page(&WebPages::showAccount));
     router.post("/account/signin", mostFormBytes, page(&WebPages::takeSignIn), http::Lane::Passwords);
     router.post("/account/signout", mostFormBytes, page(&WebPages::takeSignOut));
+    router.post("/account/radio", mostFormBytes, page(&WebPages::takeRadio));
+    router.post("/account/data", mostFormBytes, page(&WebPages::takeData), http::Lane::Passwords);
+    router.get("/account/delete", page(&WebPages::showLeave));
+    router.post("/account/delete", mostFormBytes, page(&WebPages::takeLeave), http::Lane::Passwords);
     router.post("/account/revoke", mostFormBytes, page(&WebPages::takeRevoke));
     router.post("/account/password", mostFormBytes, page(&WebPages::takePassword), http::Lane::Passwords);
 }
@@ -56,19 +63,29 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
     const auto devices = m_service.devices.ofAccount(account->id);
     if (devices.empty())
         body += html::paragraph("None.");
-    for (const Device &device : devices) {
-        body += html::form("/account/revoke", visit.csrf,
-                           "<div class=\"device\">" +
-                               html::paragraph(device.deviceId + ", since " + day(device.associatedAt)) +
-                               html::plainButton("Remove", "device", device.deviceId) + "</div>");
-    }
+    for (const Device &device : devices)
+        body += html::form("/account/radio", visit.csrf,
+                           html::hidden("device", device.deviceId) +
+                               html::field({.name = "name",
+                                            .label = "Name",
+                                            .type = "text",
+                                            .value = device.name,
+                                            .autocomplete = "off",
+                                            .hint = device.deviceId + ", since " + day(device.associatedAt),
+                                            .isOptional = true}) +
+                               html::plainButton("Rename", "action", "rename") +
+                               html::plainButton("Remove", "action", "remove"));
     if (isOwner(visit))
         body += html::link("/library", "The music") + html::link("/library/mails", "Waiting mails");
     body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
             html::form("/account/password", visit.csrf,
                        html::passwordField("Password now") + html::newPasswordField("new", "New password") +
                            html::checkBox("keep", "Keep my radios signed in") + html::button("Change")) +
-            html::form("/account/signout", visit.csrf, html::button("Sign out"));
+            html::form("/account/signout", visit.csrf, html::button("Sign out")) + "<h2>Your data</h2>\n" +
+            html::form("/account/data", visit.csrf,
+                       html::paragraph("Everything that is stored about you, in one file.") +
+                           html::plainButton("Download", "format", "json")) +
+            html::link("/account/delete", "Delete the account");
     show(visit, "Your account", body, status);
 }
 
@@ -96,6 +113,98 @@ void WebPages::takeSignOut(Visit &visit)
 {
     m_sessions.end(visit.cookie);
     redirect(visit, "/account");
+}
+
+void WebPages::takeRadio(Visit &visit)
+{
+    const auto account = m_service.accounts.find(visit.session.account);
+    if (!account) {
+        signInPage(visit, {}, {});
+        return;
+    }
+    const std::string device = visit.value("device");
+    if (visit.value("action") != "remove") {
+        const bool isDone = m_service.devices.rename(account->id, device, visit.value("name"));
+        devicesPage(visit, isDone ? "" : "A name has 40 letters at most, and the radio must be yours.",
+                    isDone ? 200 : 422);
+        return;
+    }
+    const auto devices = m_service.devices.ofAccount(account->id);
+    const auto found =
+        std::find_if(devices.begin(), devices.end(), [&](const Device &d) { return d.deviceId == device; });
+    if (found == devices.end()) {
+        devicesPage(visit, "There is no such radio.", 422);
+        return;
+    }
+    show(visit, "Remove this radio?",
+         html::heading("Remove this radio?") + html::fact("Radio", found->name.empty() ? device : found->name) +
+             html::paragraph("It no longer plays your stations. Your stations and thumbs stay.") +
+             html::form("/account/revoke", visit.csrf, html::hidden("device", device) + html::button("Remove")) +
+             html::link("/account", "Keep it"));
+}
+
+void WebPages::takeData(Visit &visit)
+{
+    const std::filesystem::path path = m_service.dataDirectory() / ("personal-" + randomToken(12) + ".json");
+    const bool isWritten =
+        visit.session.account != 0 && PersonalData(m_service.store).write(visit.session.account, path);
+    const auto file = isWritten ? http::File::open(path) : nullptr;
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored); // it lives as long as it is sent
+    if (visit.session.account == 0) {
+        signInPage(visit, {}, {});
+        return;
+    }
+    if (!file) {
+        devicesPage(visit, "The file could not be made. Please try again later.", 503);
+        return;
+    }
+    visit.response.setFile(file, "application/json");
+    visit.response.setHeader("Content-Disposition", "attachment; filename=\"velmora-data.json\"");
+    visit.response.setHeader("Cache-Control", "no-store");
+    visit.response.setHeader("X-Content-Type-Options", "nosniff");
+}
+
+void WebPages::leavePage(Visit &visit, const std::string &problem, int status)
+{
+    show(visit, "Delete the account?",
+         html::heading("Delete the account?") + html::error(problem) +
+             html::warning("Stations, thumbs, bookmarks and all that was played are gone at once and for good. The "
+                           "radios of the account stop playing.") +
+             (isOwner(visit) ? html::warning("This account owns the service: the next oldest one will own it.")
+                             : std::string()) +
+             html::form("/account/delete", visit.csrf,
+                        html::passwordField("Password") + html::button("Delete everything")) +
+             html::link("/account", "Keep it"),
+         status);
+}
+
+void WebPages::showLeave(Visit &visit)
+{
+    if (visit.session.account == 0)
+        signInPage(visit, {}, {});
+    else
+        leavePage(visit, {});
+}
+
+void WebPages::takeLeave(Visit &visit)
+{
+    const auto account = m_service.accounts.find(visit.session.account);
+    if (!account) {
+        signInPage(visit, {}, {});
+        return;
+    }
+    AccountId checked = 0;
+    std::string problem;
+    if (!checkLogin(visit, account->userName, &checked, &problem)) {
+        leavePage(visit, problem, 422);
+        return;
+    }
+    PersonalData(m_service.store).remove(account->id);
+    m_sessions.endOfAccount(account->id, {});
+    show(visit, "Gone",
+         html::heading("The account is gone") + html::paragraph("Nothing of it is left.") +
+             html::link("/activate", "Activate a radio"));
 }
 
 void WebPages::takeRevoke(Visit &visit)

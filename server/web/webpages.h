@@ -63,7 +63,12 @@ private:
     void showAccount(Visit &visit);
     void takeSignIn(Visit &visit);
     void takeSignOut(Visit &visit);
+    void takeRadio(Visit &visit);
     void takeRevoke(Visit &visit);
+    void takeData(Visit &visit);
+    void showLeave(Visit &visit);
+    void takeLeave(Visit &visit);
+    void leavePage(Visit &visit, const std::string &problem, int status = 200);
     void takePassword(Visit &visit);
     void signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
     void devicesPage(Visit &visit, const std::string &problem, int status = 200);

@@ -306,6 +306,84 @@ TEST_F(WebTest, theAccountPageListsRadiosAndRevokesThemAtOnce)
     EXPECT_EQ(deviceLogin(2).code, 5105);
 }
 
+TEST_F(WebTest, APersonNamesARadioTakesTheirDataAlongAndLeavesNothingBehind)
+{
+    newListener("stays@example.org");
+    addAccount();
+    const std::string token = logIn(miraName, m_device);
+    data("associateDevice", {{"deviceId", m_device.slot(2)}}, token);
+    m_requestKey = std::string(32, 'a');
+    const std::string station = addStation(token, "ambient");
+    m_requestKey.clear();
+    const json track = firstTrack(token, station);
+    const std::string trackToken = track.at("trackToken");
+    data("addFeedback", {{"isPositive", true}, {"trackToken", trackToken}}, token);
+    m_service->accounts.issueReset(idOf(), passwordPurpose, 3600);
+
+    Browser browser(m_port);
+    signIn(browser);
+    browser.get("/account");
+    EXPECT_EQ(browser.post("/account/radio", {{"device", m_device.slot(2)}, {"name", "Bad\nname"}}), 422);
+    EXPECT_EQ(browser.post("/account/radio", {{"device", "AAAAAAAAAAAA-0"}, {"name", "Not mine"}}), 422);
+    EXPECT_EQ(browser.post("/account/radio", {{"device", m_device.slot(2)}, {"name", "K\u00fcche <b>"}}), 200);
+    EXPECT_TRUE(browser.shows("K\u00fcche &lt;b&gt;"));
+    EXPECT_EQ(browser.post("/account/radio", {{"device", m_device.slot(2)}, {"action", "remove"}}), 200);
+    EXPECT_TRUE(browser.shows("Remove this radio?"));
+    EXPECT_EQ(m_service->devices.ofAccount(idOf()).size(), 1U) << "a question first";
+
+    EXPECT_EQ(browser.post("/account/data", {}, false), 403);
+    browser.get("/account");
+    EXPECT_EQ(browser.post("/account/data", {}), 200);
+    const json mine = json::parse(browser.body, nullptr, false);
+    ASSERT_TRUE(mine.is_object()) << browser.body;
+    EXPECT_EQ(mine["account"]["email"], miraName);
+    EXPECT_EQ(mine["radios"].at(0)["name"], "K\u00fcche <b>");
+    EXPECT_EQ(mine["stations"].size(), 2U);
+    EXPECT_EQ(mine["thumbs"].at(0)["song"], track.at("songName"));
+    EXPECT_EQ(mine["thumbs"].at(0)["up"], true);
+    EXPECT_EQ(browser.body.find("hash"), std::string::npos);
+    for (const auto &entry : std::filesystem::directory_iterator(m_service->dataDirectory()))
+        EXPECT_FALSE(entry.path().filename().native().starts_with("personal-"));
+
+    const AccountId id = idOf();
+    browser.get("/account/delete");
+    EXPECT_EQ(browser.post("/account/delete", {{"password", "wrong one"}}), 422);
+    EXPECT_TRUE(m_service->accounts.find(id));
+    EXPECT_EQ(browser.post("/account/delete", {{"password", password}}), 200);
+    EXPECT_EQ(call("getStationList", json::object(), token).code, 5097);
+    browser.get("/account");
+    EXPECT_FALSE(browser.shows(miraName));
+    {
+        const Store::Lock db = m_service->store.lock();
+        std::vector<std::string> tables;
+        Statement found = db->prepare("SELECT m.name FROM sqlite_schema m JOIN pragma_table_info(m.name) c WHERE "
+                                      "m.type = 'table' AND c.name = 'account_id'");
+        while (found.step())
+            tables.push_back(found.text(0));
+        EXPECT_GT(tables.size(), 10U);
+        tables.emplace_back("request_answers");
+        tables.emplace_back("sign_ups");
+        for (const std::string &table : tables) {
+            Statement left =
+                db->prepare("SELECT COUNT(*) FROM " + table + " WHERE " +
+                            (table == "request_answers" || table == "sign_ups" ? "?1 = ?1" : "account_id = ?1"));
+            left.with(id);
+            left.step();
+            EXPECT_EQ(left.integer(0), 0) << table;
+        }
+    }
+    // Nor in what the file keeps of deleted rows.
+    std::string files;
+    for (const auto &entry : std::filesystem::directory_iterator(m_service->dataDirectory())) {
+        std::ifstream file(entry.path(), std::ios::binary);
+        files.append(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+    EXPECT_NE(files.find("stays@example.org"), std::string::npos);
+    EXPECT_EQ(files.find(miraName), std::string::npos);
+    EXPECT_EQ(files.find(m_device.slot(2)), std::string::npos);
+    EXPECT_EQ(files.find(trackToken), std::string::npos);
+}
+
 TEST_F(WebTest, aNewPasswordNeedsTheOldOneAndSignsOthersOut)
 {
     addAccount();
