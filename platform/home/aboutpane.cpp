@@ -90,7 +90,6 @@ QString AboutPane::writeReport(const QDir &folder, QString *reason) const
     const QDateTime now = QDateTime::currentDateTime();
     QSaveFile file(folder.filePath(
         QStringLiteral("velmora-report-%1.txt").arg(now.toString(QStringLiteral("yyyy-MM-dd-HHmmss")))));
-    *reason = tr("It cannot be written to.");
     if (!file.open(QIODevice::WriteOnly)) {
         *reason = file.errorString();
         return {};
@@ -112,7 +111,7 @@ QString AboutPane::writeReport(const QDir &folder, QString *reason) const
         }
     }
     if (!isWhole || !file.commit()) {
-        *reason = file.errorString();
+        *reason = tr("There is not enough room, or the stick is damaged.");
         return {};
     }
     return file.fileName();

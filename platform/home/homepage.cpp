@@ -82,6 +82,7 @@ public:
         m_keyboard->loseFocus();
         m_field->clear();
         hide();
+        m_page->showTypingHints(false);
         m_page->showPane();
         m_page->enterPane();
     }
@@ -131,6 +132,9 @@ HomePage::HomePage()
     m_rows->setProperty("hasTicks", true);
     m_typing = new Typing(this, m_title);
     addHint("returnHint", "Key_Return.png", tr("Return"), 16, 128);
+    m_typingHints = {addHint("redHint", "Key_Red.png", tr("Symbol/Num"), 156, 184),
+                     addHint("greenHint", "Key_Green.png", tr("Caps"), 352, 116)};
+    showTypingHints(false);
     addPanes();
     connect(m_subjects, &QListWidget::currentRowChanged, this, &HomePage::openPane);
     connect(m_rows, &QListWidget::currentRowChanged, this, [this](int row) {
@@ -311,9 +315,16 @@ void HomePage::choose()
 void HomePage::ask(const TextQuestion &question)
 {
     m_rows->hide();
+    showTypingHints(true);
     m_text->setText(QString());
     m_counter->setText(QString());
     m_typing->begin(question);
+}
+
+void HomePage::showTypingHints(bool isShown)
+{
+    for (QLabel *hint : m_typingHints)
+        hint->setVisible(isShown);
 }
 
 // The lists move on presses, which repeat; everything else acts on releases.

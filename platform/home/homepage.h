@@ -37,6 +37,7 @@ private:
     void enterPane();
     void leavePane();
     void ask(const TextQuestion &question);
+    void showTypingHints(bool isShown);
 
     platform::DeviceSettingsWatch m_settings;
     struct Entry {
@@ -50,7 +51,8 @@ private:
     QLabel *m_text = nullptr;
     QLabel *m_counter = nullptr;
     QListWidget *m_rows = nullptr;
-    Typing *m_typing = nullptr; // a child; visible while a text is asked for
+    QList<QLabel *> m_typingHints; // visible with m_typing
+    Typing *m_typing = nullptr;    // a child; visible while a text is asked for
 };
 
 } // namespace home

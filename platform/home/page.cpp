@@ -102,14 +102,15 @@ QPushButton *Page::addButton(const char *name, const QString &text, const QRect 
     return button;
 }
 
-void Page::addHint(const char *name, const char *picture, const QString &text, int x, int width)
+QLabel *Page::addHint(const char *name, const char *picture, const QString &text, int x, int width)
 {
     QLabel *cap = addLabel(name, QRect(stripPlace.x() + x, stripPlace.y() + 8, width, 36), 14, true);
     cap->setProperty("isHint", true);
     cap->setText(text);
-    auto *icon = new QLabel(this);
-    icon->setGeometry(stripPlace.x() + x + 7, stripPlace.y() + 10, 32, 32);
+    auto *icon = new QLabel(cap);
+    icon->setGeometry(7, 2, 32, 32);
     icon->setPixmap(QPixmap(QStringLiteral(":/images/") + QLatin1String(picture)));
+    return cap;
 }
 
 } // namespace home

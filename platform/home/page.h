@@ -33,7 +33,7 @@ protected:
     QLabel *addLabel(const char *name, const QRect &where, int points, bool isBold = false);
     QPushButton *addButton(const char *name, const QString &text, const QRect &where);
     // One cap of the strip at `x`; its picture is one of the resources.
-    void addHint(const char *name, const char *picture, const QString &text, int x, int width);
+    QLabel *addHint(const char *name, const char *picture, const QString &text, int x, int width);
 
 private:
     int m_pressed = 0; // key code of the last press, until its release
