@@ -235,6 +235,7 @@ int run(const ServerOptions &options)
     const bool isEncrypted = !listen.tlsCertificate.empty() || listen.publicUrl.starts_with("https://");
     WebPages pages(service, isEncrypted);
     listen.addPages = [&pages](http::Router &router) { pages.addTo(router); };
+    listen.pageNotFound = [&pages] { return pages.notFound(); };
 
     ApiServer server(service, listen);
     for (const ServerOptions::Failure &failure : options.failures)

@@ -128,6 +128,9 @@ http::Response ApiServer::health() const
 http::Response ApiServer::refusal(int status, const http::Request &request) const
 {
     Answer answer = Dispatcher::refusal(status, Code::Malformed, "refused");
+    const bool isOfRadio = request.path.starts_with("/v") || request.path.starts_with("/media/");
+    if (status == 404 && request.method != "POST" && !isOfRadio && m_settings.pageNotFound)
+        return m_settings.pageNotFound();
     if (status == 404)
         answer.code = Code::NoSuchFunction;
     else if (status == 413)
@@ -142,7 +145,7 @@ http::Response ApiServer::refusal(int status, const http::Request &request) cons
     http::Response response = json(answer);
     if (status == 503)
         response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
-    if (status == 503 && !request.path.starts_with("/v") && !request.path.starts_with("/media/"))
+    if (status == 503 && !isOfRadio)
         response.setContent("Too many requests wait. Please try again in a few seconds.\n",
                             "text/plain; charset=utf-8");
     if (request.method == "POST" && status != 404 && request.path.starts_with("/v"))

@@ -16,6 +16,7 @@ struct ListenSettings {
     bool logsRequests = true; // one line a request on standard error: function, code, milliseconds
     // Adds further pages (paths other than /v1, /media and /health) before the server listens.
     std::function<void(http::Router &)> addPages;
+    std::function<http::Response()> pageNotFound; // what browsers see; optional
     // Reverse proxies whose X-Forwarded-For is believed; addresses.
     std::vector<std::string> trustedProxies;
     http::Limits limits;

@@ -38,8 +38,12 @@ std::string render(const Page &page)
     std::string text = "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
                        escape(page.title) +
-                       " - Velmora</title>\n<link rel=\"stylesheet\" href=\"/style.css\">\n</head>\n<body>\n" +
-                       "<header><a href=\"/account\">velmora</a></header>\n<main>\n" + page.body;
+                       " - Velmora</title>\n<link rel=\"stylesheet\" href=\"/style.css\">\n"
+                       "<link rel=\"icon\" type=\"image/svg+xml\" href=\"/symbol.svg\">\n"
+                       "<meta name=\"color-scheme\" content=\"dark light\">\n</head>\n<body>\n"
+                       "<header><a href=\"/account\"><img src=\"/symbol.svg\" alt=\"\" width=\"34\" height=\"32\">"
+                       "velmora</a></header>\n<main>\n" +
+                       page.body;
     if (!page.isEncrypted)
         text += "<p class=\"note\">This page is not encrypted: everybody in this network could read along. "
                 "Do not use a password that opens anything else.</p>\n";
@@ -106,32 +110,73 @@ std::string form(const std::string &action, const std::string &csrf, const std::
     return "<form method=\"post\" action=\"" + escape(action) + "\">\n" + hidden("csrf", csrf) + fields + "</form>\n";
 }
 
-std::string emailField(const std::string &value)
+std::string emailField(const std::string &value, const std::string &problem, const std::string &form)
 {
-    return field({"email", "E-mail address", "email", value, "username", {}});
+    return field({.name = "email",
+                  .label = "E-mail address",
+                  .type = "email",
+                  .value = value,
+                  .autocomplete = "username",
+                  .hint = {},
+                  .inputMode = "email",
+                  .problem = problem,
+                  .form = form});
 }
 
 std::string passwordField(const std::string &label)
 {
-    return field({"password", label, "password", {}, "current-password", {}});
+    return field({.name = "password",
+                  .label = label,
+                  .type = "password",
+                  .value = {},
+                  .autocomplete = "current-password",
+                  .hint = {},
+                  .inputMode = {},
+                  .problem = {},
+                  .form = {}});
 }
 
-std::string newPasswordField(const std::string &name, const std::string &label)
+std::string newPasswordField(const std::string &name, const std::string &label, const std::string &problem)
 {
-    return field({name, label, "password", {}, "new-password", "At least eight characters."});
+    return field({.name = name,
+                  .label = label,
+                  .type = "password",
+                  .value = {},
+                  .autocomplete = "new-password",
+                  .hint = "At least eight characters.",
+                  .leastLength = 8,
+                  .inputMode = {},
+                  .problem = problem,
+                  .form = "new"});
 }
 
 std::string field(const Field &field)
 {
+    const std::string id = field.form + "-" + field.name;
+    std::string described; // what a screen reader says after the field's name
     std::string text = "<label>" + escape(field.label) + "<input name=\"" + escape(field.name) + "\" type=\"" +
                        escape(field.type) + "\" value=\"" + escape(field.value) + "\" autocomplete=\"" +
                        escape(field.autocomplete) + "\" maxlength=\"254\"" + (field.isOptional ? "" : " required");
+    if (field.leastLength > 0)
+        text += " minlength=\"" + std::to_string(field.leastLength) + "\"";
+    if (!field.inputMode.empty())
+        text += " inputmode=\"" + escape(field.inputMode) + "\"";
     if (field.isCode)
-        text += " class=\"code\" autocapitalize=\"characters\" autocorrect=\"off\" spellcheck=\"false\"";
-    text += "></label>\n";
-    if (!field.hint.empty())
-        text += "<p class=\"hint\">" + escape(field.hint) + "</p>\n";
-    return text;
+        text += " class=\"code\" autocapitalize=\"characters\" autocorrect=\"off\" spellcheck=\"false\" autofocus";
+    std::string after;
+    if (!field.problem.empty()) {
+        described = "problem" + id;
+        text += " aria-invalid=\"true\"";
+        after =
+            "<p class=\"error\" role=\"alert\" id=\"" + escape(described) + "\">" + escape(field.problem) + "</p>\n";
+    }
+    if (!field.hint.empty()) {
+        described += (described.empty() ? "hint" : " hint") + id;
+        after += "<p class=\"hint\" id=\"hint" + escape(id) + "\">" + escape(field.hint) + "</p>\n";
+    }
+    if (!described.empty())
+        text += " aria-describedby=\"" + escape(described) + "\"";
+    return text + "></label>\n" + after;
 }
 
 std::string checkBox(const std::string &name, const std::string &label)
@@ -173,38 +218,65 @@ std::string link(const std::string &address, const std::string &label)
     return "<p><a href=\"" + escape(address) + "\">" + escape(label) + "</a></p>\n";
 }
 
+std::string symbol()
+{
+    struct Bar {
+        int top;
+        int bottom;
+    };
+    constexpr Bar bars[] = {{0, 40}, {12, 64}, {29, 86}, {48, 100}, {29, 86}, {12, 64}, {0, 40}};
+    std::string text =
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"-5 -8 116 116\">"
+        "<linearGradient id=\"g\" gradientUnits=\"userSpaceOnUse\" x1=\"0\" y1=\"0\" x2=\"0\" y2=\"100\">"
+        "<stop offset=\"0\" stop-color=\"#ffe3a6\"/><stop offset=\".55\" stop-color=\"#ffbe3a\"/>"
+        "<stop offset=\"1\" stop-color=\"#ff9a1f\"/></linearGradient>";
+    int x = 0;
+    for (const Bar &bar : bars) {
+        text += "<rect fill=\"url(#g)\" x=\"" + std::to_string(x) + "\" y=\"" + std::to_string(bar.top) +
+                "\" width=\"10\" height=\"" + std::to_string(bar.bottom - bar.top) + "\" rx=\"5\"/>";
+        x += 16;
+    }
+    return text + "</svg>\n";
+}
+
 const char *styleSheet()
 {
-    return R"(:root { color-scheme: dark; }
+    return R"(:root { color-scheme: dark light; --text: #fff; --soft: #c5c5c5; --link: #ffcb52; --brand: #fff8ea;
+  --top: #1c0f29; --bottom: #0d0615; --card: #2b1839; --edge: #5b4472; --input: #170b22; --frame: #7d6298;
+  --second: #43295a; --focus: #fff; --bad: #3a0f1d; --bad-edge: #ff6178; --mind: #3a2a08; --mind-edge: #ffb400; }
+@media (prefers-color-scheme: light) { :root { --text: #1c0f29; --soft: #57466a; --link: #6b2f9e; --brand: #2b1839;
+  --top: #fdfaff; --bottom: #f0e7f6; --card: #fff; --edge: #cdbadb; --input: #fff; --frame: #86709c;
+  --second: #e7daf0; --focus: #1c0f29; --bad: #fde8ec; --bad-edge: #b3203a; --mind: #fff3d6; --mind-edge: #a86a00; } }
 * { box-sizing: border-box; }
-body { margin: 0; min-height: 100vh; background: linear-gradient(#1c0f29, #0d0615) fixed; color: #fff;
+body { margin: 0; min-height: 100vh; background: linear-gradient(var(--top), var(--bottom)) fixed; color: var(--text);
   font: 18px/1.5 Arial, "Liberation Sans", sans-serif; }
 header { max-width: 34rem; margin: 0 auto; padding: 1.5rem 1.25rem 0; font-size: 1.5rem; letter-spacing: .04em; }
-header a { color: #fff8ea; text-decoration: none; }
+header a { display: inline-flex; gap: .6rem; align-items: center; color: var(--brand); text-decoration: none; }
 main { max-width: 34rem; margin: 0 auto; padding: 0 1.25rem 3rem; }
 h1 { font-size: 1.7rem; line-height: 1.2; margin: 1.2rem 0 .8rem; }
 p { overflow-wrap: anywhere; }
 h2 { font-size: 1.2rem; margin: 2rem 0 .5rem; }
-form { background: #2b1839; border: 2px solid #5b4472; border-radius: 16px; padding: 1.1rem; margin: 1rem 0; }
-label { display: block; margin: 0 0 1rem; color: #c5c5c5; }
-input { display: block; width: 100%; margin-top: .3rem; padding: .7rem .9rem; font: inherit; color: #fff;
-  background: #170b22; border: 2px solid #7d6298; border-radius: 12px; }
-label.check { display: flex; gap: .8rem; align-items: center; min-height: 2.5rem; color: #fff; }
+form { background: var(--card); border: 2px solid var(--edge); border-radius: 16px; padding: 1.1rem; margin: 1rem 0; }
+label { display: block; margin: 0 0 1rem; color: var(--soft); }
+input { display: block; width: 100%; margin-top: .3rem; padding: .7rem .9rem; font: inherit; color: var(--text);
+  background: var(--input); border: 2px solid var(--frame); border-radius: 12px; }
+label.check { display: flex; gap: .8rem; align-items: center; min-height: 2.5rem; color: var(--text); }
 .check input { width: 1.4rem; height: 1.4rem; margin: 0; accent-color: #ffb400; }
-input:focus { outline: none; border-color: #ffb400; }
+input:focus { outline: 3px solid #ffb400; border-color: var(--focus); }
 input.code { font-size: 1.6rem; letter-spacing: .25em; text-transform: uppercase; }
 button { display: block; width: 100%; min-height: 3rem; font: inherit; font-weight: bold; color: #000; cursor: pointer;
   background: linear-gradient(#ffcb52, #ffac12); border: 2px solid #ffe3a6; border-radius: 10px; }
 button + button, label + button, p + button { margin-top: .6rem; }
-button:focus-visible, a:focus-visible, .check input:focus-visible { outline: 3px solid #fff; outline-offset: 2px; }
-a { color: #ffcb52; }
-.error { background: #3a0f1d; border: 2px solid #ff6178; border-radius: 12px; padding: .7rem 1rem; }
-.note, .hint { color: #c5c5c5; font-size: .95rem; }
+button:focus-visible, a:focus-visible, .check input:focus-visible { outline: 3px solid var(--focus);
+  outline-offset: 2px; }
+a { color: var(--link); }
+.error { background: var(--bad); border: 2px solid var(--bad-edge); border-radius: 12px; padding: .7rem 1rem; }
+.note, .hint { color: var(--soft); font-size: .95rem; }
 .hint { margin: -.6rem 0 1rem; }
-.warning { background: #3a2a08; border: 2px solid #ffb400; border-radius: 12px; padding: .7rem 1rem; }
+.warning { background: var(--mind); border: 2px solid var(--mind-edge); border-radius: 12px; padding: .7rem 1rem; }
 .fact { margin: .3rem 0; }
-.fact span { display: inline-block; min-width: 6.5rem; color: #c5c5c5; }
-.plain { color: #fff; background: #43295a; border-color: #7d6298; }
+.fact span { display: inline-block; min-width: 6.5rem; color: var(--soft); }
+.plain { color: var(--text); background: var(--second); border-color: var(--frame); }
 )";
 }
 

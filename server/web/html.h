@@ -34,13 +34,18 @@ struct Field {
     std::string value;         // what was typed before; never a password
     std::string autocomplete = "off";
     std::string hint;
-    bool isCode = false; // an activation code: large, capitals, no corrections
+    bool isCode = false; // an activation code: large, capitals, no corrections, the first one to type into
     bool isOptional = false;
+    int leastLength = 0;
+    std::string inputMode; // the keyboard of a telephone: "numeric"
+    std::string problem;   // what is wrong with what was typed
+    std::string form;      // tells fields of one name on one page apart
 };
 std::string field(const Field &field);
-std::string emailField(const std::string &value);
+// `problem` stands beside the field; `form` tells fields of one name on one page apart.
+std::string emailField(const std::string &value, const std::string &problem = {}, const std::string &form = {});
 std::string passwordField(const std::string &label); // the present one, named "password"
-std::string newPasswordField(const std::string &name, const std::string &label);
+std::string newPasswordField(const std::string &name, const std::string &label, const std::string &problem = {});
 std::string checkBox(const std::string &name, const std::string &label); // not ticked; its value is "1"
 std::string hidden(const std::string &name, const std::string &value);
 std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
@@ -52,7 +57,9 @@ std::string paragraphs(const std::string &text);
 // The HTML part of a mail, without style sheet or picture.
 std::string mail(const std::string &title, const std::string &text);
 
-// The style sheet, served as /style.css: dark, one column, large enough for a thumb.
+// The style sheet, served as /style.css: dark or light as the reader's system is, one column, large enough for a thumb.
 const char *styleSheet();
+// The symbol, served as /symbol.svg: seven bars in the shape of a V.
+std::string symbol();
 
 } // namespace velmora::server::html

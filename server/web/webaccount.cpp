@@ -72,7 +72,10 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
                                             .value = device.name,
                                             .autocomplete = "off",
                                             .hint = device.deviceId + ", since " + day(device.associatedAt),
-                                            .isOptional = true}) +
+                                            .isOptional = true,
+                                            .inputMode = {},
+                                            .problem = {},
+                                            .form = device.deviceId}) +
                                html::plainButton("Rename", "action", "rename") +
                                html::plainButton("Remove", "action", "remove"));
     if (isOwner(visit))

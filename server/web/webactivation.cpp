@@ -83,19 +83,20 @@ void WebPages::takeCode(Visit &visit)
     else if (visit.linkingAccount() != 0)
         allowPage(visit);
     else
-        accountPage(visit, {}, {});
+        accountPage(visit, {});
 }
 
-void WebPages::accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
+void WebPages::accountPage(Visit &visit, const AccountForms &forms, int status)
 {
-    const std::string email = html::emailField(userName);
     show(visit, "Your account",
-         html::heading("Whose radio is it?") + html::error(problem) + "<h2>I have an account</h2>\n" +
+         html::heading("Whose radio is it?") + html::error(forms.problem) + "<h2>I have an account</h2>\n" +
              html::form("/activate/account", visit.csrf,
-                        email + html::passwordField("Password") + html::button("Sign in", "action", "signin")) +
+                        html::emailField(forms.known) + html::passwordField("Password") +
+                            html::button("Sign in", "action", "signin")) +
              html::link("/forgot", "Forgotten your password?") + "<h2>I am new here</h2>\n" +
              html::form("/activate/account", visit.csrf,
-                        email + html::newPasswordField("password", "Password") +
+                        html::emailField(forms.fresh, forms.addressProblem, "new") +
+                            html::newPasswordField("password", "Password", forms.passwordProblem) +
                             html::button("Create an account", "action", "create")),
          status);
 }
@@ -114,7 +115,7 @@ void WebPages::takeAccount(Visit &visit)
     AccountId id = 0;
     std::string problem;
     if (!checkLogin(visit, userName, &id, &problem)) {
-        accountPage(visit, problem, userName, 422); // the address stays, a password does not
+        accountPage(visit, {.problem = problem, .known = userName}, 422); // the address stays, a password does not
         return;
     }
     signIn(visit, id);
@@ -126,21 +127,25 @@ void WebPages::signUp(Visit &visit)
     const std::string userName = visit.value("email");
     const std::string password = visit.value("password");
     if (m_newAccounts.refuse(visit.request.network, m_clock())) {
-        accountPage(visit, "Too many new accounts from here. Please try again in a few minutes.", userName, 429);
+        accountPage(
+            visit,
+            {.problem = "Too many new accounts from here. Please try again in a few minutes.", .fresh = userName}, 429);
         return;
     }
     switch (Accounts::checkNew(userName, password)) {
     case CreateResult::BadUserName:
-        accountPage(visit, "This is not an e-mail address.", userName, 422);
+        accountPage(visit, {.fresh = userName, .addressProblem = "This is not an e-mail address."}, 422);
         return;
     case CreateResult::BadPassword:
-        accountPage(visit, "The password needs at least eight characters.", userName, 422);
+        accountPage(visit, {.fresh = userName, .passwordProblem = "The password needs at least eight characters."},
+                    422);
         return;
     default:
         break;
     }
     if (!m_service.signUp({userName, {}, {}, {}, {}, {}}, password)) {
-        accountPage(visit, "No mail can be sent at the moment. Please try again later.", userName, 503);
+        accountPage(visit, {.problem = "No mail can be sent at the moment. Please try again later.", .fresh = userName},
+                    503);
         return;
     }
     // Whether there is an account with this address is for the mail alone to say.

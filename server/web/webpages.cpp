@@ -29,6 +29,13 @@ void WebPages::addTo(http::Router &router)
         response.setContent(html::styleSheet(), "text/css; charset=utf-8");
         return response;
     });
+    router.get("/symbol.svg", [](const http::Request &) {
+        http::Response response;
+        response.setHeader("Cache-Control", "max-age=86400");
+        response.setHeader("X-Content-Type-Options", "nosniff");
+        response.setContent(html::symbol(), "image/svg+xml");
+        return response;
+    });
     router.get("/", [](const http::Request &) { return http::Response::redirect("/account"); });
     addActivation(router);
     addAccount(router);
@@ -84,14 +91,29 @@ void WebPages::setCookie(http::Response &response, const std::string &cookie) co
 
 void WebPages::show(Visit &visit, const std::string &title, const std::string &body, int status) const
 {
-    visit.response.status = status;
-    visit.response.setHeader("Content-Security-Policy",
-                             "default-src 'none'; style-src 'self'; form-action 'self'; base-uri 'none'; "
-                             "frame-ancestors 'none'");
-    visit.response.setHeader("X-Content-Type-Options", "nosniff");
-    visit.response.setHeader("Referrer-Policy", "no-referrer"); // a link of a mail carries its token in the address
-    visit.response.setHeader("Cache-Control", "no-store");
-    visit.response.setContent(html::render({title, body, m_isEncrypted}), "text/html; charset=utf-8");
+    put(visit.response, title, body, status);
+}
+
+void WebPages::put(http::Response &response, const std::string &title, const std::string &body, int status) const
+{
+    response.status = status;
+    response.setHeader("Content-Security-Policy",
+                       "default-src 'none'; style-src 'self'; img-src 'self'; form-action 'self'; base-uri 'none'; "
+                       "frame-ancestors 'none'");
+    response.setHeader("X-Content-Type-Options", "nosniff");
+    response.setHeader("Referrer-Policy", "no-referrer"); // a link of a mail carries its token in the address
+    response.setHeader("Cache-Control", "no-store");
+    response.setContent(html::render({title, body, m_isEncrypted}), "text/html; charset=utf-8");
+}
+
+http::Response WebPages::notFound() const
+{
+    http::Response response;
+    put(response, "No such page",
+        html::heading("There is no such page") + html::paragraph("The address may be mistyped, or the page has gone.") +
+            html::link("/activate", "Activate a radio") + html::link("/account", "Your account"),
+        404);
+    return response;
 }
 
 void WebPages::redirect(Visit &visit, const std::string &address)

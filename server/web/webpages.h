@@ -19,6 +19,8 @@ public:
     WebPages(StationService &service, bool isEncrypted, Clock clock = systemClock());
 
     void addTo(http::Router &router);
+    // For a browser that asks for an address that nobody answers.
+    http::Response notFound() const;
 
 private:
     // One request with its browser's session.
@@ -41,6 +43,7 @@ private:
     http::Response visit(const http::Request &request, Handler handler);
     void setCookie(http::Response &response, const std::string &cookie) const;
     void show(Visit &visit, const std::string &title, const std::string &body, int status = 200) const;
+    void put(http::Response &response, const std::string &title, const std::string &body, int status) const;
     static void redirect(Visit &visit, const std::string &address);
     void signIn(Visit &visit, AccountId account);
     // Checks name and password as the radio's login does. Sets `problem`, the text to show, when it failed.
@@ -55,7 +58,15 @@ private:
     // `note` is markup.
     void codePage(Visit &visit, const std::string &note, int status = 200);
     void signUp(Visit &visit);
-    void accountPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
+    // What was typed, and what is wrong with it: of who has an account, and of who is new.
+    struct AccountForms {
+        std::string problem{};
+        std::string known{}; // addresses
+        std::string fresh{};
+        std::string addressProblem{};
+        std::string passwordProblem{};
+    };
+    void accountPage(Visit &visit, const AccountForms &forms, int status = 200);
     void allowPage(Visit &visit);
 
     // webaccount.cpp

@@ -24,9 +24,9 @@ std::string signUpGone()
 
 std::string passwordForm(const std::string &csrf, const std::string &token, const std::string &problem)
 {
-    return html::heading("A new password") + html::error(problem) +
+    return html::heading("A new password") +
            html::form("/reset", csrf,
-                      html::hidden("token", token) + html::newPasswordField("new", "New password") +
+                      html::hidden("token", token) + html::newPasswordField("new", "New password", problem) +
                           html::checkBox("keep", "Keep my radios signed in") + html::button("Set it"));
 }
 
@@ -40,16 +40,19 @@ std::string forgotForm(const std::string &csrf, const std::string &problem, cons
 
 std::string pinForm(const std::string &csrf, const std::string &token, const std::string &problem)
 {
-    return html::heading("A new PIN") + html::error(problem) +
-           html::form("/pin", csrf,
-                      html::hidden("token", token) +
-                          html::field({.name = "new",
-                                       .label = "New PIN",
-                                       .type = "password",
-                                       .value = {},
-                                       .autocomplete = "off",
-                                       .hint = "Four to twelve digits."}) +
-                          html::button("Set it"));
+    return html::heading("A new PIN") + html::form("/pin", csrf,
+                                                   html::hidden("token", token) +
+                                                       html::field({.name = "new",
+                                                                    .label = "New PIN",
+                                                                    .type = "password",
+                                                                    .value = {},
+                                                                    .autocomplete = "off",
+                                                                    .hint = "Four to twelve digits.",
+                                                                    .leastLength = 4,
+                                                                    .inputMode = "numeric",
+                                                                    .problem = problem,
+                                                                    .form = "pin"}) +
+                                                       html::button("Set it"));
 }
 
 bool isPin(const std::string &text)

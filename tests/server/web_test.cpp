@@ -85,6 +85,7 @@ protected:
     {
         ListenSettings settings;
         settings.addPages = [this](http::Router &router) { m_pages.addTo(router); };
+        settings.pageNotFound = [this] { return m_pages.notFound(); };
         m_port = listen(settings).port();
         m_device = addDevice();
     }
@@ -447,7 +448,7 @@ TEST_F(WebTest, aResetLinkOpensOnceAndAShortPasswordDoesNotCostIt)
 TEST_F(WebTest, everyPageForbidsScriptsFramesAndStoring)
 {
     Browser browser(m_port);
-    for (const char *path : {"/activate", "/account", "/reset?token=x", "/pin?token=x"}) {
+    for (const char *path : {"/activate", "/account", "/reset?token=x", "/pin?token=x", "/forgot", "/mistyped"}) {
         browser.get(path);
         const auto header = [&](const char *name) { return browser.last.header(name); };
         EXPECT_NE(header("Content-Security-Policy").find("default-src 'none'"), std::string::npos) << path;
