@@ -104,6 +104,7 @@ struct Found {
     std::optional<HardwareAddress> address;
     SecretText key; // empty: not there
     bool isDamaged = false;
+    struct stat file {}; // where it was found
 };
 
 Found parseState(std::string_view text)
@@ -186,9 +187,11 @@ Read readState(const fs::path &file, Found &found)
         length += static_cast<std::size_t>(got);
     }
     found = parseState(std::string_view(text).substr(0, length));
+    found.file = info;
     return Read::Done;
 }
 
+// A second name for the damaged file, so that what is whole in it is never without one: the new file takes the first.
 void keepDamaged(const fs::path &file)
 {
     fs::path kept;
@@ -199,7 +202,8 @@ void keepDamaged(const fs::path &file)
         if (!fs::exists(fs::symlink_status(kept, error)))
             break;
     }
-    if (rename(file.c_str(), kept.c_str()) == 0)
+    // Not every file system has links.
+    if (link(file.c_str(), kept.c_str()) == 0 || rename(file.c_str(), kept.c_str()) == 0)
         std::fprintf(stderr, "libvelmora_ws: %s was damaged; kept as %s\n", file.c_str(), kept.c_str());
 }
 
@@ -218,8 +222,15 @@ bool writeAll(int fd, std::string_view text)
 
 enum class Written { Done, Exists, Failed };
 
-// Two processes may start at the same time: the second one takes the file of the first.
-Written writeState(const fs::path &folder, const DeviceState &state)
+bool isSameFile(const fs::path &file, const std::optional<struct stat> &known)
+{
+    struct stat now {};
+    return known && lstat(file.c_str(), &now) == 0 && now.st_dev == known->st_dev && now.st_ino == known->st_ino;
+}
+
+// Two processes may start at the same time: the second one takes the file of the first. `damaged`: the file that is
+// replaced, none if there is no file.
+Written writeState(const fs::path &folder, const DeviceState &state, const std::optional<struct stat> &damaged)
 {
     const fs::path file = folder / fileName;
     std::string temporary = (folder / "device.new-XXXXXX").string();
@@ -232,7 +243,8 @@ Written writeState(const fs::path &folder, const DeviceState &state)
 
     const Descriptor fd(mkostemp(temporary.data(), O_CLOEXEC)); // mode 0600
     bool isWritten = fd.isOpen() && writeAll(fd.get(), text) && fsync(fd.get()) == 0;
-    if (isWritten && renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, file.c_str(), RENAME_NOREPLACE) != 0) {
+    const unsigned flags = isSameFile(file, damaged) ? 0 : RENAME_NOREPLACE;
+    if (isWritten && renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, file.c_str(), flags) != 0) {
         if (errno == EEXIST) {
             unlink(temporary.c_str());
             return Written::Exists;
@@ -294,12 +306,15 @@ DeviceState loadDeviceState(const fs::path &folder, const fs::path &sysClassNet)
 
     // Twice at most: the second time another process has just written the file.
     for (int attempt = 0; attempt < 2; ++attempt) {
+        std::optional<struct stat> damaged;
         if (isWritable) {
             const Read read = readState(file, found);
             if (read == Read::Done && !found.isDamaged)
                 break;
-            if (read == Read::Done)
+            if (read == Read::Done) {
+                damaged = found.file;
                 keepDamaged(file);
+            }
             isWritable = read != Read::Refused;
         }
         if (!found.address) {
@@ -308,7 +323,7 @@ DeviceState loadDeviceState(const fs::path &folder, const fs::path &sysClassNet)
         }
         if (found.key.empty())
             found.key = randomKey();
-        if (!isWritable || writeState(folder, {*found.address, found.key}) != Written::Exists)
+        if (!isWritable || writeState(folder, {*found.address, found.key}, damaged) != Written::Exists)
             break;
     }
     return {*found.address, found.key};

@@ -2,6 +2,7 @@
 #include "callerlimits.h"
 #include "config.h"
 #include "devicestate.h"
+#include "fakes/killpoint.h"
 #include "pace.h"
 #include "reply.h"
 #include "retry.h"
@@ -422,6 +423,35 @@ private slots:
             QVERIFY2((state.key == SecretText(43, 'k')) == c.isKeyKept, c.name);
             QVERIFY2(loadDeviceState(pathOf(folder), {}).key == state.key, c.name);
             QVERIFY2(!QFile::exists(folder + "/device.damaged-3"), c.name);
+        }
+    }
+
+    void aKillAtAnyWriteLeavesTheOldStateOrTheNewOne()
+    {
+        if (qEnvironmentVariableIsSet("VELMORA_NO_PTRACE"))
+            QSKIP("VELMORA_NO_PTRACE: no process is traced here");
+        using killpoint::Child;
+        const QByteArray damaged("velmora-ws-state 1\nmac=0A1B2C3D4E5F\nkey=kkk");
+        for (const bool isFirst : {true, false}) { // a new device, and one whose file was damaged
+            int kills = 0, made = 0;
+            for (Child child = Child::Killed; child == Child::Killed; ++kills) {
+                QTemporaryDir root;
+                const QString folder = root.filePath("state");
+                QVERIFY(isFirst || writeFile(folder + "/device", damaged));
+                child = killpoint::killedAt(kills, [&] { loadDeviceState(pathOf(folder), {}); });
+                QVERIFY2(child != Child::NotTraced, "this machine lets no process be traced");
+                const QByteArray text = fileText(folder + "/device");
+                const bool isWhole = text.startsWith("velmora-ws-state 1\nmac=") && text.endsWith('\n');
+                made += isWhole;
+                QVERIFY2(isWhole || text == (isFirst ? QByteArray("(none)") : damaged) ||
+                             fileText(folder + "/device.damaged-1") == damaged,
+                         text.constData());
+                const DeviceState state = loadDeviceState(pathOf(folder), {});
+                QVERIFY(loadDeviceState(pathOf(folder), {}).key == state.key);
+                QVERIFY2(!isWhole || text.contains(QByteArray(state.key.data(), 43)), "the identity stays");
+                QVERIFY(isFirst || hex(state.address) == "0A1B2C3D4E5F");
+            }
+            QVERIFY(kills > 4 && made > 1);
         }
     }
 

@@ -1,4 +1,5 @@
 #include "fakes/devicetwin.h"
+#include "fakes/killpoint.h"
 #include "fakes/logcapture.h"
 #include "fakes/row.h"
 #include "service/devicepaths.h"
@@ -287,6 +288,40 @@ private slots:
             QCOMPARE(file.readAll(), before);
         }
         QCOMPARE(names().first(), QStringLiteral("ann"));
+    }
+
+    // The means is ptrace. A machine without it (an emulator) says so itself.
+    void aKillAtAnyWriteLeavesTheOldSettingsOrTheNewOnes()
+    {
+        if (qEnvironmentVariableIsSet("VELMORA_NO_PTRACE"))
+            QSKIP("VELMORA_NO_PTRACE: no process is traced here");
+        using killpoint::Child;
+        LogCapture silent;
+        open()->addAccount("ann", "0");
+        open()->setStationInfo("ann", "s1");
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray old = file.readAll();
+        const auto change = [this] { open()->addAccount("bob", "1"); };
+        QMap<qsizetype, int> seen; // number of accounts -> times
+        Child child = Child::Killed;
+        for (int number = 0; child == Child::Killed; ++number) {
+            const Row row(QStringLiteral("call %1").arg(number));
+            write(old);
+            QDir folder(QFileInfo(m_file).dir());
+            for (const QString &left : folder.entryList({"velmora_5.ini.*"})) // every child picks the same random names
+                folder.remove(left);
+            child = killpoint::killedAt(number, change);
+            QVERIFY2(child != Child::NotTraced, "this machine lets no process be traced");
+            QVERIFY(child != Child::Crashed);
+            ++seen[names().size()];
+            QVERIFY2(folder.entryList({"*.lock*"}).isEmpty(), "the next write would wait for a lock that nobody holds");
+            QCOMPARE(names(), (QStringList{"ann", "bob"}.mid(0, names().size())));
+            QCOMPARE(raw("Account/1/laststation").toString(), QStringLiteral("s1"));
+            QCOMPARE(raw("Slot/size").toInt(), 5);
+            QVERIFY(beside().isEmpty());
+        }
+        QVERIFY2(seen.size() == 2 && seen[1] >= 5 && seen[2] >= 1, qPrintable(QString::number(seen[1])));
     }
 
     void noPasswordIsLogged()
