@@ -151,7 +151,7 @@ void LoadingDlg::displayError(VLM_WS_EXT_ERRCODE_T e_ret)
     if (isFatalMessageUp())
         return;
     const QPointer<LoadingDlg> self(this);
-    showMsgbox(MSG_ERROR, text);
+    showLastMsgbox(MSG_ERROR, text);
     if (self && !isBoxDestroyed())
         emit signalExit(false, true);
 }

@@ -90,5 +90,5 @@ void WelcomeDlg::askToLeave()
     if (isNo)
         resetFocus(false);
     else
-        emit signalExit(false, true);
+        leaveAsWished();
 }

@@ -54,6 +54,8 @@ public:
     // Runs a box modally and returns 1 (OK, Yes, Artist, Home) or 0 (Cancel, No, Track, or destroyed from outside: ask
     // isBoxDestroyed()). THIS SCREEN MAY BE GONE when it returns: guard with QPointer before touching a member.
     virtual int showMsgbox(int type, const QString &text);
+    // The same for a message after which the radio exits. A menu system may end the radio instead while it is shown.
+    int showLastMsgbox(int type, const QString &text);
     void hideMsgbox();
     void delMsgbox();
     bool isMsgboxShown() const;
@@ -68,6 +70,10 @@ public:
     void runTimer();
     void stopTimer();
     void resetNohandleTimeOut();
+
+    // Leaves without a question, because a person wants to. Other ends count as faults, after which the menu system may
+    // start the radio again.
+    void leaveAsWished();
 
     // --- hand-over
     // Disconnects this screen and `login` (its login sequence, may be null) from the web service: at most one living
@@ -130,6 +136,8 @@ private:
     bool m_isLoseFocus = false;
     bool m_isBoxShown = false;
     bool m_isBoxDestroyed = false;
+    bool m_isLastBox = false;     // the next box is the last one
+    bool m_isExitWished = false;  // by a person: the next exit without a question
     bool m_isExitGranted = false; // the exit is certain: nothing clears isEixt any more
     int m_msgBoxInfoType = LABELS_DEFAULT;
     QPointer<viewcomponent::BufferDlg> m_bufferDlg;

@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 constexpr int idleRepeatMs = 3'000; // while nothing plays
@@ -27,9 +28,16 @@ void VelmoraParentWidget::exitVelmora()
     emit signalExit(false, false);
 }
 
+void VelmoraParentWidget::leaveAsWished()
+{
+    m_isExitWished = true;
+    emit signalExit(false, true);
+}
+
 void VelmoraParentWidget::exitVelmora(bool isFromParent, bool isSystemError)
 {
     qDebug("VelmoraParentWidget,exitVelmora,isFromParent=%d,isSystemError=%d...", isFromParent, isSystemError);
+    const bool isWished = std::exchange(m_isExitWished, false) || !isSystemError;
     destroyedMsgbox();
     if (isFromParent) {
         answerParentExit();
@@ -54,6 +62,7 @@ void VelmoraParentWidget::exitVelmora(bool isFromParent, bool isSystemError)
         }
     }
     qDebug("VelmoraParentWidget,requestExit,m_isNetworkError=%d.", m_isNetworkError);
+    qApp->setProperty(netcommon::exitWishProperty, isWished);
     m_isExitGranted = netcommon::Ipc::requestExit(m_isNetworkError);
     if (!self)
         return;
@@ -136,7 +145,7 @@ void VelmoraParentWidget::NohandleTimeOut()
         runTimer();
         playCurrentSong();
     } else {
-        emit signalExit(false, true);
+        leaveAsWished();
     }
 }
 
@@ -183,7 +192,7 @@ void VelmoraParentWidget::handleNetworkEvent(NETWORk_EVENT_T event)
     m_networkScreen = this;
     setMsgBoxInfoType(LABELS_HOME);
     const QPointer<VelmoraParentWidget> self(this);
-    showMsgbox(MSG_WARNING, tr("Unable to connect to network."));
+    showLastMsgbox(MSG_WARNING, tr("Unable to connect to network."));
     if (!self)
         return;
     m_isNetworkError = true;
@@ -196,7 +205,7 @@ void VelmoraParentWidget::gotoHome()
     qDebug("VelmoraParentWidget,gotoHome...");
     setMsgBoxInfoType(LABELS_HOME);
     const QPointer<VelmoraParentWidget> self(this);
-    showMsgbox(MSG_WARNING, tr("There may be network congestion."));
+    showLastMsgbox(MSG_WARNING, tr("There may be network congestion."));
     if (self && !m_isBoxDestroyed)
         emit signalExit(false, true);
 }

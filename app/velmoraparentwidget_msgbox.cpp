@@ -2,9 +2,12 @@
 #include "app/velmoraparentwidget.h"
 
 #include "app/errortexts.h"
+#include "netcommon/ipc.h"
 #include "widgets/msgboxdlg.h"
 
 #include <QLabel>
+
+#include <utility>
 
 namespace {
 
@@ -35,6 +38,7 @@ int VelmoraParentWidget::showMsgbox(int type, const QString &text)
     const QPointer<VelmoraParentWidget> self(this);
     const QPointer<MsgboxDlg> box(new MsgboxDlg(type, text, this));
     m_msgbox = box;
+    box->setProperty(netcommon::lastBoxProperty, std::exchange(m_isLastBox, false));
     switch (m_msgBoxInfoType) {
     case LABELS_YES_NO:
         box->setButtonText(tr("Yes"), tr("No"));
@@ -60,6 +64,12 @@ int VelmoraParentWidget::showMsgbox(int type, const QString &text)
     if (self)
         destroyedMsgbox();
     return result;
+}
+
+int VelmoraParentWidget::showLastMsgbox(int type, const QString &text)
+{
+    m_isLastBox = true;
+    return showMsgbox(type, text);
 }
 
 // Dims a full-screen dialog while its box is open, so that the box is the only bright thing. Dialogs that are cards

@@ -169,7 +169,7 @@ void VelmoraMainDlg::showAndLeave(int type, const QString &text)
     if (isFatalMessageUp())
         return;
     const QPointer<VelmoraMainDlg> self(this);
-    showMsgbox(type, text);
+    showLastMsgbox(type, text);
     if (self && !m_isGoing && !isEixt && !m_isNetworkError)
         emit signalExit(false, true);
 }
@@ -187,7 +187,10 @@ bool VelmoraMainDlg::reportError(VLM_WS_EXT_ERRCODE_T e_ret, const QString &fall
         m_isErrorMsg = true;
         emit signalFatalErr(e_ret);
     }
-    showMsgbox(MSG_WARNING, text);
+    if (reaction == errortexts::Reaction::Leave)
+        showLastMsgbox(MSG_WARNING, text);
+    else
+        showMsgbox(MSG_WARNING, text);
     // A network loss and an exit close the box and decide by themselves what follows.
     if (!self || m_isGoing || isEixt || m_isNetworkError)
         return false;

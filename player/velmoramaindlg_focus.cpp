@@ -361,7 +361,7 @@ void VelmoraMainDlg::hanleMenuOp(int index)
         signout();
         break;
     case Action::Exit:
-        emit signalExit(false, true);
+        leaveAsWished();
         break;
     case Action::IdlePrompt:
         NohandleTimeOut();

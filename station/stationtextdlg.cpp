@@ -18,12 +18,12 @@ void StationTextDlg::warnAndLeave(const QString &text)
     if (isFatalMessageUp())
         return;
     const QPointer<StationTextDlg> guard(this);
-    showMsgbox(MSG_WARNING, text);
+    showLastMsgbox(MSG_WARNING, text);
     if (guard && !isEixt && !m_isNetworkError)
         emit signalExit(false, true);
 }
 
-bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
+bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback, bool isAlwaysLast)
 {
     if (isFatalMessageUp())
         return false;
@@ -34,7 +34,10 @@ bool StationTextDlg::report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback)
         m_isErrorMsg = true;
         emit signalFatalErr(code);
     }
-    showMsgbox(MSG_WARNING, text);
+    if (reaction == errortexts::Reaction::Leave || (isAlwaysLast && reaction != errortexts::Reaction::SignOut))
+        showLastMsgbox(MSG_WARNING, text);
+    else
+        showMsgbox(MSG_WARNING, text);
     // A network loss and an exit close the box and decide by themselves what follows.
     if (!guard || isEixt || m_isNetworkError)
         return false;
@@ -80,7 +83,7 @@ void StationTextDlg::takeStationList(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_r
         return;
     }
     handle.reset();
-    if (report(e_ret, fallback))
+    if (report(e_ret, fallback, true))
         emit signalExit(false, true);
 }
 

@@ -15,7 +15,8 @@ protected slots:
 protected:
     // Shows the message of a failed completion and carries out 5099 (sign-out) and -504 (exit). True when the caller
     // goes on; false when a fatal message is up, the failure has ended the screen, or the screen is gone.
-    bool report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback);
+    // `isAlwaysLast`: the caller ends the radio when it goes on.
+    bool report(VLM_WS_EXT_ERRCODE_T code, const QString &fallback, bool isAlwaysLast = false);
     // Shows a warning, unless a fatal message is up, and ends the radio.
     void warnAndLeave(const QString &text);
 

@@ -1,5 +1,7 @@
 #include "backdrop.h"
 
+#include "netcommon/ipc.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QGuiApplication>
@@ -68,6 +70,7 @@ bool Backdrop::event(QEvent *event)
     case QEvent::Close:
         // The desktop's close button.
         event->ignore();
+        qApp->setProperty(netcommon::exitWishProperty, true);
         QCoreApplication::quit();
         return true;
     default:

@@ -10,6 +10,7 @@
 
 QList<_NETWORK_MSG_T> FakeIpc::messages;
 QList<bool> FakeIpc::exitRequests;
+QStringList FakeIpc::exitKinds;
 QList<int> FakeIpc::responses;
 bool FakeIpc::isHandedOver = true;
 bool FakeIpc::isMissing = false;
@@ -50,6 +51,8 @@ int Ipc::sendIpcMsg(_NETWORK_MSG_T *msg)
 bool Ipc::requestExit(bool isNetworkError)
 {
     FakeIpc::exitRequests.append(isNetworkError);
+    const bool isWish = qApp->property(exitWishProperty).toBool();
+    FakeIpc::exitKinds.append(isWish ? "wish" : qApp->property(lastBoxProperty).toBool() ? "fault" : "unmarked fault");
     return FakeIpc::isHandedOver;
 }
 
@@ -111,6 +114,9 @@ void FakeIpc::reset()
 {
     messages.clear();
     exitRequests.clear();
+    exitKinds.clear();
+    if (qApp)
+        qApp->setProperty(netcommon::lastBoxProperty, false);
     responses.clear();
     isHandedOver = true;
     isMissing = false;

@@ -3,6 +3,7 @@
 #include "netcommon/netcommon_global.h"
 
 #include <QList>
+#include <QStringList>
 
 // Drives the fakes of netcommon::Ipc and netcommon::IpcThread. GUI thread only.
 class FakeIpc {
@@ -12,6 +13,7 @@ public:
     // --- what the radio sent
     static QList<_NETWORK_MSG_T> messages;
     static QList<bool> exitRequests; // isNetworkError of each
+    static QStringList exitKinds;    // of each: "wish", or "fault"; "unmarked fault" if the box before was no last box
     static QList<int> responses;     // responseParent, repeated ones too
 
     // --- script

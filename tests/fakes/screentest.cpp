@@ -1,5 +1,7 @@
 #include "fakes/screentest.h"
 
+#include "netcommon/ipc.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -104,6 +106,7 @@ void BoxAnswer::look()
     if (!box || box == m_seen)
         return;
     m_seen = box;
+    qApp->setProperty(netcommon::lastBoxProperty, box->property(netcommon::lastBoxProperty)); // for FakeIpc
     auto *ok = screentest::child<QPushButton>(box, "okBtn");
     auto *cancel = screentest::child<QPushButton>(box, "cancelBtn");
     m_texts.append(screentest::child<QLabel>(box, "contentLabel")->text());

@@ -1,5 +1,6 @@
 // Create station: searching, choosing, creating, and every possible failure.
 
+#include "fakes/fakeipc.h"
 #include "fakes/fakekeyboard.h"
 #include "fakes/fakenetwork.h"
 #include "screens/accountfixture.h"
@@ -250,6 +251,7 @@ private slots:
             QTRY_COMPARE(box.answered().size(), c.failing == VLM_WS_MSGID_SEARCH ? 1 : 2); // after artist or track
             QVERIFY2(box.texts().last().startsWith(c.text), qPrintable(box.texts().last()));
             QTRY_COMPARE(exits.size(), c.way == Exit ? 1 : 0);
+            QCOMPARE(FakeIpc::exitKinds, QStringList(exits.size(), "fault"));
             QTRY_COMPARE(fixture.screens().signOuts(), c.way == SignOut ? 1 : 0);
             QCOMPARE(fatal.size(), fixture.screens().signOuts());
             QTRY_COMPARE(dialog.isNull(), c.way == SignOut);

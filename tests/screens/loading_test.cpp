@@ -83,9 +83,15 @@ private slots:
         }
     }
 
-    void anErrorBoxThatWasNotAnsweredDoesNotEndTheRadio()
+    void anErrorEndsTheRadioWhenItsBoxIsAnswered()
     {
         open();
+        {
+            BoxAnswer answers({BoxAnswer::Ok});
+            m_screen->displayError(VLM_WS_ERR_ERROR_CURL_FAILURE);
+        }
+        QCOMPARE(FakeIpc::exitKinds, QStringList("fault"));
+        FakeIpc::reset();
         QTimer::singleShot(0, m_screen, [this] { m_screen->destroyedMsgbox(); });
         m_screen->displayError(VLM_WS_ERR_ERROR_CURL_FAILURE);
         QVERIFY(m_screen);

@@ -88,7 +88,7 @@ private slots:
                 QCOMPARE(answers.shown(), 1);
                 QVERIFY(answers.texts().first().startsWith(isInactive ? "Sorry,this account is no longer active."
                                                                       : "A network error has occurred."));
-                QCOMPARE(FakeIpc::exitRequests.size(), isInactive ? 0 : 1);
+                QCOMPARE(FakeIpc::exitKinds, QStringList(isInactive ? 0 : 1, "fault"));
                 QCOMPARE(rig.screens.made(), isInactive ? QStringList("selectUser 2") : QStringList());
                 QCOMPARE(rig.player.isNull(), isInactive);
             }

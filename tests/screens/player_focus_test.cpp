@@ -242,7 +242,7 @@ private slots:
             {5, "Are you sure you want to delete station: \nStation b ?"}, // delete
             {6, "Are you sure you want to rename station: \nStation b ?"}, // rename
             {7, "selectUser 2"},                                           // switch user
-            {8, "exit"},                                                   // exit
+            {8, "wish"},                                                   // exit
             {9, ""},                                                       // close
         };
         for (const auto &[downs, expected] : cases) {
@@ -266,7 +266,7 @@ private slots:
             else if (answers.shown() > 0)
                 outcome = answers.texts().first();
             else if (!FakeIpc::exitRequests.isEmpty())
-                outcome = "exit";
+                outcome = FakeIpc::exitKinds.last();
             QVERIFY2(outcome == expected, qPrintable(outcome + " for " + expected));
             QVERIFY(!rig.dialog<MenuDlg>());
             if (outcome.startsWith("Are you sure")) {

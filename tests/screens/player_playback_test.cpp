@@ -84,7 +84,7 @@ private slots:
         FakePlayback::playFailed(-2);
         QCOMPARE(answers.texts(), QStringList("Play the track failed,System occurs error!"));
         QVERIFY(answers.icon().contains("MsgBox_Error"));
-        QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
+        QCOMPARE(FakeIpc::exitKinds, QStringList("fault"));
     }
 
     void aFailedPlaylistEndsTheMusicAndCanBeRequestedAgain()
@@ -114,7 +114,7 @@ private slots:
                     rig.answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_EXT_ERRCODE_T(c.code));
                 QCOMPARE(answers.texts(), c.texts);
                 QVERIFY(!rig.isAnimationShown());
-                QCOMPARE(FakeIpc::exitRequests.size(), c.exits);
+                QCOMPARE(FakeIpc::exitKinds, QStringList(c.exits, "fault"));
                 QCOMPARE(rig.focused(), QStringList("stationListWidget"));
                 QCOMPARE(FakePlayback::types, QList<int>{3}); // what sounded has ended, and the screen says so
                 QVERIFY(rig.style("playBtn").contains("Play.png") && rig.style("playIconLabel").contains("Play.png"));
@@ -326,7 +326,7 @@ private slots:
             rig.tick();
             QCOMPARE(FakePlayback::commands, QStringList("type 2"));
             QCOMPARE(answers.texts().value(0).startsWith("A network error has occurred."), !isFatal);
-            QCOMPARE(FakeIpc::exitRequests.size(), isFatal ? 0 : 1);
+            QCOMPARE(FakeIpc::exitKinds, QStringList(isFatal ? 0 : 1, "fault"));
         }
     }
 

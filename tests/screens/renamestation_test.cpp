@@ -1,5 +1,6 @@
 // Rename station: the question, refusal, failure, success.
 
+#include "fakes/fakeipc.h"
 #include "fakes/fakekeyboard.h"
 #include "screens/accountfixture.h"
 #include "station/renamestationdlg.h"
@@ -117,6 +118,7 @@ private slots:
             QTRY_COMPARE(box.answered().size(), 2);
             QVERIFY2(box.texts().last().startsWith(c.text), qPrintable(box.texts().last()));
             QTRY_COMPARE(exits.size(), c.way == Exit ? 1 : 0);
+            QCOMPARE(FakeIpc::exitKinds, QStringList(exits.size(), "fault"));
             QTRY_COMPARE(fixture.screens().signOuts(), c.way == SignOut ? 1 : 0);
             if (c.way != Exit) {
                 QTRY_VERIFY(!dialog);

@@ -135,6 +135,7 @@ private slots:
         emit m_screen->signalBlueBtn();
         QCOMPARE(answers.texts(), QStringList{exitQuestion});
         QCOMPARE(FakeIpc::exitRequests, QList<bool>{true});
+        QCOMPARE(FakeIpc::exitKinds, QStringList("wish"));
         QVERIFY(m_screen->isEixt);
         QVERIFY(m_screen->isVisible());
     }
@@ -348,7 +349,7 @@ private slots:
         QVERIFY(QMetaObject::invokeMethod(idleTimer(*player->screen()), "timeout"));
         QCOMPARE(answers.buttons(), QStringList{"Yes|No"});
         QCOMPARE(m_screens->playerNotes(), QStringList{"own stop"}); // the player is told by its own signal
-        QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
+        QCOMPARE(FakeIpc::exitKinds, QStringList("wish")); // only a person answers No
         QVERIFY(!idleTimer(*player->screen())->isActive());
     }
 
@@ -372,6 +373,7 @@ private slots:
             QVERIFY(answers.icon().contains("MsgBox_Warning"));
             QCOMPARE(owner, isOlderHidden ? &newer : m_screen.data());
             QCOMPARE(FakeIpc::exitRequests, QList<bool>{true});
+            QCOMPARE(FakeIpc::exitKinds, QStringList("fault"));
             for (VelmoraParentWidget *screen : {static_cast<VelmoraParentWidget *>(m_screen), player->screen(),
                                                 static_cast<VelmoraParentWidget *>(&newer)})
                 QVERIFY(screen->m_isErrorMsg && screen->m_isNetworkError);
@@ -411,7 +413,7 @@ private slots:
         m_screen->call("gotoHome");
         QCOMPARE(answers.texts(), QStringList{"There may be network congestion."});
         QCOMPARE(answers.buttons(), QStringList{"Home"});
-        QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
+        QCOMPARE(FakeIpc::exitKinds, QStringList("fault"));
     }
 
     // --- screen saver, animation

@@ -49,7 +49,7 @@ private slots:
             BoxAnswer answers({BoxAnswer::Ok});
             screentest::key(m_screen, screentest::Back);
             QCOMPARE(answers.shown(), 1);
-            QCOMPARE(FakeIpc::exitRequests, QList<bool>{false});
+            QCOMPARE(FakeIpc::exitKinds, QStringList("wish"));
         }
         QTimer::singleShot(0, m_screen, [this] { m_screen->close(); }); // under its question
         screentest::keyRelease(m_screen, screentest::Back);

@@ -4,6 +4,16 @@
 
 namespace netcommon {
 
+// What requestExit() cannot say, in dynamic properties that the radio sets before. The menu system starts the radio again
+// after a fault, so a library that does not read them makes every exit a fault. GUI thread only.
+//
+// Of the application object: true while an exit is requested, or the event loop is about to end, because a person wants
+// to leave.
+inline constexpr char exitWishProperty[] = "velmoraExitWish";
+// Of a message box: true if the radio requests its exit when the box is closed. A menu system that wants to start the
+// radio again does not have to wait for somebody who closes it.
+inline constexpr char lastBoxProperty[] = "velmoraLastBox";
+
 // Sends messages to the device's menu system. One instance per process, created on first use and deleted by the
 // program's main; GUI thread only.
 class NETCOMMON_EXPORT Ipc {

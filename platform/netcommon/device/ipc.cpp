@@ -3,6 +3,7 @@
 #include "menulink.h"
 #include "netcommon/ipcthread.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 
 namespace netcommon {
@@ -50,8 +51,10 @@ bool Ipc::requestExit(bool isNetworkError)
     IpcThread *thread = IpcThread::getInstance();
     const auto link = MenuLink::shared();
     if (link->isConnected()) {
-        const bool sent = link->send(menu::makeMessage(menu::MessageType::ExitRequest, 0, isNetworkError ? 1 : 0));
-        qDebug("Ipc,requestExit,isNetworkError=%d,sent=%d", isNetworkError, sent);
+        const bool isWish = qApp && qApp->property(exitWishProperty).toBool();
+        const bool sent =
+            link->send(menu::makeMessage(menu::MessageType::ExitRequest, 0, isNetworkError ? 1 : 0, isWish ? 1 : 0));
+        qDebug("Ipc,requestExit,isNetworkError=%d,isWish=%d,sent=%d", isNetworkError, isWish, sent);
         if (sent || link->isConnected())
             return sent;
     }

@@ -2,6 +2,7 @@
 
 #include "menulink.h"
 #include "menurequests.h"
+#include "netcommon/ipc.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -63,7 +64,12 @@ IpcThread::IpcThread()
 {
     // In case responseParent(2) never comes: main waits for this thread without a limit.
     if (auto *application = QCoreApplication::instance())
-        connect(application, &QCoreApplication::aboutToQuit, this, [this] { d->end(); });
+        connect(application, &QCoreApplication::aboutToQuit, this, [this, application] {
+            // A person closed the window of the desktop: nobody has asked for the exit.
+            if (!d->hasResponded && application->property(exitWishProperty).toBool())
+                d->link->send(menu::makeMessage(menu::MessageType::ExitRequest, 0, 0, 1));
+            d->end();
+        });
 }
 
 IpcThread::~IpcThread()

@@ -10,7 +10,7 @@
 //
 // | type | from -> to         | value                    | flag               | text             | answered |
 // |------|--------------------|--------------------------|--------------------|------------------|----------|
-// |  1   | radio -> menu      | 1: the network is lost   |                    |                  | by 2     |
+// |  1   | radio -> menu      | 1: the network is lost   | 1: a person's wish |                  | by 2     |
 // |  2   | menu -> radio      |                          |                    |                  | by 3     |
 // |  2   | command -> menu    |                          |                    |                  | by 11    |
 // |  3   | radio -> menu      | as responseParent(int)   |                    |                  | no       |
@@ -21,9 +21,10 @@
 // |  8   | command -> radio   |                          |                    | what is typed    | by 11    |
 // |  9   | command -> radio   |                          |                    |                  | by 11    |
 // | 10   | command -> radio   |                          |                    | absolute path    | by 11    |
-// | 11   | answer             | 0 done, 1 failed         |                    | reply, or reason | no       |
+// | 11   | answer             | 0 done, 1 failed         | to 12: see below   | reply, or reason | no       |
 // | 12   | menu -> radio      |                          |                    |                  | by 11    |
 // | 13   | radio -> menu      | process id: first words  |                    |                  | no       |
+// | 14   | radio -> menu      | the house key            |                    |                  | no       |
 //
 // "command -> radio" passes through the menu, which replaces the command's id with one of its own.
 namespace netcommon::menu {
@@ -41,7 +42,8 @@ enum class MessageType : std::uint32_t {
     Screenshot = 10,
     Answer = 11,
     Ping = 12,
-    Hello = 13
+    Hello = 13,
+    HouseKey = 14
 };
 
 enum class AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
@@ -50,6 +52,11 @@ enum class AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
 inline constexpr int idOffset = 0;
 inline constexpr int valueOffset = 4;
 inline constexpr int flagOffset = 8;
+
+// Flags of the answer to a ping, which comes from the GUI thread.
+inline constexpr std::uint32_t playsFlag = 1;   // music has reached the sink, and playback goes on
+inline constexpr std::uint32_t lastBoxFlag = 2; // see lastBoxProperty in netcommon/ipc.h
+inline constexpr std::uint32_t noticeFlag = 4;  // playback has ended, and a box with one button is open
 
 // The radio finds its menu system's socket in this variable; without it there is no menu system.
 inline constexpr char socketVariable[] = "VELMORA_MENU_SOCKET";

@@ -49,8 +49,11 @@ void handle(const menu::Packet &packet, const std::shared_ptr<MenuLink> &link)
         answer(problem.isEmpty() ? menu::AnswerValue::Done : menu::AnswerValue::Failed, problem.toUtf8());
         break;
     }
-    case menu::MessageType::ScreenSaver:
     case menu::MessageType::Ping:
+        link->send(
+            menu::makeMessage(menu::MessageType::Answer, id, std::uint32_t(menu::AnswerValue::Done), statusFlags()));
+        break;
+    case menu::MessageType::ScreenSaver:
         answer(menu::AnswerValue::Done);
         break;
     default:

@@ -1,5 +1,6 @@
 #include "remotekeys.h"
 
+#include "menulink.h"
 #include "plainrepeat.h"
 #include "platform/shared/windowstack.h"
 #include "remotekeytable.h"
@@ -59,6 +60,13 @@ void reportHeldKeysPlainly()
 #endif
 }
 
+// The house key belongs to the menu system, whatever the screens do with it.
+void reportHouseKey(const QKeyEvent &key)
+{
+    if (key.type() == QEvent::KeyPress && key.key() == Qt::Key_TopMenu && !key.isAutoRepeat())
+        MenuLink::shared()->send(menu::makeMessage(menu::MessageType::HouseKey));
+}
+
 } // namespace
 
 RemoteKeys::RemoteKeys(QObject *application)
@@ -99,19 +107,24 @@ bool RemoteKeys::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::ApplicationStateChange)
         m_held.forget();
     const bool isPress = event->type() == QEvent::KeyPress;
-    if ((!isPress && event->type() != QEvent::KeyRelease) || !watched->isWindowType() ||
-        dynamic_cast<FinalKeyEvent *>(event))
+    if ((!isPress && event->type() != QEvent::KeyRelease) || !watched->isWindowType())
         return false;
+    const auto *key = static_cast<QKeyEvent *>(event);
+    if (dynamic_cast<FinalKeyEvent *>(event)) {
+        reportHouseKey(*key);
+        return false;
+    }
     if (!m_hasBegun) {
         m_hasBegun = true;
         reportHeldKeysPlainly();
     }
-    const auto *key = static_cast<QKeyEvent *>(event);
     const keys::Stroke stroke{key->key(), key->modifiers(), key->text(), key->isAutoRepeat(), key->timestamp()};
     const auto deliveries = isPress ? m_held.pressed(stroke, isTextEntry()) : m_held.released(stroke, isTextEntry());
     if (deliveries.size() == 1 &&
-        deliveries.front() == keys::HeldKeys::Delivery{isPress, stroke.key, stroke.isAutoRepeat})
+        deliveries.front() == keys::HeldKeys::Delivery{isPress, stroke.key, stroke.isAutoRepeat}) {
+        reportHouseKey(*key);
         return false; // unchanged
+    }
     const QPointer<QObject> receiver(watched);
     for (const auto &delivery : deliveries) {
         // A translated key carries neither text nor modifiers.

@@ -1,6 +1,7 @@
 #include "statusreport.h"
 
 #include "menusocket.h"
+#include "netcommon/ipc.h"
 #include "platform/netcommon/playback/playbackstatistics.h"
 #include "platform/shared/windowstack.h"
 
@@ -12,6 +13,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+
+#include <algorithm>
 
 #include <unistd.h>
 
@@ -110,6 +113,25 @@ QByteArray statusLine()
         line = QJsonDocument(status).toJson(QJsonDocument::Compact);
     }
     return line;
+}
+
+std::uint32_t statusFlags()
+{
+    const int playback = statistics::playbackState();
+    const QWidget *top = platform::WindowStack::instance().top();
+    std::uint32_t flags = 0;
+    if (playback == PLAYBACK_STATE_PLAYING && statistics::audioSecondsRendered() > 0)
+        flags |= menu::playsFlag;
+    if (!isBox(top))
+        return flags;
+    if (top->property(lastBoxProperty).toBool())
+        flags |= menu::lastBoxFlag;
+    const auto buttons = top->findChildren<QAbstractButton *>();
+    const auto visible =
+        std::count_if(buttons.begin(), buttons.end(), [](auto *button) { return button->isVisible(); });
+    if (playback == PLAYBACK_STATE_STOPPED && visible == 1)
+        flags |= menu::noticeFlag;
+    return flags;
 }
 
 } // namespace netcommon
