@@ -99,10 +99,17 @@ std::optional<Arguments> parseArguments(const QStringList &all, QString *reason)
             arguments.isWindowed = true;
             continue;
         }
+        if (option == QLatin1String("--supervise") || option == QLatin1String("--kiosk")) {
+            arguments.isSupervisor = true;
+            arguments.isKiosk = arguments.isKiosk || option == QLatin1String("--kiosk");
+            continue;
+        }
         const QString value = words.isEmpty() ? QString() : words.takeFirst();
         bool isNumber = true;
         if (option == QLatin1String("--socket") && !value.isEmpty()) {
             arguments.socket = QDir::current().absoluteFilePath(value);
+        } else if (option == QLatin1String("--home") && !value.isEmpty()) {
+            arguments.home = QDir::current().absoluteFilePath(value);
         } else if (option == QLatin1String("--scale") && !value.isEmpty()) {
             if (value != QLatin1String("auto"))
                 arguments.scale = value.toDouble(&isNumber);
@@ -126,8 +133,8 @@ std::optional<Arguments> parseArguments(const QStringList &all, QString *reason)
 QString usage()
 {
     return QStringLiteral(
-               "usage: velmora-menu [--socket PATH] [--windowed] [--scale auto|FACTOR] [--hang-after SECONDS]"
-               " [--insist-after SECONDS] -- PROGRAM [ARGUMENT]...\n"
+               "usage: velmora-menu [--supervise|--kiosk] [--home PROGRAM] [--socket PATH] [--windowed]"
+               " [--scale auto|FACTOR] [--hang-after SECONDS] [--insist-after SECONDS] -- PROGRAM [ARGUMENT]...\n"
                "       velmora-menu [--socket PATH] key NAME... | screensaver on|off | network down|up |"
                " exit | status | screenshot FILE.png\n"
                "       velmora-menu get KEY | set KEY VALUE | settings\n"

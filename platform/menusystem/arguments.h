@@ -29,6 +29,9 @@ struct Arguments {
     // Mode::Run
     QStringList program; // with its arguments
     bool isWindowed = false;
+    bool isSupervisor = false;   // starts the radio again after a fault, a crash or a hang
+    bool isKiosk = false;        // a person who leaves the radio comes to Home
+    QString home;                // velmora-home
     std::optional<double> scale; // none: what fits the screen
     int hangSeconds = 30;        // without an answer for so long, the radio counts as hanging
     int insistSeconds = 10;      // from the order to exit until the radio is terminated

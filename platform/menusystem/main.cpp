@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 
 #include <csignal>
 #include <cstdio>
@@ -42,8 +43,18 @@ void holdSignals()
     ::sigprocmask(SIG_BLOCK, &held, nullptr);
 }
 
-int runRadio(const Arguments &arguments, const QString &socket)
+// Beside this program, or beside its folder in a build.
+QString usualHome()
 {
+    const QDir folder(QCoreApplication::applicationDirPath());
+    const QString installed = folder.filePath(QStringLiteral("velmora-home"));
+    return QFileInfo::exists(installed) ? installed : folder.absoluteFilePath(QStringLiteral("../home/velmora-home"));
+}
+
+int runRadio(Arguments arguments, const QString &socket)
+{
+    if (arguments.home.isEmpty())
+        arguments.home = usualHome();
     MenuServer server(arguments);
     double scale = arguments.scale.value_or(1);
     if (!arguments.scale)

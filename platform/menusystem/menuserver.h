@@ -2,8 +2,10 @@
 
 #include "arguments.h"
 #include "menusocket.h"
+#include "outputreader.h"
 #include "radioprocess.h"
 #include "radiowatch.h"
+#include "supervisor.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -18,7 +20,8 @@ class QSocketNotifier;
 namespace menusystem {
 
 // The device's menu system while it runs a radio: starts it, answers it, watches it, and passes on what commands ask.
-// Ends the event loop with the radio's result when that has ended. One thread.
+// When the radio has ended, the event loop ends with its result. A supervisor decides instead what follows: the radio
+// again, or a page of velmora-home, which runs in the radio's place. One thread.
 class MenuServer : public QObject {
     Q_OBJECT
 public:
@@ -43,6 +46,29 @@ private:
         qint64 since;
     };
 
+    // The process that has the screen, from its start to its end.
+    struct Run {
+        std::optional<Page> page;      // none: the radio
+        std::optional<int> peer;       // key in m_peers, after its Hello
+        std::optional<Ending> ordered; // what it was ordered to end for
+        std::optional<qint64> helloAt;
+        qint64 startedAt = 0;
+        bool hasConnected = false; // at least once
+        bool isEnding = false;     // it has said that it ends
+        bool isExitSaid = false;   // its exit notice has arrived
+        bool isWished = false;     // it asked for the exit that a person wishes
+        bool hasPlayed = false;    // music was heard
+        QString problem;           // why it was given up
+    };
+
+    void begin(std::optional<Page> page);
+    void carryOut(const Next &next);
+    void quit(int code);
+    void runSystemctl(const char *verb);
+    Ending endingOfRadio() const;
+    Next afterEnd();
+    void keepReport() const;
+    void readOutput();
     void acceptPeers();
     void readPeer(int number);
     void dropPeer(int number);
@@ -50,9 +76,11 @@ private:
     void handleCommand(int number, const netcommon::menu::Packet &packet);
     void answer(int number, std::uint32_t id, bool done, const QByteArray &text = {});
     void answered(const netcommon::menu::Packet &packet);
+    void readFlags(std::uint32_t flags);
     QByteArray silentStatus() const;
     void giveUpWaiting(qint64 longerThanMs);
     void askToEnd();
+    void orderEnd(Ending ending);
     void readSignal();
     void tick();
     void finished();
@@ -68,17 +96,19 @@ private:
     RadioProcess m_process;
     std::map<int, Peer> m_peers;
     int m_lastPeer = 0;
-    std::optional<int> m_radio; // key in m_peers, after its Hello
+    Run m_run;
+    OutputReader m_output; // of the run
     std::map<std::uint32_t, Waiting> m_waiting;
     std::uint32_t m_lastId = 0;
     QElapsedTimer m_clock;
-    std::optional<RadioWatch> m_watch; // from the radio's start
+    std::optional<RadioWatch> m_watch; // of the run
+    Supervisor m_supervisor;
+    double m_scale = 1;
     QTimer m_tick;
-    bool m_hasRadioConnected = false; // at least once
-    bool m_isEndOrdered = false;      // by a command or a signal
-    bool m_isEnding = false;          // the radio has said that it ends
+    QTimer m_pause;              // until the radio starts again, while no page can be shown
+    int m_result = 0;            // of the last run of the radio
+    bool m_isEndOrdered = false; // by a command or a signal: everything ends
     bool m_isAskedBySignal = false;
-    bool m_isExitSaid = false; // the radio's exit notice has arrived
 };
 
 } // namespace menusystem

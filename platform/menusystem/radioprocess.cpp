@@ -34,7 +34,7 @@ void addSettings(QProcessEnvironment &environment)
 RadioProcess::RadioProcess(QObject *parent)
     : QProcess(parent)
 {
-    setProcessChannelMode(ForwardedChannels);
+    setProcessChannelMode(MergedChannels);
     setStandardInputFile(nullDevice());
     setChildProcessModifier([menu = ::getpid()] {
         ::umask(077);

@@ -4,7 +4,8 @@
 
 namespace menusystem {
 
-// The radio as a child process: its files are private to the user, and it dies with this process. Owned by the server.
+// The radio, or a page in its place, as a child process: its files are private to the user, and it dies with this
+// process. Its output and errors come together. Owned by the server.
 class RadioProcess : public QProcess {
     Q_OBJECT
 public:

@@ -1,5 +1,7 @@
-// A program that replaces the radio. Red opens a message box, green focuses the field, yellow hangs, blue asks to exit,
-// stop hides the screen. Options: --deaf (ignores exit orders), --ask (asks to exit at once), --code N (ends with N).
+// A program that replaces the radio. Red opens its last message box, green focuses the field, yellow hangs, blue asks
+// to exit as after a fault, play as a person wishes, stop hides the screen. Options: --deaf (ignores exit orders),
+// --ask (asks to exit at once), --code N (ends with N).
+#include "app/crashreporter.h"
 #include "netcommon/ipc.h"
 #include "netcommon/ipcthread.h"
 #include "netcommon/networknotify.h"
@@ -148,6 +150,10 @@ void SampleDlg::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Blue:
         say(QStringLiteral("request %1").arg(netcommon::Ipc::requestExit(false)));
         break;
+    case Qt::Key_MediaPlay:
+        qApp->setProperty(netcommon::exitWishProperty, true);
+        netcommon::Ipc::requestExit(false);
+        break;
     case Qt::Key_MediaStop:
         hide();
         break;
@@ -167,6 +173,7 @@ SampleBoxDlg::SampleBoxDlg(QWidget *parent)
     resize(780, 339);
     move(240, 175);
     setStyleSheet("SampleBoxDlg { background: #603020; }");
+    setProperty(netcommon::lastBoxProperty, true);
     auto *content = new QLabel("Really?", this);
     content->setObjectName("contentLabel");
     content->setGeometry(140, 20, 601, 201);
@@ -206,6 +213,8 @@ int main(int argc, char **argv)
                      [](NETWORk_EVENT_T event) { say(QStringLiteral("network %1").arg(event)); });
     const viewcomponent::MagicScrollBar library; // the library is loaded for its canvas
     screen.show();
+    if (!application.arguments().contains("--deaf"))
+        installCrashReporter();
     if (application.arguments().contains("--ask"))
         QTimer::singleShot(0, &screen, [] { netcommon::Ipc::requestExit(false); });
     application.exec();

@@ -3,7 +3,6 @@
 
 #include "arguments.h"
 #include "menusocket.h"
-#include "radiowatch.h"
 #include "screenscale.h"
 #include "socketplace.h"
 
@@ -18,7 +17,6 @@
 #include <sys/wait.h>
 
 using menusystem::Arguments;
-using menusystem::RadioWatch;
 
 class MenuTest : public QObject {
     Q_OBJECT
@@ -154,7 +152,8 @@ private slots:
         QVERIFY(menu.start());
         QCOMPARE(menu.command({"key", "blue"}).code, 0);
         QCOMPARE(menu.waitForEnd(), 0);
-        QVERIFY2(menu.output().contains("exit 1 0\nthread ended 1\n"), menu.output().constData());
+        QVERIFY2(menu.output().contains("exit 1 0\n") && menu.output().contains("thread ended 1\n"),
+                 menu.output().constData());
         QVERIFY2(menu.errors().contains("the radio has ended, exit code 0"),
                  menu.errors().constData()); // its notice came
         QVERIFY(!QFile::exists(menu.socket()));
@@ -261,35 +260,6 @@ private slots:
         QVERIFY(!other.isEmpty() && other != made);
         QCOMPARE(::chmod(qPrintable(runtime.path()), 0755), 0);
         QVERIFY(usualSocket(runtime.path(), temporary.path(), true, &reason).startsWith(temporary.path()));
-    }
-
-    void aHangIsReportedAndALateExitIsForced()
-    {
-        using Action = RadioWatch::Action;
-        RadioWatch watch(0, 30000, 10000);
-        const auto expect = [&watch](std::initializer_list<std::pair<int, Action>> steps) {
-            for (const auto &[ms, action] : steps)
-                QVERIFY2(watch.step(ms) == action, qPrintable(QString::number(ms)));
-        };
-        expect({{4999, Action::Nothing}, {5000, Action::Ping}, {5500, Action::Nothing}});
-        watch.answered(5600);
-        expect({{35500, Action::Ping}, {35600, Action::ReportHang}, {35700, Action::Nothing}}); // once
-        watch.answered(36000);
-        expect({{66000, Action::ReportHang}}); // and anew after an answer
-        watch.ending(70000);
-        watch.ending(79000); // the first call counts
-        expect({{79999, Action::Nothing},
-                {80000, Action::ReportStuckExit},
-                {80001, Action::Terminate},
-                {80500, Action::Nothing},
-                {81000, Action::Terminate},
-                {83999, Action::Nothing},
-                {84000, Action::Kill},
-                {99000, Action::Nothing}});
-        watch = RadioWatch(0, 30000, 10000);
-        watch.ending(100);
-        watch.insist(200);
-        expect({{200, Action::ReportStuckExit}});
     }
 
     void scaleFitsTheScreen()
