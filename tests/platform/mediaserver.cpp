@@ -69,7 +69,7 @@ private:
             status = m_at < size ? 206 : 416;
         }
         QByteArray head = "HTTP/1.1 " + QByteArray::number(status) +
-                          " Test\r\nConnection: close\r\nContent-Type: " + m_file.type + "\r\n";
+                          " Test\r\nConnection: close\r\nContent-Type: " + m_file.type + "\r\n" + m_file.headers;
         if (m_file.ranges)
             head += "Accept-Ranges: bytes\r\n";
         if (!m_file.location.isEmpty())

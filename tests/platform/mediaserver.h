@@ -15,6 +15,7 @@ struct MediaFile {
     int status = 200;
     QByteArray location = {}; // of a redirect
     QByteArray etag = {};
+    QByteArray headers = {}; // more of them, each with its line's end
     enum class Length { Announced, Chunked, Unknown } length = Length::Announced;
     bool ranges = true;
     qint64 bytesPerSecond = 0; // 0: as fast as it is taken

@@ -118,8 +118,12 @@ void Fetcher::headArrived()
         m_acceptsRanges = m_reply->rawHeader("Accept-Ranges").trimmed().toLower() == "bytes";
         if (decision.length >= 0)
             m_progress.length = decision.length;
-        if (m_progress.delivered == 0)
+        if (m_progress.delivered == 0) {
             m_progress.etag = etag;
+            if (const auto loudness =
+                    readLoudness(m_reply->rawHeader("Velmora-Gain"), m_reply->rawHeader("Velmora-Peak")))
+                m_sink->describe(*loudness);
+        }
         return;
     case FetchAction::Redirect: {
         const QUrl to = httpaddress::redirected(m_reply->url(), m_reply->rawHeader("Location"));

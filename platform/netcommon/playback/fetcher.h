@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fetcherrules.h"
+#include "levelling.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -21,6 +22,7 @@ public:
     virtual ~FetchSink() = default;
     virtual bool wanted() const = 0;
     virtual bool isUrgent() const { return false; } // there is little left to play; may change at any time, too
+    virtual void describe(const TrackLoudness &) {} // before the first bytes, if the server says so
     virtual void push(const QByteArray &bytes) = 0;
     virtual void complete() = 0; // nothing more follows; what was pushed is the file, or all of it that the server has
     virtual void failed() = 0;   // no byte could be fetched

@@ -20,7 +20,7 @@ FetcherFeed::FetcherFeed(quint64 pipelineId, PlaybackInbox &inbox, Fetcher &fetc
 {
 }
 
-void FetcherFeed::attach(GstAppSrc *source)
+void FetcherFeed::attach(GstAppSrc *source, PlaybackGain *gain)
 {
     GstAppSrcCallbacks callbacks{};
     callbacks.need_data = needData;
@@ -29,6 +29,7 @@ void FetcherFeed::attach(GstAppSrc *source)
     gst_app_src_set_callbacks(source, &callbacks, this, nullptr);
     const std::lock_guard lock(m_mutex);
     m_source.reset(GST_APP_SRC(gst_object_ref(source)));
+    m_gain = gain;
 }
 
 void FetcherFeed::detach()
@@ -36,6 +37,7 @@ void FetcherFeed::detach()
     m_isWanted = false;
     const std::lock_guard lock(m_mutex);
     m_source.reset();
+    m_gain = nullptr;
 }
 
 qint64 FetcherFeed::silentMs() const
@@ -47,6 +49,13 @@ qint64 FetcherFeed::arrivingMs() const
 {
     const qint64 first = m_firstByte.load();
     return first > 0 ? nowMs() - first : 0;
+}
+
+void FetcherFeed::describe(const TrackLoudness &loudness)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_gain)
+        m_gain->serviceSays(loudness);
 }
 
 void FetcherFeed::push(const QByteArray &bytes)

@@ -2,6 +2,7 @@
 
 #include "fetcher.h"
 #include "gstowner.h"
+#include "playbackgain.h"
 #include "playbackinbox.h"
 
 #include <gst/app/gstappsrc.h>
@@ -17,8 +18,9 @@ class FetcherFeed : public FetchSink {
 public:
     FetcherFeed(quint64 pipelineId, PlaybackInbox &inbox, Fetcher &fetcher);
 
-    void attach(GstAppSrc *source); // before the pipeline leaves NULL
-    void detach();                  // before it is set to NULL again; any thread
+    // Before the pipeline leaves NULL. Both live until detach().
+    void attach(GstAppSrc *source, PlaybackGain *gain);
+    void detach(); // before it is set to NULL again; any thread
     // Milliseconds since the last byte came, or since attach().
     qint64 silentMs() const;
     // Milliseconds since the first byte came; 0 before it.
@@ -28,6 +30,7 @@ public:
 
     bool wanted() const override { return m_isWanted.load(); }
     bool isUrgent() const override { return m_isUrgent.load(); }
+    void describe(const TrackLoudness &loudness) override;
     void push(const QByteArray &bytes) override;
     void complete() override;
     void failed() override;
@@ -45,7 +48,8 @@ private:
     std::atomic<qint64> m_firstByte{0}; // 0: none came
     std::atomic<qint64> m_lastByte{0};
     std::mutex m_mutex;
-    GstOwner<GstAppSrc> m_source; // null: detached
+    GstOwner<GstAppSrc> m_source;   // null: detached
+    PlaybackGain *m_gain = nullptr; // the same
 };
 
 } // namespace netcommon

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "netcommon/playback.h"
+#include "playbacksound.h"
 
 #include <atomic>
 #include <functional>
@@ -33,6 +34,8 @@ public:
     void addRenderedAudio(qint64 ns) { m_renderedNs.fetch_add(ns, std::memory_order_relaxed); }
     qint64 audioRenderedNs() const { return m_renderedNs.load(std::memory_order_relaxed); }
 
+    PlaybackSound &sound() { return m_sound; } // any thread
+
     int state() const;
     IMTK_PB_CTRL_BUFFER_STATUS_T buffer() const;
 
@@ -42,6 +45,7 @@ public:
 private:
     std::atomic<quint64> m_generation{1};
     std::atomic<qint64> m_renderedNs{0};
+    PlaybackSound m_sound;
     mutable std::mutex m_mutex;
     quint64 m_published = 0; // generation of the two members below
     int m_state = PLAYBACK_STATE_STOPPED;

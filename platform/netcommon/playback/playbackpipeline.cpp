@@ -104,6 +104,7 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
     , m_inbox(inbox)
     , m_feed(std::make_shared<FetcherFeed>(setup.id, inbox, fetcher))
     , m_pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))))
+    , m_gain(GST_BIN(m_pipeline.get()), setup.isLevelled)
     , m_position(setup.startAtMs)
     , m_endNs(setup.startAtMs * GST_MSECOND)
 {
@@ -114,6 +115,8 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
     m_decode = add("decodebin", "decode");
     m_convert = add("audioconvert", "convert");
     m_resample = add("audioresample", "resample");
+    if (m_missing.isEmpty() && !m_gain.first())
+        m_missing = "volume";
     if (!m_missing.isEmpty())
         return;
 
@@ -131,8 +134,9 @@ PlaybackPipeline::PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fet
                      nullptr);
     gst_element_link(source, parse);
     gst_element_link(m_queue, m_decode);
-    gst_element_link(m_convert, m_resample);
-    m_feed->attach(GST_APP_SRC(source));
+    gst_element_link(m_convert, m_gain.first());
+    gst_element_link(m_gain.last(), m_resample);
+    m_feed->attach(GST_APP_SRC(source), &m_gain);
 
     g_signal_connect(parse, "autoplug-select", G_CALLBACK(selectParser), nullptr);
     using PadAdded = void (*)(GstElement *, GstPad *, gpointer);
@@ -289,6 +293,8 @@ GstPadProbeReturn PlaybackPipeline::parsedProbe(GstPadProbeInfo *info)
         gst_event_copy_segment(event, &m_segment);
     else if (GST_EVENT_TYPE(event) == GST_EVENT_EOS)
         m_isReceived = true;
+    else if (GST_EVENT_TYPE(event) == GST_EVENT_TAG)
+        m_gain.tagsSay(event);
     return GST_PAD_PROBE_OK;
 }
 
@@ -448,9 +454,9 @@ bool initialiseGStreamer()
         for (const char *const name : {"avdec_mp3", "avdec_mp3float"})
             if (const auto libav = feature(name))
                 gst_plugin_feature_set_rank(libav.get(), GST_RANK_NONE);
-    for (const char *const name :
-         {"appsrc", "parsebin", "queue", "decodebin", "audioconvert", "audioresample", "typefind", "mpegaudioparse",
-          "mpg123audiodec", "flacparse", "flacdec", "oggdemux", "vorbisdec", "opusdec", "wavparse"})
+    for (const char *const name : {"appsrc", "parsebin", "queue", "decodebin", "audioconvert", "volume", "rglimiter",
+                                   "audioresample", "typefind", "mpegaudioparse", "mpg123audiodec", "flacparse",
+                                   "flacdec", "oggdemux", "vorbisdec", "opusdec", "wavparse"})
         if (!feature(name))
             qDebug("PlaybackThread,start,not installed: %s", name);
     return true;

@@ -2,6 +2,7 @@
 
 #include "fetcherfeed.h"
 #include "gstowner.h"
+#include "playbackgain.h"
 #include "playbackinbox.h"
 
 #include <QByteArray>
@@ -31,7 +32,8 @@ using AtomicBox = std::unique_ptr<char, AtomicBoxRelease>;
 
 // The GStreamer pipeline of one track:
 //
-//   appsrc ! parsebin ! queue of parsed frames, bounded in bytes ! decodebin ! audioconvert ! audioresample ! sink
+//   appsrc ! parsebin ! queue of parsed frames, bounded in bytes ! decodebin ! audioconvert ! gain ! audioresample !
+//   sink
 //
 // The queue holds frames with their times, so the buffered amount is known in milliseconds for every format. They are
 // packed into large blocks, each of which is freed once its last frame was played. The sink may be attached late: until
@@ -42,6 +44,7 @@ public:
     struct Setup {
         quint64 id;           // carried by its events
         qint64 startAtMs = 0; // frames before this are dropped unheard
+        bool isLevelled = false;
     };
     PlaybackPipeline(const Setup &setup, PlaybackInbox &inbox, Fetcher &fetcher);
     ~PlaybackPipeline(); // returns when none of its threads runs any more
@@ -62,6 +65,7 @@ public:
     // Prerolled follows, or a failure; without a sink Decoded follows, or a failure. False: refused at once.
     bool preroll();
     void setPlaying(bool isPlaying);
+    PlaybackGain &gain() { return m_gain; }
 
     qint64 positionMs();     // keeps the last answer while there is none
     qint64 lengthMs() const; // as the file's header states it, -1 unknown
@@ -90,6 +94,7 @@ private:
     std::shared_ptr<FetcherFeed> m_feed;
     QByteArray m_missing;
     GstOwner<GstElement> m_pipeline;
+    PlaybackGain m_gain;
     PlaybackSink m_sink; // null: not attached yet, or taken
     // Owned by m_pipeline.
     GstElement *m_queue = nullptr;

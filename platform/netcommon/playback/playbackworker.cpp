@@ -203,6 +203,7 @@ PlaybackSink PlaybackWorker::openSink()
     if (m_isSinkReused)
         return std::move(m_sink);
     m_mayKeepSink = !m_hasSilentSink;
+    m_sinkVolume = {};
     m_sinkDescription = m_hasSilentSink ? QByteArray(silentSink) : chosenSink();
     QByteArray problem;
     PlaybackSink sink = makePlaybackSink(m_sinkDescription, &problem);
@@ -218,14 +219,18 @@ void PlaybackWorker::build(PlaybackSink sink, qint64 startAtMs)
     m_lengthMs = -1;
     m_bodyComplete.reset();
     m_hasGivenMemoryBack = false;
-    m_pipeline =
-        std::make_unique<PlaybackPipeline>(PlaybackPipeline::Setup{++m_lastPipelineId, startAtMs}, m_inbox, m_fetcher);
+    const PlaybackSound &sound = PlaybackBoard::instance().sound();
+    m_pipeline = std::make_unique<PlaybackPipeline>(
+        PlaybackPipeline::Setup{++m_lastPipelineId, startAtMs, sound.isLevelled}, m_inbox, m_fetcher);
     if (!m_pipeline->missing().isEmpty()) {
         fail(cannotPlayAnything, "missing " + m_pipeline->missing());
         return;
     }
+    m_isSilent = sound.isNextSilent;
     m_fetcher.start(m_address, m_pipeline->feed());
-    if ((sink && !m_pipeline->attachSink(std::move(sink))) || !m_pipeline->preroll())
+    const bool isAttached = !sink || m_pipeline->attachSink(std::move(sink));
+    applySound();
+    if (!isAttached || !m_pipeline->preroll())
         sinkFailed("refused to start");
 }
 
@@ -333,6 +338,7 @@ void PlaybackWorker::startIfReady()
     if (!m_canStart || !mayStart({m_pipeline->endMs(), m_pipeline->feed()->arrivingMs(), m_pipeline->isReceived()}))
         return;
     m_order.ready();
+    applySound();
     tickPlaying();
     applyState();
 }
@@ -385,6 +391,7 @@ void PlaybackWorker::lookForSink()
     m_hasSilentSink = false;
     m_isSinkReused = false;
     m_mayKeepSink = true;
+    m_sinkVolume = {};
     m_sinkDescription = chosenSink();
     build(std::move(sink), position);
 }
@@ -405,6 +412,7 @@ int PlaybackWorker::tickMs() const
 
 void PlaybackWorker::tick()
 {
+    applySound();
     if (m_endingTrack && m_order.wantsPlay() && m_endingIsOver.hasExpired())
         trackHasEnded();
     if (m_sink && m_sinkCloses.hasExpired())
@@ -453,6 +461,22 @@ void PlaybackWorker::tickPlaying()
         m_isHeld = isHeld;
         applyState();
     }
+}
+
+// The sink is the ending track's as long as there is one.
+void PlaybackWorker::applySound()
+{
+    const PlaybackSound &sound = PlaybackBoard::instance().sound();
+    m_sinkVolume.want(sound.volume, sound.isMuted);
+    if (m_endingTrack)
+        m_sinkVolume.apply(m_endingTrack->sink(), true);
+    else if (m_pipeline && m_pipeline->hasSink())
+        m_sinkVolume.apply(m_pipeline->sink(), m_isPrerolled);
+    const double factor = m_sinkVolume.factor() * sound.fade;
+    if (m_endingTrack)
+        m_endingTrack->gain().setFactor(factor);
+    if (m_pipeline)
+        m_pipeline->gain().setFactor(m_isSilent && sound.isNextSilent ? 0 : factor);
 }
 
 void PlaybackWorker::applyState()

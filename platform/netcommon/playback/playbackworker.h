@@ -4,6 +4,7 @@
 #include "playbackinbox.h"
 #include "playbackorder.h"
 #include "playbackpipeline.h"
+#include "sinkvolume.h"
 
 #include "netcommon/netcommon_global.h"
 
@@ -47,6 +48,7 @@ private:
     void tick();
     void tickStarting();
     void tickPlaying();
+    void applySound();
     void applyState(); // the pipeline does what the caller wants, unless it is held
     void publish(const IMTK_PB_CTRL_BUFFER_STATUS_T &buffer);
     void flush(); // takes reports to the GUI thread
@@ -72,8 +74,10 @@ private:
     std::unique_ptr<PlaybackPipeline> m_endingTrack; // a replaced track's last moments; null: none. It holds the sink
     QDeadlineTimer m_endingIsOver;                   // valid while m_endingTrack plays: then it is cut
     std::unique_ptr<PlaybackPipeline> m_pipeline;    // null: nothing loaded
+    SinkVolume m_sinkVolume;                         // of the sink in use or open
     bool m_isHeld = false;
     bool m_isPrerolled = false;                  // m_pipeline's sink has its first audio
+    bool m_isSilent = false;                     // m_pipeline's track began when none was to be heard
     bool m_canStart = false;                     // the same, or its first audio waits for the ending track's sink
     qint64 m_lengthMs = -1;                      // from the file's header
     std::optional<QElapsedTimer> m_bodyComplete; // runs since the last byte was handed over
