@@ -120,6 +120,7 @@ QProcessEnvironment Device::environment() const
     environment.insert(QStringLiteral("VELMORA_PRIVATE_ROOT"), m_root.filePath(QStringLiteral("device")));
     environment.insert(QStringLiteral("VELMORA_WS_SERVER"), m_serverUrl);
     environment.insert(QStringLiteral("VELMORA_WS_STATE_DIR"), m_root.filePath(QStringLiteral("state")));
+    environment.insert(QStringLiteral("VELMORA_DEVICE_CONF"), m_root.filePath(QStringLiteral("device.conf")));
     environment.remove(QStringLiteral("VELMORA_MENU_SOCKET"));
     return environment;
 }

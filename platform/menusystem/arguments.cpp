@@ -24,6 +24,44 @@ bool readSwitch(const QString &word, const char *on, const char *off, std::uint3
     return *value || word == QLatin1String(off);
 }
 
+// Empty for a word that is not understood.
+std::optional<Request> volumeRequest(const QString &word)
+{
+    using menu::VolumeOrder;
+    const auto request = [](VolumeOrder order, std::uint32_t percent = 0) {
+        return Request{menu::MessageType::Volume, percent, std::uint32_t(order), {}};
+    };
+    if (word.isEmpty())
+        return request(VolumeOrder::Tell);
+    for (const auto &[name, order] : {std::pair("up", VolumeOrder::Up), std::pair("down", VolumeOrder::Down),
+                                      std::pair("mute", VolumeOrder::ToggleMute)})
+        if (word == QLatin1String(name))
+            return request(order);
+    bool isNumber = false;
+    const uint percent = word.toUInt(&isNumber);
+    return isNumber && percent <= 100 ? std::optional(request(VolumeOrder::Set, percent)) : std::nullopt;
+}
+
+// The same.
+std::optional<Request> sleepRequest(const QString &word)
+{
+    using menu::SleepOrder;
+    const auto request = [](SleepOrder order, std::uint32_t minutes = 0) {
+        return Request{menu::MessageType::Sleep, minutes, std::uint32_t(order), {}};
+    };
+    if (word.isEmpty())
+        return request(SleepOrder::Tell);
+    if (word == QLatin1String("track"))
+        return request(SleepOrder::Track);
+    if (word == QLatin1String("off"))
+        return request(SleepOrder::Off);
+    bool isNumber = false;
+    const uint minutes = word.toUInt(&isNumber);
+    return isNumber && minutes >= menu::leastSleepMinutes && minutes <= menu::mostSleepMinutes
+               ? std::optional(request(SleepOrder::Minutes, minutes))
+               : std::nullopt;
+}
+
 std::optional<Arguments> parseCommand(Arguments arguments, QStringList words, QString *reason)
 {
     const QString command = words.takeFirst();
@@ -52,6 +90,12 @@ std::optional<Arguments> parseCommand(Arguments arguments, QStringList words, QS
         return one({menu::MessageType::Network, value, 0, {}});
     if (command == QLatin1String("screenshot") && words.size() == 1 && !words[0].isEmpty())
         return one({menu::MessageType::Screenshot, 0, 0, QDir::current().absoluteFilePath(words[0]).toUtf8()});
+    if (command == QLatin1String("volume") && words.size() <= 1)
+        if (const auto request = volumeRequest(words.value(0)))
+            return one(*request);
+    if (command == QLatin1String("sleep") && words.size() <= 1)
+        if (const auto request = sleepRequest(words.value(0)))
+            return one(*request);
     if (command == QLatin1String("exit") && words.isEmpty())
         return one({menu::MessageType::Exit, 0, 0, {}});
     if (command == QLatin1String("status") && words.isEmpty())
@@ -136,7 +180,8 @@ QString usage()
                "usage: velmora-menu [--supervise|--kiosk] [--home PROGRAM] [--socket PATH] [--windowed]"
                " [--scale auto|FACTOR] [--hang-after SECONDS] [--insist-after SECONDS] -- PROGRAM [ARGUMENT]...\n"
                "       velmora-menu [--socket PATH] key NAME... | screensaver on|off | network down|up |"
-               " exit | status | screenshot FILE.png\n"
+               " exit | status | screenshot FILE.png | volume [0..100|up|down|mute] |"
+               " sleep [15..120|track|off]\n"
                "       velmora-menu get KEY | set KEY VALUE | settings\n"
                "key names: %1 text \"LETTERS\"\n")
         .arg(netcommon::keys::allKeyNames());

@@ -291,6 +291,8 @@ void MenuServer::handleCommand(int number, const menu::Packet &packet)
     case menu::MessageType::Key:
     case menu::MessageType::Text:
     case menu::MessageType::Status:
+    case menu::MessageType::Volume:
+    case menu::MessageType::Sleep:
     case menu::MessageType::Screenshot: {
         const std::uint32_t ours = ++m_lastId;
         if (!m_run.isEnding && sendToRadio(type, ours, menu::field(message, menu::valueOffset),

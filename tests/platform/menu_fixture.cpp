@@ -26,6 +26,9 @@ void MenuFixture::prepare(QProcess &process)
 bool MenuFixture::start(const QStringList &options, const QStringList &words)
 {
     prepare(m_process);
+    auto environment = m_process.processEnvironment();
+    environment.insert("VELMORA_DEVICE_CONF", path("settings/device.conf"));
+    m_process.setProcessEnvironment(environment);
     m_process.start(QStringLiteral(VELMORA_MENU), QStringList{"--socket", socket()} + options +
                                                       QStringList{"--", QStringLiteral(MENU_SAMPLE)} + words);
     return QTest::qWaitFor([this] { return status()[QStringLiteral("answering")].toBool(); }, 20000);

@@ -30,6 +30,9 @@ private slots:
                                      "screensaver maybe",
                                      "status please",
                                      "screenshot",
+                                     "volume 101",
+                                     "volume loud",
+                                     "sleep 14",
                                      "--frobnicate status",
                                      "--",
                                      "--scale large -- radio",
@@ -53,6 +56,26 @@ private slots:
             QTRY_VERIFY2(menu.output().contains(line), line);
         QCOMPARE(menu.command({"key", "select"}).code, 0);
         QTRY_VERIFY(menu.output().contains("clicked\n"));
+    }
+
+    void volumeAndSleepTimerAreSetFromTheShell()
+    {
+        MenuFixture menu;
+        QVERIFY(menu.start());
+        const std::pair<const char *, const char *> cases[] = {
+            {"volume", "100"},     {"volume 33", "33"},         {"volume up", "35"},
+            {"volume down", "30"}, {"volume mute", "30 muted"}, {"volume up", "35"},
+            {"volume 0", "0"},     {"volume down", "0"},        {"sleep", "off"},
+            {"sleep 15", "15"},    {"sleep 120", "120"},        {"sleep track", "track"},
+            {"sleep off", "off"}};
+        for (const auto &[words, said] : cases)
+            QCOMPARE(menu.command(QString(words).split(' ')).output.trimmed(), QByteArray(said));
+        const QJsonObject status = QJsonDocument::fromJson(menu.command({"status"}).output).object();
+        QCOMPARE(status.value("volume").toInt(-1), 0);
+        QCOMPARE(status.value("sleep").toString(), "off");
+        QTRY_VERIFY(QFile::exists(menu.path("settings/device.conf")));
+        QFile settings(menu.path("settings/device.conf"));
+        QVERIFY(settings.open(QIODevice::ReadOnly) && settings.readAll().contains("volume = 0"));
     }
 
     void typedLettersGoToTheField()

@@ -86,6 +86,7 @@ private slots:
         row("next", Qt::Key_MediaNext, "", Qt::Key_MediaNext, Qt::Key_MediaNext);
         row("pause", Qt::Key_MediaPause, "", Qt::Key_Pause, Qt::Key_Pause);
         row("menu", 0x010000DD, "", 0x010000DD, 0x010000DD);
+        row("F10", Qt::Key_F10, "", 0x01000072, 0x01000072);
     }
 
     // Events and results: + a press, - a release; p and r are a press and a release marked as repeated.
@@ -107,9 +108,10 @@ private slots:
             QVERIFY2(seen == passedOn, qPrintable(QString(name) + ' ' + events + ": " + seen));
         };
         const std::tuple<const char *, int, bool> keys[] = {
-            {"arrow", Qt::Key_Down, true},     {"page", Qt::Key_PageUp, true},    {"delete", Qt::Key_Delete, true},
-            {"select", Qt::Key_Select, false}, {"return", Qt::Key_Return, false}, {"back", Qt::Key_Back, false},
-            {"escape", Qt::Key_Escape, false}, {"colour", Qt::Key_F1, false},     {"end", Qt::Key_End, false}};
+            {"arrow", Qt::Key_Down, true}, {"page", Qt::Key_PageUp, true},    {"delete", Qt::Key_Delete, true},
+            {"volume", Qt::Key_F9, true},  {"select", Qt::Key_Select, false}, {"return", Qt::Key_Return, false},
+            {"back", Qt::Key_Back, false}, {"escape", Qt::Key_Escape, false}, {"colour", Qt::Key_F1, false},
+            {"end", Qt::Key_End, false}};
         for (const auto &[name, key, moves] : keys) {
             for (const char *events : {"+rprp-", "+pp-", "+++-"}) // pairs, marked presses, plain presses
                 row(name, key, events, moves ? "+rprp-" : "+-");
@@ -125,6 +127,26 @@ private slots:
         dialog.click({Qt::Key_Escape, Qt::Key_F1, Qt::Key_Left});
         QCOMPARE(dialog.log, both(Qt::Key_Back) + both(red) + both(Qt::Key_Left));
         QVERIFY(dialog.isVisible()); // Escape did not close it
+    }
+
+    void volumeKeysShowABarAndReachNoScreen()
+    {
+        KeyDialog dialog;
+        dialog.resize(1280, 720);
+        QPushButton button(&dialog);
+        QVERIFY(dialog.isUp(&button));
+        QTest::keyClick(dialog.windowHandle(), Qt::Key_F9);
+        const auto *const bar = dialog.findChild<QWidget *>(QStringLiteral("volumeBar"));
+        QVERIFY(bar && bar->isVisible());
+        const QImage lower = dialog.grab(bar->geometry()).toImage();
+        dialog.click({Qt::Key_VolumeUp});
+        QVERIFY(dialog.grab(bar->geometry()).toImage() != lower);
+        dialog.click({Qt::Key_VolumeMute, Qt::Key_F8});
+        QCOMPARE(dialog.log, QStringList());
+        QVERIFY(button.hasFocus());
+        QTRY_VERIFY(!bar->isVisible());
+        dialog.click({Qt::Key_Back});
+        QCOMPARE(dialog.log, both(Qt::Key_Back));
     }
 
     void returnClicksTheFocusedButtonOnce()
@@ -173,6 +195,8 @@ private slots:
 
 int main(int argc, char **argv)
 {
+    const QTemporaryDir settings;
+    qputenv("VELMORA_DEVICE_CONF", QFile::encodeName(settings.filePath("device.conf")));
     QApplication application(argc, argv);
     delete netcommon::IpcThread::getInstance(); // the library is loaded for its filter
     RemoteKeysTest test;

@@ -25,6 +25,8 @@
 // | 12   | menu -> radio      |                          |                    |                  | by 11    |
 // | 13   | radio -> menu      | process id: first words  |                    |                  | no       |
 // | 14   | radio -> menu      | the house key            |                    |                  | no       |
+// | 15   | command -> radio   | percent                  | VolumeOrder        |                  | by 11    |
+// | 16   | command -> radio   | minutes                  | SleepOrder         |                  | by 11    |
 //
 // "command -> radio" passes through the menu, which replaces the command's id with one of its own.
 namespace netcommon::menu {
@@ -43,8 +45,17 @@ enum class MessageType : std::uint32_t {
     Answer = 11,
     Ping = 12,
     Hello = 13,
-    HouseKey = 14
+    HouseKey = 14,
+    Volume = 15,
+    Sleep = 16
 };
+
+// What a command asks of the volume; each is answered with its new state.
+enum class VolumeOrder : std::uint32_t { Set = 0, Up = 1, Down = 2, ToggleMute = 3, Tell = 4 };
+// The same for the sleep timer.
+enum class SleepOrder : std::uint32_t { Minutes = 0, Track = 1, Off = 2, Tell = 3 };
+inline constexpr std::uint32_t leastSleepMinutes = 15;
+inline constexpr std::uint32_t mostSleepMinutes = 120;
 
 enum class AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
 

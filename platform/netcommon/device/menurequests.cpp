@@ -1,6 +1,7 @@
 #include "menurequests.h"
 
 #include "networkinjection.h"
+#include "platform/netcommon/comfort/comfort.h"
 #include "remotekeys.h"
 #include "screenshot.h"
 #include "statusreport.h"
@@ -41,6 +42,18 @@ void handle(const menu::Packet &packet, const std::shared_ptr<MenuLink> &link)
                                          // it is closed
         injectNetworkEvent(value ? NETWORK_EVENT_DISCONNECTED : NETWORK_EVENT_CONNECTED);
         break;
+    case menu::MessageType::Volume:
+    case menu::MessageType::Sleep: {
+        Comfort *const comfort = Comfort::instance();
+        const std::uint32_t order = menu::field(packet.message, menu::flagOffset);
+        if (!comfort)
+            answer(menu::AnswerValue::Failed, "this program plays nothing");
+        else if (menu::typeOf(packet.message) == menu::MessageType::Volume)
+            answer(menu::AnswerValue::Done, comfort->volume(menu::VolumeOrder(order), value));
+        else
+            answer(menu::AnswerValue::Done, comfort->sleep(menu::SleepOrder(order), value));
+        break;
+    }
     case menu::MessageType::Status:
         answer(menu::AnswerValue::Done, statusLine());
         break;

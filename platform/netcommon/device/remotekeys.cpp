@@ -2,6 +2,7 @@
 
 #include "menulink.h"
 #include "plainrepeat.h"
+#include "platform/netcommon/comfort/comfort.h"
 #include "platform/shared/windowstack.h"
 #include "remotekeytable.h"
 
@@ -143,8 +144,10 @@ bool RemoteKeys::eventFilter(QObject *watched, QEvent *event)
 // Runs while the application object is being made. A program without widgets has no keys.
 void installRemoteKeys()
 {
-    if (auto *application = qobject_cast<QApplication *>(QCoreApplication::instance()))
+    if (auto *application = qobject_cast<QApplication *>(QCoreApplication::instance())) {
+        Comfort::install(application);
         new RemoteKeys(application);
+    }
 }
 
 Q_COREAPP_STARTUP_FUNCTION(installRemoteKeys)

@@ -30,6 +30,9 @@ constexpr Translation translations[] = {
     // Remote controls that the display server knows by colour.
     {Qt::Key_Red, redKey},
     {Qt::Key_Green, greenKey},
+    {Qt::Key_F8, Qt::Key_VolumeMute},
+    {Qt::Key_F9, Qt::Key_VolumeDown},
+    {Qt::Key_F10, Qt::Key_VolumeUp},
     // The remote has a single key for pause and play.
     {Qt::Key_MediaPause, Qt::Key_Pause},
     {Qt::Key_MediaTogglePlayPause, Qt::Key_Pause},
@@ -52,6 +55,9 @@ constexpr NamedKey namedKeys[] = {
     {"pause", Qt::Key_Pause, false},
     {"stop", Qt::Key_MediaStop, false},
     {"next", Qt::Key_MediaNext, false},
+    {"volumeup", Qt::Key_VolumeUp, false},
+    {"volumedown", Qt::Key_VolumeDown, false},
+    {"mute", Qt::Key_VolumeMute, false},
     {"pageup", Qt::Key_PageUp, false},
     {"pagedown", Qt::Key_PageDown, false},
     {"top", Qt::Key_Home, false},
@@ -92,6 +98,10 @@ bool mayRepeat(int key)
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:
     case Qt::Key_Delete:
+    case Qt::Key_VolumeUp:
+    case Qt::Key_VolumeDown:
+    case Qt::Key_F9: // as pressed
+    case Qt::Key_F10:
         return true;
     default:
         return false;

@@ -20,7 +20,7 @@ struct Stroke {
 
 // The key code that the application gets for a key. `isTextEntry`: a writable field has the focus.
 int remoteKey(const Stroke &stroke, bool isTextEntry);
-// True for arrows, page keys and Delete. All other keys act once, however long they are held.
+// True for arrows, page keys, Delete and the volume's two keys. All other keys act once, however long they are held.
 bool mayRepeat(int key);
 
 // Which keys are down, and so what a press or a release becomes. A key that is held arrives in one of three ways:

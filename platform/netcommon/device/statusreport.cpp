@@ -2,6 +2,7 @@
 
 #include "menusocket.h"
 #include "netcommon/ipc.h"
+#include "platform/netcommon/comfort/comfort.h"
 #include "platform/netcommon/playback/playbackstatistics.h"
 #include "platform/shared/windowstack.h"
 
@@ -84,6 +85,8 @@ QByteArray statusLine()
                        {QStringLiteral("box"), QJsonValue()},
                        {QStringLiteral("focus"), QJsonValue()}};
     if (qobject_cast<QApplication *>(QCoreApplication::instance())) {
+        if (const Comfort *const comfort = Comfort::instance())
+            comfort->describe(status);
         const auto order = platform::WindowStack::instance().bottomToTop();
         const QWidget *box = order.size() > 1 && isBox(order.last()) ? order.last() : nullptr;
         const QWidget *screen = nullptr;

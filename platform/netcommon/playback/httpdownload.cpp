@@ -1,8 +1,18 @@
 #include "netcommon/httpdownload.h"
 
 #include "mediamodule.h"
+#include "playbackstatistics.h"
 
 namespace netcommon {
+
+namespace {
+QString lastPicture; // GUI thread
+}
+
+QString statistics::coverFile()
+{
+    return lastPicture;
+}
 
 struct Q_DECL_HIDDEN HttpDownload::Private {
     std::unique_ptr<PictureDownload> download;
@@ -12,6 +22,8 @@ HttpDownload::HttpDownload(QObject *parent)
     : QObject(parent)
     , d(new Private{mediaModule().makePictureDownload(this)})
 {
+    connect(this, &HttpDownload::signalDownloadResult, this,
+            [](int result, const QString &file) { lastPicture = result >= 0 ? file : QString(); });
 }
 
 HttpDownload::~HttpDownload()
@@ -26,6 +38,7 @@ void HttpDownload::setDownloadFolder(const QString &folder)
 
 void HttpDownload::resquestDownload(char *url)
 {
+    lastPicture.clear();
     d->download->request(QByteArray(url));
 }
 

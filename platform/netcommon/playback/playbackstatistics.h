@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 // What the device's side asks about playback. Any thread; never blocks.
 namespace netcommon::statistics {
 
@@ -10,5 +12,7 @@ int playbackState();
 // Whether sound can go on without the network: buffered sound is playing, or is paused by a person. Below the low water
 // line a pause is the radio's own.
 bool isSoundLeft();
+// The picture that was downloaded last; empty after a failed download and while one is under way. GUI thread.
+QString coverFile();
 
 } // namespace netcommon::statistics

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/netcommon/device/menumessages.h"
+#include "saver.h"
+#include "sleeptimer.h"
+#include "volumecontrol.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <memory>
+
+class QApplication;
+class QJsonObject;
+class QWidget;
+
+namespace platform {
+class DeviceSettingsWatch;
+}
+
+namespace netcommon {
+
+class Mpris;
+class VolumeBar;
+
+// What makes listening comfortable and is no business of the screens. It is installed by the library itself when the
+// application object is made, and lives as long as that. GUI thread only.
+class Comfort : public QObject {
+    Q_OBJECT
+public:
+    // Null in a program without widgets.
+    static Comfort *instance();
+    // Before the filter that translates the keys of a PC.
+    static void install(QApplication *application);
+
+    // A request of the menu system: the volume in percent, or what else to do with it. Returns what `velmora-menu
+    // volume` prints.
+    QByteArray volume(menu::VolumeOrder order, std::uint32_t percent);
+    // The same for `velmora-menu sleep`.
+    QByteArray sleep(menu::SleepOrder order, std::uint32_t minutes);
+    // Adds its members to what `velmora-menu status` says.
+    void describe(QJsonObject &status) const;
+
+    ~Comfort() override;
+
+private:
+    explicit Comfort(QApplication *application);
+
+    bool key(int key);
+    void showVolume();
+    void readSettings();
+    void applySettings();
+    void keepVolume();
+    void windowsChanged();
+    void press(int key);
+
+    std::unique_ptr<platform::DeviceSettingsWatch> m_settings; // from the first turn of the event loop
+    QTimer m_keepVolume;                                       // runs while the volume was touched and is not stored
+    VolumeControl m_volume;
+    Saver m_saver;
+    SleepTimer m_sleep;
+    QPointer<Mpris> m_mpris;   // null: no playing screen yet, or no session bus
+    QPointer<VolumeBar> m_bar; // null: not made yet, or gone with its screen
+};
+
+} // namespace netcommon
