@@ -1,4 +1,5 @@
 // A PC's keyboard as a remote control: the table, held keys, and the filter in an application of widgets.
+#include "evdevremote.h"
 #include "remotekeytable.h"
 
 #include "netcommon/ipcthread.h"
@@ -11,6 +12,8 @@
 #include <QSignalSpy>
 #include <QtTest>
 #include <QWindow>
+
+#include <linux/input.h>
 
 using namespace netcommon::keys;
 
@@ -127,6 +130,59 @@ private slots:
         dialog.click({Qt::Key_Escape, Qt::Key_F1, Qt::Key_Left});
         QCOMPARE(dialog.log, both(Qt::Key_Back) + both(red) + both(Qt::Key_Left));
         QVERIFY(dialog.isVisible()); // Escape did not close it
+    }
+
+    // As the kernel's decoder of an infrared remote delivers them: a scan code, a key, a report.
+    void theKernelsRemoteControlsPressTheRemotesKeys()
+    {
+        using netcommon::evdev::isRemote, netcommon::evdev::KeySet, netcommon::evdev::Reader;
+        using Strokes = std::vector<netcommon::evdev::Stroke>;
+        QByteArray recorded;
+        const auto event = [&](int type, int code, int value) {
+            input_event record{};
+            record.type = std::uint16_t(type);
+            record.code = std::uint16_t(code);
+            record.value = value;
+            recorded.append(reinterpret_cast<const char *>(&record), sizeof record);
+        };
+        const auto key = [&](int code, int value) {
+            event(EV_MSC, MSC_SCAN, 0x800f041f);
+            event(EV_KEY, code, value);
+            event(EV_SYN, SYN_REPORT, 0);
+        };
+        for (const int value : {1, 2, 2, 0})
+            key(KEY_DOWN, value);
+        key(KEY_OK, 1);
+        key(KEY_OK, 0);
+        key(KEY_PROG1, 1); // no key of this remote
+        key(KEY_RED, 1);
+        event(EV_SYN, SYN_DROPPED, 0);
+        event(EV_KEY, KEY_BLUE, 1); // incomplete
+        event(EV_SYN, SYN_REPORT, 0);
+        key(KEY_RED, 0);
+        key(KEY_NUMERIC_7, 1);
+        const int down = Qt::Key_Down, select = Qt::Key_Select;
+        const Strokes expected{{down, true, false},  {down, true, true},    {down, true, true},
+                               {down, false, false}, {select, true, false}, {select, false, false},
+                               {red, true, false},   {red, false, false},   {Qt::Key_7, true, false}};
+        for (const qsizetype piece : {recorded.size(), qsizetype(7)}) { // whole, and in parts of records
+            Reader reader;
+            Strokes strokes;
+            for (qsizetype at = 0; at < recorded.size(); at += piece)
+                for (const auto &stroke : reader.read(recorded.mid(at, piece)))
+                    strokes.push_back(stroke);
+            QVERIFY(strokes == expected);
+        }
+        const auto keys = [](std::initializer_list<int> codes) {
+            KeySet set;
+            for (const int code : codes)
+                set.set(size_t(code));
+            return set;
+        };
+        QVERIFY(isRemote(keys({KEY_OK, KEY_UP}), BUS_USB));
+        QVERIFY(isRemote(keys({KEY_UP}), BUS_CEC));
+        QVERIFY(!isRemote(keys({KEY_A, KEY_Z, KEY_SELECT}), BUS_USB)); // a keyboard
+        QVERIFY(!isRemote(keys({KEY_POWER}), BUS_HOST));
     }
 
     void volumeKeysShowABarAndReachNoScreen()

@@ -4,6 +4,7 @@
 #include "plainrepeat.h"
 #include "platform/netcommon/comfort/comfort.h"
 #include "platform/shared/windowstack.h"
+#include "remoteinput.h"
 #include "remotekeytable.h"
 
 #include <QApplication>
@@ -75,6 +76,7 @@ RemoteKeys::RemoteKeys(QObject *application)
 {
     platform::WindowStack::instance(); // created now, so that it sees every window
     application->installEventFilter(this);
+    QMetaObject::invokeMethod(this, &RemoteKeys::listenToRemotes, Qt::QueuedConnection);
 }
 
 bool RemoteKeys::press(int key, bool isTyped)
@@ -101,6 +103,27 @@ bool RemoteKeys::type(const QString &text)
             QCoreApplication::postEvent(window, new QKeyEvent(type, key, modifiers, QString(character)));
     }
     return true;
+}
+
+void RemoteKeys::deliver(int key, bool isPress, bool isAutoRepeat)
+{
+    QWindow *window = keyWindow();
+    if (!window)
+        return;
+    const bool isDigit = key >= Qt::Key_0 && key <= Qt::Key_9;
+    QCoreApplication::postEvent(window,
+                                new QKeyEvent(isPress ? QEvent::KeyPress : QEvent::KeyRelease, key, Qt::NoModifier,
+                                              isDigit ? QString(QChar(key)) : QString(), isAutoRepeat));
+}
+
+// A window on a desktop leaves them to the desktop; without a display there is nobody to press a key.
+void RemoteKeys::listenToRemotes()
+{
+    const QString platform = QGuiApplication::platformName();
+    if (platform == QLatin1String("offscreen") || platform == QLatin1String("minimal") ||
+        qEnvironmentVariableIntValue("VELMORA_WINDOWED") == 1)
+        return;
+    connect(new RemoteInput(this), &RemoteInput::stroke, this, &RemoteKeys::deliver);
 }
 
 bool RemoteKeys::eventFilter(QObject *watched, QEvent *event)

@@ -19,12 +19,15 @@ public:
     static bool press(int key, bool isTyped);
     // Types the text, one key a character.
     static bool type(const QString &text);
+    // A key of an infrared or CEC remote; as the other two, and `isAutoRepeat` while it is held.
+    static void deliver(int key, bool isPress, bool isAutoRepeat);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     friend void installRemoteKeys();
     explicit RemoteKeys(QObject *application);
+    void listenToRemotes();
 
     keys::HeldKeys m_held;
     bool m_hasBegun = false; // the first key has arrived
