@@ -53,7 +53,8 @@ public:
     // Another radio answers.
     bool isBack(pid_t before)
     {
-        return QTest::qWaitFor([&] { return radio() != 0 && radio() != before; }, 20000);
+        pid_t now = 0;
+        return QTest::qWaitFor([&] { return (now = radio()) != 0 && now != before; }, 20000);
     }
     QStringList reports() const
     {
