@@ -86,6 +86,7 @@ QProcessEnvironment Journey::environment() const
     environment.insert("VELMORA_PRIVATE_ROOT", m_root.filePath("device"));
     environment.insert("VELMORA_WS_SERVER", m_options.radioUrl.isEmpty() ? m_serverUrl : m_options.radioUrl);
     environment.insert("VELMORA_WS_STATE_DIR", m_root.filePath("state"));
+    environment.insert("XDG_STATE_HOME", m_root.filePath("statehome"));
     const QString usualSink = QStringLiteral("fakesink sync=%1").arg(m_options.isShort ? "false" : "true");
     environment.insert("VELMORA_AUDIO_SINK", m_options.sink.isEmpty() ? usualSink : m_options.sink);
     environment.insert("VELMORA_DEVICE_CONF", m_root.filePath("device.conf"));

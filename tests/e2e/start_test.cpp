@@ -2,10 +2,13 @@
 
 #include "e2e/journey.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTcpServer>
 #include <QTcpSocket>
+
+#include <csignal>
 
 namespace {
 
@@ -32,6 +35,33 @@ private slots:
         QVERIFY(journey.exits());
         QVERIFY(journey.radioReport().contains("Velmora main function exit ok!"));
         QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
+    }
+
+    void aSupervisedRadioPlaysAgainAfterACrashAndAnOutageWithoutAKey()
+    {
+        QTemporaryDir folder;
+        QFile settings(folder.filePath("ws.conf")); // given up after a moment, not after 45 seconds
+        QVERIFY(settings.open(QIODevice::WriteOnly) &&
+                settings.write("retry_for_ms=500\nstart_retry_for_ms=500\n") > 0);
+        settings.close();
+        qputenv("VELMORA_WS_CONF", QFile::encodeName(settings.fileName()));
+        const auto tidy = qScopeGuard([] { qunsetenv("VELMORA_WS_CONF"); });
+        Journey journey({.isShort = true, .menuOptions = {"--supervise", "--home", JOURNEY_HOME}});
+        QVERIFY2(journey.startPlaying(), qPrintable(journey.problem()));
+        const auto playsAgain = [&journey](qint64 before) {
+            return journey.waitFor([before](const QJsonObject &now) {
+                return now.value("pid").toInteger() != before && now.value("audioSeconds").toDouble() > 1;
+            });
+        };
+        qint64 radio = journey.radioPid();
+        ::kill(pid_t(radio), SIGSEGV);
+        QVERIFY(playsAgain(radio));
+        QCOMPARE(QDir(journey.root() + "/statehome/velmora/reports").entryList(QDir::Files).size(), 1);
+        radio = journey.radioPid();
+        journey.stopServer();
+        QVERIFY(journey.waitForScreen("home::NoticePage"));
+        QVERIFY(journey.startServer() && playsAgain(radio));
+        QVERIFY(journey.exits());
     }
 
     // VELMORA_EXIT_MOMENTS: how many moments of the first two seconds are tried.
