@@ -128,9 +128,10 @@ Received receive(int descriptor, Packet &packet)
 {
     QByteArray bytes(int(sizeof packet.message) + maxTextBytes, Qt::Uninitialized);
     ssize_t size = -1;
+    // A peer that closes with something unread is reported once; what it has sent before is still there.
     do
         size = ::recv(descriptor, bytes.data(), size_t(bytes.size()), MSG_DONTWAIT);
-    while (size < 0 && errno == EINTR);
+    while (size < 0 && (errno == EINTR || errno == ECONNRESET));
     if (size < 0 && errno == EAGAIN)
         return Received::Nothing;
     if (size < ssize_t(sizeof packet.message))
