@@ -15,6 +15,7 @@
 #include <climits>
 #include <csignal>
 #include <cstdio>
+#include <malloc.h>
 #include <poll.h>
 #include <sys/signalfd.h>
 #include <sys/wait.h>
@@ -28,6 +29,7 @@ using Action = RadioWatch::Action;
 namespace {
 
 constexpr int answerLimitSeconds = 8;
+constexpr int trimAfterMs = 5000;
 constexpr std::uint32_t pingId = 0; // commands have ids from 1
 
 void say(const QString &text)
@@ -135,9 +137,12 @@ void MenuServer::begin(std::optional<Page> page)
 
 void MenuServer::readOutput()
 {
-    const QByteArray output = m_process.readAllStandardOutput();
-    passOn(output);
-    m_output.read(output);
+    m_process.setReadChannel(QProcess::StandardOutput);
+    while (m_process.bytesAvailable() > 0) {
+        const QByteArray output = m_process.read(4096);
+        passOn(output);
+        m_output.read(output);
+    }
     if (!m_arguments.isSupervisor || m_output.crash().isEmpty() || m_watch->isGivenUp())
         return;
     m_run.problem = QStringLiteral("crashed: ") + QString::fromLatin1(m_output.crash());
@@ -364,6 +369,9 @@ void MenuServer::tick()
     if (m_process.state() == QProcess::NotRunning)
         return;
     const qint64 now = m_clock.elapsed();
+    // What the start took is not needed again while the radio plays, which is for hours.
+    if (!m_run.isTrimmed && now - m_run.startedAt >= trimAfterMs)
+        m_run.isTrimmed = ::malloc_trim(0) >= 0;
     const auto pid = pid_t(m_process.processId());
     if (m_arguments.isSupervisor && isStopped(pid))
         m_watch->stopped(now);

@@ -58,6 +58,7 @@ private:
         bool isExitSaid = false;   // its exit notice has arrived
         bool isWished = false;     // it asked for the exit that a person wishes
         bool hasPlayed = false;    // music was heard
+        bool isTrimmed = false;    // memory that its start needed was given back
         QString problem;           // why it was given up
     };
 

@@ -17,7 +17,7 @@ public:
     // The last lines, at least `keptBytes` of them if there were so many.
     QByteArray tail() const { return m_tail; }
 
-    static constexpr int keptBytes = 24 * 1024;
+    static constexpr int keptBytes = 12 * 1024; // a crash reporter's dump takes two
 
 private:
     void readLine(const QByteArray &line);
