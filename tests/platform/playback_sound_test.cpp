@@ -56,6 +56,7 @@ private slots:
         auto &sound = PlaybackBoard::instance().sound();
         sound.isLevelled = true;
         sound.volume = 100;
+        sound.isVolumeChosen = false;
         sound.isMuted = false;
         sound.fade = 1;
     }
@@ -120,6 +121,7 @@ private slots:
         for (const auto &[percent, isMuted, expected] : cases) {
             auto &sound = PlaybackBoard::instance().sound();
             sound.volume = percent;
+            sound.isVolumeChosen = true;
             sound.isMuted = isMuted;
             for (const QByteArray &sink : {own, captureTo + QFile::encodeName(after)}) {
                 {

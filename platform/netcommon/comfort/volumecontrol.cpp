@@ -25,6 +25,7 @@ void VolumeControl::restore(int percent)
 void VolumeControl::set(int percent)
 {
     m_isMuted = false;
+    m_sound.isVolumeChosen = true;
     restore(percent);
     emit touched();
 }
@@ -48,6 +49,8 @@ void VolumeControl::toggleMute()
 
 void VolumeControl::apply()
 {
+    if (m_percent < 100 || m_isMuted)
+        m_sound.isVolumeChosen = true;
     m_sound.volume = m_percent;
     m_sound.isMuted = m_isMuted;
 }

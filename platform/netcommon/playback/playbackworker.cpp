@@ -228,6 +228,7 @@ void PlaybackWorker::build(PlaybackSink sink, qint64 startAtMs)
     }
     m_isSilent = sound.isNextSilent;
     m_fetcher.start(m_address, m_pipeline->feed());
+    m_sinkVolume.streamBegins();
     const bool isAttached = !sink || m_pipeline->attachSink(std::move(sink));
     applySound();
     if (!isAttached || !m_pipeline->preroll())
@@ -297,6 +298,8 @@ void PlaybackWorker::pipelineEvent(const PlaybackEvent &event)
     case PlaybackEvent::Kind::Decoded:
     case PlaybackEvent::Kind::Prerolled:
         m_isPrerolled = m_pipeline->hasSink() && m_pipeline->hasDecoded();
+        m_sinkVolume.streamBegins();
+        applySound();
         if (m_order.isStarting())
             startIfReady();
         else
@@ -467,11 +470,10 @@ void PlaybackWorker::tickPlaying()
 void PlaybackWorker::applySound()
 {
     const PlaybackSound &sound = PlaybackBoard::instance().sound();
+    PlaybackPipeline *const heard = m_endingTrack ? m_endingTrack.get() : m_pipeline.get();
     m_sinkVolume.want(sound.volume, sound.isMuted);
-    if (m_endingTrack)
-        m_sinkVolume.apply(m_endingTrack->sink(), true);
-    else if (m_pipeline && m_pipeline->hasSink())
-        m_sinkVolume.apply(m_pipeline->sink(), m_isPrerolled);
+    if (sound.isVolumeChosen && heard && heard->hasSink())
+        m_sinkVolume.apply(heard->sink());
     const double factor = m_sinkVolume.factor() * sound.fade;
     if (m_endingTrack)
         m_endingTrack->gain().setFactor(factor);

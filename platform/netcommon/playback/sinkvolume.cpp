@@ -1,5 +1,6 @@
 #include "sinkvolume.h"
 
+#include "alsamixer.h"
 #include "gstowner.h"
 
 #include <gst/audio/streamvolume.h>
@@ -41,14 +42,19 @@ bool hasStreamVolume(GstElement *element)
     return GST_IS_STREAM_VOLUME(element);
 }
 
-bool setOwnVolume(GstElement *sink, int percent, bool isMuted)
+bool isAlsa(GstElement *element)
 {
-    if (const auto stream = find(sink, hasStreamVolume)) {
-        gst_stream_volume_set_volume(GST_STREAM_VOLUME(stream.get()), GST_STREAM_VOLUME_FORMAT_CUBIC, percent / 100.0);
-        gst_stream_volume_set_mute(GST_STREAM_VOLUME(stream.get()), isMuted);
-        return true;
-    }
-    return false;
+    GstElementFactory *const factory = gst_element_get_factory(element);
+    return factory && g_strcmp0(GST_OBJECT_NAME(factory), "alsasink") == 0;
+}
+
+QString deviceOf(GstElement *alsa)
+{
+    gchar *text = nullptr;
+    g_object_get(alsa, "device", &text, nullptr);
+    QString device = text ? QString::fromUtf8(text) : QStringLiteral("default");
+    g_free(text);
+    return device;
 }
 
 } // namespace
@@ -60,12 +66,29 @@ void SinkVolume::want(int percent, bool isMuted)
     m_isMuted = isMuted;
 }
 
-void SinkVolume::apply(GstElement *sink, bool isOpen)
+void SinkVolume::apply(GstElement *sink)
 {
     if (m_isApplied)
         return;
-    m_hasOwn = setOwnVolume(sink, m_percent, m_isMuted);
-    m_isApplied = m_hasOwn || isOpen;
+    m_isApplied = true;
+    m_hasOwn = setOwn(sink);
+}
+
+bool SinkVolume::setOwn(GstElement *sink)
+{
+    if (const auto stream = find(sink, hasStreamVolume)) {
+        auto *const volume = GST_STREAM_VOLUME(stream.get());
+        gst_stream_volume_set_volume(volume, GST_STREAM_VOLUME_FORMAT_CUBIC, m_percent / 100.0);
+        gst_stream_volume_set_mute(volume, m_isMuted);
+        return true;
+    }
+    const auto alsa = find(sink, isAlsa);
+    if (!alsa)
+        return false;
+    const int percent = m_isMuted ? 0 : m_percent;
+    if (m_mixerPercent != percent)
+        m_mixerPercent = setMixerVolume(deviceOf(alsa.get()), percent) ? percent : -1;
+    return m_mixerPercent >= 0;
 }
 
 double SinkVolume::factor() const
