@@ -4,6 +4,8 @@
 #include "platform/netcommon/comfort/saver.h"
 #include "platform/netcommon/comfort/saverpicture.h"
 #include "platform/netcommon/comfort/sleepdecider.h"
+#include "platform/netcommon/comfort/speech.h"
+#include "platform/netcommon/device/ceclink.h"
 #include "platform/netcommon/playback/playbackstatistics.h"
 
 #include <QDialog>
@@ -12,6 +14,10 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
+
+#include <fcntl.h>
+#include <linux/cec.h>
+#include <sys/ioctl.h>
 
 using namespace netcommon;
 
@@ -215,6 +221,107 @@ private slots:
         sleep.trackEnds(100);
         QCOMPARE(sleep.step(30'099, false), (Action{.silencesNext = true}));
         QCOMPARE(sleep.step(30'100, false), (Action{.isOver = true})); // no track follows
+    }
+
+    void screenControlRowAndMessageAreSpoken()
+    {
+        QStringList said;
+        const SpokenFocus speech([&said](const QString &text) { said += text; }, nullptr);
+        PlayingScreen screen;
+        screen.setAccessibleName(QStringLiteral("Music"));
+        auto *const thumb = new QPushButton(&screen);
+        thumb->setObjectName(QStringLiteral("thumbupBtn"));
+        auto *const history = screen.findChild<QListWidget *>();
+        screen.play(QStringLiteral("One"));
+        screen.play(QStringLiteral("Two"));
+        history->setCurrentRow(0);
+        screen.show();
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        thumb->setFocus();
+        QTRY_VERIFY(!said.isEmpty());
+        QVERIFY2(said.join('|').contains("Thumbs up"), qPrintable(said.join('|')));
+        QVERIFY(said.first().startsWith("Music"));
+        said.clear();
+        history->setFocus();
+        QTest::keyClick(history, Qt::Key_Down);
+        QVERIFY2(said == QStringList({"Song history, Two", "One"}), qPrintable(said.join('|')));
+
+        QDialog box(&screen);
+        box.setModal(true);
+        QLabel message(QStringLiteral(" Are you sure? "), &box);
+        message.setObjectName(QStringLiteral("contentLabel"));
+        QPushButton yes(QStringLiteral("Yes"), &box);
+        box.show();
+        QVERIFY(QTest::qWaitForWindowActive(&box));
+        yes.setFocus();
+        QTRY_COMPARE(said.last(), "Are you sure?, Yes");
+    }
+
+    // The kernel's side is the test's: what the link asks of the adapter, and what it hears of it.
+    void theTelevisionIsTurnedOnSentToSleepAndHeard()
+    {
+        QList<QByteArray> sent;
+        QList<QByteArray> arriving;
+        __u32 mode = 0;
+        cec_log_addrs addresses{};
+        bool hasEvent = false;
+        const auto adapter = [&](int, unsigned long request, void *argument) {
+            switch (request) {
+            case CEC_ADAP_G_CAPS:
+                static_cast<cec_caps *>(argument)->capabilities = CEC_CAP_TRANSMIT | CEC_CAP_LOG_ADDRS;
+                return 0;
+            case CEC_S_MODE:
+                mode = *static_cast<__u32 *>(argument);
+                return 0;
+            case CEC_ADAP_G_LOG_ADDRS:
+                *static_cast<cec_log_addrs *>(argument) = addresses;
+                return 0;
+            case CEC_ADAP_S_LOG_ADDRS:
+                addresses = *static_cast<cec_log_addrs *>(argument);
+                addresses.log_addr[0] = 4; // the kernel claims it and tells
+                hasEvent = true;
+                return 0;
+            case CEC_ADAP_G_PHYS_ADDR:
+                *static_cast<__u16 *>(argument) = 0x2100;
+                return 0;
+            case CEC_TRANSMIT: {
+                const auto &message = *static_cast<cec_msg *>(argument);
+                sent += QByteArray(reinterpret_cast<const char *>(message.msg), int(message.len)).toHex();
+                return 0;
+            }
+            case CEC_DQEVENT:
+                if (!std::exchange(hasEvent, false))
+                    return -1;
+                static_cast<cec_event *>(argument)->event = CEC_EVENT_STATE_CHANGE;
+                return 0;
+            case CEC_RECEIVE: {
+                if (arriving.isEmpty())
+                    return -1;
+                auto &message = *static_cast<cec_msg *>(argument);
+                const QByteArray bytes = arriving.takeFirst();
+                std::copy(bytes.begin(), bytes.end(), message.msg);
+                message.len = __u32(bytes.size());
+                return 0;
+            }
+            default:
+                return -1;
+            }
+        };
+        CecLink link(::open("/dev/null", O_RDWR | O_CLOEXEC), adapter);
+        QSignalSpy sleeps(&link, &CecLink::televisionSleeps);
+        link.standby(); // nobody is there yet
+        QVERIFY(link.configure());
+        QCOMPARE(mode, __u32(CEC_MODE_INITIATOR | CEC_MODE_FOLLOWER));
+        QVERIFY(sent.isEmpty());
+        link.read();
+        QCOMPARE(sent, (QList<QByteArray>{"4004", "4f822100"})); // once, by this device's address
+        hasEvent = true;
+        arriving = {QByteArray::fromHex("0f36"), QByteArray::fromHex("5f36"), QByteArray::fromHex("04")};
+        for (int i = 0; i < 4; ++i)
+            link.read();
+        QCOMPARE(sleeps.size(), 1); // of the television only
+        link.standby();
+        QCOMPARE(sent.mid(2), (QList<QByteArray>{"4036"}));
     }
 
 private:

@@ -3,9 +3,12 @@
 #include "keygate.h"
 #include "mpris.h"
 #include "nowplaying.h"
+#include "platform/netcommon/device/ceclink.h"
 #include "platform/netcommon/playback/playbackboard.h"
+#include "platform/netcommon/playback/playbackstatistics.h"
 #include "platform/shared/devicesettings.h"
 #include "platform/shared/windowstack.h"
+#include "speech.h"
 #include "volumebar.h"
 
 #include <QApplication>
@@ -74,7 +77,7 @@ Comfort::Comfort(QApplication *application)
           this)
     , m_sleep(PlaybackBoard::instance().sound(), sleepFile(), this)
 {
-    new KeyGate(application, [this](int pressed, bool) { return key(pressed); });
+    new KeyGate(application, [this](int pressed, bool isAutoRepeat) { return key(pressed, isAutoRepeat); });
     connect(&m_sleep, &SleepTimer::pauseWanted, this, [this] { press(Qt::Key_Pause); });
     connect(&m_sleep, &SleepTimer::asleep, &m_saver, &Saver::fallAsleep);
     m_saver.setSleepText([this] { return m_sleep.shortText(); });
@@ -85,6 +88,7 @@ Comfort::Comfort(QApplication *application)
     m_keepVolume.setInterval(keepMs);
     connect(&m_keepVolume, &QTimer::timeout, this, &Comfort::keepVolume);
     QMetaObject::invokeMethod(this, &Comfort::readSettings, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &Comfort::findTelevision, Qt::QueuedConnection);
 }
 
 Comfort::~Comfort()
@@ -106,9 +110,31 @@ void Comfort::applySettings()
     const platform::DeviceSettings &settings = m_settings->settings();
     PlaybackBoard::instance().sound().isLevelled = settings.value("sound/level-tracks").toBool();
     m_saver.setMinutes(settings.value("screen/saver-minutes").toInt());
+    if (const bool clicks = settings.value("sound/key-clicks").toBool(); clicks != (m_click != nullptr))
+        m_click = clicks ? std::make_unique<KeyClick>() : nullptr;
+    if (const bool isSpoken = settings.value("speech/enabled").toBool(); isSpoken != (m_speech != nullptr))
+        m_speech = isSpoken ? std::make_unique<SpokenFocus>(SpokenFocus::speak, nullptr) : nullptr;
     // What a person has just set is not in the file yet.
     if (const int volume = settings.value(volumeKey).toInt(); !m_keepVolume.isActive() && volume != m_volume.percent())
         m_volume.restore(volume);
+}
+
+// A television belongs to a radio that has the screen for itself. When one of them goes to sleep, so does the other.
+void Comfort::findTelevision()
+{
+    const QString platform = QGuiApplication::platformName();
+    if (platform == QLatin1String("offscreen") || platform == QLatin1String("minimal") ||
+        qEnvironmentVariableIntValue("VELMORA_WINDOWED") == 1)
+        return;
+    m_television = CecLink::open();
+    if (!m_television)
+        return;
+    connect(&m_sleep, &SleepTimer::asleep, m_television.get(), &CecLink::standby);
+    connect(m_television.get(), &CecLink::televisionSleeps, this, [this] {
+        if (statistics::playbackState() == PLAYBACK_STATE_PLAYING)
+            press(Qt::Key_Pause);
+        m_saver.fallAsleep();
+    });
 }
 
 void Comfort::keepVolume()
@@ -118,8 +144,10 @@ void Comfort::keepVolume()
         qWarning("Comfort,volume,not stored: %s", qPrintable(reason));
 }
 
-bool Comfort::key(int key)
+bool Comfort::key(int key, bool isAutoRepeat)
 {
+    if (m_click && key != 0 && !isAutoRepeat)
+        m_click->play();
     if (m_saver.keyPressed())
         return true;
     switch (key) {

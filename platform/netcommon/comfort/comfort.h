@@ -1,5 +1,6 @@
 #pragma once
 
+#include "keyclick.h"
 #include "platform/netcommon/device/menumessages.h"
 #include "saver.h"
 #include "sleeptimer.h"
@@ -21,7 +22,9 @@ class DeviceSettingsWatch;
 
 namespace netcommon {
 
+class CecLink;
 class Mpris;
+class SpokenFocus;
 class VolumeBar;
 
 // What makes listening comfortable and is no business of the screens. It is installed by the library itself when the
@@ -39,6 +42,8 @@ public:
     QByteArray volume(menu::VolumeOrder order, std::uint32_t percent);
     // The same for `velmora-menu sleep`.
     QByteArray sleep(menu::SleepOrder order, std::uint32_t minutes);
+    // The idle picture covers the screens, and the next key only lifts it.
+    bool hidesScreens() const { return m_saver.isShown(); }
     // Adds its members to what `velmora-menu status` says.
     void describe(QJsonObject &status) const;
 
@@ -47,11 +52,12 @@ public:
 private:
     explicit Comfort(QApplication *application);
 
-    bool key(int key);
+    bool key(int key, bool isAutoRepeat);
     void showVolume();
     void readSettings();
     void applySettings();
     void keepVolume();
+    void findTelevision();
     void windowsChanged();
     void press(int key);
 
@@ -60,8 +66,11 @@ private:
     VolumeControl m_volume;
     Saver m_saver;
     SleepTimer m_sleep;
-    QPointer<Mpris> m_mpris;   // null: no playing screen yet, or no session bus
-    QPointer<VolumeBar> m_bar; // null: not made yet, or gone with its screen
+    std::unique_ptr<KeyClick> m_click;     // null: keys do not click
+    std::unique_ptr<SpokenFocus> m_speech; // null: nothing is spoken
+    std::unique_ptr<CecLink> m_television; // null: none
+    QPointer<Mpris> m_mpris;               // null: no playing screen yet, or no session bus
+    QPointer<VolumeBar> m_bar;             // null: not made yet, or gone with its screen
 };
 
 } // namespace netcommon

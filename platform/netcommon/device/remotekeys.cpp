@@ -65,7 +65,9 @@ void reportHeldKeysPlainly()
 // The house key belongs to the menu system, whatever the screens do with it.
 void reportHouseKey(const QKeyEvent &key)
 {
-    if (key.type() == QEvent::KeyPress && key.key() == Qt::Key_TopMenu && !key.isAutoRepeat())
+    const Comfort *const comfort = Comfort::instance();
+    const bool isForScreens = !comfort || !comfort->hidesScreens();
+    if (isForScreens && key.type() == QEvent::KeyPress && key.key() == Qt::Key_TopMenu && !key.isAutoRepeat())
         MenuLink::shared()->send(menu::makeMessage(menu::MessageType::HouseKey));
 }
 

@@ -1,0 +1,123 @@
+#include "speech.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProcess>
+#include <QWidget>
+
+#include <utility>
+
+namespace netcommon {
+
+namespace {
+
+struct Name {
+    const char *object;
+    const char *text;
+};
+// Of screens by their classes, of controls by their object names.
+constexpr Name screenNames[] = {
+    {"VelmoraMainDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Stations and music")},
+    {"SelectUserDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Choose an account")},
+    {"InternetRadioDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Activate this radio")},
+    {"SignInDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Sign in")},
+    {"EmailPwdDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Password reminder")},
+    {"WelcomeDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Welcome")},
+    {"CreateStationDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Create a station")},
+    {"RenameStationDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Rename a station")},
+    {"MenuDlg", QT_TRANSLATE_NOOP("netcommon::Speech", "Menu")},
+};
+constexpr Name controlNames[] = {
+    {"stationListWidget", QT_TRANSLATE_NOOP("netcommon::Speech", "Stations")},
+    {"playListWidget", QT_TRANSLATE_NOOP("netcommon::Speech", "Song history")},
+    {"searchResultListWidget", QT_TRANSLATE_NOOP("netcommon::Speech", "Results")},
+    {"playBtn", QT_TRANSLATE_NOOP("netcommon::Speech", "Play or pause")},
+    {"nextBtn", QT_TRANSLATE_NOOP("netcommon::Speech", "Next track")},
+    {"thumbdownBtn", QT_TRANSLATE_NOOP("netcommon::Speech", "Thumbs down")},
+    {"thumbupBtn", QT_TRANSLATE_NOOP("netcommon::Speech", "Thumbs up")},
+};
+
+template <size_t count>
+QString named(const Name (&names)[count], const QString &object)
+{
+    for (const Name &name : names)
+        if (object == QLatin1String(name.object))
+            return QCoreApplication::translate("netcommon::Speech", name.text);
+    return {};
+}
+
+// The message of a box, else the name of the screen.
+QString windowText(const QWidget *window)
+{
+    const auto *const message = window->findChild<QLabel *>(QStringLiteral("contentLabel"));
+    if (window->isModal() && message)
+        return message->text().trimmed();
+    for (const QMetaObject *kind = window->metaObject(); kind; kind = kind->superClass())
+        if (QString name = named(screenNames, QString::fromLatin1(kind->className())); !name.isEmpty())
+            return name;
+    return window->accessibleName();
+}
+
+} // namespace
+
+void nameControls(QWidget *window)
+{
+    for (QWidget *control : window->findChildren<QWidget *>()) {
+        if (!control->accessibleName().isEmpty())
+            continue;
+        if (const QString name = named(controlNames, control->objectName()); !name.isEmpty())
+            control->setAccessibleName(name);
+        else if (const auto *const field = qobject_cast<QLineEdit *>(control);
+                 field && field->placeholderText() != QString())
+            control->setAccessibleName(field->placeholderText());
+    }
+}
+
+SpokenFocus::SpokenFocus(Speaker speaker, QObject *parent)
+    : QObject(parent)
+    , m_speaker(std::move(speaker))
+{
+    connect(qApp, &QApplication::focusChanged, this, &SpokenFocus::focusMoved);
+}
+
+void SpokenFocus::speak(const QString &text)
+{
+    // The text is one argument, and never an option.
+    QProcess::startDetached(QStringLiteral("spd-say"), {QStringLiteral("--application-name"), QStringLiteral("velmora"),
+                                                        QStringLiteral("--"), text});
+}
+
+void SpokenFocus::focusMoved(QWidget *, QWidget *now)
+{
+    if (!now)
+        return;
+    nameControls(now->window());
+    QStringList words;
+    if (const QString window = windowText(now->window()); window != m_window) {
+        m_window = window;
+        words += window;
+    }
+    const QAccessibleInterface *const control = QAccessible::queryAccessibleInterface(now);
+    if (control && now != now->window())
+        words += control->text(QAccessible::Name);
+    if (auto *const list = qobject_cast<QListWidget *>(now)) {
+        connect(list, &QListWidget::currentRowChanged, this, &SpokenFocus::rowChanged, Qt::UniqueConnection);
+        words += list->currentItem() ? list->currentItem()->text() : QString();
+    }
+    words.removeAll(QString());
+    const QString text = words.join(QStringLiteral(", "));
+    if (!text.isEmpty() && std::exchange(m_said, text) != text)
+        m_speaker(text);
+}
+
+void SpokenFocus::rowChanged()
+{
+    const auto *const list = qobject_cast<QListWidget *>(sender());
+    if (list && list->hasFocus() && list->currentItem())
+        m_speaker(m_said = list->currentItem()->text());
+}
+
+} // namespace netcommon
