@@ -16,7 +16,7 @@ packages_run=(
     alsa-utils
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
-packages_bench=(ffmpeg)
+packages_loudness=(ffmpeg python3) # tools/loudness
 packages_artwork=(librsvg2-bin netpbm optipng)
 packages_tidy=(clang-format clang-tidy clang)
 packages_fuzz=(clang libclang-rt-14-dev)
