@@ -4,6 +4,7 @@
 #include "commandclient.h"
 #include "menuserver.h"
 #include "screenscale.h"
+#include "servicemanager.h"
 #include "settingscommand.h"
 #include "socketplace.h"
 
@@ -62,6 +63,7 @@ int runRadio(Arguments arguments, const QString &socket)
     QString reason;
     if (!server.start(socket, scale, &reason))
         return fail(1, QStringLiteral("cannot listen at %1: %2 (--socket takes another place)").arg(socket, reason));
+    const ServiceManager manager;
     return QCoreApplication::exec();
 }
 

@@ -13,7 +13,9 @@
 #include <QtTest>
 
 #include <csignal>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 
 using menusystem::Arguments;
@@ -201,6 +203,38 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(menu.output().contains("exit 1 0\n"), 5000); // it was asked first
         QCOMPARE(menu.waitForEnd(), 128 + SIGKILL);
         QVERIFY2(menu.errors().contains("does not end: insisting"), menu.errors().constData());
+    }
+
+    void systemdHearsThatTheRadioIsWatched()
+    {
+        const QTemporaryDir folder;
+        const QByteArray place = QFile::encodeName(folder.filePath("notify"));
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, place.constData(), sizeof address.sun_path);
+        const int systemd = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+        QCOMPARE(::bind(systemd, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+        const timeval limit{20, 0};
+        QCOMPARE(::setsockopt(systemd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit), 0);
+        const auto next = [systemd] {
+            char text[64];
+            const ssize_t size = ::recv(systemd, text, sizeof text, 0);
+            return QByteArray(text, std::max<ssize_t>(size, 0));
+        };
+        qputenv("NOTIFY_SOCKET", place);
+        MenuFixture menu;
+        const bool isStarted = menu.start();
+        qunsetenv("NOTIFY_SOCKET");
+        QVERIFY(isStarted);
+        QCOMPARE(next(), "READY=1");
+        QCOMPARE(next(), "WATCHDOG=1");
+        QCOMPARE(menu.command({"exit"}).code, 0);
+        menu.waitForEnd();
+        QByteArray last;
+        while ((last = next()) == "WATCHDOG=1") {
+        }
+        QCOMPARE(last, "STOPPING=1");
+        ::close(systemd);
     }
 
     void aHangIsReportedAndStatusSaysSo()
