@@ -171,6 +171,20 @@ set(VELMORA_TEST_ENVIRONMENT
   UBSAN_OPTIONS=print_stacktrace=1
   TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:ignore_noninstrumented_modules=1:second_deadlock_stack=1:halt_on_error=1)
 
+# Tests for another processor run under emulation, which passes `open` into the unpacked system, but not `stat`: what is
+# looked for there by name needs its real path.
+if(CMAKE_CROSSCOMPILING)
+  set(system_libraries ${CMAKE_SYSROOT}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE})
+  file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/fonts.conf CONTENT "<?xml version=\"1.0\"?>
+<!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">
+<fontconfig><dir>${CMAKE_SYSROOT}/usr/share/fonts</dir><cachedir>${CMAKE_BINARY_DIR}/fonts</cachedir></fontconfig>\n")
+  string(REPLACE ";" "|" emulator "${CMAKE_CROSSCOMPILING_EMULATOR}")
+  list(APPEND VELMORA_TEST_ENVIRONMENT NM=${CMAKE_NM} VELMORA_EMULATOR=${emulator}
+    QEMU_SET_ENV=LD_PRELOAD=${CMAKE_BINARY_DIR}/tests/libvelmora_emulation.so
+    GST_PLUGIN_SYSTEM_PATH_1_0=${system_libraries}/gstreamer-1.0 GST_REGISTRY_FORK=no
+    GST_REGISTRY=${CMAKE_BINARY_DIR}/gstreamer-registry.bin FONTCONFIG_FILE=${CMAKE_BINARY_DIR}/fonts.conf)
+endif()
+
 # velmora_add_test(name command... [LABELS ...] [TIMEOUT seconds] [ENVIRONMENT ...]): registers a command as a CTest.
 # TIMEOUT is 120 seconds if it is not given.
 function(velmora_add_test name)
@@ -195,6 +209,11 @@ function(velmora_test name)
   target_compile_definitions(${name} PRIVATE VELMORA_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   velmora_add_test(${name} COMMAND ${name} TIMEOUT ${T_TIMEOUT} LABELS ${T_LABELS}
     ENVIRONMENT QT_QPA_PLATFORM=offscreen "QT_LOGGING_RULES=qt.*=false" ${T_ENVIRONMENT})
+  foreach(label unit screens platform)
+    if(label IN_LIST T_LABELS)
+      set_property(GLOBAL APPEND PROPERTY VELMORA_DEVICE_TESTS ${name})
+    endif()
+  endforeach()
   if("unit" IN_LIST T_LABELS)
     set_property(GLOBAL APPEND PROPERTY VELMORA_UNIT_TESTS ${name})
   endif()

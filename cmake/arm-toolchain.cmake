@@ -1,21 +1,35 @@
-# Cross build for 32-bit ARM (Debian's armhf) against an unpacked system: -DARMHF_SYSROOT=FOLDER, or the environment's
-# ARMHF_SYSROOT. packaging/armhf-sysroot.sh makes that folder.
-if(NOT ARMHF_SYSROOT)
-  set(ARMHF_SYSROOT "$ENV{ARMHF_SYSROOT}")
+# Cross build for 32-bit (VELMORA_ARM=armhf) or 64-bit ARM (arm64), against a Debian system that packaging/arm-system.sh
+# has unpacked into the user's cache folder, or that -DVELMORA_ARM_SYSTEM=FOLDER names.
+if(VELMORA_ARM STREQUAL armhf)
+  set(triplet arm-linux-gnueabihf)
+  set(CMAKE_SYSTEM_PROCESSOR armv7l)
+  set(emulator /usr/bin/qemu-arm -cpu cortex-a7) # the oldest core that armhf supports
+elseif(VELMORA_ARM STREQUAL arm64)
+  set(triplet aarch64-linux-gnu)
+  set(CMAKE_SYSTEM_PROCESSOR aarch64)
+  set(emulator /usr/bin/qemu-aarch64 -cpu cortex-a53)
+else()
+  message(FATAL_ERROR "VELMORA_ARM is armhf or arm64, not '${VELMORA_ARM}'")
 endif()
-if(NOT IS_DIRECTORY "${ARMHF_SYSROOT}/usr/lib/arm-linux-gnueabihf")
-  message(FATAL_ERROR "ARMHF_SYSROOT does not name an armhf system: '${ARMHF_SYSROOT}'; packaging/armhf-sysroot.sh makes one")
+if(NOT VELMORA_ARM_SYSTEM)
+  set(cache "$ENV{XDG_CACHE_HOME}")
+  if(NOT cache)
+    set(cache "$ENV{HOME}/.cache")
+  endif()
+  set(VELMORA_ARM_SYSTEM "${cache}/velmora/${VELMORA_ARM}/system")
 endif()
-list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ARMHF_SYSROOT)
+if(NOT IS_DIRECTORY "${VELMORA_ARM_SYSTEM}/usr/lib/${triplet}")
+  message(FATAL_ERROR "there is no Debian system for ${VELMORA_ARM} in '${VELMORA_ARM_SYSTEM}'; packaging/arm-system.sh makes one")
+endif()
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VELMORA_ARM VELMORA_ARM_SYSTEM)
 
 set(CMAKE_SYSTEM_NAME Linux)
-set(CMAKE_SYSTEM_PROCESSOR armv7l)
-set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
-set(CMAKE_C_COMPILER /usr/bin/arm-linux-gnueabihf-gcc)
-set(CMAKE_CXX_COMPILER /usr/bin/arm-linux-gnueabihf-g++)
-set(CMAKE_SYSROOT "${ARMHF_SYSROOT}")
+set(CMAKE_LIBRARY_ARCHITECTURE ${triplet})
+set(CMAKE_C_COMPILER /usr/bin/${triplet}-gcc)
+set(CMAKE_CXX_COMPILER /usr/bin/${triplet}-g++)
+set(CMAKE_SYSROOT "${VELMORA_ARM_SYSTEM}")
 
-set(CMAKE_FIND_ROOT_PATH "${ARMHF_SYSROOT}")
+set(CMAKE_FIND_ROOT_PATH "${VELMORA_ARM_SYSTEM}")
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
@@ -28,10 +42,10 @@ file(GLOB VELMORA_HOST_QT "/usr/lib/*-linux-gnu/cmake/Qt6CoreTools")
 get_filename_component(VELMORA_HOST_QT "${VELMORA_HOST_QT}" DIRECTORY)
 set(QT_HOST_PATH_CMAKE_DIR "${VELMORA_HOST_QT}" CACHE PATH "")
 
-set(ENV{PKG_CONFIG_SYSROOT_DIR} "${ARMHF_SYSROOT}")
+set(ENV{PKG_CONFIG_SYSROOT_DIR} "${VELMORA_ARM_SYSTEM}")
 set(ENV{PKG_CONFIG_LIBDIR}
-    "${ARMHF_SYSROOT}/usr/lib/arm-linux-gnueabihf/pkgconfig:${ARMHF_SYSROOT}/usr/share/pkgconfig")
+    "${VELMORA_ARM_SYSTEM}/usr/lib/${triplet}/pkgconfig:${VELMORA_ARM_SYSTEM}/usr/share/pkgconfig")
 set(ENV{PKG_CONFIG_PATH} "")
 
-# Tests run under user-mode emulation of the oldest core that armhf supports.
-set(CMAKE_CROSSCOMPILING_EMULATOR "/usr/bin/qemu-arm;-cpu;cortex-a7;-L;${ARMHF_SYSROOT}")
+# Tests run under user-mode emulation.
+set(CMAKE_CROSSCOMPILING_EMULATOR ${emulator} -L ${VELMORA_ARM_SYSTEM})

@@ -104,6 +104,9 @@ private slots:
 #if defined(__x86_64__)
             QCOMPARE(text.count("rip: [<"), 1);
             QVERIFY(deed != "illegal" || text.contains("0b0f\n")); // ud2, read back from the faulting address
+#elif defined(__arm__)
+            QCOMPARE(text.count("pc : [<"), 1);
+            QCOMPARE(text.count("r7 : "), 1);
 #endif
             QVERIFY2(child.isRunning(), "the process is parked, not gone");
         }
