@@ -1,0 +1,40 @@
+# What the Debian packages install: tools/package builds them. Programs lie side by side in libexec, where they look for
+# one another; the platform libraries lie in a folder of their own, where a device maker replaces one by one.
+include(GNUInstallDirs)
+set(programs ${CMAKE_INSTALL_LIBEXECDIR}/velmora)
+set(libraries lib/velmora)
+
+# velmora_install(component programs...)
+function(velmora_install component)
+  foreach(name IN LISTS ARGN)
+    if(TARGET ${name})
+      set_target_properties(${name} PROPERTIES INSTALL_RPATH ${CMAKE_INSTALL_PREFIX}/${libraries})
+      install(TARGETS ${name} DESTINATION ${programs} COMPONENT ${component})
+    endif()
+  endforeach()
+endfunction()
+velmora_install(radio velmora velmora-menu velmora-screen velmora-setup velmora-home)
+install(PROGRAMS packaging/kiosk DESTINATION ${programs} RENAME velmora-kiosk COMPONENT radio)
+install(FILES packaging/console.sh DESTINATION share/velmora COMPONENT radio)
+install(FILES packaging/ws.conf DESTINATION /etc/velmora COMPONENT radio)
+velmora_install(server velmora-server velmora-demomusic velmora-media velmora-media-formats)
+
+set(platform velmora_ws NetCommon NetCommonMedia ViewComponent QtVirtualKb)
+set_target_properties(${platform} PROPERTIES INSTALL_RPATH ${CMAKE_INSTALL_PREFIX}/${libraries})
+install(TARGETS ${platform}
+  LIBRARY DESTINATION ${libraries} COMPONENT radio NAMELINK_COMPONENT dev)
+
+install(DIRECTORY platform/include/ DESTINATION include/velmora COMPONENT dev)
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/velmora-platform.pc @ONLY CONTENT
+"prefix=@CMAKE_INSTALL_PREFIX@
+libdir=\${prefix}/@libraries@
+includedir=\${prefix}/include/velmora
+
+Name: velmora-platform
+Description: the libraries through which a device carries the radio
+Version: @PROJECT_VERSION@
+Requires: Qt6Core Qt6Gui Qt6Widgets
+Cflags: -I\${includedir}
+Libs: -L\${libdir} -lvelmora_ws -lNetCommon -lViewComponent -lQtVirtualKb
+")
+install(FILES ${CMAKE_BINARY_DIR}/velmora-platform.pc DESTINATION share/pkgconfig COMPONENT dev)
