@@ -276,7 +276,7 @@ QByteArray mediasample::wav(int ms)
 QByteArray mediasample::noise(qsizetype size)
 {
     QByteArray bytes;
-    for (quint32 i = 0, x = 7; i < size; ++i, x = x * 1664525 + 1013904223)
+    for (quint32 i = 0, x = 7; i < quint32(size); ++i, x = x * 1664525 + 1013904223)
         bytes.append(char(x >> 24));
     return bytes;
 }
