@@ -35,6 +35,7 @@ endif()
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_compile_definitions(_FILE_OFFSET_BITS=64)
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-psabi>) # notes about compilers before GCC 7
 endif()
 
 add_compile_definitions(QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
