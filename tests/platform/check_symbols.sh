@@ -6,7 +6,7 @@ library=$1
 list=$2
 exported=$(mktemp)
 trap 'rm -f "$exported"' EXIT
-"${NM:-nm}" -D --defined-only "$library" |
+nm -D --defined-only "$library" |
     awk '$2 ~ /^[TDBRGSi]$/ { sub(/@.*/, "", $3); print $3 }' |
     grep -vE '^(_init|_fini|_edata|_end|__bss_start|__(asan|odr_asan|ubsan|tsan|sanitizer|gcov|llvm)|qt_resourceFeature)' |
     LC_ALL=C sort -u > "$exported"
