@@ -165,7 +165,6 @@ void HomePage::addPanes()
     for (const int minutes : {2, 5, 10, 20, 30, 60})
         dims += {tr("after %1 minutes").arg(minutes), "screen/saver-minutes", number(minutes)};
     dims += {tr("never"), "screen/saver-minutes", number(0)};
-    dims += {tr("Larger picture"), "screen/larger"};
     dims += {tr("Read aloud what has the focus"), "speech/enabled"};
     add(new SettingPane(tr("Screen"), tr("When nobody presses a key while music plays, the picture dims."), dims,
                         &m_settings, this));

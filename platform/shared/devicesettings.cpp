@@ -161,7 +161,6 @@ const std::vector<DeviceSetting> &DeviceSettings::table()
         {"sound/output", Type::Text, "", "audio sink as gst-launch-1.0 describes it; empty: the usual one"},
         {"sound/key-clicks", Type::Flag, "false", "a key clicks"},
         {"screen/saver-minutes", Type::Number, "10", "minutes without a key until the picture dims; 0: never", 0, 240},
-        {"screen/larger", Type::Flag, "false", "everything is drawn a quarter larger"},
         {"speech/enabled", Type::Flag, "false", "the focused control is read aloud"},
         {"service/address", Type::Address, "", "the service; empty: as ws.conf says"},
         {"language/locale", Type::Locale, "", "language and region; empty: as the system is set up"},
