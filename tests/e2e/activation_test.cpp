@@ -70,9 +70,12 @@ private slots:
 
         // The account page revokes the access.
         QVERIFY(browser.open(journey.serverUrl() + QStringLiteral("/account")));
-        QVERIFY(browser.text(".device p").contains("-0, since"));
-        QVERIFY(browser.click(".device button"));
-        QTRY_VERIFY_WITH_TIMEOUT(browser.text(".device p").isEmpty(), 20000);
+        QVERIFY(browser.text(".hint").contains("-0, since"));
+        QVERIFY(browser.click("button[value=remove]"));
+        QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Remove this radio?"), 20000);
+        QVERIFY(browser.click("button"));
+        QTRY_COMPARE_WITH_TIMEOUT(browser.text("h1"), QStringLiteral("Your account"), 20000);
+        QVERIFY(browser.text("button[value=remove]").isEmpty());
         QVERIFY(!journey.serverReport().contains(first));
         QVERIFY(!journey.radioReport().contains("eleven red kettles"));
     }
