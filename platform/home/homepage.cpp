@@ -11,6 +11,7 @@
 #include "rowlook.h"
 #include "servicepane.h"
 #include "settingpane.h"
+#include "sleeppane.h"
 #include "virtualkb/qtvirtualkbdlg.h"
 
 #include <QKeyEvent>
@@ -160,6 +161,8 @@ void HomePage::addPanes()
     volumes += {tr("Keys click"), "sound/key-clicks"};
     add(new SettingPane(tr("Volume"), tr("How loud the radio plays. The volume keys change it while music plays."),
                         volumes, &m_settings, this));
+
+    add(new SleepPane(this));
 
     Choices dims;
     for (const int minutes : {2, 5, 10, 20, 30, 60})

@@ -1,5 +1,6 @@
 // Home and the menu system's pages: what they show, and that remote keys change the device's settings.
 #include "homepage.h"
+#include "menusocket.h"
 #include "noticepage.h"
 #include "screens/lookcheck.h"
 
@@ -12,6 +13,8 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <unistd.h>
 
 using namespace home;
 
@@ -147,6 +150,40 @@ private slots:
         qputenv("VELMORA_WS_SERVER", "http://127.0.0.1:1"); // the environment wins
         keys({Qt::Key_Left, Qt::Key_Up, Qt::Key_Down, Qt::Key_Right});
         QVERIFY(!rows(page).contains("Use another one"));
+    }
+
+    void theSleepTimerIsSetInTheMenuSystem()
+    {
+        namespace menu = netcommon::menu;
+        const QString socket = m_folder->filePath("menu.sock");
+        QString reason;
+        const int listener = menu::listenAt(socket.toLocal8Bit(), &reason);
+        QVERIFY2(listener >= 0, qPrintable(reason));
+        qputenv("VELMORA_MENU_SOCKET", socket.toLocal8Bit());
+        HomePage page;
+        show(page);
+        const auto answerWith = [&](const QByteArray &state) {
+            int peer = -1;
+            menu::Packet packet;
+            const bool isAsked = QTest::qWaitFor([&] {
+                peer = peer < 0 ? menu::acceptPeer(listener) : peer;
+                return peer >= 0 && menu::receive(peer, packet) == menu::Received::Packet;
+            });
+            menu::send(peer, menu::makeMessage(menu::MessageType::Answer, 1, 0), state);
+            ::close(peer);
+            return isAsked && menu::typeOf(packet.message) == menu::MessageType::Sleep
+                       ? QList{menu::field(packet.message, menu::flagOffset),
+                               menu::field(packet.message, menu::valueOffset)}
+                       : QList<std::uint32_t>();
+        };
+        QVERIFY(goTo(page, "Sleep timer"));
+        QCOMPARE(answerWith("off"), (QList<std::uint32_t>{std::uint32_t(menu::SleepOrder::Tell), 0}));
+        QTRY_VERIFY(page.findChild<QListWidget *>("paneList")->item(0)->data(Qt::AccessibleTextRole).toString() ==
+                    "off, chosen");
+        keys({Qt::Key_Right, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Select});
+        QCOMPARE(answerWith("30"), (QList<std::uint32_t>{std::uint32_t(menu::SleepOrder::Minutes), 30}));
+        QTRY_VERIFY(text(page, "paneText").contains("30 minutes are left"));
+        ::close(listener);
     }
 
     void subjectsThatEndHomeSayHow()
