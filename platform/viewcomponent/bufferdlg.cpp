@@ -3,7 +3,6 @@
 #include "loaderpicture.h"
 
 #include <QEvent>
-#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
@@ -31,11 +30,7 @@ public:
 
 protected:
     // The picture is held only while it is seen.
-    void showEvent(QShowEvent *) override
-    {
-        if (QFile::exists(pictureName()))
-            m_picture = QIcon(pictureName()).pixmap(size(), devicePixelRatioF());
-    }
+    void showEvent(QShowEvent *) override { m_picture = sharpPicture(pictureName(), size(), devicePixelRatioF()); }
 
     void hideEvent(QHideEvent *) override { m_picture = QPixmap(); }
 

@@ -1,6 +1,7 @@
 #include "loaderpicture.h"
 
-#include <QIcon>
+#include <QFile>
+#include <QImage>
 #include <QPainter>
 
 namespace viewcomponent {
@@ -43,11 +44,24 @@ QPixmap drawnLoader(int frame, qreal devicePixelRatio)
     return picture;
 }
 
+QPixmap sharpPicture(const QString &file, const QSize &size, qreal devicePixelRatio)
+{
+    QString dense = file;
+    dense.insert(file.lastIndexOf(u'.'), QStringLiteral("@2x"));
+    QImage image(devicePixelRatio > 1 && QFile::exists(dense) ? dense : file);
+    if (image.isNull())
+        return {};
+    const QSize wanted = (QSizeF(size) * devicePixelRatio).toSize();
+    if (image.width() > wanted.width() || image.height() > wanted.height())
+        image = image.scaled(wanted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(qreal(image.width()) / size.width());
+    return QPixmap::fromImage(image);
+}
+
 QPixmap loaderPicture(int frame, qreal devicePixelRatio)
 {
-    // QIcon finds the double-size picture (@2x) by itself.
     const QPixmap picture =
-        QIcon(QStringLiteral(":/images/Loading_%1.png").arg(frame)).pixmap(loaderSize, devicePixelRatio);
+        sharpPicture(QStringLiteral(":/images/Loading_%1.png").arg(frame), loaderSize, devicePixelRatio);
     return picture.isNull() ? drawnLoader(frame, devicePixelRatio) : picture;
 }
 
