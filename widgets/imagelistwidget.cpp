@@ -217,7 +217,9 @@ void ImageListWidget::clearBg(QListWidgetItem *item)
         qDebug("ImageListWidget,clearBg.invalid item..");
         return;
     }
-    item->setData(Qt::BackgroundRole, QBrush(plainBar()));
+    if (m_plainBar.isNull())
+        m_plainBar = plainBar();
+    item->setData(Qt::BackgroundRole, QBrush(m_plainBar));
     clearScroll(item);
 }
 

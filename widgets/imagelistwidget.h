@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QListWidget>
+#include <QPixmap>
 
 class ImageListWidgetItem;
 
@@ -55,6 +56,7 @@ private:
     void showBar(QListWidgetItem *item, const QPixmap &bar);
 
     bool m_isScrolling = false;
+    QPixmap m_plainBar;                 // of every row but the current one; null until a row needs it
     ImageListWidgetItem *m_scrollLabel; // child
     int m_pageSize = 0;
     QString m_scrollText; // of the row under the marquee
