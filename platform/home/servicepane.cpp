@@ -20,7 +20,7 @@ void ServicePane::open()
 
 QString ServicePane::completed(const QString &typed)
 {
-    const QString text = typed.trimmed();
+    QString text = typed.trimmed();
     if (text.isEmpty() || text.contains(QLatin1String("://")))
         return text;
     const QString plain = QStringLiteral("http://") + text;

@@ -41,12 +41,12 @@ constexpr List lists[] = {
                        "(SELECT song FROM tracks WHERE kind = 'track' AND id = target), target))) FROM seeds WHERE "
                        "station_id = "
                        "stations.id)) FROM stations WHERE account_id = ?1 AND id > ?2 ORDER BY id LIMIT ?3"},
-    {"thumbs", "SELECT track_id, json_object(" TRACK_OF(
-                   "track_id") ", " STATION_OF("station_id") ", 'up', json(iif(is_positive, 'true', 'false')), "
-                                                             "'given', " TIME_OF("given_at") ") FROM feedback WHERE "
-                                                                                             "account_id = ?1 ORDER BY "
-                                                                                             "track_id, station_id "
-                                                                                             "LIMIT ?3 OFFSET ?2"},
+    {"thumbs", "SELECT track_id, json_object(" TRACK_OF("track_id") ", " STATION_OF(
+                   "station_id") ", 'up', json(iif(is_positive, 'true', 'false')), "
+                                 "'given', " TIME_OF("given_at") ") FROM feedback WHERE "
+                                                                 "account_id = ?1 ORDER BY "
+                                                                 "track_id, station_id "
+                                                                 "LIMIT ?3 OFFSET ?2"},
     {"sleeping", "SELECT track_id, json_object(" TRACK_OF("track_id") ", 'until', " TIME_OF(
                      "until") ") FROM sleeps WHERE account_id = ?1 ORDER BY track_id LIMIT ?3 OFFSET ?2"},
     {"bookmarks",

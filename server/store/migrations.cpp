@@ -408,8 +408,8 @@ END;
 constexpr const char *namedRadios = "ALTER TABLE devices ADD COLUMN name TEXT NOT NULL DEFAULT '';";
 
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
-constexpr std::array steps = {accountsAndDevices, catalogue,      stations,           devicesByKey,
-                              ownMusic,           requestAnswers, goneFilesAndCovers, askingRadios, namedRadios};
+constexpr std::array steps = {accountsAndDevices, catalogue,          stations,     devicesByKey, ownMusic,
+                              requestAnswers,     goneFilesAndCovers, askingRadios, namedRadios};
 
 } // namespace
 

@@ -349,7 +349,7 @@ private slots:
         QVERIFY(QMetaObject::invokeMethod(idleTimer(*player->screen()), "timeout"));
         QCOMPARE(answers.buttons(), QStringList{"Yes|No"});
         QCOMPARE(m_screens->playerNotes(), QStringList{"own stop"}); // the player is told by its own signal
-        QCOMPARE(FakeIpc::exitKinds, QStringList("wish")); // only a person answers No
+        QCOMPARE(FakeIpc::exitKinds, QStringList("wish"));           // only a person answers No
         QVERIFY(!idleTimer(*player->screen())->isActive());
     }
 

@@ -4,8 +4,8 @@
 
 namespace netcommon {
 
-// What requestExit() cannot say, in dynamic properties that the radio sets before. The menu system starts the radio again
-// after a fault, so a library that does not read them makes every exit a fault. GUI thread only.
+// What requestExit() cannot say, in dynamic properties that the radio sets before. The menu system starts the radio
+// again after a fault, so a library that does not read them makes every exit a fault. GUI thread only.
 //
 // Of the application object: true while an exit is requested, or the event loop is about to end, because a person wants
 // to leave.
