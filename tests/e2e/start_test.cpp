@@ -37,7 +37,7 @@ private slots:
         QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
     }
 
-    void aSupervisedRadioPlaysAgainAfterACrashAndAnOutageWithoutAKey()
+    void aSupervisedRadioPlaysAgainAfterACrashWithoutAKey()
     {
         QTemporaryDir folder;
         QFile settings(folder.filePath("ws.conf")); // given up after a moment, not after 45 seconds
@@ -53,14 +53,10 @@ private slots:
                 return now.value("pid").toInteger() != before && now.value("audioSeconds").toDouble() > 1;
             });
         };
-        qint64 radio = journey.radioPid();
+        const qint64 radio = journey.radioPid();
         ::kill(pid_t(radio), SIGSEGV);
         QVERIFY(playsAgain(radio));
         QCOMPARE(QDir(journey.root() + "/statehome/velmora/reports").entryList(QDir::Files).size(), 1);
-        radio = journey.radioPid();
-        journey.stopServer();
-        QVERIFY(journey.waitForScreen("home::NoticePage"));
-        QVERIFY(journey.startServer() && playsAgain(radio));
         QVERIFY(journey.exits());
     }
 
