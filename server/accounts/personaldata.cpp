@@ -15,53 +15,85 @@ namespace {
 
 constexpr int rowsAtOnce = 500; // under one lock
 
-// A list of the file. Its query is given the account, the id of the row before and how many rows; it returns an id,
-// rising, and the row as JSON. SQLite writes the JSON, so that nothing of it is kept here.
+// A list of the file. Its query is given the account, what was last returned as the first column (0 at first), and how
+// many rows; the first column rises from row to row, the second one is the row as JSON. SQLite writes the JSON, so that
+// nothing of it is kept here. Tracks and stations go by name: their ids mean nothing elsewhere.
 struct List {
     const char *name;
     const char *query;
 };
 
-// Tracks by name: their ids mean nothing elsewhere.
-#define TRACK_OF(id)                                                                                                   \
-    "'song', (SELECT song FROM tracks WHERE id = " id "), 'artist', (SELECT a.name FROM tracks t JOIN artists a ON "   \
-    "a.id = t.artist_id WHERE t.id = " id ")"
-#define STATION_OF(id) "'station', (SELECT name FROM stations WHERE id = " id ")"
-#define TIME_OF(seconds) "strftime('%Y-%m-%dT%H:%M:%SZ', " seconds ", 'unixepoch')"
-
 constexpr List lists[] = {
-    {"radios",
-     "SELECT ROW_NUMBER() OVER (ORDER BY device_id) AS row, json_object('identity', device_id, 'name', name, "
-     "'since', " TIME_OF("associated_at") ") FROM devices WHERE account_id = ?1 ORDER BY 1 LIMIT ?3 OFFSET ?2"},
-    {"stations",
-     "SELECT id, json_object('name', name, 'made', " TIME_OF(
-         "created_at") ", 'seeds', (SELECT json_group_array("
-                       "json_object('kind', kind, 'name', COALESCE((SELECT name FROM artists WHERE kind = 'artist' AND "
-                       "id = target), "
-                       "(SELECT song FROM tracks WHERE kind = 'track' AND id = target), target))) FROM seeds WHERE "
-                       "station_id = "
-                       "stations.id)) FROM stations WHERE account_id = ?1 AND id > ?2 ORDER BY id LIMIT ?3"},
-    {"thumbs", "SELECT track_id, json_object(" TRACK_OF("track_id") ", " STATION_OF(
-                   "station_id") ", 'up', json(iif(is_positive, 'true', 'false')), "
-                                 "'given', " TIME_OF("given_at") ") FROM feedback WHERE "
-                                                                 "account_id = ?1 ORDER BY "
-                                                                 "track_id, station_id "
-                                                                 "LIMIT ?3 OFFSET ?2"},
-    {"sleeping", "SELECT track_id, json_object(" TRACK_OF("track_id") ", 'until', " TIME_OF(
-                     "until") ") FROM sleeps WHERE account_id = ?1 ORDER BY track_id LIMIT ?3 OFFSET ?2"},
-    {"bookmarks",
-     "SELECT target, json_object('kind', kind, 'name', iif(kind = 'artist', (SELECT name FROM artists WHERE "
-     "id = target), (SELECT song FROM tracks WHERE id = target)), 'made', " TIME_OF(
-         "created_at") ") FROM bookmarks WHERE account_id = ?1 ORDER BY kind, target LIMIT ?3 OFFSET ?2"},
-    {"plays", "SELECT issue_id, json_object(" TRACK_OF("track_id") ", " STATION_OF("station_id") ", 'begun', " TIME_OF(
-                  "started_at") ", 'seconds', seconds, 'ended', outcome) FROM plays WHERE "
-                                "account_id = ?1 AND issue_id > ?2 ORDER BY issue_id LIMIT ?3"},
+    {"radios", R"sql(
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY device_id, key_hash) AS row,
+    json_object('identity', device_id, 'name', name, 'since', datetime(associated_at, 'unixepoch')) AS json
+  FROM devices WHERE account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
+    {"sessions", R"sql(
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY token_hash) AS row,
+    json_object('radio', device_id, 'model', device_model, 'until', datetime(expires_at, 'unixepoch')) AS json
+  FROM sessions WHERE account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
+    {"stations", R"sql(
+SELECT id, json_object('name', name, 'made', datetime(created_at, 'unixepoch'), 'seeds', (
+  SELECT json_group_array(json_object('kind', kind, 'name', CASE kind
+    WHEN 'artist' THEN (SELECT name FROM artists WHERE id = target)
+    WHEN 'track' THEN (SELECT song FROM tracks WHERE id = target)
+    ELSE target END))
+  FROM seeds WHERE station_id = stations.id))
+FROM stations WHERE account_id = ?1 AND id > ?2 ORDER BY id LIMIT ?3)sql"},
+    {"thumbs", R"sql(
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY f.given_at, f.track_id, f.station_id) AS row,
+    json_object('song', t.song, 'artist', a.name, 'station', s.name, 'up', json(iif(f.is_positive, 'true', 'false')),
+      'given', datetime(f.given_at, 'unixepoch')) AS json
+  FROM feedback f JOIN tracks t ON t.id = f.track_id JOIN artists a ON a.id = t.artist_id
+    JOIN stations s ON s.id = f.station_id
+  WHERE f.account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
+    {"sleeping", R"sql(
+SELECT t.id, json_object('song', t.song, 'artist', a.name, 'until', datetime(z.until, 'unixepoch'))
+FROM sleeps z JOIN tracks t ON t.id = z.track_id JOIN artists a ON a.id = t.artist_id
+WHERE z.account_id = ?1 AND t.id > ?2 ORDER BY t.id LIMIT ?3)sql"},
+    {"bookmarks", R"sql(
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY created_at, kind, target) AS row,
+    json_object('kind', kind, 'made', datetime(created_at, 'unixepoch'), 'name', CASE kind
+      WHEN 'artist' THEN (SELECT name FROM artists WHERE id = target)
+      ELSE (SELECT song FROM tracks WHERE id = target) END) AS json
+  FROM bookmarks WHERE account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
+    {"plays", R"sql(
+SELECT p.issue_id, json_object('song', t.song, 'artist', a.name, 'station', s.name,
+  'begun', datetime(p.started_at, 'unixepoch'), 'seconds', p.seconds, 'ended', p.outcome)
+FROM plays p JOIN tracks t ON t.id = p.track_id JOIN artists a ON a.id = t.artist_id
+  JOIN stations s ON s.id = p.station_id
+WHERE p.account_id = ?1 AND p.issue_id > ?2 ORDER BY p.issue_id LIMIT ?3)sql"},
+    {"handedOut", R"sql(
+SELECT i.id, json_object('song', t.song, 'artist', a.name, 'station', s.name, 'at', datetime(i.issued_at, 'unixepoch'))
+FROM issued_tracks i JOIN tracks t ON t.id = i.track_id JOIN artists a ON a.id = t.artist_id
+  JOIN stations s ON s.id = i.station_id
+WHERE i.account_id = ?1 AND i.id > ?2 ORDER BY i.id LIMIT ?3)sql"},
+    {"advertisements", R"sql(
+SELECT i.id, json_object('title', d.title, 'at', datetime(i.issued_at, 'unixepoch'))
+FROM issued_ads i JOIN ads d ON d.id = i.ad_id
+WHERE i.account_id = ?1 AND i.id > ?2 ORDER BY i.id LIMIT ?3)sql"},
+    {"events", R"sql(
+SELECT e.id, json_object('type', e.type, 'song', t.song, 'seconds', e.seconds,
+  'at', datetime(e.happened_at, 'unixepoch'))
+FROM track_events e JOIN tracks t ON t.id = e.track_id
+WHERE e.account_id = ?1 AND e.id > ?2 ORDER BY e.id LIMIT ?3)sql"},
 };
-// Of these lists the second parameter is the last row's id, of the others the number of rows before.
-bool goesById(const List &list)
-{
-    return std::string_view(list.query).find(" > ?2") != std::string_view::npos;
-}
+
+constexpr const char *accountQuery = R"sql(
+SELECT json_object('email', user_name, 'made', datetime(created_at, 'unixepoch'), 'birthYear', birth_year,
+  'gender', gender, 'zipCode', zip_code, 'countryCode', country_code,
+  'wantsMails', json(iif(email_opt_in, 'true', 'false')),
+  'explicitFilter', json(iif(explicit_filter, 'true', 'false')),
+  'hasPin', json(iif(explicit_pin_hash IS NULL, 'false', 'true')))
+FROM accounts WHERE id = ?1)sql";
 
 } // namespace
 
@@ -74,11 +106,7 @@ bool PersonalData::write(AccountId account, const std::filesystem::path &file)
         return false;
     {
         const Store::Lock db = m_store.lock();
-        Statement row = db->prepare("SELECT json_object('email', user_name, 'made', " TIME_OF(
-            "created_at") ", 'birthYear', birth_year, 'gender', gender, 'zipCode', zip_code, 'countryCode', "
-                          "country_code, 'wantsMails', json(iif(email_opt_in, 'true', 'false')), "
-                          "'explicitFilter', json(iif(explicit_filter, 'true', 'false')), 'hasPin', "
-                          "json(iif(explicit_pin_hash IS NULL, 'false', 'true'))) FROM accounts WHERE id = ?1");
+        Statement row = db->prepare(accountQuery);
         row.with(account);
         if (!row.step())
             return false;
@@ -97,7 +125,7 @@ bool PersonalData::write(AccountId account, const std::filesystem::path &file)
                 std::fprintf(out.get(), "%s\n%s", isFirst ? "" : ",", row.text(1).c_str());
                 isFirst = false;
                 ++found;
-                after = goesById(list) ? row.integer(0) : after + 1;
+                after = row.integer(0);
             }
         }
         std::fputs("]", out.get());

@@ -15,7 +15,7 @@ public:
     {
     }
 
-    // One JSON object in UTF-8, times in ISO 8601 (UTC), without hashes and keys. Writes a file that is its owner's
+    // One JSON object in UTF-8, times in UTC, without hashes and keys. Writes a file that is its owner's
     // only. False when there is no such account, or the disk takes no more.
     bool write(AccountId account, const std::filesystem::path &file);
     // The account, its radios, sessions, stations, thumbs and plays, also what the database file still held of them.

@@ -118,6 +118,21 @@ void WebPages::takeSignOut(Visit &visit)
     redirect(visit, "/account");
 }
 
+std::optional<Account> WebPages::withPassword(Visit &visit, ProblemPage refused)
+{
+    auto account = m_service.accounts.find(visit.session.account);
+    if (!account) {
+        signInPage(visit, {}, {});
+        return {};
+    }
+    AccountId checked = 0;
+    std::string problem;
+    if (checkLogin(visit, account->userName, &checked, &problem))
+        return account;
+    (this->*refused)(visit, problem, 422);
+    return {};
+}
+
 void WebPages::takeRadio(Visit &visit)
 {
     const auto account = m_service.accounts.find(visit.session.account);
@@ -148,16 +163,15 @@ void WebPages::takeRadio(Visit &visit)
 
 void WebPages::takeData(Visit &visit)
 {
-    const std::filesystem::path path = m_service.dataDirectory() / ("personal-" + randomToken(12) + ".json");
-    const bool isWritten =
-        visit.session.account != 0 && PersonalData(m_service.store).write(visit.session.account, path);
-    const auto file = isWritten ? http::File::open(path) : nullptr;
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored); // it lives as long as it is sent
     if (visit.session.account == 0) {
         signInPage(visit, {}, {});
         return;
     }
+    const std::filesystem::path path = m_service.dataDirectory() / ("personal-" + randomToken(12) + ".json");
+    const bool isWritten = PersonalData(m_service.store).write(visit.session.account, path);
+    const auto file = isWritten ? http::File::open(path) : nullptr;
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored); // it lives as long as it is sent
     if (!file) {
         devicesPage(visit, "The file could not be made. Please try again later.", 503);
         return;
@@ -192,18 +206,14 @@ void WebPages::showLeave(Visit &visit)
 
 void WebPages::takeLeave(Visit &visit)
 {
-    const auto account = m_service.accounts.find(visit.session.account);
-    if (!account) {
-        signInPage(visit, {}, {});
+    const auto account = withPassword(visit, &WebPages::leavePage);
+    if (!account)
         return;
-    }
-    AccountId checked = 0;
-    std::string problem;
-    if (!checkLogin(visit, account->userName, &checked, &problem)) {
-        leavePage(visit, problem, 422);
-        return;
-    }
     PersonalData(m_service.store).remove(account->id);
+    for (const KeptMail &mail : m_service.mailer ? m_service.mailer->kept() : std::vector<KeptMail>()) {
+        if (mail.recipient == account->userName)
+            m_service.mailer->forget(mail.name);
+    }
     m_sessions.endOfAccount(account->id, {});
     show(visit, "Gone",
          html::heading("The account is gone") + html::paragraph("Nothing of it is left.") +
@@ -223,17 +233,9 @@ void WebPages::takeRevoke(Visit &visit)
 
 void WebPages::takePassword(Visit &visit)
 {
-    const auto account = m_service.accounts.find(visit.session.account);
-    if (!account) {
-        signInPage(visit, {}, {});
+    const auto account = withPassword(visit, &WebPages::devicesPage);
+    if (!account)
         return;
-    }
-    AccountId checked = 0;
-    std::string problem;
-    if (!checkLogin(visit, account->userName, &checked, &problem)) {
-        devicesPage(visit, problem, 422);
-        return;
-    }
     const Radios radios = visit.value("keep") == "1" ? Radios::Keep : Radios::End;
     if (m_service.accounts.changePassword(account->id, visit.value("new"), radios) != CreateResult::Done) {
         devicesPage(visit, "The new password needs at least eight characters.", 422);

@@ -74,6 +74,10 @@ private:
     void showAccount(Visit &visit);
     void takeSignIn(Visit &visit);
     void takeSignOut(Visit &visit);
+    // The account of the session, if the form has its password; otherwise it has answered with `refused` or the page to
+    // sign in.
+    using ProblemPage = void (WebPages::*)(Visit &, const std::string &problem, int status);
+    std::optional<Account> withPassword(Visit &visit, ProblemPage refused);
     void takeRadio(Visit &visit);
     void takeRevoke(Visit &visit);
     void takeData(Visit &visit);
