@@ -37,7 +37,7 @@ private slots:
         QVERIFY(!QFileInfo::exists(journey.root() + QStringLiteral("/device/tmp/velmora")));
     }
 
-    void aSupervisedRadioPlaysAgainAfterACrashWithoutAKey()
+    void aSupervisedRadioPlaysAgainAfterACrashAndAnOutageWithoutAKey()
     {
         QTemporaryDir folder;
         QFile settings(folder.filePath("ws.conf")); // given up after a moment, not after 45 seconds
@@ -53,10 +53,15 @@ private slots:
                 return now.value("pid").toInteger() != before && now.value("audioSeconds").toDouble() > 1;
             });
         };
-        const qint64 radio = journey.radioPid();
+        qint64 radio = journey.radioPid();
         ::kill(pid_t(radio), SIGSEGV);
         QVERIFY(playsAgain(radio));
         QCOMPARE(QDir(journey.root() + "/statehome/velmora/reports").entryList(QDir::Files).size(), 1);
+        radio = journey.radioPid();
+        journey.stopServer();
+        QVERIFY(journey.key({"green"})); // what a person asks for fails at once, whatever is buffered
+        QVERIFY(journey.waitForScreen("home::NoticePage"));
+        QVERIFY(journey.startServer() && playsAgain(radio));
         QVERIFY(journey.exits());
     }
 
