@@ -166,6 +166,21 @@ WalkResult FolderWalk::walk(int root, const std::function<bool(std::vector<Found
     return run.result;
 }
 
+std::vector<FoundFile> FolderWalk::filesOf(int root, const std::string &folder) const
+{
+    std::vector<FoundFile> files;
+    const std::function<bool(std::vector<FoundFile>)> take = [&](std::vector<FoundFile> found) {
+        files = std::move(found);
+        return false;
+    };
+    const std::function<void(int, const std::string &)> enter;
+    const int descriptor =
+        ::openat(root, folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor >= 0)
+        Run(m_excluded, take, enter).folder(descriptor, folder, 0);
+    return files;
+}
+
 bool FolderWalk::takes(int root, const std::string &path) const
 {
     for (size_t begin = 0; begin <= path.size();) {

@@ -41,6 +41,8 @@ public:
     // `enter` gets every open folder and its path in the root before it is listed.
     WalkResult walk(int root, const std::function<bool(std::vector<FoundFile>)> &take,
                     const std::function<void(int folder, const std::string &path)> &enter = {}) const;
+    // What a walk would take of one folder, given by its path in the root; nothing when it cannot be listed.
+    std::vector<FoundFile> filesOf(int root, const std::string &folder) const;
     // Whether a walk that came to the file's folder would take the file.
     bool takes(int root, const std::string &path) const;
 

@@ -92,7 +92,10 @@ private:
     bool scanRound(const std::set<int64_t> &due, bool isAll); // false when it was stopped
     bool lookAtRoots(const std::set<int64_t> &due);
     bool scanRoot(const Root &root, int folder);
-    ReadFile readFile(int folder, const FoundFile &found, const KnownFile *known);
+    ReadFile readFile(int folder, const FoundFile &found, int64_t knownId);
+    // Of these files of one folder, those whose texts were guessed, read again with what all of them say. The paths are
+    // in the root, which is open as `folder`.
+    std::vector<ReadFile> readGuesses(const Root &root, int folder, const std::vector<FoundFile> &files);
     void noteChanges();
     void remember(LibraryChange::Kind kind, const std::filesystem::path &file);
     // Reads the files that were written, except those of a root that is being looked through.
@@ -130,6 +133,7 @@ private:
     std::unique_ptr<media::MediaWorker> m_worker;  // scanner thread
     bool m_hasFormats = false;                     // formatsProgram is there; set by start()
     std::unique_ptr<media::MediaWorker> m_formats; // scanner thread; null without that program
+    uint64_t m_folderNumber = 0;                   // of the folder whose files are read; scanner thread
     ChangeWatch m_changes;                         // scanner thread, but for ring()
     struct RootState {
         std::chrono::steady_clock::time_point scanned;                // never: the epoch

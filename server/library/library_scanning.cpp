@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <utility>
 
 namespace velmora::server {
 
@@ -20,6 +21,7 @@ constexpr int growingTracks = 50; // until so many are there, a first scan makes
 constexpr auto batchTime = 300ms; // what was read is stored at least so often
 constexpr auto freshTime = 200ms; // during a scan, files written elsewhere are looked for so often
 constexpr size_t manyMissing = 50;
+constexpr size_t mostGuessesRead = 24; // of a folder: together they tell the character set
 constexpr const char *storageProblem = "its disk or share does not give it";
 
 // Whether the file that had this stamp is at this place no longer.
@@ -81,6 +83,8 @@ void Library::readFresh(int64_t exceptRoot)
             continue; // it is looked through when it is back
         const FolderWalk walk(m_config.excluded);
         std::vector<ReadFile> batch;
+        std::filesystem::path enteredFolder = "/"; // none yet
+        std::set<std::filesystem::path> guessedFolders;
         const auto store = [&] {
             m_store.put(root.id, batch, isGone);
             batch.clear();
@@ -102,7 +106,12 @@ void Library::readFresh(int64_t exceptRoot)
             if (isKnown)
                 continue;
             remember(known ? LibraryChange::Kind::Changed : LibraryChange::Kind::New, root.path / path);
-            batch.push_back(readFile(folder.value, found, known ? &*known : nullptr));
+            const std::filesystem::path parent = std::filesystem::path(path).parent_path();
+            if (std::exchange(enteredFolder, parent) != parent)
+                ++m_folderNumber;
+            batch.push_back(readFile(folder.value, found, known ? known->id : 0));
+            if (batch.back().tags.isGuess)
+                guessedFolders.insert(parent);
             // Somebody waits for the first music, and sees its cover.
             if (batch.back().hasTags && m_catalogue.isGrowing())
                 batch.back().picture = writeCover("of-" + randomToken(9), coverOf(*m_worker, root.path / path));
@@ -111,6 +120,13 @@ void Library::readFresh(int64_t exceptRoot)
         }
         if (!batch.empty())
             store();
+        for (const std::filesystem::path &guessed : guessedFolders) {
+            ++m_folderNumber;
+            const std::vector<FoundFile> files = walk.filesOf(folder.value, guessed);
+            readGuesses(root, folder.value, files); // so that each is heard before one is judged
+            batch = readGuesses(root, folder.value, files);
+            store();
+        }
     }
     std::erase_if(m_fresh, [&](const auto &file) { return file.first != exceptRoot; });
 }
@@ -139,6 +155,8 @@ bool Library::scanRoot(const Root &root, int folder)
         m_wake.notify_all(); // there is something to listen to
     };
     const auto take = [&](std::vector<FoundFile> files) {
+        ++m_folderNumber;
+        std::vector<FoundFile> guesses;
         for (const FoundFile &file : files) {
             if (m_isStopping)
                 return false;
@@ -159,7 +177,9 @@ bool Library::scanRoot(const Root &root, int folder)
             }
             if (!isKnown) {
                 remember(old ? LibraryChange::Kind::Changed : LibraryChange::Kind::New, root.path / file.path);
-                batch.push_back(readFile(folder, file, old));
+                batch.push_back(readFile(folder, file, old ? old->id : 0));
+                if (batch.back().tags.isGuess && guesses.size() < mostGuessesRead)
+                    guesses.push_back(file);
                 if (batch.size() >= LibraryStore::mostInBatch || SteadyClock::now() - stored > batchTime)
                     store();
                 const std::lock_guard guard(m_mutex);
@@ -167,6 +187,11 @@ bool Library::scanRoot(const Root &root, int folder)
             }
             if (found != known.end())
                 known.erase(found);
+        }
+        if (!guesses.empty()) {
+            store();
+            batch = readGuesses(root, folder, guesses);
+            store();
         }
         if (SteadyClock::now() - looked > freshTime) {
             noteChanges();
@@ -215,12 +240,26 @@ bool Library::scanRoot(const Root &root, int folder)
     return true;
 }
 
-ReadFile Library::readFile(int folder, const FoundFile &found, const KnownFile *known)
+std::vector<ReadFile> Library::readGuesses(const Root &root, int folder, const std::vector<FoundFile> &files)
+{
+    std::vector<ReadFile> guesses;
+    for (const FoundFile &file : files) {
+        if (file.isCover || guesses.size() == mostGuessesRead)
+            continue;
+        const std::optional<KnownFile> known = m_store.file(root.id, file.path);
+        ReadFile read = readFile(folder, file, known ? known->id : 0);
+        if (read.tags.isGuess)
+            guesses.push_back(std::move(read));
+    }
+    return guesses;
+}
+
+ReadFile Library::readFile(int folder, const FoundFile &found, int64_t knownId)
 {
     ReadFile read;
     read.path = found.path;
     read.stamp = found.stamp;
-    read.knownId = known ? known->id : 0;
+    read.knownId = knownId;
     if (found.stamp.size == 0) {
         read.leftOut = leftout::empty;
         return read;
@@ -239,7 +278,7 @@ ReadFile Library::readFile(int folder, const FoundFile &found, const KnownFile *
     media::Outcome outcome{};
     const auto readTags = [&](media::MediaWorker &worker) {
         for (int attempt = 0; attempt < 2; ++attempt) {
-            outcome = worker.readTags(file.value, &read.tags, &read.problem);
+            outcome = worker.readTags(file.value, &read.tags, &read.problem, m_folderNumber);
             if ((outcome != media::Outcome::Crashed && outcome != media::Outcome::TooSlow) || m_isStopping)
                 break;
         }

@@ -18,6 +18,9 @@ constexpr std::array otherScripts = {"WINDOWS-1251", "KOI8-R",       "IBM866",  
                                      "ISO-8859-5",   "WINDOWS-1253", "ISO-8859-7",   "SHIFT_JIS",  "EUC-JP",
                                      "UHC",          "EUC-KR",       "GB18030",      "BIG5",       "EUC-TW",
                                      "WINDOWS-1255", "ISO-8859-8",   "WINDOWS-1256", "ISO-8859-6", "TIS-620"};
+// Of one folder: enough to be sure, and little to keep.
+constexpr size_t mostNoted = 24;
+constexpr size_t mostNotedBytes = 4096; // of one file
 // The share of letters beyond ASCII above which a text is of another script; names with accents stay far below.
 constexpr double otherScriptShare = 0.4;
 
@@ -40,6 +43,21 @@ bool isBeyondAscii(char c)
 bool isAsciiLetter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+std::string joined(const std::vector<std::string> &texts)
+{
+    std::string all;
+    for (const std::string &text : texts)
+        all += text + "\n";
+    return all;
+}
+
+bool isOfOtherScript(const std::string &text)
+{
+    const auto foreign = std::count_if(text.begin(), text.end(), isBeyondAscii);
+    const auto letters = foreign + std::count_if(text.begin(), text.end(), isAsciiLetter);
+    return foreign > 0 && static_cast<double>(foreign) >= otherScriptShare * static_cast<double>(letters);
 }
 
 } // namespace
@@ -77,16 +95,12 @@ std::optional<std::string> toUtf8(const std::string &charset, const std::string 
 
 std::optional<std::string> charsetOf(const std::vector<std::string> &texts)
 {
-    std::string all;
-    for (const std::string &text : texts)
-        all += text + "\n";
-    const auto foreign = std::count_if(all.begin(), all.end(), isBeyondAscii);
-    const auto letters = foreign + std::count_if(all.begin(), all.end(), isAsciiLetter);
-    if (foreign == 0)
+    const std::string all = joined(texts);
+    if (std::none_of(all.begin(), all.end(), isBeyondAscii))
         return std::nullopt;
-    if (std::all_of(texts.begin(), texts.end(), [](const std::string &text) { return toUtf8(utf8, text); }))
+    if (toUtf8(utf8, all))
         return utf8;
-    if (static_cast<double>(foreign) < otherScriptShare * static_cast<double>(letters))
+    if (!isOfOtherScript(all))
         return std::nullopt;
     const std::unique_ptr<uchardet, void (*)(uchardet_t)> detector(uchardet_new(), uchardet_delete);
     uchardet_handle_data(detector.get(), all.data(), all.size());
@@ -94,6 +108,32 @@ std::optional<std::string> charsetOf(const std::vector<std::string> &texts)
     const std::string name = uchardet_get_charset(detector.get());
     return std::find(otherScripts.begin(), otherScripts.end(), name) == otherScripts.end() ? std::nullopt
                                                                                            : std::optional(name);
+}
+
+void FolderCharset::enter(uint64_t folder)
+{
+    if (folder == m_folder && folder != 0)
+        return;
+    m_folder = folder;
+    m_noted.clear();
+    m_sets.clear();
+}
+
+std::optional<std::string> FolderCharset::of(const std::vector<std::string> &texts)
+{
+    const std::optional<std::string> own = charsetOf(texts);
+    const std::string all = joined(texts).substr(0, mostNotedBytes);
+    m_isGuess = own != utf8 && isOfOtherScript(all);
+    if (!m_isGuess)
+        return own;
+    if (m_noted.size() < mostNoted && std::find(m_noted.begin(), m_noted.end(), all) == m_noted.end()) {
+        m_noted.push_back(all);
+        m_sets.push_back(own.value_or(""));
+    }
+    const std::optional<std::string> together = charsetOf(m_noted);
+    const bool isShared =
+        together && std::count(m_sets.begin(), m_sets.end(), *together) * 2 > static_cast<ptrdiff_t>(m_sets.size());
+    return isShared ? together : own;
 }
 
 } // namespace velmora::media

@@ -97,12 +97,13 @@ std::optional<MediaTags> tagsOf(const std::vector<Field> &fields)
     double channels = 0;
     double isLossless = 0;
     double hasPicture = 0;
+    double isGuess = 0;
     MediaTags tags;
     if (!readNumber(fields, Key::Seconds, 0, mostSeconds, &tags.seconds) ||
         !readNumber(fields, Key::Bitrate, 0, 1e9, &bitrate) || !readNumber(fields, Key::Rate, 1, 1e7, &rate) ||
         !readNumber(fields, Key::Channels, 1, 256, &channels) ||
         !readNumber(fields, Key::IsLossless, 0, 1, &isLossless) ||
-        !readNumber(fields, Key::HasPicture, 0, 1, &hasPicture))
+        !readNumber(fields, Key::HasPicture, 0, 1, &hasPicture) || !readNumber(fields, Key::IsGuess, 0, 1, &isGuess))
         return std::nullopt;
     const Field *container = find(fields, Key::Container);
     const Field *print = find(fields, Key::SoundPrint);
@@ -117,6 +118,7 @@ std::optional<MediaTags> tagsOf(const std::vector<Field> &fields)
     tags.channels = static_cast<int>(channels);
     tags.isLossless = isLossless != 0;
     tags.hasPicture = hasPicture != 0;
+    tags.isGuess = isGuess != 0;
     for (const Field &field : fields) {
         const size_t equals = field.bytes.find('=');
         if (field.key != Key::Tag || equals == std::string::npos || field.bytes.size() > mostTextBytes)

@@ -20,6 +20,7 @@ struct MediaTags {
     int channels = 0;
     bool isLossless = false;
     bool hasPicture = false;
+    bool isGuess = false; // read again after the other files of its folder, its texts may become right
     std::string soundPrint;
     std::vector<std::pair<std::string, std::string>> tags; // names in capitals; a name may come several times
 

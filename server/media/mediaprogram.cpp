@@ -12,10 +12,12 @@ int main()
     openCharsets();
     if (!enterSandbox())
         return EXIT_FAILURE;
-    return serveRequests([](const Request &request, const Files &files, FieldWriter &answer) {
+    FolderCharset charset;
+    return serveRequests([&](const Request &request, const Files &files, FieldWriter &answer) {
         switch (static_cast<Operation>(request.operation)) {
         case Operation::Tags:
-            return readTags(files.read, answer);
+            charset.enter(request.folder);
+            return readTags(files.read, charset, answer);
         case Operation::Picture:
             return readEmbeddedPicture(files.read, answer);
         case Operation::Cover:

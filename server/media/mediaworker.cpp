@@ -217,10 +217,11 @@ Outcome take(Outcome outcome, const std::vector<Field> &fields, Answer *answer, 
 
 } // namespace
 
-Outcome MediaWorker::readTags(int file, MediaTags *tags, std::string *problem)
+Outcome MediaWorker::readTags(int file, MediaTags *tags, std::string *problem, uint64_t folder)
 {
     std::vector<Field> fields;
-    const Outcome outcome = ask(Operation::Tags, file, tagsTime, &fields, problem);
+    const Outcome outcome =
+        ask({static_cast<uint32_t>(Operation::Tags), 0, 0, folder}, file, -1, tagsTime, &fields, problem);
     return take<tagsOf>(outcome, fields, tags, "what it says of itself is impossible", problem);
 }
 

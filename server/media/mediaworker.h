@@ -28,8 +28,9 @@ public:
     MediaWorker(const MediaWorker &) = delete;
     MediaWorker &operator=(const MediaWorker &) = delete;
 
-    // `file` is open for reading and stays the caller's. `problem` gets words for people unless it is Done.
-    Outcome readTags(int file, MediaTags *tags, std::string *problem);
+    // `file` is open for reading and stays the caller's. `problem` gets words for people unless it is Done. Files of
+    // one folder that are read one after the other have the same number, so that each helps to read the others' texts.
+    Outcome readTags(int file, MediaTags *tags, std::string *problem, uint64_t folder = 0);
     // From inside an audio file, or from a picture file.
     Outcome readPicture(Operation operation, int file, std::string *jpeg, std::string *problem);
     // A minute and a second for every minute of music.

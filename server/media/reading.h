@@ -7,7 +7,10 @@
 // offset is not used.
 namespace velmora::media {
 
-Verdict readTags(int file, FieldWriter &answer);
+class FolderCharset;
+
+// `charset` knows the files read before in the same folder.
+Verdict readTags(int file, FolderCharset &charset, FieldWriter &answer);
 Verdict readEmbeddedPicture(int file, FieldWriter &answer);
 Verdict readCoverFile(int file, FieldWriter &answer);
 Verdict analyse(int file, FieldWriter &answer);

@@ -112,7 +112,7 @@ std::string bytesOf(const TagLib::String &text)
 }
 
 // Reads anew, in memory, the texts that call themselves Latin-1 and are something else.
-void mendTexts(TagLib::File *file)
+void mendTexts(TagLib::File *file, FolderCharset &folder)
 {
     const OldTags tags = oldTagsOf(file);
     std::vector<TagLib::ID3v2::TextIdentificationFrame *> frames;
@@ -140,7 +140,7 @@ void mendTexts(TagLib::File *file)
         for (const TagLib::String &text : {tags.first->title(), tags.first->artist(), tags.first->album()})
             note(text);
     }
-    const std::optional<std::string> charset = charsetOf(texts);
+    const std::optional<std::string> charset = folder.of(texts);
     if (!charset)
         return;
     const auto mended = [&](const TagLib::String &text) {
@@ -163,7 +163,7 @@ void mendTexts(TagLib::File *file)
 
 } // namespace
 
-Verdict readTags(int descriptor, FieldWriter &answer)
+Verdict readTags(int descriptor, FolderCharset &folder, FieldWriter &answer)
 {
     const TagFile file(descriptor);
     if (file.container().empty())
@@ -179,7 +179,8 @@ Verdict readTags(int descriptor, FieldWriter &answer)
     answer.number(Key::IsLossless, isLossless(file));
     answer.number(Key::HasPicture, file.hasPicture());
     answer.bytes(Key::SoundPrint, soundPrint(descriptor, file.container()));
-    mendTexts(file.file());
+    mendTexts(file.file(), folder);
+    answer.number(Key::IsGuess, folder.isGuess());
     const TagLib::PropertyMap tags = file.file()->properties();
     for (const char *name : usedTags) {
         const auto found = tags.find(name);

@@ -14,7 +14,7 @@
 namespace velmora::media {
 
 // Counts up when tags are read differently: files are then read again.
-constexpr int workerVersion = 2;
+constexpr int workerVersion = 3;
 
 enum class Operation : uint32_t {
     Tags = 1,  // container, duration, tags, print of the sound
@@ -31,6 +31,7 @@ struct Request {
     uint32_t operation = 0;
     uint32_t sequence = 0;  // comes back with the answer
     uint64_t mostBytes = 0; // that may be written
+    uint64_t folder = 0;    // files with the same number lie in one folder; 0: the file stands alone
 };
 
 enum class Verdict : uint32_t {
@@ -54,6 +55,7 @@ enum class Key : uint16_t {
     Channels,
     IsLossless, // 0 or 1
     HasPicture, // 0 or 1
+    IsGuess,    // 0 or 1: the character set of its texts was guessed
     SoundPrint, // 17 bytes: equal for files whose coded sound is equal, whatever their tags say
     Tag,        // NAME=value, UTF-8; repeated
     Jpeg,

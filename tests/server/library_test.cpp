@@ -9,6 +9,9 @@
 #include <fcntl.h>
 #include <fileref.h>
 #include <fstream>
+#include <id3v2framefactory.h>
+#include <id3v2tag.h>
+#include <mpegfile.h>
 #include <random>
 #include <sndfile.h>
 #include <sys/socket.h>
@@ -515,6 +518,49 @@ TEST_F(LibraryTest, AFileGoneForNinetyDaysIsForgottenUnlessManyVanishedTogether)
     EXPECT_TRUE(m_service->search.find("lichen").artists.empty());
     EXPECT_EQ(library().store().dropAllMissing(), 60);
     EXPECT_EQ(playing(), 1);
+}
+
+// The bytes of Windows-1251, called Latin-1 in the file.
+void tagInOldRussian(const fs::path &file, const std::u16string &song, const std::u16string &artist)
+{
+    const auto text = [](const std::u16string &cyrillic) {
+        TagLib::ByteVector bytes;
+        for (const char16_t letter : cyrillic)
+            bytes.append(static_cast<char>(letter < 0x80 ? letter : letter - 0x410 + 0xc0));
+        return TagLib::String(bytes, TagLib::String::Latin1);
+    };
+    TagLib::MPEG::File tags(file.c_str());
+    TagLib::ID3v2::Tag *tag = tags.ID3v2Tag(true);
+    TagLib::ID3v2::FrameFactory::instance()->setDefaultTextEncoding(TagLib::String::Latin1);
+    tag->setTitle(text(song));
+    tag->setArtist(text(artist));
+    tag->setAlbum({});
+    ASSERT_TRUE(tags.save(TagLib::MPEG::File::ID3v2));
+}
+
+TEST_F(LibraryTest, OldTextsAreReadInTheCharacterSetOfTheirFolder)
+{
+    const std::vector<std::pair<std::u16string, std::string>> songs = {
+        {u"Мы", "Мы"},     {u"Лето", "Лето"}, {u"Тихий вечер", "Тихий вечер"},
+        {u"Шум", "Шум"},   {u"Эхо", "Эхо"},   {u"Дорога домой", "Дорога домой"},
+        {u"Юг", "Юг"},     {u"Снег", "Снег"}, {u"Последний поезд", "Последний поезд"},
+        {u"Ночь", "Ночь"}, {u"Щука", "Щука"}, {u"Белые облака", "Белые облака"}};
+    const auto write = [&](size_t i) {
+        const fs::path file = m_music / "old" / (std::to_string(i) + ".mp3");
+        writeMusic(file, {std::to_string(i), "x"});
+        tagInOldRussian(file, songs[i].first, u"Хор");
+    };
+    const auto nameOf = [&](size_t i) {
+        const auto track = m_service->catalogue.track(trackAt("old/" + std::to_string(i) + ".mp3"));
+        return track ? track->song + " / " + track->artist : std::string();
+    };
+    for (size_t i = 1; i < songs.size(); ++i)
+        write(i);
+    scan();
+    for (size_t i = 1; i < songs.size(); ++i)
+        EXPECT_EQ(nameOf(i), songs[i].second + " / Хор");
+    write(0); // comes later, by itself
+    EXPECT_TRUE(until([&] { return nameOf(0) == songs[0].second + " / Хор"; })) << nameOf(0);
 }
 
 TEST_F(LibraryTest, DamagedFilesHarmNoOthersAndTheWorkerIsConfined)
