@@ -7,7 +7,7 @@ packages_build=(
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libboost1.81-dev
     libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
     libkissfft-dev libtag1-dev libsndfile1-dev libebur128-dev libturbojpeg0-dev libpng-dev libseccomp-dev libxxhash-dev
-    libavformat-dev libavcodec-dev libswresample-dev libuchardet-dev
+    libavformat-dev libavcodec-dev libswresample-dev libuchardet-dev prometheus-cpp-dev
 )
 packages_run=(
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa

@@ -98,6 +98,8 @@ http::Router ApiServer::router()
     router.get(
         "/media/*/*", [this](const http::Request &request) { return answerMedia(request); }, http::Lane::Files);
     router.get("/health", [this](const http::Request &) { return health(); });
+    router.get("/ready", [this](const http::Request &) { return ready(); });
+    router.get("/metrics", [this](const http::Request &request) { return metrics(request); });
     if (m_settings.addPages)
         m_settings.addPages(router);
     router.post("/*/*", Parameters::mostBytes,
@@ -123,6 +125,28 @@ http::Response ApiServer::health() const
     Answer answer;
     answer.body = healthOf(m_service);
     return json(answer);
+}
+
+http::Response ApiServer::ready() const
+{
+    if (m_service.isUnderMaintenance)
+        return refused(503, Code::Maintenance, "maintenance");
+    try {
+        m_service.store.setting("ready"); // a database that cannot be read throws
+    } catch (const StoreError &) {
+        return refused(503, Code::Internal, "the store does not answer");
+    }
+    return json({});
+}
+
+http::Response ApiServer::metrics(const http::Request &request)
+{
+    // How busy the service is concerns its owner alone. A proxy on this machine asks for somebody else.
+    if (!isLoopback(request.address) || !request.header("X-Forwarded-For").empty())
+        return refusal(404, request);
+    http::Response response;
+    response.setContent(m_metrics.text(m_service, m_server->load()), "text/plain; version=0.0.4; charset=utf-8");
+    return response;
 }
 
 http::Response ApiServer::refusal(int status, const http::Request &request) const
@@ -239,9 +263,11 @@ http::Response ApiServer::fileResponse(const std::filesystem::path &path, const 
 
 void ApiServer::log(const std::string &function, int code, SteadyClock::time_point since) const
 {
+    const auto whole = SteadyClock::now() - since;
+    m_metrics.note(function, code, whole);
     if (!m_settings.logsRequests)
         return;
-    const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - since);
+    const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(whole);
     std::fprintf(stderr, "%s %d %lld ms\n", function.c_str(), code, static_cast<long long>(taken.count()));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "server/api/dispatcher.h"
+#include "server/api/metrics.h"
 #include "server/http/server.h"
 
 namespace velmora::server {
@@ -14,7 +15,7 @@ struct ListenSettings {
     // For trying out how a radio behaves: every media stream gets no more than this. 0: no limit.
     int64_t throttleBytesPerSecond = 0;
     bool logsRequests = true; // one line a request on standard error: function, code, milliseconds
-    // Adds further pages (paths other than /v1, /media and /health) before the server listens.
+    // Adds further pages (paths other than /v1, /media, /health, /ready and /metrics) before the server listens.
     std::function<void(http::Router &)> addPages;
     std::function<http::Response()> pageNotFound; // what browsers see; optional
     // Reverse proxies whose X-Forwarded-For is believed; addresses.
@@ -22,7 +23,7 @@ struct ListenSettings {
     http::Limits limits;
 };
 
-// The HTTP side of the service: functions, media, /health.
+// The HTTP side of the service: functions, media, /health, /ready, /metrics.
 class ApiServer {
 public:
     ApiServer(StationService &service, ListenSettings settings);
@@ -46,15 +47,19 @@ private:
     http::Response answerMedia(const http::Request &request);
     http::Response mediaResponse(const http::Request &request);
     http::Response health() const;
+    http::Response ready() const;
+    http::Response metrics(const http::Request &request);
     // To what is no request of ours, or is beyond the limits.
     http::Response refusal(int status, const http::Request &request) const;
     void noteStart(const http::Request &request);
     http::Response fileResponse(const std::filesystem::path &file, const std::string &mediaType) const;
+    // Counts and logs an answer.
     void log(const std::string &function, int code, std::chrono::steady_clock::time_point since) const;
 
     StationService &m_service;
     ListenSettings m_settings;
     Dispatcher m_dispatcher;
+    mutable Metrics m_metrics;
     std::unique_ptr<http::Server> m_server; // while it listens
     int m_port = 0;
 };

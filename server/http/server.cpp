@@ -118,6 +118,8 @@ public:
         });
     }
 
+    Load load() { return {m_connectionCount, m_functions.queued(), m_files.queued(), m_passwords.queued()}; }
+
     void stop()
     {
         if (m_thread.joinable()) {
@@ -197,6 +199,7 @@ private:
         const auto connection = std::make_shared<Connection>(m_loop, std::move(socket), *address, network);
         size_t &count = m_ofNetwork[network];
         m_connections.insert(connection.get());
+        m_connectionCount = m_connections.size();
         ++count;
         connection->start();
     }
@@ -204,6 +207,7 @@ private:
     void forget(Connection &ended)
     {
         m_connections.erase(&ended);
+        m_connectionCount = m_connections.size();
         const auto found = m_ofNetwork.find(ended.network());
         if (found != m_ofNetwork.end() && --found->second == 0)
             m_ofNetwork.erase(found);
@@ -241,6 +245,7 @@ private:
     tcp m_protocol = tcp::v4();       // of what it accepts
     asio::steady_timer m_retry{m_io}; // of accepting; at the end, the limit for answers
     std::unordered_set<Connection *> m_connections;
+    std::atomic<size_t> m_connectionCount = 0;           // for other threads
     std::unordered_map<std::string, size_t> m_ofNetwork; // connections
     size_t m_mostConnections = 0;
     bool m_isEnding = false;
@@ -267,6 +272,11 @@ int Server::bind()
 void Server::start()
 {
     m_engine->start();
+}
+
+Load Server::load() const
+{
+    return m_engine->load();
 }
 
 void Server::stop()

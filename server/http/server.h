@@ -18,6 +18,14 @@ struct ServerSettings {
     std::function<Response(int status, const Request &request)> refusal;
 };
 
+// What the server holds at a moment.
+struct Load {
+    size_t connections = 0;
+    size_t functions = 0; // requests that wait for a thread, by lane
+    size_t files = 0;
+    size_t passwords = 0;
+};
+
 // An HTTP/1.1 server: one thread for all connections, two pools that answer.
 class Server {
 public:
@@ -28,6 +36,8 @@ public:
     int bind();
     // Answers from now on.
     void start();
+    // Any thread.
+    Load load() const;
     // Takes no more connections, ends streams and idle connections at once, lets answers in preparation end within
     // `endTime`, and waits for the threads.
     void stop();

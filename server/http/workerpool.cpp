@@ -33,6 +33,12 @@ bool WorkerPool::add(const std::string &caller, std::function<void()> job)
     return true;
 }
 
+size_t WorkerPool::queued()
+{
+    const std::lock_guard guard(m_mutex);
+    return m_queued;
+}
+
 void WorkerPool::stop()
 {
     std::unordered_map<std::string, Queue> dropped; // destroyed without the lock

@@ -20,6 +20,8 @@ public:
 
     // False when the caller's queue, or all together, is full. The job throws nothing. Any thread.
     bool add(const std::string &caller, std::function<void()> job);
+    // Jobs that wait for a thread. Any thread.
+    size_t queued();
     // Drops what has not begun, waits for the rest.
     void stop();
 

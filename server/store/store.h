@@ -3,6 +3,7 @@
 #include "server/store/database.h"
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <mutex>
 #include <thread>
@@ -19,10 +20,13 @@ public:
             ++m_depth;
             return;
         }
+        const auto begin = std::chrono::steady_clock::now();
         {
             const std::lock_guard turn(m_turn);
             m_mutex.lock();
         }
+        ++m_locks;
+        m_waited += (std::chrono::steady_clock::now() - begin).count();
         m_owner = std::this_thread::get_id();
         m_depth = 1;
     }
@@ -33,12 +37,16 @@ public:
         m_owner = std::thread::id();
         m_mutex.unlock();
     }
+    uint64_t locks() const { return m_locks; }
+    std::chrono::steady_clock::duration waited() const { return std::chrono::steady_clock::duration(m_waited); }
 
 private:
     std::mutex m_turn; // held by the one thread that is next
     std::mutex m_mutex;
     std::atomic<std::thread::id> m_owner; // the thread that holds m_mutex
     int m_depth = 0;                      // of that thread
+    std::atomic<uint64_t> m_locks = 0;
+    std::atomic<std::chrono::steady_clock::rep> m_waited = 0; // for locks, by all threads
 };
 
 // The service's only database. It is used through lock(): the connection belongs to that thread until the Lock ends.
@@ -64,6 +72,12 @@ public:
     explicit Store(const std::filesystem::path &file);
 
     Lock lock() { return Lock(*this); }
+    // Since the start. Any thread.
+    struct Waits {
+        uint64_t locks = 0;
+        double seconds = 0;
+    };
+    Waits waits() const { return {m_mutex.locks(), std::chrono::duration<double>(m_mutex.waited()).count()}; }
 
     // Small values of the service's own, such as the key that signs addresses. Empty when never set.
     std::string setting(const std::string &name);

@@ -134,12 +134,25 @@ TEST_F(MediaTest, AddressesNeverUseTheHostOfTheRequest)
     EXPECT_EQ(answer.body.find("evil"), std::string::npos);
 }
 
-TEST_F(MediaTest, HealthCountsWhatCanBePlayed)
+TEST_F(MediaTest, HealthReadinessAndMetricsTellWhatTheServiceDoes)
 {
     setPlayable("folk-00", false);
     listen();
     EXPECT_EQ(json::parse(get("/health").body),
               (json{{"code", 0}, {"data", {{"status", "ready"}, {"tracks", 23}, {"total", 24}}}}));
+    EXPECT_EQ(get("/ready").status, 200);
+    m_service->isUnderMaintenance = true;
+    EXPECT_EQ(get("/ready").status, 503);
+
+    httpPost(m_server->port(), "/v1/partnerLogin", "{}", {});
+    httpPost(m_server->port(), "/v1/whatever-" + randomToken(), "{}", {});
+    const std::string metrics = get("/metrics").body;
+    for (const char *line : {"velmora_answers_total{code=\"5001\",function=\"partnerLogin\"} 1\n",
+                             "velmora_answer_seconds_bucket{function=\"partnerLogin\",le=\"+Inf\"} 1\n",
+                             "velmora_answers_total{code=\"5005\",function=\"unknown\"} 1\n",
+                             "velmora_tracks{kind=\"playable\"} 23\n", "velmora_connections 1\n"})
+        EXPECT_NE(metrics.find(line), std::string::npos) << line << metrics;
+    EXPECT_EQ(get("/metrics", {{"X-Forwarded-For", "203.0.113.7"}}).status, 404);
 }
 
 TEST_F(MediaTest, UnknownRequestsAreRefusedInTheFormOfTheInterface)
