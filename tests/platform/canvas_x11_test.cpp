@@ -106,7 +106,7 @@ private:
         m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", geometry + "x24", "-nolisten", "tcp", "-noreset"});
         QByteArray number;
         const bool started =
-            QTest::qWaitFor([&] { return (number += m_server.readAllStandardOutput()).endsWith('\n'); }, 20000);
+            QTest::qWaitFor([&] { return (number += m_server.readAllStandardOutput()).endsWith('\n'); }, 60000);
         qputenv("DISPLAY", ":" + number.trimmed());
         return started;
     }
@@ -114,7 +114,7 @@ private:
     bool startSample(MenuFixture &menu)
     {
         qputenv("QT_QPA_PLATFORM", "xcb");
-        return menu.start() && QTest::qWaitFor([&] { return menu.status()["focus"].toString() == "menuBtn"; }, 10000);
+        return menu.start() && QTest::qWaitFor([&] { return menu.status()["focus"].toString() == "menuBtn"; }, 60000);
     }
 
     bool press(const QStringList &words) { return QProcess::execute("xdotool", words) == 0; }

@@ -31,7 +31,7 @@ bool MenuFixture::start(const QStringList &options, const QStringList &words)
     m_process.setProcessEnvironment(environment);
     m_process.start(QStringLiteral(VELMORA_MENU), QStringList{"--socket", socket()} + options +
                                                       QStringList{"--", QStringLiteral(MENU_SAMPLE)} + words);
-    return QTest::qWaitFor([this] { return status()[QStringLiteral("answering")].toBool(); }, 20000);
+    return QTest::qWaitFor([this] { return status()[QStringLiteral("answering")].toBool(); }, 60000);
 }
 
 Outcome MenuFixture::command(const QStringList &words) const
@@ -51,7 +51,7 @@ QJsonObject MenuFixture::status() const
 
 int MenuFixture::waitForEnd()
 {
-    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(20000))
+    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(60000))
         return -1;
     return m_process.exitCode();
 }
