@@ -16,6 +16,7 @@ endfunction()
 velmora_install(radio velmora velmora-menu velmora-screen velmora-setup velmora-home)
 install(PROGRAMS packaging/kiosk DESTINATION ${programs} RENAME velmora-kiosk COMPONENT radio)
 install(FILES packaging/console.sh DESTINATION share/velmora COMPONENT radio)
+install(FILES packaging/velmora.rules DESTINATION share/polkit-1/rules.d COMPONENT radio)
 install(FILES packaging/ws.conf DESTINATION /etc/velmora COMPONENT radio)
 velmora_install(server velmora-server velmora-demomusic velmora-media velmora-media-formats)
 
