@@ -121,7 +121,7 @@ void FolderCharset::enter(uint64_t folder)
 
 std::optional<std::string> FolderCharset::of(const std::vector<std::string> &texts)
 {
-    const std::optional<std::string> own = charsetOf(texts);
+    std::optional<std::string> own = charsetOf(texts);
     const std::string all = joined(texts).substr(0, mostNotedBytes);
     m_isGuess = own != utf8 && isOfOtherScript(all);
     if (!m_isGuess)
