@@ -1,7 +1,7 @@
 # Debian 12 packages by what they are needed for. Sourced by ./run, ./test and the package builder.
 packages_build=(
     cmake ninja-build pkg-config g++ ccache lld
-    qt6-base-dev qt6-base-dev-tools
+    qt6-base-dev qt6-base-dev-tools qt6-l10n-tools
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
     libxcb1-dev libxcb-xkb-dev libxcb-randr0-dev
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libboost1.81-dev

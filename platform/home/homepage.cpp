@@ -43,7 +43,7 @@ public:
         , m_field(new QLineEdit(this))
         , m_keyboard(new QtVirtualKbDlg(this))
     {
-        setGeometry(typingPlace);
+        setGeometry(page->placed(typingPlace));
         setProperty("velmoraTextEntry", true); // letters and Backspace of a PC's keyboard arrive as they are
         setFocusPolicy(Qt::StrongFocus);
         m_field->setObjectName(QStringLiteral("textField"));
@@ -119,17 +119,17 @@ private:
 HomePage::HomePage()
 {
     setObjectName(QStringLiteral("homePage"));
-    addLabel("homeTitle", QRect(88, 44, 324, 44), 24, true)->setText(tr("Home"));
-    m_subjects = new RowList("subjectList", subjectsPlace, this);
+    addLabel("homeTitle", QRect(88, 42, 324, 48), 24, true)->setText(tr("Home"));
+    m_subjects = new RowList("subjectList", placed(subjectsPlace), this);
     m_subjects->setAccessibleName(tr("Home"));
-    m_title = addLabel("paneTitle", QRect(452, 44, 620, 44), 24, true);
+    m_title = addLabel("paneTitle", QRect(452, 42, 620, 48), 24, true);
     m_counter = addLabel("paneCounter", QRect(1080, 44, 112, 44), 15, true);
     m_counter->setProperty("isCounter", true);
     m_counter->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_text = addLabel("paneText", QRect(452, 96, 740, 96), 15);
     m_text->setWordWrap(true);
     m_text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_rows = new RowList("paneList", rowsPlace, this);
+    m_rows = new RowList("paneList", placed(rowsPlace), this);
     m_rows->setProperty("hasTicks", true);
     m_typing = new Typing(this, m_title);
     addHint("returnHint", "Key_Return.png", tr("Return"), 16, 128);
@@ -166,7 +166,7 @@ void HomePage::addPanes()
 
     Choices dims;
     for (const int minutes : {2, 5, 10, 20, 30, 60})
-        dims += {tr("after %1 minutes").arg(minutes), "screen/saver-minutes", number(minutes)};
+        dims += {tr("after %n minutes", nullptr, minutes), "screen/saver-minutes", number(minutes)};
     dims += {tr("never"), "screen/saver-minutes", number(0)};
     dims += {tr("Read aloud what has the focus"), "speech/enabled"};
     add(new SettingPane(tr("Screen"), tr("When nobody presses a key while music plays, the picture dims."), dims,
@@ -180,7 +180,7 @@ void HomePage::addPanes()
     for (const Language &language : languages())
         locales += {language.name, "language/locale", language.locale};
     add(new SettingPane(tr("Language and region"),
-                        tr("How dates, times and numbers are written. The texts are in English so far."), locales,
+                        tr("The language of all texts, and how dates, times and numbers are written."), locales,
                         &m_settings, this));
 
     add(new PhonesPane(&m_settings, this));
@@ -217,6 +217,13 @@ void HomePage::insert(qsizetype place, Pane *pane, const std::function<void()> &
     });
     connect(pane, &Pane::asks, this, &HomePage::ask);
     connect(pane, &Pane::answered, this, &HomePage::finished);
+}
+
+void HomePage::goOnFrom(const HomePage &before)
+{
+    m_subjects->setCurrentRow(before.m_subjects->currentRow());
+    if (before.isInPane())
+        enterPane();
 }
 
 void HomePage::showEvent(QShowEvent *event)

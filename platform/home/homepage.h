@@ -18,6 +18,9 @@ public:
     HomePage();
     ~HomePage() override;
 
+    // Opens what the other one shows; call when this one is shown.
+    void goOnFrom(const HomePage &before);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;

@@ -26,10 +26,20 @@ void finish(Answer answer)
     QApplication::exit(int(answer));
 }
 
-std::unique_ptr<Page> makeHome()
+// Replaces `shown`, by a new one with the new texts, when the language changes.
+std::unique_ptr<Page> makeHome(std::unique_ptr<Page> *shown)
 {
     auto page = std::make_unique<HomePage>();
     QObject::connect(page.get(), &Page::finished, qApp, &finish);
+    const auto renew = [shown, old = page.get()] {
+        if (shown->get() != old) // a second change before the first was carried out
+            return;
+        auto next = makeHome(shown);
+        next->show();
+        static_cast<HomePage *>(next.get())->goOnFrom(*old);
+        *shown = std::move(next);
+    };
+    QObject::connect(page.get(), &Page::languageChanged, qApp, renew, Qt::QueuedConnection);
     return page;
 }
 
@@ -37,7 +47,7 @@ std::unique_ptr<Page> makeHome()
 std::unique_ptr<Page> makePage(const QString &name, std::unique_ptr<Page> *shown)
 {
     if (name == QLatin1String("home"))
-        return makeHome();
+        return makeHome(shown);
     std::optional<NoticePage::Kind> kind;
     if (name == QLatin1String("waiting"))
         kind = NoticePage::Kind::Waiting;
@@ -51,7 +61,7 @@ std::unique_ptr<Page> makePage(const QString &name, std::unique_ptr<Page> *shown
     auto page = std::make_unique<NoticePage>(*kind, configuredService(settings.value("service/address").toString()));
     QObject::connect(page.get(), &Page::finished, qApp, &finish);
     const auto goHome = [shown] {
-        auto next = makeHome();
+        auto next = makeHome(shown);
         next->show();
         *shown = std::move(next);
     };

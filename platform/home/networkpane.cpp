@@ -81,7 +81,7 @@ void NetworkPane::showRows()
     }
     for (const Wifi::Network &network : m_wifi.networks())
         rows += PaneRow{QString::fromUtf8(network.name),
-                        tr(network.isSecured ? "%1 percent" : "%1 percent, open").arg(network.strength),
+                        (network.isSecured ? tr("%1 percent") : tr("%1 percent, open")).arg(network.strength),
                         network.isConnected, [this, network] { choose(network); }};
     setRows(rows);
 }

@@ -1,19 +1,14 @@
 #include "networkwords.h"
 
+#include "networkpane.h"
 #include "serveraddress.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QNetworkInterface>
 
 namespace home {
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("NetworkPane", text);
-}
 
 bool hasDefaultRoute()
 {
@@ -37,27 +32,30 @@ QString networkWords(const NetworkFacts &facts)
 {
     using Result = ServiceHealth::Result;
     if (facts.service == Result::Healthy)
-        return tr("All is well: the service answers.");
+        return NetworkPane::tr("All is well: the service answers.");
     if (facts.service == Result::NoAddress)
         return ServiceHealth::wordsFor(facts.service);
     if (facts.isServiceHere)
-        return tr("The service runs on this device, without the network. %1")
+        return NetworkPane::tr("The service runs on this device, without the network. %1")
             .arg(ServiceHealth::wordsFor(facts.service));
     if (!facts.hasCard)
-        return tr("This device has no network card.");
+        return NetworkPane::tr("This device has no network card.");
     if (!facts.isConnected)
-        return tr("No cable is plugged in, and no Wi-Fi is connected.");
+        return NetworkPane::tr("No cable is plugged in, and no Wi-Fi is connected.");
     if (!facts.hasAddress)
-        return tr("The device is connected, but the router gives it no address. Restarting the router may help.");
+        return NetworkPane::tr(
+            "The device is connected, but the router gives it no address. Restarting the router may help.");
     if (!facts.hasRoute)
-        return tr("The router leads to no other network, and the service is not found in this one.");
+        return NetworkPane::tr("The router leads to no other network, and the service is not found in this one.");
     if (facts.service == Result::UnknownHost)
-        return tr("The network is there, but nobody knows the name of the service. Either the name is wrong, or the "
-                  "internet is away.");
+        return NetworkPane::tr(
+            "The network is there, but nobody knows the name of the service. Either the name is wrong, or the "
+            "internet is away.");
     if (facts.service == Result::Unreachable)
-        return tr("The network is there, but the service does not answer. Either it does not run, or the internet is "
-                  "away.");
-    return tr("The network is there. %1").arg(ServiceHealth::wordsFor(facts.service));
+        return NetworkPane::tr(
+            "The network is there, but the service does not answer. Either it does not run, or the internet is "
+            "away.");
+    return NetworkPane::tr("The network is there. %1").arg(ServiceHealth::wordsFor(facts.service));
 }
 
 NetworkFacts networkFacts(const QString &serviceAddress)

@@ -41,7 +41,7 @@ NoticePage::NoticePage(Kind kind, const ServicePlace &place)
     setObjectName(QStringLiteral("noticePage"));
     auto *symbol = new QLabel(this);
     symbol->setObjectName(QStringLiteral("symbolLabel"));
-    symbol->setGeometry(104, 190, 240, 240);
+    symbol->setGeometry(placed(QRect(104, 190, 240, 240)));
     symbol->setPixmap(QPixmap(QStringLiteral(":/images/Symbol.png")));
     addLabel("titleLabel", QRect(384, 148, 808, 64), 30, true)->setText(titleOf(kind));
     QLabel *text = addLabel("textLabel", QRect(384, 236, 808, 64), 18);

@@ -1,9 +1,11 @@
 #include "page.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QStyle>
 
 namespace home {
 
@@ -32,6 +34,7 @@ QWidget#panel, QWidget#hintStrip {
     background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 rgba(43, 24, 57, 240), stop:1 rgba(29, 15, 40, 240)); }
 QLabel[isHint="true"] {
     background-color: rgb(248, 246, 250); border-radius: 10px; padding-left: 44px; color: rgb(70, 54, 83); }
+QLabel[isHint="true"][isMirrored="true"] { padding-left: 0px; padding-right: 44px; }
 QLabel[isCaption="true"] { color: rgb(197, 197, 197); }
 QLabel[isCounter="true"] { color: rgb(255, 180, 0); }
 QPushButton {
@@ -59,6 +62,18 @@ Page::Page()
     }
 }
 
+void Page::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        emit languageChanged();
+    QWidget::changeEvent(event);
+}
+
+QRect Page::placed(const QRect &where) const
+{
+    return QStyle::visualRect(QGuiApplication::layoutDirection(), rect(), where);
+}
+
 void Page::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -84,7 +99,7 @@ QLabel *Page::addLabel(const char *name, const QRect &where, int points, bool is
 {
     auto *label = new QLabel(this);
     label->setObjectName(QLatin1String(name));
-    label->setGeometry(where);
+    label->setGeometry(placed(where));
     label->setFont(fontOf(points, isBold));
     label->setTextFormat(Qt::PlainText);
     label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -95,7 +110,7 @@ QPushButton *Page::addButton(const char *name, const QString &text, const QRect 
 {
     auto *button = new QPushButton(text, this);
     button->setObjectName(QLatin1String(name));
-    button->setGeometry(where);
+    button->setGeometry(placed(where));
     button->setFont(fontOf(18, true));
     button->setAccessibleName(text);
     button->setAutoDefault(false);
@@ -106,9 +121,10 @@ QLabel *Page::addHint(const char *name, const char *picture, const QString &text
 {
     QLabel *cap = addLabel(name, QRect(stripPlace.x() + x, stripPlace.y() + 8, width, 36), 14, true);
     cap->setProperty("isHint", true);
+    cap->setProperty("isMirrored", cap->layoutDirection() == Qt::RightToLeft);
     cap->setText(text);
     auto *icon = new QLabel(cap);
-    icon->setGeometry(7, 2, 32, 32);
+    icon->setGeometry(QStyle::visualRect(cap->layoutDirection(), cap->rect(), QRect(7, 2, 32, 32)));
     icon->setPixmap(QPixmap(QStringLiteral(":/images/") + QLatin1String(picture)));
     return cap;
 }

@@ -20,14 +20,19 @@ public:
 
 signals:
     void finished(home::Answer answer);
+    void languageChanged(); // its texts and places are still the old ones
 
 protected:
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     // Pages call it first.
     void keyPressEvent(QKeyEvent *event) override;
     // Whether this release ends a press that came to this page, too. The release alone may belong to a press that has
     // just closed another page.
     bool endsPress(const QKeyEvent *event);
+
+    // Where something lies: mirrored where the language is written from right to left.
+    QRect placed(const QRect &where) const;
 
     // The page's children belong to it. Fonts in points at 96 dots per inch.
     QLabel *addLabel(const char *name, const QRect &where, int points, bool isBold = false);

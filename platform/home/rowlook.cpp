@@ -34,13 +34,15 @@ void RowLook::paint(QPainter *painter, const QStyleOptionViewItem &option, const
         painter->setBrush(surface);
         painter->drawRoundedRect(QRectF(row).adjusted(1, 1, -1, -1), 10, 10);
     }
+    // Places are counted from the end at which the language begins.
+    const auto placed = [&](const QRect &place) { return QStyle::visualRect(option.direction, row, place); };
     QRect text = row.adjusted(margin, 0, -margin, 0);
     painter->setFont(m_list->font());
     painter->setPen(hasFocus ? Qt::black : Qt::white);
     if (m_list->property("hasTicks").toBool()) {
         if (index.data(TickRole).toBool()) {
             painter->setPen(QPen(hasFocus ? Qt::black : Qt::white, 3));
-            const QPointF at(text.left(), row.center().y());
+            const QPointF at(placed(QRect(text.left(), row.top(), 18, row.height())).left(), row.center().y());
             painter->drawPolyline(QPolygonF{at + QPointF(0, 1), at + QPointF(6, 7), at + QPointF(17, -6)});
         }
         text.setLeft(text.left() + tickWidth);
@@ -50,11 +52,11 @@ void RowLook::paint(QPainter *painter, const QStyleOptionViewItem &option, const
     if (!value.isEmpty()) {
         const QString shown = metrics.elidedText(value, Qt::ElideRight, text.width() * 2 / 3);
         painter->setPen(hasFocus ? Qt::black : QColor(197, 197, 197));
-        painter->drawText(text, int(Qt::AlignRight | Qt::AlignVCenter), shown);
+        painter->drawText(placed(text), int(Qt::AlignRight | Qt::AlignVCenter), shown);
         text.setRight(text.right() - metrics.horizontalAdvance(shown) - valueGap);
     }
     painter->setPen(hasFocus ? Qt::black : Qt::white);
-    painter->drawText(text, int(Qt::AlignLeft | Qt::AlignVCenter),
+    painter->drawText(placed(text), int(Qt::AlignLeft | Qt::AlignVCenter),
                       metrics.elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight, text.width()));
     painter->restore();
 }

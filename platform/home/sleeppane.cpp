@@ -34,12 +34,13 @@ void SleepPane::show(const QString &state)
     const bool isOff = state == QLatin1String("off");
     QString text = tr("The music fades out and the screen turns black.");
     if (!state.isEmpty() && !isTrack && !isOff)
-        text += QStringLiteral(" ") + tr("%1 minutes are left.").arg(state);
+        text += QStringLiteral(" ") + tr("%n minutes are left.", nullptr, state.toInt());
     QList<PaneRow> rows = {{tr("off"), {}, isOff, [this] { order(SleepOrder::Off); }},
                            {tr("after this track"), {}, isTrack, [this] { order(SleepOrder::Track); }}};
     for (const std::uint32_t minutes : {15u, 30u, 45u, 60u, 90u, 120u})
-        rows += PaneRow{
-            tr("after %1 minutes").arg(minutes), {}, false, [this, minutes] { order(SleepOrder::Minutes, minutes); }};
+        rows += PaneRow{tr("after %n minutes", nullptr, int(minutes)), {}, false, [this, minutes] {
+                            order(SleepOrder::Minutes, minutes);
+                        }};
     setText(text);
     setRows(rows);
 }

@@ -1,5 +1,6 @@
 #include "keylayout.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <cstdlib>
@@ -51,11 +52,12 @@ QList<KeyLayout::Key> KeyLayout::keys(int page, bool isCapital)
                 {text, text, Action::Type, QRect(margin + column * step, rowTops[row], keyWidth, keyHeight), row});
         }
     }
-    const Key words[wordKeys] = {{QStringLiteral("Clear"), QString(), Action::Clear, QRect(), letterRows},
-                                 {QStringLiteral(".com"), QStringLiteral(".com"), Action::Type, QRect(), letterRows},
-                                 {QStringLiteral("Space"), QStringLiteral(" "), Action::Type, QRect(), letterRows},
-                                 {QStringLiteral("Delete"), QString(), Action::Delete, QRect(), letterRows},
-                                 {QStringLiteral("Done"), QString(), Action::Done, QRect(), letterRows}};
+    const Key words[wordKeys] = {
+        {QCoreApplication::translate("KeyLayout", "Clear"), QString(), Action::Clear, QRect(), letterRows},
+        {QStringLiteral(".com"), QStringLiteral(".com"), Action::Type, QRect(), letterRows},
+        {QCoreApplication::translate("KeyLayout", "Space"), QStringLiteral(" "), Action::Type, QRect(), letterRows},
+        {QCoreApplication::translate("KeyLayout", "Delete"), QString(), Action::Delete, QRect(), letterRows},
+        {QCoreApplication::translate("KeyLayout", "Done"), QString(), Action::Done, QRect(), letterRows}};
     int x = margin;
     for (int i = 0; i < wordKeys; ++i) {
         Key key = words[i];

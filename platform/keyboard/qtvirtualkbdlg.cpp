@@ -219,7 +219,7 @@ QtVirtualKbDlg::QtVirtualKbDlg(QWidget *parent)
 {
     resize(KeyLayout::width, KeyLayout::height);
     setFocusPolicy(Qt::NoFocus); // the field keeps the keyboard focus
-    setAccessibleName(QStringLiteral("Keyboard"));
+    setAccessibleName(QCoreApplication::translate("KeyLayout", "Keyboard"));
     parent->installEventFilter(this);
     connect(&d->repeatTimer, &QTimer::timeout, this, [this] {
         d->repeatTimer.start(repeatPeriodMs);

@@ -22,11 +22,6 @@ void addSettings(QProcessEnvironment &environment)
         if (!value.isEmpty() && !environment.contains(QString::fromLatin1(name)))
             environment.insert(QString::fromLatin1(name), value);
     }
-    const QString locale = settings.value("language/locale").toString();
-    if (!locale.isEmpty()) {
-        environment.remove(QStringLiteral("LC_ALL"));
-        environment.insert(QStringLiteral("LANG"), locale + QStringLiteral(".UTF-8"));
-    }
 }
 
 } // namespace

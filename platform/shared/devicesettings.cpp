@@ -1,5 +1,6 @@
 #include "platform/shared/devicesettings.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -115,7 +116,9 @@ bool readWhole(const QString &path, QByteArray *content, QString *reason)
     *content = file.read(maxFileBytes + 1);
     if (file.error() == QFile::NoError && content->size() <= maxFileBytes)
         return true;
-    *reason = file.error() == QFile::NoError ? QStringLiteral("more than 64 KiB") : file.errorString();
+    *reason = file.error() == QFile::NoError
+                  ? QCoreApplication::translate("platform::DeviceSettings", "more than 64 KiB")
+                  : file.errorString();
     content->clear();
     return false;
 }
@@ -272,11 +275,12 @@ bool DeviceSettings::set(const QString &key, const QString &value, QString *reas
     };
     const QFileInfo place(m_file);
     if (!place.dir().exists() && !QDir().mkpath(place.path()))
-        return refused(QStringLiteral("its folder cannot be made"));
+        return refused(QCoreApplication::translate("platform::DeviceSettings", "its folder cannot be made"));
     QLockFile lock(m_file + QLatin1String(".lock"));
     if (!lock.tryLock(lockMs))
-        return refused(lock.error() == QLockFile::PermissionError ? QStringLiteral("no permission to write")
-                                                                  : QStringLiteral("somebody else is writing it"));
+        return refused(lock.error() == QLockFile::PermissionError
+                           ? QCoreApplication::translate("platform::DeviceSettings", "no permission to write")
+                           : QCoreApplication::translate("platform::DeviceSettings", "somebody else is writing it"));
     QByteArray content;
     QString why;
     if (!readWhole(m_file, &content, &why)) // never replaced by less than it holds

@@ -2,6 +2,8 @@
 #include "homepage.h"
 #include "menusocket.h"
 #include "noticepage.h"
+#include "rowlook.h"
+#include "screens/inlanguage.h"
 #include "screens/lookcheck.h"
 
 #include <QApplication>
@@ -73,6 +75,18 @@ class HomeTest : public QObject {
             texts += list->item(row)->text();
         return texts;
     }
+    // Rows whose text and value do not fit beside each other.
+    static QStringList cutRows(const QListWidget *list)
+    {
+        constexpr int margins = 2 * 14 + 26 + 16;
+        QStringList cut;
+        for (int row = 0; row < list->count(); ++row) {
+            const QString value = list->item(row)->data(RowLook::ValueRole).toString();
+            if (list->fontMetrics().horizontalAdvance(list->item(row)->text() + value) > list->width() - margins)
+                cut += list->item(row)->text();
+        }
+        return cut;
+    }
     static QString text(QWidget &page, const char *name) { return page.findChild<QLabel *>(name)->text(); }
     static QVariant setting(const char *key) { return platform::DeviceSettings().value(key); }
 
@@ -105,6 +119,29 @@ private slots:
             keys({Qt::Key_Back});
         }
         QCOMPARE(list->currentItem()->text(), "Quit");
+    }
+
+    void noLanguageCutsAText()
+    {
+        QStringList cut;
+        for (const QString &language : InLanguage::all()) {
+            const InLanguage texts(language);
+            HomePage page;
+            show(page);
+            auto *list = page.findChild<QListWidget *>("subjectList");
+            for (int row = 0; row < list->count(); ++row) {
+                list->setCurrentRow(row);
+                cut += lookcheck::cutTexts(&page);
+                cut += cutRows(list) + cutRows(page.findChild<QListWidget *>("paneList"));
+            }
+            for (const auto kind : {NoticePage::Kind::Waiting, NoticePage::Kind::Again, NoticePage::Kind::Stopped}) {
+                NoticePage notice(kind, {});
+                show(notice);
+                cut += lookcheck::cutTexts(&notice);
+            }
+        }
+        cut.removeDuplicates();
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
     }
 
     void theRemoteChangesSettings()

@@ -1,5 +1,6 @@
 // Automatic checks of the player screen's look in its states.
 
+#include "screens/inlanguage.h"
 #include "screens/lookcheck.h"
 #include "screens/playerrig.h"
 
@@ -22,6 +23,17 @@ private slots:
                 QVERIFY2(lit.size() == 1, qPrintable(lit.join(QLatin1Char(' '))));
             }
         }
+    }
+
+    void noLanguageCutsAText()
+    {
+        QStringList cut;
+        for (const QString &language : InLanguage::all()) {
+            const InLanguage texts(language);
+            const PlayingRig rig({PlayerRig::track("Salt and Lanterns"), PlayerRig::track("Paper Boats")});
+            cut += lookcheck::cutTexts(rig.player);
+        }
+        QCOMPARE(cut.join(u'\n'), QString());
     }
 };
 

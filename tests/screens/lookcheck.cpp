@@ -226,6 +226,15 @@ QStringList faults(QWidget *window)
     return all;
 }
 
+QStringList cutTexts(QWidget *window)
+{
+    QStringList all;
+    for (QWidget *widget : shown(window))
+        all += textFault(widget);
+    all.removeAll(QString());
+    return all;
+}
+
 QStringList focused(QWidget *window)
 {
     QStringList names;

@@ -12,6 +12,9 @@ namespace lookcheck {
 // control has an accessible name.
 QStringList faults(QWidget *window);
 
+// The first of these checks alone: the only one that depends on the language.
+QStringList cutTexts(QWidget *window);
+
 // Object names of the controls that look focused: an amber surface or an amber frame. The field that the on-screen
 // keyboard types into is part of the keyboard.
 QStringList focused(QWidget *window);

@@ -1,6 +1,7 @@
 #include "comfort.h"
 
 #include "keygate.h"
+#include "language.h"
 #include "mpris.h"
 #include "nowplaying.h"
 #include "platform/netcommon/device/ceclink.h"
@@ -108,6 +109,8 @@ void Comfort::readSettings()
 void Comfort::applySettings()
 {
     const platform::DeviceSettings &settings = m_settings->settings();
+    if (Language *const language = Language::instance())
+        language->choose(settings.value("language/locale").toString());
     PlaybackBoard::instance().sound().isLevelled = settings.value("sound/level-tracks").toBool();
     m_saver.setMinutes(settings.value("screen/saver-minutes").toInt());
     if (const bool clicks = settings.value("sound/key-clicks").toBool(); clicks != (m_click != nullptr))

@@ -1,5 +1,7 @@
 #include "speech.h"
 
+#include "language.h"
+
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
@@ -85,9 +87,12 @@ SpokenFocus::SpokenFocus(Speaker speaker, QObject *parent)
 
 void SpokenFocus::speak(const QString &text)
 {
+    const Language *const language = Language::instance();
     // The text is one argument, and never an option.
-    QProcess::startDetached(QStringLiteral("spd-say"), {QStringLiteral("--application-name"), QStringLiteral("velmora"),
-                                                        QStringLiteral("--"), text});
+    QProcess::startDetached(QStringLiteral("spd-say"),
+                            {QStringLiteral("--application-name"), QStringLiteral("velmora"),
+                             QStringLiteral("--language"), language ? language->ofTexts() : QStringLiteral("en"),
+                             QStringLiteral("--"), text});
 }
 
 void SpokenFocus::focusMoved(QWidget *, QWidget *now)

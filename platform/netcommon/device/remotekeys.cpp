@@ -3,6 +3,7 @@
 #include "menulink.h"
 #include "plainrepeat.h"
 #include "platform/netcommon/comfort/comfort.h"
+#include "platform/netcommon/comfort/language.h"
 #include "platform/shared/windowstack.h"
 #include "remoteinput.h"
 #include "remotekeytable.h"
@@ -170,6 +171,7 @@ bool RemoteKeys::eventFilter(QObject *watched, QEvent *event)
 void installRemoteKeys()
 {
     if (auto *application = qobject_cast<QApplication *>(QCoreApplication::instance())) {
+        Language::install(application);
         Comfort::install(application);
         new RemoteKeys(application);
     }
