@@ -41,7 +41,18 @@ bool copyTree(const QString &from, const QString &to)
     return (link.waitForFinished(60000) && link.exitCode() == 0) || QProcess::execute("cp", {"-aT", from, to}) == 0;
 }
 
+QString &usualLanguage()
+{
+    static QString language;
+    return language;
+}
+
 } // namespace
+
+void Journey::setLanguage(const QString &language)
+{
+    usualLanguage() = language;
+}
 
 Journey::Journey(const Options &options)
     : m_options(options)
@@ -50,6 +61,11 @@ Journey::Journey(const Options &options)
 {
     makePrivate(m_data);
     copyTree(options.library, m_root.filePath("server/demo"));
+    if (!usualLanguage().isEmpty()) {
+        QFile settings(m_root.filePath("device.conf"));
+        if (settings.open(QIODevice::WriteOnly))
+            settings.write("[language]\nlocale = " + usualLanguage().toLatin1() + '\n');
+    }
 }
 
 Journey::~Journey()
@@ -82,6 +98,7 @@ void Journey::dieWithUs(QProcess &process)
 QProcessEnvironment Journey::environment() const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LC_ALL", "C.UTF-8"); // texts are compared
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("VELMORA_PRIVATE_ROOT", m_root.filePath("device"));
     environment.insert("VELMORA_WS_SERVER", m_options.radioUrl.isEmpty() ? m_serverUrl : m_options.radioUrl);

@@ -36,6 +36,9 @@ public:
     Journey(const Journey &) = delete;
     Journey &operator=(const Journey &) = delete;
 
+    // Of the programs of all journeys that are made from now on, as "de"; English when not given.
+    static void setLanguage(const QString &language);
+
     // Renders the demo catalogue into JOURNEY_LIBRARY; false when it cannot be made.
     static bool makeLibrary();
 

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QLoggingCategory>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -19,7 +20,19 @@ int main(int argc, char *argv[])
     line.addPositionalArgument(QStringLiteral("drafts"), QStringLiteral("folder of the drafts"));
     line.addPositionalArgument(QStringLiteral("part"),
                                QStringLiteral("only this part: ") + Tour::ways().join(QStringLiteral(", ")));
+    const QCommandLineOption language(QStringLiteral("language"), QStringLiteral("of all texts, as \"de\""),
+                                      QStringLiteral("CODE"));
+    line.addOption(language);
     line.process(app);
+    QTranslator texts;
+    if (line.isSet(language)) {
+        if (!texts.load(QStringLiteral(":/translations/velmora_%1.qm").arg(line.value(language)))) {
+            std::fprintf(stderr, "tour: there are no texts in \"%s\"\n", qPrintable(line.value(language)));
+            return 2;
+        }
+        QCoreApplication::installTranslator(&texts);
+        Journey::setLanguage(line.value(language));
+    }
     const QStringList arguments = line.positionalArguments();
     const QString part = arguments.value(2);
     if (arguments.size() < 2 || !QDir().mkpath(arguments[0]) || (!part.isEmpty() && !Tour::ways().contains(part))) {

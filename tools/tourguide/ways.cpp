@@ -25,6 +25,12 @@ QString text(const QJsonObject &now, const char *label)
     return now.value(QStringLiteral("labels")).toObject().value(QLatin1String(label)).toString();
 }
 
+// How a box begins that says this, in the language of the tour.
+QString said(const char *context, const char *text)
+{
+    return QCoreApplication::translate(context, text).trimmed();
+}
+
 int count(const QJsonObject &now, const QString &list)
 {
     return now.value(QStringLiteral("lists")).toObject().value(list).toObject().value(QStringLiteral("count")).toInt();
@@ -129,11 +135,16 @@ void Tour::newDevice()
     if (!begin(journey))
         return;
     stop(journey, journey.waitForScreen(QStringLiteral("WelcomeDlg")), "welcome", "Welcome", "12-welcome");
-    stop(journey, keys(journey, "back") && journey.waitForBox(QStringLiteral("You have reached the last window.")),
+    stop(journey,
+         keys(journey, "back") &&
+             journey.waitForBox(
+                 said("WelcomeDlg", "You have reached the last window.Are you sure you want to exit Velmora? \n")),
          "exit-question", "Back on the last screen: the question before leaving");
     keys(journey, "select");
     journey.waitForNoBox();
-    stop(journey, keys(journey, "select") && journey.waitForBox(QStringLiteral("Do you already have")),
+    stop(journey,
+         keys(journey, "select") &&
+             journey.waitForBox(said("SelectUserDlg", "Do you already have a Velmora account ? ")),
          "welcome-question", "A question, the safe answer focused", "13-message-question");
     stop(journey, keys(journey, "left"), "welcome-question-yes", "A question, the other answer focused");
     stop(journey, keys(journey, "select") && journey.waitForScreen(QStringLiteral("SignInDlg")), "signin-prompt",
@@ -145,7 +156,9 @@ void Tour::newDevice()
     keys(journey, "red down");
     stop(journey, type(journey, "mple.org") && keys(journey, "enter") && type(journey, "wrong password"),
          "signin-password", "Sign in, the password");
-    stop(journey, keys(journey, "enter") && journey.waitForBox(QStringLiteral("Invalid username or password")),
+    stop(journey,
+         keys(journey, "enter") &&
+             journey.waitForBox(said("VelmoraParentWidget", "Invalid username or password, please try again.")),
          "warning", "A warning", "14-message-warning");
     keys(journey, "select");
     journey.waitForNoBox();
@@ -160,7 +173,7 @@ void Tour::activation()
         return;
     journey.waitForScreen(QStringLiteral("WelcomeDlg"));
     keys(journey, "select");
-    journey.waitForBox(QStringLiteral("Do you already have"));
+    journey.waitForBox(said("SelectUserDlg", "Do you already have a Velmora account ? "));
     stop(journey, keys(journey, "select") && journey.waitForScreen(QStringLiteral("InternetRadioDlg")), "activation",
          "Activation code", "11-device-activation");
     stop(journey, keys(journey, "select") && journey.waitForBox(QString()), "activation-early",
@@ -224,8 +237,8 @@ void Tour::evening()
          "player-paused", "Paused");
     keys(journey, "play");
     stop(journey, openMenu(journey, 0), "menu", "The track menu", "15-track-menu");
-    stop(journey, keys(journey, "select") && journey.waitForBox(QStringLiteral("Add bookmark")), "bookmark",
-         "A bookmark is set");
+    stop(journey, keys(journey, "select") && journey.waitForBox(said("VelmoraMainDlg", "Add bookmark successful!")),
+         "bookmark", "A bookmark is set");
     keys(journey, "select");
     journey.waitForNoBox();
     stop(journey,
@@ -236,7 +249,7 @@ void Tour::evening()
     journey.waitForScreen(player);
     stop(journey,
          journey.menu({QStringLiteral("network"), QStringLiteral("down")}) &&
-             journey.waitForBox(QStringLiteral("Unable to connect to network.")),
+             journey.waitForBox(said("VelmoraParentWidget", "Unable to connect to network.")),
          "network", "The network is gone");
 }
 
@@ -257,7 +270,7 @@ void Tour::stationScreens()
     journey.waitForNoBox();
     stop(journey,
          keys(journey, "backspace backspace backspace backspace") && type(journey, "the") && keys(journey, "enter") &&
-             journey.waitForBox(QStringLiteral("We found ")),
+             journey.waitForBox(said("CreateStationDlg", "We found ")),
          "create-question", "Artist or track");
     keys(journey, "left select");
     stop(journey, journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }), "create",
@@ -277,21 +290,23 @@ void Tour::stationScreens()
     journey.waitForAudio(2);
     stop(journey,
          openMenu(journey, 4) && keys(journey, "select") &&
-             journey.waitForBox(QStringLiteral("Are you sure you want to rename station")),
+             journey.waitForBox(said("VelmoraMainDlg", "Are you sure you want to rename station: \n")),
          "rename-question", "A question before renaming", "13-message-question");
     stop(journey, keys(journey, "left select") && journey.waitForScreen(QStringLiteral("RenameStationDlg")), "rename",
          "Rename a station", "18-rename-station");
     stop(journey,
          keys(journey, "up select") && type(journey, "Everything we ever danced to before the long summer was over"),
          "rename-typing", "Rename a station, a long name");
-    stop(journey, keys(journey, "enter") && journey.waitForBox(QStringLiteral("Are you sure you want to rename this")),
+    stop(journey,
+         keys(journey, "enter") &&
+             journey.waitForBox(said("RenameStationDlg", "Are you sure you want to rename this station as: \n")),
          "rename-confirm", "A question with a long name");
     keys(journey, "left select");
     stop(journey, waitForTrack(journey) && focusStations(journey) && (QTest::qWait(marqueeMs), true), "player-long",
          "A long station name, the row moves", "02-player-long-names");
     stop(journey,
          openMenu(journey, 5) && keys(journey, "select") &&
-             journey.waitForBox(QStringLiteral("Are you sure you want to delete station")),
+             journey.waitForBox(said("VelmoraMainDlg", "Are you sure you want to delete station: \n")),
          "delete-question", "A question before deleting");
 }
 
@@ -332,7 +347,7 @@ void Tour::slowService()
     if (!begin(journey))
         return;
     const auto isBuffering = [](const QJsonObject &now) {
-        return text(now, "textLabel").startsWith(QLatin1String("Buffering"));
+        return text(now, "textLabel").startsWith(said("VelmoraMainDlg", "Buffering..."));
     };
     stop(journey, journey.waitFor(isBuffering, 90), "buffering", "Buffering", "20-buffering", 700);
 }
@@ -350,8 +365,12 @@ void Tour::serviceGone()
         journey.waitForScreen(QStringLiteral("WelcomeDlg"));
         keys(journey, "select");
         // At its start the radio waits a minute for its service.
-        stop(journey, journey.waitForBox(QStringLiteral("A network error has occurred."), 90), "network-error",
-             "The service is not there");
+        stop(journey,
+             journey.waitForBox(
+                 said("VelmoraMainDlg",
+                      "A network error has occurred.  Please check your network connection and try again."),
+                 90),
+             "network-error", "The service is not there");
     }
     Journey::Options options;
     options.serverOptions = {QStringLiteral("--fail"), QStringLiteral("getStationList=12")};
@@ -410,20 +429,20 @@ void Tour::names()
     journey.waitForAudio(2);
     stop(journey,
          openMenu(journey, 5) && keys(journey, "select") &&
-             journey.waitForBox(QStringLiteral("Are you sure you want to delete station")),
+             journey.waitForBox(said("VelmoraMainDlg", "Are you sure you want to delete station: \n")),
          "names-question", "Names of the world: a question", "13-message-question");
     keys(journey, "select");
     journey.waitForNoBox();
     stop(journey,
          openMenu(journey, 4) && keys(journey, "select") &&
-             journey.waitForBox(QStringLiteral("Are you sure you want to rename station")) &&
+             journey.waitForBox(said("VelmoraMainDlg", "Are you sure you want to rename station: \n")) &&
              keys(journey, "left select") && journey.waitForScreen(QStringLiteral("RenameStationDlg")),
          "names-rename", "Names of the world: rename a station", "18-rename-station");
     keys(journey, "back");
     stop(journey,
          openMenu(journey, 6) && keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) &&
-             type(journey, "the") && keys(journey, "enter") && journey.waitForBox(QStringLiteral("We found ")) &&
-             keys(journey, "right select") &&
+             type(journey, "the") && keys(journey, "enter") &&
+             journey.waitForBox(said("CreateStationDlg", "We found ")) && keys(journey, "right select") &&
              journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }),
          "names-create", "Names of the world: results", "09-create-station-results", stillMs);
     keys(journey, "back");
@@ -464,7 +483,7 @@ void Tour::bare()
     stop(journey,
          keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) && type(journey, "e"),
          "bare-create", "No pictures, another font: keyboard");
-    stop(journey, keys(journey, "enter") && journey.waitForBox(QStringLiteral("We found ")), "bare-question",
+    stop(journey, keys(journey, "enter") && journey.waitForBox(said("CreateStationDlg", "We found ")), "bare-question",
          "No pictures, another font: a question");
     keys(journey, "right select");
     stop(journey, journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }), "bare-results",
@@ -498,8 +517,8 @@ void Tour::scales()
         at(keys(journey, "select") && journey.waitForScreen(QStringLiteral("CreateStationDlg")) &&
                type(journey, "the") && keys(journey, "up"),
            "keyboard", "The keyboard", "10-create-station-prompt");
-        at(keys(journey, "down enter") && journey.waitForBox(QStringLiteral("We found ")), "question", "A question",
-           "13-message-question");
+        at(keys(journey, "down enter") && journey.waitForBox(said("CreateStationDlg", "We found ")), "question",
+           "A question", "13-message-question");
         at(keys(journey, "left select") &&
                journey.waitFor([](const QJsonObject &now) { return count(now, results) > 1; }) &&
                keys(journey, "down") && (QTest::qWait(marqueeMs), true),
