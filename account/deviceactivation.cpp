@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QUrl>
+#include <QUrlQuery>
 
 namespace deviceactivation {
 
@@ -18,6 +20,20 @@ QString codeLine(const QString &code)
 QString pageLine(const QString &url)
 {
     return QCoreApplication::translate("InternetRadioDlg", "Please go to    ") + url;
+}
+
+QString addressWithCode(const QString &pageLine, const QString &codeLine)
+{
+    const auto value = [](const QString &line) { return line.section(QStringLiteral("    "), -1).trimmed(); };
+    QUrl url(value(pageLine), QUrl::StrictMode);
+    const QString code = value(codeLine);
+    const bool isWeb = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+    if (!url.isValid() || !isWeb || url.host().isEmpty() || code.isEmpty())
+        return {};
+    QUrlQuery query(url);
+    query.addQueryItem(QStringLiteral("code"), code);
+    url.setQuery(query);
+    return url.toString(QUrl::FullyEncoded);
 }
 
 std::optional<VLM_WS_EXT_ERRCODE_T> requestCode()

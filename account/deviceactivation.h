@@ -14,6 +14,10 @@ namespace deviceactivation {
 QString codeLine(const QString &code); // "Your activation code is:    " and the code
 QString pageLine(const QString &url);  // "Please go to    " and the address
 
+// The address of the page with the code in it, from both lines. Empty when the first names no http or https address or
+// the second no code.
+QString addressWithCode(const QString &pageLine, const QString &codeLine);
+
 // Asks the service for a code for this device. Returns the library's immediate result, or nothing when the hardware
 // address cannot be read, which is only logged.
 std::optional<VLM_WS_EXT_ERRCODE_T> requestCode();

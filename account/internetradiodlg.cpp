@@ -8,14 +8,22 @@
 #include "service/wshandle.h"
 #include "service/wsreply.h"
 #include "ui_internetradiodlg.h"
+#include "widgets/qrcode.h"
 
 #include <QDebug>
 #include <QKeyEvent>
+
+namespace {
+
+constexpr QRect qrCodePlace(1000, 428, 180, 180); // right of the button, on the canvas
+
+} // namespace
 
 InternetRadioDlg::InternetRadioDlg(const QString &codeLine, const QString &pageLine, QWidget *parent)
     : VelmoraParentWidget(parent)
     , ui(new Ui::InternetRadioDlg)
     , m_login(new VelmoraLogin(this))
+    , m_qrCode(new QrCode(this))
 {
     qDebug("New InternetRadioDlg...");
     ui->setupUi(this);
@@ -23,6 +31,9 @@ InternetRadioDlg::InternetRadioDlg(const QString &codeLine, const QString &pageL
         ui->descriptionLabel3->setText(codeLine);
     if (!pageLine.isEmpty())
         ui->descriptionLabel->setText(pageLine);
+    m_qrCode->setObjectName(QStringLiteral("qrCode"));
+    m_qrCode->setGeometry(qrCodePlace);
+    showQrCode();
     connect(ui->okBtn, &QPushButton::clicked, this, &InternetRadioDlg::userLoginWithDeviceID);
     connect(VelmoraWebService::getInstance(), &VelmoraWebService::signalGenerateDeviceActivationCodeDone, this,
             &InternetRadioDlg::generateDeviceActivationCodeDone);
@@ -37,6 +48,14 @@ InternetRadioDlg::InternetRadioDlg(const QString &codeLine, const QString &pageL
 InternetRadioDlg::~InternetRadioDlg()
 {
     qDebug("Del InternetRadioDlg...");
+}
+
+void InternetRadioDlg::showQrCode()
+{
+    const QString address =
+        deviceactivation::addressWithCode(ui->descriptionLabel->text(), ui->descriptionLabel3->text());
+    m_qrCode->setText(address.toUtf8());
+    m_qrCode->setVisible(!m_qrCode->isEmpty());
 }
 
 void InternetRadioDlg::dress(bool isFocused)
@@ -91,9 +110,10 @@ void InternetRadioDlg::generateDeviceActivationCode()
 
 void InternetRadioDlg::generateDeviceActivationCodeDone(HANDLE_T h_handle, VLM_WS_EXT_ERRCODE_T e_ret, VOID *)
 {
-    if (const auto code = deviceactivation::takeCode(this, h_handle, e_ret))
+    if (const auto code = deviceactivation::takeCode(this, h_handle, e_ret)) {
         ui->descriptionLabel3->setText(deviceactivation::codeLine(code->code));
-    else // the old code stays on the screen
+        showQrCode();
+    } else // the old code stays on the screen
         showWarning(messageFor(e_ret, tr("Generate device activation code failed,you could try again!")));
 }
 

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class QrCode;
 class VelmoraLogin;
 
 namespace Ui {
@@ -35,7 +36,9 @@ private slots:
 private:
     void generateDeviceActivationCode();
     void dress(bool isFocused);
+    void showQrCode();
 
     std::unique_ptr<Ui::InternetRadioDlg> ui;
     VelmoraLogin *m_login; // child
+    QrCode *m_qrCode;      // child; the page's address with the code, for the camera of a telephone
 };

@@ -26,7 +26,7 @@ packages=(
     libsqlite3-dev libsodium-dev libutf8proc-dev libseccomp-dev libgtest-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev libtag1-dev libsndfile1-dev libuchardet-dev
     libturbojpeg0-dev libpng-dev libebur128-dev libkissfft-dev libxxhash-dev
-    prometheus-cpp-dev
+    prometheus-cpp-dev libqrencode-dev libavahi-client-dev
     libflac-dev libcairo2-dev
     fonts-liberation
 )

@@ -3,6 +3,7 @@
 #include "account/deviceactivation.h"
 #include "account/internetradiodlg.h"
 #include "screens/accountfixture.h"
+#include "widgets/qrcode.h"
 
 #include <QFile>
 #include <QLabel>
@@ -42,6 +43,14 @@ private slots:
         fixture.ws().autoReply(VLM_WS_MSGID_GENERATE_DEVICE_ACTIVATION_CODE, VLM_WS_ERR_INTERNAL);
         BoxAnswer box({BoxAnswer::Ok, BoxAnswer::Ok});
         const auto dialog = open(fixture);
+        const auto *qrCode = child<QrCode>(dialog, "qrCode");
+        QVERIFY(qrCode->isVisible() && !qrCode->isEmpty());
+        const QString both = deviceactivation::addressWithCode(page, code(dialog));
+        QCOMPARE(both, QStringLiteral("http://radio.example/activate?code=K7MPQ2XD"));
+        for (const QString &bad : {QStringLiteral("Please go to    "), QStringLiteral("Please go to    file:///etc"),
+                                   QStringLiteral("Please go to    http://")})
+            QVERIFY2(deviceactivation::addressWithCode(bad, code(dialog)).isEmpty(), qPrintable(bad));
+        QVERIFY(deviceactivation::addressWithCode(page, QStringLiteral("Your activation code is:    ")).isEmpty());
         key(dialog, Select);
         QTRY_COMPARE(box.answered().value(1),
                      QStringLiteral("Generate device activation code failed,you could try again!"));
