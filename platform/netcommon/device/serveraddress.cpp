@@ -61,6 +61,15 @@ QString configuredValue(const QString &configurationFile, const QString &name)
     return value;
 }
 
+QString configuredAuthority()
+{
+    QString file = qEnvironmentVariable("VELMORA_WS_CA_FILE");
+    if (!file.isEmpty())
+        return file;
+    const QString named = qEnvironmentVariable("VELMORA_WS_CONF");
+    return configuredValue(named.isEmpty() ? QStringLiteral("/etc/velmora/ws.conf") : named, QStringLiteral("ca_file"));
+}
+
 QString serverAddress(const QString &chosen, const QString &configurationFile)
 {
     const QString address = chosen.trimmed();

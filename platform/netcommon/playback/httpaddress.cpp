@@ -1,7 +1,11 @@
 #include "httpaddress.h"
 
+#include "serveraddress.h"
+
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QSslCertificate>
+#include <QSslConfiguration>
 
 namespace netcommon::httpaddress {
 
@@ -11,6 +15,20 @@ QUrl checked(const QUrl &url)
     const bool web = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
     return url.isValid() && web && !url.host().isEmpty() ? url : QUrl();
 }
+
+// Trusts what the client library trusts. Read once: a change of the configuration counts from the next start.
+const QSslConfiguration &trusted()
+{
+    static const QSslConfiguration configuration = [] {
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        const QString authority = configuredAuthority();
+        if (!authority.isEmpty())
+            tls.setCaCertificates(QSslCertificate::fromPath(authority));
+        return tls;
+    }();
+    return configuration;
+}
+
 } // namespace
 
 QUrl parse(const QByteArray &text)
@@ -42,6 +60,8 @@ QNetworkRequest request(const QUrl &address)
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setRawHeader("Accept-Encoding", "identity"); // or Qt unpacks, and byte counts mean nothing
     request.setRawHeader("User-Agent", "Velmora");
+    if (address.scheme() == QLatin1String("https"))
+        request.setSslConfiguration(trusted());
     return request;
 }
 
