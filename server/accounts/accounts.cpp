@@ -34,6 +34,11 @@ bool Accounts::isPassword(const std::string &text)
     return text.size() >= shortestPassword && text.size() <= longestPassword;
 }
 
+bool Accounts::isPin(const std::string &text)
+{
+    return text.size() >= 4 && text.size() <= 8 && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
 CreateResult Accounts::checkNew(const std::string &userName, const std::string &password)
 {
     if (!isMailAddress(userName))
@@ -144,14 +149,14 @@ CreateResult Accounts::changePassword(AccountId id, const std::string &newPasswo
     return CreateResult::Done;
 }
 
-std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64_t seconds)
+std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64_t seconds, const std::string &value)
 {
     std::string token = randomToken();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     db->run("DELETE FROM resets WHERE expires_at <= ?1 OR (account_id = ?2 AND purpose = ?3)", m_clock(), id, purpose);
-    db->run("INSERT INTO resets (token_hash, purpose, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)",
-            tokenHash(token), purpose, id, m_clock() + seconds);
+    db->run("INSERT INTO resets (token_hash, purpose, account_id, expires_at, value) VALUES (?1, ?2, ?3, ?4, ?5)",
+            tokenHash(token), purpose, id, m_clock() + seconds, value);
     change.commit();
     return token;
 }
@@ -172,6 +177,30 @@ std::optional<AccountId> Accounts::redeemReset(const std::string &token, const s
     if (id)
         db->run("DELETE FROM resets WHERE token_hash = ?1", tokenHash(token));
     return id;
+}
+
+std::string Accounts::resetValue(const std::string &token, const std::string &purpose)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT value FROM resets WHERE token_hash = ?1 AND purpose = ?2 AND expires_at > ?3");
+    row.with(tokenHash(token), purpose, m_clock());
+    return row.step() ? row.text(0) : std::string();
+}
+
+CreateResult Accounts::changeUserName(AccountId id, const std::string &userName)
+{
+    if (!isMailAddress(userName))
+        return CreateResult::BadUserName;
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    const std::optional<Account> other = find(userName);
+    if (other && other->id != id)
+        return CreateResult::Taken;
+    db->run("UPDATE accounts SET user_name = ?2, folded_name = ?3 WHERE id = ?1", id, userName, foldedName(userName));
+    // Links of mails went to the old address.
+    db->run("DELETE FROM resets WHERE account_id = ?1", id);
+    change.commit();
+    return CreateResult::Done;
 }
 
 void Accounts::setExplicitFilter(AccountId id, bool isOn)

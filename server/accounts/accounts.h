@@ -75,11 +75,16 @@ public:
     CreateResult changePassword(AccountId id, const std::string &newPassword, Radios radios = Radios::End);
 
     // A token for a link in a mail: single-use, valid for so many seconds. It replaces older tokens of this purpose.
-    std::string issueReset(AccountId id, const std::string &purpose, int64_t seconds);
+    std::string issueReset(AccountId id, const std::string &purpose, int64_t seconds, const std::string &value = {});
     // The account of the token, which stays valid: for showing the page.
     std::optional<AccountId> peekReset(const std::string &token, const std::string &purpose);
     // The account of the token, which is used up.
     std::optional<AccountId> redeemReset(const std::string &token, const std::string &purpose);
+    // The value that was given to issueReset() with this purpose.
+    std::string resetValue(const std::string &token, const std::string &purpose);
+
+    // Taken when another account has this address.
+    CreateResult changeUserName(AccountId id, const std::string &userName);
 
     void setExplicitFilter(AccountId id, bool isOn);
     // Done also when no PIN is set. Limited as login() is, but by itself. Sets no account.
@@ -87,6 +92,7 @@ public:
     void setExplicitPin(AccountId id, const std::string &pin); // empty: none
 
     static bool isPassword(const std::string &text);
+    static bool isPin(const std::string &text); // four to eight digits
     // Names are compared in this form: without case.
     static std::string foldedName(std::string name);
 
@@ -102,5 +108,6 @@ private:
 // Purposes of reset tokens.
 inline constexpr const char *passwordPurpose = "password";
 inline constexpr const char *pinPurpose = "pin";
+inline constexpr const char *addressPurpose = "address"; // its value: the new address
 
 } // namespace velmora::server

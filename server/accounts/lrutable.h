@@ -60,6 +60,13 @@ public:
             entry = next;
         }
     }
+    // The same order.
+    template <typename Visitor>
+    void forEach(Visitor visitor) const
+    {
+        for (const auto &[key, value] : m_entries)
+            visitor(key, value);
+    }
     size_t size() const { return m_entries.size(); }
 
 private:

@@ -17,11 +17,11 @@ std::string SignUps::add(const SignUp &signUp)
     Transaction change(*db);
     db->run("DELETE FROM sign_ups WHERE expires_at <= ?1", m_clock());
     db->run("INSERT INTO sign_ups (token_hash, user_name, password_hash, birth_year, gender, zip_code, country_code, "
-            "email_opt_in, session_hash, key_hash, device_id, expires_at) "
-            "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12)",
+            "email_opt_in, session_hash, key_hash, device_id, expires_at, invitation_hash) "
+            "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)",
             tokenHash(token), signUp.userName, signUp.passwordHash, signUp.profile.birthYear, signUp.profile.gender,
             signUp.profile.zipCode, signUp.profile.countryCode, signUp.profile.emailOptIn, signUp.sessionHash,
-            signUp.keyHash, signUp.deviceId, m_clock() + linkSeconds);
+            signUp.keyHash, signUp.deviceId, m_clock() + linkSeconds, signUp.invitationHash);
     change.commit();
     return token;
 }
@@ -30,7 +30,7 @@ std::optional<SignUp> SignUps::find(const std::string &token)
 {
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare("SELECT user_name, password_hash, birth_year, gender, zip_code, country_code, "
-                                "email_opt_in, session_hash, key_hash, device_id FROM sign_ups "
+                                "email_opt_in, session_hash, key_hash, device_id, invitation_hash FROM sign_ups "
                                 "WHERE token_hash = ?1 AND expires_at > ?2");
     row.with(tokenHash(token), m_clock());
     if (!row.step())
@@ -47,6 +47,7 @@ std::optional<SignUp> SignUps::find(const std::string &token)
     signUp.sessionHash = row.text(7);
     signUp.keyHash = row.text(8);
     signUp.deviceId = row.text(9);
+    signUp.invitationHash = row.text(10);
     return signUp;
 }
 

@@ -14,6 +14,7 @@ struct SignUp {
     std::string sessionHash;
     std::string keyHash;
     std::string deviceId;
+    std::string invitationHash{}; // of the invitation that allows it; empty: none
 };
 
 // The sign-ups whose links are still valid. Tokens are stored as hashes. Any thread.

@@ -1,10 +1,9 @@
 // The functions of the interface that concern accounts, sessions and devices.
 
 #include "server/accounts/mailaddress.h"
+#include "server/api/houseaddress.h"
 #include "server/api/routes.h"
 #include "server/catalogue/textfolding.h"
-
-#include <algorithm>
 
 namespace velmora::server::functions {
 
@@ -94,12 +93,6 @@ void requireMailer(const Call &call)
 std::string shortText(const Call &call, const char *name, size_t characters)
 {
     return std::string(firstCharacters(call.parameters.optionalText(name).value_or(""), characters));
-}
-
-bool isPin(const std::string &text)
-{
-    return text.size() >= 4 && text.size() <= 8 &&
-           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // Throws unless the PIN is right or none is set.
@@ -211,6 +204,8 @@ json createUser(Call &call)
         throw ApiError(Code::BadUserName, "not a user name");
     }
     requireMailer(call);
+    if (!call.service.house.maySignUp(isInHouse(call.address)))
+        throw ApiError(Code::NotAuthorised, "the owner of the service lets nobody sign up here");
     // The answer does not tell whether there is such an account: the token opens something when the link of the mail
     // has made the account, and for an address with an account it never does.
     const std::string token = randomToken();
@@ -271,7 +266,7 @@ json setExplicitContentFilter(Call &call)
 json setExplicitPIN(Call &call)
 {
     const std::string newPin = call.parameters.text("newPin");
-    if (!isPin(newPin))
+    if (!Accounts::isPin(newPin))
         throw ApiError(Code::BadPassword, "not a PIN: four to eight digits");
     checkPin(call, call.parameters.optionalText("oldPin").value_or(""));
     call.service.accounts.setExplicitPin(call.account(), newPin);

@@ -1,30 +1,116 @@
 #include "server/api/houseaddress.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
+#include <cstring>
 #include <ifaddrs.h>
 #include <memory>
 #include <net/if.h>
+#include <string_view>
+#include <vector>
 
 namespace velmora::server {
 
-std::string houseAddress()
+namespace {
+
+using Bytes = std::vector<unsigned char>; // four or sixteen, in network order
+
+Bytes bytesOf(const std::string &address)
+{
+    Bytes bytes(sizeof(in6_addr));
+    if (::inet_pton(AF_INET6, address.c_str(), bytes.data()) == 1)
+        return bytes;
+    bytes.resize(sizeof(in_addr));
+    return ::inet_pton(AF_INET, address.c_str(), bytes.data()) == 1 ? bytes : Bytes();
+}
+
+Bytes bytesOf(const sockaddr *address)
+{
+    Bytes bytes;
+    if (address && address->sa_family == AF_INET) {
+        bytes.resize(sizeof(in_addr));
+        std::memcpy(bytes.data(), &reinterpret_cast<const sockaddr_in *>(address)->sin_addr, bytes.size());
+    } else if (address && address->sa_family == AF_INET6) {
+        bytes.resize(sizeof(in6_addr));
+        std::memcpy(bytes.data(), &reinterpret_cast<const sockaddr_in6 *>(address)->sin6_addr, bytes.size());
+    }
+    return bytes;
+}
+
+bool isPrivate(const Bytes &a)
+{
+    if (a.size() == sizeof(in_addr))
+        return a[0] == 127 || a[0] == 10 || (a[0] == 172 && (a[1] & 0xf0) == 16) || (a[0] == 192 && a[1] == 168) ||
+               (a[0] == 169 && a[1] == 254);
+    const bool isLoopback = std::all_of(a.begin(), a.end() - 1, [](unsigned char byte) { return byte == 0; });
+    return (isLoopback && a.back() == 1) || (a[0] & 0xfe) == 0xfc || (a[0] == 0xfe && (a[1] & 0xc0) == 0x80);
+}
+
+using Interfaces = std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)>;
+
+Interfaces interfaces()
 {
     ifaddrs *first = nullptr;
     if (::getifaddrs(&first) != 0)
-        return "127.0.0.1";
-    const std::unique_ptr<ifaddrs, decltype(&::freeifaddrs)> owner(first, ::freeifaddrs);
-    for (const ifaddrs *entry = first; entry; entry = entry->ifa_next) {
+        first = nullptr;
+    return {first, ::freeifaddrs};
+}
+
+// Interfaces of virtual machines and containers: nobody in the house reaches them.
+bool isVirtual(std::string_view name)
+{
+    constexpr std::array beginnings = {"docker", "veth", "virbr", "br-", "lxc", "podman"};
+    return std::any_of(beginnings.begin(), beginnings.end(), [&](const char *with) { return name.starts_with(with); });
+}
+
+} // namespace
+
+std::vector<std::string> houseAddresses()
+{
+    std::vector<std::string> found;
+    const Interfaces owner = interfaces();
+    for (const ifaddrs *entry = owner.get(); entry; entry = entry->ifa_next) {
         const bool isUsable = entry->ifa_addr && entry->ifa_addr->sa_family == AF_INET &&
-                              (entry->ifa_flags & IFF_UP) != 0 && (entry->ifa_flags & IFF_LOOPBACK) == 0;
+                              (entry->ifa_flags & IFF_UP) != 0 && (entry->ifa_flags & IFF_LOOPBACK) == 0 &&
+                              !isVirtual(entry->ifa_name);
         if (!isUsable)
             continue;
         std::array<char, INET_ADDRSTRLEN> text{};
         const auto *address = reinterpret_cast<const sockaddr_in *>(entry->ifa_addr);
         if (::inet_ntop(AF_INET, &address->sin_addr, text.data(), text.size()))
-            return text.data();
+            found.emplace_back(text.data());
     }
-    return "127.0.0.1";
+    return found;
+}
+
+std::string houseAddress()
+{
+    const std::vector<std::string> addresses = houseAddresses();
+    return addresses.empty() ? "127.0.0.1" : addresses.front();
+}
+
+bool isInHouse(const std::string &address)
+{
+    const Bytes caller = bytesOf(address);
+    if (caller.empty())
+        return false;
+    if (isPrivate(caller))
+        return true;
+    const Interfaces owner = interfaces();
+    for (const ifaddrs *entry = owner.get(); entry; entry = entry->ifa_next) {
+        const Bytes own = bytesOf(entry->ifa_addr);
+        const Bytes mask = bytesOf(entry->ifa_netmask);
+        const bool isPointToPoint = (entry->ifa_flags & IFF_POINTOPOINT) != 0;
+        if (own.size() != caller.size() || mask.size() != caller.size() || isPointToPoint)
+            continue;
+        bool isSame = true;
+        for (size_t i = 0; i < caller.size(); ++i)
+            isSame = isSame && (caller[i] & mask[i]) == (own[i] & mask[i]);
+        if (isSame)
+            return true;
+    }
+    return false;
 }
 
 } // namespace velmora::server

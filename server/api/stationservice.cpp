@@ -22,6 +22,7 @@ StationService::StationService(const ServiceSettings &settings)
     , accounts(store, hasher, settings.clock)
     , sessions(store, settings.lifetimes, settings.clock)
     , signUps(store, settings.clock)
+    , house(store, settings.clock)
     , devices(store, settings.clock)
     , activationCodes(store, keptKey("codes key"), settings.clock)
     , catalogue(store)
@@ -99,7 +100,9 @@ std::optional<AccountId> StationService::finishSignUp(const std::string &token)
     const Store::Lock db = store.lock();
     Transaction change(*db);
     const std::optional<SignUp> signUp = signUps.take(token);
-    if (!signUp)
+    const bool isAllowed =
+        signUp && (signUp->invitationHash.empty() ? house.isOpen() : house.takeInvitation(signUp->invitationHash));
+    if (!isAllowed)
         return std::nullopt;
     AccountId id = 0;
     create(*signUp, &id);
@@ -121,6 +124,26 @@ void StationService::mailReminder(const std::string &userName)
                                       accounts.issueReset(account->id, passwordPurpose, resetSeconds));
     } catch (const std::exception &error) {
         std::fprintf(stderr, "velmora-server: a reminder was not mailed: %s\n", error.what());
+    }
+}
+
+bool StationService::changeAddress(AccountId account, const std::string &address)
+{
+    return mailer && mailer->later([this, account, address] { mailNewAddress(account, address); });
+}
+
+void StationService::mailNewAddress(AccountId account, const std::string &address)
+{
+    try {
+        if (m_signUpsToAddress.refuse(Accounts::foldedName(address), clock()))
+            return;
+        const std::optional<Account> other = accounts.find(address);
+        if (other && other->id != account)
+            mailer->sendHasAccount(other->userName);
+        else
+            mailer->sendNewAddress(address, accounts.issueReset(account, addressPurpose, resetSeconds, address));
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "velmora-server: a new address was not mailed: %s\n", error.what());
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "server/accounts/activationcodes.h"
 #include "server/accounts/devices.h"
+#include "server/accounts/houserules.h"
 #include "server/accounts/sessions.h"
 #include "server/accounts/signups.h"
 #include "server/api/mediaaddresses.h"
@@ -33,6 +34,10 @@ public:
     virtual void sendSignUp(const std::string &address, const std::string &token) = 0;
     // To somebody who signs up with the address of an account.
     virtual void sendHasAccount(const std::string &address) = 0;
+    // The link gives the account this address in place of its own.
+    virtual void sendNewAddress(const std::string &address, const std::string &token) = 0;
+    // To the address that was replaced.
+    virtual void sendAddressChanged(const std::string &address) = 0;
     // The token becomes part of a link in the mail, which is the only copy of it.
     virtual void sendPasswordReset(const std::string &address, const std::string &token) = 0;
     virtual void sendPinRescue(const std::string &address, const std::string &token) = 0;
@@ -79,6 +84,7 @@ public:
     Accounts accounts;
     Sessions sessions;
     SignUps signUps;
+    HouseRules house;
     Devices devices;
     ActivationCodes activationCodes;
     Catalogue catalogue;
@@ -106,22 +112,24 @@ public:
     // Sends the address a mail: a link that makes the account, or word that there is one. Sets the hash of the password
     // itself. False when too many mails wait, or there is no mailer. checkNew() was Done.
     bool signUp(SignUp signUp, const std::string &password);
-    // The link was opened: makes the account of the token. Nothing when the token is not valid; 0 when the address has
-    // got an account meanwhile.
+    // The link was opened: makes the account of the token. Nothing when the token is not valid, its invitation is used
+    // up, or nobody may sign up any more; 0 when the address has got an account meanwhile.
     std::optional<AccountId> finishSignUp(const std::string &token);
     // Mails the account of this name a link for a new password, if there is one. False as signUp().
     bool remind(const std::string &userName);
+    // Mails the new address a link that makes it the account's, or word that it has an account. False as signUp().
+    bool changeAddress(AccountId account, const std::string &address);
+    // A random key, created once and kept in the store.
+    std::string keptKey(const std::string &name);
 
 private:
     CreateResult create(const SignUp &signUp, AccountId *id);
     void mailSignUp(const SignUp &signUp);
     void mailReminder(const std::string &userName);
+    void mailNewAddress(AccountId account, const std::string &address);
 
     RateLimit m_signUpsToAddress{3, std::chrono::hours(1)};
     RateLimit m_remindersToAccount{3, std::chrono::hours(1)};
-
-    // A random key, created once and kept in the store.
-    std::string keptKey(const std::string &name);
 };
 
 } // namespace velmora::server

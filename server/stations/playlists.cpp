@@ -1,5 +1,6 @@
 #include "server/stations/playlists.h"
 
+#include "server/accounts/houserules.h"
 #include "server/catalogue/textfolding.h"
 #include "server/library/transcodes.h"
 #include "server/stations/listening.h"
@@ -249,11 +250,13 @@ std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::st
     std::vector<PlaylistEntry> entries;
     std::vector<Choice> choices; // one for each track entry, in the same order
     const int adPlace = adPosition(m_random);
+    const int listsPerAd = HouseRules(m_store, m_clock).listsPerAd();
+    const bool hasAdInOwnMusic = listsPerAd > 0 && station.listsIssued % listsPerAd == listsPerAd - 1;
     const bool isGrowing = m_catalogue.isGrowing();
     std::set<int64_t> inList;
     while (entries.size() < entriesInList) {
-        // No advertisements follow the owner's own music.
-        if (static_cast<int>(entries.size()) == adPlace && choices.back().track.isDemo) {
+        // The owner decides whether advertisements follow their own music.
+        if (static_cast<int>(entries.size()) == adPlace && (choices.back().track.isDemo || hasAdInOwnMusic)) {
             const Store::Lock db = m_store.lock();
             if (std::optional<IssuedAd> ad = issueAd(*db, station)) {
                 entries.push_back({std::nullopt, std::move(ad)});

@@ -407,9 +407,20 @@ END;
 // What its owner calls a radio.
 constexpr const char *namedRadios = "ALTER TABLE devices ADD COLUMN name TEXT NOT NULL DEFAULT '';";
 
+// Who was invited may sign up. A new mail address counts when the link of a mail to it is opened.
+constexpr const char *invitations = R"sql(
+CREATE TABLE invitations (
+  token_hash TEXT PRIMARY KEY,
+  guest TEXT NOT NULL,
+  expires_at INTEGER NOT NULL
+) WITHOUT ROWID;
+ALTER TABLE sign_ups ADD COLUMN invitation_hash TEXT NOT NULL DEFAULT '';
+ALTER TABLE resets ADD COLUMN value TEXT NOT NULL DEFAULT '';
+)sql";
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
 constexpr std::array steps = {accountsAndDevices, catalogue,          stations,     devicesByKey, ownMusic,
-                              requestAnswers,     goneFilesAndCovers, askingRadios, namedRadios};
+                              requestAnswers,     goneFilesAndCovers, askingRadios, namedRadios,  invitations};
 
 } // namespace
 

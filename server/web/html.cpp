@@ -41,13 +41,15 @@ std::string render(const Page &page)
                        " - Velmora</title>\n<link rel=\"stylesheet\" href=\"/style.css\">\n"
                        "<link rel=\"icon\" type=\"image/svg+xml\" href=\"/symbol.svg\">\n"
                        "<meta name=\"color-scheme\" content=\"dark light\">\n</head>\n<body>\n"
-                       "<header><a href=\"/account\"><img src=\"/symbol.svg\" alt=\"\" width=\"34\" height=\"32\">"
+                       "<header><a href=\"/\"><img src=\"/symbol.svg\" alt=\"\" width=\"34\" height=\"32\">"
                        "velmora</a></header>\n<main>\n" +
                        page.body;
     if (!page.isEncrypted)
         text += "<p class=\"note\">This page is not encrypted: everybody in this network could read along. "
                 "Do not use a password that opens anything else.</p>\n";
-    return text + "</main>\n</body>\n</html>\n";
+    return text + "</main>\n<footer><nav aria-label=\"Pages\"><a href=\"/activate\">Activate a radio</a> "
+                  "<a href=\"/account\">Your account</a> <a href=\"/help\">Help</a></nav></footer>\n"
+                  "</body>\n</html>\n";
 }
 
 std::string paragraphs(const std::string &text)
@@ -73,6 +75,16 @@ std::string mail(const std::string &title, const std::string &text)
 std::string heading(const std::string &text)
 {
     return "<h1>" + escape(text) + "</h1>\n";
+}
+
+std::string subheading(const std::string &text)
+{
+    return "<h2>" + escape(text) + "</h2>\n";
+}
+
+std::string done(const std::string &text)
+{
+    return text.empty() ? std::string() : "<p class=\"done\" role=\"status\">" + escape(text) + "</p>\n";
 }
 
 std::string paragraph(const std::string &text)
@@ -123,7 +135,7 @@ std::string emailField(const std::string &value, const std::string &problem, con
                   .form = form});
 }
 
-std::string passwordField(const std::string &label)
+std::string passwordField(const std::string &label, const std::string &problem, const std::string &form)
 {
     return field({.name = "password",
                   .label = label,
@@ -132,8 +144,8 @@ std::string passwordField(const std::string &label)
                   .autocomplete = "current-password",
                   .hint = {},
                   .inputMode = {},
-                  .problem = {},
-                  .form = {}});
+                  .problem = problem,
+                  .form = form});
 }
 
 std::string newPasswordField(const std::string &name, const std::string &label, const std::string &problem)
@@ -150,6 +162,21 @@ std::string newPasswordField(const std::string &name, const std::string &label, 
                   .form = "new"});
 }
 
+std::string pinField(const std::string &name, const std::string &label, const std::string &problem,
+                     const std::string &form)
+{
+    return field({.name = name,
+                  .label = label,
+                  .type = "password",
+                  .value = {},
+                  .autocomplete = "off",
+                  .hint = "Four to eight digits.",
+                  .leastLength = 4,
+                  .inputMode = "numeric",
+                  .problem = problem,
+                  .form = form});
+}
+
 std::string field(const Field &field)
 {
     const std::string id = field.form + "-" + field.name;
@@ -162,7 +189,10 @@ std::string field(const Field &field)
     if (!field.inputMode.empty())
         text += " inputmode=\"" + escape(field.inputMode) + "\"";
     if (field.isCode)
-        text += " class=\"code\" autocapitalize=\"characters\" autocorrect=\"off\" spellcheck=\"false\" autofocus";
+        text += " class=\"code\" autocapitalize=\"characters\" autocorrect=\"off\" spellcheck=\"false\"";
+    // A browser takes the first field with this mark, so a screen reader reads the first problem with its field.
+    if (field.isCode || field.isFirst || !field.problem.empty())
+        text += " autofocus";
     std::string after;
     if (!field.problem.empty()) {
         described = "problem" + id;
@@ -179,10 +209,21 @@ std::string field(const Field &field)
     return text + "></label>\n" + after;
 }
 
-std::string checkBox(const std::string &name, const std::string &label)
+std::string checkBox(const std::string &name, const std::string &label, bool isTicked)
 {
-    return "<label class=\"check\"><input type=\"checkbox\" name=\"" + escape(name) + "\" value=\"1\">" +
-           escape(label) + "</label>\n";
+    return "<label class=\"check\"><input type=\"checkbox\" name=\"" + escape(name) + "\" value=\"1\"" +
+           (isTicked ? " checked>" : ">") + escape(label) + "</label>\n";
+}
+
+std::string choice(const std::string &name, const std::string &question, const std::vector<Option> &options,
+                   const std::string &chosen)
+{
+    std::string text = "<fieldset><legend>" + escape(question) + "</legend>\n";
+    for (const Option &option : options)
+        text += "<label class=\"check\"><input type=\"radio\" name=\"" + escape(name) + "\" value=\"" +
+                escape(option.value) + "\"" + (option.value == chosen ? " checked>" : ">") + escape(option.label) +
+                "</label>\n";
+    return text + "</fieldset>\n";
 }
 
 std::string hidden(const std::string &name, const std::string &value)
@@ -218,6 +259,27 @@ std::string link(const std::string &address, const std::string &label)
     return "<p><a href=\"" + escape(address) + "\">" + escape(label) + "</a></p>\n";
 }
 
+std::string menu(const std::string &name, const std::vector<Option> &links)
+{
+    std::string text = "<nav class=\"menu\" aria-label=\"" + escape(name) + "\">\n";
+    for (const Option &link : links)
+        text += "<a href=\"" + escape(link.value) + "\">" + escape(link.label) + "</a>\n";
+    return text + "</nav>\n";
+}
+
+std::string code(const std::string &text)
+{
+    return "<p><code>" + escape(text) + "</code></p>\n";
+}
+
+std::string list(const std::vector<std::string> &points)
+{
+    std::string text = "<ul>\n";
+    for (const std::string &point : points)
+        text += "<li>" + escape(point) + "</li>\n";
+    return text + "</ul>\n";
+}
+
 std::string symbol()
 {
     struct Bar {
@@ -243,10 +305,12 @@ const char *styleSheet()
 {
     return R"(:root { color-scheme: dark light; --text: #fff; --soft: #c5c5c5; --link: #ffcb52; --brand: #fff8ea;
   --top: #1c0f29; --bottom: #0d0615; --card: #2b1839; --edge: #5b4472; --input: #170b22; --frame: #7d6298;
-  --second: #43295a; --focus: #fff; --bad: #3a0f1d; --bad-edge: #ff6178; --mind: #3a2a08; --mind-edge: #ffb400; }
+  --second: #43295a; --focus: #fff; --bad: #3a0f1d; --bad-edge: #ff6178; --mind: #3a2a08; --mind-edge: #ffb400;
+  --good: #12301c; --good-edge: #5fcf86; }
 @media (prefers-color-scheme: light) { :root { --text: #1c0f29; --soft: #57466a; --link: #6b2f9e; --brand: #2b1839;
   --top: #fdfaff; --bottom: #f0e7f6; --card: #fff; --edge: #cdbadb; --input: #fff; --frame: #86709c;
-  --second: #e7daf0; --focus: #1c0f29; --bad: #fde8ec; --bad-edge: #b3203a; --mind: #fff3d6; --mind-edge: #a86a00; } }
+  --second: #e7daf0; --focus: #1c0f29; --bad: #fde8ec; --bad-edge: #b3203a; --mind: #fff3d6; --mind-edge: #a86a00;
+  --good: #e3f6e9; --good-edge: #1f7a41; } }
 * { box-sizing: border-box; }
 body { margin: 0; min-height: 100vh; background: linear-gradient(var(--top), var(--bottom)) fixed; color: var(--text);
   font: 18px/1.5 Arial, "Liberation Sans", sans-serif; }
@@ -274,8 +338,21 @@ a { color: var(--link); }
 .note, .hint { color: var(--soft); font-size: .95rem; }
 .hint { margin: -.6rem 0 1rem; }
 .warning { background: var(--mind); border: 2px solid var(--mind-edge); border-radius: 12px; padding: .7rem 1rem; }
-.fact { margin: .3rem 0; }
-.fact span { display: inline-block; min-width: 6.5rem; color: var(--soft); }
+.done { background: var(--good); border: 2px solid var(--good-edge); border-radius: 12px; padding: .7rem 1rem; }
+fieldset { border: 0; margin: 0 0 1rem; padding: 0; }
+legend { padding: 0; margin-bottom: .3rem; color: var(--soft); }
+fieldset .check { margin-bottom: .2rem; }
+.menu { display: grid; gap: .7rem; margin: 1rem 0; }
+.menu a { padding: .9rem 1.1rem; color: var(--text); background: var(--card); border: 2px solid var(--edge);
+  border-radius: 12px; font-weight: bold; text-decoration: none; }
+footer { max-width: 34rem; margin: 0 auto; padding: 0 1.25rem 2rem; }
+footer nav { display: flex; flex-wrap: wrap; gap: .3rem 1.5rem; border-top: 2px solid var(--edge); padding-top: 1rem; }
+footer a { padding: .4rem 0; }
+code { font: .95rem/1.5 "Liberation Mono", monospace; }
+li { margin: .3rem 0; overflow-wrap: anywhere; }
+ul { padding-left: 1.3rem; }
+.fact { display: grid; grid-template-columns: 6.5rem 1fr; gap: .6rem; margin: .3rem 0; }
+.fact span { color: var(--soft); }
 .plain { color: var(--text); background: var(--second); border-color: var(--frame); }
 )";
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 // The pieces that every page is made of. Whatever comes from outside goes through escape().
 namespace velmora::server::html {
@@ -16,6 +17,7 @@ struct Page {
 std::string render(const Page &page);
 
 std::string heading(const std::string &text);
+std::string subheading(const std::string &text);
 std::string paragraph(const std::string &text);
 std::string error(const std::string &text); // empty for an empty text
 std::string warning(const std::string &text);
@@ -34,7 +36,8 @@ struct Field {
     std::string value;         // what was typed before; never a password
     std::string autocomplete = "off";
     std::string hint;
-    bool isCode = false; // an activation code: large, capitals, no corrections, the first one to type into
+    bool isCode = false;  // an activation code: large, capitals, no corrections, the first one to type into
+    bool isFirst = false; // has the focus when the page opens
     bool isOptional = false;
     int leastLength = 0;
     std::string inputMode; // the keyboard of a telephone: "numeric"
@@ -44,13 +47,29 @@ struct Field {
 std::string field(const Field &field);
 // `problem` stands beside the field; `form` tells fields of one name on one page apart.
 std::string emailField(const std::string &value, const std::string &problem = {}, const std::string &form = {});
-std::string passwordField(const std::string &label); // the present one, named "password"
+// The present one, named "password".
+std::string passwordField(const std::string &label, const std::string &problem = {}, const std::string &form = {});
 std::string newPasswordField(const std::string &name, const std::string &label, const std::string &problem = {});
-std::string checkBox(const std::string &name, const std::string &label); // not ticked; its value is "1"
+// Four to eight digits; `form` as above.
+std::string pinField(const std::string &name, const std::string &label, const std::string &problem = {},
+                     const std::string &form = {});
+std::string checkBox(const std::string &name, const std::string &label, bool isTicked = false); // its value is "1"
+// One of several answers to a question.
+struct Option {
+    std::string value;
+    std::string label;
+};
+std::string choice(const std::string &name, const std::string &question, const std::vector<Option> &options,
+                   const std::string &chosen);
 std::string hidden(const std::string &name, const std::string &value);
 std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
 std::string plainButton(const std::string &label, const std::string &name, const std::string &value); // less prominent
 std::string link(const std::string &address, const std::string &label);
+// Links as large rows, one below the other. `name` says what they lead to.
+std::string menu(const std::string &name, const std::vector<Option> &links);
+std::string code(const std::string &text);                // a command to be copied
+std::string list(const std::vector<std::string> &points); // plain texts
+std::string done(const std::string &text);                // what has just been done; empty for an empty text
 
 // A text's paragraphs, which an empty line divides; one that is an address becomes a link.
 std::string paragraphs(const std::string &text);

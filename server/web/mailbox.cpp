@@ -191,6 +191,21 @@ void Mailbox::sendHasAccount(const std::string &address)
             m_settings.address() + "/forgot\n\nIf it was not you, do nothing.\n");
 }
 
+void Mailbox::sendNewAddress(const std::string &address, const std::string &token)
+{
+    enqueue(address, "Your new e-mail address",
+            "Somebody, probably you, wants to use this address for a Velmora account.\n\n"
+            "This page changes it. It opens once, within one hour:\n\n" +
+                m_settings.address() + "/address?token=" + token + "\n\nIf it was not you, do nothing.\n");
+}
+
+void Mailbox::sendAddressChanged(const std::string &address)
+{
+    enqueue(address, "Your old e-mail address",
+            "Your Velmora account has another e-mail address now. This one no longer signs you in.\n\n"
+            "If it was not you, ask the owner of the service at once.\n");
+}
+
 void Mailbox::sendPasswordReset(const std::string &address, const std::string &token)
 {
     enqueue(address, "Your Velmora password",

@@ -49,6 +49,8 @@ public:
     bool later(std::function<void()> job) override;
     void sendSignUp(const std::string &address, const std::string &token) override;
     void sendHasAccount(const std::string &address) override;
+    void sendNewAddress(const std::string &address, const std::string &token) override;
+    void sendAddressChanged(const std::string &address) override;
     void sendPasswordReset(const std::string &address, const std::string &token) override;
     void sendPinRescue(const std::string &address, const std::string &token) override;
     bool hasServer() const override { return !m_settings.smtp.empty(); }

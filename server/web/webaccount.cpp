@@ -1,10 +1,11 @@
-// The account page: who is signed in, which radios have access, a new password, one's data and the end of the account.
+// The account page: who is signed in, which radios have access, one's data and the end of the account.
 #include "server/accounts/personaldata.h"
 #include "server/accounts/secrets.h"
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 
 namespace velmora::server {
@@ -21,6 +22,51 @@ std::string day(int64_t seconds)
     return text;
 }
 
+// Where a form or a page leads after a new sign-in.
+struct Return {
+    const char *path;
+    const char *page;
+    bool isSentAgain; // the person may send it again: it has no password
+};
+constexpr std::array returns = {Return{"/account/radio", "/account", true},
+                                Return{"/account/revoke", "/account", true},
+                                Return{"/account/session", "/account/access", false},
+                                Return{"/account/address", "/account/access", false},
+                                Return{"/account/password", "/account/access", false},
+                                Return{"/account/access", "/account/access", false},
+                                Return{"/account/filter", "/account/children", false},
+                                Return{"/account/pin", "/account/children", false},
+                                Return{"/account/pin-rescue", "/account/children", false},
+                                Return{"/account/children", "/account/children", false},
+                                Return{"/account/data", "/account/data", false},
+                                Return{"/account/delete", "/account/delete", false},
+                                Return{"/house", "/house", false},
+                                Return{"/house/sign-ups", "/house", true},
+                                Return{"/house/invite", "/house", true},
+                                Return{"/house/invitation", "/house", true},
+                                Return{"/house/ads", "/house", true},
+                                Return{"/library", "/library", false},
+                                Return{"/library/pause", "/library", true},
+                                Return{"/library/rescan", "/library", true},
+                                Return{"/library/mails", "/library/mails", false},
+                                Return{"/library/mails/forget", "/library/mails", true},
+                                Return{"/remote", "/remote", false}};
+
+const Return *findReturn(const std::string &path)
+{
+    const auto *found = std::find_if(returns.begin(), returns.end(), [&](const Return &r) { return path == r.path; });
+    return found == returns.end() ? nullptr : found;
+}
+
+// Fields that survive a sign-in; none of them is a secret.
+constexpr std::array keptFields = {"device", "name",       "action",  "rule",   "lists",
+                                   "guest",  "invitation", "address", "paused", "mail"};
+
+std::string keptName(const std::string &field)
+{
+    return "kept-" + field;
+}
+
 } // namespace
 
 void WebPages::addAccount(http::Router &router)
@@ -32,34 +78,59 @@ void WebPages::addAccount(http::Router &router)
     router.post("/account/signin", mostFormBytes, page(&WebPages::takeSignIn), http::Lane::Passwords);
     router.post("/account/signout", mostFormBytes, page(&WebPages::takeSignOut));
     router.post("/account/radio", mostFormBytes, page(&WebPages::takeRadio));
+    router.get("/account/data", page(&WebPages::showData));
     router.post("/account/data", mostFormBytes, page(&WebPages::takeData), http::Lane::Passwords);
     router.get("/account/delete", page(&WebPages::showLeave));
     router.post("/account/delete", mostFormBytes, page(&WebPages::takeLeave), http::Lane::Passwords);
     router.post("/account/revoke", mostFormBytes, page(&WebPages::takeRevoke));
-    router.post("/account/password", mostFormBytes, page(&WebPages::takePassword), http::Lane::Passwords);
 }
 
 void WebPages::signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status)
 {
+    const bool isSignIn = visit.request.path == "/account/signin";
+    const bool isExpired = visit.request.method == "POST" && !isSignIn;
+    const std::string returnTo = isSignIn ? visit.value("to") : visit.request.path;
+    std::string kept; // what was sent comes along
+    if (findReturn(returnTo)) {
+        kept = html::hidden("to", returnTo);
+        for (const char *name : keptFields) {
+            const std::string value = visit.value(isSignIn ? keptName(name) : name);
+            if (!value.empty() && visit.request.method == "POST")
+                kept += html::hidden(keptName(name), value);
+        }
+    }
     show(visit, "Sign in",
-         html::heading("Your account") + html::error(problem) +
+         html::heading("Your account") +
+             (isExpired ? html::warning("You were signed out, because this page was not used for half an hour. Nothing "
+                                        "was changed, and nothing that you typed is lost, but for passwords. Please "
+                                        "sign in to go on.")
+                        : std::string()) +
              html::form("/account/signin", visit.csrf,
-                        html::emailField(userName) + html::passwordField("Password") + html::button("Sign in")) +
-             html::link("/forgot", "Forgotten your password?") + html::link("/activate", "Activate a radio"),
+                        kept +
+                            html::field({.name = "email",
+                                         .label = "E-mail address",
+                                         .type = "email",
+                                         .value = userName,
+                                         .autocomplete = "username",
+                                         .hint = {},
+                                         .isFirst = problem.empty(),
+                                         .inputMode = "email",
+                                         .problem = {},
+                                         .form = {}}) +
+                            html::passwordField("Password", problem) + html::button("Sign in")) +
+             html::link("/forgot", "Forgotten your password?") +
+             (maySignUp(visit) ? html::link("/sign-up", "Make an account") : std::string()) +
+             html::link("/activate", "Activate a radio"),
          status);
 }
 
 void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
 {
-    const auto account = m_service.accounts.find(visit.session.account);
-    if (!account) {
-        visit.session.account = 0;
-        m_sessions.keep(visit.cookie, visit.session);
-        signInPage(visit, {}, {});
+    const auto account = signedIn(visit);
+    if (!account)
         return;
-    }
     std::string body = html::heading("Your account") + html::paragraph(account->userName) + html::error(problem) +
-                       "<h2>Radios with access</h2>\n";
+                       html::subheading("Radios with access");
     const auto devices = m_service.devices.ofAccount(account->id);
     if (devices.empty())
         body += html::paragraph("None.");
@@ -78,26 +149,22 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
                                             .form = device.deviceId}) +
                                html::plainButton("Rename", "action", "rename") +
                                html::plainButton("Remove", "action", "remove"));
-    if (isOwner(visit))
-        body += html::link("/library", "The music") + html::link("/library/mails", "Waiting mails");
-    body += html::link("/activate", "Activate a radio") + "<h2>A new password</h2>\n" +
-            html::form("/account/password", visit.csrf,
-                       html::passwordField("Password now") + html::newPasswordField("new", "New password") +
-                           html::checkBox("keep", "Keep my radios signed in") + html::button("Change")) +
-            html::form("/account/signout", visit.csrf, html::button("Sign out")) + "<h2>Your data</h2>\n" +
-            html::form("/account/data", visit.csrf,
-                       html::paragraph("Everything that is stored about you, in one file.") +
-                           html::plainButton("Download", "format", "json")) +
-            html::link("/account/delete", "Delete the account");
+    std::vector<html::Option> links = {{"/activate", "Activate a radio"},
+                                       {"/account/access", "E-mail address, password and browsers"},
+                                       {"/account/children", "Children"},
+                                       {"/account/data", "Your data"}};
+    if (account->id == m_service.house.owner()) {
+        links.push_back({"/house", "This service"});
+        links.push_back({"/library", "The music"});
+    }
+    body += html::menu("Your account", links) +
+            html::form("/account/signout", visit.csrf, html::plainButton("Sign out", {}, {}));
     show(visit, "Your account", body, status);
 }
 
 void WebPages::showAccount(Visit &visit)
 {
-    if (visit.session.account == 0)
-        signInPage(visit, {}, {});
-    else
-        devicesPage(visit, {});
+    devicesPage(visit, {});
 }
 
 void WebPages::takeSignIn(Visit &visit)
@@ -109,7 +176,38 @@ void WebPages::takeSignIn(Visit &visit)
         return;
     }
     signIn(visit, id);
-    redirect(visit, "/account");
+    returnFromSignIn(visit);
+}
+
+void WebPages::returnFromSignIn(Visit &visit)
+{
+    const Return *back = findReturn(visit.value("to"));
+    if (!back) {
+        redirect(visit, "/account");
+        return;
+    }
+    if (std::string_view(back->path) == "/account/address") {
+        accessPage(visit, {.address = visit.value(keptName("address"))});
+        return;
+    }
+    if (!back->isSentAgain) {
+        redirect(visit, back->page);
+        return;
+    }
+    std::string fields;
+    for (const char *name : keptFields) {
+        const std::string value = visit.value(keptName(name));
+        if (value.empty())
+            continue;
+        fields += html::hidden(name, value);
+        const bool isForReading = std::string_view(name) == "name" || std::string_view(name) == "guest";
+        if (isForReading)
+            fields += html::paragraph(value);
+    }
+    show(visit, "You are signed in",
+         html::heading("You are signed in again") + html::paragraph("Your change was not made yet.") +
+             html::form(back->path, visit.csrf, fields + html::button("Change it now")) +
+             html::link(back->page, "Leave it as it is"));
 }
 
 void WebPages::takeSignOut(Visit &visit)
@@ -120,11 +218,9 @@ void WebPages::takeSignOut(Visit &visit)
 
 std::optional<Account> WebPages::withPassword(Visit &visit, ProblemPage refused)
 {
-    auto account = m_service.accounts.find(visit.session.account);
-    if (!account) {
-        signInPage(visit, {}, {});
+    auto account = signedIn(visit);
+    if (!account)
         return {};
-    }
     AccountId checked = 0;
     std::string problem;
     if (checkLogin(visit, account->userName, &checked, &problem))
@@ -135,11 +231,9 @@ std::optional<Account> WebPages::withPassword(Visit &visit, ProblemPage refused)
 
 void WebPages::takeRadio(Visit &visit)
 {
-    const auto account = m_service.accounts.find(visit.session.account);
-    if (!account) {
-        signInPage(visit, {}, {});
+    const auto account = signedIn(visit);
+    if (!account)
         return;
-    }
     const std::string device = visit.value("device");
     if (visit.value("action") != "remove") {
         const bool isDone = m_service.devices.rename(account->id, device, visit.value("name"));
@@ -161,19 +255,34 @@ void WebPages::takeRadio(Visit &visit)
              html::link("/account", "Keep it"));
 }
 
+void WebPages::dataPage(Visit &visit, const std::string &problem, int status)
+{
+    if (!signedIn(visit))
+        return;
+    show(visit, "Your data",
+         html::heading("Your data") + html::error(problem) +
+             html::paragraph("Everything that is stored about you, in one file.") +
+             html::form("/account/data", visit.csrf, html::button("Download", "format", "json")) +
+             html::link("/account/delete", "Delete the account") + html::link("/account", "Your account"),
+         status);
+}
+
+void WebPages::showData(Visit &visit)
+{
+    dataPage(visit, {});
+}
+
 void WebPages::takeData(Visit &visit)
 {
-    if (visit.session.account == 0) {
-        signInPage(visit, {}, {});
+    if (!signedIn(visit))
         return;
-    }
     const std::filesystem::path path = m_service.dataDirectory() / ("personal-" + randomToken(12) + ".json");
     const bool isWritten = PersonalData(m_service.store).write(visit.session.account, path);
     const auto file = isWritten ? http::File::open(path) : nullptr;
     std::error_code ignored;
     std::filesystem::remove(path, ignored); // it lives as long as it is sent
     if (!file) {
-        devicesPage(visit, "The file could not be made. Please try again later.", 503);
+        dataPage(visit, "The file could not be made. Please try again later.", 503);
         return;
     }
     visit.response.setFile(file, "application/json");
@@ -185,22 +294,20 @@ void WebPages::takeData(Visit &visit)
 void WebPages::leavePage(Visit &visit, const std::string &problem, int status)
 {
     show(visit, "Delete the account?",
-         html::heading("Delete the account?") + html::error(problem) +
+         html::heading("Delete the account?") +
              html::warning("Stations, thumbs, bookmarks and all that was played are gone at once and for good. The "
                            "radios of the account stop playing.") +
              (isOwner(visit) ? html::warning("This account owns the service: the next oldest one will own it.")
                              : std::string()) +
              html::form("/account/delete", visit.csrf,
-                        html::passwordField("Password") + html::button("Delete everything")) +
+                        html::passwordField("Password", problem) + html::button("Delete everything")) +
              html::link("/account", "Keep it"),
          status);
 }
 
 void WebPages::showLeave(Visit &visit)
 {
-    if (visit.session.account == 0)
-        signInPage(visit, {}, {});
-    else
+    if (signedIn(visit))
         leavePage(visit, {});
 }
 
@@ -222,32 +329,11 @@ void WebPages::takeLeave(Visit &visit)
 
 void WebPages::takeRevoke(Visit &visit)
 {
-    if (visit.session.account == 0) {
-        signInPage(visit, {}, {});
+    if (!signedIn(visit))
         return;
-    }
     // This also ends the radio's tokens and its key.
     const bool isDone = m_service.devices.revoke(visit.session.account, visit.value("device"));
     devicesPage(visit, isDone ? "" : "There is no such radio.", isDone ? 200 : 422);
-}
-
-void WebPages::takePassword(Visit &visit)
-{
-    const auto account = withPassword(visit, &WebPages::devicesPage);
-    if (!account)
-        return;
-    const Radios radios = visit.value("keep") == "1" ? Radios::Keep : Radios::End;
-    if (m_service.accounts.changePassword(account->id, visit.value("new"), radios) != CreateResult::Done) {
-        devicesPage(visit, "The new password needs at least eight characters.", 422);
-        return;
-    }
-    m_sessions.endOfAccount(account->id, visit.cookie);
-    show(visit, "Done",
-         html::heading("The password was changed") +
-             html::paragraph(radios == Radios::Keep
-                                 ? "Other browsers were signed out. The radios were kept."
-                                 : "Other browsers and all radios were signed out. Activate each radio again.") +
-             html::link("/account", "Your account"));
 }
 
 } // namespace velmora::server

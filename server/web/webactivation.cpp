@@ -42,13 +42,17 @@ void WebPages::addActivation(http::Router &router)
     router.post("/activate/allow", mostFormBytes, page(&WebPages::allow));
 }
 
-void WebPages::codePage(Visit &visit, const std::string &note, int status)
+void WebPages::codePage(Visit &visit, const std::string &note, const std::string &problem, int status)
 {
     html::Field code;
     code.name = "code";
     code.label = "Code";
     code.hint = "Eight letters and digits, as the television shows them.";
     code.isCode = true;
+    // What was mistyped, or what the opened address says.
+    if (!problem.empty() || visit.request.method != "POST")
+        code.value = ActivationCodes::normalised(visit.value("code"));
+    code.problem = problem;
     show(visit, "Activate a radio",
          html::heading("Activate a radio") + note +
              html::form("/activate", visit.csrf, html::field(code) + html::button("Next")),
@@ -63,13 +67,13 @@ void WebPages::showCodeForm(Visit &visit)
 void WebPages::takeCode(Visit &visit)
 {
     if (m_codeTries.refuse(visit.request.network, m_clock())) {
-        codePage(visit, html::error("Too many tries. Please wait a minute."), 429);
+        codePage(visit, {}, "Too many tries. Please wait a minute.", 429);
         return;
     }
     const std::string code = ActivationCodes::normalised(visit.value("code"));
     const auto subject = m_service.activationCodes.find(code);
     if (!subject) {
-        codePage(visit, html::error(codeGone), 422);
+        codePage(visit, {}, codeGone, 422);
         return;
     }
     if (subject->accountId != 0)
@@ -88,16 +92,16 @@ void WebPages::takeCode(Visit &visit)
 
 void WebPages::accountPage(Visit &visit, const AccountForms &forms, int status)
 {
+    const std::string fresh =
+        maySignUp(visit) ? html::form("/activate/account", visit.csrf,
+                                      signUpFields(forms) + html::button("Create an account", "action", "create"))
+                         : html::paragraph(signUpRuleText());
     show(visit, "Your account",
-         html::heading("Whose radio is it?") + html::error(forms.problem) + "<h2>I have an account</h2>\n" +
+         html::heading("Whose radio is it?") + html::subheading("I have an account") +
              html::form("/activate/account", visit.csrf,
-                        html::emailField(forms.known) + html::passwordField("Password") +
+                        html::emailField(forms.known) + html::passwordField("Password", forms.problem) +
                             html::button("Sign in", "action", "signin")) +
-             html::link("/forgot", "Forgotten your password?") + "<h2>I am new here</h2>\n" +
-             html::form("/activate/account", visit.csrf,
-                        html::emailField(forms.fresh, forms.addressProblem, "new") +
-                            html::newPasswordField("password", "Password", forms.passwordProblem) +
-                            html::button("Create an account", "action", "create")),
+             html::link("/forgot", "Forgotten your password?") + html::subheading("I am new here") + fresh,
          status);
 }
 
@@ -105,11 +109,13 @@ void WebPages::takeAccount(Visit &visit)
 {
     const std::string userName = visit.value("email");
     if (visit.session.code.empty()) {
-        codePage(visit, html::error(codeGone), 422);
+        codePage(visit, {}, codeGone, 422);
         return;
     }
     if (visit.value("action") == "create") {
-        signUp(visit);
+        AccountForms forms;
+        if (const std::optional<int> status = signUp(visit, {}, &forms))
+            accountPage(visit, forms, *status);
         return;
     }
     AccountId id = 0;
@@ -122,45 +128,12 @@ void WebPages::takeAccount(Visit &visit)
     allowPage(visit);
 }
 
-void WebPages::signUp(Visit &visit)
-{
-    const std::string userName = visit.value("email");
-    const std::string password = visit.value("password");
-    if (m_newAccounts.refuse(visit.request.network, m_clock())) {
-        accountPage(
-            visit,
-            {.problem = "Too many new accounts from here. Please try again in a few minutes.", .fresh = userName}, 429);
-        return;
-    }
-    switch (Accounts::checkNew(userName, password)) {
-    case CreateResult::BadUserName:
-        accountPage(visit, {.fresh = userName, .addressProblem = "This is not an e-mail address."}, 422);
-        return;
-    case CreateResult::BadPassword:
-        accountPage(visit, {.fresh = userName, .passwordProblem = "The password needs at least eight characters."},
-                    422);
-        return;
-    default:
-        break;
-    }
-    if (!m_service.signUp({userName, {}, {}, {}, {}, {}}, password)) {
-        accountPage(visit, {.problem = "No mail can be sent at the moment. Please try again later.", .fresh = userName},
-                    503);
-        return;
-    }
-    // Whether there is an account with this address is for the mail alone to say.
-    show(visit, "Look into your mail",
-         html::heading("Look into your mail") +
-             html::paragraph("A mail to " + userName + " says how to go on. Its link opens once, within one hour.") +
-             noMailHint() + html::link("/activate", "Activate a radio"));
-}
-
 void WebPages::allowPage(Visit &visit)
 {
     const auto subject = m_service.activationCodes.find(visit.session.code);
     const auto account = m_service.accounts.find(visit.linkingAccount());
     if (!subject || subject->digits.empty() || !account) {
-        codePage(visit, html::error(codeGone), 422);
+        codePage(visit, {}, codeGone, 422);
         return;
     }
     std::string from = subject->address.empty() ? "an unknown address" : subject->address;
@@ -192,7 +165,7 @@ void WebPages::allow(Visit &visit)
         return;
     }
     if (account == 0 || !m_service.activationCodes.grant(code, account)) {
-        codePage(visit, html::error(codeGone), 422);
+        codePage(visit, {}, codeGone, 422);
         return;
     }
     show(visit, "Done",

@@ -1,6 +1,5 @@
 // The library page, for the owner alone: folders, how far it is, what was left out and why.
 #include "server/library/library.h"
-#include "server/store/store.h"
 #include "server/web/html.h"
 #include "server/web/webpages.h"
 
@@ -94,7 +93,7 @@ std::string changes(const std::vector<LibraryChange> &recent)
 {
     if (recent.empty())
         return {};
-    std::string text = "<h2>What changed lately</h2>\n";
+    std::string text = html::subheading("What changed lately");
     for (size_t i = 0; i < std::min<size_t>(recent.size(), changesOnPage); ++i) {
         const LibraryChange &change = recent[i];
         const char *what = change.kind == LibraryChange::Kind::New       ? "new"
@@ -108,7 +107,7 @@ std::string changes(const std::vector<LibraryChange> &recent)
 
 std::string folders(const LibraryStatus &status)
 {
-    std::string text = "<h2>Folders</h2>\n";
+    std::string text = html::subheading("Folders");
     if (status.roots.empty())
         text += html::paragraph("None. Name one in the configuration file, under [library]: music = /path/to/music");
     for (const Root &root : status.roots) {
@@ -140,11 +139,7 @@ void WebPages::addLibrary(http::Router &router)
 
 bool WebPages::isOwner(const Visit &visit)
 {
-    if (visit.session.account == 0)
-        return false;
-    const Store::Lock db = m_service.store.lock();
-    Statement row = db->prepare("SELECT MIN(id) FROM accounts WHERE is_active");
-    return row.step() && row.integer(0) == visit.session.account;
+    return visit.session.account != 0 && m_service.house.owner() == visit.session.account;
 }
 
 bool WebPages::refuseOthers(Visit &visit, bool needsMusic)
@@ -158,7 +153,7 @@ bool WebPages::refuseOthers(Visit &visit, bool needsMusic)
              404);
         return true;
     }
-    if (visit.session.account == 0)
+    if (visit.session.account == 0 || !m_service.accounts.find(visit.session.account))
         signInPage(visit, {}, {}, 403);
     else
         show(visit, "The music",
@@ -182,7 +177,7 @@ void WebPages::showLibrary(Visit &visit)
                                   std::string(words.title) + ": " + counted(found->second, "file", "files"));
     }
     if (!reasons.empty())
-        body += "<h2>What does not play</h2>\n" + reasons;
+        body += html::subheading("What does not play") + reasons;
     if (status.counts.missing > 0)
         body += html::paragraph(counted(status.counts.missing, "file has", "files have") +
                                 " gone from the folders. Thumbs and stations wait for them for 90 days.");
@@ -192,7 +187,7 @@ void WebPages::showLibrary(Visit &visit)
             html::form("/library/rescan", visit.csrf,
                        html::button("Look through the folders now") +
                            html::paragraph("Files that failed are tried again.")) +
-            html::link("/library/mails", "Waiting mails") + html::link("/account", "Your account");
+            html::link("/house", "This service") + html::link("/account", "Your account");
     show(visit, "The music", body);
 }
 

@@ -27,12 +27,12 @@ void WebPages::showMails(Visit &visit)
     if (mails.empty())
         body += html::paragraph("None.");
     for (const KeptMail &mail : mails)
-        body += "<h2>" + html::escape(mail.subject) + "</h2>\n" + html::fact("To", mail.recipient) +
+        body += html::subheading(mail.subject) + html::fact("To", mail.recipient) +
                 html::fact("Written", html::timeText(mail.writtenAt)) +
                 (mail.writtenAt + resetSeconds < m_clock() ? html::error("Its link is no longer valid.")
                                                            : html::paragraphs(mail.text)) +
                 html::form("/library/mails/forget", visit.csrf, html::plainButton("Remove", "mail", mail.name));
-    show(visit, "Waiting mails", body + html::link("/library", "The music") + html::link("/account", "Your account"));
+    show(visit, "Waiting mails", body + html::link("/house", "This service") + html::link("/account", "Your account"));
 }
 
 void WebPages::takeForgetMail(Visit &visit)

@@ -15,7 +15,7 @@ WebPages::WebPages(StationService &service, bool isEncrypted, Clock clock)
     : m_service(service)
     , m_isEncrypted(isEncrypted)
     , m_clock(clock)
-    , m_sessions(std::move(clock))
+    , m_sessions(std::move(clock), service.keptKey("forms key"))
 {
 }
 
@@ -36,9 +36,12 @@ void WebPages::addTo(http::Router &router)
         response.setContent(html::symbol(), "image/svg+xml");
         return response;
     });
-    router.get("/", [](const http::Request &) { return http::Response::redirect("/account"); });
+    addFront(router);
     addActivation(router);
+    addSignUp(router);
     addAccount(router);
+    addAccess(router);
+    addHouse(router);
     addLibrary(router);
     addMails(router);
     addReset(router);
@@ -64,7 +67,9 @@ http::Response WebPages::visit(const http::Request &request, Handler handler)
     if (request.method == "POST" && (!isKnown || !equalSecrets(visit.value("csrf"), visit.csrf))) {
         show(visit, "Once more",
              html::heading("This form is too old") +
-                 html::paragraph("Nothing was changed. Please fill it in once more.") +
+                 html::paragraph(
+                     "Nothing was changed. You signed in or out in another window meanwhile, or this browser "
+                     "keeps no cookies. Please open the page once more.") +
                  html::link(request.path.starts_with("/account") ? "/account" : "/activate", "Begin again"),
              403);
         return response;
@@ -91,7 +96,8 @@ void WebPages::setCookie(http::Response &response, const std::string &cookie) co
 
 void WebPages::show(Visit &visit, const std::string &title, const std::string &body, int status) const
 {
-    put(visit.response, title, body, status);
+    // A screen reader reads the title first.
+    put(visit.response, status == 422 ? "Please check: " + title : title, body, status);
 }
 
 void WebPages::put(http::Response &response, const std::string &title, const std::string &body, int status) const
@@ -111,7 +117,7 @@ http::Response WebPages::notFound() const
     http::Response response;
     put(response, "No such page",
         html::heading("There is no such page") + html::paragraph("The address may be mistyped, or the page has gone.") +
-            html::link("/activate", "Activate a radio") + html::link("/account", "Your account"),
+            html::link("/", "Home"),
         404);
     return response;
 }
@@ -125,6 +131,9 @@ void WebPages::redirect(Visit &visit, const std::string &address)
 void WebPages::signIn(Visit &visit, AccountId account)
 {
     visit.session.account = account;
+    visit.session.since = m_clock();
+    visit.session.browser = browserName(visit.request.header("User-Agent"));
+    visit.session.address = visit.request.address;
     visit.cookie = m_sessions.renew(visit.cookie, visit.session);
     visit.csrf = m_sessions.formToken(visit.cookie);
     setCookie(visit.response, visit.cookie);
@@ -133,6 +142,25 @@ void WebPages::signIn(Visit &visit, AccountId account)
         m_sessions.end(visit.cookie);
         visit.session.account = 0;
     }
+}
+
+std::optional<Account> WebPages::signedIn(Visit &visit)
+{
+    std::optional<Account> account;
+    if (visit.session.account != 0)
+        account = m_service.accounts.find(visit.session.account);
+    if (account)
+        return account;
+    visit.session.account = 0;
+    m_sessions.keep(visit.cookie, visit.session);
+    signInPage(visit, {}, {});
+    return {};
+}
+
+std::string WebPages::waitText(int seconds)
+{
+    return seconds == 1 ? "Too many tries. Please wait a second."
+                        : "Too many tries. Please wait " + std::to_string(seconds) + " seconds.";
 }
 
 bool WebPages::checkLogin(Visit &visit, const std::string &userName, AccountId *id, std::string *problem)
@@ -150,8 +178,7 @@ bool WebPages::checkLogin(Visit &visit, const std::string &userName, AccountId *
         *problem = "This account is no longer active.";
         break;
     case LoginResult::TooMany:
-        *problem = "Too many tries. Please wait " +
-                   (login.retryAfter == 1 ? "a second." : std::to_string(login.retryAfter) + " seconds.");
+        *problem = waitText(login.retryAfter);
         break;
     }
     return false;

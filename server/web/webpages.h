@@ -5,18 +5,30 @@
 #include "server/http/router.h"
 #include "server/web/websessions.h"
 
+#include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace velmora::server {
 
-// The pages for people: /activate (a radio shows a code), /account (devices, password), /library (the owner's music),
-// /forgot (a new password), /reset, /confirm and /pin (links of mails). Plain HTML without scripts; a strict content
+// The pages for people: / and /help, /activate (a radio shows a code), /sign-up, /account (radios, browsers, password,
+// children, data), /house and /library (for the owner), /forgot (a new password), /reset, /confirm, /address and /pin
+// (links of mails). Plain HTML without scripts; a strict content
 // security policy; every post carries the session's token; cookies are same-site, and secure where the service is
 // encrypted. Called from the server's threads.
 class WebPages {
 public:
     // `isEncrypted`: browsers reach the pages through TLS.
     WebPages(StationService &service, bool isEncrypted, Clock clock = systemClock());
+
+    // What the owner's page says of the program and its surroundings. Set before the server answers.
+    struct About {
+        std::string version;
+        std::string fingerprint;                       // of the service's own certificate
+        std::function<std::vector<std::string>()> log; // the latest lines of the log, the oldest first
+    };
+    void setAbout(About about) { m_about = std::move(about); }
 
     void addTo(http::Router &router);
     // For a browser that asks for an address that nobody answers.
@@ -45,7 +57,10 @@ private:
     void show(Visit &visit, const std::string &title, const std::string &body, int status = 200) const;
     void put(http::Response &response, const std::string &title, const std::string &body, int status) const;
     static void redirect(Visit &visit, const std::string &address);
+    // The account of the session; without one it has answered with the page to sign in.
+    std::optional<Account> signedIn(Visit &visit);
     void signIn(Visit &visit, AccountId account);
+    static std::string waitText(int seconds); // after too many tries
     // Checks name and password as the radio's login does. Sets `problem`, the text to show, when it failed.
     bool checkLogin(Visit &visit, const std::string &userName, AccountId *account, std::string *problem);
 
@@ -56,12 +71,11 @@ private:
     void takeAccount(Visit &visit);
     void allow(Visit &visit);
     // `note` is markup.
-    void codePage(Visit &visit, const std::string &note, int status = 200);
-    void signUp(Visit &visit);
+    void codePage(Visit &visit, const std::string &note, const std::string &problem = {}, int status = 200);
     // What was typed, and what is wrong with it: of who has an account, and of who is new.
     struct AccountForms {
-        std::string problem{};
-        std::string known{}; // addresses
+        std::string problem{}; // of who has an account
+        std::string known{};   // addresses
         std::string fresh{};
         std::string addressProblem{};
         std::string passwordProblem{};
@@ -69,26 +83,93 @@ private:
     void accountPage(Visit &visit, const AccountForms &forms, int status = 200);
     void allowPage(Visit &visit);
 
+    // webfront.cpp
+    void addFront(http::Router &router);
+    void showFront(Visit &visit);
+    void showHelp(Visit &visit);
+
+    // websignup.cpp
+    void addSignUp(http::Router &router);
+    // Whether this visitor may sign up without an invitation, and what a page says if not.
+    bool maySignUp(const Visit &visit);
+    std::string signUpRuleText();
+    void showSignUp(Visit &visit);
+    void takeSignUp(Visit &visit);
+    // Mails a link and says so, or gives the status of the page that shows what is wrong with the forms.
+    std::optional<int> signUp(Visit &visit, const std::string &invitation, AccountForms *forms);
+    void signUpPage(Visit &visit, const AccountForms &forms, int status = 200);
+    static std::string signUpFields(const AccountForms &forms);
+
     // webaccount.cpp
     void addAccount(http::Router &router);
     void showAccount(Visit &visit);
     void takeSignIn(Visit &visit);
     void takeSignOut(Visit &visit);
+    // After a new sign-in: what was sent when the session had expired is shown, to be sent again.
+    void returnFromSignIn(Visit &visit);
     // The account of the session, if the form has its password; otherwise it has answered with `refused` or the page to
     // sign in.
     using ProblemPage = void (WebPages::*)(Visit &, const std::string &problem, int status);
     std::optional<Account> withPassword(Visit &visit, ProblemPage refused);
     void takeRadio(Visit &visit);
     void takeRevoke(Visit &visit);
+    void dataPage(Visit &visit, const std::string &problem, int status = 200);
+    void showData(Visit &visit);
     void takeData(Visit &visit);
     void showLeave(Visit &visit);
     void takeLeave(Visit &visit);
     void leavePage(Visit &visit, const std::string &problem, int status = 200);
-    void takePassword(Visit &visit);
     void signInPage(Visit &visit, const std::string &problem, const std::string &userName, int status = 200);
     void devicesPage(Visit &visit, const std::string &problem, int status = 200);
 
-    // weblibrary.cpp: for the owner, whose account is the oldest.
+    // webaccess.cpp: how a person signs in, from where, and what children hear.
+    void addAccess(http::Router &router);
+    struct AccessForms {
+        std::string said{};    // what has been done
+        std::string problem{}; // of the whole page
+        std::string address{}; // as it was typed
+        std::string addressWrong{};
+        std::string addressSecretWrong{}; // the password of that form
+        std::string secretWrong{};        // the present password of the other form
+        std::string freshWrong{};         // the new one
+    };
+    void accessPage(Visit &visit, const AccessForms &forms, int status = 200);
+    void showAccess(Visit &visit);
+    void takePassword(Visit &visit);
+    void takeAddress(Visit &visit);
+    void takeSession(Visit &visit);
+    struct ChildrenForms {
+        std::string said{};
+        std::string filterWrong{};
+        std::string oldWrong{};
+        std::string newWrong{};
+        std::string removeWrong{};
+    };
+    void childrenPage(Visit &visit, const ChildrenForms &forms, int status = 200);
+    void showChildren(Visit &visit);
+    void takeFilter(Visit &visit);
+    void takeNewPin(Visit &visit);
+    void takePinRescue(Visit &visit);
+    // What is wrong with the account's PIN in this form; empty when it is right or there is none.
+    std::string pinProblem(Visit &visit, const Account &account);
+
+    // webhouse.cpp: for the owner, who signs up and what plays.
+    void addHouse(http::Router &router);
+    struct HouseForms {
+        std::string said{};
+        std::string link{}; // of a new invitation
+        std::string guestWrong{};
+        std::string guest{};
+    };
+    void housePage(Visit &visit, const HouseForms &forms, int status = 200);
+    std::string storageText();
+    void showHouse(Visit &visit);
+    void takeSignUpRule(Visit &visit);
+    void takeInvite(Visit &visit);
+    void takeInvitation(Visit &visit);
+    void takeAds(Visit &visit);
+
+    // weblibrary.cpp: for the owner, the music.
     void addLibrary(http::Router &router);
     bool isOwner(const Visit &visit);
     bool refuseOthers(Visit &visit, bool needsMusic = true); // true when it has answered instead
@@ -111,12 +192,15 @@ private:
     void takeReset(Visit &visit);
     void showConfirm(Visit &visit);
     void takeConfirm(Visit &visit);
+    void showAddress(Visit &visit);
+    void takeNewAddress(Visit &visit);
     void showPin(Visit &visit);
     void takePin(Visit &visit);
 
     StationService &m_service;
     const bool m_isEncrypted;
     const Clock m_clock;
+    About m_about;
     WebSessions m_sessions;
     RateLimit m_codeTries{10, std::chrono::minutes(10)};   // of one network
     RateLimit m_newAccounts{10, std::chrono::minutes(60)}; // of one network

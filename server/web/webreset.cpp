@@ -32,32 +32,18 @@ std::string passwordForm(const std::string &csrf, const std::string &token, cons
 
 std::string forgotForm(const std::string &csrf, const std::string &problem, const std::string &userName)
 {
-    return html::heading("Forgotten your password?") + html::error(problem) +
-           html::form("/forgot", csrf, html::emailField(userName) + html::button("Send me a link")) +
+    return html::heading("Forgotten your password?") +
+           html::form("/forgot", csrf, html::emailField(userName, problem) + html::button("Send me a link")) +
            html::paragraph("The link sets a new password. It opens once, within one hour.") +
            html::link("/account", "Your account");
 }
 
 std::string pinForm(const std::string &csrf, const std::string &token, const std::string &problem)
 {
-    return html::heading("A new PIN") + html::form("/pin", csrf,
-                                                   html::hidden("token", token) +
-                                                       html::field({.name = "new",
-                                                                    .label = "New PIN",
-                                                                    .type = "password",
-                                                                    .value = {},
-                                                                    .autocomplete = "off",
-                                                                    .hint = "Four to twelve digits.",
-                                                                    .leastLength = 4,
-                                                                    .inputMode = "numeric",
-                                                                    .problem = problem,
-                                                                    .form = "pin"}) +
-                                                       html::button("Set it"));
-}
-
-bool isPin(const std::string &text)
-{
-    return text.size() >= 4 && text.size() <= 12 && text.find_first_not_of("0123456789") == std::string::npos;
+    return html::heading("A new PIN") +
+           html::form("/pin", csrf,
+                      html::hidden("token", token) + html::pinField("new", "New PIN", problem, "pin") +
+                          html::button("Set it"));
 }
 
 } // namespace
@@ -73,6 +59,8 @@ void WebPages::addReset(http::Router &router)
     router.post("/reset", mostFormBytes, page(&WebPages::takeReset), http::Lane::Passwords);
     router.get("/confirm", page(&WebPages::showConfirm));
     router.post("/confirm", mostFormBytes, page(&WebPages::takeConfirm));
+    router.get("/address", page(&WebPages::showAddress));
+    router.post("/address", mostFormBytes, page(&WebPages::takeNewAddress));
     router.get("/pin", page(&WebPages::showPin));
     router.post("/pin", mostFormBytes, page(&WebPages::takePin), http::Lane::Passwords);
 }
@@ -185,6 +173,39 @@ void WebPages::takeConfirm(Visit &visit)
              html::link("/activate", "Activate a radio") + html::link("/account", "Your account"));
 }
 
+void WebPages::showAddress(Visit &visit)
+{
+    const std::string token = visit.value("token");
+    const std::string address = m_service.accounts.resetValue(token, addressPurpose);
+    if (address.empty()) {
+        show(visit, "Too late",
+             html::heading("Too late") + html::error(linkGone) + html::link("/account", "Your account"), 410);
+        return;
+    }
+    show(visit, "Your new e-mail address",
+         html::heading("Your new e-mail address") + html::paragraph(address) +
+             html::paragraph("You sign in with it from now on. The password stays as it is.") +
+             html::form("/address", visit.csrf, html::hidden("token", token) + html::button("Change it")));
+}
+
+void WebPages::takeNewAddress(Visit &visit)
+{
+    const std::string token = visit.value("token");
+    const std::string address = m_service.accounts.resetValue(token, addressPurpose);
+    const auto id = m_service.accounts.redeemReset(token, addressPurpose);
+    const auto before = id ? m_service.accounts.find(*id) : std::nullopt;
+    if (!before || m_service.accounts.changeUserName(*id, address) != CreateResult::Done) {
+        show(visit, "Too late",
+             html::heading("Too late") + html::error(linkGone) + html::link("/account", "Your account"), 410);
+        return;
+    }
+    if (m_service.mailer)
+        m_service.mailer->sendAddressChanged(before->userName);
+    show(visit, "Done",
+         html::heading("The e-mail address was changed") + html::paragraph(address) +
+             html::link("/account", "Your account"));
+}
+
 void WebPages::showPin(Visit &visit)
 {
     const std::string token = visit.value("token");
@@ -201,8 +222,8 @@ void WebPages::takePin(Visit &visit)
         show(visit, "Too late", gone(), 410);
         return;
     }
-    if (!isPin(visit.value("new"))) {
-        show(visit, "A new PIN", pinForm(visit.csrf, token, "A PIN has four to twelve digits."), 422);
+    if (!Accounts::isPin(visit.value("new"))) {
+        show(visit, "A new PIN", pinForm(visit.csrf, token, "A PIN has four to eight digits."), 422);
         return;
     }
     const auto account = m_service.accounts.redeemReset(token, pinPurpose);

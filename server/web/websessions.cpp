@@ -1,9 +1,45 @@
 #include "server/web/websessions.h"
 
+#include <array>
+#include <span>
+
 namespace velmora::server {
 
-WebSessions::WebSessions(Clock clock)
+namespace {
+
+constexpr size_t idLength = 16; // of the hash of a cookie
+
+} // namespace
+
+std::string browserName(std::string_view userAgent)
+{
+    struct Word {
+        const char *mark;
+        const char *name;
+    };
+    // Browsers name others that they are like, so the first that fits counts.
+    constexpr std::array browsers = {
+        Word{"Edg", "Edge"},         Word{"OPR/", "Opera"},     Word{"SamsungBrowser/", "Samsung Internet"},
+        Word{"Firefox/", "Firefox"}, Word{"FxiOS/", "Firefox"}, Word{"Chrome/", "Chrome"},
+        Word{"CriOS/", "Chrome"},    Word{"Safari/", "Safari"}};
+    constexpr std::array systems = {Word{"Android", "Android"}, Word{"iPhone", "iPhone"},  Word{"iPad", "iPad"},
+                                    Word{"Windows", "Windows"}, Word{"Mac OS X", "macOS"}, Word{"CrOS", "ChromeOS"},
+                                    Word{"Linux", "Linux"}};
+    std::string name;
+    for (const auto &words : {std::span<const Word>(browsers), std::span<const Word>(systems)}) {
+        for (const Word &word : words) {
+            if (userAgent.find(word.mark) == std::string_view::npos)
+                continue;
+            name += (name.empty() ? "" : ", ") + std::string(word.name);
+            break;
+        }
+    }
+    return name;
+}
+
+WebSessions::WebSessions(Clock clock, std::string formKey)
     : m_clock(std::move(clock))
+    , m_formKey(std::move(formKey))
 {
 }
 
@@ -80,6 +116,30 @@ void WebSessions::end(const std::string &cookie)
     const std::lock_guard guard(m_mutex);
     m_signedIn.erase(hash);
     m_others.erase(hash);
+}
+
+std::vector<OpenSession> WebSessions::ofAccount(AccountId account, const std::string &cookie)
+{
+    const std::string own = tokenHash(cookie);
+    std::vector<OpenSession> found;
+    const std::lock_guard guard(m_mutex);
+    m_signedIn.forEach([&](const std::string &hash, const WebSession &session) {
+        if (session.account == account && session.lastUsed + idleSeconds >= m_clock())
+            found.push_back({hash.substr(0, idLength), session, hash == own});
+    });
+    return found;
+}
+
+bool WebSessions::endOne(AccountId account, const std::string &id)
+{
+    bool isFound = false;
+    const std::lock_guard guard(m_mutex);
+    m_signedIn.eraseIf([&](const std::string &hash, const WebSession &session) {
+        const bool isIt = session.account == account && hash.substr(0, idLength) == id;
+        isFound = isFound || isIt;
+        return isIt;
+    });
+    return isFound;
 }
 
 void WebSessions::endOfAccount(AccountId account, const std::string &keptCookie)

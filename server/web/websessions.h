@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velmora::server {
 
@@ -16,7 +17,20 @@ struct WebSession {
     std::string code;      // the radio's activation code that was entered
     AccountId byCode = 0;  // the account whose own code was entered: it may link a radio, and nothing else
     int64_t lastUsed = 0;  // Unix seconds
+    int64_t since = 0;     // of the sign-in, Unix seconds
+    std::string browser;   // what it says of itself at the sign-in, and where it was
+    std::string address;
 };
+
+// A browser that is signed in, as its person sees it.
+struct OpenSession {
+    std::string id; // names the session to its person; does not open it
+    WebSession session;
+    bool isThisBrowser = false;
+};
+
+// "Firefox, Android" of a browser's User-Agent; empty when it names neither a known browser nor a known system.
+std::string browserName(std::string_view userAgent);
 
 // Browser sessions, kept in memory under the hash of their cookie: a restart signs browsers out, nothing else. A
 // browser of which nothing is known has a cookie and no session. Browsers that are signed in have a table of their own,
@@ -28,7 +42,8 @@ public:
     static constexpr size_t mostOfAccount = 20;    // the same
     static constexpr size_t mostOthers = 10'000;   // the same
 
-    explicit WebSessions(Clock clock);
+    // `formKey`: with the same key forms of before a restart are still good.
+    explicit WebSessions(Clock clock, std::string formKey = randomToken());
 
     static std::string newCookie();
     static bool isCookie(const std::string &text);
@@ -42,6 +57,10 @@ public:
     // Gives the session a new cookie. Called at sign-in: a cookie that was known before becomes invalid.
     std::string renew(const std::string &cookie, const WebSession &session);
     void end(const std::string &cookie);
+    // The browsers that are signed in to the account, the one used last in front.
+    std::vector<OpenSession> ofAccount(AccountId account, const std::string &cookie);
+    // False when the account has no such session.
+    bool endOne(AccountId account, const std::string &id);
     // Ends all sessions of an account but that of this cookie.
     void endOfAccount(AccountId account, const std::string &keptCookie);
 
@@ -52,7 +71,7 @@ private:
     void limitAccount(AccountId account);
 
     const Clock m_clock;
-    const std::string m_formKey = randomToken();
+    const std::string m_formKey;
     std::mutex m_mutex; // guards the tables
     Table m_signedIn{mostSignedIn};
     Table m_others{mostOthers};

@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(PlaylistTest, EveryListHasFourEntriesOneAdAndNeverBeginsWithIt)
+TEST_F(PlaylistTest, EveryListHasFourEntriesAndAsManyAdsAsItShallButNeverBeginsWithOne)
 {
     const std::string user = newListener();
     std::set<ptrdiff_t> places;
@@ -54,6 +54,20 @@ TEST_F(PlaylistTest, EveryListHasFourEntriesOneAdAndNeverBeginsWithIt)
         data("deleteStation", {{"stationToken", station}}, user);
     }
     EXPECT_EQ(places, (std::set<ptrdiff_t>{1, 2, 3}));
+    // Own music: as many as the owner wishes.
+    m_service->store.lock()->execute("UPDATE tracks SET source = 'folder'");
+    m_service->catalogue.noteChange();
+    for (const auto &[lists, expected] : {std::pair(0, 0), {1, 8}, {2, 4}, {4, 2}}) {
+        m_service->house.setListsPerAd(lists);
+        const std::string station = addStation(user, "folk");
+        int ads = 0;
+        for (int i = 0; i < 8; ++i) {
+            for (const json &entry : list("getPlaylist", {{"stationToken", station}}, user, "entries"))
+                ads += entry.at("type") == "ad";
+        }
+        EXPECT_EQ(ads, expected) << "of 32 pieces, in every list number " << lists;
+        data("deleteStation", {{"stationToken", station}}, user);
+    }
 }
 
 TEST_F(PlaylistTest, TheSameArtistNeverPlaysTwiceInARowAcrossTheEndsOfListsToo)

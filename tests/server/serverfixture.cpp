@@ -96,7 +96,7 @@ void ServerTest::setPlayable(const std::string &publicId, bool isPlayable)
 Reply ServerTest::call(const std::string &function, const json &parameters, const std::string &token)
 {
     const Answer answer =
-        m_dispatcher->answer({"v1", function, parameters.dump(), "Bearer " + token, m_requestKey, "192.0.2.7"});
+        m_dispatcher->answer({"v1", function, parameters.dump(), "Bearer " + token, m_requestKey, "192.168.2.7"});
     return {answer.httpStatus, answer.body.at("code").get<int>(), answer.body.value("data", json::object())};
 }
 

@@ -29,7 +29,7 @@ struct TestDevice {
 class TestMailer : public Mailer {
 public:
     struct Mail {
-        std::string kind; // "sign-up", "has account", "password", "pin"
+        std::string kind; // "sign-up", "has account", "new address", "address changed", "password", "pin"
         std::string address;
         std::string token;
     };
@@ -43,6 +43,11 @@ public:
         sent.push_back({"sign-up", to, token});
     }
     void sendHasAccount(const std::string &to) override { sent.push_back({"has account", to, {}}); }
+    void sendNewAddress(const std::string &to, const std::string &token) override
+    {
+        sent.push_back({"new address", to, token});
+    }
+    void sendAddressChanged(const std::string &to) override { sent.push_back({"address changed", to, {}}); }
     void sendPasswordReset(const std::string &to, const std::string &token) override
     {
         sent.push_back({"password", to, token});

@@ -55,7 +55,8 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
             "DROP TABLE issued_ads; DROP TABLE feedback; DROP TABLE sleeps; DROP TABLE bookmarks; DROP TABLE "
             "track_events; DROP TABLE seeds; DROP TABLE music_tokens; DROP "
             "TABLE stations; DROP TABLE tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "
-            "track_search; DROP TABLE artist_search; DROP TABLE cover_files; PRAGMA user_version = 1;");
+            "track_search; DROP TABLE artist_search; DROP TABLE cover_files; DROP TABLE invitations; ALTER TABLE "
+            "resets DROP COLUMN value; PRAGMA user_version = 1;");
     }
     Store store(m_file);
     EXPECT_EQ(store.setting("kept"), odd);

@@ -2,6 +2,7 @@
 
 #include "webfixture.h"
 
+#include "server/api/houseaddress.h"
 #include "server/library/library.h"
 #include "server/store/store.h"
 #include "server/web/html.h"
@@ -20,7 +21,7 @@ TEST_F(WebTest, aNewAccountLetsTheRadioLogInOnce)
     *m_now += 180;
     std::transform(code.begin(), code.end(), code.begin(), [](unsigned char c) { return char(std::tolower(c)); });
     enter(browser, " " + code.substr(0, 4) + "-" + code.substr(4), "create", "nora@example.org", "a long enough one");
-    for (const char *said : {"00:1A:2B:3C:4D:5E", "&quot;kitchen &lt;radio&gt;&quot;", "3 minutes ago", "192.0.2.7"})
+    for (const char *said : {"00:1A:2B:3C:4D:5E", "&quot;kitchen &lt;radio&gt;&quot;", "3 minutes ago", "192.168.2.7"})
         EXPECT_TRUE(browser.shows(said)) << said;
     EXPECT_EQ(deviceLogin().code, 5105); // not allowed yet
     EXPECT_EQ(browser.post("/activate/allow", allowed), 200);
@@ -321,7 +322,8 @@ TEST_F(WebTest, aResetLinkOpensOnceAndAShortPasswordDoesNotCostIt)
 TEST_F(WebTest, everyPageForbidsScriptsFramesAndStoring)
 {
     Browser browser(m_port);
-    for (const char *path : {"/activate", "/account", "/reset?token=x", "/pin?token=x", "/forgot", "/mistyped"}) {
+    for (const char *path : {"/", "/activate", "/account", "/sign-up", "/house", "/reset?token=x", "/pin?token=x",
+                             "/address?token=x", "/forgot", "/help", "/mistyped"}) {
         browser.get(path);
         const auto header = [&](const char *name) { return browser.last.header(name); };
         EXPECT_NE(header("Content-Security-Policy").find("default-src 'none'"), std::string::npos) << path;
@@ -356,6 +358,236 @@ TEST_F(WebTest, typedTextIsNeverMarkup)
     signIn(browser, "'\"><script>alert(1)&</script>", "x");
     EXPECT_TRUE(browser.shows("value=\"&#39;&quot;&gt;&lt;script&gt;alert(1)&amp;&lt;/script&gt;\"")) << browser.body;
     EXPECT_FALSE(browser.shows("<script"));
+}
+
+TEST_F(WebTest, TheOwnerDecidesWhoSignsUpAndAnInvitationMakesOneAccount)
+{
+    for (const auto &[address, isOurs] : {std::pair("127.0.0.1", true),
+                                          {"10.0.0.9", true},
+                                          {"172.31.0.1", true},
+                                          {"172.32.0.1", false},
+                                          {"192.168.1.2", true},
+                                          {"198.51.100.1", false},
+                                          {"::1", true},
+                                          {"fe80::1", true},
+                                          {"fd12::1", true},
+                                          {"2001:db8::1", false},
+                                          {"", false},
+                                          {"kitchen", false}})
+        EXPECT_EQ(isInHouse(address), isOurs) << address;
+    HouseRules &house = m_service->house;
+    EXPECT_TRUE(house.maySignUp(false)) << "the first account may come from anywhere";
+    const AccountId mira = addAccount();
+    const AccountId tomas = addAccount("tomas@example.org");
+    EXPECT_EQ(house.owner(), mira);
+    EXPECT_FALSE(house.maySignUp(false));
+    Browser owner(m_port);
+    Browser guest(m_port);
+    signIn(owner);
+    signIn(guest, "tomas@example.org");
+    EXPECT_EQ(guest.get("/house"), 403);
+    guest.get("/account");
+    for (const char *form : {"/house/sign-ups", "/house/invite", "/house/invitation", "/house/ads"})
+        EXPECT_EQ(guest.post(form, {{"rule", "nobody"}, {"lists", "1"}}), 403) << form;
+    EXPECT_EQ(owner.get("/house"), 200);
+
+    const auto signsUp = [&](const std::string &invitation) {
+        guest.get("/sign-up");
+        return guest.post(
+            "/sign-up", {{"invitation", invitation}, {"email", "nora@example.org"}, {"password", "a long enough one"}});
+    };
+    const auto invites = [&] {
+        EXPECT_EQ(owner.post("/house/invite", {{"guest", "Nora <b>"}}), 200);
+        std::smatch link;
+        EXPECT_TRUE(std::regex_search(owner.body, link, std::regex("/sign-up\\?invitation=([A-Za-z0-9_-]+)")));
+        EXPECT_TRUE(owner.shows("Nora &lt;b&gt;"));
+        return link[1].str();
+    };
+    EXPECT_EQ(owner.post("/house/sign-ups", {{"rule", "nonsense"}}), 422);
+    EXPECT_EQ(owner.post("/house/sign-ups", {{"rule", "invited"}}), 200);
+    EXPECT_EQ(signsUp({}), 403);
+    EXPECT_EQ(signsUp("made up"), 410);
+    EXPECT_EQ(
+        call("createUser", {{"userName", "nora@example.org"}, {"password", "a long enough one"}}, m_device.partnerToken)
+            .code,
+        5100);
+    EXPECT_TRUE(m_mailer.sent.empty());
+    const std::string invitation = invites();
+    owner.get("/house");
+    EXPECT_FALSE(owner.shows(invitation)) << "it is shown once";
+    EXPECT_EQ(guest.get("/sign-up?invitation=" + invitation), 200);
+    EXPECT_EQ(signsUp(invitation), 200);
+    EXPECT_EQ(signsUp(invitation), 200) << "used up by the account, not by the mail";
+    ASSERT_EQ(m_mailer.sent.size(), 2u);
+    EXPECT_TRUE(m_service->finishSignUp(m_mailer.sent[0].token));
+    EXPECT_FALSE(m_service->finishSignUp(m_mailer.sent[1].token));
+    EXPECT_EQ(signsUp(invitation), 410);
+    const std::string ended = invites();
+    const std::string late = invites();
+    house.endInvitation(tokenHash(ended));
+    EXPECT_EQ(signsUp(ended), 410);
+    *m_now += HouseRules::invitationSeconds;
+    EXPECT_EQ(signsUp(late), 410);
+    signIn(owner);
+    owner.get("/house");
+    EXPECT_EQ(owner.post("/house/invite", {{"guest", std::string(41, 'x')}}), 422);
+
+    const std::string unused = invites();
+    house.setSignUpRule(SignUpRule::House);
+    guest.get("/sign-up");
+    EXPECT_EQ(guest.post("/sign-up", {{"email", "ines@example.org"}, {"password", "a long enough one"}}), 200);
+    house.setSignUpRule(SignUpRule::Nobody);
+    EXPECT_FALSE(m_service->finishSignUp(m_mailer.sent.back().token)) << "nobody is nobody, whatever was mailed";
+    EXPECT_EQ(signsUp(unused), 410);
+    house.setOwner(tomas);
+    EXPECT_EQ(owner.get("/house"), 403);
+    m_service->accounts.setActive(tomas, false);
+    EXPECT_EQ(house.owner(), mira) << "an owner who is gone owns nothing";
+}
+
+TEST_F(WebTest, APersonSeesWhereTheyAreSignedInAndEndsIt)
+{
+    EXPECT_EQ(browserName("Mozilla/5.0 (Linux; Android 14; x) AppleWebKit/537.36 Chrome/126.0 Mobile Safari/537.36"),
+              "Chrome, Android");
+    EXPECT_EQ(browserName("Mozilla/5.0 (X11; Linux x86_64; rv:128.0) Gecko/20100101 Firefox/128.0"), "Firefox, Linux");
+    EXPECT_EQ(browserName("curl/8"), "");
+    addAccount();
+    addAccount("tomas@example.org");
+    Browser mine(m_port);
+    Browser phone(m_port);
+    Browser foreign(m_port);
+    signIn(mine);
+    signIn(phone);
+    signIn(foreign, "tomas@example.org");
+    const auto idIn = [](const Browser &browser) {
+        std::smatch id;
+        std::regex_search(browser.body, id, std::regex("name=\"session\" value=\"([0-9a-zA-Z_-]+)\""));
+        return id[1].str();
+    };
+    mine.get("/account/access");
+    EXPECT_TRUE(mine.shows("This is the browser that you use now."));
+    const std::string id = idIn(mine);
+    EXPECT_EQ(phone.cookie.find(id), std::string::npos);
+    foreign.get("/account/access");
+    EXPECT_EQ(foreign.post("/account/session", {{"session", id}}), 422) << "another account's";
+    EXPECT_EQ(mine.post("/account/session", {{"session", id}}), 200);
+    EXPECT_EQ(mine.post("/account/session", {{"session", id}}), 422);
+    phone.get("/account");
+    EXPECT_FALSE(phone.shows("Radios with access"));
+    signIn(phone);
+    EXPECT_EQ(mine.post("/account/session", {{"session", "*"}}), 200);
+    phone.get("/account");
+    EXPECT_FALSE(phone.shows("Radios with access"));
+    for (Browser *browser : {&mine, &foreign}) {
+        browser->get("/account");
+        EXPECT_TRUE(browser->shows("Radios with access"));
+    }
+}
+
+TEST_F(WebTest, ANewAddressCountsWhenItsMailIsOpened)
+{
+    addAccount();
+    addAccount("tomas@example.org");
+    Browser browser(m_port);
+    signIn(browser);
+    browser.get("/account/access");
+    const auto asks = [&](const std::string &address, const std::string &secret) {
+        return browser.post("/account/address", {{"address", address}, {"password", secret}});
+    };
+    EXPECT_EQ(asks("nowhere", password), 422);
+    EXPECT_TRUE(browser.shows("This is not an e-mail address."));
+    EXPECT_EQ(asks("mira@new.example", "wrong one"), 422);
+    EXPECT_TRUE(browser.shows("mira@new.example")) << "what was typed stays";
+    EXPECT_TRUE(m_mailer.sent.empty());
+    EXPECT_EQ(asks("tomas@example.org", password), 200);
+    const std::string known = std::regex_replace(browser.body, std::regex("tomas@example.org"), "x");
+    EXPECT_EQ(asks("mira@new.example", password), 200);
+    EXPECT_EQ(std::regex_replace(browser.body, std::regex("mira@new.example"), "x"), known)
+        << "only the mail tells who has an account";
+    ASSERT_EQ(m_mailer.sent.size(), 2u);
+    EXPECT_EQ(m_mailer.sent[0].kind + ", " + m_mailer.sent[1].kind, "has account, new address");
+    const std::string token = m_mailer.sent[1].token;
+    Browser telephone(m_port);
+    EXPECT_EQ(telephone.get("/address?token=" + token), 200);
+    EXPECT_TRUE(m_service->accounts.find(miraName)) << "looking changes nothing";
+    EXPECT_EQ(telephone.post("/address", {{"token", token}}), 200);
+    EXPECT_EQ(telephone.post("/address", {{"token", token}}), 410);
+    EXPECT_FALSE(m_service->accounts.find(miraName));
+    EXPECT_EQ(m_mailer.sent.back().kind + " " + m_mailer.sent.back().address,
+              std::string("address changed ") + miraName);
+    EXPECT_EQ(signIn(telephone, "MIRA@new.example"), 303);
+}
+
+TEST_F(WebTest, TheChildrensFilterObeysItsPin)
+{
+    const AccountId id = addAccount();
+    Browser browser(m_port);
+    signIn(browser);
+    browser.get("/account/children");
+    const auto isOn = [&] { return m_service->accounts.find(id)->isExplicitFilterOn; };
+    EXPECT_EQ(browser.post("/account/filter", {{"on", "1"}}), 200);
+    EXPECT_TRUE(isOn());
+    for (const char *bad : {"123", "123456789", "12a4"})
+        EXPECT_EQ(browser.post("/account/pin", {{"new", bad}}), 422) << bad;
+    EXPECT_EQ(browser.post("/account/pin", {{"new", "4071"}}), 200);
+    EXPECT_EQ(browser.post("/account/filter", {{"pin", "1111"}}), 422);
+    EXPECT_TRUE(browser.shows("The PIN is not right."));
+    EXPECT_TRUE(isOn());
+    EXPECT_EQ(browser.post("/account/pin", {{"pin", "1111"}, {"action", "remove"}}), 422);
+    EXPECT_EQ(browser.post("/account/filter", {{"pin", "4071"}}), 200);
+    EXPECT_FALSE(isOn());
+    EXPECT_EQ(browser.post("/account/pin-rescue", {}), 200);
+    EXPECT_EQ(m_mailer.sent.back().kind, "pin");
+    EXPECT_EQ(browser.post("/account/pin", {{"pin", "4071"}, {"action", "remove"}}), 200);
+    EXPECT_FALSE(m_service->accounts.find(id)->hasExplicitPin);
+}
+
+TEST_F(WebTest, WhatIsSentAfterTheSessionHasExpiredIsNotLost)
+{
+    addAccount();
+    const std::string token = logIn(miraName, m_device);
+    data("associateDevice", {{"deviceId", m_device.slot(0)}}, token);
+    Browser browser(m_port);
+    signIn(browser);
+    browser.get("/account");
+    const auto hiddenFields = [&] {
+        std::map<std::string, std::string> form;
+        const std::regex field("type=\"hidden\" name=\"([^\"]+)\" value=\"([^\"]*)\"");
+        for (std::sregex_iterator match(browser.body.begin(), browser.body.end(), field), end; match != end; ++match)
+            form[(*match)[1]] = (*match)[2];
+        return form;
+    };
+    const auto signsInAgain = [&](const std::string &secret) {
+        std::map<std::string, std::string> form = hiddenFields();
+        form["email"] = miraName;
+        form["password"] = secret;
+        return browser.post("/account/signin", form);
+    };
+    *m_now += 7 * 24 * 3600; // the page was open for a week
+    EXPECT_EQ(browser.post("/account/radio", {{"device", m_device.slot(0)}, {"name", "Kitchen"}, {"action", "rename"}}),
+              200);
+    EXPECT_TRUE(browser.shows("You were signed out"));
+    EXPECT_EQ(signsInAgain("wrong one"), 422);
+    EXPECT_EQ(signsInAgain(password), 200);
+    EXPECT_TRUE(browser.shows("Kitchen"));
+    EXPECT_EQ(m_service->devices.ofAccount(idOf()).at(0).name, "") << "a person sends it again, or not";
+    EXPECT_EQ(browser.post("/account/radio", hiddenFields()), 200);
+    EXPECT_EQ(m_service->devices.ofAccount(idOf()).at(0).name, "Kitchen");
+    *m_now += WebSessions::idleSeconds + 1;
+    EXPECT_EQ(browser.post("/account/address", {{"address", "mira@new.example"}, {"password", password}}), 200);
+    EXPECT_FALSE(browser.shows(password)) << "a password is typed again";
+    EXPECT_EQ(signsInAgain(password), 200);
+    EXPECT_TRUE(browser.shows("mira@new.example"));
+    *m_now += WebSessions::idleSeconds + 1;
+    browser.get("/house");
+    EXPECT_EQ(signsInAgain(password), 303);
+    EXPECT_EQ(browser.last.header("Location"), "/house");
+    for (const char *elsewhere : {"https://elsewhere.example", "//elsewhere.example", "/account/signout"}) {
+        browser.get("/account");
+        EXPECT_EQ(browser.post("/account/signin", {{"email", miraName}, {"password", password}, {"to", elsewhere}}),
+                  303);
+        EXPECT_EQ(browser.last.header("Location"), "/account") << elsewhere;
+    }
 }
 
 TEST_F(WebTest, OnlyTheOwnerSeesTheMusicPageWithEachFileThatDoesNotPlay)
