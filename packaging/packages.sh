@@ -8,6 +8,7 @@ packages_build=(
     libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
     libkissfft-dev libtag1-dev libsndfile1-dev libebur128-dev libturbojpeg0-dev libpng-dev libseccomp-dev libxxhash-dev
     libavformat-dev libavcodec-dev libswresample-dev libuchardet-dev prometheus-cpp-dev
+    libqrencode-dev libavahi-client-dev
 )
 packages_run=(
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-alsa
@@ -16,6 +17,7 @@ packages_run=(
     alsa-utils
 )
 packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
+packages_pages=(npm) # tests of the pages fetch axe-core with it
 packages_loudness=(ffmpeg python3) # tools/loudness
 packages_artwork=(librsvg2-bin netpbm optipng)
 packages_tidy=(clang-format clang-tidy clang libclang-14-dev llvm-14-dev)

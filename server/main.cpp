@@ -1,8 +1,11 @@
 // velmora-server: the station service as a program.
 
+#include "server/announcement.h"
 #include "server/api/apiserver.h"
+#include "server/api/houseaddress.h"
 #include "server/demoaccount.h"
 #include "server/demolibrary.h"
+#include "server/http/owncertificate.h"
 #include "server/library/library.h"
 #include "server/musicreport.h"
 #include "server/serveroptions.h"
@@ -12,8 +15,14 @@
 #include "server/web/mailbox.h"
 #include "server/web/webpages.h"
 
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <climits>
 #include <csignal>
 #include <cstdio>
+#include <deque>
+#include <mutex>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <thread>
@@ -26,10 +35,25 @@ using namespace velmora::server;
 constexpr int exitUsage = 2;
 constexpr int exitFailure = 1;
 
+// What the owner sees of the log in a browser: the latest lines. Any thread.
+constexpr size_t keptLines = 50;
+std::mutex linesMutex;
+std::deque<std::string> lines; // guarded by linesMutex
+
 void say(const std::string &line)
 {
     std::printf("%s\n", line.c_str());
     std::fflush(stdout);
+    const std::lock_guard guard(linesMutex);
+    lines.push_back(line);
+    if (lines.size() > keptLines)
+        lines.pop_front();
+}
+
+std::vector<std::string> latestLines()
+{
+    const std::lock_guard guard(linesMutex);
+    return {lines.begin(), lines.end()};
 }
 
 // The signals that end the program: blocked in every thread, accepted by waitForEnd().
@@ -105,6 +129,63 @@ bool hasMusic(const LibrarySettings &settings)
     return config && !config->folders.empty();
 }
 
+// Who reaches the service: as the command line says it, else as the configuration file does.
+Reach reachOf(const ServerOptions &options, const LibrarySettings &settings)
+{
+    if (options.reach || settings.configFile.empty())
+        return options.reach.value_or(Reach::Machine);
+    const auto read = readLibraryConfig(settings.configFile);
+    const auto *config = std::get_if<LibraryConfig>(&read);
+    return config ? config->reach : Reach::Machine;
+}
+
+// This machine's names, as far as a certificate may have them.
+std::vector<std::string> machineNames()
+{
+    std::array<char, HOST_NAME_MAX + 1> host{};
+    std::vector<std::string> names = {"localhost"};
+    if (::gethostname(host.data(), host.size() - 1) != 0)
+        return names;
+    const std::string name = host.data();
+    const bool isName = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) {
+        return std::isalnum(c) != 0 || c == '-' || c == '.';
+    });
+    if (isName) {
+        names.push_back(name);
+        names.push_back(name.substr(0, name.find('.')) + ".local");
+    }
+    return names;
+}
+
+struct OpenDoor {
+    std::vector<std::string> said; // for the log: what the house must know
+    std::string fingerprint;       // of the service's own certificate
+};
+
+// Opens the service to the house.
+OpenDoor openToHouse(Reach reach, const std::filesystem::path &dataDirectory, ListenSettings *listen)
+{
+    if (ApiServer::isLoopback(listen->host))
+        listen->host = "0.0.0.0";
+    if (reach == Reach::HouseUnencrypted) {
+        return {{"NOT ENCRYPTED: everybody in this network can read passwords and listen along; --house without "
+                 "--insecure-lan encrypts"},
+                {}};
+    }
+    if (!listen->tlsCertificate.empty())
+        return {};
+    std::vector<std::string> addresses = houseAddresses();
+    addresses.insert(addresses.end(), {"127.0.0.1", "::1"});
+    const http::OwnCertificate own = http::ownCertificate(dataDirectory / "tls", machineNames(), addresses);
+    listen->tlsCertificate = own.chain;
+    listen->tlsKey = own.key;
+    listen->isCertificateOwn = true;
+    return {{"certificate: SHA-256 " + own.fingerprint,
+             "certificate: browsers warn of it; compare the fingerprint, or let them trust " + own.authority.string(),
+             "certificate: radios trust it with ca_file=" + own.authority.string()},
+            own.fingerprint};
+}
+
 // Why a file that the options name must not be used; empty: all is well.
 std::string secretsProblem(const ServerOptions &options)
 {
@@ -119,8 +200,8 @@ std::string secretsProblem(const ServerOptions &options)
     return {};
 }
 
-// The data folder for this program alone. Null where it is not needed: a report only reads, so it may be made beside
-// the service, unless that is of another version.
+// The data folder for this program alone. Null where it is not needed: a report only reads, and a new owner is one row,
+// so both may be done beside the service, unless that is of another version.
 std::unique_ptr<DataFolder> openDataFolder(const ServerOptions &options)
 {
     try {
@@ -130,7 +211,8 @@ std::unique_ptr<DataFolder> openDataFolder(const ServerOptions &options)
         return folder;
     } catch (const FolderInUse &) {
         Database db(options.dataDirectory / DataFolder::databaseName);
-        if (!options.showsMusicReport || options.forgetsMissing || schemaVersion(db) != newestSchemaVersion())
+        const bool mayShare = options.task == Task::MakeOwner || (options.showsMusicReport && !options.forgetsMissing);
+        if (!mayShare || schemaVersion(db) != newestSchemaVersion())
             throw;
     }
     return nullptr;
@@ -161,6 +243,23 @@ int restore(const ServerOptions &options)
     say("restored from " + options.backup.string());
     if (!aside.empty())
         say("what was there before lies in " + aside.string());
+    return 0;
+}
+
+int makeOwner(const ServerOptions &options)
+{
+    std::error_code error;
+    if (!std::filesystem::exists(options.dataDirectory / DataFolder::databaseName, error))
+        throw std::runtime_error("there is no service's data in " + options.dataDirectory.string());
+    const std::unique_ptr<const DataFolder> folder = openDataFolder(options);
+    ServiceSettings settings;
+    settings.dataDirectory = options.dataDirectory;
+    StationService service(settings);
+    const std::optional<Account> account = service.accounts.find(options.owner);
+    if (!account || !account->isActive)
+        throw std::runtime_error("there is no account " + options.owner);
+    service.house.setOwner(account->id);
+    say(account->userName + " owns the service now");
     return 0;
 }
 
@@ -232,8 +331,12 @@ int run(const ServerOptions &options)
     service.mailer = &mailbox;
 
     ListenSettings listen = options.listen;
+    OpenDoor door;
+    if (const Reach reach = reachOf(options, music); reach != Reach::Machine)
+        door = openToHouse(reach, service.dataDirectory(), &listen);
     const bool isEncrypted = !listen.tlsCertificate.empty() || listen.publicUrl.starts_with("https://");
     WebPages pages(service, isEncrypted);
+    pages.setAbout({VELMORA_VERSION, door.fingerprint, latestLines});
     listen.addPages = [&pages](http::Router &router) { pages.addTo(router); };
     listen.pageNotFound = [&pages] { return pages.notFound(); };
 
@@ -247,6 +350,11 @@ int run(const ServerOptions &options)
         return exitFailure;
     }
     say("velmora-server listening on " + server.url());
+    for (const std::string &line : door.said)
+        say(line);
+    std::optional<Announcement> announcement;
+    if (!ApiServer::isLoopback(listen.host))
+        announcement.emplace(static_cast<uint16_t>(server.port()), !listen.tlsCertificate.empty());
     library.start(); // after the address is known to be free: a second server must not touch the music
     if (options.smtp.empty())
         say("mails are written to " + outbox.string());
@@ -286,6 +394,8 @@ int main(int argc, char *argv[])
             return backUp(options);
         case Task::Restore:
             return restore(options);
+        case Task::MakeOwner:
+            return makeOwner(options);
         case Task::Serve:
             break;
         }

@@ -193,9 +193,15 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
     ServerOptions options;
     options.dataDirectory = defaultDataDirectory();
     bool isInsecureLan = false;
+    bool isInHouse = false;
     for (size_t i = 0; i < arguments.size(); ++i) {
         const std::string &argument = arguments[i];
-        if (i == 0 && (argument == "backup" || argument == "restore")) {
+        if (i == 0 && argument == "make-owner") {
+            if (arguments.size() < 2 || !isMailAddress(arguments[1]))
+                return argument + " needs the e-mail address of an account";
+            options.task = Task::MakeOwner;
+            options.owner = arguments[++i];
+        } else if (i == 0 && (argument == "backup" || argument == "restore")) {
             if (arguments.size() < 2 || arguments[1].empty() || arguments[1].starts_with("-"))
                 return argument + " needs a file";
             options.task = argument == "backup" ? Task::Backup : Task::Restore;
@@ -210,6 +216,8 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
             options.showsMusicReport = true;
         } else if (argument == "--forget-missing") {
             options.forgetsMissing = true;
+        } else if (argument == "--house") {
+            isInHouse = true;
         } else if (argument == "--insecure-lan") {
             isInsecureLan = true;
         } else if (argument == "--die-with-parent") {
@@ -227,10 +235,12 @@ std::variant<ServerOptions, std::string> parseOptions(const std::vector<std::str
     }
     if (options.listen.tlsCertificate.empty() != options.listen.tlsKey.empty())
         return std::string("--tls-cert and --tls-key go together");
+    if (isInHouse)
+        options.reach = isInsecureLan ? Reach::HouseUnencrypted : Reach::House;
     if (!ApiServer::isLoopback(options.listen.host) && options.listen.tlsCertificate.empty() && !isInsecureLan &&
-        !options.showsHelp)
+        !isInHouse && !options.showsHelp)
         return "listening on " + options.listen.host +
-               " lets other machines in: give a certificate (--tls-cert, --tls-key) or say --insecure-lan";
+               " lets other machines in: give a certificate (--tls-cert, --tls-key), or say --house or --insecure-lan";
     return options;
 }
 
@@ -239,6 +249,8 @@ std::string usage()
     return R"(usage: velmora-server [OPTION]...
        velmora-server backup FILE [--data DIR]    copy what is stored into a file, also while the service runs
        velmora-server restore FILE [--data DIR]   go back to such a copy; what is there is put aside
+       velmora-server make-owner E-MAIL [--data DIR]
+                                                  make this account the owner's, also while the service runs
 
   --listen HOST:PORT        where to listen (127.0.0.1:7480); port 0 picks one
   --data DIR                where everything is kept ($XDG_DATA_HOME/velmora-server)
@@ -246,6 +258,8 @@ std::string usage()
   --trusted-proxy ADDRESS   a reverse proxy whose X-Forwarded-For names the caller; may be given several times
   --tls-cert FILE --tls-key FILE
                             HTTPS with this certificate chain and key (PEM)
+  --house                   let the house in: listen on every interface, with a certificate that is made at the first
+                            start, or with that of --tls-cert
   --insecure-lan            listen beyond this machine without a certificate
   --music DIR               play the music in this folder; may be given several times
   --music-exclude PATTERN   leave out files and folders with such names; may be given several times

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "server/api/apiserver.h"
+#include "server/library/libraryconfig.h"
 
 #include <optional>
 #include <string>
@@ -10,13 +11,15 @@
 namespace velmora::server {
 
 // What the program is asked to do; all but Serve end by themselves.
-enum class Task { Serve, Backup, Restore };
+enum class Task { Serve, Backup, Restore, MakeOwner };
 
 // The command line of velmora-server.
 struct ServerOptions {
     Task task = Task::Serve;
     std::filesystem::path backup; // the file of Backup and Restore
+    std::string owner;            // the e-mail address of MakeOwner
     ListenSettings listen;
+    std::optional<Reach> reach; // as it was said; else the configuration decides
     std::filesystem::path dataDirectory;
     TokenLifetimes lifetimes;
     std::vector<std::filesystem::path> music;                   // folders, absolute

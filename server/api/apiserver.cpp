@@ -68,7 +68,8 @@ void ApiServer::start()
     settings.tlsCertificate = m_settings.tlsCertificate;
     settings.tlsKey = m_settings.tlsKey;
     settings.trustedProxies = m_settings.trustedProxies;
-    settings.sendsHsts = !m_settings.tlsCertificate.empty() || m_settings.publicUrl.starts_with("https://");
+    settings.sendsHsts = (!m_settings.tlsCertificate.empty() && !m_settings.isCertificateOwn) ||
+                         m_settings.publicUrl.starts_with("https://");
     settings.limits = m_settings.limits;
     settings.refusal = [this](int status, const http::Request &request) { return refusal(status, request); };
     m_server = std::make_unique<http::Server>(std::move(settings), router());

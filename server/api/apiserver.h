@@ -11,6 +11,8 @@ struct ListenSettings {
     int port = 7480;                      // 0 picks one
     std::filesystem::path tlsCertificate; // PEM, the chain; with the key: HTTPS
     std::filesystem::path tlsKey;
+    // The service made its certificate itself: a browser warns, and its person decides each time.
+    bool isCertificateOwn = false;
     std::string publicUrl; // what the radio and browsers reach, when that is not where the server listens
     // For trying out how a radio behaves: every media stream gets no more than this. 0: no limit.
     int64_t throttleBytesPerSecond = 0;

@@ -31,6 +31,21 @@ bool readNumber(const std::string &text, int lowest, int highest, int *value)
 }
 
 // What is wrong; empty when nothing is.
+std::string takeHouse(LibraryConfig &config, const std::string &key, const std::string &value)
+{
+    if (key != "listen")
+        return "there is no key " + printable(key);
+    if (value == "machine")
+        config.reach = Reach::Machine;
+    else if (value == "house")
+        config.reach = Reach::House;
+    else if (value == "house-unencrypted")
+        config.reach = Reach::HouseUnencrypted;
+    else
+        return "listen is machine, house or house-unencrypted";
+    return {};
+}
+
 std::string take(LibraryConfig &config, const std::string &key, const std::string &value)
 {
     if (key == "music") {
@@ -109,28 +124,29 @@ std::variant<LibraryConfig, std::string> parseLibraryConfig(const std::string &t
     LibraryConfig config;
     std::istringstream lines(text);
     std::string line;
-    bool isLibrary = false;
+    std::string section;
     for (int number = 1; std::getline(lines, line); ++number) {
         const auto wrong = [&](const std::string &what) { return "line " + std::to_string(number) + ": " + what; };
         const std::string content = trimmed(line);
         if (content.empty() || content[0] == '#')
             continue;
         if (content[0] == '[') {
-            if (content != "[library]")
+            if (content != "[library]" && content != "[house]")
                 return wrong("there is no section " + printable(content));
-            isLibrary = true;
+            section = content;
             continue;
         }
         const size_t equals = content.find('=');
         if (equals == std::string::npos)
             return wrong("a line is key = value");
-        if (!isLibrary)
-            return wrong("this belongs under [library]");
+        if (section.empty())
+            return wrong("this belongs under [library] or [house]");
         const std::string value = trimmed(content.substr(equals + 1));
         const std::string key = trimmed(content.substr(0, equals));
         if (value.empty())
             return wrong(printable(key) + " has no value");
-        if (const std::string what = take(config, key, value); !what.empty())
+        const std::string what = section == "[house]" ? takeHouse(config, key, value) : take(config, key, value);
+        if (!what.empty())
             return wrong(what);
     }
     return config;

@@ -9,8 +9,13 @@
 
 namespace velmora::server {
 
-// What the owner says about the own music; the [library] section of the configuration file.
+// Who reaches the service: this machine alone, or everybody in the house's network.
+enum class Reach { Machine, House, HouseUnencrypted };
+
+// What the owner says in the configuration file: about the own music under [library], and under [house] who reaches the
+// service, which counts from the next start.
 struct LibraryConfig {
+    Reach reach = Reach::Machine;
     std::vector<std::filesystem::path> folders; // absolute
     std::vector<std::string> excluded;          // patterns of names or of paths in a folder, as a shell has them
     int rescanMinutes = 15;
@@ -23,8 +28,8 @@ struct LibraryConfig {
     bool operator==(const LibraryConfig &) const = default;
 };
 
-// Lines of `key = value` under `[library]`; '#' begins a comment line; `music` and `exclude` may come several times.
-// What is wrong, with its line number, for the person who wrote it.
+// Lines of `key = value` under `[library]` and `[house]`; '#' begins a comment line; `music` and `exclude` may come
+// several times. What is wrong, with its line number, for the person who wrote it.
 std::variant<LibraryConfig, std::string> parseLibraryConfig(const std::string &text);
 // The same of a file; one that is not there is an error too.
 std::variant<LibraryConfig, std::string> readLibraryConfig(const std::filesystem::path &file);

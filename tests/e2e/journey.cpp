@@ -102,6 +102,9 @@ QProcessEnvironment Journey::environment() const
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("VELMORA_PRIVATE_ROOT", m_root.filePath("device"));
     environment.insert("VELMORA_WS_SERVER", m_options.radioUrl.isEmpty() ? m_serverUrl : m_options.radioUrl);
+    const QString authority = m_root.filePath("server/tls/authority.pem"); // where the service has made one
+    if (QFile::exists(authority))
+        environment.insert("VELMORA_WS_CA_FILE", authority);
     environment.insert("VELMORA_WS_STATE_DIR", m_root.filePath("state"));
     environment.insert("XDG_STATE_HOME", m_root.filePath("statehome"));
     const QString usualSink = QStringLiteral("fakesink sync=%1").arg(m_options.isShort ? "false" : "true");
@@ -131,7 +134,7 @@ bool Journey::startServer()
     if (!m_options.radioUrl.isEmpty())
         arguments += {"--public-url", m_options.radioUrl};
     m_server->start(QStringLiteral(JOURNEY_SERVER), arguments + m_options.serverOptions);
-    static const QRegularExpression listening("listening on (http://127\\.0\\.0\\.1:(\\d+))");
+    static const QRegularExpression listening("listening on (https?://\\S+:(\\d+))");
     QElapsedTimer clock;
     clock.start();
     while (clock.elapsed() < startSeconds * 1000 && m_server->state() != QProcess::NotRunning) {

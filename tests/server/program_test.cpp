@@ -21,7 +21,7 @@ TEST(OptionsTest, EveryOptionIsRead)
         "30,5 --analysis off --music-exclude *.part --loudness -14 --no-demo --demo-tracks 7 --throttle 9000 --fail "
         "search=5096,3 --fail getPlaylist=5000 --smtp "
         "smtp://mail:25 --smtp-tls require --smtp-ca /ca --smtp-login /login --mail-from me@here --outbox /out "
-        "--die-with-parent --maintenance");
+        "--die-with-parent --maintenance --house");
     const auto parsed = parseOptions({std::istream_iterator<std::string>(words), {}});
     const auto *read = std::get_if<ServerOptions>(&parsed);
     ASSERT_TRUE(read) << std::get<std::string>(parsed);
@@ -34,6 +34,7 @@ TEST(OptionsTest, EveryOptionIsRead)
               std::tuple("/d", "smtp://mail:25", "/login", "me@here", "/out"));
     EXPECT_TRUE(read->isSmtpTlsRequired && read->smtpCa == "/ca" && read->task == Task::Serve);
     EXPECT_EQ(read->demoTracksOfStyle, 7);
+    EXPECT_EQ(read->reach, Reach::House);
     EXPECT_TRUE(read->isAnalysed == false && read->loudness == -14.0 && read->musicExcluded.front() == "*.part");
     EXPECT_TRUE(read->hasDemo == false && read->diesWithParent && read->isUnderMaintenance);
     ASSERT_EQ(read->failures.size(), 2u);
@@ -68,6 +69,8 @@ TEST(OptionsTest, InvalidOptionsAreRefused)
                              "--smtp-tls maybe",
                              "backup",
                              "restore --data /d",
+                             "make-owner",
+                             "make-owner mira",
                              "--data /d backup /b",
                              "--mail-from me",
                              "--data",
@@ -75,7 +78,7 @@ TEST(OptionsTest, InvalidOptionsAreRefused)
                              "--loudness 3"})
         EXPECT_FALSE(isTaken(line)) << line;
     EXPECT_TRUE(std::holds_alternative<std::string>(parseOptions({"--data", ""})));
-    for (const char *line : {"--listen 0.0.0.0:80 --insecure-lan", "--listen [::1]:80",
+    for (const char *line : {"--listen 0.0.0.0:80 --insecure-lan", "--listen [::1]:80", "--house --listen 0.0.0.0:80",
                              "--listen 0.0.0.0:80 --tls-cert c --tls-key k", "backup /b --data /d", "restore /b"})
         EXPECT_TRUE(isTaken(line)) << line;
 }
@@ -108,6 +111,55 @@ TEST_F(ProgramTest, SaysWhereItListensAnswersAndEndsCleanlyOnBothSignals)
     struct stat status {};
     ASSERT_EQ(::stat(data().c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0700u);
+}
+
+TEST_F(ProgramTest, TheHouseIsLetInWithACertificateOfTheServicesOwn)
+{
+    const std::filesystem::path tls = std::filesystem::path(data()) / "tls";
+    const auto contents = [&](const char *name) {
+        std::ifstream file(tls / name);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    std::vector<std::string> options = m_usual;
+    options.emplace_back("--house");
+    std::string chain;
+    for (const bool isFirst : {true, false}) {
+        ServerProgram server(options);
+        const int port = server.port();
+        EXPECT_TRUE(server.line().starts_with("certificate: SHA-256 "));
+        HttpClient client(port, {}, HttpClient::Tls::Newest);
+        EXPECT_TRUE(client.isEncrypted());
+        EXPECT_TRUE(isFirst || chain == contents("chain.pem")) << "browsers keep what they were told of it";
+        chain = contents("chain.pem");
+        expectEnd(server, SIGTERM, 2s);
+    }
+    for (const char *key : {"key.pem", "authority-key.pem"}) {
+        struct stat status {};
+        ASSERT_EQ(::stat((tls / key).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777, 0600u) << key;
+    }
+    const auto verifies = [&](const std::string &as) {
+        return std::system(("openssl verify -CAfile " + (tls / "authority.pem").string() + " " + as + " " +
+                            (tls / "chain.pem").string() + " >/dev/null 2>&1")
+                               .c_str()) == 0;
+    };
+    EXPECT_TRUE(verifies("-verify_ip 127.0.0.1") && verifies("-verify_hostname localhost"));
+    EXPECT_FALSE(verifies("-verify_hostname elsewhere.example"));
+    const std::string authority = contents("authority.pem");
+    std::ofstream(tls / "chain.pem") << "damaged";
+    std::ofstream(m_directory / "server.conf") << "[house]\nlisten = house\n";
+    options.back() = "--config";
+    options.push_back((m_directory / "server.conf").string());
+    {
+        ServerProgram server(options);
+        EXPECT_TRUE(HttpClient(server.port(), {}, HttpClient::Tls::Newest).isEncrypted());
+        EXPECT_TRUE(verifies("-verify_ip 127.0.0.1")) << "made again";
+        EXPECT_EQ(contents("authority.pem"), authority) << "what radios trust stays";
+    }
+    std::ofstream(m_directory / "server.conf") << "[house]\nlisten = house-unencrypted\n";
+    ServerProgram server(options);
+    server.port();
+    EXPECT_TRUE(server.line().starts_with("NOT ENCRYPTED"));
 }
 
 TEST_F(ProgramTest, AnUnknownOptionIsAnsweredWithTheUsageAndExitCode2)
@@ -187,6 +239,10 @@ TEST_F(ProgramTest, ABackupOfARunningServiceIsTakenAndGoneBackTo)
                      partner["partnerToken"]);
             call("associateDevice", {{"deviceId", deviceId}}, user["userToken"]);
         };
+        EXPECT_EQ(lineOf({"make-owner", "nobody@example.org", "--data", data()}, 1),
+                  "velmora-server: there is no account nobody@example.org");
+        EXPECT_EQ(lineOf({"make-owner", "MIRA@example.org", "--data", data()}, 0),
+                  "mira@example.org owns the service now");
         addRadio(before); // in the log of the database, not in the database yet
         EXPECT_EQ(lineOfTask("backup", backup, 0), "backed up to " + backup);
         EXPECT_EQ(fs::status(backup).permissions(), fs::perms::owner_read | fs::perms::owner_write);

@@ -66,7 +66,7 @@ public:
     int port()
     {
         std::string text = line();
-        while (!text.empty() && !text.starts_with("velmora-server listening on http://127.0.0.1:"))
+        while (!text.empty() && !text.starts_with("velmora-server listening on http"))
             text = line();
         return text.empty() ? 0 : std::stoi(text.substr(text.rfind(':') + 1));
     }
