@@ -32,7 +32,7 @@ WebDriver::~WebDriver()
     m_driver.waitForFinished();
 }
 
-bool WebDriver::start()
+bool WebDriver::start(bool hasScripts)
 {
     m_driver.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_driver.setProcessChannelMode(QProcess::MergedChannels);
@@ -64,8 +64,9 @@ bool WebDriver::start()
                                   "--disable-sync",
                                   "--window-size=412,915", // a telephone's
                                   QStringLiteral("--user-data-dir=") + m_profile.path()};
+    const int scripts = hasScripts ? 1 : 2;
     const QJsonObject options{{"args", arguments},
-                              {"prefs", QJsonObject{{"profile.managed_default_content_settings.javascript", 2}}}};
+                              {"prefs", QJsonObject{{"profile.managed_default_content_settings.javascript", scripts}}}};
     const QJsonObject capabilities{{"alwaysMatch", QJsonObject{{"goog:chromeOptions", options}}}};
     const QJsonObject answer = ask("POST", "/session", {{"capabilities", capabilities}}).toObject();
     const QString id = answer.value("sessionId").toString();
@@ -127,6 +128,37 @@ bool WebDriver::click(const QString &css)
 QString WebDriver::title()
 {
     return ask("GET", m_session + QStringLiteral("/title")).toString();
+}
+
+bool WebDriver::press(const QString &keys)
+{
+    QJsonArray steps;
+    for (const QChar key : keys) {
+        steps.append(QJsonObject{{"type", "keyDown"}, {"value", QString(key)}});
+        steps.append(QJsonObject{{"type", "keyUp"}, {"value", QString(key)}});
+    }
+    const QJsonObject keyboard{{"type", "key"}, {"id", "keyboard"}, {"actions", steps}};
+    return ask("POST", m_session + QStringLiteral("/actions"), {{"actions", QJsonArray{keyboard}}}).isNull();
+}
+
+QJsonValue WebDriver::execute(const QString &script)
+{
+    return ask(
+        "POST", m_session + QStringLiteral("/execute/async"),
+        {{"script",
+          QStringLiteral("const done = arguments[0]; (async () => {%1})().then(done, e => done('' + e))").arg(script)},
+         {"args", QJsonArray()}});
+}
+
+void WebDriver::setScreen(int width, int height, bool isLight)
+{
+    const auto tell = [this](const char *command, const QJsonObject &parameters) {
+        ask("POST", m_session + QStringLiteral("/goog/cdp/execute"), {{"cmd", command}, {"params", parameters}});
+    };
+    tell("Emulation.setDeviceMetricsOverride",
+         {{"width", width}, {"height", height}, {"deviceScaleFactor", 1}, {"mobile", width < height}});
+    const QJsonObject scheme{{"name", "prefers-color-scheme"}, {"value", isLight ? "light" : "dark"}};
+    tell("Emulation.setEmulatedMedia", {{"features", QJsonArray{scheme}}});
 }
 
 void WebDriver::screenshot(const QString &file)

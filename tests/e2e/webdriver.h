@@ -14,7 +14,8 @@ public:
     WebDriver(const WebDriver &) = delete;
     WebDriver &operator=(const WebDriver &) = delete;
 
-    bool start(); // false with a reason in problem()
+    // False with a reason in problem(). `hasScripts`: pages may run scripts, which execute() needs.
+    bool start(bool hasScripts = false);
     QString problem() const { return m_problem; }
 
     bool open(const QString &url);
@@ -22,6 +23,12 @@ public:
     bool type(const QString &css, const QString &text);
     bool click(const QString &css);
     QString title();
+    // Presses the keys, one after the other, wherever the focus is.
+    bool press(const QString &keys);
+    // The value of this function body.
+    QJsonValue execute(const QString &script);
+    // The page as this screen shows it, in CSS pixels, and in the light or the dark scheme.
+    void setScreen(int width, int height, bool isLight);
     void screenshot(const QString &file);
 
 private:
