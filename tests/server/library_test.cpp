@@ -671,7 +671,8 @@ TEST(LibraryRulesTest, ArtistAndTitleComeFromTagsOrThePath)
     const auto config = parseLibraryConfig(
         "# mine\n[library]\nmusic = /a b/\nexclude=*.tmp\nworkers = 2\nanalysis=off\nrescan-minutes = 60 /mnt//s x/\n");
     ASSERT_TRUE(std::holds_alternative<LibraryConfig>(config)) << std::get<std::string>(config);
-    EXPECT_EQ(std::get<LibraryConfig>(config), (LibraryConfig{{"/a b"}, {"*.tmp"}, 15, {{"/mnt/s x", 60}}, 2, false}));
+    EXPECT_EQ(std::get<LibraryConfig>(config),
+              (LibraryConfig{Reach::Machine, {"/a b"}, {"*.tmp"}, 15, {{"/mnt/s x", 60}}, 2, false}));
     for (const char *wrong :
          {"music=/a", "[library]\nmusic=a", "[library]\nworkers=many", "[other]\n", "[library]\nx=1"})
         EXPECT_TRUE(std::holds_alternative<std::string>(parseLibraryConfig(wrong))) << wrong;
