@@ -98,6 +98,7 @@ void Connection::end()
         return;
     m_phase = Phase::Ended;
     const auto self = shared_from_this();
+    leaveAwaiting();
     setWaiting(false);
     releaseBody();
     m_timer.cancel();
@@ -132,6 +133,7 @@ bool Connection::step()
     case Phase::Lingering:
         return stepLingering();
     case Phase::Working:
+    case Phase::Awaiting:
     case Phase::Ended:
         break;
     }
@@ -247,7 +249,7 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
         bool isDone = true;
         try {
             *response = route->handler(*request);
-            if (!response->lane)
+            if (!response->lane && !response->wait)
                 applyConditions(*request, *response);
         } catch (const std::exception &error) {
             std::fprintf(stderr, "velmora-server: %s: %s\n", route->path.c_str(), error.what());
@@ -258,6 +260,8 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
             self->advanceAfter([&] {
                 if (isDone && response->lane)
                     self->handOver(request, *response->lane);
+                else if (isDone && response->wait)
+                    self->await(request, *response);
                 else if (isDone)
                     self->respond(std::move(*response));
                 else
@@ -267,6 +271,87 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
     });
     if (!isTaken)
         refuse(503, *request);
+}
+
+// Holds the request and its socket until there is news. Not in a thread: a thousand may wait.
+void Connection::await(std::shared_ptr<Request> request, const Response &response)
+{
+    releaseBody();
+    if (m_phase == Phase::Ended)
+        return;
+    if (m_isFinishing) {
+        end();
+        return;
+    }
+    if (request->isWaitOver) {
+        refuse(500, *request);
+        return;
+    }
+    m_phase = Phase::Awaiting;
+    if (!m_awaitsUntil)
+        m_awaitsUntil = Clock::now() + response.waitAtMost;
+    m_pause = Pause{std::move(request), response.wait};
+    ++m_pauses;
+    setWaiting(true);
+    m_deadline = *m_awaitsUntil;
+    if (m_deadline < m_timerAt)
+        armTimer();
+    watchWhileAwaiting();
+    // Under the wait's lock, which end() takes before the loop goes: the loop is there.
+    response.wait->onWake([weak = weak_from_this(), &io = m_loop.io, pause = m_pauses] {
+        asio::post(io, [weak, pause] {
+            const auto self = weak.lock();
+            if (self && self->m_pause && self->m_pauses == pause)
+                self->advanceAfter([&] { self->askAgain(); });
+        });
+    });
+}
+
+// A caller that goes away while it waits is noticed.
+void Connection::watchWhileAwaiting()
+{
+    m_socket.async_wait(asio::ip::tcp::socket::wait_read,
+                        [self = shared_from_this(), pause = m_pauses](const boost::system::error_code &error) {
+                            if (!self->m_pause || self->m_pauses != pause)
+                                return;
+                            if (error)
+                                self->end();
+                            else
+                                self->advanceAfter([&] { self->readWhileAwaiting(); });
+                        });
+}
+
+void Connection::readWhileAwaiting()
+{
+    const size_t limit = m_loop.settings.limits.headerBytes;
+    const IoResult result = m_transport->read(m_loop.scratch);
+    const bool isGone = result.state == IoState::Ended;
+    if (isGone || m_input.size() + result.count > limit) {
+        end();
+        return;
+    }
+    m_input.append(m_loop.scratch.data(), result.count); // a request that follows
+    watchWhileAwaiting();
+}
+
+void Connection::leaveAwaiting()
+{
+    if (!m_pause)
+        return;
+    m_pause->wait->forget();
+    m_pause.reset();
+    boost::system::error_code ignored;
+    m_socket.cancel(ignored);
+}
+
+void Connection::askAgain()
+{
+    const auto request = m_pause->request;
+    leaveAwaiting();
+    m_phase = Phase::Working;
+    setWaiting(false);
+    setDeadline(never);
+    handOver(request, request->lane);
 }
 
 void Connection::refuse(int status, const Request &request)
@@ -283,6 +368,7 @@ void Connection::respond(Response response)
     if (m_phase == Phase::Ended)
         return;
     m_parser.reset();
+    m_awaitsUntil.reset();
     m_isKeptAlive = m_isKeptAlive && !m_isFinishing;
     m_output = headOf(response, m_isKeptAlive, m_loop.settings.sendsHsts);
     m_outputSent = 0;
@@ -479,6 +565,11 @@ void Connection::armTimer()
 
 void Connection::timeIsUp()
 {
+    if (m_phase == Phase::Awaiting) {
+        m_pause->request->isWaitOver = true;
+        askAgain();
+        return;
+    }
     if (m_phase == Phase::Receiving && m_parser) {
         m_isKeptAlive = false;
         refuse(408, m_parser->request());

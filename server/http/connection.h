@@ -53,6 +53,7 @@ private:
         Handshake, // TLS
         Receiving, // a request; before its first byte the connection is idle
         Working,   // a worker has it
+        Awaiting,  // news; no thread has it
         Answering, // the head of an answer, and its text
         Streaming, // a file
         Lingering, // the last answer is out; what still arrives is thrown away
@@ -75,6 +76,11 @@ private:
     bool headersRead();
     void work();
     void handOver(std::shared_ptr<Request> request, Lane lane);
+    void await(std::shared_ptr<Request> request, const Response &response);
+    void watchWhileAwaiting();
+    void readWhileAwaiting();
+    void leaveAwaiting();
+    void askAgain();
 
     void refuse(int status, const Request &request);
     void respond(Response response);
@@ -118,6 +124,14 @@ private:
         bool isHeld = false; // by the pace, or by a worker that reads ahead
     };
     std::unique_ptr<Transfer> m_transfer;
+
+    struct Pause { // of a request that awaits news
+        std::shared_ptr<Request> request;
+        std::shared_ptr<Wait> wait;
+    };
+    std::optional<Pause> m_pause;                   // in Phase::Awaiting only
+    std::optional<Clock::time_point> m_awaitsUntil; // from the first wait of a request to its answer
+    unsigned m_pauses = 0;                          // tells a pause from earlier ones
 
     Clock::time_point m_deadline = Clock::time_point::max();
     Clock::time_point m_timerAt = Clock::time_point::max();

@@ -88,10 +88,41 @@ void Response::setFile(std::shared_ptr<const File> content, std::string type)
     setHeader("Last-Modified", file->lastModified());
 }
 
+void Wait::wake()
+{
+    const std::lock_guard guard(m_mutex);
+    m_isWoken = true;
+    if (m_callback)
+        std::exchange(m_callback, nullptr)();
+}
+
+void Wait::onWake(std::function<void()> callback)
+{
+    const std::lock_guard guard(m_mutex);
+    if (m_isWoken)
+        callback();
+    else
+        m_callback = std::move(callback);
+}
+
+void Wait::forget()
+{
+    const std::lock_guard guard(m_mutex);
+    m_callback = nullptr;
+}
+
 Response Response::handledIn(Lane lane)
 {
     Response response;
     response.lane = lane;
+    return response;
+}
+
+Response Response::answeredAfter(std::shared_ptr<Wait> wait, std::chrono::milliseconds atMost)
+{
+    Response response;
+    response.wait = std::move(wait);
+    response.waitAtMost = atMost;
     return response;
 }
 

@@ -3,6 +3,8 @@
 #include "server/http/file.h"
 
 #include <chrono>
+#include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +22,25 @@ std::string_view headerOf(const Headers &headers, std::string_view name);
 // whose hashes are slow on purpose.
 enum class Lane { Functions, Files, Passwords };
 
+// Lets the answer to a request wait without a thread. The handler hands it to whoever will have news and returns it in
+// its response; the handler is called again after wake(), or when the time is up. Any thread.
+class Wait {
+public:
+    // Before or after the connection waits. Only the first call counts.
+    void wake();
+
+private:
+    friend class Connection;
+    // Called at the wake, once; at once when that was before. Must not call wake() or forget().
+    void onWake(std::function<void()> callback);
+    // No call begins after the return.
+    void forget();
+
+    std::mutex m_mutex;
+    bool m_isWoken = false;
+    std::function<void()> m_callback; // null: nobody waits
+};
+
 // A request whose body has arrived. A plain value; any thread.
 struct Request {
     std::string method; // "GET", "HEAD", "POST" and so on
@@ -32,6 +53,7 @@ struct Request {
     Lane lane = Lane::Functions;     // whose thread handles it
     std::vector<std::string> pieces; // what matched the asterisks of the route
     std::chrono::steady_clock::time_point arrivedAt; // the end of its headers
+    bool isWaitOver = false;                         // the time of its wait is up: the handler must answer
 
     std::string_view header(std::string_view name) const { return headerOf(headers, name); }
     // A field of the posted form, or of the query of any other method; decoded. Empty when there is none.
@@ -42,7 +64,9 @@ struct Request {
 
 // What a handler answers: a text or a part of a file.
 struct Response {
-    std::optional<Lane> lane; // no answer: the handler is to be called again by a thread of this lane
+    std::optional<Lane> lane;                // no answer: the handler is to be called again by a thread of this lane
+    std::shared_ptr<Wait> wait;              // no answer yet: the handler is to be called again after the wait
+    std::chrono::milliseconds waitAtMost{0}; // all waits of the request together; the first one sets it
     int status = 200;
     Headers headers;
     std::string body;
@@ -58,6 +82,7 @@ struct Response {
     void setFile(std::shared_ptr<const File> content, std::string type);
     static Response redirect(std::string address);
     static Response handledIn(Lane lane);
+    static Response answeredAfter(std::shared_ptr<Wait> wait, std::chrono::milliseconds atMost);
 };
 
 // "%41+b" is "A b"; what is no valid escape stays as it is. In a path a plus sign is itself.

@@ -52,6 +52,14 @@ protected:
             m_release.wait();
             return textResponse("waited");
         });
+        router.get("/news", [this](const Request &request) {
+            const std::lock_guard guard(m_newsMutex);
+            if (m_hasNews || request.isWaitOver)
+                return textResponse(m_hasNews ? "news" : "none");
+            const auto wait = std::make_shared<Wait>();
+            m_waits.push_back(wait);
+            return Response::answeredAfter(wait, m_newsTime);
+        });
         router.get("/broken", [](const Request &) -> Response { throw std::runtime_error("on purpose"); });
         router.post("/echo/*", 1000, [](const Request &request) {
             return textResponse(request.pieces[0] + ":" + request.parameter("a b") + ":" + request.body +
@@ -98,6 +106,10 @@ protected:
     std::promise<void> m_mayGoOn;
     std::shared_future<void> m_release = m_mayGoOn.get_future().share();
     std::atomic<int> m_waiting{0};
+    std::mutex m_newsMutex; // guards the three below
+    bool m_hasNews = false;
+    std::vector<std::weak_ptr<Wait>> m_waits; // of /news, in the order of the requests
+    std::chrono::milliseconds m_newsTime = 60s;
     std::unique_ptr<Server> m_server;
     int m_port = 0;
 };
@@ -438,6 +450,60 @@ TEST_F(HttpTest, AFullQueueRefusesRequestsAndAnEndWaitsOnlyForAnswers)
     EXPECT_EQ(answered.rest(), "");
     end.join();
     EXPECT_THROW(HttpClient{m_port}, std::runtime_error);
+}
+
+TEST_F(HttpTest, AnswersThatAwaitNewsTakeNoThreadAndEndWithTheirCallersAndTheServer)
+{
+    m_settings.limits.workers = 1;
+    start();
+    const std::string ask = "GET /news HTTP/1.1\r\nHost: a\r\n\r\n";
+    const auto untilAsked = [this](size_t count) {
+        for (size_t asked = 0; asked < count;) {
+            const std::lock_guard guard(m_newsMutex);
+            asked = m_waits.size();
+        }
+    };
+    std::vector<std::unique_ptr<HttpClient>> clients;
+    for (int i = 0; i < 20; ++i) {
+        clients.push_back(std::make_unique<HttpClient>(m_port));
+        clients.back()->send(ask + (i == 0 ? "GET /text HTTP/1.1\r\nHost: a\r\n\r\n" : ""));
+    }
+    untilAsked(20);
+    EXPECT_EQ(httpGet(m_port, "/text").body, "hello") << "the only thread is free";
+    clients[1].reset();
+    const auto isKept = [](const std::weak_ptr<Wait> &wait) { return !wait.expired(); };
+    while (std::count_if(m_waits.begin(), m_waits.end(), isKept) > 19) // a caller that has gone is noticed
+        std::this_thread::yield();
+    {
+        const std::lock_guard guard(m_newsMutex);
+        m_hasNews = true;
+    }
+    for (const auto &kept : m_waits) {
+        if (const auto wait = kept.lock()) {
+            wait->wake();
+            wait->wake();
+        }
+    }
+    for (const auto &client : clients) {
+        if (client) {
+            EXPECT_EQ(client->receive().body, "news");
+        }
+    }
+    EXPECT_EQ(clients[0]->receive().body, "hello") << "what came behind it";
+    m_hasNews = false;
+    m_waits.clear();
+    m_newsTime = 50ms;
+    EXPECT_EQ(httpGet(m_port, "/news").body, "none") << "the time was up";
+    m_newsTime = 60s;
+    m_waits.clear();
+    HttpClient last(m_port);
+    last.send(ask);
+    untilAsked(1);
+    const auto late = m_waits[0].lock();
+    m_server.reset();
+    EXPECT_EQ(last.receive().status, 0);
+    if (late)
+        late->wake(); // to nobody
 }
 
 TEST_F(HttpTest, AnAnswerThatIsNotReadyInTimeIsNotWaitedForAtTheEnd)
