@@ -84,6 +84,29 @@ std::vector<Device> Devices::ofAccount(AccountId account)
     return devices;
 }
 
+std::vector<std::string> Devices::keysOf(AccountId account, const std::string &deviceId)
+{
+    std::vector<std::string> keys;
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT key_hash FROM devices WHERE account_id = ?1 AND device_id = ?2");
+    row.with(account, deviceId);
+    while (row.step())
+        keys.push_back(row.text(0));
+    return keys;
+}
+
+std::vector<std::pair<std::string, std::string>> Devices::grantsOf(AccountId account)
+{
+    std::vector<std::pair<std::string, std::string>> grants;
+    const Store::Lock db = m_store.lock();
+    Statement row =
+        db->prepare("SELECT DISTINCT digits, key_hash FROM grants WHERE account_id = ?1 AND expires_at > ?2");
+    row.with(account, m_clock());
+    while (row.step())
+        grants.emplace_back(row.text(0), row.text(1));
+    return grants;
+}
+
 bool Devices::rename(AccountId account, const std::string &deviceId, const std::string &name)
 {
     const bool hasControls =
