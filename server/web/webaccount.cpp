@@ -153,6 +153,8 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
                                        {"/account/access", "E-mail address, password and browsers"},
                                        {"/account/children", "Children"},
                                        {"/account/data", "Your data"}};
+    if (!devices.empty())
+        links.push_back({"/remote", "Remote control"});
     if (account->id == m_service.house.owner()) {
         links.push_back({"/house", "This service"});
         links.push_back({"/library", "The music"});
@@ -333,6 +335,7 @@ void WebPages::takeRevoke(Visit &visit)
         return;
     // This also ends the radio's tokens and its key.
     const bool isDone = m_service.devices.revoke(visit.session.account, visit.value("device"));
+    m_accessEnded();
     devicesPage(visit, isDone ? "" : "There is no such radio.", isDone ? 200 : 422);
 }
 

@@ -170,6 +170,7 @@ void WebPages::allow(Visit &visit)
     }
     show(visit, "Done",
          html::heading("Done") + html::paragraph("Go back to the television and choose \"Continue\".") +
+             html::link("/remote", "Press it on this telephone") +
              html::link("/account", "Your account"));
 }
 

@@ -52,7 +52,28 @@ std::string WebPages::Visit::value(const std::string &name) const
     return request.parameter(name);
 }
 
+http::Handler WebPages::addedPage(std::function<void(Visitor &)> page)
+{
+    return [this, page = std::move(page)](const http::Request &request) {
+        return visit(request, [&page](Visit &visit) {
+            Visitor visitor{visit.request, visit.response, visit.session.account, tokenHash(visit.cookie), visit.csrf};
+            page(visitor);
+        });
+    };
+}
+
+void WebPages::whenAccessEnds(std::function<void()> ended)
+{
+    m_accessEnded = ended;
+    m_sessions.whenEnded(std::move(ended));
+}
+
 http::Response WebPages::visit(const http::Request &request, Handler handler)
+{
+    return visit(request, [this, handler](Visit &visit) { (this->*handler)(visit); });
+}
+
+http::Response WebPages::visit(const http::Request &request, const std::function<void(Visit &)> &handler)
 {
     http::Response response;
     Visit visit{request, response, request.cookie(cookieName), {}, {}, {}};
@@ -70,12 +91,16 @@ http::Response WebPages::visit(const http::Request &request, Handler handler)
                  html::paragraph(
                      "Nothing was changed. You signed in or out in another window meanwhile, or this browser "
                      "keeps no cookies. Please open the page once more.") +
-                 html::link(request.path.starts_with("/account") ? "/account" : "/activate", "Begin again"),
+                 html::link(request.path.starts_with("/account")  ? "/account"
+                            : request.path.starts_with("/remote") ? "/remote"
+                                                                  : "/activate",
+                            "Begin again"),
              403);
         return response;
     }
     const bool isChange = request.method == "POST" && request.path != "/account/signin" &&
-                          request.path != "/account/signout"; // a browser's session is not kept
+                          request.path != "/account/signout" && // a browser's session is not kept
+                          !request.path.starts_with("/remote");  // nor is a key that is pressed
     if (isChange && m_service.isUnderMaintenance) {
         response.setHeader("Retry-After", "600");
         show(visit, "Later",
@@ -84,7 +109,7 @@ http::Response WebPages::visit(const http::Request &request, Handler handler)
              503);
         return response;
     }
-    (this->*handler)(visit);
+    handler(visit);
     return response;
 }
 

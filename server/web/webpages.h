@@ -34,6 +34,21 @@ public:
     // For a browser that asks for an address that nobody answers.
     http::Response notFound() const;
 
+    // --- for pages that another part of the service adds
+    struct Visitor {
+        const http::Request &request;
+        http::Response &response;
+        AccountId account = 0; // signed in as; 0: nobody
+        std::string session;   // the same for all requests of one browser; no secret
+        std::string csrf;      // the token of its forms
+    };
+    // Finds the browser's session first, and refuses a post without its token, as for the pages here.
+    http::Handler addedPage(std::function<void(Visitor &)> page);
+    // The page with what every page has; `body` is markup.
+    void put(http::Response &response, const std::string &title, const std::string &body, int status = 200) const;
+    // Called whenever a browser's session or the link of a radio has ended. Set before the server answers; any thread.
+    void whenAccessEnds(std::function<void()> ended);
+
 private:
     // One request with its browser's session.
     struct Visit {
@@ -53,9 +68,9 @@ private:
     // Finds the session, gives a new browser its cookie; a post without the session's token is refused with a page that
     // says so.
     http::Response visit(const http::Request &request, Handler handler);
+    http::Response visit(const http::Request &request, const std::function<void(Visit &)> &handler);
     void setCookie(http::Response &response, const std::string &cookie) const;
     void show(Visit &visit, const std::string &title, const std::string &body, int status = 200) const;
-    void put(http::Response &response, const std::string &title, const std::string &body, int status) const;
     static void redirect(Visit &visit, const std::string &address);
     // The account of the session; without one it has answered with the page to sign in.
     std::optional<Account> signedIn(Visit &visit);
@@ -202,6 +217,7 @@ private:
     const Clock m_clock;
     About m_about;
     WebSessions m_sessions;
+    std::function<void()> m_accessEnded = [] {};
     RateLimit m_codeTries{10, std::chrono::minutes(10)};   // of one network
     RateLimit m_newAccounts{10, std::chrono::minutes(60)}; // of one network
     RateLimit m_reminders{10, std::chrono::minutes(60)};   // of one network

@@ -113,9 +113,12 @@ void WebSessions::limitAccount(AccountId account)
 void WebSessions::end(const std::string &cookie)
 {
     const std::string hash = tokenHash(cookie);
-    const std::lock_guard guard(m_mutex);
-    m_signedIn.erase(hash);
-    m_others.erase(hash);
+    {
+        const std::lock_guard guard(m_mutex);
+        m_signedIn.erase(hash);
+        m_others.erase(hash);
+    }
+    m_ended();
 }
 
 std::vector<OpenSession> WebSessions::ofAccount(AccountId account, const std::string &cookie)
@@ -133,24 +136,31 @@ std::vector<OpenSession> WebSessions::ofAccount(AccountId account, const std::st
 bool WebSessions::endOne(AccountId account, const std::string &id)
 {
     bool isFound = false;
-    const std::lock_guard guard(m_mutex);
-    m_signedIn.eraseIf([&](const std::string &hash, const WebSession &session) {
-        const bool isIt = session.account == account && hash.substr(0, idLength) == id;
-        isFound = isFound || isIt;
-        return isIt;
-    });
+    {
+        const std::lock_guard guard(m_mutex);
+        m_signedIn.eraseIf([&](const std::string &hash, const WebSession &session) {
+            const bool isIt = session.account == account && hash.substr(0, idLength) == id;
+            isFound = isFound || isIt;
+            return isIt;
+        });
+    }
+    if (isFound)
+        m_ended();
     return isFound;
 }
 
 void WebSessions::endOfAccount(AccountId account, const std::string &keptCookie)
 {
     const std::string kept = tokenHash(keptCookie);
-    const std::lock_guard guard(m_mutex);
-    for (Table *table : {&m_signedIn, &m_others}) {
-        table->eraseIf([&](const std::string &hash, const WebSession &session) {
-            return (session.account == account || session.byCode == account) && hash != kept;
-        });
+    {
+        const std::lock_guard guard(m_mutex);
+        for (Table *table : {&m_signedIn, &m_others}) {
+            table->eraseIf([&](const std::string &hash, const WebSession &session) {
+                return (session.account == account || session.byCode == account) && hash != kept;
+            });
+        }
     }
+    m_ended();
 }
 
 } // namespace velmora::server

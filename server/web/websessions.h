@@ -4,6 +4,7 @@
 #include "server/accounts/lrutable.h"
 #include "server/accounts/secrets.h"
 
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -45,6 +46,9 @@ public:
     // `formKey`: with the same key forms of before a restart are still good.
     explicit WebSessions(Clock clock, std::string formKey = randomToken());
 
+    // Called whenever sessions have ended, without a lock. Set before the first session; any thread.
+    void whenEnded(std::function<void()> ended) { m_ended = std::move(ended); }
+
     static std::string newCookie();
     static bool isCookie(const std::string &text);
     // Must come with everything that is posted from a page of this cookie's browser.
@@ -71,6 +75,7 @@ private:
     void limitAccount(AccountId account);
 
     const Clock m_clock;
+    std::function<void()> m_ended = [] {};
     const std::string m_formKey;
     std::mutex m_mutex; // guards the tables
     Table m_signedIn{mostSignedIn};
