@@ -8,6 +8,7 @@
 #include "server/http/owncertificate.h"
 #include "server/library/library.h"
 #include "server/musicreport.h"
+#include "server/remote/remote.h"
 #include "server/serveroptions.h"
 #include "server/store/backup.h"
 #include "server/store/datafolder.h"
@@ -337,7 +338,11 @@ int run(const ServerOptions &options)
     const bool isEncrypted = !listen.tlsCertificate.empty() || listen.publicUrl.starts_with("https://");
     WebPages pages(service, isEncrypted);
     pages.setAbout({VELMORA_VERSION, door.fingerprint, latestLines});
-    listen.addPages = [&pages](http::Router &router) { pages.addTo(router); };
+    Remote remote(service, pages);
+    listen.addPages = [&pages, &remote](http::Router &router) {
+        pages.addTo(router);
+        remote.addTo(router);
+    };
     listen.pageNotFound = [&pages] { return pages.notFound(); };
 
     ApiServer server(service, listen);
