@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int repeatDelayMs = 500;
@@ -136,6 +138,50 @@ struct QtVirtualKbDlg::Private {
         noteEmpty();
     }
 
+    // What an input method commits, instead of the characters that it names.
+    void commit(const QInputMethodEvent &event)
+    {
+        const QString before = isPrompt ? QString() : field->text();
+        const int at = isPrompt ? 0 : field->cursorPosition();
+        const int from = std::clamp(at + event.replacementStart(), 0, int(before.size()));
+        QString text = before;
+        text.replace(from, std::min(event.replacementLength(), int(before.size()) - from), event.commitString());
+        if (text == before)
+            return;
+        if (text.isEmpty()) {
+            clear();
+            return;
+        }
+        endPrompt();
+        if (!field)
+            return;
+        field->selectAll();
+        field->insert(text);
+    }
+
+    // Another way to type than keys, a telephone's keyboard, uses this widget as an input method uses a field.
+    void takeInput(QInputMethodEvent *event)
+    {
+        event->setAccepted(field && isActive());
+        if (!event->isAccepted())
+            return;
+        const QPointer<QtVirtualKbDlg> guard(q);
+        commit(*event);
+        if (guard)
+            setIndex(KeyLayout::doneIndex()); // Select confirms, as after a PC's keyboard
+    }
+
+    void answerQuery(QInputMethodQueryEvent *event) const
+    {
+        const bool isTaking = field && isActive();
+        const bool isSecret = isTaking && field->echoMode() != QLineEdit::Normal;
+        event->setValue(Qt::ImEnabled, isTaking);
+        event->setValue(Qt::ImHints, int(isSecret ? Qt::ImhHiddenText | Qt::ImhSensitiveData : Qt::ImhNone));
+        event->setValue(Qt::ImSurroundingText, isTaking && !isSecret && !isPrompt ? field->text() : QString());
+        event->setValue(Qt::ImCursorPosition, isTaking && !isPrompt ? field->cursorPosition() : 0);
+        event->accept();
+    }
+
     void press()
     {
         const KeyLayout::Key key = keys.at(index);
@@ -221,6 +267,7 @@ QtVirtualKbDlg::QtVirtualKbDlg(QWidget *parent)
     setFocusPolicy(Qt::NoFocus); // the field keeps the keyboard focus
     setAccessibleName(QCoreApplication::translate("KeyLayout", "Keyboard"));
     parent->installEventFilter(this);
+    installEventFilter(this);
     connect(&d->repeatTimer, &QTimer::timeout, this, [this] {
         d->repeatTimer.start(repeatPeriodMs);
         d->deleteLast();
@@ -244,8 +291,12 @@ void QtVirtualKbDlg::enableLineEdit(QLineEdit *field, bool fgPrompt)
         d->field->removeEventFilter(this);
         disconnect(d->fieldEdited);
     }
+    // Whoever types from elsewhere tells one field from the next by this number.
+    if (field != d->field)
+        setProperty("velmoraField", property("velmoraField").toInt() + 1);
     d->field = field;
     d->isPrompt = fgPrompt;
+    setProperty("velmoraFieldName", field ? field->accessibleName() : QString());
     d->repeatTimer.stop();
     if (field) {
         field->installEventFilter(this);
@@ -297,6 +348,14 @@ void QtVirtualKbDlg::changeMode()
 
 bool QtVirtualKbDlg::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == this && event->type() == QEvent::InputMethod) {
+        d->takeInput(static_cast<QInputMethodEvent *>(event));
+        return true;
+    }
+    if (watched == this && event->type() == QEvent::InputMethodQuery) {
+        d->answerQuery(static_cast<QInputMethodQueryEvent *>(event));
+        return true;
+    }
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
         return QWidget::eventFilter(watched, event);
     auto *key = static_cast<QKeyEvent *>(event);

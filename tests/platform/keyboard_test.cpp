@@ -100,6 +100,48 @@ private slots:
         QCOMPARE(first.size(), 2);
     }
 
+    // A telephone's keyboard types as an input method of the keyboard widget.
+    void anInputMethodTypesWholeTextsIntoTheBoundField()
+    {
+        Dialog dialog;
+        const auto commit = [&](const QString &text) {
+            QInputMethodQueryEvent where(Qt::ImQueryAll);
+            QCoreApplication::sendEvent(dialog.keyboard, &where);
+            QInputMethodEvent event;
+            event.setCommitString(text, -where.value(Qt::ImCursorPosition).toInt(), 1000);
+            QCoreApplication::sendEvent(dialog.keyboard, &event);
+            return event.isAccepted();
+        };
+        const auto asked = [&](Qt::InputMethodQuery query) {
+            QInputMethodQueryEvent event(query);
+            QCoreApplication::sendEvent(dialog.keyboard, &event);
+            return event.value(query);
+        };
+        QSignalSpy first(dialog.keyboard, &QtVirtualKbDlg::signalFirstKey);
+        QSignalSpy restored(dialog.keyboard, &QtVirtualKbDlg::signalRestoreInitState);
+        QSignalSpy sent(dialog.keyboard, &QtVirtualKbDlg::signalSendContext);
+        QVERIFY(asked(Qt::ImSurroundingText).toString().isEmpty()); // the prompt is no text
+        QVERIFY(commit({}));
+        QCOMPARE(dialog.field->text(), QString::fromLatin1(prompt));
+        QVERIFY(commit("Lämp"));
+        QVERIFY(commit("Lamps"));
+        QCOMPARE(dialog.field->text(), "Lamps");
+        QCOMPARE(first.size(), 1);
+        dialog.press({S}); // the highlight stands on Done
+        QCOMPARE(sent.value(0).value(0).toString(), "Lamps");
+        QVERIFY(commit({}));
+        QCOMPARE(restored.size(), 1);
+        QCOMPARE(dialog.field->text(), QString::fromLatin1(prompt));
+        dialog.field->setEchoMode(QLineEdit::Password);
+        QVERIFY(commit("open sesame"));
+        QCOMPARE(dialog.field->text(), "open sesame");
+        QVERIFY(asked(Qt::ImSurroundingText).toString().isEmpty());
+        QVERIFY(asked(Qt::ImHints).toInt() & Qt::ImhHiddenText);
+        dialog.keyboard->loseFocus();
+        QVERIFY(!asked(Qt::ImEnabled).toBool() && !commit("x"));
+        QCOMPARE(dialog.field->text(), "open sesame");
+    }
+
     void aHeldDeleteGoesOnUntilSelectIsReleased()
     {
         Dialog dialog(false);

@@ -3,6 +3,7 @@
 #include "keygate.h"
 #include "language.h"
 #include "mpris.h"
+#include "netcommon/playback.h"
 #include "nowplaying.h"
 #include "platform/netcommon/device/ceclink.h"
 #include "platform/netcommon/playback/playbackboard.h"
@@ -13,6 +14,7 @@
 #include "volumebar.h"
 
 #include <QApplication>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
 
@@ -236,6 +238,8 @@ void Comfort::press(int key)
 // Desktops see a radio as soon as there is something to play.
 void Comfort::windowsChanged()
 {
+    if (!m_isTrackTimed && playingScreen())
+        timeTracks();
     if (m_mpris || !Mpris::hasBus() || !playingScreen())
         return;
     const auto shown = [] {
@@ -243,6 +247,30 @@ void Comfort::windowsChanged()
         return screen ? nowPlaying(screen) : NowPlaying();
     };
     m_mpris = new Mpris({m_volume, shown, [this](int key) { press(key); }}, this);
+}
+
+void Comfort::timeTracks()
+{
+    m_isTrackTimed = true;
+    const Playback *const playback = Playback::getInstance();
+    connect(playback, &Playback::signalPlayURLOK, this, [this] { m_trackSeconds = 0; });
+    connect(playback, &Playback::signalNotifyTotalTime, this,
+            [this](int hours, int minutes, int seconds) { m_trackSeconds = hours * 3600 + minutes * 60 + seconds; });
+}
+
+QByteArray Comfort::shownToPhones()
+{
+    QJsonObject shown;
+    describe(shown);
+    shown.remove(QStringLiteral("saver"));
+    m_phones.describe(shown, m_trackSeconds);
+    return QJsonDocument(shown).toJson(QJsonDocument::Compact);
+}
+
+PhoneView &Comfort::phones()
+{
+    endIdlePicture();
+    return m_phones;
 }
 
 void Comfort::showVolume()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "keyclick.h"
+#include "phoneview.h"
 #include "platform/netcommon/device/menumessages.h"
 #include "saver.h"
 #include "sleeptimer.h"
@@ -42,6 +43,11 @@ public:
     QByteArray volume(menu::VolumeOrder order, std::uint32_t percent);
     // The same for `velmora-menu sleep`.
     QByteArray sleep(menu::SleepOrder order, std::uint32_t minutes);
+    // What a telephone shows of the radio, as JSON.
+    QByteArray shownToPhones();
+    // What only telephones do. Each ends the idle picture first.
+    PhoneView &phones();
+    void endIdlePicture() { m_saver.keyPressed(); }
     // The idle picture covers the screens, and the next key only lifts it.
     bool hidesScreens() const { return m_saver.isShown(); }
     // Adds its members to what `velmora-menu status` says.
@@ -60,11 +66,15 @@ private:
     void findTelevision();
     void windowsChanged();
     void press(int key);
+    void timeTracks();
 
     std::unique_ptr<platform::DeviceSettingsWatch> m_settings; // from the first turn of the event loop
     QTimer m_keepVolume;                                       // runs while the volume was touched and is not stored
     VolumeControl m_volume;
     Saver m_saver;
+    PhoneView m_phones;
+    int m_trackSeconds = 0;      // of the track that plays; 0: not known
+    bool m_isTrackTimed = false; // m_trackSeconds follows the playback
     SleepTimer m_sleep;
     std::unique_ptr<KeyClick> m_click;     // null: keys do not click
     std::unique_ptr<SpokenFocus> m_speech; // null: nothing is spoken

@@ -63,7 +63,30 @@ QString windowText(const QWidget *window)
     return window->accessibleName();
 }
 
+// The control's name, and the row of a list.
+QStringList controlWords(QWidget *control)
+{
+    QStringList words;
+    const QAccessibleInterface *const accessible = QAccessible::queryAccessibleInterface(control);
+    if (accessible && control != control->window())
+        words += accessible->text(QAccessible::Name);
+    if (const auto *const list = qobject_cast<QListWidget *>(control))
+        words += list->currentItem() ? list->currentItem()->text() : QString();
+    return words;
+}
+
 } // namespace
+
+QString wordsOfFocus()
+{
+    QWidget *const control = QApplication::focusWidget();
+    if (!control)
+        return {};
+    nameControls(control->window());
+    QStringList words = QStringList(windowText(control->window())) + controlWords(control);
+    words.removeAll(QString());
+    return words.join(QStringLiteral(", "));
+}
 
 void nameControls(QWidget *window)
 {
@@ -105,13 +128,9 @@ void SpokenFocus::focusMoved(QWidget *, QWidget *now)
         m_window = window;
         words += window;
     }
-    const QAccessibleInterface *const control = QAccessible::queryAccessibleInterface(now);
-    if (control && now != now->window())
-        words += control->text(QAccessible::Name);
-    if (auto *const list = qobject_cast<QListWidget *>(now)) {
+    if (auto *const list = qobject_cast<QListWidget *>(now))
         connect(list, &QListWidget::currentRowChanged, this, &SpokenFocus::rowChanged, Qt::UniqueConnection);
-        words += list->currentItem() ? list->currentItem()->text() : QString();
-    }
+    words += controlWords(now);
     words.removeAll(QString());
     const QString text = words.join(QStringLiteral(", "));
     if (!text.isEmpty() && std::exchange(m_said, text) != text)

@@ -29,6 +29,8 @@ private:
     QString m_said;
 };
 
+// What stands on the screen and has the focus, in the same words; empty without a focus.
+QString wordsOfFocus();
 // Gives the window's controls that show a picture instead of words an accessible name, by their object names.
 void nameControls(QWidget *window);
 

@@ -17,7 +17,7 @@
 // |  4   | radio -> menu      | all zero: it has ended   |                    |                  | no       |
 // |  5   | command -> radio   | 1 begins, 0 ends         |                    |                  | by 11    |
 // |  6   | command -> radio   | 1 lost, 0 back           |                    |                  | by 11    |
-// |  7   | command -> radio   | Qt key code              | 1: a PC's keyboard |                  | by 11    |
+// |  7   | command -> radio   | Qt key code              | as below           |                  | by 11    |
 // |  8   | command -> radio   |                          |                    | what is typed    | by 11    |
 // |  9   | command -> radio   |                          |                    |                  | by 11    |
 // | 10   | command -> radio   |                          |                    | absolute path    | by 11    |
@@ -27,6 +27,9 @@
 // | 14   | radio -> menu      | the house key            |                    |                  | no       |
 // | 15   | command -> radio   | percent                  | VolumeOrder        |                  | by 11    |
 // | 16   | command -> radio   | minutes                  | SleepOrder         |                  | by 11    |
+// | 17   | command -> radio   | row                      |                    | station's name   | by 11    |
+// | 18   | command -> radio   | number of the field      | 1: it is done      | what it holds    | by 11    |
+// | 19   | command -> radio   |                          |                    |                  | by 11    |
 //
 // "command -> radio" passes through the menu, which replaces the command's id with one of its own.
 namespace netcommon::menu {
@@ -47,7 +50,10 @@ enum class MessageType : std::uint32_t {
     Hello = 13,
     HouseKey = 14,
     Volume = 15,
-    Sleep = 16
+    Sleep = 16,
+    Station = 17, // plays the station of that row, if it has that name
+    Field = 18,   // the whole text of the field that is being typed in
+    Shown = 19    // answered with what a telephone shows of the radio
 };
 
 // What a command asks of the volume; each is answered with its new state.
@@ -56,6 +62,12 @@ enum class VolumeOrder : std::uint32_t { Set = 0, Up = 1, Down = 2, ToggleMute =
 enum class SleepOrder : std::uint32_t { Minutes = 0, Track = 1, Off = 2, Tell = 3 };
 inline constexpr std::uint32_t leastSleepMinutes = 15;
 inline constexpr std::uint32_t mostSleepMinutes = 120;
+
+// Flags of a key.
+inline constexpr std::uint32_t typedKey = 1; // of a PC's keyboard, translated
+inline constexpr std::uint32_t phoneKey = 2; // of a telephone: also acts where it lifts the idle picture
+// Of a field: its text is complete.
+inline constexpr std::uint32_t fieldDone = 1;
 
 enum class AnswerValue : std::uint32_t { Done = 0, Failed = 1 };
 

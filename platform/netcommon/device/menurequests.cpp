@@ -28,9 +28,12 @@ void handle(const menu::Packet &packet, const std::shared_ptr<MenuLink> &link)
     switch (menu::typeOf(packet.message)) {
     case menu::MessageType::Key:
     case menu::MessageType::Text: {
+        const std::uint32_t kind = menu::field(packet.message, menu::flagOffset);
+        if (Comfort *const comfort = Comfort::instance(); comfort && kind == menu::phoneKey)
+            comfort->endIdlePicture(); // who presses it does not see the screen
         const bool taken = menu::typeOf(packet.message) == menu::MessageType::Text
                                ? RemoteKeys::type(QString::fromUtf8(packet.text))
-                               : RemoteKeys::press(int(value), menu::field(packet.message, menu::flagOffset) != 0);
+                               : RemoteKeys::press(int(value), kind == menu::typedKey);
         if (taken)
             answerWhenHandled();
         else
@@ -54,6 +57,26 @@ void handle(const menu::Packet &packet, const std::shared_ptr<MenuLink> &link)
             answer(menu::AnswerValue::Done, comfort->sleep(menu::SleepOrder(order), value));
         break;
     }
+    case menu::MessageType::Station:
+    case menu::MessageType::Field: {
+        Comfort *const comfort = Comfort::instance();
+        const QString text = QString::fromUtf8(packet.text);
+        QString problem = QStringLiteral("this program has no screens");
+        if (comfort && menu::typeOf(packet.message) == menu::MessageType::Station)
+            problem = comfort->phones().playStation(int(value), text);
+        else if (comfort)
+            problem = menu::field(packet.message, menu::flagOffset) == menu::fieldDone
+                          ? comfort->phones().finishField(int(value))
+                          : comfort->phones().setField(int(value), text);
+        answer(problem.isEmpty() ? menu::AnswerValue::Done : menu::AnswerValue::Failed, problem.toUtf8());
+        break;
+    }
+    case menu::MessageType::Shown:
+        if (Comfort *const comfort = Comfort::instance())
+            answer(menu::AnswerValue::Done, comfort->shownToPhones());
+        else
+            answer(menu::AnswerValue::Failed, "this program has no screens");
+        break;
     case menu::MessageType::Status:
         answer(menu::AnswerValue::Done, statusLine());
         break;

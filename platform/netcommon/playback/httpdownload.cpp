@@ -3,15 +3,23 @@
 #include "mediamodule.h"
 #include "playbackstatistics.h"
 
+#include <QUrl>
+
 namespace netcommon {
 
 namespace {
-QString lastPicture; // GUI thread
-}
+QString lastPicture;   // GUI thread
+QString requestedPath; // of the picture that was requested last; GUI thread
+} // namespace
 
 QString statistics::coverFile()
 {
     return lastPicture;
+}
+
+QString statistics::coverPath()
+{
+    return lastPicture.isEmpty() ? QString() : requestedPath;
 }
 
 struct Q_DECL_HIDDEN HttpDownload::Private {
@@ -39,6 +47,7 @@ void HttpDownload::setDownloadFolder(const QString &folder)
 void HttpDownload::resquestDownload(char *url)
 {
     lastPicture.clear();
+    requestedPath = QUrl::fromEncoded(QByteArray(url)).path();
     d->download->request(QByteArray(url));
 }
 

@@ -14,5 +14,7 @@ int playbackState();
 bool isSoundLeft();
 // The picture that was downloaded last; empty after a failed download and while one is under way. GUI thread.
 QString coverFile();
+// The path of the address that it came from, without parameters. GUI thread.
+QString coverPath();
 
 } // namespace netcommon::statistics
