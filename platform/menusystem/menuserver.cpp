@@ -133,6 +133,8 @@ void MenuServer::begin(std::optional<Page> page)
                            QString::fromLatin1(nameOf(page.value_or(Page::Home)))};
     m_process.startRadio(page ? home : m_arguments.program, m_socket, m_scale, m_arguments.isWindowed);
     m_output.begin(m_process.processId());
+    if (!page)
+        m_phones.startFor(m_socket);
 }
 
 void MenuServer::readOutput()
@@ -298,6 +300,9 @@ void MenuServer::handleCommand(int number, const menu::Packet &packet)
     case menu::MessageType::Status:
     case menu::MessageType::Volume:
     case menu::MessageType::Sleep:
+    case menu::MessageType::Station:
+    case menu::MessageType::Field:
+    case menu::MessageType::Shown:
     case menu::MessageType::Screenshot: {
         const std::uint32_t ours = ++m_lastId;
         if (!m_run.isEnding && sendToRadio(type, ours, menu::field(message, menu::valueOffset),

@@ -3,6 +3,7 @@
 #include "arguments.h"
 #include "menusocket.h"
 #include "outputreader.h"
+#include "phonechannel.h"
 #include "radioprocess.h"
 #include "radiowatch.h"
 #include "supervisor.h"
@@ -99,6 +100,7 @@ private:
     int m_lastPeer = 0;
     Run m_run;
     OutputReader m_output; // of the run
+    PhoneChannel m_phones;
     std::map<std::uint32_t, Waiting> m_waiting;
     std::uint32_t m_lastId = 0;
     QElapsedTimer m_clock;

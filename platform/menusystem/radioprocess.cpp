@@ -10,10 +10,7 @@
 
 namespace menusystem {
 
-namespace {
-
-// What a person has chosen on this device. The environment wins, as it does over the library's own file.
-void addSettings(QProcessEnvironment &environment)
+void addDeviceSettings(QProcessEnvironment &environment)
 {
     const platform::DeviceSettings settings;
     for (const auto &[key, name] :
@@ -24,14 +21,9 @@ void addSettings(QProcessEnvironment &environment)
     }
 }
 
-} // namespace
-
-RadioProcess::RadioProcess(QObject *parent)
-    : QProcess(parent)
+std::function<void()> diesWithThisProcess()
 {
-    setProcessChannelMode(MergedChannels);
-    setStandardInputFile(nullDevice());
-    setChildProcessModifier([menu = ::getpid()] {
+    return [menu = ::getpid()] {
         ::umask(077);
         // SIGKILL, because the radio only announces its first SIGTERM.
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -40,7 +32,15 @@ RadioProcess::RadioProcess(QObject *parent)
         sigset_t none;
         ::sigemptyset(&none);
         ::sigprocmask(SIG_SETMASK, &none, nullptr); // this process blocks its signals and reads them from a descriptor
-    });
+    };
+}
+
+RadioProcess::RadioProcess(QObject *parent)
+    : QProcess(parent)
+{
+    setProcessChannelMode(MergedChannels);
+    setStandardInputFile(nullDevice());
+    setChildProcessModifier(diesWithThisProcess());
 }
 
 void RadioProcess::startRadio(const QStringList &program, const QString &socket, double scale, bool isWindowed)
@@ -60,7 +60,7 @@ void RadioProcess::startRadio(const QStringList &program, const QString &socket,
                                       std::pair("MALLOC_TRIM_THRESHOLD_", "131072")})
         if (!environment.contains(QString::fromLatin1(name)))
             environment.insert(QString::fromLatin1(name), QString::fromLatin1(value));
-    addSettings(environment);
+    addDeviceSettings(environment);
     if (isWindowed)
         environment.insert(QStringLiteral("VELMORA_WINDOWED"), QStringLiteral("1"));
     setProcessEnvironment(environment);

@@ -2,7 +2,15 @@
 
 #include <QProcess>
 
+#include <functional>
+
 namespace menusystem {
+
+// What a person has chosen on this device. The environment wins, as it does over the library's own file.
+void addDeviceSettings(QProcessEnvironment &environment);
+// For QProcess::setChildProcessModifier: the child's files are private to the user, no signal is blocked in it, and it
+// gets SIGKILL when this process ends.
+std::function<void()> diesWithThisProcess();
 
 // The radio, or a page in its place, as a child process: its files are private to the user, and it dies with this
 // process. Its output and errors come together. Owned by the server.

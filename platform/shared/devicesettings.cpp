@@ -165,6 +165,7 @@ const std::vector<DeviceSetting> &DeviceSettings::table()
         {"sound/key-clicks", Type::Flag, "false", "a key clicks"},
         {"screen/saver-minutes", Type::Number, "10", "minutes without a key until the picture dims; 0: never", 0, 240},
         {"speech/enabled", Type::Flag, "false", "the focused control is read aloud"},
+        {"phones/remote", Type::Flag, "true", "telephones of the radio's accounts may press its keys"},
         {"service/address", Type::Address, "", "the service; empty: as ws.conf says"},
         {"language/locale", Type::Locale, "", "language and region; empty: as the system is set up"},
     };

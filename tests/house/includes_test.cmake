@@ -13,6 +13,7 @@ set(allows_platform/viewcomponent contracts platform/shared)
 set(allows_platform/keyboard contracts)
 set(allows_platform/menusystem contracts platform/netcommon/device platform/shared)
 set(allows_platform/home contracts platform/netcommon/device platform/shared)
+set(allows_platform/remote contracts platform/netcommon/device platform/shared platform/ws)
 set(allows_service contracts)
 set(allows_widgets contracts)
 set(allows_app contracts service widgets)
@@ -27,7 +28,7 @@ set(allows_demomusic)
 set(contracts netcommon viewcomponent virtualkb)
 set(owners platform service widgets app account station player program server demomusic tests bench tools)
 set(folders platform/include platform/shared platform/ws platform/netcommon platform/viewcomponent platform/keyboard
-  platform/menusystem platform/home service widgets app account station player program server demomusic)
+  platform/menusystem platform/home platform/remote service widgets app account station player program server demomusic)
 
 # Every folder that holds code is either ruled above or named here.
 file(GLOB_RECURSE all RELATIVE ${root} ${root}/platform/*.cpp ${root}/platform/*.h ${root}/*/*.cpp)
