@@ -112,6 +112,13 @@ QString WebDriver::text(const QString &css)
     return id.isEmpty() ? QString() : ask("GET", m_session + QStringLiteral("/element/%1/text").arg(id)).toString();
 }
 
+QString WebDriver::attribute(const QString &css, const QString &name)
+{
+    const QString id = element(css);
+    return id.isEmpty() ? QString()
+                        : ask("GET", m_session + QStringLiteral("/element/%1/attribute/%2").arg(id, name)).toString();
+}
+
 bool WebDriver::type(const QString &css, const QString &text)
 {
     const QString id = element(css);

@@ -20,6 +20,7 @@ public:
 
     bool open(const QString &url);
     QString text(const QString &css); // empty when there is no such element
+    QString attribute(const QString &css, const QString &name);
     bool type(const QString &css, const QString &text);
     bool click(const QString &css);
     QString title();
