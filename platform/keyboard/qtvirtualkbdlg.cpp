@@ -2,6 +2,7 @@
 
 #include "keylayout.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
