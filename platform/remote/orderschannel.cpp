@@ -132,7 +132,7 @@ OrdersChannel::Pause OrdersChannel::ask()
     const bool isNew = epoch != m_epoch;
     m_epoch = epoch;
     const QJsonArray orders = answer.data[QStringLiteral("orders")].toArray();
-    for (const QJsonValue &order : orders)
+    for (const auto &order : orders)
         passOn(order.toObject());
     m_last = answer.data[QStringLiteral("last")].toInteger();
     m_reporter.setWatched(answer.data[QStringLiteral("isWatched")].toBool(),
