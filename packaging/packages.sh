@@ -16,7 +16,7 @@ packages_run=(
     fonts-liberation fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji # names in every script
     alsa-utils
 )
-packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver)
+packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver dbus-daemon playerctl)
 packages_pages=(npm) # tests of the pages fetch axe-core with it
 packages_loudness=(ffmpeg python3) # tools/loudness
 packages_artwork=(librsvg2-bin netpbm optipng)
