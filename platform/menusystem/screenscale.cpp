@@ -4,12 +4,6 @@
 #include <QProcess>
 
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
-#include <vector>
-
-#include <xcb/randr.h>
-#include <xcb/xcb.h>
 
 namespace menusystem {
 
@@ -25,62 +19,9 @@ QSize readSize(const QByteArray &text)
     return read && width > 0 && height > 0 ? QSize(width, height) : QSize();
 }
 
-template <typename T>
-using Reply = std::unique_ptr<T, decltype(&std::free)>;
-
-template <typename T>
-Reply<T> owned(T *reply)
-{
-    return {reply, &std::free};
-}
-
-// The mode of the primary output, as Qt chooses its primary screen; else the whole X screen.
-QSize outputSize(xcb_connection_t *connection, const xcb_screen_t &screen)
-{
-    const QSize whole(screen.width_in_pixels, screen.height_in_pixels);
-    const auto *extension = xcb_get_extension_data(connection, &xcb_randr_id);
-    if (!extension || !extension->present)
-        return whole;
-    const auto primaryCookie = xcb_randr_get_output_primary(connection, screen.root);
-    const auto resourcesCookie = xcb_randr_get_screen_resources_current(connection, screen.root);
-    const auto primary = owned(xcb_randr_get_output_primary_reply(connection, primaryCookie, nullptr));
-    const auto resources = owned(xcb_randr_get_screen_resources_current_reply(connection, resourcesCookie, nullptr));
-    if (!resources)
-        return whole;
-    std::vector<xcb_randr_output_t> outputs;
-    if (primary && primary->output)
-        outputs.push_back(primary->output);
-    const auto *first = xcb_randr_get_screen_resources_current_outputs(resources.get());
-    outputs.insert(outputs.end(), first, first + resources->num_outputs);
-    for (const xcb_randr_output_t output : outputs) {
-        const auto outputCookie = xcb_randr_get_output_info(connection, output, resources->config_timestamp);
-        const auto info = owned(xcb_randr_get_output_info_reply(connection, outputCookie, nullptr));
-        if (!info || !info->crtc)
-            continue;
-        const auto crtcCookie = xcb_randr_get_crtc_info(connection, info->crtc, resources->config_timestamp);
-        const auto crtc = owned(xcb_randr_get_crtc_info_reply(connection, crtcCookie, nullptr));
-        if (crtc && crtc->width && crtc->height)
-            return {crtc->width, crtc->height};
-    }
-    return whole;
-}
-
-// Asked directly, because a process with Qt's platform in it takes as long to start as the radio itself.
-QSize askDisplayServer()
-{
-    int number = 0;
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(xcb_connect(nullptr, &number),
-                                                                                  &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()))
-        return {};
-    auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
-    for (; screens.rem && number > 0; --number)
-        xcb_screen_next(&screens);
-    return screens.rem ? outputSize(connection.get(), *screens.data) : QSize();
-}
-
-// A separate process asks Qt's platform, so that a console's screen is released again.
-QSize askPlatform()
+// Asked by a program of its own, which is gone again: the libraries of a display stay out of this one, and a console's
+// screen is released.
+QSize ask(const char *program)
 {
     QProcess asker;
     auto environment = QProcessEnvironment::systemEnvironment();
@@ -89,7 +30,7 @@ QSize askPlatform()
     environment.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("96"));
     asker.setProcessEnvironment(environment);
     asker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    asker.start(QCoreApplication::applicationDirPath() + QStringLiteral("/velmora-screen"), {});
+    asker.start(QCoreApplication::applicationDirPath() + u'/' + QLatin1String(program), {});
     if (!asker.waitForFinished(60000)) {
         asker.kill();
         asker.waitForFinished();
@@ -111,10 +52,10 @@ QSize screenSize()
 {
     const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM").section(u':', 0, 0);
     if (platform == QLatin1String("xcb") || (platform.isEmpty() && qEnvironmentVariableIsSet("DISPLAY")))
-        return askDisplayServer();
+        return ask("velmora-screen-x11");
     if (platform.isEmpty() ? !qEnvironmentVariableIsSet("WAYLAND_DISPLAY") : platform == QLatin1String("offscreen"))
         return {};
-    return askPlatform();
+    return ask("velmora-screen");
 }
 
 } // namespace menusystem
