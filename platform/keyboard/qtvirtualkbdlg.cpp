@@ -1,6 +1,7 @@
 #include "virtualkb/qtvirtualkbdlg.h"
 
 #include "keylayout.h"
+#include "platform/shared/canvasproperty.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -81,6 +82,12 @@ struct QtVirtualKbDlg::Private {
         updateKey();
         index = next;
         updateKey();
+        tellHighlight();
+    }
+
+    void tellHighlight()
+    {
+        q->setProperty(platform::attentionProperty, hasHighlight && !isCovered ? keys.at(index).rect : QRect());
     }
 
     // With a margin: at a fractional scale a key's edge lies in a pixel outside of its rectangle.
@@ -275,9 +282,11 @@ QtVirtualKbDlg::QtVirtualKbDlg(QWidget *parent)
     });
     connect(this, &QtVirtualKbDlg::signalChangeHighlight, this, [this](bool highlight) {
         d->isCovered = !highlight;
+        d->tellHighlight();
         d->repeatTimer.stop();
         update();
     });
+    d->tellHighlight();
     hide();
 }
 
@@ -315,6 +324,7 @@ void QtVirtualKbDlg::showWindow(bool)
 void QtVirtualKbDlg::loseFocus()
 {
     d->hasHighlight = false;
+    d->tellHighlight();
     d->repeatTimer.stop();
     update();
 }
@@ -323,6 +333,7 @@ void QtVirtualKbDlg::restoreFocus()
 {
     d->hasHighlight = true;
     d->isCovered = false;
+    d->tellHighlight();
     update();
 }
 

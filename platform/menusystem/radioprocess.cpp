@@ -10,6 +10,12 @@
 
 namespace menusystem {
 
+namespace {
+
+constexpr double largerFactor = 1.25; // libViewComponent counts on just this one
+
+} // namespace
+
 void addDeviceSettings(QProcessEnvironment &environment)
 {
     const platform::DeviceSettings settings;
@@ -49,8 +55,12 @@ void RadioProcess::startRadio(const QStringList &program, const QString &socket,
     environment.insert(QString::fromLatin1(netcommon::menu::socketVariable), socket);
     // Only this scale factor counts, and fonts have 96 dots per inch, whatever the screen reports.
     for (const char *name : {"QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR", "QT_USE_PHYSICAL_DPI",
-                             "QT_ENABLE_HIGHDPI_SCALING", "VELMORA_WINDOWED"})
+                             "QT_ENABLE_HIGHDPI_SCALING", "VELMORA_WINDOWED", "VELMORA_LARGER"})
         environment.remove(QString::fromLatin1(name));
+    if (!isWindowed && platform::DeviceSettings().value("screen/larger").toBool()) {
+        environment.insert(QStringLiteral("VELMORA_LARGER"), QStringLiteral("1"));
+        scale *= largerFactor;
+    }
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale, 'g', 12));
     environment.insert(QStringLiteral("QT_SCALE_FACTOR_ROUNDING_POLICY"), QStringLiteral("PassThrough"));
     environment.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("96"));

@@ -164,6 +164,8 @@ const std::vector<DeviceSetting> &DeviceSettings::table()
         {"sound/output", Type::Text, "", "audio sink as gst-launch-1.0 describes it; empty: the usual one"},
         {"sound/key-clicks", Type::Flag, "false", "a key clicks"},
         {"screen/saver-minutes", Type::Number, "10", "minutes without a key until the picture dims; 0: never", 0, 240},
+        {"screen/larger", Type::Flag, "false",
+         "everything is drawn a quarter larger, and the picture follows the focus"},
         {"speech/enabled", Type::Flag, "false", "the focused control is read aloud"},
         {"phones/remote", Type::Flag, "true", "telephones of the radio's accounts may press its keys"},
         {"service/address", Type::Address, "", "the service; empty: as ws.conf says"},

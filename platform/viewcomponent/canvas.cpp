@@ -6,7 +6,9 @@
 #include "platform/shared/windowstack.h"
 #include "scaledown.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QDynamicPropertyChangeEvent>
 #include <QMouseEvent>
 #include <QMoveEvent>
 #include <QPainter>
@@ -14,6 +16,8 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QWidget>
+
+#include <utility>
 
 namespace viewcomponent {
 
@@ -56,6 +60,9 @@ bool Canvas::eventFilter(QObject *watched, QEvent *event)
 {
     if (m_factor < 1 && watched->isWindowType())
         return mapMouse(watched, event);
+    if (m_isLarger && (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease ||
+                       event->type() == QEvent::DynamicPropertyChange))
+        followLater(); // when the screen has done what the key asks for
     if ((event->type() != QEvent::Move && event->type() != QEvent::Show) || m_isPlacing || event->spontaneous() ||
         !watched->isWidgetType())
         return false;
@@ -89,6 +96,9 @@ void Canvas::begin()
         return;
     m_hasBegun = true;
     const bool isWindowed = qEnvironmentVariableIntValue("VELMORA_WINDOWED") == 1;
+    m_isLarger = !isWindowed && qEnvironmentVariableIntValue("VELMORA_LARGER") == 1;
+    if (m_isLarger)
+        connect(qApp, &QApplication::focusChanged, this, &Canvas::followLater);
     if (Backdrop::isNeeded()) {
         if (isWindowed) // as large as the desktop leaves room for
             m_factor = shrinkFactor(QGuiApplication::primaryScreen()->availableSize());
@@ -114,9 +124,15 @@ void Canvas::spread()
     if (m_backdrop && (!isWindowed || !m_backdrop->isVisible()))
         m_backdrop->cover(whole);
     if (!isWindowed)
-        m_factor = hasOrder() ? shrinkFactor(whole.size()) : 1;
-    m_canvas = isWindowed ? m_backdrop->geometry() : canvasOn(whole, m_factor);
+        m_factor =
+            hasOrder() ? shrinkFactor(m_isLarger ? (QSizeF(whole.size()) * largerFactor).toSize() : whole.size()) : 1;
+    if (m_isLarger) {
+        m_view.setSize(viewSize(whole.size(), m_factor));
+        m_view = followed();
+    }
+    m_canvas = isWindowed ? m_backdrop->geometry() : placedOn(whole, shrunk(m_view.size(), m_factor));
     qApp->setProperty(platform::canvasProperty, m_canvas);
+    qApp->setProperty(platform::viewProperty, m_view);
     for (auto entry = m_places.cbegin(); entry != m_places.cend(); ++entry) {
         place(entry.key(), entry->onCanvas);
         shrink(entry.key());
@@ -125,7 +141,7 @@ void Canvas::spread()
 
 void Canvas::place(QWidget *window, const QPoint &onCanvas)
 {
-    const QPoint onScreen = m_canvas.topLeft() + (QPointF(onCanvas) * m_factor).toPoint();
+    const QPoint onScreen = m_canvas.topLeft() + (QPointF(onCanvas - m_view.topLeft()) * m_factor).toPoint();
     if (!m_places.contains(window))
         connect(window, &QObject::destroyed, this, [this, window] { m_places.remove(window); });
     m_places[window] = {onCanvas, onScreen};
@@ -188,6 +204,50 @@ void Canvas::fillCorners(QWidget *window) const
     window->setPalette(palette);
 }
 
+void Canvas::followLater()
+{
+    if (!std::exchange(m_isFollowing, true))
+        QMetaObject::invokeMethod(this, &Canvas::follow, Qt::QueuedConnection);
+}
+
+void Canvas::follow()
+{
+    m_isFollowing = false;
+    if (followed() != m_view)
+        spread();
+}
+
+// The view moved to what has the attention of the uppermost window: a box as a whole; else the focused control or its
+// current row, and then the keyboard with its highlighted key.
+QRect Canvas::followed() const
+{
+    QRect view = m_view;
+    QWidget *window = WindowStack::instance().top();
+    const auto place = m_places.constFind(window);
+    if (place == m_places.constEnd())
+        return view;
+    const auto reveal = [&](const QWidget *widget, const QRect &part) {
+        view = revealed(view, QRect(place->onCanvas + widget->mapTo(window, part.topLeft()), part.size()));
+    };
+    const QWidget *focus = QApplication::focusWidget();
+    if (!focus || focus->window() != window || window->width() <= view.width())
+        focus = window;
+    const auto *list = qobject_cast<const QAbstractItemView *>(focus);
+    const QRect row = list ? list->visualRect(list->currentIndex()) & list->viewport()->rect() : QRect();
+    if (row.isEmpty())
+        reveal(focus, focus->rect());
+    else
+        reveal(list->viewport(), row);
+    for (const auto *widget : window->findChildren<QWidget *>()) {
+        const QRect part = widget->property(platform::attentionProperty).toRect();
+        if (part.isEmpty() || !widget->isVisible())
+            continue;
+        reveal(widget, widget->rect());
+        reveal(widget, part);
+    }
+    return view;
+}
+
 void Canvas::settleLater()
 {
     if (m_isSettling)
@@ -201,6 +261,8 @@ void Canvas::settleLater()
 void Canvas::settle()
 {
     m_isSettling = false;
+    if (m_isLarger)
+        follow();
     const auto windows = WindowStack::instance().bottomToTop();
     if (!windows.isEmpty())
         m_emptyTimer.stop();

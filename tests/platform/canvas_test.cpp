@@ -42,8 +42,28 @@ private slots:
             {QRect(50, 0, 800, 480), QRect(50, 15, 800, 450)},          // smaller
             {QRect(0, 0, 1279, 960), QRect(0, 0, 1280, 720)},           // rounded down: nothing is shrunk for a pixel
         };
-        for (const auto &[screen, canvas] : cases)
-            QCOMPARE(viewcomponent::canvasOn(screen, viewcomponent::shrinkFactor(screen.size())), canvas);
+        for (const auto &[screen, canvas] : cases) {
+            const double factor = viewcomponent::shrinkFactor(screen.size());
+            QCOMPARE(viewcomponent::placedOn(screen, viewcomponent::shrunk(viewcomponent::canvasSize, factor)), canvas);
+        }
+    }
+
+    void theLargerPictureMovesAsLittleAsItMust()
+    {
+        QCOMPARE(viewcomponent::viewSize({1024, 640}, 1), QSize(1024, 640)); // nothing of a higher screen stays black
+        QCOMPARE(viewcomponent::viewSize({819, 614}, 0.8), QSize(1024, 720));
+        const std::tuple<QPoint, QRect, QPoint> cases[] = {
+            {{0, 0}, {100, 100, 200, 40}, {0, 0}},         // is in it
+            {{0, 0}, {500, 470, 200, 40}, {0, 14}},        // with a margin of 80
+            {{0, 0}, {1180, 700, 100, 20}, {256, 144}},    // up to the edges
+            {{256, 144}, {300, 200, 100, 20}, {220, 120}}, // back
+            {{256, 144}, {0, 0, 10, 10}, {0, 0}},
+            {{100, 100}, {130, 110, 1000, 500}, {118, 72}}, // a smaller margin
+            {{100, 100}, {0, 0, 1280, 720}, {100, 100}},    // does not fit
+            {{100, 100}, {0, 690, 1280, 10}, {100, 144}},
+        };
+        for (const auto &[from, wanted, to] : cases)
+            QCOMPARE(viewcomponent::revealed({from, QSize(1024, 576)}, wanted).topLeft(), to);
     }
 
     // in the order of showing

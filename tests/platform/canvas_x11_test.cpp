@@ -1,6 +1,7 @@
 // The canvas and the remote's keys on a real display server without a window manager, driven by a real keyboard.
 #include "menu_fixture.h"
 
+#include <QDir>
 #include <QImage>
 #include <QJsonArray>
 #include <QStandardPaths>
@@ -95,6 +96,38 @@ private slots:
             QCOMPARE(at(250, 185), QColor(0x60, 0x30, 0x20));  // the box begins at 240, 175
             QCOMPARE(at(1010, 505), QColor(0x60, 0x30, 0x20)); // and ends at 1020, 514
             QVERIFY(at(1030, 520) != QColor(0x60, 0x30, 0x20));
+        }
+    }
+
+    void theLargerPictureKeepsTheFocusInView()
+    {
+        for (const int height : {720, 1080}) {
+            const int width = height * 16 / 9;
+            QVERIFY(startServer(QStringLiteral("%1x%2").arg(width).arg(height)));
+            MenuFixture menu;
+            QVERIFY(QDir(menu.path({})).mkdir("settings"));
+            QFile settings(menu.path("settings/device.conf"));
+            QVERIFY(settings.open(QIODevice::WriteOnly) && settings.write("[screen]\nlarger = true\n") > 0);
+            settings.close();
+            QVERIFY(startSample(menu));
+            // What is seen at a place of the canvas while its view begins at `from`, five quarters as large as usual.
+            const auto at = [&](const QPoint &from, int x, int y) {
+                const Outcome outcome = menu.command({"screenshot", menu.path("picture.png")});
+                const QImage image(menu.path("picture.png"));
+                if (outcome.code != 0 || image.size() != QSize(width, height))
+                    return QColor();
+                return image.pixelColor((x - from.x()) * width / 1024, (y - from.y()) * height / 576);
+            };
+            const QColor corner(0xF0, 0xF0, 0xF0);
+            const QColor screen(0x20, 0x40, 0x60);
+            const QColor box(0x60, 0x30, 0x20);
+            QVERIFY(at({0, 0}, 1020, 570) == screen);
+            QVERIFY(press({"key", "End"})); // to the control in the corner
+            QTRY_COMPARE(at({256, 144}, 1190, 690), corner);
+            QVERIFY(at({256, 144}, 1170, 690) == screen && at({256, 144}, 1270, 710) == screen);
+            QVERIFY(press({"key", "F1"})); // a box at 240, 175
+            QTRY_COMPARE(at({160, 95}, 250, 185), box);
+            QVERIFY(at({160, 95}, 800, 170) == screen && at({160, 95}, 1010, 505) == box);
         }
     }
 

@@ -1,5 +1,6 @@
-// A program that replaces the radio. Red opens its last message box, green focuses the field, yellow hangs, blue asks
-// to exit as after a fault, play as a person wishes, stop hides the screen. Options: --deaf (ignores exit orders),
+// A program that replaces the radio. Red opens its last message box, green focuses the field, end the control in the
+// corner, yellow hangs, blue asks to exit as after a fault, play as a person wishes, stop hides the screen. Options:
+// --deaf (ignores exit orders),
 // --ask (asks to exit at once), --code N (ends with N).
 #include "app/crashreporter.h"
 #include "netcommon/ipc.h"
@@ -99,6 +100,10 @@ SampleDlg::SampleDlg()
     button->setFocusPolicy(Qt::ClickFocus);
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, [] { say("clicked"); });
+    auto *corner = new QWidget(this);
+    corner->setObjectName("corner");
+    corner->setGeometry(1180, 680, 80, 20);
+    corner->setStyleSheet("background: #F0F0F0;");
     auto *field = new QLineEdit(this);
     field->setObjectName("nameEdit");
     field->setGeometry(500, 230, 400, 48);
@@ -142,6 +147,9 @@ void SampleDlg::keyPressEvent(QKeyEvent *event)
         break;
     case 0x010000C0:
         findChild<QLineEdit *>(QStringLiteral("nameEdit"))->setFocus();
+        break;
+    case Qt::Key_End:
+        findChild<QWidget *>(QStringLiteral("corner"))->setFocus();
         break;
     case Qt::Key_Yellow:
         say("hanging");

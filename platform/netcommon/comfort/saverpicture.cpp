@@ -1,5 +1,7 @@
 #include "saverpicture.h"
 
+#include "platform/shared/canvasproperty.h"
+
 #include <QImageReader>
 #include <QLocale>
 #include <QPainterPath>
@@ -149,10 +151,14 @@ void SaverPicture::showTrack(const NowPlaying &track, const QString &sleep, qint
 void SaverPicture::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    painter.fillRect(rect(), Qt::black);
     if (m_isBlack)
-        painter.fillRect(rect(), Qt::black);
-    else
-        paintSaver(painter, m_scene, m_elapsedMs);
+        return;
+    const QRect view = platform::viewOfCanvas(); // also with the larger picture all of it is seen
+    const QSize picture = canvasSize.scaled(view.size(), Qt::KeepAspectRatio);
+    painter.translate(view.center() - QRect(QPoint(), picture).center());
+    painter.scale(double(picture.width()) / canvasSize.width(), double(picture.height()) / canvasSize.height());
+    paintSaver(painter, m_scene, m_elapsedMs);
 }
 
 } // namespace netcommon

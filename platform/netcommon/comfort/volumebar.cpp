@@ -1,5 +1,7 @@
 #include "volumebar.h"
 
+#include "platform/shared/canvasproperty.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -8,8 +10,8 @@ namespace netcommon {
 namespace {
 
 constexpr int shownMs = 2000;
-// On the canvas, above everything that a screen puts there.
-constexpr QRect place(420, 20, 440, 64);
+constexpr QSize barSize(440, 64);
+constexpr int fromTop = 20; // of what is seen: above everything that a screen puts there
 constexpr QRectF track(88, 27, 258, 10);
 constexpr QRectF numberPlace(356, 0, 66, 64);
 const QColor amber(0xFF, 0xB4, 0x00);
@@ -38,7 +40,7 @@ VolumeBar::VolumeBar(QWidget *screen)
     : QWidget(screen)
 {
     setObjectName(QStringLiteral("volumeBar"));
-    setGeometry(place);
+    resize(barSize);
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     m_hide.setSingleShot(true);
@@ -50,6 +52,8 @@ void VolumeBar::showVolume(int percent, bool isMuted)
 {
     m_percent = percent;
     m_isMuted = isMuted;
+    const QRect view = platform::viewOfCanvas();
+    move(view.center().x() + 1 - barSize.width() / 2, view.y() + fromTop);
     raise();
     show();
     update();
