@@ -53,7 +53,8 @@ QPixmap sharpPicture(const QString &file, const QSize &size, qreal devicePixelRa
         return {};
     const QSize wanted = (QSizeF(size) * devicePixelRatio).toSize();
     if (image.width() > wanted.width() || image.height() > wanted.height())
-        image = image.scaled(wanted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                    .scaled(wanted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     image.setDevicePixelRatio(qreal(image.width()) / size.width());
     return QPixmap::fromImage(image);
 }
