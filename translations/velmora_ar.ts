@@ -914,10 +914,6 @@ Please select “Activate Velmora” below.</source>
         <translation>النظام</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>لا توجد ذاكرة USB يمكن الكتابة عليها. أدخل واحدة واختر هذا مرة أخرى.</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>تعذر حفظ التقرير. %1</translation>
     </message>
@@ -928,6 +924,14 @@ Please select “Activate Velmora” below.</source>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>المساحة لا تكفي أو الذاكرة تالفة.</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>يمكن الآن إخراج وحدة USB.</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>جارٍ حفظ التقرير...</translation>
     </message>
 </context>
 <context>
@@ -1008,18 +1012,6 @@ Please select “Activate Velmora” below.</source>
         <translation>تعتم الصورة إذا لم يُضغط أي زر أثناء الموسيقى.</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>كما في النظام</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>اللغة والمنطقة</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>لغة كل النصوص وكيفية كتابة التواريخ والأوقات والأرقام.</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>إيقاف التشغيل</translation>
     </message>
@@ -1058,6 +1050,41 @@ Please select “Activate Velmora” below.</source>
     <message>
         <source>%1, chosen</source>
         <translation>%1، محدد</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>صورة أكبر</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>تظهر الصورة الأكبر عند التشغيل التالي للراديو أو للصفحة الرئيسية.</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>كما في النظام</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>اللغة والمنطقة</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>لغة كل النصوص وكيفية كتابة التواريخ والأوقات والأرقام.</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>المنطقة الزمنية هي منطقة النظام.</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>تعذّر تغيير المنطقة الزمنية. %1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>المنطقة الزمنية</translation>
     </message>
 </context>
 <context>
@@ -1343,6 +1370,21 @@ Please select “Activate Velmora” below.</source>
             <numerusform>بعد %n دقيقة</numerusform>
             <numerusform>بعد %n دقيقة</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>لم تُركَّب أي وحدة USB، ولا شيء على هذا الجهاز يركّبها (udisks2).</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>لا توجد ذاكرة USB يمكن الكتابة عليها. أدخل واحدة واختر هذا مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>تعذّر استخدام وحدة USB. %1</translation>
     </message>
 </context>
 <context>

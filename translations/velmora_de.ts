@@ -914,10 +914,6 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
         <translation>System</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>Es gibt keinen beschreibbaren USB-Stick. Stecken Sie einen ein und wählen Sie dies noch einmal.</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>Der Bericht kann nicht gespeichert werden. %1</translation>
     </message>
@@ -928,6 +924,14 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>Der Platz reicht nicht, oder der Stick ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>Der Stick kann jetzt abgezogen werden.</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>Der Bericht wird gespeichert...</translation>
     </message>
 </context>
 <context>
@@ -1004,18 +1008,6 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
         <translation>Wenn bei laufender Musik niemand eine Taste drückt, wird das Bild dunkler.</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>Wie im System eingestellt</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>Sprache und Region</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>Die Sprache aller Texte und die Schreibweise von Datum, Uhrzeit und Zahlen.</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>Ausschalten</translation>
     </message>
@@ -1054,6 +1046,41 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
     <message>
         <source>%1, chosen</source>
         <translation>%1, ausgewählt</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>Größeres Bild</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>Das größere Bild kommt mit dem nächsten Start des Radios oder der Startseite.</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>Wie im System eingestellt</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>Sprache und Region</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>Die Sprache aller Texte und die Schreibweise von Datum, Uhrzeit und Zahlen.</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>Die Zeitzone ist die des Systems.</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>Die Zeitzone lässt sich nicht ändern. %1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Zeitzone</translation>
     </message>
 </context>
 <context>
@@ -1331,6 +1358,21 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
             <numerusform>nach %n Minute</numerusform>
             <numerusform>nach %n Minuten</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>Es ist kein USB-Stick eingehängt, und nichts auf diesem Gerät hängt einen ein (udisks2).</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>Es gibt keinen beschreibbaren USB-Stick. Stecken Sie einen ein und wählen Sie dies noch einmal.</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>Der USB-Stick lässt sich nicht verwenden. %1</translation>
     </message>
 </context>
 <context>

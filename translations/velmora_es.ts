@@ -914,10 +914,6 @@ Elija abajo «Activar Velmora».</translation>
         <translation>Sistema</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>No hay ninguna memoria USB en la que se pueda escribir. Conecte una y elija esto otra vez.</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>El informe no se puede guardar. %1</translation>
     </message>
@@ -928,6 +924,14 @@ Elija abajo «Activar Velmora».</translation>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>No hay bastante espacio, o la memoria está dañada.</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>Ya se puede retirar la memoria USB.</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>Guardando el informe...</translation>
     </message>
 </context>
 <context>
@@ -1004,18 +1008,6 @@ Elija abajo «Activar Velmora».</translation>
         <translation>Si nadie pulsa una tecla mientras suena música, la imagen se oscurece.</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>Como el sistema</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>Idioma y región</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>El idioma de todos los textos y la forma de fechas, horas y números.</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>Apagar</translation>
     </message>
@@ -1054,6 +1046,41 @@ Elija abajo «Activar Velmora».</translation>
     <message>
         <source>%1, chosen</source>
         <translation>%1, elegido</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>Imagen más grande</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>La imagen más grande se aplica al próximo inicio de la radio o de la página de inicio.</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>Como el sistema</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>Idioma y región</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>El idioma de todos los textos y la forma de fechas, horas y números.</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>La zona horaria es la del sistema.</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>No se puede cambiar la zona horaria. %1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Zona horaria</translation>
     </message>
 </context>
 <context>
@@ -1331,6 +1358,21 @@ Elija abajo «Activar Velmora».</translation>
             <numerusform>tras %n minuto</numerusform>
             <numerusform>tras %n minutos</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>No hay ninguna memoria USB montada y nada en este equipo la monta (udisks2).</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>No hay ninguna memoria USB en la que se pueda escribir. Conecte una y elija esto otra vez.</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>No se puede usar la memoria USB. %1</translation>
     </message>
 </context>
 <context>

@@ -914,10 +914,6 @@ Choisissez « Activer Velmora » ci-dessous.</translation>
         <translation>Système</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>Aucune clé USB inscriptible n’est présente. Branchez-en une et choisissez de nouveau cette ligne.</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>Le rapport ne peut pas être enregistré. %1</translation>
     </message>
@@ -928,6 +924,14 @@ Choisissez « Activer Velmora » ci-dessous.</translation>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>La place ne suffit pas, ou la clé est abîmée.</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>La clé peut être retirée.</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>Enregistrement du rapport...</translation>
     </message>
 </context>
 <context>
@@ -1004,18 +1008,6 @@ Choisissez « Activer Velmora » ci-dessous.</translation>
         <translation>Quand aucune touche n’est pressée pendant la musique, l’image s’assombrit.</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>Comme le système</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>Langue et région</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>La langue de tous les textes, et l’écriture des dates, des heures et des nombres.</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>Éteindre</translation>
     </message>
@@ -1054,6 +1046,41 @@ Choisissez « Activer Velmora » ci-dessous.</translation>
     <message>
         <source>%1, chosen</source>
         <translation>%1, choisi</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>Image agrandie</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>L’image agrandie s’applique au prochain démarrage de la radio ou de l’accueil.</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>Comme le système</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>Langue et région</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>La langue de tous les textes, et l’écriture des dates, des heures et des nombres.</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>Le fuseau horaire est celui du système.</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>Le fuseau horaire ne peut pas être changé. %1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Fuseau horaire</translation>
     </message>
 </context>
 <context>
@@ -1331,6 +1358,21 @@ Choisissez « Activer Velmora » ci-dessous.</translation>
             <numerusform>après %n minute</numerusform>
             <numerusform>après %n minutes</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>Aucune clé USB n’est montée, et rien sur cet appareil n’en monte (udisks2).</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>Aucune clé USB inscriptible n’est présente. Branchez-en une et choisissez de nouveau cette ligne.</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>La clé USB ne peut pas être utilisée. %1</translation>
     </message>
 </context>
 <context>

@@ -914,10 +914,6 @@ Scelga «Attiva Velmora» qui sotto.</translation>
         <translation>Sistema</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>Nessuna chiave USB scrivibile. Ne inserisca una e scelga di nuovo questa riga.</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>Il rapporto non può essere salvato. %1</translation>
     </message>
@@ -928,6 +924,14 @@ Scelga «Attiva Velmora» qui sotto.</translation>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>Lo spazio non basta, o la chiave è danneggiata.</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>La chiavetta si può togliere.</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>Salvataggio del rapporto...</translation>
     </message>
 </context>
 <context>
@@ -1004,18 +1008,6 @@ Scelga «Attiva Velmora» qui sotto.</translation>
         <translation>Se nessuno preme un tasto durante la musica, l’immagine si attenua.</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>Come il sistema</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>Lingua e regione</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>La lingua di tutti i testi e la forma di date, ore e numeri.</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>Spegni</translation>
     </message>
@@ -1054,6 +1046,41 @@ Scelga «Attiva Velmora» qui sotto.</translation>
     <message>
         <source>%1, chosen</source>
         <translation>%1, scelto</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>Immagine più grande</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>L’immagine più grande vale dal prossimo avvio della radio o della pagina iniziale.</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>Come il sistema</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>Lingua e regione</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>La lingua di tutti i testi e la forma di date, ore e numeri.</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>Il fuso orario è quello del sistema.</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>Il fuso orario non si può cambiare. %1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Fuso orario</translation>
     </message>
 </context>
 <context>
@@ -1331,6 +1358,21 @@ Scelga «Attiva Velmora» qui sotto.</translation>
             <numerusform>dopo %n minuto</numerusform>
             <numerusform>dopo %n minuti</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>Nessuna chiavetta USB è montata, e nulla su questo dispositivo la monta (udisks2).</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>Nessuna chiave USB scrivibile. Ne inserisca una e scelga di nuovo questa riga.</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>La chiavetta USB non si può usare. %1</translation>
     </message>
 </context>
 <context>

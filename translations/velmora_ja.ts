@@ -910,10 +910,6 @@ Please select “Activate Velmora” below.</source>
         <translation>システム</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>書き込める USB メモリがありません。差し込んでから、もう一度選んでください。</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>報告書を保存できません。%1</translation>
     </message>
@@ -924,6 +920,14 @@ Please select “Activate Velmora” below.</source>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>空きが足りないか、USB メモリが壊れています。</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>USBメモリーを取り外せます。</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>レポートを保存しています...</translation>
     </message>
 </context>
 <context>
@@ -999,18 +1003,6 @@ Please select “Activate Velmora” below.</source>
         <translation>音楽の再生中にキーが押されないと、画面が暗くなります。</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>システムの設定に従う</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>言語と地域</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>すべての文字の言語と、日付、時刻、数の書き方です。</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>電源を切る</translation>
     </message>
@@ -1049,6 +1041,41 @@ Please select “Activate Velmora” below.</source>
     <message>
         <source>%1, chosen</source>
         <translation>%1、選択中</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>大きな表示</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>大きな表示は、ラジオまたはホームの次の起動から有効になります。</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>システムの設定に従う</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>言語と地域</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>すべての文字の言語と、日付、時刻、数の書き方です。</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>タイムゾーンはシステムの設定に従います。</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>タイムゾーンを変更できません。%1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>タイムゾーン</translation>
     </message>
 </context>
 <context>
@@ -1324,6 +1351,21 @@ Please select “Activate Velmora” below.</source>
         <translation>
             <numerusform>%n 分後</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>USBメモリーがマウントされておらず、この機器にはマウントする機能がありません (udisks2)。</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>書き込める USB メモリがありません。差し込んでから、もう一度選んでください。</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>USBメモリーを使用できません。%1</translation>
     </message>
 </context>
 <context>

@@ -914,10 +914,6 @@ Kies hieronder “Velmora activeren”.</translation>
         <translation>Systeem</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>Er is geen USB-stick waarop geschreven kan worden. Steek er een in en kies dit opnieuw.</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>Het rapport kan niet worden bewaard. %1</translation>
     </message>
@@ -928,6 +924,14 @@ Kies hieronder “Velmora activeren”.</translation>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>Er is te weinig ruimte, of de stick is beschadigd.</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>De stick kan eruit.</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>Het rapport wordt opgeslagen...</translation>
     </message>
 </context>
 <context>
@@ -1004,18 +1008,6 @@ Kies hieronder “Velmora activeren”.</translation>
         <translation>Als niemand tijdens muziek een toets indrukt, wordt het beeld donkerder.</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>Zoals het systeem</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>Taal en regio</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>De taal van alle teksten, en hoe datum, tijd en getallen worden geschreven.</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>Uitschakelen</translation>
     </message>
@@ -1054,6 +1046,41 @@ Kies hieronder “Velmora activeren”.</translation>
     <message>
         <source>%1, chosen</source>
         <translation>%1, gekozen</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>Groter beeld</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>Het grotere beeld geldt vanaf de volgende start van de radio of van het startscherm.</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>Zoals het systeem</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>Taal en regio</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>De taal van alle teksten, en hoe datum, tijd en getallen worden geschreven.</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>De tijdzone is die van het systeem.</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>De tijdzone kan niet worden gewijzigd. %1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Tijdzone</translation>
     </message>
 </context>
 <context>
@@ -1331,6 +1358,21 @@ Kies hieronder “Velmora activeren”.</translation>
             <numerusform>na %n minuut</numerusform>
             <numerusform>na %n minuten</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>Er is geen USB-stick gekoppeld, en niets op dit apparaat koppelt er een (udisks2).</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>Er is geen USB-stick waarop geschreven kan worden. Steek er een in en kies dit opnieuw.</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>De USB-stick kan niet worden gebruikt. %1</translation>
     </message>
 </context>
 <context>

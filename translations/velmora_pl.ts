@@ -914,10 +914,6 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
         <translation>System</translation>
     </message>
     <message>
-        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
-        <translation>Nie ma pamięci USB, na której można zapisać. Podłącz ją i wybierz to jeszcze raz.</translation>
-    </message>
-    <message>
         <source>The report cannot be saved. %1</source>
         <translation>Nie można zapisać raportu. %1</translation>
     </message>
@@ -928,6 +924,14 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
     <message>
         <source>There is not enough room, or the stick is damaged.</source>
         <translation>Za mało miejsca albo pamięć jest uszkodzona.</translation>
+    </message>
+    <message>
+        <source>The stick can be taken out.</source>
+        <translation>Można wyjąć pamięć USB.</translation>
+    </message>
+    <message>
+        <source>Saving the report...</source>
+        <translation>Zapisywanie raportu...</translation>
     </message>
 </context>
 <context>
@@ -1005,18 +1009,6 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
         <translation>Gdy podczas muzyki nikt nie naciska klawisza, obraz ciemnieje.</translation>
     </message>
     <message>
-        <source>As the system is set up</source>
-        <translation>Jak w systemie</translation>
-    </message>
-    <message>
-        <source>Language and region</source>
-        <translation>Język i region</translation>
-    </message>
-    <message>
-        <source>The language of all texts, and how dates, times and numbers are written.</source>
-        <translation>Język wszystkich tekstów oraz zapis dat, godzin i liczb.</translation>
-    </message>
-    <message>
         <source>Switch off</source>
         <translation>Wyłącz</translation>
     </message>
@@ -1055,6 +1047,41 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
     <message>
         <source>%1, chosen</source>
         <translation>%1, wybrane</translation>
+    </message>
+    <message>
+        <source>Larger picture</source>
+        <translation>Większy obraz</translation>
+    </message>
+    <message>
+        <source>A larger picture is drawn from the next start of the radio or of Home.</source>
+        <translation>Większy obraz pojawi się przy następnym uruchomieniu radia lub strony głównej.</translation>
+    </message>
+</context>
+<context>
+    <name>home::LanguagePane</name>
+    <message>
+        <source>As the system is set up</source>
+        <translation>Jak w systemie</translation>
+    </message>
+    <message>
+        <source>Language and region</source>
+        <translation>Język i region</translation>
+    </message>
+    <message>
+        <source>The language of all texts, and how dates, times and numbers are written.</source>
+        <translation>Język wszystkich tekstów oraz zapis dat, godzin i liczb.</translation>
+    </message>
+    <message>
+        <source>The time zone is that of the system.</source>
+        <translation>Strefa czasowa jest taka jak w systemie.</translation>
+    </message>
+    <message>
+        <source>The time zone cannot be changed. %1</source>
+        <translation>Nie można zmienić strefy czasowej. %1</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Strefa czasowa</translation>
     </message>
 </context>
 <context>
@@ -1334,6 +1361,21 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
             <numerusform>po %n minutach</numerusform>
             <numerusform>po %n minutach</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>home::UsbStick</name>
+    <message>
+        <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
+        <translation>Żadna pamięć USB nie jest zamontowana i nic na tym urządzeniu jej nie montuje (udisks2).</translation>
+    </message>
+    <message>
+        <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
+        <translation>Nie ma pamięci USB, na której można zapisać. Podłącz ją i wybierz to jeszcze raz.</translation>
+    </message>
+    <message>
+        <source>The USB stick cannot be used. %1</source>
+        <translation>Nie można użyć pamięci USB. %1</translation>
     </message>
 </context>
 <context>

@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QFile>
 #include <QSaveFile>
-#include <QStorageInfo>
 #include <QSysInfo>
 
 namespace home {
@@ -31,27 +30,22 @@ QDir reportFolder()
     return QDir(state + QStringLiteral("/velmora/reports"));
 }
 
-// Where sticks are mounted.
-QStringList sticks()
-{
-    QStringList found;
-    for (const QStorageInfo &volume : QStorageInfo::mountedVolumes()) {
-        const QString place = volume.rootPath();
-        const bool isForSticks = place.startsWith(QLatin1String("/media/")) ||
-                                 place.startsWith(QLatin1String("/run/media/")) ||
-                                 place.startsWith(QLatin1String("/mnt/"));
-        if (isForSticks && volume.isValid() && volume.isReady() && !volume.isReadOnly())
-            found += place;
-    }
-    return found;
-}
-
 } // namespace
 
-AboutPane::AboutPane(const platform::DeviceSettingsWatch *settings, QObject *parent)
+AboutPane::AboutPane(const QDBusConnection &bus, const platform::DeviceSettingsWatch *settings, QObject *parent)
     : Pane(tr("About"), {}, parent)
     , m_settings(settings)
+    , m_stick(bus, this)
 {
+    connect(&m_stick, &UsbStick::ready, this, [this](const QString &folder) { saveTo(QDir(folder)); });
+    connect(&m_stick, &UsbStick::failed, this, [this](const QString &words) {
+        m_isSaving = false;
+        setText(words);
+    });
+    connect(&m_stick, &UsbStick::released, this, [this](bool isOut) {
+        m_isSaving = false;
+        setText(isOut ? m_result + QStringLiteral(". ") + tr("The stick can be taken out.") : m_result);
+    });
 }
 
 QStringList AboutPane::reports()
@@ -76,13 +70,20 @@ void AboutPane::open()
 
 void AboutPane::save()
 {
-    const QStringList places = sticks();
-    if (places.isEmpty())
-        return setText(tr("There is no USB stick that can be written to. Put one in and choose this again."));
+    if (m_isSaving)
+        return;
+    m_isSaving = true;
+    setText(tr("Saving the report..."));
+    m_stick.find();
+}
+
+void AboutPane::saveTo(const QDir &folder)
+{
     QString reason;
-    const QString path = writeReport(QDir(places.first()), &reason);
-    setText(path.isEmpty() ? tr("The report cannot be saved. %1").arg(reason)
-                           : tr("The report is saved: %1").arg(QFileInfo(path).fileName()));
+    const QString path = writeReport(folder, &reason);
+    m_result = path.isEmpty() ? tr("The report cannot be saved. %1").arg(reason)
+                              : tr("The report is saved: %1").arg(QFileInfo(path).fileName());
+    m_stick.release();
 }
 
 QString AboutPane::writeReport(const QDir &folder, QString *reason) const

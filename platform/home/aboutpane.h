@@ -2,6 +2,7 @@
 
 #include "pane.h"
 #include "platform/shared/devicesettings.h"
+#include "usbstick.h"
 
 #include <QDir>
 
@@ -11,7 +12,7 @@ namespace home {
 class AboutPane : public Pane {
     Q_OBJECT
 public:
-    AboutPane(const platform::DeviceSettingsWatch *settings, QObject *parent);
+    AboutPane(const QDBusConnection &bus, const platform::DeviceSettingsWatch *settings, QObject *parent);
 
     void open() override;
 
@@ -23,8 +24,12 @@ public:
 
 private:
     void save();
+    void saveTo(const QDir &folder);
 
     const platform::DeviceSettingsWatch *const m_settings;
+    UsbStick m_stick;
+    QString m_result; // of saving, until the stick is released
+    bool m_isSaving = false;
 };
 
 } // namespace home

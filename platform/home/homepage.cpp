@@ -2,7 +2,7 @@
 
 #include "aboutpane.h"
 #include "confirmpane.h"
-#include "languages.h"
+#include "languagepane.h"
 #include "machine.h"
 #include "netcommon/remotekeys.h"
 #include "networkpane.h"
@@ -14,6 +14,7 @@
 #include "sleeppane.h"
 #include "virtualkb/qtvirtualkbdlg.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -26,7 +27,7 @@ namespace home {
 namespace {
 
 constexpr QRect subjectsPlace(88, 92, 324, 520);
-constexpr QRect rowsPlace(452, 200, 740, 400);
+constexpr QRect rowsPlace(452, 186, 740, 424); // half a row more than fit: there are more below
 constexpr QRect typingPlace(452, 156, 740, 456);
 constexpr int subjectHeight = 40;
 constexpr int rowHeight = 50;
@@ -83,7 +84,6 @@ public:
         m_keyboard->loseFocus();
         m_field->clear();
         hide();
-        m_page->showTypingHints(false);
         m_page->showPane();
         m_page->enterPane();
     }
@@ -116,7 +116,7 @@ private:
     TextQuestion m_question;
 };
 
-HomePage::HomePage()
+HomePage::HomePage(bool offersQuit)
 {
     setObjectName(QStringLiteral("homePage"));
     addLabel("homeTitle", QRect(88, 42, 324, 48), 24, true)->setText(tr("Home"));
@@ -126,28 +126,33 @@ HomePage::HomePage()
     m_counter = addLabel("paneCounter", QRect(1080, 44, 112, 44), 15, true);
     m_counter->setProperty("isCounter", true);
     m_counter->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_text = addLabel("paneText", QRect(452, 96, 740, 96), 15);
+    m_text = addLabel("paneText", QRect(452, 96, 740, 88), 15);
     m_text->setWordWrap(true);
     m_text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_rows = new RowList("paneList", placed(rowsPlace), this);
     m_rows->setProperty("hasTicks", true);
     m_typing = new Typing(this, m_title);
-    addHint("returnHint", "Key_Return.png", tr("Return"), 16, 128);
+    m_returnHint = addHint("returnHint", "Key_Return.png", tr("Return"), 16, 128);
     m_typingHints = {addHint("redHint", "Key_Red.png", tr("Symbol/Num"), 156, 184),
                      addHint("greenHint", "Key_Green.png", tr("Caps"), 352, 116)};
-    showTypingHints(false);
-    addPanes();
+    addHint("homeHint", "Key_MC.png", tr("Home"), 1018, 118);
+    connect(qApp, &QApplication::focusChanged, this, &HomePage::showHints);
+    addPanes(offersQuit);
     connect(m_subjects, &QListWidget::currentRowChanged, this, &HomePage::openPane);
     connect(m_rows, &QListWidget::currentRowChanged, this, [this](int row) {
         const bool isLong = m_rows->count() * rowHeight > m_rows->height();
         m_counter->setText(isLong && row >= 0 ? QStringLiteral("%1/%2").arg(row + 1).arg(m_rows->count()) : QString());
     });
     m_subjects->setCurrentRow(0);
+    showHints();
 }
 
-HomePage::~HomePage() = default;
+HomePage::~HomePage()
+{
+    qApp->disconnect(this); // its end moves the focus
+}
 
-void HomePage::addPanes()
+void HomePage::addPanes(bool offersQuit)
 {
     using Choices = QList<SettingPane::Choice>;
     const auto number = [](int value) { return QString::number(value); };
@@ -168,35 +173,35 @@ void HomePage::addPanes()
     for (const int minutes : {2, 5, 10, 20, 30, 60})
         dims += {tr("after %n minutes", nullptr, minutes), "screen/saver-minutes", number(minutes)};
     dims += {tr("never"), "screen/saver-minutes", number(0)};
+    dims += {tr("Larger picture"), "screen/larger"};
     dims += {tr("Read aloud what has the focus"), "speech/enabled"};
-    add(new SettingPane(tr("Screen"), tr("When nobody presses a key while music plays, the picture dims."), dims,
-                        &m_settings, this));
+    add(new SettingPane(tr("Screen"),
+                        tr("When nobody presses a key while music plays, the picture dims.") + u' ' +
+                            tr("A larger picture is drawn from the next start of the radio or of Home."),
+                        dims, &m_settings, this));
 
     add(new OutputPane(&m_settings, this));
     add(new NetworkPane(&m_settings, this));
     add(new ServicePane(&m_settings, this));
 
-    Choices locales = {{tr("As the system is set up"), "language/locale", QStringLiteral("")}};
-    for (const Language &language : languages())
-        locales += {language.name, "language/locale", language.locale};
-    add(new SettingPane(tr("Language and region"),
-                        tr("The language of all texts, and how dates, times and numbers are written."), locales,
-                        &m_settings, this));
+    add(new LanguagePane(QDBusConnection::systemBus(), &m_settings, this));
 
     add(new PhonesPane(&m_settings, this));
-    add(new AboutPane(&m_settings, this));
+    add(new AboutPane(QDBusConnection::systemBus(), &m_settings, this));
 
     auto *machine = new Machine(this);
-    connect(machine, &Machine::known, this, [this, machine] {
+    connect(machine, &Machine::known, this, [this, machine, offersQuit] {
+        const int below = offersQuit ? 1 : 0;
         if (machine->maySwitchOff())
-            insert(m_entries.size() - 1, new ConfirmPane(tr("Switch off"), tr("The device switches off."),
-                                                         tr("Switch off now"), Answer::SwitchOff, this));
+            insert(m_entries.size() - below, new ConfirmPane(tr("Switch off"), tr("The device switches off."),
+                                                             tr("Switch off now"), Answer::SwitchOff, this));
         if (machine->mayRestart())
-            insert(m_entries.size() - (machine->maySwitchOff() ? 2 : 1),
+            insert(m_entries.size() - below - (machine->maySwitchOff() ? 1 : 0),
                    new ConfirmPane(tr("Restart"), tr("The device restarts. The radio comes back by itself."),
                                    tr("Restart now"), Answer::Restart, this));
     });
-    add(new ConfirmPane(tr("Quit"), tr("Ends the radio and Home."), tr("Quit now"), Answer::Quit, this));
+    if (offersQuit)
+        add(new ConfirmPane(tr("Quit"), tr("Ends the radio and Home."), tr("Quit now"), Answer::Quit, this));
     machine->ask();
 }
 
@@ -240,6 +245,7 @@ void HomePage::openPane(int index)
     if (m_open)
         m_open->close();
     m_open = pane;
+    m_above.clear();
     m_rows->setCurrentRow(-1);
     if (pane)
         pane->open();
@@ -254,7 +260,13 @@ void HomePage::showPane()
     m_title->setText(pane->title());
     m_text->setText(pane->text());
     m_rows->setAccessibleName(pane->title());
-    const int before = m_rows->currentRow();
+    int before = m_rows->currentRow();
+    if (pane->depth() > m_above.size()) {
+        m_above += before;
+        before = -1; // other rows begin at their own current one
+    }
+    while (pane->depth() < m_above.size())
+        before = m_above.takeLast();
     int current = -1;
     m_rows->clear();
     for (const PaneRow &row : pane->rows()) {
@@ -295,8 +307,16 @@ void HomePage::enterPane()
     m_rows->setCurrentRow(std::max(current, 0));
 }
 
+void HomePage::goBack()
+{
+    if (!m_open || !m_open->goBack())
+        leavePane();
+}
+
 void HomePage::leavePane()
 {
+    while (m_open && m_open->goBack()) {
+    }
     m_rows->setCurrentRow(-1);
     m_subjects->setFocus();
 }
@@ -324,16 +344,16 @@ void HomePage::choose()
 void HomePage::ask(const TextQuestion &question)
 {
     m_rows->hide();
-    showTypingHints(true);
     m_text->setText(QString());
     m_counter->setText(QString());
     m_typing->begin(question);
 }
 
-void HomePage::showTypingHints(bool isShown)
+void HomePage::showHints()
 {
+    m_returnHint->setVisible(isInPane() || m_typing->isVisible());
     for (QLabel *hint : m_typingHints)
-        hint->setVisible(isShown);
+        hint->setVisible(m_typing->isVisible());
 }
 
 // The lists move on presses, which repeat; everything else acts on releases.
@@ -347,7 +367,7 @@ void HomePage::keyPressEvent(QKeyEvent *event)
         break;
     case Qt::Key_Left:
         if (isInPane())
-            leavePane();
+            goBack();
         break;
     default:
         break;
@@ -364,7 +384,7 @@ void HomePage::keyReleaseEvent(QKeyEvent *event)
         break;
     case Qt::Key_Back:
         if (isInPane())
-            leavePane();
+            goBack();
         break;
     case Qt::Key_TopMenu:
         leavePane();

@@ -15,7 +15,8 @@ namespace home {
 class HomePage : public Page {
     Q_OBJECT
 public:
-    HomePage();
+    // `offersQuit`: there is something behind the radio to go back to.
+    explicit HomePage(bool offersQuit = true);
     ~HomePage() override;
 
     // Opens what the other one shows; call when this one is shown.
@@ -29,7 +30,7 @@ protected:
 private:
     class Typing;
 
-    void addPanes();
+    void addPanes(bool offersQuit);
     // `act`: Select in the left list does this at once.
     void add(Pane *pane, const std::function<void()> &act = {});
     void insert(qsizetype place, Pane *pane, const std::function<void()> &act = {});
@@ -37,10 +38,11 @@ private:
     void showPane(); // what the open pane says now
     void choose();   // Select in the list that has the focus
     bool isInPane() const;
+    void goBack(); // one step, within the pane or out of it
     void enterPane();
     void leavePane();
     void ask(const TextQuestion &question);
-    void showTypingHints(bool isShown);
+    void showHints();
 
     platform::DeviceSettingsWatch m_settings;
     struct Entry {
@@ -49,13 +51,15 @@ private:
     };
     QList<Entry> m_entries;
     Pane *m_open = nullptr; // the pane of the current entry
+    QList<int> m_above;     // while it shows rows below its first ones: where it was in the rows above
     QListWidget *m_subjects = nullptr;
     QLabel *m_title = nullptr;
     QLabel *m_text = nullptr;
     QLabel *m_counter = nullptr;
     QListWidget *m_rows = nullptr;
-    QList<QLabel *> m_typingHints; // visible with m_typing
-    Typing *m_typing = nullptr;    // a child; visible while a text is asked for
+    QLabel *m_returnHint = nullptr; // visible where Back leads somewhere
+    QList<QLabel *> m_typingHints;  // visible with m_typing
+    Typing *m_typing = nullptr;     // a child; visible while a text is asked for
 };
 
 } // namespace home

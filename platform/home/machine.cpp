@@ -1,9 +1,6 @@
 #include "machine.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include "systemcall.h"
 
 namespace home {
 
@@ -25,11 +22,9 @@ void Machine::ask(const char *method, bool *permission)
     const auto call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
         QStringLiteral("org.freedesktop.login1.Manager"), QLatin1String(method));
-    auto *watcher = new QDBusPendingCallWatcher(QDBusConnection::systemBus().asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, permission] {
-        const QDBusPendingReply<QString> reply = *watcher;
-        watcher->deleteLater();
-        *permission = reply.isValid() && reply.value() == QLatin1String("yes");
+    callSystem(QDBusConnection::systemBus(), call, this, [this, permission](const QDBusMessage &reply) {
+        *permission =
+            reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toString() == QLatin1String("yes");
         if (++m_answers == 2)
             emit known();
     });

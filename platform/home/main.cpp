@@ -27,14 +27,14 @@ void finish(Answer answer)
 }
 
 // Replaces `shown`, by a new one with the new texts, when the language changes.
-std::unique_ptr<Page> makeHome(std::unique_ptr<Page> *shown)
+std::unique_ptr<Page> makeHome(bool isKiosk, std::unique_ptr<Page> *shown)
 {
-    auto page = std::make_unique<HomePage>();
+    auto page = std::make_unique<HomePage>(!isKiosk);
     QObject::connect(page.get(), &Page::finished, qApp, &finish);
-    const auto renew = [shown, old = page.get()] {
+    const auto renew = [shown, isKiosk, old = page.get()] {
         if (shown->get() != old) // a second change before the first was carried out
             return;
-        auto next = makeHome(shown);
+        auto next = makeHome(isKiosk, shown);
         next->show();
         static_cast<HomePage *>(next.get())->goOnFrom(*old);
         *shown = std::move(next);
@@ -44,10 +44,10 @@ std::unique_ptr<Page> makeHome(std::unique_ptr<Page> *shown)
 }
 
 // Null for a name that no page has. `shown` gets Home when that is wanted.
-std::unique_ptr<Page> makePage(const QString &name, std::unique_ptr<Page> *shown)
+std::unique_ptr<Page> makePage(const QString &name, bool isKiosk, std::unique_ptr<Page> *shown)
 {
     if (name == QLatin1String("home"))
-        return makeHome(shown);
+        return makeHome(isKiosk, shown);
     std::optional<NoticePage::Kind> kind;
     if (name == QLatin1String("waiting"))
         kind = NoticePage::Kind::Waiting;
@@ -60,8 +60,8 @@ std::unique_ptr<Page> makePage(const QString &name, std::unique_ptr<Page> *shown
     const platform::DeviceSettings settings;
     auto page = std::make_unique<NoticePage>(*kind, configuredService(settings.value("service/address").toString()));
     QObject::connect(page.get(), &Page::finished, qApp, &finish);
-    const auto goHome = [shown] {
-        auto next = makeHome(shown);
+    const auto goHome = [shown, isKiosk] {
+        auto next = makeHome(isKiosk, shown);
         next->show();
         *shown = std::move(next);
     };
@@ -99,7 +99,9 @@ int main(int argc, char **argv)
     QCommandLineParser line;
     const QCommandLineOption wanted(QStringLiteral("page"), QStringLiteral("home, waiting, again or stopped"),
                                     QStringLiteral("NAME"), QStringLiteral("home"));
-    line.addOption(wanted);
+    const QCommandLineOption kiosk(QStringLiteral("kiosk"),
+                                   QStringLiteral("nothing is behind the radio: Home has no Quit"));
+    line.addOptions({wanted, kiosk});
     line.addHelpOption();
     line.process(application);
 
@@ -112,11 +114,14 @@ int main(int argc, char **argv)
     });
     {
         std::unique_ptr<Page> shown;
-        shown = makePage(line.value(wanted), &shown);
+        shown = makePage(line.value(wanted), line.isSet(kiosk), &shown);
         if (shown) {
             ipcThread->start();
             shown->show();
             status = QApplication::exec();
+            // The desktop's close button ends a window without an answer.
+            if (qApp->property(netcommon::exitWishProperty).toBool())
+                status = int(Answer::Quit);
         } else {
             std::fprintf(stderr, "velmora-home: there is no page \"%s\"\n", qPrintable(line.value(wanted)));
         }

@@ -42,6 +42,10 @@ public:
     QString text() const { return m_text; }
     const QList<PaneRow> &rows() const { return m_rows; }
 
+    // How far below its first rows the pane is; goBack() goes one step up, and returns false at the top.
+    virtual int depth() const { return 0; }
+    virtual bool goBack() { return false; }
+
     virtual void open() {}
     virtual void close() {}
 

@@ -73,6 +73,8 @@ RowList::RowList(const char *name, const QRect &where, QWidget *parent)
     QFont font(QStringLiteral("Arial"));
     font.setPointSize(18);
     setFont(font);
+    // As a whole: at a fractional scale the edge of a row lies in a pixel outside of it.
+    connect(this, &QListWidget::currentRowChanged, viewport(), qOverload<>(&QWidget::update));
 }
 
 void RowList::keyPressEvent(QKeyEvent *event)

@@ -26,6 +26,7 @@ protected:
     const platform::DeviceSettings &settings() const { return m_watch->settings(); }
     virtual QList<PaneRow> makeRows();
     void refresh() { setRows(makeRows()); }
+    void showUsualText() { setText(m_usualText); }
 
 private:
     const QString m_usualText;

@@ -1,9 +1,10 @@
 #include "wifi.h"
 
+#include "systemcall.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QMap>
 #include <QVariantMap>
@@ -63,11 +64,7 @@ void Wifi::call(const QString &path, const char *interface, const char *method, 
 {
     auto message = QDBusMessage::createMethodCall(service, path, QLatin1String(interface), QLatin1String(method));
     message.setArguments(arguments);
-    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, then] {
-        watcher->deleteLater();
-        then(watcher->reply());
-    });
+    callSystem(m_bus, message, this, then);
 }
 
 void Wifi::get(const QString &path, const char *interface, const char *property, const Then &then)

@@ -129,8 +129,10 @@ void MenuServer::begin(std::optional<Page> page)
     m_run.startedAt = m_clock.elapsed();
     m_watch.emplace(m_run.startedAt, RadioWatch::Limits{1000 * m_arguments.hangSeconds,
                                                         1000 * m_arguments.insistSeconds, m_arguments.isSupervisor});
-    const QStringList home{m_arguments.home, QStringLiteral("--page"),
-                           QString::fromLatin1(nameOf(page.value_or(Page::Home)))};
+    QStringList home{m_arguments.home, QStringLiteral("--page"),
+                     QString::fromLatin1(nameOf(page.value_or(Page::Home)))};
+    if (m_arguments.isKiosk)
+        home += QStringLiteral("--kiosk");
     m_process.startRadio(page ? home : m_arguments.program, m_socket, m_scale, m_arguments.isWindowed);
     m_output.begin(m_process.processId());
     if (!page)

@@ -24,7 +24,7 @@ public:
     {
         qputenv("XDG_STATE_HOME", QFile::encodeName(m_menu.path("state")));
         // It notes the page and ends with the status in "answer"; without one it shows the page until it is ended.
-        write("home", "#!/bin/sh\necho $2 >>${0%home}pages\nread -r status <${0%home}answer || exec sleep 100\n"
+        write("home", "#!/bin/sh\necho $2 $3 >>${0%home}pages\nread -r status <${0%home}answer || exec sleep 100\n"
                       "rm ${0%home}answer\nexit $status\n");
         QFile::setPermissions(m_menu.path("home"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         return m_menu.start(QStringList{"--supervise", "--home", m_menu.path("home"), "--insist-after", "2"} + options);
@@ -287,6 +287,13 @@ private slots:
         QCOMPARE(device.menu().command({"key", "play"}).code, 0);
         QCOMPARE(device.menu().waitForEnd(), 0);
         QCOMPARE(device.pages(), pages);
+
+        Supervised kiosk; // nothing is behind the radio
+        QVERIFY(kiosk.start({"--kiosk"}));
+        QCOMPARE(kiosk.menu().command({"key", "play"}).code, 0);
+        QTRY_COMPARE(kiosk.pages(), QStringList("home --kiosk"));
+        QCOMPARE(kiosk.menu().command({"exit"}).code, 0);
+        QCOMPARE(kiosk.menu().waitForEnd(), 0);
 
         Supervised withoutPages; // plain waiting, then the radio
         QVERIFY(withoutPages.start({"--home", "/nonexistent"}));
