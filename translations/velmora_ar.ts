@@ -927,7 +927,7 @@ Please select “Activate Velmora” below.</source>
     </message>
     <message>
         <source>The stick can be taken out.</source>
-        <translation>يمكن الآن إخراج وحدة USB.</translation>
+        <translation>يمكن الآن إخراج ذاكرة USB.</translation>
     </message>
     <message>
         <source>Saving the report...</source>
@@ -1057,7 +1057,7 @@ Please select “Activate Velmora” below.</source>
     </message>
     <message>
         <source>A larger picture is drawn from the next start of the radio or of Home.</source>
-        <translation>تظهر الصورة الأكبر عند التشغيل التالي للراديو أو للصفحة الرئيسية.</translation>
+        <translation>تظهر الصورة الأكبر عند التشغيل التالي للراديو أو للبداية.</translation>
     </message>
 </context>
 <context>
@@ -1376,7 +1376,7 @@ Please select “Activate Velmora” below.</source>
     <name>home::UsbStick</name>
     <message>
         <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
-        <translation>لم تُركَّب أي وحدة USB، ولا شيء على هذا الجهاز يركّبها (udisks2).</translation>
+        <translation>لم تُركَّب أي ذاكرة USB، ولا شيء على هذا الجهاز يركّبها (udisks2).</translation>
     </message>
     <message>
         <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
@@ -1384,7 +1384,7 @@ Please select “Activate Velmora” below.</source>
     </message>
     <message>
         <source>The USB stick cannot be used. %1</source>
-        <translation>تعذّر استخدام وحدة USB. %1</translation>
+        <translation>تعذّر استخدام ذاكرة USB. %1</translation>
     </message>
 </context>
 <context>

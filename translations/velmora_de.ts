@@ -1053,7 +1053,7 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
     </message>
     <message>
         <source>A larger picture is drawn from the next start of the radio or of Home.</source>
-        <translation>Das größere Bild kommt mit dem nächsten Start des Radios oder der Startseite.</translation>
+        <translation>Das größere Bild kommt mit dem nächsten Start des Radios oder von Home.</translation>
     </message>
 </context>
 <context>

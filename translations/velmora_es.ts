@@ -1053,7 +1053,7 @@ Elija abajo «Activar Velmora».</translation>
     </message>
     <message>
         <source>A larger picture is drawn from the next start of the radio or of Home.</source>
-        <translation>La imagen más grande se aplica al próximo inicio de la radio o de la página de inicio.</translation>
+        <translation>La imagen más grande se aplica al próximo inicio de la radio o del inicio.</translation>
     </message>
 </context>
 <context>

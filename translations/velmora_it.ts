@@ -927,7 +927,7 @@ Scelga «Attiva Velmora» qui sotto.</translation>
     </message>
     <message>
         <source>The stick can be taken out.</source>
-        <translation>La chiavetta si può togliere.</translation>
+        <translation>La chiave si può togliere.</translation>
     </message>
     <message>
         <source>Saving the report...</source>
@@ -1053,7 +1053,7 @@ Scelga «Attiva Velmora» qui sotto.</translation>
     </message>
     <message>
         <source>A larger picture is drawn from the next start of the radio or of Home.</source>
-        <translation>L’immagine più grande vale dal prossimo avvio della radio o della pagina iniziale.</translation>
+        <translation>L’immagine più grande vale dal prossimo avvio della radio o di Home.</translation>
     </message>
 </context>
 <context>
@@ -1364,7 +1364,7 @@ Scelga «Attiva Velmora» qui sotto.</translation>
     <name>home::UsbStick</name>
     <message>
         <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
-        <translation>Nessuna chiavetta USB è montata, e nulla su questo dispositivo la monta (udisks2).</translation>
+        <translation>Nessuna chiave USB è montata, e nulla su questo dispositivo la monta (udisks2).</translation>
     </message>
     <message>
         <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
@@ -1372,7 +1372,7 @@ Scelga «Attiva Velmora» qui sotto.</translation>
     </message>
     <message>
         <source>The USB stick cannot be used. %1</source>
-        <translation>La chiavetta USB non si può usare. %1</translation>
+        <translation>La chiave USB non si può usare. %1</translation>
     </message>
 </context>
 <context>

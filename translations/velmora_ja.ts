@@ -923,11 +923,11 @@ Please select “Activate Velmora” below.</source>
     </message>
     <message>
         <source>The stick can be taken out.</source>
-        <translation>USBメモリーを取り外せます。</translation>
+        <translation>USB メモリを取り外せます。</translation>
     </message>
     <message>
         <source>Saving the report...</source>
-        <translation>レポートを保存しています...</translation>
+        <translation>報告書を保存しています...</translation>
     </message>
 </context>
 <context>
@@ -1357,7 +1357,7 @@ Please select “Activate Velmora” below.</source>
     <name>home::UsbStick</name>
     <message>
         <source>No USB stick is mounted, and nothing on this device mounts one (udisks2).</source>
-        <translation>USBメモリーがマウントされておらず、この機器にはマウントする機能がありません (udisks2)。</translation>
+        <translation>USB メモリがマウントされておらず、この機器にはマウントする機能がありません (udisks2)。</translation>
     </message>
     <message>
         <source>There is no USB stick that can be written to. Put one in and choose this again.</source>
@@ -1365,7 +1365,7 @@ Please select “Activate Velmora” below.</source>
     </message>
     <message>
         <source>The USB stick cannot be used. %1</source>
-        <translation>USBメモリーを使用できません。%1</translation>
+        <translation>USB メモリを使用できません。%1</translation>
     </message>
 </context>
 <context>

@@ -1053,7 +1053,7 @@ Kies hieronder “Velmora activeren”.</translation>
     </message>
     <message>
         <source>A larger picture is drawn from the next start of the radio or of Home.</source>
-        <translation>Het grotere beeld geldt vanaf de volgende start van de radio of van het startscherm.</translation>
+        <translation>Het grotere beeld geldt vanaf de volgende start van de radio of van Home.</translation>
     </message>
 </context>
 <context>

@@ -1054,7 +1054,7 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
     </message>
     <message>
         <source>A larger picture is drawn from the next start of the radio or of Home.</source>
-        <translation>Większy obraz pojawi się przy następnym uruchomieniu radia lub strony głównej.</translation>
+        <translation>Większy obraz pojawi się przy następnym uruchomieniu radia lub ekranu Start.</translation>
     </message>
 </context>
 <context>
