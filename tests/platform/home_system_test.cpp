@@ -133,6 +133,7 @@ private slots:
         qputenv("XDG_STATE_HOME", m_folder.path().toLocal8Bit());
         qDBusRegisterMetaType<Interfaces>();
         qDBusRegisterMetaType<Objects>();
+        qDBusRegisterMetaType<QList<QByteArray>>();
         auto bus = QDBusConnection::connectToBus(QString::fromLatin1(address), "system");
         QVERIFY(bus.registerVirtualObject("/", &m_system, QDBusConnection::SubPath));
     }

@@ -126,12 +126,16 @@ private slots:
 
     void theVolumeIsThatOfThePerson()
     {
-        QCOMPARE(playerctl({"volume", "0.4"}), QString());
-        QTRY_COMPARE(m_volume.percent(), 40);
+        QCOMPARE(playerctl({"volume", "0.42"}), QString());
+        QTRY_COMPARE(m_volume.percent(), 42);
+        m_volume.lower(); // to the next step
+        QCOMPARE(playerctl({"volume"}).toDouble(), 0.4);
         m_volume.raise();
         QCOMPARE(playerctl({"volume"}).toDouble(), 0.45);
         m_volume.toggleMute();
         QCOMPARE(playerctl({"volume"}).toDouble(), 0);
+        QCOMPARE(playerctl({"volume", "0.3"}), QString()); // ends the mute
+        QTRY_COMPARE(playerctl({"volume"}).toDouble(), 0.3);
     }
 
     void theRadioLeavesTheBus()

@@ -295,6 +295,17 @@ private slots:
         QCOMPARE(kiosk.menu().command({"exit"}).code, 0);
         QCOMPARE(kiosk.menu().waitForEnd(), 0);
 
+        Supervised samples; // on a page the house key is the page's own
+        QVERIFY(samples.start({"--home", MENU_SAMPLE}));
+        const pid_t before = samples.radio();
+        QCOMPARE(samples.menu().command({"key", "home"}).code, 0);
+        QVERIFY(samples.isBack(before));
+        const pid_t page = samples.radio();
+        QCOMPARE(samples.menu().command({"key", "home", "up"}).code, 0);
+        QCOMPARE(samples.menu().command({"key", "down"}).code, 0);
+        QCOMPARE(samples.menu().output().count("exit 1"), 1);
+        QCOMPARE(samples.radio(), page);
+
         Supervised withoutPages; // plain waiting, then the radio
         QVERIFY(withoutPages.start({"--home", "/nonexistent"}));
         const pid_t radio = withoutPages.radio();
