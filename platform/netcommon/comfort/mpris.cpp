@@ -124,7 +124,8 @@ void Mpris::look()
         if (!track.album.isEmpty())
             metadata[QStringLiteral("xesam:album")] = track.album;
         if (!track.coverFile.isEmpty())
-            metadata[QStringLiteral("mpris:artUrl")] = QString::fromLatin1(QUrl::fromLocalFile(track.coverFile).toEncoded());
+            metadata[QStringLiteral("mpris:artUrl")] =
+                QString::fromLatin1(QUrl::fromLocalFile(track.coverFile).toEncoded());
     }
     QVariantMap changed;
     if (metadata != m_metadata)
