@@ -24,6 +24,8 @@ packages_tidy=(clang-format clang-tidy clang libclang-14-dev llvm-14-dev)
 packages_fuzz=(clang libclang-rt-14-dev)
 packages_package=(debhelper dpkg-dev)
 packages_package_check=(lintian mmdebstrap)
+packages_image=(mmdebstrap systemd-boot-efi squashfs-tools dosfstools mtools e2fsprogs fdisk binutils)
+packages_image_check=(qemu-system-x86 ovmf cpio)
 packages_arm=(g++-arm-linux-gnueabihf qemu-user)
 packages_arm64=(g++-aarch64-linux-gnu qemu-user)
 
