@@ -25,7 +25,7 @@ QString catalogueOf(const QString &name)
 QString languageFor(const QLocale &locale)
 {
     for (const QString &name : locale.uiLanguages()) {
-        const QString plain = name.section(u'-', 0, 0);
+        QString plain = name.section(u'-', 0, 0);
         if (plain == QLatin1String("en") || QFile::exists(catalogueOf(plain)))
             return plain;
     }
