@@ -4,7 +4,7 @@ packages_build=(
     qt6-base-dev qt6-base-dev-tools qt6-l10n-tools
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
     libxcb1-dev libxcb-xkb-dev libxcb-randr0-dev
-    libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libboost1.81-dev
+    libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libboost1.81-dev libboost-locale1.81-dev gettext
     libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
     libkissfft-dev libtag1-dev libsndfile1-dev libebur128-dev libturbojpeg0-dev libpng-dev libseccomp-dev libxxhash-dev
     libavformat-dev libavcodec-dev libswresample-dev libuchardet-dev prometheus-cpp-dev

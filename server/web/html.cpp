@@ -1,7 +1,8 @@
 #include "server/web/html.h"
 
+#include "server/http/message.h"
+
 #include <algorithm>
-#include <ctime>
 
 namespace velmora::server::html {
 
@@ -33,9 +34,43 @@ std::string escape(const std::string &text)
     return safe;
 }
 
+namespace {
+
+// What the root element says of the language.
+std::string languageAttributes()
+{
+    const Language &language = InLanguage::current();
+    return "lang=\"" + language.code + (language.isRightToLeft ? "\" dir=\"rtl\"" : "\"");
+}
+
+// Leads to the same page with all that its address says.
+std::string languageChoice(const Page &page)
+{
+    std::string text = "<form method=\"get\" action=\"" + escape(page.path) + "\">\n";
+    for (size_t at = 0; at < page.query.size();) {
+        const size_t end = std::min(page.query.find('&', at), page.query.size());
+        const std::string part = page.query.substr(at, end - at);
+        const size_t equals = std::min(part.find('='), part.size());
+        const std::string name = http::decoded(part.substr(0, equals), false);
+        if (!name.empty() && name != "language")
+            text +=
+                hidden(name, http::decoded(std::string_view(part).substr(std::min(equals + 1, part.size())), false));
+        at = end + 1;
+    }
+    text +=
+        "<label for=\"language\">" + escape(say("Language")) + "</label> <select id=\"language\" name=\"language\">";
+    for (const Language &language : languages())
+        text += "<option value=\"" + language.code + "\" lang=\"" + language.code +
+                (&language == &InLanguage::current() ? "\" selected>" : "\">") + escape(language.name) + "</option>";
+    return text + "</select> <button type=\"submit\" class=\"plain\">" + escape(say("Use it")) + "</button>\n</form>\n";
+}
+
+} // namespace
+
 std::string render(const Page &page)
 {
-    std::string text = "<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+    std::string text = "<!doctype html>\n<html " + languageAttributes() +
+                       ">\n<head>\n<meta charset=\"utf-8\">\n"
                        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
                        escape(page.title) +
                        " - Velmora</title>\n<link rel=\"stylesheet\" href=\"/style.css\">\n"
@@ -45,11 +80,14 @@ std::string render(const Page &page)
                        "velmora</a></header>\n<main>\n" +
                        page.body;
     if (!page.isEncrypted)
-        text += "<p class=\"note\">This page is not encrypted: everybody in this network could read along. "
-                "Do not use a password that opens anything else.</p>\n";
-    return text + "</main>\n<footer><nav aria-label=\"Pages\"><a href=\"/activate\">Activate a radio</a> "
-                  "<a href=\"/account\">Your account</a> <a href=\"/help\">Help</a></nav></footer>\n"
-                  "</body>\n</html>\n";
+        text += "<p class=\"note\">" +
+                escape(say("This page is not encrypted: everybody in this network could read along. Do not use a "
+                           "password that opens anything else.")) +
+                "</p>\n";
+    return text + "</main>\n<footer><nav aria-label=\"" + escape(say("Pages")) + "\"><a href=\"/activate\">" +
+           escape(say("Activate a radio")) + "</a> <a href=\"/account\">" + escape(say("Your account")) +
+           "</a> <a href=\"/help\">" + escape(say("Help")) + "</a></nav>\n" + languageChoice(page) +
+           "</footer>\n</body>\n</html>\n";
 }
 
 std::string paragraphs(const std::string &text)
@@ -68,8 +106,8 @@ std::string paragraphs(const std::string &text)
 
 std::string mail(const std::string &title, const std::string &text)
 {
-    return "<!doctype html>\n<html lang=\"en\">\n<head><meta charset=\"utf-8\"><title>" + escape(title) +
-           "</title></head>\n<body>\n" + paragraphs(text) + "</body>\n</html>\n";
+    return "<!doctype html>\n<html " + languageAttributes() + ">\n<head><meta charset=\"utf-8\"><title>" +
+           escape(title) + "</title></head>\n<body>\n" + paragraphs(text) + "</body>\n</html>\n";
 }
 
 std::string heading(const std::string &text)
@@ -107,16 +145,6 @@ std::string fact(const std::string &name, const std::string &value)
     return "<p class=\"fact\"><span>" + escape(name) + "</span> " + escape(value) + "</p>\n";
 }
 
-std::string timeText(int64_t seconds)
-{
-    const std::time_t time = seconds;
-    std::tm parts{};
-    ::localtime_r(&time, &parts);
-    char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &parts);
-    return text;
-}
-
 std::string form(const std::string &action, const std::string &csrf, const std::string &fields)
 {
     return "<form method=\"post\" action=\"" + escape(action) + "\">\n" + hidden("csrf", csrf) + fields + "</form>\n";
@@ -125,7 +153,7 @@ std::string form(const std::string &action, const std::string &csrf, const std::
 std::string emailField(const std::string &value, const std::string &problem, const std::string &form)
 {
     return field({.name = "email",
-                  .label = "E-mail address",
+                  .label = say("E-mail address"),
                   .type = "email",
                   .value = value,
                   .autocomplete = "username",
@@ -155,7 +183,7 @@ std::string newPasswordField(const std::string &name, const std::string &label, 
                   .type = "password",
                   .value = {},
                   .autocomplete = "new-password",
-                  .hint = "At least eight characters.",
+                  .hint = say("At least eight characters."),
                   .leastLength = 8,
                   .inputMode = {},
                   .problem = problem,
@@ -170,7 +198,7 @@ std::string pinField(const std::string &name, const std::string &label, const st
                   .type = "password",
                   .value = {},
                   .autocomplete = "off",
-                  .hint = "Four to eight digits.",
+                  .hint = say("Four to eight digits."),
                   .leastLength = 4,
                   .inputMode = "numeric",
                   .problem = problem,
@@ -331,7 +359,8 @@ input.code { font-size: 1.6rem; letter-spacing: .25em; text-transform: uppercase
 button { display: block; width: 100%; min-height: 3rem; font: inherit; font-weight: bold; color: #000; cursor: pointer;
   background: linear-gradient(#ffcb52, #ffac12); border: 2px solid #ffe3a6; border-radius: 10px; }
 button + button, label + button, p + button { margin-top: .6rem; }
-button:focus-visible, a:focus-visible, .check input:focus-visible { outline: 3px solid var(--focus);
+button:focus-visible, a:focus-visible, select:focus-visible, .check input:focus-visible { outline: 3px solid
+  var(--focus);
   outline-offset: 2px; }
 a { color: var(--link); }
 .error { background: var(--bad); border: 2px solid var(--bad-edge); border-radius: 12px; padding: .7rem 1rem; }
@@ -348,9 +377,15 @@ fieldset .check { margin-bottom: .2rem; }
 footer { max-width: 34rem; margin: 0 auto; padding: 0 1.25rem 2rem; }
 footer nav { display: flex; flex-wrap: wrap; gap: .3rem 1.5rem; border-top: 2px solid var(--edge); padding-top: 1rem; }
 footer a { padding: .4rem 0; }
+footer form { display: flex; flex-wrap: wrap; gap: .6rem; align-items: center; padding: 0; background: none;
+  border: 0; }
+footer label { margin: 0; }
+footer button { width: auto; margin: 0; padding: 0 1.2rem; }
+select { max-width: 100%; min-height: 3rem; padding: .3rem .7rem; font: inherit; color: var(--text);
+  background: var(--input); border: 2px solid var(--frame); border-radius: 12px; }
 code { font: .95rem/1.5 "Liberation Mono", monospace; }
 li { margin: .3rem 0; overflow-wrap: anywhere; }
-ul { padding-left: 1.3rem; }
+ul { padding-inline-start: 1.3rem; }
 .fact { display: grid; grid-template-columns: 6.5rem 1fr; gap: .6rem; margin: .3rem 0; }
 .fact span { color: var(--soft); }
 .plain { color: var(--text); background: var(--second); border-color: var(--frame); }

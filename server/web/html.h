@@ -1,5 +1,7 @@
 #pragma once
 
+#include "server/web/language.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -13,7 +15,11 @@ struct Page {
     std::string title;
     std::string body;        // made of the pieces below
     bool isEncrypted = true; // otherwise the page says that it is not
+    // Where the choice of another language leads: the same page.
+    std::string path = "/";
+    std::string query = {}; // as it arrived
 };
+// In the thread's language, as all texts here.
 std::string render(const Page &page);
 
 std::string heading(const std::string &text);
@@ -23,9 +29,6 @@ std::string error(const std::string &text); // empty for an empty text
 std::string warning(const std::string &text);
 // A fact with its name, for example "Model: kitchen radio".
 std::string fact(const std::string &name, const std::string &value);
-
-// A moment (Unix seconds) in the service's time zone.
-std::string timeText(int64_t seconds);
 
 // A form that posts to `action`; `csrf` comes along in it. `fields` are made of the pieces below.
 std::string form(const std::string &action, const std::string &csrf, const std::string &fields);

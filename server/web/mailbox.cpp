@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <memory>
+#include <sodium.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,6 +39,47 @@ size_t read(char *buffer, size_t size, size_t count, void *user)
     std::copy_n(upload->text.data() + upload->sent, part, buffer);
     upload->sent += part;
     return part;
+}
+
+constexpr char wordBegin[] = "=?UTF-8?B?"; // an encoded word of a header (RFC 2047)
+constexpr char wordEnd[] = "?=";
+constexpr size_t mostOfWord = 45; // bytes that an encoded word has room for
+
+// A header's text, in encoded words where ASCII does not suffice; the words are on lines of their own.
+std::string encodedHeader(const std::string &text)
+{
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (std::all_of(text.begin(), text.end(), isAscii))
+        return text;
+    std::string words;
+    for (size_t at = 0; at < text.size();) {
+        size_t end = std::min(at + mostOfWord, text.size());
+        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) // within a character
+            --end;
+        std::string word(sodium_base64_encoded_len(end - at, sodium_base64_VARIANT_ORIGINAL), '\0');
+        sodium_bin2base64(word.data(), word.size(), reinterpret_cast<const unsigned char *>(text.data() + at), end - at,
+                          sodium_base64_VARIANT_ORIGINAL);
+        word.pop_back(); // the NUL
+        words += (words.empty() ? "" : "\r\n ") + (wordBegin + word) + wordEnd;
+        at = end;
+    }
+    return words;
+}
+
+// The other way round, for a header of ours from which the line breaks are gone.
+std::string decodedHeader(const std::string &header)
+{
+    std::string text;
+    for (size_t at = header.find(wordBegin); at != std::string::npos; at = header.find(wordBegin, at)) {
+        at += sizeof wordBegin - 1;
+        const size_t end = std::min(header.find(wordEnd, at), header.size());
+        std::string bytes(end - at, '\0');
+        size_t length = 0;
+        if (sodium_base642bin(reinterpret_cast<unsigned char *>(bytes.data()), bytes.size(), header.data() + at,
+                              end - at, nullptr, &length, nullptr, sodium_base64_VARIANT_ORIGINAL) == 0)
+            text += bytes.substr(0, length);
+    }
+    return text.empty() ? header : text;
 }
 
 std::string mailDate(int64_t now)
@@ -73,7 +115,7 @@ KeptMail readable(const std::string &name, const std::string &message)
     const size_t split = std::min(message.find("\r\n\r\n"), message.size());
     const std::string head = message.substr(0, split) + "\r\n";
     mail.recipient = between(head, "\r\nTo: <", ">");
-    mail.subject = between(head, "\r\nSubject: ", "\r\n");
+    mail.subject = decodedHeader(between(head, "\r\nSubject: ", "\r\nMessage-ID"));
     mail.text = message.substr(std::min(split + 4, message.size()));
     if (const std::string boundary = between(head, "boundary=\"", "\""); !boundary.empty())
         mail.text = between(mail.text, "\r\n\r\n", "\r\n--" + boundary);
@@ -129,7 +171,7 @@ std::string Mailbox::message(const std::string &sender, const std::string &recip
         return lines + "\r\n";
     };
     return "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient +
-           ">\r\nSubject: " + subject + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n" +
+           ">\r\nSubject: " + encodedHeader(subject) + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n" +
            "MIME-Version: 1.0\r\nContent-Type: multipart/alternative; boundary=\"" + boundary + "\"\r\n" +
            "Auto-Submitted: auto-generated\r\n\r\n" + part("text/plain", text) +
            part("text/html", html::mail(subject, text)) + "--" + boundary + "--\r\n";
@@ -168,7 +210,11 @@ bool Mailbox::later(std::function<void()> job)
         const std::lock_guard guard(m_mutex);
         if (m_isEnding || m_jobs.size() >= mostWaiting)
             return false;
-        m_jobs.push_back(std::move(job));
+        // Its mails are in the language of the page that asked for them.
+        m_jobs.emplace_back([job = std::move(job), language = &InLanguage::current()] {
+            const InLanguage texts(*language);
+            job();
+        });
     }
     m_wake.notify_all();
     return true;
@@ -176,52 +222,53 @@ bool Mailbox::later(std::function<void()> job)
 
 void Mailbox::sendSignUp(const std::string &address, const std::string &token)
 {
-    enqueue(address, "Your Velmora account",
-            "Somebody, probably you, wants a Velmora account with this address.\n\n"
-            "This page makes it. It opens once, within one hour:\n\n" +
-                m_settings.address() + "/confirm?token=" + token + "\n\nIf it was not you, do nothing.\n");
+    enqueue(address, say("Your Velmora account"),
+            say("Somebody, probably you, wants a Velmora account with this address.\n\n"
+                "This page makes it. It opens once, within one hour:\n\n{1}\n\nIf it was not you, do nothing.\n",
+                m_settings.address() + "/confirm?token=" + token));
 }
 
 void Mailbox::sendHasAccount(const std::string &address)
 {
-    enqueue(
-        address, "Your Velmora account",
-        "Somebody, probably you, wants a Velmora account with this address. There is one already: sign in with its\n"
-        "password. If you have forgotten it, this page sends a link for a new one:\n\n" +
-            m_settings.address() + "/forgot\n\nIf it was not you, do nothing.\n");
+    enqueue(address, say("Your Velmora account"),
+            say("Somebody, probably you, wants a Velmora account with this address. There is one already: sign in with "
+                "its\n"
+                "password. If you have forgotten it, this page sends a link for a new one:\n\n{1}\n\n"
+                "If it was not you, do nothing.\n",
+                m_settings.address() + "/forgot"));
 }
 
 void Mailbox::sendNewAddress(const std::string &address, const std::string &token)
 {
-    enqueue(address, "Your new e-mail address",
-            "Somebody, probably you, wants to use this address for a Velmora account.\n\n"
-            "This page changes it. It opens once, within one hour:\n\n" +
-                m_settings.address() + "/address?token=" + token + "\n\nIf it was not you, do nothing.\n");
+    enqueue(address, say("Your new e-mail address"),
+            say("Somebody, probably you, wants to use this address for a Velmora account.\n\n"
+                "This page changes it. It opens once, within one hour:\n\n{1}\n\nIf it was not you, do nothing.\n",
+                m_settings.address() + "/address?token=" + token));
 }
 
 void Mailbox::sendAddressChanged(const std::string &address)
 {
-    enqueue(address, "Your old e-mail address",
-            "Your Velmora account has another e-mail address now. This one no longer signs you in.\n\n"
-            "If it was not you, ask the owner of the service at once.\n");
+    enqueue(address, say("Your old e-mail address"),
+            say("Your Velmora account has another e-mail address now. This one no longer signs you in.\n\n"
+                "If it was not you, ask the owner of the service at once.\n"));
 }
 
 void Mailbox::sendPasswordReset(const std::string &address, const std::string &token)
 {
-    enqueue(address, "Your Velmora password",
-            "Somebody, probably you, has asked for a new password for this Velmora account.\n\n"
-            "This page sets one. It opens once, within one hour:\n\n" +
-                m_settings.address() + "/reset?token=" + token +
-                "\n\nIf it was not you, do nothing: your password stays as it is.\n");
+    enqueue(address, say("Your Velmora password"),
+            say("Somebody, probably you, has asked for a new password for this Velmora account.\n\n"
+                "This page sets one. It opens once, within one hour:\n\n{1}\n\n"
+                "If it was not you, do nothing: your password stays as it is.\n",
+                m_settings.address() + "/reset?token=" + token));
 }
 
 void Mailbox::sendPinRescue(const std::string &address, const std::string &token)
 {
-    enqueue(address, "Your Velmora PIN",
-            "Somebody, probably you, has forgotten the PIN of this Velmora account.\n\n"
-            "This page sets a new one. It opens once, within one hour:\n\n" +
-                m_settings.address() + "/pin?token=" + token +
-                "\n\nIf it was not you, do nothing: the PIN stays as it is.\n");
+    enqueue(address, say("Your Velmora PIN"),
+            say("Somebody, probably you, has forgotten the PIN of this Velmora account.\n\n"
+                "This page sets a new one. It opens once, within one hour:\n\n{1}\n\n"
+                "If it was not you, do nothing: the PIN stays as it is.\n",
+                m_settings.address() + "/pin?token=" + token));
 }
 
 void Mailbox::enqueue(const std::string &recipient, const std::string &subject, const std::string &text)

@@ -25,41 +25,42 @@ void WebPages::accessPage(Visit &visit, const AccessForms &forms, int status)
     const auto account = signedIn(visit);
     if (!account)
         return;
-    std::string body = html::heading("E-mail address, password and browsers") + html::done(forms.said) +
-                       html::error(forms.problem) + html::subheading("Browsers that are signed in");
+    std::string body = html::heading(say("E-mail address, password and browsers")) + html::done(forms.said) +
+                       html::error(forms.problem) + html::subheading(say("Browsers that are signed in"));
     const std::vector<OpenSession> sessions = m_sessions.ofAccount(account->id, visit.cookie);
     for (const OpenSession &open : sessions) {
-        const std::string name = open.session.browser.empty() ? "A browser" : open.session.browser;
+        const std::string name = open.session.browser.empty() ? say("A browser") : open.session.browser;
         body += html::form("/account/session", visit.csrf,
-                           html::fact("Browser", name) + html::fact("Address", open.session.address) +
-                               html::fact("Signed in", html::timeText(open.session.since)) +
-                               html::fact("Last used", html::timeText(open.session.lastUsed)) +
-                               (open.isThisBrowser
-                                    ? html::paragraph("This is the browser that you use now.")
-                                    : html::hidden("session", open.id) + html::plainButton("Sign it out", {}, {})));
+                           html::fact(say("Browser"), name) + html::fact(say("Address"), open.session.address) +
+                               html::fact(say("Signed in"), sayTime(open.session.since)) +
+                               html::fact(say("Last used"), sayTime(open.session.lastUsed)) +
+                               (open.isThisBrowser ? html::paragraph(say("This is the browser that you use now."))
+                                                   : html::hidden("session", open.id) +
+                                                         html::plainButton(say("Sign it out"), {}, {})));
     }
     if (sessions.size() > 1)
-        body += html::form("/account/session", visit.csrf, html::plainButton("Sign all others out", "session", "*"));
-    body += html::subheading("Your e-mail address") + html::paragraph(account->userName) +
+        body +=
+            html::form("/account/session", visit.csrf, html::plainButton(say("Sign all others out"), "session", "*"));
+    body += html::subheading(say("Your e-mail address")) + html::paragraph(account->userName) +
             html::form("/account/address", visit.csrf,
                        html::field({.name = "address",
-                                    .label = "New e-mail address",
+                                    .label = say("New e-mail address"),
                                     .type = "email",
                                     .value = forms.address,
                                     .autocomplete = "section-address email",
-                                    .hint = "A mail to it has a link, which makes the change.",
+                                    .hint = say("A mail to it has a link, which makes the change."),
                                     .inputMode = "email",
                                     .problem = forms.addressWrong,
                                     .form = "address"}) +
-                           html::passwordField("Password", forms.addressSecretWrong, "address") +
-                           html::button("Send the mail")) +
-            html::subheading("A new password") +
+                           html::passwordField(say("Password"), forms.addressSecretWrong, "address") +
+                           html::button(say("Send the mail"))) +
+            html::subheading(say("A new password")) +
             html::form("/account/password", visit.csrf,
-                       html::passwordField("Password now", forms.secretWrong, "now") +
-                           html::newPasswordField("new", "New password", forms.freshWrong) +
-                           html::checkBox("keep", "Keep my radios signed in") + html::button("Change")) +
-            html::link("/account", "Your account");
-    show(visit, "E-mail address, password and browsers", body, status);
+                       html::passwordField(say("Password now"), forms.secretWrong, "now") +
+                           html::newPasswordField("new", say("New password"), forms.freshWrong) +
+                           html::checkBox("keep", say("Keep my radios signed in")) + html::button(say("Change"))) +
+            html::link("/account", say("Your account"));
+    show(visit, say("E-mail address, password and browsers"), body, status);
 }
 
 void WebPages::showAccess(Visit &visit)
@@ -80,16 +81,16 @@ void WebPages::takePassword(Visit &visit)
     }
     const Radios radios = visit.value("keep") == "1" ? Radios::Keep : Radios::End;
     if (m_service.accounts.changePassword(account->id, visit.value("new"), radios) != CreateResult::Done) {
-        accessPage(visit, {.freshWrong = "The new password needs at least eight characters."}, 422);
+        accessPage(visit, {.freshWrong = say("The new password needs at least eight characters.")}, 422);
         return;
     }
     m_sessions.endOfAccount(account->id, visit.cookie);
-    show(visit, "Done",
-         html::heading("The password was changed") +
+    show(visit, say("Done"),
+         html::heading(say("The password was changed")) +
              html::paragraph(radios == Radios::Keep
-                                 ? "Other browsers were signed out. The radios were kept."
-                                 : "Other browsers and all radios were signed out. Activate each radio again.") +
-             html::link("/account", "Your account"));
+                                 ? say("Other browsers were signed out. The radios were kept.")
+                                 : say("Other browsers and all radios were signed out. Activate each radio again.")) +
+             html::link("/account", say("Your account")));
 }
 
 void WebPages::takeAddress(Visit &visit)
@@ -101,7 +102,7 @@ void WebPages::takeAddress(Visit &visit)
     AccountId checked = 0;
     std::string problem;
     if (!isMailAddress(address)) {
-        accessPage(visit, {.address = address, .addressWrong = "This is not an e-mail address."}, 422);
+        accessPage(visit, {.address = address, .addressWrong = say("This is not an e-mail address.")}, 422);
         return;
     }
     if (!checkLogin(visit, account->userName, &checked, &problem)) {
@@ -110,16 +111,17 @@ void WebPages::takeAddress(Visit &visit)
     }
     const bool isTooMany = m_reminders.refuse(visit.request.network, m_clock()).has_value();
     if (isTooMany || !m_service.changeAddress(account->id, address)) {
-        accessPage(visit,
-                   {.address = address, .addressWrong = "No mail can be sent at the moment. Please try again later."},
-                   503);
+        accessPage(
+            visit,
+            {.address = address, .addressWrong = say("No mail can be sent at the moment. Please try again later.")},
+            503);
         return;
     }
     // Whether there is an account with this address is for the mail alone to say.
-    show(visit, "Look into your mail",
-         html::heading("Look into your mail") +
-             html::paragraph("A mail to " + address + " says how to go on. Its link opens once, within one hour.") +
-             noMailHint() + html::link("/account", "Your account"));
+    show(visit, say("Look into your mail"),
+         html::heading(say("Look into your mail")) +
+             html::paragraph(say("A mail to {1} says how to go on. Its link opens once, within one hour.", address)) +
+             noMailHint() + html::link("/account", say("Your account")));
 }
 
 void WebPages::takeSession(Visit &visit)
@@ -131,10 +133,10 @@ void WebPages::takeSession(Visit &visit)
     if (id == "*")
         m_sessions.endOfAccount(account->id, visit.cookie);
     else if (!m_sessions.endOne(account->id, id)) {
-        accessPage(visit, {.problem = "This browser is signed out already."}, 422);
+        accessPage(visit, {.problem = say("This browser is signed out already.")}, 422);
         return;
     }
-    accessPage(visit, {.said = id == "*" ? "All others were signed out." : "The browser was signed out."});
+    accessPage(visit, {.said = id == "*" ? say("All others were signed out.") : say("The browser was signed out.")});
 }
 
 void WebPages::childrenPage(Visit &visit, const ChildrenForms &forms, int status)
@@ -143,29 +145,30 @@ void WebPages::childrenPage(Visit &visit, const ChildrenForms &forms, int status
     if (!account)
         return;
     const bool hasPin = account->hasExplicitPin;
-    std::string body = html::heading("Children") + html::done(forms.said) +
-                       html::paragraph("Songs that are marked as explicit do not play on the radios of this account "
-                                       "when they are left out. A PIN keeps that from being changed.") +
-                       html::form("/account/filter", visit.csrf,
-                                  html::checkBox("on", "Leave out explicit songs", account->isExplicitFilterOn) +
-                                      (hasPin ? html::pinField("pin", "PIN", forms.filterWrong, "filter")
-                                              : html::error(forms.filterWrong)) +
-                                      html::button("Save")) +
-                       html::subheading(hasPin ? "Another PIN" : "A PIN") +
-                       html::form("/account/pin", visit.csrf,
-                                  (hasPin ? html::pinField("pin", "PIN now", forms.oldWrong, "old") : std::string()) +
-                                      html::pinField("new", "New PIN", forms.newWrong, "new") +
-                                      html::button("Set the PIN", "action", "set"));
+    std::string body =
+        html::heading(say("Children")) + html::done(forms.said) +
+        html::paragraph(say("Songs that are marked as explicit do not play on the radios of this account "
+                            "when they are left out. A PIN keeps that from being changed.")) +
+        html::form("/account/filter", visit.csrf,
+                   html::checkBox("on", say("Leave out explicit songs"), account->isExplicitFilterOn) +
+                       (hasPin ? html::pinField("pin", say("PIN"), forms.filterWrong, "filter")
+                               : html::error(forms.filterWrong)) +
+                       html::button(say("Save"))) +
+        html::subheading(hasPin ? say("Another PIN") : say("A PIN")) +
+        html::form("/account/pin", visit.csrf,
+                   (hasPin ? html::pinField("pin", say("PIN now"), forms.oldWrong, "old") : std::string()) +
+                       html::pinField("new", say("New PIN"), forms.newWrong, "new") +
+                       html::button(say("Set the PIN"), "action", "set"));
     if (hasPin)
-        body += html::subheading("No PIN") +
+        body += html::subheading(say("No PIN")) +
                 html::form("/account/pin", visit.csrf,
-                           html::pinField("pin", "PIN", forms.removeWrong, "remove") +
-                               html::plainButton("Remove the PIN", "action", "remove")) +
-                html::subheading("Forgotten the PIN?") +
+                           html::pinField("pin", say("PIN"), forms.removeWrong, "remove") +
+                               html::plainButton(say("Remove the PIN"), "action", "remove")) +
+                html::subheading(say("Forgotten the PIN?")) +
                 html::form("/account/pin-rescue", visit.csrf,
-                           html::paragraph("A mail to " + account->userName + " has a link that sets a new one.") +
-                               html::plainButton("Send the mail", {}, {}));
-    show(visit, "Children", body + html::link("/account", "Your account"), status);
+                           html::paragraph(say("A mail to {1} has a link that sets a new one.", account->userName)) +
+                               html::plainButton(say("Send the mail"), {}, {}));
+    show(visit, say("Children"), body + html::link("/account", say("Your account")), status);
 }
 
 void WebPages::showChildren(Visit &visit)
@@ -182,7 +185,7 @@ std::string WebPages::pinProblem(Visit &visit, const Account &account)
     case LoginResult::TooMany:
         return waitText(login.retryAfter);
     default:
-        return "The PIN is not right.";
+        return say("The PIN is not right.");
     }
 }
 
@@ -197,7 +200,7 @@ void WebPages::takeFilter(Visit &visit)
     }
     const bool isOn = visit.value("on") == "1";
     m_service.accounts.setExplicitFilter(account->id, isOn);
-    childrenPage(visit, {.said = isOn ? "Explicit songs are left out from now on." : "Every song may play."});
+    childrenPage(visit, {.said = isOn ? say("Explicit songs are left out from now on.") : say("Every song may play.")});
 }
 
 void WebPages::takeNewPin(Visit &visit)
@@ -207,7 +210,7 @@ void WebPages::takeNewPin(Visit &visit)
         return;
     const bool isRemoved = visit.value("action") == "remove";
     if (!isRemoved && !Accounts::isPin(visit.value("new"))) {
-        childrenPage(visit, {.newWrong = "A PIN has four to eight digits."}, 422);
+        childrenPage(visit, {.newWrong = say("A PIN has four to eight digits.")}, 422);
         return;
     }
     if (const std::string problem = pinProblem(visit, *account); !problem.empty()) {
@@ -215,7 +218,7 @@ void WebPages::takeNewPin(Visit &visit)
         return;
     }
     m_service.accounts.setExplicitPin(account->id, isRemoved ? std::string() : visit.value("new"));
-    childrenPage(visit, {.said = isRemoved ? "There is no PIN any more." : "The PIN was set."});
+    childrenPage(visit, {.said = isRemoved ? say("There is no PIN any more.") : say("The PIN was set.")});
 }
 
 void WebPages::takePinRescue(Visit &visit)
@@ -224,15 +227,15 @@ void WebPages::takePinRescue(Visit &visit)
     if (!account)
         return;
     if (!m_service.mailer || m_reminders.refuse(visit.request.network, m_clock())) {
-        childrenPage(visit, {.said = "No mail can be sent at the moment. Please try again later."}, 503);
+        childrenPage(visit, {.said = say("No mail can be sent at the moment. Please try again later.")}, 503);
         return;
     }
     m_service.mailer->sendPinRescue(account->userName,
                                     m_service.accounts.issueReset(account->id, pinPurpose, resetSeconds));
-    show(visit, "Look into your mail",
-         html::heading("Look into your mail") +
-             html::paragraph("A mail to " + account->userName + " has a link. It opens once, within one hour.") +
-             noMailHint() + html::link("/account/children", "Children"));
+    show(visit, say("Look into your mail"),
+         html::heading(say("Look into your mail")) +
+             html::paragraph(say("A mail to {1} has a link. It opens once, within one hour.", account->userName)) +
+             noMailHint() + html::link("/account/children", say("Children")));
 }
 
 } // namespace velmora::server

@@ -12,16 +12,6 @@ namespace velmora::server {
 
 namespace {
 
-std::string day(int64_t seconds)
-{
-    const std::time_t time = seconds;
-    std::tm parts{};
-    ::gmtime_r(&time, &parts);
-    char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%d", &parts);
-    return text;
-}
-
 // Where a form or a page leads after a new sign-in.
 struct Return {
     const char *path;
@@ -99,16 +89,17 @@ void WebPages::signInPage(Visit &visit, const std::string &problem, const std::s
                 kept += html::hidden(keptName(name), value);
         }
     }
-    show(visit, "Sign in",
-         html::heading("Your account") +
-             (isExpired ? html::warning("You were signed out, because this page was not used for half an hour. Nothing "
-                                        "was changed, and nothing that you typed is lost, but for passwords. Please "
-                                        "sign in to go on.")
-                        : std::string()) +
+    show(visit, say("Sign in"),
+         html::heading(say("Your account")) +
+             (isExpired
+                  ? html::warning(say("You were signed out, because this page was not used for half an hour. Nothing "
+                                      "was changed, and nothing that you typed is lost, but for passwords. Please "
+                                      "sign in to go on."))
+                  : std::string()) +
              html::form("/account/signin", visit.csrf,
                         kept +
                             html::field({.name = "email",
-                                         .label = "E-mail address",
+                                         .label = say("E-mail address"),
                                          .type = "email",
                                          .value = userName,
                                          .autocomplete = "username",
@@ -117,10 +108,10 @@ void WebPages::signInPage(Visit &visit, const std::string &problem, const std::s
                                          .inputMode = "email",
                                          .problem = {},
                                          .form = {}}) +
-                            html::passwordField("Password", problem) + html::button("Sign in")) +
-             html::link("/forgot", "Forgotten your password?") +
-             (maySignUp(visit) ? html::link("/sign-up", "Make an account") : std::string()) +
-             html::link("/activate", "Activate a radio"),
+                            html::passwordField(say("Password"), problem) + html::button(say("Sign in"))) +
+             html::link("/forgot", say("Forgotten your password?")) +
+             (maySignUp(visit) ? html::link("/sign-up", say("Make an account")) : std::string()) +
+             html::link("/activate", say("Activate a radio")),
          status);
 }
 
@@ -129,39 +120,39 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
     const auto account = signedIn(visit);
     if (!account)
         return;
-    std::string body = html::heading("Your account") + html::paragraph(account->userName) + html::error(problem) +
-                       html::subheading("Radios with access");
+    std::string body = html::heading(say("Your account")) + html::paragraph(account->userName) + html::error(problem) +
+                       html::subheading(say("Radios with access"));
     const auto devices = m_service.devices.ofAccount(account->id);
     if (devices.empty())
-        body += html::paragraph("None.");
+        body += html::paragraph(say("None."));
     for (const Device &device : devices)
         body += html::form("/account/radio", visit.csrf,
                            html::hidden("device", device.deviceId) +
                                html::field({.name = "name",
-                                            .label = "Name",
+                                            .label = say("Name"),
                                             .type = "text",
                                             .value = device.name,
                                             .autocomplete = "off",
-                                            .hint = device.deviceId + ", since " + day(device.associatedAt),
+                                            .hint = say("{1}, since {2}", device.deviceId, sayDay(device.associatedAt)),
                                             .isOptional = true,
                                             .inputMode = {},
                                             .problem = {},
                                             .form = device.deviceId}) +
-                               html::plainButton("Rename", "action", "rename") +
-                               html::plainButton("Remove", "action", "remove"));
-    std::vector<html::Option> links = {{"/activate", "Activate a radio"},
-                                       {"/account/access", "E-mail address, password and browsers"},
-                                       {"/account/children", "Children"},
-                                       {"/account/data", "Your data"}};
+                               html::plainButton(say("Rename"), "action", "rename") +
+                               html::plainButton(say("Remove"), "action", "remove"));
+    std::vector<html::Option> links = {{"/activate", say("Activate a radio")},
+                                       {"/account/access", say("E-mail address, password and browsers")},
+                                       {"/account/children", say("Children")},
+                                       {"/account/data", say("Your data")}};
     if (!devices.empty())
-        links.push_back({"/remote", "Remote control"});
+        links.push_back({"/remote", say("Remote control")});
     if (account->id == m_service.house.owner()) {
-        links.push_back({"/house", "This service"});
-        links.push_back({"/library", "The music"});
+        links.push_back({"/house", say("This service")});
+        links.push_back({"/library", say("The music")});
     }
-    body += html::menu("Your account", links) +
-            html::form("/account/signout", visit.csrf, html::plainButton("Sign out", {}, {}));
-    show(visit, "Your account", body, status);
+    body += html::menu(say("Your account"), links) +
+            html::form("/account/signout", visit.csrf, html::plainButton(say("Sign out"), {}, {}));
+    show(visit, say("Your account"), body, status);
 }
 
 void WebPages::showAccount(Visit &visit)
@@ -206,10 +197,10 @@ void WebPages::returnFromSignIn(Visit &visit)
         if (isForReading)
             fields += html::paragraph(value);
     }
-    show(visit, "You are signed in",
-         html::heading("You are signed in again") + html::paragraph("Your change was not made yet.") +
-             html::form(back->path, visit.csrf, fields + html::button("Change it now")) +
-             html::link(back->page, "Leave it as it is"));
+    show(visit, say("You are signed in"),
+         html::heading(say("You are signed in again")) + html::paragraph(say("Your change was not made yet.")) +
+             html::form(back->path, visit.csrf, fields + html::button(say("Change it now"))) +
+             html::link(back->page, say("Leave it as it is")));
 }
 
 void WebPages::takeSignOut(Visit &visit)
@@ -239,7 +230,7 @@ void WebPages::takeRadio(Visit &visit)
     const std::string device = visit.value("device");
     if (visit.value("action") != "remove") {
         const bool isDone = m_service.devices.rename(account->id, device, visit.value("name"));
-        devicesPage(visit, isDone ? "" : "A name has 40 letters at most, and the radio must be yours.",
+        devicesPage(visit, isDone ? "" : say("A name has 40 letters at most, and the radio must be yours."),
                     isDone ? 200 : 422);
         return;
     }
@@ -247,25 +238,26 @@ void WebPages::takeRadio(Visit &visit)
     const auto found =
         std::find_if(devices.begin(), devices.end(), [&](const Device &d) { return d.deviceId == device; });
     if (found == devices.end()) {
-        devicesPage(visit, "There is no such radio.", 422);
+        devicesPage(visit, say("There is no such radio."), 422);
         return;
     }
-    show(visit, "Remove this radio?",
-         html::heading("Remove this radio?") + html::fact("Radio", found->name.empty() ? device : found->name) +
-             html::paragraph("It no longer plays your stations. Your stations and thumbs stay.") +
-             html::form("/account/revoke", visit.csrf, html::hidden("device", device) + html::button("Remove")) +
-             html::link("/account", "Keep it"));
+    show(visit, say("Remove this radio?"),
+         html::heading(say("Remove this radio?")) +
+             html::fact(say("Radio"), found->name.empty() ? device : found->name) +
+             html::paragraph(say("It no longer plays your stations. Your stations and thumbs stay.")) +
+             html::form("/account/revoke", visit.csrf, html::hidden("device", device) + html::button(say("Remove"))) +
+             html::link("/account", say("Keep it")));
 }
 
 void WebPages::dataPage(Visit &visit, const std::string &problem, int status)
 {
     if (!signedIn(visit))
         return;
-    show(visit, "Your data",
-         html::heading("Your data") + html::error(problem) +
-             html::paragraph("Everything that is stored about you, in one file.") +
-             html::form("/account/data", visit.csrf, html::button("Download", "format", "json")) +
-             html::link("/account/delete", "Delete the account") + html::link("/account", "Your account"),
+    show(visit, say("Your data"),
+         html::heading(say("Your data")) + html::error(problem) +
+             html::paragraph(say("Everything that is stored about you, in one file.")) +
+             html::form("/account/data", visit.csrf, html::button(say("Download"), "format", "json")) +
+             html::link("/account/delete", say("Delete the account")) + html::link("/account", say("Your account")),
          status);
 }
 
@@ -284,7 +276,7 @@ void WebPages::takeData(Visit &visit)
     std::error_code ignored;
     std::filesystem::remove(path, ignored); // it lives as long as it is sent
     if (!file) {
-        dataPage(visit, "The file could not be made. Please try again later.", 503);
+        dataPage(visit, say("The file could not be made. Please try again later."), 503);
         return;
     }
     visit.response.setFile(file, "application/json");
@@ -295,15 +287,15 @@ void WebPages::takeData(Visit &visit)
 
 void WebPages::leavePage(Visit &visit, const std::string &problem, int status)
 {
-    show(visit, "Delete the account?",
-         html::heading("Delete the account?") +
-             html::warning("Stations, thumbs, bookmarks and all that was played are gone at once and for good. The "
-                           "radios of the account stop playing.") +
-             (isOwner(visit) ? html::warning("This account owns the service: the next oldest one will own it.")
+    show(visit, say("Delete the account?"),
+         html::heading(say("Delete the account?")) +
+             html::warning(say("Stations, thumbs, bookmarks and all that was played are gone at once and for good. The "
+                               "radios of the account stop playing.")) +
+             (isOwner(visit) ? html::warning(say("This account owns the service: the next oldest one will own it."))
                              : std::string()) +
              html::form("/account/delete", visit.csrf,
-                        html::passwordField("Password", problem) + html::button("Delete everything")) +
-             html::link("/account", "Keep it"),
+                        html::passwordField(say("Password"), problem) + html::button(say("Delete everything"))) +
+             html::link("/account", say("Keep it")),
          status);
 }
 
@@ -324,9 +316,9 @@ void WebPages::takeLeave(Visit &visit)
             m_service.mailer->forget(mail.name);
     }
     m_sessions.endOfAccount(account->id, {});
-    show(visit, "Gone",
-         html::heading("The account is gone") + html::paragraph("Nothing of it is left.") +
-             html::link("/activate", "Activate a radio"));
+    show(visit, say("Gone"),
+         html::heading(say("The account is gone")) + html::paragraph(say("Nothing of it is left.")) +
+             html::link("/activate", say("Activate a radio")));
 }
 
 void WebPages::takeRevoke(Visit &visit)
@@ -336,7 +328,7 @@ void WebPages::takeRevoke(Visit &visit)
     // This also ends the radio's tokens and its key.
     const bool isDone = m_service.devices.revoke(visit.session.account, visit.value("device"));
     m_accessEnded();
-    devicesPage(visit, isDone ? "" : "There is no such radio.", isDone ? 200 : 422);
+    devicesPage(visit, isDone ? "" : say("There is no such radio."), isDone ? 200 : 422);
 }
 
 } // namespace velmora::server

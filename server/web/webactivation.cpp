@@ -23,11 +23,14 @@ std::string timeAgo(int64_t seconds)
 {
     const int64_t minutes = seconds / 60;
     if (minutes < 1)
-        return "less than a minute ago";
-    return minutes == 1 ? "a minute ago" : std::to_string(minutes) + " minutes ago";
+        return say("less than a minute ago");
+    return sayMany("a minute ago", "{1} minutes ago", minutes);
 }
 
-constexpr char codeGone[] = "This code is not valid, or no longer. The radio shows a new one after \"Continue\".";
+std::string codeGone()
+{
+    return say("This code is not valid, or no longer. The radio shows a new one after \"Continue\".");
+}
 
 } // namespace
 
@@ -46,16 +49,16 @@ void WebPages::codePage(Visit &visit, const std::string &note, const std::string
 {
     html::Field code;
     code.name = "code";
-    code.label = "Code";
-    code.hint = "Eight letters and digits, as the television shows them.";
+    code.label = say("Code");
+    code.hint = say("Eight letters and digits, as the television shows them.");
     code.isCode = true;
     // What was mistyped, or what the opened address says.
     if (!problem.empty() || visit.request.method != "POST")
         code.value = ActivationCodes::normalised(visit.value("code"));
     code.problem = problem;
-    show(visit, "Activate a radio",
-         html::heading("Activate a radio") + note +
-             html::form("/activate", visit.csrf, html::field(code) + html::button("Next")),
+    show(visit, say("Activate a radio"),
+         html::heading(say("Activate a radio")) + note +
+             html::form("/activate", visit.csrf, html::field(code) + html::button(say("Next"))),
          status);
 }
 
@@ -67,13 +70,13 @@ void WebPages::showCodeForm(Visit &visit)
 void WebPages::takeCode(Visit &visit)
 {
     if (m_codeTries.refuse(visit.request.network, m_clock())) {
-        codePage(visit, {}, "Too many tries. Please wait a minute.", 429);
+        codePage(visit, {}, say("Too many tries. Please wait a minute."), 429);
         return;
     }
     const std::string code = ActivationCodes::normalised(visit.value("code"));
     const auto subject = m_service.activationCodes.find(code);
     if (!subject) {
-        codePage(visit, {}, codeGone, 422);
+        codePage(visit, {}, codeGone(), 422);
         return;
     }
     if (subject->accountId != 0)
@@ -82,8 +85,8 @@ void WebPages::takeCode(Visit &visit)
         visit.session.code = code;
     m_sessions.keep(visit.cookie, visit.session);
     if (visit.session.code.empty())
-        codePage(visit,
-                 html::paragraph("This code stands for your account. Now type the code that the new radio shows."));
+        codePage(visit, html::paragraph(
+                            say("This code stands for your account. Now type the code that the new radio shows.")));
     else if (visit.linkingAccount() != 0)
         allowPage(visit);
     else
@@ -94,14 +97,14 @@ void WebPages::accountPage(Visit &visit, const AccountForms &forms, int status)
 {
     const std::string fresh =
         maySignUp(visit) ? html::form("/activate/account", visit.csrf,
-                                      signUpFields(forms) + html::button("Create an account", "action", "create"))
+                                      signUpFields(forms) + html::button(say("Create an account"), "action", "create"))
                          : html::paragraph(signUpRuleText());
-    show(visit, "Your account",
-         html::heading("Whose radio is it?") + html::subheading("I have an account") +
+    show(visit, say("Your account"),
+         html::heading(say("Whose radio is it?")) + html::subheading(say("I have an account")) +
              html::form("/activate/account", visit.csrf,
-                        html::emailField(forms.known) + html::passwordField("Password", forms.problem) +
-                            html::button("Sign in", "action", "signin")) +
-             html::link("/forgot", "Forgotten your password?") + html::subheading("I am new here") + fresh,
+                        html::emailField(forms.known) + html::passwordField(say("Password"), forms.problem) +
+                            html::button(say("Sign in"), "action", "signin")) +
+             html::link("/forgot", say("Forgotten your password?")) + html::subheading(say("I am new here")) + fresh,
          status);
 }
 
@@ -109,7 +112,7 @@ void WebPages::takeAccount(Visit &visit)
 {
     const std::string userName = visit.value("email");
     if (visit.session.code.empty()) {
-        codePage(visit, {}, codeGone, 422);
+        codePage(visit, {}, codeGone(), 422);
         return;
     }
     if (visit.value("action") == "create") {
@@ -133,22 +136,24 @@ void WebPages::allowPage(Visit &visit)
     const auto subject = m_service.activationCodes.find(visit.session.code);
     const auto account = m_service.accounts.find(visit.linkingAccount());
     if (!subject || subject->digits.empty() || !account) {
-        codePage(visit, {}, codeGone, 422);
+        codePage(visit, {}, codeGone(), 422);
         return;
     }
-    std::string from = subject->address.empty() ? "an unknown address" : subject->address;
+    std::string from = subject->address.empty() ? say("an unknown address") : subject->address;
     if (http::networkOf(subject->address) == visit.request.network)
-        from += " (your browser is in the same network)";
-    show(visit, "Allow this radio?",
-         html::heading("Allow this radio?") + html::fact("Radio", deviceName(subject->digits)) +
-             html::fact("Model", subject->model.empty() ? "it does not say" : "\"" + subject->model + "\", it says") +
-             html::fact("Asked", timeAgo(m_clock() - subject->issuedAt)) + html::fact("From", from) +
-             html::fact("Code", visit.session.code) +
-             html::paragraph("It will play the stations of " + account->userName + ", and may change them.") +
-             html::warning("Allow it only if this code is on the television in front of you. "
-                           "Did somebody send you the code? Then choose \"Deny\".") +
+        from = say("{1} (your browser is in the same network)", from);
+    show(visit, say("Allow this radio?"),
+         html::heading(say("Allow this radio?")) + html::fact(say("Radio"), deviceName(subject->digits)) +
+             html::fact(say("Model"),
+                        subject->model.empty() ? say("it does not say") : say("\"{1}\", it says", subject->model)) +
+             html::fact(say("Asked"), timeAgo(m_clock() - subject->issuedAt)) + html::fact(say("From"), from) +
+             html::fact(say("Code"), visit.session.code) +
+             html::paragraph(say("It will play the stations of {1}, and may change them.", account->userName)) +
+             html::warning(say("Allow it only if this code is on the television in front of you. "
+                               "Did somebody send you the code? Then choose \"Deny\".")) +
              html::form("/activate/allow", visit.csrf,
-                        html::button("Allow", "answer", "allow") + html::plainButton("Deny", "answer", "deny")));
+                        html::button(say("Allow"), "answer", "allow") +
+                            html::plainButton(say("Deny"), "answer", "deny")));
 }
 
 void WebPages::allow(Visit &visit)
@@ -159,19 +164,19 @@ void WebPages::allow(Visit &visit)
     m_sessions.keep(visit.cookie, visit.session);
     if (visit.value("answer") != "allow") {
         m_service.activationCodes.deny(code);
-        show(visit, "Denied",
-             html::heading("Denied") + html::paragraph("The radio has no access, and its code is no longer valid.") +
-                 html::link("/account", "Your account"));
+        show(visit, say("Denied"),
+             html::heading(say("Denied")) +
+                 html::paragraph(say("The radio has no access, and its code is no longer valid.")) +
+                 html::link("/account", say("Your account")));
         return;
     }
     if (account == 0 || !m_service.activationCodes.grant(code, account)) {
-        codePage(visit, {}, codeGone, 422);
+        codePage(visit, {}, codeGone(), 422);
         return;
     }
-    show(visit, "Done",
-         html::heading("Done") + html::paragraph("Go back to the television and choose \"Continue\".") +
-             html::link("/remote", "Press it on this telephone") +
-             html::link("/account", "Your account"));
+    show(visit, say("Done"),
+         html::heading(say("Done")) + html::paragraph(say("Go back to the television and choose \"Continue\".")) +
+             html::link("/remote", say("Press it on this telephone")) + html::link("/account", say("Your account")));
 }
 
 } // namespace velmora::server

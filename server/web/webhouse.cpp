@@ -16,8 +16,8 @@ std::string sizeText(uintmax_t bytes)
 {
     constexpr uintmax_t megabyte = 1'000'000;
     if (bytes < megabyte)
-        return "less than 1 MB";
-    return withCommas(static_cast<int64_t>(bytes / megabyte)) + " MB";
+        return say("less than 1 MB");
+    return say("{1} MB", sayNumber(static_cast<int64_t>(bytes / megabyte)));
 }
 
 uintmax_t sizeOf(const std::filesystem::path &path)
@@ -56,13 +56,14 @@ void WebPages::addHouse(http::Router &router)
 std::string WebPages::storageText()
 {
     const std::filesystem::path &folder = m_service.dataDirectory();
-    std::string text = html::fact("Folder", printable(folder.native()));
+    std::string text = html::fact(say("Folder"), printable(folder.native()));
     struct Part {
         const char *name;
-        const char *label;
+        std::string label;
     };
-    for (const Part &part : {Part{DataFolder::databaseName, "Accounts"}, Part{"covers", "Covers"},
-                             Part{"transcodes", "Transcodes"}, Part{"demo", "Demo"}, Part{"outbox", "Mails"}}) {
+    for (const Part &part :
+         {Part{DataFolder::databaseName, say("Accounts")}, Part{"covers", say("Covers")},
+          Part{"transcodes", say("Transcodes")}, Part{"demo", say("Demo")}, Part{"outbox", say("Mails")}}) {
         std::error_code error;
         if (std::filesystem::exists(folder / part.name, error))
             text += html::fact(part.label, sizeText(sizeOf(folder / part.name)));
@@ -70,7 +71,7 @@ std::string WebPages::storageText()
     std::error_code error;
     const std::filesystem::space_info space = std::filesystem::space(folder, error);
     if (!error)
-        text += html::fact("Free", sizeText(space.available));
+        text += html::fact(say("Free"), sizeText(space.available));
     return text;
 }
 
@@ -80,65 +81,68 @@ void WebPages::housePage(Visit &visit, const HouseForms &forms, int status)
         return;
     HouseRules &house = m_service.house;
     const std::string rule = ruleNames[static_cast<size_t>(house.signUpRule())];
-    std::string body = html::heading("This service") + html::done(forms.said);
+    std::string body = html::heading(say("This service")) + html::done(forms.said);
     if (!forms.link.empty())
-        body += html::paragraph("Send this link to your guest, and to nobody else. It is shown only now, and makes one "
-                                "account within seven days.") +
-                html::link(forms.link, forms.link);
-    body += html::menu("This service", {{"/library", "The music"}, {"/library/mails", "Waiting mails"}}) +
-            html::subheading("New accounts") +
-            html::form("/house/sign-ups", visit.csrf,
-                       html::choice("rule", "Who may make an account?",
-                                    {{"house", "Anyone in the house, and who has an invitation"},
-                                     {"invited", "Only who has an invitation"},
-                                     {"nobody", "Nobody"}},
-                                    rule) +
-                           html::button("Save")) +
-            html::subheading("Invitations");
-    for (const Invitation &invitation : house.invitations())
         body +=
-            html::form("/house/invitation", visit.csrf,
-                       html::fact("For", invitation.guest.empty() ? "a guest without a name" : invitation.guest) +
-                           html::fact("Until", html::timeText(invitation.expiresAt)) +
-                           html::hidden("invitation", invitation.id) + html::plainButton("End the invitation", {}, {}));
-    if (house.signUpRule() == SignUpRule::Nobody)
-        body += html::paragraph("Invitations open nothing while nobody may make an account.");
+            html::paragraph(say("Send this link to your guest, and to nobody else. It is shown only now, and makes one "
+                                "account within seven days.")) +
+            html::link(forms.link, forms.link);
     body +=
-        html::form("/house/invite", visit.csrf,
-                   html::field({.name = "guest",
-                                .label = "Who is invited",
-                                .type = "text",
-                                .value = forms.guest,
-                                .autocomplete = "off",
-                                .hint = "A name, so that you know the link again. It may be empty.",
-                                .isOptional = true,
-                                .inputMode = {},
-                                .problem = forms.guestWrong,
-                                .form = "invite"}) +
-                       html::button("Make a link")) +
-        html::subheading("Advertisements") +
-        html::form("/house/ads", visit.csrf,
-                   html::choice("lists", "How many follow your own music?",
-                                {{"0", "None"},
-                                 {"4", "One in 16 pieces"},
-                                 {"3", "One in 12 pieces"},
-                                 {"2", "One in 8 pieces"},
-                                 {"1", "One in 4 pieces"}},
-                                std::to_string(house.listsPerAd())) +
-                       html::button("Save")) +
-        html::paragraph("Advertisements come with the demo catalogue, which keeps its own.") +
-        html::subheading("Storage") + storageText() + html::subheading("Backups") +
-        html::paragraph("This command copies everything but the music into one file, also while the service runs:") +
-        html::code("velmora-server backup FILE --data " + printable(m_service.dataDirectory().native())) +
-        html::paragraph("The same with restore in place of backup goes back to it; stop the service before that.") +
-        html::subheading("The latest of the log");
+        html::menu(say("This service"), {{"/library", say("The music")}, {"/library/mails", say("Waiting mails")}}) +
+        html::subheading(say("New accounts")) +
+        html::form("/house/sign-ups", visit.csrf,
+                   html::choice("rule", say("Who may make an account?"),
+                                {{"house", say("Anyone in the house, and who has an invitation")},
+                                 {"invited", say("Only who has an invitation")},
+                                 {"nobody", say("Nobody")}},
+                                rule) +
+                       html::button(say("Save"))) +
+        html::subheading(say("Invitations"));
+    for (const Invitation &invitation : house.invitations())
+        body += html::form(
+            "/house/invitation", visit.csrf,
+            html::fact(say("For"), invitation.guest.empty() ? say("a guest without a name") : invitation.guest) +
+                html::fact(say("Until"), sayTime(invitation.expiresAt)) + html::hidden("invitation", invitation.id) +
+                html::plainButton(say("End the invitation"), {}, {}));
+    if (house.signUpRule() == SignUpRule::Nobody)
+        body += html::paragraph(say("Invitations open nothing while nobody may make an account."));
+    body += html::form("/house/invite", visit.csrf,
+                       html::field({.name = "guest",
+                                    .label = say("Who is invited"),
+                                    .type = "text",
+                                    .value = forms.guest,
+                                    .autocomplete = "off",
+                                    .hint = say("A name, so that you know the link again. It may be empty."),
+                                    .isOptional = true,
+                                    .inputMode = {},
+                                    .problem = forms.guestWrong,
+                                    .form = "invite"}) +
+                           html::button(say("Make a link"))) +
+            html::subheading(say("Advertisements")) +
+            html::form("/house/ads", visit.csrf,
+                       html::choice("lists", say("How many follow your own music?"),
+                                    {{"0", say("None")},
+                                     {"4", say("One in 16 pieces")},
+                                     {"3", say("One in 12 pieces")},
+                                     {"2", say("One in 8 pieces")},
+                                     {"1", say("One in 4 pieces")}},
+                                    std::to_string(house.listsPerAd())) +
+                           html::button(say("Save"))) +
+            html::paragraph(say("Advertisements come with the demo catalogue, which keeps its own.")) +
+            html::subheading(say("Storage")) + storageText() + html::subheading(say("Backups")) +
+            html::paragraph(
+                say("This command copies everything but the music into one file, also while the service runs:")) +
+            html::code("velmora-server backup FILE --data " + printable(m_service.dataDirectory().native())) +
+            html::paragraph(
+                say("The same with restore in place of backup goes back to it; stop the service before that.")) +
+            html::subheading(say("The latest of the log"));
     const std::vector<std::string> log = m_about.log ? m_about.log() : std::vector<std::string>();
-    body += log.empty() ? html::paragraph("Nothing yet.") : html::list(log);
-    body += html::subheading("About") + html::fact("Version", m_about.version) +
-            html::fact("Address", m_service.addresses.base());
+    body += log.empty() ? html::paragraph(say("Nothing yet.")) : html::list(log);
+    body += html::subheading(say("About")) + html::fact(say("Version"), m_about.version) +
+            html::fact(say("Address"), m_service.addresses.base());
     if (!m_about.fingerprint.empty())
-        body += html::fact("Certificate", m_about.fingerprint);
-    show(visit, "This service", body + html::link("/account", "Your account"), status);
+        body += html::fact(say("Certificate"), m_about.fingerprint);
+    show(visit, say("This service"), body + html::link("/account", say("Your account")), status);
 }
 
 void WebPages::showHouse(Visit &visit)
@@ -154,7 +158,7 @@ void WebPages::takeSignUpRule(Visit &visit)
     for (const SignUpRule known : {SignUpRule::House, SignUpRule::Invited, SignUpRule::Nobody}) {
         if (rule == ruleNames[static_cast<size_t>(known)]) {
             m_service.house.setSignUpRule(known);
-            housePage(visit, {.said = "It was saved."});
+            housePage(visit, {.said = say("It was saved.")});
             return;
         }
     }
@@ -170,11 +174,11 @@ void WebPages::takeInvite(Visit &visit)
     if (!token) {
         housePage(
             visit,
-            {.guestWrong = "A name has 40 letters at most, and there are 50 invitations at most.", .guest = guest},
+            {.guestWrong = say("A name has 40 letters at most, and there are 50 invitations at most."), .guest = guest},
             422);
         return;
     }
-    housePage(visit, {.said = "The invitation was made.",
+    housePage(visit, {.said = say("The invitation was made."),
                       .link = m_service.addresses.base() + "/sign-up?invitation=" + *token});
 }
 
@@ -183,7 +187,7 @@ void WebPages::takeInvitation(Visit &visit)
     if (refuseOthers(visit, false))
         return;
     m_service.house.endInvitation(visit.value("invitation"));
-    housePage(visit, {.said = "The invitation was ended."});
+    housePage(visit, {.said = say("The invitation was ended.")});
 }
 
 void WebPages::takeAds(Visit &visit)
@@ -198,7 +202,7 @@ void WebPages::takeAds(Visit &visit)
         return;
     }
     m_service.house.setListsPerAd(lists);
-    housePage(visit, {.said = "It was saved."});
+    housePage(visit, {.said = say("It was saved.")});
 }
 
 } // namespace velmora::server

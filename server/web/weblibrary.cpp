@@ -21,21 +21,22 @@ struct ReasonWords {
 
 // The heaviest first: what cannot be read before what was left out on purpose.
 constexpr std::array reasonWords = {
-    ReasonWords{leftout::crash, "Broke the reader",
-                "The program that reads files broke down over them, twice. They are most likely damaged."},
-    ReasonWords{leftout::slow, "Took too long to read", "They are damaged, or their disk is very slow."},
-    ReasonWords{leftout::damaged, "Cannot be read",
-                "No sound of a known kind was found, or the service may not open them."},
-    ReasonWords{leftout::empty, "Empty", "Files of no bytes."},
-    ReasonWords{leftout::kind, "Of a kind that radios do not play",
-                "MP3, FLAC, Ogg Vorbis, Opus and WAV are played. Others need the program velmora-media-formats beside "
-                "the service."},
-    ReasonWords{leftout::speech, "Audio books and podcasts",
-                "By their style, their folder or their sound; radios play music."},
-    ReasonWords{leftout::longPiece, "Longer than 15 minutes", "Classical pieces may last 30."},
-    ReasonWords{leftout::shortPiece, "Shorter than 20 seconds", "Jingles, gaps and sound effects."},
-    ReasonWords{leftout::duplicate, "Another file of the same recording plays",
-                "The better one: lossless, or with the higher bit rate."},
+    ReasonWords{leftout::crash, mark("Broke the reader"),
+                mark("The program that reads files broke down over them, twice. They are most likely damaged.")},
+    ReasonWords{leftout::slow, mark("Took too long to read"), mark("They are damaged, or their disk is very slow.")},
+    ReasonWords{leftout::damaged, mark("Cannot be read"),
+                mark("No sound of a known kind was found, or the service may not open them.")},
+    ReasonWords{leftout::empty, mark("Empty"), mark("Files of no bytes.")},
+    ReasonWords{
+        leftout::kind, mark("Of a kind that radios do not play"),
+        mark("MP3, FLAC, Ogg Vorbis, Opus and WAV are played. Others need the program velmora-media-formats beside "
+             "the service.")},
+    ReasonWords{leftout::speech, mark("Audio books and podcasts"),
+                mark("By their style, their folder or their sound; radios play music.")},
+    ReasonWords{leftout::longPiece, mark("Longer than 15 minutes"), mark("Classical pieces may last 30.")},
+    ReasonWords{leftout::shortPiece, mark("Shorter than 20 seconds"), mark("Jingles, gaps and sound effects.")},
+    ReasonWords{leftout::duplicate, mark("Another file of the same recording plays"),
+                mark("The better one: lossless, or with the higher bit rate.")},
 };
 
 const ReasonWords *wordsFor(const std::string &reason)
@@ -47,9 +48,9 @@ const ReasonWords *wordsFor(const std::string &reason)
     return nullptr;
 }
 
-std::string counted(int64_t count, const char *one, const char *many)
+std::string files(int64_t count)
 {
-    return withCommas(count) + " " + (count == 1 ? one : many);
+    return sayMany("{1} file", "{1} files", count);
 }
 
 // Rounded up, so that it is done when it was said to be.
@@ -57,35 +58,35 @@ std::string durationText(double seconds)
 {
     const auto minutes = static_cast<int64_t>(seconds / 60) + 1;
     if (minutes < 90)
-        return counted(minutes, "minute", "minutes");
+        return sayMany("{1} minute", "{1} minutes", minutes);
     const int64_t hours = minutes / 60 + 1;
-    return hours < 48 ? counted(hours, "hour", "hours") : counted(hours / 24 + 1, "day", "days");
+    return hours < 48 ? sayMany("{1} hour", "{1} hours", hours) : sayMany("{1} day", "{1} days", hours / 24 + 1);
 }
 
 std::string progress(const LibraryStatus &status)
 {
-    std::string text = html::paragraph(counted(status.counts.playing, "track plays", "tracks play") + ", of " +
-                                       counted(status.counts.files, "file", "files") + ".");
+    std::string text =
+        html::paragraph(say("{1}, of {2}.", sayMany("{1} track plays", "{1} tracks play", status.counts.playing),
+                            files(status.counts.files)));
     if (!status.problem.empty())
-        text += html::error("Nothing goes on at present: " + status.problem);
+        text += html::error(say("Nothing goes on at present: {1}", status.problem));
     if (!status.configProblem.empty())
-        text += html::error("The configuration was not taken: " + status.configProblem);
+        text += html::error(say("The configuration was not taken: {1}", status.configProblem));
     if (status.isPaused)
-        text += html::paragraph("Paused.");
+        text += html::paragraph(say("Paused."));
     else if (!status.scanning.empty())
-        text += html::paragraph("Looking through " + printable(status.scanning.native()) + ": " +
-                                counted(status.scannedFiles, "file", "files") + " so far, " +
-                                counted(status.changed, "of them read", "of them read") + ".");
+        text += html::paragraph(say("Looking through {1}: {2} so far, {3} of them read.",
+                                    printable(status.scanning.native()), files(status.scannedFiles),
+                                    sayNumber(status.changed)));
     if (!status.isAnalysed)
-        text += html::paragraph("Listening to tracks is switched off: stations go by tags alone.");
+        text += html::paragraph(say("Listening to tracks is switched off: stations go by tags alone."));
     else if (status.counts.toAnalyse == 0)
-        text += html::paragraph("Every track was listened to.");
+        text += html::paragraph(say("Every track was listened to."));
     else
-        text +=
-            html::paragraph("Still to be listened to: " + counted(status.counts.toAnalyse, "track", "tracks") + ", " +
-                            (status.secondsLeft ? "about " + durationText(*status.secondsLeft)
-                                                : std::string("how long is not known yet")) +
-                            ". Stations play meanwhile and become better.");
+        text += html::paragraph(say("Still to be listened to: {1}, {2}. Stations play meanwhile and become better.",
+                                    sayMany("{1} track", "{1} tracks", status.counts.toAnalyse),
+                                    status.secondsLeft ? say("about {1}", durationText(*status.secondsLeft))
+                                                       : say("how long is not known yet")));
     return text;
 }
 
@@ -93,33 +94,37 @@ std::string changes(const std::vector<LibraryChange> &recent)
 {
     if (recent.empty())
         return {};
-    std::string text = html::subheading("What changed lately");
+    std::string text = html::subheading(say("What changed lately"));
     for (size_t i = 0; i < std::min<size_t>(recent.size(), changesOnPage); ++i) {
         const LibraryChange &change = recent[i];
-        const char *what = change.kind == LibraryChange::Kind::New       ? "new"
-                           : change.kind == LibraryChange::Kind::Changed ? "changed"
-                           : change.kind == LibraryChange::Kind::Back    ? "back"
-                                                                         : "gone";
-        text += html::paragraph(html::timeText(change.at) + ", " + what + ": " + printable(change.file.native()));
+        const char *what = change.kind == LibraryChange::Kind::New       ? mark("{1}, new: {2}")
+                           : change.kind == LibraryChange::Kind::Changed ? mark("{1}, changed: {2}")
+                           : change.kind == LibraryChange::Kind::Back    ? mark("{1}, back: {2}")
+                                                                         : mark("{1}, gone: {2}");
+        text += html::paragraph(say(what, sayTime(change.at), printable(change.file.native())));
     }
     return text;
 }
 
 std::string folders(const LibraryStatus &status)
 {
-    std::string text = html::subheading("Folders");
+    std::string text = html::subheading(say("Folders"));
     if (status.roots.empty())
-        text += html::paragraph("None. Name one in the configuration file, under [library]: music = /path/to/music");
+        text +=
+            html::paragraph(say("None. Name one in the configuration file, under [library]: music = /path/to/music"));
     for (const Root &root : status.roots) {
         const std::string name = printable(root.path.native());
         if (root.isPresent)
             text +=
-                html::paragraph(name + (root.scannedAt == 0 ? ": not looked through yet"
-                                                            : ": looked through " + html::timeText(root.scannedAt)));
+                html::paragraph(root.scannedAt == 0 ? say("{1}: not looked through yet", name)
+                                                    : say("{1}: looked through {2}", name, sayTime(root.scannedAt)));
         else
-            text += html::error(name + " is away" +
-                                (root.awaySince == 0 ? "" : " since " + html::timeText(root.awaySince)) + ": " +
-                                root.problem + ". Nothing of it is lost; it plays again when it is back.");
+            text += html::error(
+                root.awaySince == 0
+                    ? say("{1} is away: {2}. Nothing of it is lost; it plays again when it is back.", name,
+                          root.problem)
+                    : say("{1} is away since {2}: {3}. Nothing of it is lost; it plays again when it is back.", name,
+                          sayTime(root.awaySince), root.problem));
     }
     return text;
 }
@@ -147,18 +152,18 @@ bool WebPages::refuseOthers(Visit &visit, bool needsMusic)
     if (isOwner(visit)) {
         if (!needsMusic || m_service.library)
             return false;
-        show(visit, "The music",
-             html::heading("The music") + html::paragraph("This service looks after no folders.") +
-                 html::link("/account", "Your account"),
+        show(visit, say("The music"),
+             html::heading(say("The music")) + html::paragraph(say("This service looks after no folders.")) +
+                 html::link("/account", say("Your account")),
              404);
         return true;
     }
     if (visit.session.account == 0 || !m_service.accounts.find(visit.session.account))
         signInPage(visit, {}, {}, 403);
     else
-        show(visit, "The music",
-             html::heading("The music") + html::paragraph("Only the owner of this service sees this page.") +
-                 html::link("/account", "Your account"),
+        show(visit, say("The music"),
+             html::heading(say("The music")) + html::paragraph(say("Only the owner of this service sees this page.")) +
+                 html::link("/account", say("Your account")),
              403);
     return true;
 }
@@ -168,27 +173,30 @@ void WebPages::showLibrary(Visit &visit)
     if (refuseOthers(visit))
         return;
     const LibraryStatus status = m_service.library->status();
-    std::string body = html::heading("The music") + progress(status) + folders(status);
+    std::string body = html::heading(say("The music")) + progress(status) + folders(status);
     std::string reasons;
     for (const ReasonWords &words : reasonWords) {
         const auto found = status.counts.byReason.find(words.reason);
         if (found != status.counts.byReason.end())
             reasons += html::link(std::string("/library/left-out?reason=") + words.reason,
-                                  std::string(words.title) + ": " + counted(found->second, "file", "files"));
+                                  say(words.title) + ": " + files(found->second));
     }
     if (!reasons.empty())
-        body += html::subheading("What does not play") + reasons;
+        body += html::subheading(say("What does not play")) + reasons;
     if (status.counts.missing > 0)
-        body += html::paragraph(counted(status.counts.missing, "file has", "files have") +
-                                " gone from the folders. Thumbs and stations wait for them for 90 days.");
+        body += html::paragraph(
+            sayMany("{1} file has gone from the folders. Thumbs and stations wait for it for 90 days.",
+                    "{1} files have gone from the folders. Thumbs and stations wait for them for 90 days.",
+                    status.counts.missing));
     body += changes(m_service.library->recentChanges());
-    body += html::form("/library/pause", visit.csrf,
-                       html::button(status.isPaused ? "Go on" : "Pause", "paused", status.isPaused ? "0" : "1")) +
-            html::form("/library/rescan", visit.csrf,
-                       html::button("Look through the folders now") +
-                           html::paragraph("Files that failed are tried again.")) +
-            html::link("/house", "This service") + html::link("/account", "Your account");
-    show(visit, "The music", body);
+    body +=
+        html::form("/library/pause", visit.csrf,
+                   html::button(status.isPaused ? say("Go on") : say("Pause"), "paused", status.isPaused ? "0" : "1")) +
+        html::form("/library/rescan", visit.csrf,
+                   html::button(say("Look through the folders now")) +
+                       html::paragraph(say("Files that failed are tried again."))) +
+        html::link("/house", say("This service")) + html::link("/account", say("Your account"));
+    show(visit, say("The music"), body);
 }
 
 void WebPages::showLeftOut(Visit &visit)
@@ -202,13 +210,14 @@ void WebPages::showLeftOut(Visit &visit)
     std::from_chars(from.data(), from.data() + from.size(), first);
     first = std::clamp<int64_t>(first, 0, 100'000'000);
     if (!words) {
-        show(visit, "The music", html::heading("There is no such page") + html::link("/library", "The music"), 404);
+        show(visit, say("The music"),
+             html::heading(say("There is no such page")) + html::link("/library", say("The music")), 404);
         return;
     }
     const std::vector<LeftOutFile> files = m_service.library->store().leftOutFiles(reason, first, filesOnPage + 1);
-    std::string body = html::heading(words->title) + html::paragraph(words->explanation);
+    std::string body = html::heading(say(words->title)) + html::paragraph(say(words->explanation));
     if (files.empty())
-        body += html::paragraph("None.");
+        body += html::paragraph(say("None."));
     for (size_t i = 0; i < std::min<size_t>(files.size(), filesOnPage); ++i) {
         const LeftOutFile &file = files[i];
         const std::string name = printable((file.root / file.path).native());
@@ -216,10 +225,10 @@ void WebPages::showLeftOut(Visit &visit)
     }
     const std::string address = "/library/left-out?reason=" + reason + "&from=";
     if (first > 0)
-        body += html::link(address + std::to_string(std::max<int64_t>(0, first - filesOnPage)), "Back");
+        body += html::link(address + std::to_string(std::max<int64_t>(0, first - filesOnPage)), say("Back"));
     if (files.size() > filesOnPage)
-        body += html::link(address + std::to_string(first + filesOnPage), "More");
-    show(visit, words->title, body + html::link("/library", "The music"));
+        body += html::link(address + std::to_string(first + filesOnPage), say("More"));
+    show(visit, say(words->title), body + html::link("/library", say("The music")));
 }
 
 void WebPages::takePause(Visit &visit)

@@ -17,22 +17,23 @@ void WebPages::showMails(Visit &visit)
 {
     if (refuseOthers(visit, false))
         return;
-    std::string body = html::heading("Waiting mails");
+    std::string body = html::heading(say("Waiting mails"));
     if (m_service.mailer && !m_service.mailer->hasServer())
-        body += html::paragraph("This service has no mail server. Pass on what a mail says, to the person whose "
-                                "address it names and to nobody else: a link opens an account.");
+        body += html::paragraph(say("This service has no mail server. Pass on what a mail says, to the person whose "
+                                    "address it names and to nobody else: a link opens an account."));
     else
-        body += html::paragraph("The mail server did not take these.");
+        body += html::paragraph(say("The mail server did not take these."));
     const std::vector<KeptMail> mails = m_service.mailer ? m_service.mailer->kept() : std::vector<KeptMail>();
     if (mails.empty())
-        body += html::paragraph("None.");
+        body += html::paragraph(say("None."));
     for (const KeptMail &mail : mails)
-        body += html::subheading(mail.subject) + html::fact("To", mail.recipient) +
-                html::fact("Written", html::timeText(mail.writtenAt)) +
-                (mail.writtenAt + resetSeconds < m_clock() ? html::error("Its link is no longer valid.")
+        body += html::subheading(mail.subject) + html::fact(say("To"), mail.recipient) +
+                html::fact(say("Written"), sayTime(mail.writtenAt)) +
+                (mail.writtenAt + resetSeconds < m_clock() ? html::error(say("Its link is no longer valid."))
                                                            : html::paragraphs(mail.text)) +
-                html::form("/library/mails/forget", visit.csrf, html::plainButton("Remove", "mail", mail.name));
-    show(visit, "Waiting mails", body + html::link("/house", "This service") + html::link("/account", "Your account"));
+                html::form("/library/mails/forget", visit.csrf, html::plainButton(say("Remove"), "mail", mail.name));
+    show(visit, say("Waiting mails"),
+         body + html::link("/house", say("This service")) + html::link("/account", say("Your account")));
 }
 
 void WebPages::takeForgetMail(Visit &visit)

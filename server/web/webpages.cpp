@@ -8,6 +8,16 @@ namespace velmora::server {
 namespace {
 
 constexpr char cookieName[] = "velmora";
+constexpr char languageName[] = "language"; // of a parameter and of a cookie
+
+// The one that was chosen, just now or earlier, else what the browser asks for.
+const Language &languageFor(const http::Request &request)
+{
+    const Language *chosen = request.method == "GET" ? findLanguage(request.parameter(languageName)) : nullptr;
+    if (!chosen)
+        chosen = findLanguage(request.cookie(languageName));
+    return chosen ? *chosen : acceptedLanguage(request.header("Accept-Language"));
+}
 
 } // namespace
 
@@ -76,6 +86,7 @@ http::Response WebPages::visit(const http::Request &request, Handler handler)
 http::Response WebPages::visit(const http::Request &request, const std::function<void(Visit &)> &handler)
 {
     http::Response response;
+    const InLanguage texts(languageFor(request));
     Visit visit{request, response, request.cookie(cookieName), {}, {}, {}};
     const bool isKnown = WebSessions::isCookie(visit.cookie);
     if (isKnown) {
@@ -84,28 +95,32 @@ http::Response WebPages::visit(const http::Request &request, const std::function
         visit.cookie = WebSessions::newCookie();
         setCookie(response, visit.cookie);
     }
+    if (const Language *chosen = findLanguage(request.parameter(languageName)); chosen && request.method == "GET")
+        response.headers.emplace_back("Set-Cookie", std::string(languageName) + "=" + chosen->code +
+                                                        "; Path=/; Max-Age=31536000; HttpOnly; SameSite=Lax" +
+                                                        (m_isEncrypted ? "; Secure" : ""));
     visit.csrf = m_sessions.formToken(visit.cookie);
     if (request.method == "POST" && (!isKnown || !equalSecrets(visit.value("csrf"), visit.csrf))) {
-        show(visit, "Once more",
-             html::heading("This form is too old") +
+        show(visit, say("Once more"),
+             html::heading(say("This form is too old")) +
                  html::paragraph(
-                     "Nothing was changed. You signed in or out in another window meanwhile, or this browser "
-                     "keeps no cookies. Please open the page once more.") +
+                     say("Nothing was changed. You signed in or out in another window meanwhile, or this browser "
+                         "keeps no cookies. Please open the page once more.")) +
                  html::link(request.path.starts_with("/account")  ? "/account"
                             : request.path.starts_with("/remote") ? "/remote"
                                                                   : "/activate",
-                            "Begin again"),
+                            say("Begin again")),
              403);
         return response;
     }
     const bool isChange = request.method == "POST" && request.path != "/account/signin" &&
                           request.path != "/account/signout" && // a browser's session is not kept
-                          !request.path.starts_with("/remote");  // nor is a key that is pressed
+                          !request.path.starts_with("/remote"); // nor is a key that is pressed
     if (isChange && m_service.isUnderMaintenance) {
         response.setHeader("Retry-After", "600");
-        show(visit, "Later",
-             html::heading("Velmora is under maintenance") +
-                 html::paragraph("Music plays, but nothing can be changed. Please try again later."),
+        show(visit, say("Later"),
+             html::heading(say("Velmora is under maintenance")) +
+                 html::paragraph(say("Music plays, but nothing can be changed. Please try again later.")),
              503);
         return response;
     }
@@ -122,11 +137,17 @@ void WebPages::setCookie(http::Response &response, const std::string &cookie) co
 void WebPages::show(Visit &visit, const std::string &title, const std::string &body, int status) const
 {
     // A screen reader reads the title first.
-    put(visit.response, status == 422 ? "Please check: " + title : title, body, status);
+    put(visit.response, status == 422 ? say("Please check: {1}", title) : title, body, status, &visit.request);
 }
 
-void WebPages::put(http::Response &response, const std::string &title, const std::string &body, int status) const
+void WebPages::put(http::Response &response, const std::string &title, const std::string &body, int status,
+                   const http::Request *request) const
 {
+    html::Page page{title, body, m_isEncrypted};
+    if (request && request->method == "GET") {
+        page.path = request->path;
+        page.query = request->query;
+    }
     response.status = status;
     response.setHeader("Content-Security-Policy",
                        "default-src 'none'; style-src 'self'; img-src 'self'; form-action 'self'; base-uri 'none'; "
@@ -134,15 +155,15 @@ void WebPages::put(http::Response &response, const std::string &title, const std
     response.setHeader("X-Content-Type-Options", "nosniff");
     response.setHeader("Referrer-Policy", "no-referrer"); // a link of a mail carries its token in the address
     response.setHeader("Cache-Control", "no-store");
-    response.setContent(html::render({title, body, m_isEncrypted}), "text/html; charset=utf-8");
+    response.setContent(html::render(page), "text/html; charset=utf-8");
 }
 
 http::Response WebPages::notFound() const
 {
     http::Response response;
-    put(response, "No such page",
-        html::heading("There is no such page") + html::paragraph("The address may be mistyped, or the page has gone.") +
-            html::link("/", "Home"),
+    put(response, say("No such page"),
+        html::heading(say("There is no such page")) +
+            html::paragraph(say("The address may be mistyped, or the page has gone.")) + html::link("/", say("Home")),
         404);
     return response;
 }
@@ -184,8 +205,7 @@ std::optional<Account> WebPages::signedIn(Visit &visit)
 
 std::string WebPages::waitText(int seconds)
 {
-    return seconds == 1 ? "Too many tries. Please wait a second."
-                        : "Too many tries. Please wait " + std::to_string(seconds) + " seconds.";
+    return sayMany("Too many tries. Please wait a second.", "Too many tries. Please wait {1} seconds.", seconds);
 }
 
 bool WebPages::checkLogin(Visit &visit, const std::string &userName, AccountId *id, std::string *problem)
@@ -197,10 +217,10 @@ bool WebPages::checkLogin(Visit &visit, const std::string &userName, AccountId *
         visit.checked = login.account;
         return true;
     case LoginResult::Wrong:
-        *problem = "The e-mail address or the password is not right.";
+        *problem = say("The e-mail address or the password is not right.");
         break;
     case LoginResult::Inactive:
-        *problem = "This account is no longer active.";
+        *problem = say("This account is no longer active.");
         break;
     case LoginResult::TooMany:
         *problem = waitText(login.retryAfter);

@@ -44,8 +44,10 @@ public:
     };
     // Finds the browser's session first, and refuses a post without its token, as for the pages here.
     http::Handler addedPage(std::function<void(Visitor &)> page);
-    // The page with what every page has; `body` is markup.
-    void put(http::Response &response, const std::string &title, const std::string &body, int status = 200) const;
+    // The page with what every page has; `body` is markup. `request`: whose page it is; null when it has none to go
+    // back to.
+    void put(http::Response &response, const std::string &title, const std::string &body, int status = 200,
+             const http::Request *request = nullptr) const;
     // Called whenever a browser's session or the link of a radio has ended. Set before the server answers; any thread.
     void whenAccessEnds(std::function<void()> ended);
 

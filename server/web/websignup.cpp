@@ -32,18 +32,18 @@ std::string WebPages::signUpRuleText()
 {
     switch (m_service.house.signUpRule()) {
     case SignUpRule::Nobody:
-        return "The owner of this service takes no new accounts at present.";
+        return say("The owner of this service takes no new accounts at present.");
     case SignUpRule::Invited:
-        return "A new account needs an invitation: ask the owner of this service for a link, and open it.";
+        return say("A new account needs an invitation: ask the owner of this service for a link, and open it.");
     default:
-        return "New accounts are made in the house's own network, or with an invitation of this service's owner.";
+        return say("New accounts are made in the house's own network, or with an invitation of this service's owner.");
     }
 }
 
 std::string WebPages::signUpFields(const AccountForms &forms)
 {
     return html::field({.name = "email",
-                        .label = "E-mail address",
+                        .label = say("E-mail address"),
                         .type = "email",
                         .value = forms.fresh,
                         .autocomplete = "section-new username",
@@ -51,29 +51,29 @@ std::string WebPages::signUpFields(const AccountForms &forms)
                         .inputMode = "email",
                         .problem = forms.addressProblem,
                         .form = "new"}) +
-           html::newPasswordField("password", "Password", forms.passwordProblem);
+           html::newPasswordField("password", say("Password"), forms.passwordProblem);
 }
 
 void WebPages::signUpPage(Visit &visit, const AccountForms &forms, int status)
 {
     const std::string invitation = visit.value("invitation");
     if (!maySignUp(visit) && !m_service.house.isInvited(hashOf(invitation))) {
-        show(visit, "A new account",
-             html::heading("A new account") +
+        show(visit, say("A new account"),
+             html::heading(say("A new account")) +
                  (invitation.empty() ? std::string()
-                                     : html::error("This invitation is not valid, or no longer. Each makes one "
-                                                   "account.")) +
-                 html::paragraph(signUpRuleText()) + html::link("/account", "Your account"),
+                                     : html::error(say("This invitation is not valid, or no longer. Each makes one "
+                                                       "account."))) +
+                 html::paragraph(signUpRuleText()) + html::link("/account", say("Your account")),
              invitation.empty() ? 403 : 410);
         return;
     }
-    show(visit, "A new account",
-         html::heading("A new account") +
-             html::paragraph("With an account you have stations of your own, on every radio of this service.") +
+    show(visit, say("A new account"),
+         html::heading(say("A new account")) +
+             html::paragraph(say("With an account you have stations of your own, on every radio of this service.")) +
              html::form("/sign-up", visit.csrf,
                         html::hidden("invitation", invitation) + signUpFields(forms) +
-                            html::button("Create an account")) +
-             html::link("/account", "I have an account"),
+                            html::button(say("Create an account"))) +
+             html::link("/account", say("I have an account")),
          status);
 }
 
@@ -99,15 +99,15 @@ std::optional<int> WebPages::signUp(Visit &visit, const std::string &invitation,
     if (!isInvited && !maySignUp(visit))
         return 403;
     if (m_newAccounts.refuse(visit.request.network, m_clock())) {
-        forms->addressProblem = "Too many new accounts from here. Please try again in a few minutes.";
+        forms->addressProblem = say("Too many new accounts from here. Please try again in a few minutes.");
         return 429;
     }
     switch (Accounts::checkNew(userName, password)) {
     case CreateResult::BadUserName:
-        forms->addressProblem = "This is not an e-mail address.";
+        forms->addressProblem = say("This is not an e-mail address.");
         return 422;
     case CreateResult::BadPassword:
-        forms->passwordProblem = "The password needs at least eight characters.";
+        forms->passwordProblem = say("The password needs at least eight characters.");
         return 422;
     default:
         break;
@@ -117,14 +117,14 @@ std::optional<int> WebPages::signUp(Visit &visit, const std::string &invitation,
     if (isInvited)
         wanted.invitationHash = invitationHash;
     if (!m_service.signUp(wanted, password)) {
-        forms->addressProblem = "No mail can be sent at the moment. Please try again later.";
+        forms->addressProblem = say("No mail can be sent at the moment. Please try again later.");
         return 503;
     }
     // Whether there is an account with this address is for the mail alone to say.
-    show(visit, "Look into your mail",
-         html::heading("Look into your mail") +
-             html::paragraph("A mail to " + userName + " says how to go on. Its link opens once, within one hour.") +
-             noMailHint() + html::link("/activate", "Activate a radio"));
+    show(visit, say("Look into your mail"),
+         html::heading(say("Look into your mail")) +
+             html::paragraph(say("A mail to {1} says how to go on. Its link opens once, within one hour.", userName)) +
+             noMailHint() + html::link("/activate", say("Activate a radio")));
     return {};
 }
 

@@ -130,11 +130,11 @@ private slots:
             }
             const int controls =
                 browser
-                    .execute(
-                        "document.activeElement.blur(); window.seen = new Set(); addEventListener('focusin', e => "
-                        "seen.add(e.target.type === 'radio' ? e.target.name : e.target)); "
-                        "return new Set([...document.querySelectorAll('a[href], button, input:not([type=hidden])')]"
-                        ".map(e => e.type === 'radio' ? e.name : e)).size;")
+                    .execute("document.activeElement.blur(); window.seen = new Set(); addEventListener('focusin', e => "
+                             "seen.add(e.target.type === 'radio' ? e.target.name : e.target)); "
+                             "return new Set([...document.querySelectorAll('a[href], button, select, "
+                             "input:not([type=hidden])')]"
+                             ".map(e => e.type === 'radio' ? e.name : e)).size;")
                     .toInt();
             QVERIFY(browser.press(QString(controls + 2, QChar(0xE004)))); // Tab
             QCOMPARE(browser.execute("return seen.size;").toInt(), controls);

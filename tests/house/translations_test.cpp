@@ -80,6 +80,24 @@ private slots:
                      qPrintable(QFileInfo(file).fileName() + ": run the build target update-texts"));
     }
 
+    void thePagesAndMailsAreTranslated()
+    {
+        const QTemporaryDir copies;
+        for (const QString &language : m_languages) {
+            const Row row(language);
+            const QString original = m_folder.filePath("pages/" + language + ".po");
+            const QString copy = copies.filePath(language + ".po");
+            QVERIFY(QFile::copy(original, copy));
+            QCOMPARE(QProcess::execute(m_folder.filePath("pages/update"), {copy}), 0);
+            QVERIFY2(content(copy) == content(original), "run the build target update-page-texts");
+            QProcess open;
+            open.start("msgattrib", {"--untranslated", copy});
+            QVERIFY(open.waitForFinished());
+            QCOMPARE(open.readAllStandardOutput(), QByteArray());
+            QVERIFY(!content(copy).contains("#, fuzzy"));
+        }
+    }
+
     // The English texts that no test of a screen compares, letter by letter: translations are looked up by them.
     void theEnglishTextsAreThese()
     {

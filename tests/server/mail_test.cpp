@@ -225,6 +225,30 @@ TEST_F(MailTest, WhereTlsIsRequiredAServerWithoutItGetsNeitherAPasswordNorAMail)
     }
 }
 
+TEST_F(MailTest, AMailIsInTheLanguageOfThePageThatAskedForIt)
+{
+    *m_now = std::time(nullptr);
+    addAccount();
+    Mailbox mailbox(mailSettings());
+    m_service->mailer = &mailbox;
+    Browser browser(m_port);
+    browser.language = "ja";
+    browser.get("/forgot");
+    EXPECT_EQ(browser.post("/forgot", {{"email", miraName}}), 200);
+    for (int i = 0; i < 1000 && mailbox.kept().empty(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    const std::vector<KeptMail> mails = mailbox.kept();
+    ASSERT_EQ(mails.size(), 1u);
+    EXPECT_EQ(mails[0].subject, "Velmora のパスワード");
+    EXPECT_NE(mails[0].text.find("新しいパスワード"), std::string::npos);
+    std::ifstream file(m_outbox / mails[0].name);
+    const std::string raw{std::istreambuf_iterator(file), {}};
+    const std::string head = raw.substr(0, raw.find("\r\n\r\n"));
+    EXPECT_TRUE(std::all_of(head.begin(), head.end(), [](unsigned char c) { return c < 0x80; })) << head;
+    EXPECT_NE(raw.find("<html lang=\"ja\">"), std::string::npos);
+    m_service->mailer = &m_mailer;
+}
+
 TEST_F(MailTest, AForgottenPasswordAnswersEverybodyAlikeAndTheOwnerFindsMailsThatWereNotDelivered)
 {
     *m_now = std::time(nullptr); // as the mails are dated

@@ -352,6 +352,33 @@ TEST_F(WebTest, cookiesAreSecureOnlyWhereTheServiceIsEncrypted)
     server.stop();
 }
 
+TEST_F(WebTest, PagesAreInTheChosenLanguageElseInTheBrowsers)
+{
+    const auto page = [&](const std::string &path, const http::Headers &headers) {
+        return httpGet(m_port, path, headers);
+    };
+    const auto has = [](const HttpAnswer &answer, const std::string &text) {
+        return answer.body.find(text) != std::string::npos;
+    };
+    const http::Headers german{{"Accept-Language", "de-CH, de;q=0.9, en;q=0.8"}};
+    HttpAnswer answer = page("/activate?code=%22%3E%3Cb%3E&x=1", german);
+    EXPECT_TRUE(has(answer, "<html lang=\"de\">") && has(answer, "<h1>Radio aktivieren</h1>")) << answer.body;
+    // The choice of a language leads to the same page with the same code.
+    EXPECT_TRUE(has(answer, "name=\"code\" value=\"&quot;&gt;&lt;b&gt;\"") && has(answer, "name=\"x\" value=\"1\""));
+    EXPECT_FALSE(has(answer, "<b>"));
+
+    answer = page("/help?language=ar", german);
+    EXPECT_TRUE(has(answer, "<html lang=\"ar\" dir=\"rtl\">"));
+    const bool isKept = std::any_of(answer.headers.begin(), answer.headers.end(), [](const auto &header) {
+        return header.second.starts_with("language=ar; Path=/; Max-Age=") && header.second.ends_with("SameSite=Lax");
+    });
+    EXPECT_TRUE(isKept);
+    answer = page("/help", {german.front(), {"Cookie", "a=b; language=ar"}});
+    EXPECT_TRUE(has(answer, "dir=\"rtl\""));
+    answer = page("/help?language=%22xx", {{"Cookie", "language=../de"}, {"Accept-Language", "sv"}});
+    EXPECT_TRUE(has(answer, "<html lang=\"en\">") && !has(answer, "xx"));
+}
+
 TEST_F(WebTest, typedTextIsNeverMarkup)
 {
     Browser browser(m_port);

@@ -37,6 +37,7 @@ public:
 
     bool shows(const std::string &text) const { return body.find(text) != std::string::npos; }
 
+    std::string language; // Accept-Language; empty: none is sent
     std::string body;
     std::string csrf;
     std::string cookie;
@@ -45,7 +46,12 @@ public:
 private:
     http::Headers headers() const
     {
-        return cookie.empty() ? http::Headers{} : http::Headers{{"Cookie", "other=1; " + cookie}};
+        http::Headers all;
+        if (!cookie.empty())
+            all.emplace_back("Cookie", "other=1; " + cookie);
+        if (!language.empty())
+            all.emplace_back("Accept-Language", language);
+        return all;
     }
 
     int take(const HttpAnswer &answer)
