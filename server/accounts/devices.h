@@ -33,8 +33,8 @@ public:
     std::vector<Device> ofAccount(AccountId account);
     // The hashes of the keys that the account's devices of that identity have.
     std::vector<std::string> keysOf(AccountId account, const std::string &deviceId);
-    // The radios that the account has allowed on the activation page and that have not signed in since: their digits and
-    // the hashes of their keys.
+    // The radios that the account has allowed on the activation page and that have not signed in since: their digits
+    // and the hashes of their keys.
     std::vector<std::pair<std::string, std::string>> grantsOf(AccountId account);
     // False when the account has no such device, or the name is no name: 40 characters at most, none of them a control
     // character. An empty one takes the name away.
