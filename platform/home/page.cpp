@@ -34,7 +34,6 @@ QWidget#panel, QWidget#hintStrip {
     background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 rgba(43, 24, 57, 240), stop:1 rgba(29, 15, 40, 240)); }
 QLabel[isHint="true"] {
     background-color: rgb(248, 246, 250); border-radius: 10px; padding-left: 44px; color: rgb(70, 54, 83); }
-QLabel[isHint="true"][isMirrored="true"] { padding-left: 0px; padding-right: 44px; }
 QLabel[isCaption="true"] { color: rgb(197, 197, 197); }
 QLabel[isCounter="true"] { color: rgb(255, 180, 0); }
 QPushButton {
@@ -121,7 +120,6 @@ QLabel *Page::addHint(const char *name, const char *picture, const QString &text
 {
     QLabel *cap = addLabel(name, QRect(stripPlace.x() + x, stripPlace.y() + 8, width, 36), 14, true);
     cap->setProperty("isHint", true);
-    cap->setProperty("isMirrored", cap->layoutDirection() == Qt::RightToLeft);
     cap->setText(text);
     auto *icon = new QLabel(cap);
     icon->setGeometry(QStyle::visualRect(cap->layoutDirection(), cap->rect(), QRect(7, 2, 32, 32)));
