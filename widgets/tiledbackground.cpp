@@ -76,9 +76,13 @@ void TiledBackground::cut(const QSize &size, qreal ratio)
     QImage picture(ratio > 1 && QFile::exists(large) ? large : m_file);
     if (picture.isNull())
         return;
-    if (picture.size() != size)
+    // Before it is scaled: Qt 6.4 may crash when it scales a picture with a palette smoothly.
+    const QImage::Format format = picture.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
+    picture.convertTo(format);
+    if (picture.size() != size) {
         picture = picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    picture.convertTo(picture.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+        picture.convertTo(format);
+    }
     picture.setDevicePixelRatio(1);
     for (int y = 0; y < size.height(); y += tileSize.height())
         for (int x = 0; x < size.width(); x += tileSize.width()) {
