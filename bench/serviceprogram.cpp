@@ -157,7 +157,7 @@ std::string signUpToken(const std::filesystem::path &outbox, const std::string &
     std::error_code error;
     for (const auto &mail : std::filesystem::directory_iterator(outbox, error)) {
         const std::string text = textOf(mail);
-        if (text.find("To: <" + address + ">") != std::string::npos && text.ends_with("do nothing.\r\n"))
+        if (text.find("To: <" + address + ">") != std::string::npos && text.ends_with("--\r\n")) // whole
             return partAfter(text, "/confirm?token=", '\r');
     }
     return {};
