@@ -77,9 +77,8 @@ void measureHostileRequests(const Server &server, const std::string &partner)
         return "POST " + path + " HTTP/1.1\r\nHost: radio\r\nConnection: close\r\n" + more +
                "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
     };
-    const auto call = [&](const std::string &body) {
-        return post("/v1/getPlaylist", "Authorization: Bearer " + partner + "\r\n", body);
-    };
+    const std::string asRadio = "Authorization: Bearer " + partner + "\r\n";
+    const auto call = [&](const std::string &body) { return post("/v1/getPlaylist", asRadio, body); };
     const std::string chunked = "POST /v1/getPlaylist HTTP/1.1\r\nHost: radio\r\nTransfer-Encoding: chunked\r\n\r\n";
     const std::pair<const char *, std::string> requests[] = {
         {"", call("{}")}, // what the first request of all takes is no matter of it
@@ -87,6 +86,7 @@ void measureHostileRequests(const Server &server, const std::string &partner)
         {"small numbers", call(R"({"a":[)" + repeated("1,", 65'000) + "1]}")},
         {"deep lists", call(repeated("[", 65'000))},
         {"a long text", call(R"({"stationToken":")" + repeated("\\u0041", 65'000) + "\"}")},
+        {"a report of lists", post("/v1/remoteReport", asRadio, R"({"a":[)" + repeated("[],", 65'000) + "[]]}")},
         {"a form of many fields", post("/account/signin", "", repeated("a=b&", 16'000))},
         {"a form in percent", post("/account/signin", "", "email=" + repeated("%61", 16'000))},
         {"endless chunks", chunked + repeated("1\r\na\r\n", 2'000'000)},

@@ -144,7 +144,13 @@ std::optional<RadioState> radioStateOf(std::string_view text)
 {
     if (text.size() > RadioState::mostBytes)
         return std::nullopt;
-    const Json parsed = Json::parse(text, nullptr, false);
+    // Lists in lists are not kept: 64 KB of small ones would take some megabytes.
+    constexpr int mostDepth = 2; // a list in the report
+    const auto isKept = [](int depth, Json::parse_event_t event, const Json &) {
+        const bool isBegin = event == Json::parse_event_t::array_start || event == Json::parse_event_t::object_start;
+        return !isBegin || depth < mostDepth;
+    };
+    const Json parsed = Json::parse(text, isKept, false);
     if (!parsed.is_object())
         return std::nullopt;
     const Members members(parsed);
