@@ -1238,8 +1238,8 @@ Please select “Activate Velmora” below.</source>
         <translation>تعمل الخدمة على هذا الجهاز وله فقط. للوصول إليها من هاتف شغّلها لشبكة المنزل؛ يوضح دليلها ذلك.</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>افتح هذا العنوان في متصفح هاتف على الشبكة نفسها لربط راديو أو إدارة حسابك.</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>افتح هذا العنوان في متصفح هاتف على الشبكة نفسها: لربط راديو أو إدارة حسابك أو استخدام الهاتف جهاز تحكم ولوحة مفاتيح.</translation>
     </message>
 </context>
 <context>

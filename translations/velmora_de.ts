@@ -1234,8 +1234,8 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
         <translation>Der Dienst läuft auf diesem Gerät und nur für es. Damit ein Telefon ihn erreicht, starten Sie ihn für das Heimnetz; seine Anleitung sagt, wie.</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>Öffnen Sie diese Adresse im Browser eines Telefons im selben Netz, um ein Radio zu verbinden oder Ihr Konto zu verwalten.</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>Öffnen Sie diese Adresse im Browser eines Telefons im selben Netz: um ein Radio zu verbinden, Ihr Konto zu verwalten oder das Telefon als Fernbedienung und Tastatur zu benutzen.</translation>
     </message>
 </context>
 <context>

@@ -1234,8 +1234,8 @@ Elija abajo «Activar Velmora».</translation>
         <translation>El servicio funciona en este dispositivo y solo para él. Para llegar a él desde un teléfono, inícielo para la red de la casa; su manual dice cómo.</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>Abra esta dirección en el navegador de un teléfono de la misma red para vincular una radio o gestionar su cuenta.</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>Abra esta dirección en el navegador de un teléfono de la misma red: para vincular una radio, gestionar su cuenta o usar el teléfono como mando a distancia y teclado.</translation>
     </message>
 </context>
 <context>

@@ -1234,8 +1234,8 @@ Choisissez « Activer Velmora » ci-dessous.</translation>
         <translation>Le service fonctionne sur cet appareil et pour lui seul. Pour y accéder d’un téléphone, démarrez-le pour le réseau de la maison ; son manuel dit comment.</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>Ouvrez cette adresse dans le navigateur d’un téléphone du même réseau, pour associer une radio ou gérer votre compte.</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>Ouvrez cette adresse dans le navigateur d’un téléphone du même réseau : pour associer une radio, gérer votre compte ou utiliser le téléphone comme télécommande et clavier.</translation>
     </message>
 </context>
 <context>

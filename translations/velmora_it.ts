@@ -1234,8 +1234,8 @@ Scelga «Attiva Velmora» qui sotto.</translation>
         <translation>Il servizio gira su questo dispositivo e solo per esso. Per raggiungerlo da un telefono, lo avvii per la rete di casa; il manuale dice come.</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>Apra questo indirizzo nel browser di un telefono della stessa rete, per collegare una radio o gestire il Suo account.</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>Apra questo indirizzo nel browser di un telefono della stessa rete: per collegare una radio, gestire il Suo account o usare il telefono come telecomando e tastiera.</translation>
     </message>
 </context>
 <context>

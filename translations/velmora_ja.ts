@@ -1229,8 +1229,8 @@ Please select “Activate Velmora” below.</source>
         <translation>サービスはこの機器の中だけで動いています。電話から使うには、家のネットワーク用に起動してください。方法は説明書にあります。</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>同じネットワークの電話のブラウザーでこのアドレスを開くと、ラジオの登録やアカウントの管理ができます。</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>同じネットワークの電話のブラウザーでこのアドレスを開くと、ラジオの登録、アカウントの管理、電話をリモコンやキーボードとして使うことができます。</translation>
     </message>
 </context>
 <context>

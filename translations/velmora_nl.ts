@@ -1234,8 +1234,8 @@ Kies hieronder “Velmora activeren”.</translation>
         <translation>De dienst draait op dit apparaat en alleen hiervoor. Start hem voor het thuisnetwerk om hem met een telefoon te bereiken; de handleiding zegt hoe.</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>Open dit adres in de browser van een telefoon in hetzelfde netwerk om een radio te koppelen of uw account te beheren.</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>Open dit adres in de browser van een telefoon in hetzelfde netwerk: om een radio te koppelen, uw account te beheren of de telefoon als afstandsbediening en toetsenbord te gebruiken.</translation>
     </message>
 </context>
 <context>

@@ -1235,8 +1235,8 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
         <translation>Usługa działa na tym urządzeniu i tylko dla niego. Aby połączyć się telefonem, uruchom ją dla sieci domowej; instrukcja mówi jak.</translation>
     </message>
     <message>
-        <source>Open this address in the browser of a telephone in the same network, to link a radio or to manage your account.</source>
-        <translation>Otwórz ten adres w przeglądarce telefonu w tej samej sieci, aby połączyć radio lub zarządzać kontem.</translation>
+        <source>Open this address in the browser of a telephone in the same network: to link a radio, to manage your account, or to use the telephone as a remote control and keyboard.</source>
+        <translation>Otwórz ten adres w przeglądarce telefonu w tej samej sieci: aby połączyć radio, zarządzać kontem lub używać telefonu jako pilota i klawiatury.</translation>
     </message>
 </context>
 <context>

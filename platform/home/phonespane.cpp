@@ -58,8 +58,8 @@ void PhonesPane::tryNext()
 
 void PhonesPane::show(const QString &address)
 {
-    setText(tr("Open this address in the browser of a telephone in the same network, to link a radio or to manage your "
-               "account."));
+    setText(tr("Open this address in the browser of a telephone in the same network: to link a radio, to manage your "
+               "account, or to use the telephone as a remote control and keyboard."));
     setRows({PaneRow{address}});
 }
 
