@@ -33,6 +33,7 @@ InternetRadioDlg::InternetRadioDlg(const QString &codeLine, const QString &pageL
         ui->descriptionLabel->setText(pageLine);
     m_qrCode->setObjectName(QStringLiteral("qrCode"));
     m_qrCode->setGeometry(qrCodePlace);
+    m_qrCode->raise(); // above the panel, which came later
     showQrCode();
     connect(ui->okBtn, &QPushButton::clicked, this, &InternetRadioDlg::userLoginWithDeviceID);
     connect(VelmoraWebService::getInstance(), &VelmoraWebService::signalGenerateDeviceActivationCodeDone, this,

@@ -45,6 +45,7 @@ private slots:
         const auto dialog = open(fixture);
         const auto *qrCode = child<QrCode>(dialog, "qrCode");
         QVERIFY(qrCode->isVisible() && !qrCode->isEmpty());
+        QVERIFY2(dialog->childAt(qrCode->geometry().center()) == qrCode, "a camera does not see it");
         const QString both = deviceactivation::addressWithCode(page, code(dialog));
         QCOMPARE(both, QStringLiteral("http://radio.example/activate?code=K7MPQ2XD"));
         for (const QString &bad : {QStringLiteral("Please go to    "), QStringLiteral("Please go to    file:///etc"),
