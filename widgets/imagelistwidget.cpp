@@ -16,6 +16,7 @@
 
 namespace {
 
+constexpr QChar leftToRightIsolate(0x2066);
 constexpr QChar rightToLeftIsolate(0x2067);
 constexpr QChar popIsolate(0x2069);
 constexpr int labelLeft = 40; // of the marquee within its row
@@ -51,8 +52,8 @@ QPixmap selectedBar()
 }
 
 // Elides a long text before the mark at the right end of the current row's bar, in every row, so that no text changes
-// when its row becomes the current one. A name of blanks is shown in quotation marks. A right-to-left name keeps its
-// own order in the row, its punctuation included, and begins at the row's left like every other.
+// when its row becomes the current one. A name of blanks is shown in quotation marks. A name of another direction than
+// the list's keeps its own order in the row, its punctuation included, and begins at the same side as every other.
 class RowDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -65,8 +66,8 @@ protected:
         if (!text.isEmpty() && text.trimmed().isEmpty())
             text = QLatin1Char('"') + text + QLatin1Char('"');
         text = option->fontMetrics.elidedText(text, Qt::ElideRight, option->rect.width() - textLeft - textRight);
-        if (text.isRightToLeft())
-            text = rightToLeftIsolate + text + popIsolate;
+        if (const bool isRightToLeft = text.isRightToLeft(); isRightToLeft != (option->direction == Qt::RightToLeft))
+            text = (isRightToLeft ? rightToLeftIsolate : leftToRightIsolate) + text + popIsolate;
         option->text = text;
     }
 };

@@ -6,6 +6,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextOption>
 
 namespace {
@@ -68,10 +69,11 @@ void MsgboxDlg::paintMessage()
     QLabel *label = ui->contentLabel;
     QPainter painter(label);
     painter.setPen(label->palette().color(label->foregroundRole()));
+    static const QRegularExpression blanksAtLineEnd(QStringLiteral(" +(?=\\n|$)"));
     QString text = label->text();
-    const bool isRightToLeft = text.isRightToLeft();
-    QTextOption option(Qt::AlignVCenter | (isRightToLeft ? Qt::AlignRight : Qt::AlignLeft));
-    option.setTextDirection(isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+    text.remove(blanksAtLineEnd);                            // they would push a right-to-left line beyond the edge
+    QTextOption option(Qt::AlignVCenter | Qt::AlignLeading); // left, or right where the text runs so
+    option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     const QRectF room(label->contentsRect());
     while (text.size() > 1 &&

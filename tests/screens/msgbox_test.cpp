@@ -85,21 +85,24 @@ private slots:
         QCOMPARE(result, 1);
     }
 
-    void aWordWithoutBlanksIsBroken()
+    void aMessageIsBrokenAndBeginsWhereItsLanguageBegins()
     {
-        const auto inkHeight = [](int letters) {
-            MsgboxDlg box(1, QString(letters, QLatin1Char('M')), nullptr);
+        const auto ink = [](const QString &text) {
+            MsgboxDlg box(1, text, nullptr);
             box.show();
             const QImage picture = box.grab(child<QLabel>(&box, "contentLabel")->geometry()).toImage();
-            int top = picture.height(), bottom = 0;
+            QRect found;
             for (int y = 0; y < picture.height(); ++y)
                 for (int x = 0; x < picture.width(); ++x)
-                    if (qGray(picture.pixel(x, y)) > 200) {
-                        top = qMin(top, y);
-                        bottom = y;
-                    }
-            return bottom - top;
+                    if (qGray(picture.pixel(x, y)) > 200)
+                        found |= QRect(x, y, 1, 1);
+            return found;
         };
+        QVERIFY(ink("a short one").left() < 10);
+        const QString rightToLeft(10, QChar(0x05E9));
+        QVERIFY(ink(rightToLeft).right() > 590);
+        QCOMPARE(ink(rightToLeft + " \n" + rightToLeft + ' '), ink(rightToLeft + '\n' + rightToLeft));
+        const auto inkHeight = [&ink](int letters) { return ink(QString(letters, QLatin1Char('M'))).height() - 1; };
         QVERIFY(inkHeight(10) < 30);
         QVERIFY(inkHeight(64) > 60);
         // More than there is room for: whole lines, and dots on the baseline of the last.
