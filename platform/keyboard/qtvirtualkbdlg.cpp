@@ -401,6 +401,7 @@ void QtVirtualKbDlg::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setLayoutDirection(Qt::LeftToRight); // else "(" and ".com" would not show what they type
     painter.setPen(QPen(panelEdge, 2));
     painter.setBrush(panelColor);
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 16, 16);

@@ -194,6 +194,10 @@ private slots:
         QVERIFY(dialog.keyboard->m_isModeAble);
         dialog.keyboard->changePage();
         QVERIFY(!dialog.keyboard->m_isModeAble);
+        // A key shows what it types, also where texts run from right to left.
+        const QImage leftToRight = dialog.keyboard->grab().toImage();
+        dialog.keyboard->setLayoutDirection(Qt::RightToLeft);
+        QCOMPARE(dialog.keyboard->grab().toImage(), leftToRight);
         dialog.keyboard->changeMode(); // no effect on this page
         dialog.press({S});
         dialog.keyboard->changePage();
