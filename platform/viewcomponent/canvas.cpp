@@ -282,6 +282,9 @@ void installCanvas()
     auto *application = qobject_cast<QApplication *>(QCoreApplication::instance());
     if (!application)
         return;
+    // Else linuxfb makes the first window as large as the screen, whatever its size and place.
+    if (!qEnvironmentVariableIsSet("QT_QPA_FB_FORCE_FULLSCREEN"))
+        qputenv("QT_QPA_FB_FORCE_FULLSCREEN", "0");
     static QPointer<Canvas> canvas;
     canvas = new Canvas(application);
     // The application's children are deleted after its connection to the display server; the backdrop must go before.
