@@ -4,8 +4,10 @@
 #include "platform/netcommon/comfort/saver.h"
 #include "platform/netcommon/comfort/saverpicture.h"
 #include "platform/netcommon/comfort/sleepdecider.h"
+#include "platform/netcommon/comfort/sleeptimer.h"
 #include "platform/netcommon/comfort/speech.h"
 #include "platform/netcommon/device/ceclink.h"
+#include "platform/netcommon/playback/playbacksound.h"
 #include "platform/netcommon/playback/playbackstatistics.h"
 
 #include <QDialog>
@@ -13,6 +15,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -223,6 +226,27 @@ private slots:
         QCOMPARE(sleep.step(30'100, false), (Action{.isOver = true})); // no track follows
     }
 
+    void theSleepTimerOutlivesTheRadioNotTheMachine()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("sleep");
+        PlaybackSound sound;
+        SleepTimer(sound, file, nullptr).start(30);
+        QFile kept(file);
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        const QByteArray own = kept.readAll();
+        kept.close();
+        QByteArray others = own;
+        others[0] = others[0] == 'a' ? 'b' : 'a'; // of the start's name
+        const QByteArray start = own.left(own.indexOf(' ') + 1);
+        for (const auto &[text, left] : {std::pair(own, "30"), std::pair(others, "off"), std::pair(QByteArray(), "off"),
+                                         std::pair(start + "99999999999999", "off"), std::pair(start + "1", "off")}) {
+            QVERIFY(kept.open(QIODevice::WriteOnly) && kept.write(text) == text.size());
+            kept.close();
+            QCOMPARE(SleepTimer(sound, file, nullptr).text(), left);
+            QCOMPARE(kept.exists(), left == QByteArray("30"));
+        }
+    }
     void screenControlRowAndMessageAreSpoken()
     {
         QStringList said;

@@ -28,6 +28,13 @@ qint64 nowMs()
     return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1'000'000;
 }
 
+// Each start of the machine has its own: what this clock said in another one means nothing.
+QByteArray startOfMachine()
+{
+    QFile file(QStringLiteral("/proc/sys/kernel/random/boot_id"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
+}
+
 } // namespace
 
 SleepTimer::SleepTimer(PlaybackSound &sound, const QString &file, QObject *parent)
@@ -135,7 +142,8 @@ void SleepTimer::keep(qint64 endMs) const
         return;
     }
     QSaveFile file(m_file);
-    if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray::number(endMs)) < 0 || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(startOfMachine() + ' ' + QByteArray::number(endMs)) < 0 ||
+        !file.commit())
         qDebug("SleepTimer,keep,%s", qPrintable(file.errorString()));
 }
 
@@ -145,9 +153,9 @@ void SleepTimer::restore()
     if (m_file.isEmpty() || !file.open(QIODevice::ReadOnly))
         return;
     const qint64 now = nowMs();
-    const qint64 left = file.read(32).trimmed().toLongLong() - now;
-    // Of another start of the machine, if it is out of bounds.
-    if (left <= 0 || left > menu::mostSleepMinutes * minuteMs) {
+    const QByteArrayList kept = file.read(100).split(' ');
+    const qint64 left = kept.last().toLongLong() - now;
+    if (kept.first() != startOfMachine() || left <= 0 || left > menu::mostSleepMinutes * minuteMs) {
         QFile::remove(m_file);
         return;
     }

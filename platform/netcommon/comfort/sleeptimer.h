@@ -15,7 +15,8 @@ struct PlaybackSound;
 class SleepTimer : public QObject {
     Q_OBJECT
 public:
-    // sound: what the playback thread obeys; lives longer. file: empty: nothing is kept.
+    // sound: what the playback thread obeys; lives longer. file: empty: nothing is kept; what another start of the
+    // machine has kept there is removed.
     SleepTimer(PlaybackSound &sound, const QString &file, QObject *parent);
 
     void start(int minutes);
