@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <QWidget>
@@ -18,7 +19,14 @@ void choose(const QByteArray &locale)
     QFile file(folder.filePath("device.conf"));
     if (!file.open(QIODevice::WriteOnly))
         qFatal("no settings");
-    file.write("[language]\nlocale = " + locale + '\n');
+    file.write("[language]\nlocale = " + locale + "\n[speech]\nenabled = true\n");
+}
+
+// In place of speech-dispatcher's command: keeps what it is to say.
+QByteArray said()
+{
+    QFile file(folder.filePath("spd-say.said"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 class Window : public QWidget {
@@ -55,6 +63,28 @@ private slots:
         QCOMPARE(window.changes, 0);
     }
 
+    void whatIsSpokenFollowsTheLanguage()
+    {
+        Window window;
+        QPushButton thumb(&window), other(&window);
+        thumb.setObjectName("thumbupBtn");
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        struct Case {
+            const char *locale, *words;
+            int changes; // of the window's texts, since it was made
+        };
+        for (const auto &[locale, words, changes] :
+             {Case{"de_CH", "--language de -- Daumen hoch\n", 0}, Case{"pl_PL", "--language pl -- Lubię\n", 1}}) {
+            choose(locale);
+            QTRY_COMPARE(QLocale().name(), locale);
+            QTRY_COMPARE(window.changes, changes); // else the next window could get this change, too
+            other.setFocus();
+            thumb.setFocus();
+            QTRY_VERIFY2(said().contains(words), said().constData());
+        }
+    }
+
     void itChangesWhileTheProgramRuns()
     {
         struct Case {
@@ -82,6 +112,12 @@ private slots:
 int main(int argc, char **argv)
 {
     qputenv("VELMORA_DEVICE_CONF", folder.filePath("device.conf").toLocal8Bit());
+    QFile speaker(folder.filePath("spd-say"));
+    if (!speaker.open(QIODevice::WriteOnly) || speaker.write("#!/bin/sh\necho \"$*\" >>\"$0.said\"\n") < 0 ||
+        !speaker.setPermissions(QFile::ReadOwner | QFile::ExeOwner))
+        qFatal("no speaker");
+    speaker.close();
+    qputenv("PATH", folder.path().toLocal8Bit() + ':' + qgetenv("PATH"));
     choose("de_CH");
     QApplication application(argc, argv);
     LanguageTest test;

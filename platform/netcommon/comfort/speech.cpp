@@ -42,6 +42,8 @@ constexpr Name controlNames[] = {
     {"thumbupBtn", QT_TRANSLATE_NOOP("netcommon::Speech", "Thumbs up")},
 };
 
+constexpr char ownName[] = "velmoraName"; // of a control: the accessible name that was given here
+
 template <size_t count>
 QString named(const Name (&names)[count], const QString &object)
 {
@@ -91,13 +93,16 @@ QString wordsOfFocus()
 void nameControls(QWidget *window)
 {
     for (QWidget *control : window->findChildren<QWidget *>()) {
-        if (!control->accessibleName().isEmpty())
+        // A name of ours is given again: the language may have changed.
+        if (!control->accessibleName().isEmpty() && control->accessibleName() != control->property(ownName).toString())
             continue;
-        if (const QString name = named(controlNames, control->objectName()); !name.isEmpty())
-            control->setAccessibleName(name);
-        else if (const auto *const field = qobject_cast<QLineEdit *>(control);
-                 field && field->placeholderText() != QString())
-            control->setAccessibleName(field->placeholderText());
+        QString name = named(controlNames, control->objectName());
+        if (const auto *const field = qobject_cast<QLineEdit *>(control); field && name.isEmpty())
+            name = field->placeholderText();
+        if (name.isEmpty() || name == control->accessibleName())
+            continue;
+        control->setProperty(ownName, name);
+        control->setAccessibleName(name);
     }
 }
 
