@@ -283,7 +283,7 @@ QByteArray mediasample::noise(qsizetype size)
 
 QByteArray mediasample::file(const char *name)
 {
-    QFile file(QStringLiteral(VELMORA_SOURCE_DIR "/tests/data/audio/") + QLatin1String(name));
+    QFile file(qEnvironmentVariable("VELMORA_TEST_DATA", VELMORA_SOURCE_DIR "/tests/data") + "/audio/" + name);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("%s: %s", qUtf8Printable(file.fileName()), qUtf8Printable(file.errorString()));
     return file.readAll();

@@ -63,15 +63,20 @@ private slots:
 
     void tracksAreLevelledAsTheServiceSaysElseAsTheirTagsSay()
     {
-        const auto play = [this](const QByteArray &body, const QByteArray &headers) {
-            const QString file = m_folder.filePath("heard");
+        const auto play = [this](const QByteArray &body, const QByteArray &headers, bool isElsewhere = false) {
+            const QString heard = m_folder.filePath("heard");
             {
-                PlaybackRig rig(captureTo + QFile::encodeName(file));
-                rig.play(MediaFile{.body = body, .headers = headers});
+                PlaybackRig rig(captureTo + QFile::encodeName(heard));
+                MediaFile file{.body = body, .headers = headers};
+                if (isElsewhere) {
+                    rig.server.serve("/elsewhere", {.body = body});
+                    file = {.status = 302, .location = rig.server.url("/elsewhere"), .headers = headers};
+                }
+                rig.play(file);
                 if (!QTest::qWaitFor([&] { return rig.hasEnded(); }, 60000))
                     return Heard();
             }
-            return heardIn(file);
+            return heardIn(heard);
         };
         const QByteArray tone = mediasample::wav(1000);
         const QByteArray plainMp3 = mediasample::file("bare-2600ms.mp3");
@@ -84,6 +89,7 @@ private slots:
             return std::round(200 * std::log10(loudness / reference)) / 10;
         };
         QCOMPARE(decibels(play(tone, "Velmora-Gain: -6.50\r\nVelmora-Peak: 0.39\r\n").loudness, asItIs.loudness), -6.5);
+        QCOMPARE(decibels(play(tone, "Velmora-Gain: -6.50\r\n", true).loudness, asItIs.loudness), -6.5);
         QCOMPARE(decibels(play(tone, "Velmora-Gain: 4.00\r\nVelmora-Peak: 0.39\r\n").loudness, asItIs.loudness), 4);
         QCOMPARE(decibels(play(tone, "Velmora-Gain: loud\r\n").loudness, asItIs.loudness), 0);
         QCOMPARE(decibels(play(tagged("-9.00 dB"), {}).loudness, asMp3), -9);

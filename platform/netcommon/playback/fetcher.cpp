@@ -120,9 +120,7 @@ void Fetcher::headArrived()
             m_progress.length = decision.length;
         if (m_progress.delivered == 0) {
             m_progress.etag = etag;
-            if (const auto loudness =
-                    readLoudness(m_reply->rawHeader("Velmora-Gain"), m_reply->rawHeader("Velmora-Peak")))
-                m_sink->describe(*loudness);
+            describe();
         }
         return;
     case FetchAction::Redirect: {
@@ -131,6 +129,7 @@ void Fetcher::headArrived()
             qDebug("Fetcher,redirect,refused.");
             finish(true);
         } else {
+            describe(); // a store of files that the service redirects to knows nothing of loudness
             open(to);
         }
         return;
@@ -147,6 +146,13 @@ void Fetcher::headArrived()
         finish(false);
         return;
     }
+}
+
+void Fetcher::describe()
+{
+    const auto loudness = readLoudness(m_reply->rawHeader("Velmora-Gain"), m_reply->rawHeader("Velmora-Peak"));
+    if (loudness && m_progress.delivered == 0)
+        m_sink->describe(*loudness);
 }
 
 void Fetcher::replyFinished()

@@ -48,6 +48,8 @@ private:
     void open(const QUrl &address);
     void close();
     void headArrived();
+    // Tells the sink what the headers say of loudness.
+    void describe();
     void replyFinished();
     void pump();
     void settle();
