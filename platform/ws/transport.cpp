@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <new>
+#include <sodium.h>
 #include <utility>
 
 namespace velmora::ws {
@@ -32,6 +33,15 @@ bool mayPass(CURLcode result)
     default:
         return false;
     }
+}
+
+// 32 hexadecimal digits.
+std::string randomDigits()
+{
+    unsigned char bytes[16];
+    randombytes_buf(bytes, sizeof bytes);
+    char digits[2 * sizeof bytes + 1];
+    return sodium_bin2hex(digits, sizeof digits, bytes, sizeof bytes);
 }
 } // namespace
 
@@ -157,6 +167,8 @@ bool Transport::start(const char *function, const SecretText &token, const std::
         line.append("Authorization: Bearer ").append(token);
         addHeader(line.c_str());
     }
+    // In the log of the service and of what stands before it. Each attempt has its own.
+    addHeader(("X-Request-Id: " + randomDigits()).c_str());
     // libcurl sends a request again, with the same headers, when a kept connection ends before the answer.
     if (!key.empty())
         addHeader(("Velmora-Request-Key: " + key).c_str());
