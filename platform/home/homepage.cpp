@@ -21,6 +21,7 @@
 #include <QListWidget>
 
 #include <memory>
+#include <utility>
 
 namespace home {
 
@@ -31,6 +32,35 @@ constexpr QRect rowsPlace(452, 186, 740, 424); // half a row more than fit: ther
 constexpr QRect typingPlace(452, 156, 740, 456);
 constexpr int subjectHeight = 40;
 constexpr int rowHeight = 50;
+
+// A volume between the rows, as the volume keys leave it, has a row of its own for as long as the pane is open.
+class VolumePane : public SettingPane {
+public:
+    using SettingPane::SettingPane;
+
+    void open() override
+    {
+        m_between = percent();
+        SettingPane::open();
+    }
+
+protected:
+    QList<PaneRow> makeRows() override
+    {
+        QList<PaneRow> rows = SettingPane::makeRows();
+        if (m_between % 10 != 0) // the rows go down from 100 by 10
+            rows.insert((100 - m_between) / 10 + 1,
+                        {HomePage::tr("%1 percent").arg(m_between), {}, percent() == m_between, [this] {
+                             set("sound/volume", QString::number(m_between));
+                         }});
+        return rows;
+    }
+
+private:
+    int percent() const { return settings().value("sound/volume").toInt(); }
+
+    int m_between = 100;
+};
 
 } // namespace
 
@@ -116,7 +146,8 @@ private:
     TextQuestion m_question;
 };
 
-HomePage::HomePage(bool offersQuit)
+HomePage::HomePage(bool offersQuit, bool isFirst)
+    : m_isFirst(isFirst)
 {
     setObjectName(QStringLiteral("homePage"));
     addLabel("homeTitle", QRect(88, 42, 324, 48), 24, true)->setText(tr("Home"));
@@ -164,8 +195,8 @@ void HomePage::addPanes(bool offersQuit)
         volumes += {percent ? tr("%1 percent").arg(percent) : tr("silent"), "sound/volume", number(percent)};
     volumes += {tr("All tracks equally loud"), "sound/level-tracks"};
     volumes += {tr("Keys click"), "sound/key-clicks"};
-    add(new SettingPane(tr("Volume"), tr("How loud the radio plays. The volume keys change it while music plays."),
-                        volumes, &m_settings, this));
+    add(new VolumePane(tr("Volume"), tr("How loud the radio plays. The volume keys change it while music plays."),
+                       volumes, &m_settings, this));
 
     add(new SleepPane(this));
 
@@ -181,8 +212,10 @@ void HomePage::addPanes(bool offersQuit)
                         dims, &m_settings, this));
 
     add(new OutputPane(&m_settings, this));
-    add(new NetworkPane(&m_settings, this));
-    add(new ServicePane(&m_settings, this));
+    add(new NetworkPane(&m_settings, QDBusConnection::systemBus(), this));
+    m_service = new ServicePane(QDBusConnection::systemBus(), &m_settings, this);
+    m_service->setFirst(m_isFirst);
+    add(m_service);
 
     add(new LanguagePane(QDBusConnection::systemBus(), &m_settings, this));
 
@@ -235,6 +268,12 @@ void HomePage::showEvent(QShowEvent *event)
 {
     Page::showEvent(event);
     m_subjects->setFocus();
+    if (!std::exchange(m_isFirst, false))
+        return;
+    for (int row = 0; row < m_entries.size(); ++row)
+        if (m_entries[row].pane == m_service)
+            m_subjects->setCurrentRow(row);
+    enterPane();
 }
 
 void HomePage::openPane(int index)

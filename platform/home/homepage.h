@@ -10,13 +10,16 @@ class QListWidget;
 
 namespace home {
 
+class ServicePane;
+
 // Home: a list of subjects at the left, the pane of the current one at the right, and over it, when a text is asked
 // for, a field with the on-screen keyboard.
 class HomePage : public Page {
     Q_OBJECT
 public:
-    // `offersQuit`: there is something behind the radio to go back to.
-    explicit HomePage(bool offersQuit = true);
+    // `offersQuit`: there is something behind the radio to go back to. `isFirst`: no service is set up yet, so it opens
+    // with that question, and the radio starts when a service has been chosen.
+    explicit HomePage(bool offersQuit = true, bool isFirst = false);
     ~HomePage() override;
 
     // Opens what the other one shows; call when this one is shown.
@@ -44,7 +47,9 @@ private:
     void ask(const TextQuestion &question);
     void showHints();
 
+    bool m_isFirst; // and has not been shown yet
     platform::DeviceSettingsWatch m_settings;
+    ServicePane *m_service = nullptr; // a child
     struct Entry {
         Pane *pane; // a child
         std::function<void()> act;

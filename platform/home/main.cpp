@@ -26,15 +26,16 @@ void finish(Answer answer)
     QApplication::exit(int(answer));
 }
 
-// Replaces `shown`, by a new one with the new texts, when the language changes.
-std::unique_ptr<Page> makeHome(bool isKiosk, std::unique_ptr<Page> *shown)
+// `isFirst`: nobody has chosen a service yet. Replaces `shown`, by a new one with the new texts, when the language
+// changes.
+std::unique_ptr<Page> makeHome(bool isKiosk, bool isFirst, std::unique_ptr<Page> *shown)
 {
-    auto page = std::make_unique<HomePage>(!isKiosk);
+    auto page = std::make_unique<HomePage>(!isKiosk, isFirst);
     QObject::connect(page.get(), &Page::finished, qApp, &finish);
-    const auto renew = [shown, isKiosk, old = page.get()] {
+    const auto renew = [shown, isKiosk, isFirst, old = page.get()] {
         if (shown->get() != old) // a second change before the first was carried out
             return;
-        auto next = makeHome(isKiosk, shown);
+        auto next = makeHome(isKiosk, isFirst, shown);
         next->show();
         static_cast<HomePage *>(next.get())->goOnFrom(*old);
         *shown = std::move(next);
@@ -46,8 +47,8 @@ std::unique_ptr<Page> makeHome(bool isKiosk, std::unique_ptr<Page> *shown)
 // Null for a name that no page has. `shown` gets Home when that is wanted.
 std::unique_ptr<Page> makePage(const QString &name, bool isKiosk, std::unique_ptr<Page> *shown)
 {
-    if (name == QLatin1String("home"))
-        return makeHome(isKiosk, shown);
+    if (name == QLatin1String("home") || name == QLatin1String("service"))
+        return makeHome(isKiosk, name == QLatin1String("service"), shown);
     std::optional<NoticePage::Kind> kind;
     if (name == QLatin1String("waiting"))
         kind = NoticePage::Kind::Waiting;
@@ -57,11 +58,10 @@ std::unique_ptr<Page> makePage(const QString &name, bool isKiosk, std::unique_pt
         kind = NoticePage::Kind::Stopped;
     if (!kind)
         return nullptr;
-    const platform::DeviceSettings settings;
-    auto page = std::make_unique<NoticePage>(*kind, configuredService(settings.value("service/address").toString()));
+    auto page = std::make_unique<NoticePage>(*kind, configuredService(platform::DeviceSettings()));
     QObject::connect(page.get(), &Page::finished, qApp, &finish);
     const auto goHome = [shown, isKiosk] {
-        auto next = makeHome(isKiosk, shown);
+        auto next = makeHome(isKiosk, false, shown);
         next->show();
         *shown = std::move(next);
     };
@@ -72,9 +72,13 @@ std::unique_ptr<Page> makePage(const QString &name, bool isKiosk, std::unique_pt
 // The menu system passes the device's own choice on to its programs. For Home it is the setting, which may change.
 void forgetOwnAddress()
 {
-    const QString own = platform::DeviceSettings().value("service/address").toString();
-    if (!own.isEmpty() && qEnvironmentVariable("VELMORA_WS_SERVER") == own)
-        qunsetenv("VELMORA_WS_SERVER");
+    const platform::DeviceSettings settings;
+    const QString own = settings.value("service/address").toString();
+    if (own.isEmpty() || qEnvironmentVariable("VELMORA_WS_SERVER") != own)
+        return;
+    qunsetenv("VELMORA_WS_SERVER");
+    if (qEnvironmentVariable("VELMORA_WS_CA_FILE") == settings.value("service/authority").toString())
+        qunsetenv("VELMORA_WS_CA_FILE");
 }
 
 // As the radio does: the menu system knows the difference between an end and a crash.
@@ -97,7 +101,7 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false); // one page follows another
     application.setStyleSheet(Page::styleSheet());
     QCommandLineParser line;
-    const QCommandLineOption wanted(QStringLiteral("page"), QStringLiteral("home, waiting, again or stopped"),
+    const QCommandLineOption wanted(QStringLiteral("page"), QStringLiteral("home, service, waiting, again or stopped"),
                                     QStringLiteral("NAME"), QStringLiteral("home"));
     const QCommandLineOption kiosk(QStringLiteral("kiosk"),
                                    QStringLiteral("nothing is behind the radio: Home has no Quit"));

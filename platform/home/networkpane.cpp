@@ -14,11 +14,11 @@ constexpr int shortestPassword = 8; // of WPA
 
 } // namespace
 
-NetworkPane::NetworkPane(const platform::DeviceSettingsWatch *settings, QObject *parent)
+NetworkPane::NetworkPane(const platform::DeviceSettingsWatch *settings, const QDBusConnection &bus, QObject *parent)
     : Pane(tr("Network"), {}, parent)
     , m_settings(settings)
     , m_health(this)
-    , m_wifi(QDBusConnection::systemBus(), this)
+    , m_wifi(bus, this)
 {
     m_again.setInterval(againMs);
     connect(&m_again, &QTimer::timeout, this, &NetworkPane::refresh);
@@ -33,8 +33,7 @@ NetworkPane::NetworkPane(const platform::DeviceSettingsWatch *settings, QObject 
         setText(tr("This Wi-Fi cannot be used: the password is wrong, or it is too far away. %1").arg(why));
     });
     connect(&m_health, &ServiceHealth::answered, this, [this](ServiceHealth::Result result) {
-        NetworkFacts facts =
-            networkFacts(configuredService(m_settings->settings().value("service/address").toString()).address);
+        NetworkFacts facts = networkFacts(configuredService(m_settings->settings()).address);
         facts.service = result;
         if (!m_isConnecting)
             setText(networkWords(facts));
@@ -58,7 +57,7 @@ void NetworkPane::close()
 void NetworkPane::refresh()
 {
     showRows();
-    m_health.ask(configuredService(m_settings->settings().value("service/address").toString()));
+    m_health.ask(configuredService(m_settings->settings()));
     if (m_wifi.isThere() && !m_isConnecting)
         m_wifi.look();
 }

@@ -13,7 +13,8 @@ namespace home {
 class NetworkPane : public Pane {
     Q_OBJECT
 public:
-    NetworkPane(const platform::DeviceSettingsWatch *settings, QObject *parent);
+    // bus: where NetworkManager is asked.
+    NetworkPane(const platform::DeviceSettingsWatch *settings, const QDBusConnection &bus, QObject *parent);
 
     void open() override;
     void close() override;

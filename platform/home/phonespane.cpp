@@ -25,7 +25,7 @@ PhonesPane::PhonesPane(const platform::DeviceSettingsWatch *settings, QObject *p
 
 void PhonesPane::open()
 {
-    m_service = configuredService(m_settings->settings().value("service/address").toString()).address;
+    m_service = configuredService(m_settings->settings()).address;
     if (m_service.isEmpty())
         return setText(ServiceHealth::wordsFor(ServiceHealth::Result::NoAddress));
     if (!netcommon::isOnThisMachine(m_service))

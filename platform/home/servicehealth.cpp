@@ -16,23 +16,19 @@ namespace {
 constexpr int answerMs = 5000;
 constexpr qint64 maxBodyBytes = 64 * 1024;
 
-QString configurationFile()
-{
-    const QString chosen = qEnvironmentVariable("VELMORA_WS_CONF");
-    return chosen.isEmpty() ? QStringLiteral("/etc/velmora/ws.conf") : chosen;
-}
-
 } // namespace
 
-ServicePlace configuredService(const QString &fromSettings)
+ServicePlace configuredService(const platform::DeviceSettings &settings)
 {
     ServicePlace place;
     const QString fromEnvironment = qEnvironmentVariable("VELMORA_WS_SERVER").trimmed();
     place.isFixed = !fromEnvironment.isEmpty();
-    place.address = netcommon::serverAddress(place.isFixed ? fromEnvironment : fromSettings, configurationFile());
-    place.caFile = qEnvironmentVariable("VELMORA_WS_CA_FILE");
+    const QString own = place.isFixed ? QString() : settings.value("service/address").toString();
+    place.address = netcommon::serverAddress(place.isFixed ? fromEnvironment : own);
+    if (!own.isEmpty())
+        place.caFile = settings.value("service/authority").toString();
     if (place.caFile.isEmpty())
-        place.caFile = netcommon::configuredValue(configurationFile(), QStringLiteral("ca_file"));
+        place.caFile = netcommon::configuredAuthority();
     return place;
 }
 
@@ -68,6 +64,7 @@ void ServiceHealth::ask(const ServicePlace &place)
         tls.setCaCertificates(QSslCertificate::fromPath(place.caFile));
         request.setSslConfiguration(tls);
     }
+    m_network.clearConnectionCache(); // a kept connection keeps what was trusted when it was made
     m_reply = m_network.get(request);
     connect(m_reply, &QNetworkReply::finished, this, &ServiceHealth::finish);
     connect(m_reply, &QNetworkReply::readyRead, this, [this] {

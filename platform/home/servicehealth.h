@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/shared/devicesettings.h"
+
 #include <QNetworkAccessManager>
 #include <QObject>
 #include <QPointer>
@@ -15,7 +17,7 @@ struct ServicePlace {
     QString caFile = {};  // empty: the system's certificates
     bool isFixed = false; // the environment names the address: the device's settings do not count
 };
-ServicePlace configuredService(const QString &fromSettings);
+ServicePlace configuredService(const platform::DeviceSettings &settings);
 
 // Asks a service's health address. GUI thread.
 class ServiceHealth : public QObject {

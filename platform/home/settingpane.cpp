@@ -19,11 +19,12 @@ void SettingPane::open()
     refresh();
 }
 
-void SettingPane::set(const QString &key, const QString &value)
+bool SettingPane::set(const QString &key, const QString &value)
 {
     QString reason;
     const bool isWritten = m_watch->set(key, value, &reason);
     setText(isWritten ? m_usualText : tr("This cannot be changed. %1").arg(reason));
+    return isWritten;
 }
 
 QList<PaneRow> SettingPane::makeRows()

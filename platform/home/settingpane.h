@@ -21,12 +21,14 @@ public:
     void open() override;
 
 protected:
-    // Writes the setting; on a failure the pane's text says why.
-    void set(const QString &key, const QString &value);
+    // Writes the setting. False on a failure: the pane's text says why.
+    bool set(const QString &key, const QString &value);
     const platform::DeviceSettings &settings() const { return m_watch->settings(); }
     virtual QList<PaneRow> makeRows();
     void refresh() { setRows(makeRows()); }
     void showUsualText() { setText(m_usualText); }
+
+    QString file() const { return m_watch->settings().file(); }
 
 private:
     const QString m_usualText;

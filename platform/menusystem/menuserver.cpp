@@ -115,7 +115,9 @@ bool MenuServer::start(const QString &socket, double scale, QString *reason)
     say(QStringLiteral("listening at %1, scale %2").arg(socket).arg(scale));
     m_scale = scale;
     m_tick.start(500);
-    begin({});
+    begin(m_arguments.isSupervisor && QFileInfo(m_arguments.home).isExecutable() && !isServiceKnown()
+              ? std::optional(Page::Service)
+              : std::nullopt);
     return true;
 }
 

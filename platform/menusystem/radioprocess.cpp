@@ -2,6 +2,7 @@
 
 #include "menumessages.h"
 #include "platform/shared/devicesettings.h"
+#include "serveraddress.h"
 
 #include <csignal>
 #include <sys/prctl.h>
@@ -19,12 +20,24 @@ constexpr double largerFactor = 1.25; // libViewComponent counts on just this on
 void addDeviceSettings(QProcessEnvironment &environment)
 {
     const platform::DeviceSettings settings;
+    // What the device trusts counts at the address that the device has chosen, and there it counts alone.
+    const QString authority = settings.value("service/authority").toString();
+    if (!authority.isEmpty() && !settings.value("service/address").toString().isEmpty() &&
+        !environment.contains(QStringLiteral("VELMORA_WS_SERVER")))
+        environment.insert(QStringLiteral("VELMORA_WS_CA_FILE"), authority);
     for (const auto &[key, name] :
          {std::pair("sound/output", "VELMORA_AUDIO_SINK"), std::pair("service/address", "VELMORA_WS_SERVER")}) {
         const QString value = settings.value(key).toString();
         if (!value.isEmpty() && !environment.contains(QString::fromLatin1(name)))
             environment.insert(QString::fromLatin1(name), value);
     }
+}
+
+bool isServiceKnown()
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    addDeviceSettings(environment);
+    return !netcommon::serverAddress(environment.value(QStringLiteral("VELMORA_WS_SERVER"))).isEmpty();
 }
 
 std::function<void()> diesWithThisProcess()

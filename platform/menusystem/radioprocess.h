@@ -8,6 +8,8 @@ namespace menusystem {
 
 // What a person has chosen on this device. The environment wins, as it does over the library's own file.
 void addDeviceSettings(QProcessEnvironment &environment);
+// Whether the environment, the device's settings or the library's configuration file name a service.
+bool isServiceKnown();
 // For QProcess::setChildProcessModifier: the child's files are private to the user, no signal is blocked in it, and it
 // gets SIGKILL when this process ends.
 std::function<void()> diesWithThisProcess();

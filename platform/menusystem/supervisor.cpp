@@ -34,6 +34,8 @@ const char *nameOf(Page page)
         return "again";
     case Page::Stopped:
         return "stopped";
+    case Page::Service:
+        return "service";
     }
     return "home";
 }

@@ -7,7 +7,7 @@
 namespace menusystem {
 
 // What velmora-home shows.
-enum class Page { Home, Waiting, Again, Stopped };
+enum class Page { Home, Waiting, Again, Stopped, Service };
 const char *nameOf(Page page); // as `velmora-home --page` takes it
 
 // How a run of the radio ended.

@@ -11,6 +11,9 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace platform {
 
 namespace {
@@ -21,6 +24,17 @@ constexpr char deviceFile[] = "/etc/velmora/device.conf";
 constexpr qint64 maxFileBytes = 64 * 1024;
 constexpr int maxTextLength = 512;
 constexpr int lockMs = 3000; // a writer needs milliseconds
+
+// A file that was renamed is under its new name after a power cut only when its folder is on the disk, too. Not every
+// file system can do this.
+void syncFolder(const QString &folder)
+{
+    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
 
 // What one line of the file says.
 struct Entry {
@@ -169,6 +183,8 @@ const std::vector<DeviceSetting> &DeviceSettings::table()
         {"speech/enabled", Type::Flag, "false", "the focused control is read aloud"},
         {"phones/remote", Type::Flag, "true", "telephones of the radio's accounts may press its keys"},
         {"service/address", Type::Address, "", "the service; empty: as ws.conf says"},
+        {"service/authority", Type::Text, "",
+         "file with the certificates to trust at that address; empty: as ws.conf says"},
         {"language/locale", Type::Locale, "", "language and region; empty: as the system is set up"},
     };
     return settings;
@@ -297,6 +313,7 @@ bool DeviceSettings::set(const QString &key, const QString &value, QString *reas
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     if (file.write(changed) != changed.size() || !file.commit())
         return refused(file.errorString());
+    syncFolder(place.path());
     m_content = changed;
     m_values[key] = *usable;
     return true;

@@ -12,8 +12,6 @@ namespace velmora::ws {
 
 namespace {
 
-constexpr char defaultFile[] = "/etc/velmora/ws.conf";
-
 // Ignored in a program that runs with another user's rights.
 std::string environment(const char *name)
 {
@@ -103,12 +101,20 @@ void readFile(Config &config, const std::string &file)
 
 } // namespace
 
-Config loadConfig()
+std::vector<std::string> configurationFiles()
+{
+    const std::string named = environment("VELMORA_WS_CONF");
+    if (!named.empty())
+        return {named};
+    return {"/usr/share/velmora/ws.conf", "/etc/velmora/ws.conf"};
+}
+
+Config loadConfig(const std::vector<std::string> &files)
 {
     Config config;
     config.stateDir = defaultStateDir();
-    const std::string file = environment("VELMORA_WS_CONF");
-    readFile(config, file.empty() ? defaultFile : file);
+    for (const std::string &file : files)
+        readFile(config, file);
 
     constexpr const char *variables[][2] = {
         {"VELMORA_WS_SERVER", "server"}, {"VELMORA_WS_STATE_DIR", "state_dir"}, {"VELMORA_WS_CA_FILE", "ca_file"}};

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace velmora::ws {
 
@@ -18,7 +19,10 @@ struct Config {
     RetryLimits retry;
 };
 
-// Reads the configuration file, then the environment, which wins. Reports unusable settings on standard error.
-Config loadConfig();
+// The file that VELMORA_WS_CONF names; else the one that a package of this machine brings, then the owner's.
+std::vector<std::string> configurationFiles();
+// Reads the files, of which the last wins, then the environment, which wins over all. Reports unusable settings on
+// standard error.
+Config loadConfig(const std::vector<std::string> &files = configurationFiles());
 
 } // namespace velmora::ws

@@ -8,8 +8,29 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 using platform::DeviceSettings;
 using platform::DeviceSettingsWatch;
+
+// Interposed functions: whether each descriptor that was synchronised is a folder's.
+static QList<bool> synced;
+static int note(int descriptor, long call)
+{
+    struct stat status {};
+    synced += ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+    return int(::syscall(call, descriptor));
+}
+extern "C" int fsync(int descriptor)
+{
+    return note(descriptor, SYS_fsync);
+}
+extern "C" int fdatasync(int descriptor)
+{
+    return note(descriptor, SYS_fdatasync);
+}
 
 class DeviceSettingsTest : public QObject {
     Q_OBJECT
@@ -82,6 +103,15 @@ private slots:
         }
     }
 
+    void aChangeIsOnTheDiskBeforeItCounts()
+    {
+        QString reason;
+        DeviceSettings settings(m_file);
+        QVERIFY(settings.set("sound/volume", "5", &reason));
+        synced.clear();
+        QVERIFY2(settings.set("sound/volume", "6", &reason), qPrintable(reason));
+        QCOMPARE(synced, (QList<bool>{false, false, true})); // the lock, the file, its folder
+    }
     void aChangeKeepsEverythingElse()
     {
         const struct {

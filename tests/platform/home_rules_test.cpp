@@ -1,4 +1,5 @@
 // What velmora-home decides: when the service is asked, what its answers mean, what is wrong with the network.
+#include "foundservice.h"
 #include "networkwords.h"
 #include "servicehealth.h"
 #include "servicepane.h"
@@ -38,6 +39,37 @@ private slots:
                                     "http://[2001:db8::1]", "http://local", "", "radio"})
             QVERIFY2(isInTheHouse(QLatin1String(address)) == (QLatin1String(address) == QLatin1String("http://local")),
                      address);
+    }
+
+    void whatTheNetworkAnnouncesIsReadIntoBounds()
+    {
+        const QByteArrayList tls{"x=1", "tls=1"}, plain{"tls=0"};
+        const struct {
+            QString name, host, address;
+            int port;
+            QByteArrayList texts;
+            QString expected; // name and address; empty: left out
+        } table[] = {
+            {"Kitchen", "Kitchen.local", "192.168.1.20", 7480, tls, "Kitchen https://kitchen.local:7480"},
+            {"Kitchen", "kitchen", "10.0.0.1", 80, plain, "Kitchen http://10.0.0.1:80"},
+            {"a\n\u202Eb\x1b[1m", "x.local/../", "169.254.3.4", 1, tls, "a b[1m https://169.254.3.4:1"},
+            {"\u200B", "-.local", "172.16.0.1", 65535, tls, "172.16.0.1 https://172.16.0.1:65535"},
+            {QString(200, u'n'), "me@x.local", "127.0.0.1", 9, plain, QString(63, u'n') + " http://127.0.0.1:9"},
+            {"own network", "", "198.51.100.9", 7480, tls, "own network https://198.51.100.9:7480"},
+            {"outside", "a.local", "198.51.101.9", 7480, tls, {}},
+            {"outside", "a.local", "2001:db8::1", 7480, tls, {}},
+            {"six", "", "FD00:0::2", 7480, tls, "six https://[fd00::2]:7480"},
+            {"needs a card's name", "a.local", "fe80::2", 7480, tls, {}},
+            {"no address", "a.local", "192.168.1.20@evil.example", 7480, tls, {}},
+            {"no port", "a.local", "192.168.1.20", 0, tls, {}},
+            {"both", "a.local", "192.168.1.20", 7480, tls + plain, {}},
+            {"neither", "a.local", "192.168.1.20", 7480, {"tls=2"}, {}},
+        };
+        for (const auto &row : table) {
+            const auto found = foundService(row.name, row.host, row.address, row.port, row.texts,
+                                            {{QHostAddress("198.51.100.1"), 24}});
+            QCOMPARE(found ? found->name + ' ' + found->url(!found->host.isEmpty()) : QString(), row.expected);
+        }
     }
 
     void anAnswerIsHealthyOrSaysWhatIsWrong()

@@ -1,5 +1,9 @@
-// Home and the system's services: time zone and USB stick, with services of the test's on a bus of its own.
+// Home and the system's services: time zone, USB stick and the services of the house, with services of the test's on a
+// bus of its own.
 #include "homepage.h"
+#include "radioprocess.h"
+#include "rowlook.h"
+#include "server/http/owncertificate.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -10,6 +14,11 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QProcess>
+#include <QSignalSpy>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QTemporaryDir>
@@ -23,7 +32,32 @@ using Objects = QMap<QDBusObjectPath, Interfaces>;
 Q_DECLARE_METATYPE(Interfaces)
 Q_DECLARE_METATYPE(Objects)
 
-// timedated and udisks2.
+// Answers as a service does that is well, with its own certificate.
+class HouseService : public QSslServer {
+public:
+    explicit HouseService(const velmora::server::http::OwnCertificate &own)
+    {
+        QFile key(QString::fromStdString(own.key.string()));
+        QVERIFY(key.open(QIODevice::ReadOnly));
+        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        tls.setLocalCertificateChain(QSslCertificate::fromPath(QString::fromStdString(own.chain.string())));
+        tls.setPrivateKey(QSslKey(&key, QSsl::Ec));
+        setSslConfiguration(tls);
+        connect(this, &QTcpServer::pendingConnectionAvailable, this, [this] {
+            QTcpSocket *socket = nextPendingConnection();
+            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+            connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+                const QByteArray body = R"({"code":0,"data":{"status":"ready"}})";
+                if (socket->readAll().startsWith("GET /health "))
+                    socket->write("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" +
+                                  body);
+            });
+        });
+        QVERIFY(listen(QHostAddress::Any)); // IPv4 and IPv6
+    }
+};
+
+// timedated, udisks2 and Avahi.
 class FakeSystem : public QDBusVirtualObject {
 public:
     QString zone = "Europe/Berlin";
@@ -32,6 +66,12 @@ public:
     bool isBusy = false;
     QString refusal; // empty: what is asked is done
     QStringList done;
+    struct Announced {
+        QString name, address;
+        int port;
+    };
+    QList<Announced> announced;
+    QStringList freed;
 
     QString introspect(const QString &) const override { return {}; }
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
@@ -40,6 +80,24 @@ public:
         QDBusMessage reply = message.createReply();
         if (member == "Get") {
             reply << QVariant::fromValue(QDBusVariant(zone));
+        } else if (member == "ServiceBrowserNew") {
+            reply << QVariant::fromValue(QDBusObjectPath("/browser"));
+            for (const Announced &one : announced) { // also before the answer
+                auto item = QDBusMessage::createTargetedSignal(message.service(), "/browser",
+                                                               "org.freedesktop.Avahi.ServiceBrowser", "ItemNew");
+                item << 2 << protocolOf(one) << one.name << QStringLiteral("_velmora._tcp") << QStringLiteral("local")
+                     << 0u;
+                connection.send(item);
+            }
+        } else if (member == "ResolveService") {
+            const QVariantList asked = message.arguments();
+            for (const Announced &one : announced)
+                if (one.name == asked.value(2) && protocolOf(one) == asked.value(5))
+                    reply << asked.value(0) << asked.value(1) << one.name << asked.value(3) << asked.value(4)
+                          << QStringLiteral("no.such.host") << 0 << one.address << QVariant::fromValue(ushort(one.port))
+                          << QVariant::fromValue(QList<QByteArray>{"tls=1"}) << 0u;
+        } else if (member == "Free") {
+            freed += message.path();
         } else if (member == "GetManagedObjects") {
             reply << QVariant::fromValue(objects());
         } else if (!refusal.isEmpty() || (isBusy && member == "Unmount")) {
@@ -57,6 +115,7 @@ public:
     }
 
 private:
+    static int protocolOf(const Announced &one) { return one.address.contains(':') ? 1 : 0; }
     Objects objects() const
     {
         const auto driveAt = [](const char *bus) {
@@ -114,7 +173,7 @@ class HomeSystemTest : public QObject {
     }
     static void startServices()
     {
-        for (const char *name : {"org.freedesktop.timedate1", "org.freedesktop.UDisks2"})
+        for (const char *name : {"org.freedesktop.timedate1", "org.freedesktop.UDisks2", "org.freedesktop.Avahi"})
             QDBusConnection("system").registerService(name);
     }
     QString zoneRow() { return list("paneList")->item(0)->data(Qt::AccessibleTextRole).toString(); }
@@ -191,6 +250,78 @@ private slots:
         QTRY_VERIFY2(text().contains("not allowed"), qPrintable(text()));
         QCOMPARE(zoneRow(), "Time zone Argentina, Buenos Aires");
         m_system.refusal.clear();
+    }
+
+    void aServiceOfTheHouseIsUsedWhenAPersonHasSaidYes()
+    {
+        const auto setting = [](const char *key) { return platform::DeviceSettings().value(key).toString(); };
+        const auto own = velmora::server::http::ownCertificate((m_folder.path() + "/tls").toStdString(), {"localhost"},
+                                                               {"127.0.0.1", "::1"});
+        const HouseService service(own);
+        m_system.announced = {{"Kitchen <b>\u202E", "::1", service.serverPort()},
+                              {"Kitchen <b>\u202E", "127.0.0.1", service.serverPort()}, // takes its place
+                              {"Outside", "203.0.113.9", 7480},
+                              {"Nobody", "127.0.0.1", 1}};
+        startServices();
+        qputenv("VELMORA_WS_CONF", "/nonexistent/ws.conf");
+        m_page = std::make_unique<home::HomePage>(false, true); // the first start
+        QSignalSpy finished(m_page.get(), &home::Page::finished);
+        m_page->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_page.get()));
+        QTRY_VERIFY2(text().startsWith("No service is set up"), qPrintable(text()));
+        QTRY_VERIFY(goTo("Kitchen <b>"));
+        QVERIFY(!goTo("Outside"));
+        QVERIFY(goTo("Nobody"));
+        keys({Qt::Key_Select});
+        QTRY_COMPARE(text(), "The service does not answer.");
+        QVERIFY(goTo("Kitchen <b>"));
+        for (const char *answer : {"Do not use it", "Use this service"}) {
+            keys({Qt::Key_Select});
+            QTRY_VERIFY2(text().startsWith("Compare the fingerprint"), qPrintable(text()));
+            QString shown;
+            for (const int row : {2, 3, 4, 5})
+                shown += list("paneList")->item(row)->data(home::RowLook::ValueRole).toString();
+            QCOMPARE(shown.remove(':').remove(QChar(0x200E)), QString::fromStdString(own.fingerprint).remove(':'));
+            QCOMPARE(setting("service/address"), QString());
+            QVERIFY(finished.isEmpty() && goTo(answer));
+            if (answer[0] == 'D') {
+                keys({Qt::Key_Select});
+                QCOMPARE(row(), "Kitchen <b>");
+            }
+        }
+        keys({Qt::Key_Select});
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(setting("service/address"), QStringLiteral("https://127.0.0.1:%1").arg(service.serverPort()));
+        QFile trusted(setting("service/authority")), authority(QString::fromStdString(own.authority.string()));
+        QVERIFY(trusted.open(QIODevice::ReadOnly) && authority.open(QIODevice::ReadOnly));
+        QCOMPARE(trusted.readAll().trimmed(), authority.readAll().trimmed());
+        QTRY_COMPARE(text(), "The service answers."); // as the radio trusts it
+        // What stands in the settings is for this address alone, and the menu system passes both on.
+        QProcessEnvironment passed;
+        menusystem::addDeviceSettings(passed);
+        QCOMPARE(passed.value("VELMORA_WS_CA_FILE"), trusted.fileName());
+        QVERIFY(goTo("Use the one of this device"));
+        keys({Qt::Key_Select});
+        QCOMPARE(setting("service/authority") + setting("service/address"), QString());
+        // The same question for an address that was typed.
+        const bool hasIpv6 = QTcpServer().listen(QHostAddress::LocalHostIPv6);
+        const QString typed = QStringLiteral("https://%1:%2")
+                                  .arg(hasIpv6 ? QStringLiteral("[::1]") : QStringLiteral("127.0.0.1"))
+                                  .arg(service.serverPort());
+        for (const char *answer : {"Do not use it", "Use this service"}) {
+            QVERIFY(goTo("Use another one"));
+            keys({Qt::Key_Select});
+            QTest::keyClicks(QApplication::focusWidget(), typed);
+            keys({Qt::Key_Select}); // typing has moved to Done
+            QTRY_VERIFY2(text().startsWith("Compare the fingerprint"), qPrintable(text()));
+            QCOMPARE(setting("service/address"), QString());
+            QVERIFY(goTo(answer));
+            keys({Qt::Key_Select});
+        }
+        QCOMPARE(setting("service/address"), typed);
+        QTRY_COMPARE(text(), "The service answers.");
+        keys({Qt::Key_Left, Qt::Key_Down});
+        QTRY_VERIFY(m_system.freed.contains("/browser"));
     }
 
     void aStickIsMountedForAReportAndLetGo()

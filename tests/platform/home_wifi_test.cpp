@@ -1,4 +1,5 @@
 // The Wi-Fi of Home against a NetworkManager that is played on a private bus.
+#include "networkpane.h"
 #include "wifi.h"
 
 #include <QDBusArgument>
@@ -7,6 +8,7 @@
 #include <QDBusServer>
 #include <QDBusVirtualObject>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QtTest>
 
 using home::Wifi;
@@ -23,7 +25,8 @@ public:
     uint state = 1; // of the connection that is being made: 1 activating, 2 activated, 4 deactivated
     bool isRefused = false;
     ConnectionSettings asked;
-    QStringList paths; // device and access point that were asked for
+    int connections = 0; // that were asked for
+    QStringList paths;   // device and access point that were asked for
     bool isProfileDeleted = false;
 
     QString introspect(const QString &) const override { return {}; }
@@ -46,6 +49,7 @@ public:
         } else if (member == "AddAndActivateConnection" && isRefused) {
             reply = message.createErrorReply(QDBusError::InvalidArgs, "no such key");
         } else if (member == "AddAndActivateConnection") {
+            ++connections;
             asked = qdbus_cast<ConnectionSettings>(message.arguments().value(0));
             paths = {message.arguments().value(1).value<QDBusObjectPath>().path(),
                      message.arguments().value(2).value<QDBusObjectPath>().path()};
@@ -104,6 +108,28 @@ private slots:
             names += network.name + ' ' + QByteArray::number(network.strength) + (network.isSecured ? "" : " open") +
                      (network.isConnected ? " connected" : "");
         QCOMPARE(names, (QByteArrayList{"ours 50 connected", "near 80", "caf\xc3\xa9 60 open", "far 20"}));
+    }
+
+    void aPasswordOfSevenLettersIsNotSent()
+    {
+        const QTemporaryDir folder;
+        const platform::DeviceSettingsWatch settings(folder.filePath("device.conf"));
+        home::NetworkPane pane(&settings, QDBusConnection("peer"), nullptr);
+        std::function<void(const QString &)> answer;
+        connect(&pane, &home::Pane::asks, this,
+                [&](const home::TextQuestion &question) { answer = question.answered; });
+        pane.open();
+        const auto choose = [&pane] {
+            for (const home::PaneRow &row : pane.rows())
+                if (row.text == "near")
+                    row.choose();
+        };
+        QTRY_VERIFY((choose(), answer));
+        answer("1234567");
+        QVERIFY2(pane.text().contains("at least 8 "), qPrintable(pane.text()));
+        answer("12345678"); // in the order of the calls
+        QTRY_COMPARE(m_manager->asked["802-11-wireless-security"]["psk"].toString(), "12345678");
+        QCOMPARE(m_manager->connections, 1);
     }
 
     void aConnectionIsMadeWithThePasswordOrItsProfileIsRemoved()

@@ -18,6 +18,7 @@ void MenuFixture::prepare(QProcess &process)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.remove("VELMORA_MENU_SOCKET");
+    environment.insert("VELMORA_WS_CONF", "/nonexistent/ws.conf");
     environment.insert("VELMORA_DEVICE_CONF", "/nonexistent/device.conf"); // the defaults
     process.setProcessEnvironment(environment);
     process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
@@ -28,6 +29,8 @@ bool MenuFixture::start(const QStringList &options, const QStringList &words)
     prepare(m_process);
     auto environment = m_process.processEnvironment();
     environment.insert("VELMORA_DEVICE_CONF", path("settings/device.conf"));
+    if (hasService)
+        environment.insert("VELMORA_WS_SERVER", "http://127.0.0.1:1");
     m_process.setProcessEnvironment(environment);
     m_process.start(QStringLiteral(VELMORA_MENU), QStringList{"--socket", socket()} + options +
                                                       QStringList{"--", QStringLiteral(MENU_SAMPLE)} + words);

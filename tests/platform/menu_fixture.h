@@ -26,6 +26,7 @@ public:
     QJsonObject status() const;
     int waitForEnd();
 
+    bool hasService = true; // the environment names one
     QString path(const QString &name) const { return m_directory.filePath(name); }
     QString socket() const { return path(QStringLiteral("menu.sock")); }
     QProcess &process() { return m_process; }

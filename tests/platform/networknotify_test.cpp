@@ -112,14 +112,21 @@ private slots:
     void theServersAddressIsReadFromTheLibrarysSettings()
     {
         const QTemporaryDir directory;
-        const QString path = directory.filePath("ws.conf");
-        QCOMPARE(serverAddress({}, path), QString());
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("# server = http://commented.example\nca_file = /a/b\n server =  https://radio.example:7480/a=b \n");
-        file.close();
-        QCOMPARE(serverAddress({}, path), "https://radio.example:7480/a=b");
-        QCOMPARE(serverAddress("http://127.0.0.1:7480", path), "http://127.0.0.1:7480");
+        const QString packaged = directory.filePath("packaged"), owners = directory.filePath("ws.conf");
+        const auto write = [](const QString &path, const QByteArray &text) {
+            QFile file(path);
+            return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+        };
+        QCOMPARE(serverAddress({}, {packaged, owners}), QString());
+        QVERIFY(write(packaged, "server=http://127.0.0.1:7480\n"));
+        QCOMPARE(serverAddress({}, {packaged, owners}), "http://127.0.0.1:7480");
+        QVERIFY(write(owners, "# server = http://commented.example\nca_file = /a/b\n"));
+        QCOMPARE(serverAddress({}, {packaged, owners}), "http://127.0.0.1:7480");
+        QVERIFY(write(owners, " server =  https://radio.example:7480/a=b \n"));
+        QCOMPARE(serverAddress({}, {packaged, owners}), "https://radio.example:7480/a=b");
+        QCOMPARE(serverAddress("http://127.0.0.1:7481", {packaged, owners}), "http://127.0.0.1:7481");
+        QVERIFY(write(owners, "server=\n")); // the owner wants another one, which is still to be found
+        QCOMPARE(serverAddress({}, {packaged, owners}), QString());
     }
 
     void serversOnThisMachineAreKnown()

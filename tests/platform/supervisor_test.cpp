@@ -235,6 +235,15 @@ private slots:
             QCOMPARE(reports::withoutSecrets(output), QByteArray(expected));
     }
 
+    void aRadioWithoutAServiceIsAskedForOneFirst()
+    {
+        Supervised device;
+        device.menu().hasService = false;
+        device.pageAnswers(0); // a person has chosen
+        QVERIFY(device.start() && device.radio() != 0);
+        QCOMPARE(device.pages(), QStringList("service"));
+    }
+
     void aRadioThatCrashesOrHangsIsStartedAgainAndReported()
     {
         Supervised device;

@@ -74,9 +74,13 @@ bool WsFixture::waitFor(int completed)
     bool isOver = false;
     QTimer limit;
     QObject::connect(&limit, &QTimer::timeout, &limit, [&isOver] { isOver = true; });
-    limit.start(20'000);
-    while (count() < completed && !isOver)
+    int before = -1;
+    while (count() < completed && !isOver) {
+        if (count() != before)
+            limit.start(20'000);
+        before = count();
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
     m_waited = static_cast<size_t>(count());
     return count() >= completed;
 }

@@ -48,7 +48,7 @@ public:
     WsCompletion last() const;
     // Waits for the next completion; result 1 if none comes in time.
     VLM_WS_EXT_ERRCODE_T wait(VLM_WS_EXT_ERRCODE_T immediate);
-    bool waitFor(int completed);  // until so many requests have completed in all
+    bool waitFor(int completed);  // until so many requests have completed in all; false when none does for long
     void forget(HANDLE_T handle); // the test releases it
     void logIn();                 // both sessions, with the tokens above
     void scriptLogins();

@@ -137,7 +137,7 @@ private slots:
 
     void completionsComeOneAfterAnotherInOrderFromOneThread()
     {
-        constexpr int requests = 1000;
+        constexpr int requests = 400;
         WsFixture ws;
         std::atomic<int> inside = 0;
         std::atomic<bool> isOverlapping = false;

@@ -17,7 +17,7 @@ QJsonArray examplesOf(const QString &file)
     return QJsonDocument::fromJson(in.readAll()).array();
 }
 
-const QString dataFolder = QStringLiteral(VELMORA_SOURCE_DIR "/tests/data/api");
+const QString dataFolder = qEnvironmentVariable("VELMORA_TEST_DATA", VELMORA_SOURCE_DIR "/tests/data") + "/api";
 
 // The parameters of an example as C values that live as long as this.
 class Args {

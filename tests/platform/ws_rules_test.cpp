@@ -526,6 +526,12 @@ private slots:
         QVERIFY(config.connectTimeout == 10s);
         QVERIFY(config.retry.forTime == 0s && config.retry.forTimeAtStart == 60s);
 
+        QVERIFY(writeFile(root.filePath("packaged"), "server=http://127.0.0.1:7480\nstall_timeout_ms=9\n"));
+        QVERIFY(writeFile(root.filePath("owners"), "server=https://radio.example\n"));
+        config = loadConfig({root.filePath("packaged").toStdString(), root.filePath("owners").toStdString()});
+        QCOMPARE(config.server, std::string("https://radio.example"));
+        QVERIFY(config.stallTimeout == 9ms);
+
         qputenv("VELMORA_WS_SERVER", "http://[::1]:8480");
         qputenv("VELMORA_WS_STATE_DIR", "/x/other");
         config = loadConfig();

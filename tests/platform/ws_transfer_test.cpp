@@ -207,10 +207,11 @@ private slots:
     void aRepeatedChangeCarriesTheSameKey()
     {
         WsFixture ws("retry_for_ms=60000\n");
-        const auto key = [](const WsTestServer::Seen &request) {
-            static const QRegularExpression line("\r\nVelmora-Request-Key: ([0-9a-f]{32})(\r\n|$)");
+        const auto digits = [](const WsTestServer::Seen &request, const QString &header) {
+            const QRegularExpression line("\r\n" + header + ": ([0-9a-f]{32})(\r\n|$)");
             return line.match(QString::fromLatin1(request.head)).captured(1);
         };
+        const auto key = [&](const WsTestServer::Seen &request) { return digits(request, "Velmora-Request-Key"); };
         QCOMPARE(ws.wait(velmora_ws_search("a", 0, cb, nullptr, &ws.handle)), VLM_WS_ERR_MALFORMED_REPLY);
         QVERIFY(!ws.server.seen.last().head.contains("Velmora-Request-Key")); // nothing is changed by it
         // The kept connection ends after the request was read: it is sent again over another one.
@@ -221,6 +222,11 @@ private slots:
         QCOMPARE(key(ws.server.seen.at(1)).size(), 32);
         QCOMPARE(key(ws.server.seen.at(2)), key(ws.server.seen.at(1)));
         QCOMPARE(key(ws.server.seen.at(3)), key(ws.server.seen.at(1))); // the library's own repetition
+        const auto &seen = ws.server.seen;
+        QSet<QString> ids;
+        for (const WsTestServer::Seen &request : seen)
+            ids.insert(digits(request, "X-Request-Id"));
+        QVERIFY(ids.size() == seen.size() - 1 && !ids.contains(QString())); // curl itself repeats one with its headers
         QVERIFY(key(ws.server.seen.at(4)).size() == 32 && key(ws.server.seen.at(4)) != key(ws.server.seen.at(1)));
     }
 

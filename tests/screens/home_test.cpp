@@ -146,10 +146,14 @@ private slots:
 
     void theRemoteChangesSettings()
     {
+        QString reason;
+        QVERIFY2(platform::DeviceSettings().set("sound/volume", "45", &reason), qPrintable(reason)); // between two rows
         HomePage page;
         show(page);
         QVERIFY(goTo(page, "Volume"));
-        keys({Qt::Key_Right, Qt::Key_Down, Qt::Key_Down, Qt::Key_Select}); // from 100 percent
+        keys({Qt::Key_Right, Qt::Key_Down, Qt::Key_Up, Qt::Key_Select});
+        QCOMPARE(setting("sound/volume").toInt(), 45);
+        keys({Qt::Key_Home, Qt::Key_Down, Qt::Key_Down, Qt::Key_Select}); // from 100 percent
         QCOMPARE(setting("sound/volume").toInt(), 80);
         keys({Qt::Key_End, Qt::Key_Select});
         QCOMPARE(setting("sound/key-clicks").toBool(), true);

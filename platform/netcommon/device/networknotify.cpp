@@ -23,13 +23,6 @@ namespace {
 
 NetworkNotify *instance = nullptr; // made by getInstance(), deleted by the end of main
 
-// The web-service library reads its server's address from the same file.
-QString configurationFile()
-{
-    const QString named = qEnvironmentVariable("VELMORA_WS_CONF");
-    return named.isEmpty() ? QStringLiteral("/etc/velmora/ws.conf") : named;
-}
-
 int listenToKernel()
 {
     const int descriptor = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
@@ -46,7 +39,7 @@ int listenToKernel()
 
 bool isServerLocal()
 {
-    return isOnThisMachine(serverAddress(qEnvironmentVariable("VELMORA_WS_SERVER"), configurationFile()));
+    return isOnThisMachine(serverAddress(qEnvironmentVariable("VELMORA_WS_SERVER")));
 }
 
 bool readRoute(bool otherwise)

@@ -47,33 +47,40 @@ bool isOwnAddress(const QString &address)
 
 } // namespace
 
-QString configuredValue(const QString &configurationFile, const QString &name)
+QStringList configurationFiles()
 {
-    QFile file(configurationFile);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
+    const QString named = qEnvironmentVariable("VELMORA_WS_CONF");
+    if (!named.isEmpty())
+        return {named};
+    return {QStringLiteral("/usr/share/velmora/ws.conf"), QStringLiteral("/etc/velmora/ws.conf")};
+}
+
+QString configuredValue(const QString &name, const QStringList &files)
+{
     // Read as the library does: one "name = value" on each line; the last line with a name counts.
     QString value;
-    const auto lines = QString::fromUtf8(file.read(64 * 1024)).split(QLatin1Char('\n'));
-    for (const QString &line : lines)
-        if (line.section(QLatin1Char('='), 0, 0).trimmed() == name)
-            value = line.section(QLatin1Char('='), 1).trimmed();
+    for (const QString &path : files) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const auto lines = QString::fromUtf8(file.read(64 * 1024)).split(QLatin1Char('\n'));
+        for (const QString &line : lines)
+            if (line.section(QLatin1Char('='), 0, 0).trimmed() == name)
+                value = line.section(QLatin1Char('='), 1).trimmed();
+    }
     return value;
 }
 
 QString configuredAuthority()
 {
-    QString file = qEnvironmentVariable("VELMORA_WS_CA_FILE");
-    if (!file.isEmpty())
-        return file;
-    const QString named = qEnvironmentVariable("VELMORA_WS_CONF");
-    return configuredValue(named.isEmpty() ? QStringLiteral("/etc/velmora/ws.conf") : named, QStringLiteral("ca_file"));
+    const QString file = qEnvironmentVariable("VELMORA_WS_CA_FILE");
+    return file.isEmpty() ? configuredValue(QStringLiteral("ca_file")) : file;
 }
 
-QString serverAddress(const QString &chosen, const QString &configurationFile)
+QString serverAddress(const QString &chosen, const QStringList &files)
 {
     const QString address = chosen.trimmed();
-    return address.isEmpty() ? configuredValue(configurationFile, QStringLiteral("server")) : address;
+    return address.isEmpty() ? configuredValue(QStringLiteral("server"), files) : address;
 }
 
 bool isOnThisMachine(const QString &address)
