@@ -23,7 +23,7 @@ packages=(
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-plugins-base gstreamer1.0-plugins-good
     libxcb1-dev libxcb-xkb-dev libxcb-randr0-dev
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libboost1.81-dev libboost-locale1.81-dev
-    libsqlite3-dev libsodium-dev libutf8proc-dev libseccomp-dev libgtest-dev
+    libsqlite3-dev libpq-dev libsodium-dev libutf8proc-dev libseccomp-dev libgtest-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev libtag1-dev libsndfile1-dev libuchardet-dev
     libturbojpeg0-dev libpng-dev libebur128-dev libkissfft-dev libxxhash-dev
     prometheus-cpp-dev libqrencode-dev libavahi-client-dev

@@ -5,7 +5,7 @@ packages_build=(
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
     libxcb1-dev libxcb-xkb-dev libxcb-randr0-dev
     libcurl4-openssl-dev libssl-dev nlohmann-json3-dev libboost1.81-dev libboost-locale1.81-dev gettext
-    libsqlite3-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
+    libsqlite3-dev libpq-dev libsodium-dev libutf8proc-dev libflac-dev libcairo2-dev
     libkissfft-dev libtag1-dev libsndfile1-dev libebur128-dev libturbojpeg0-dev libpng-dev libseccomp-dev libxxhash-dev
     libavformat-dev libavcodec-dev libswresample-dev libuchardet-dev prometheus-cpp-dev
     libqrencode-dev libavahi-client-dev
@@ -16,16 +16,20 @@ packages_run=(
     fonts-liberation fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji # names in every script
     alsa-utils
 )
-packages_test=(libgtest-dev binutils xdotool iproute2 chromium chromium-driver dbus-daemon playerctl)
+packages_speech=(speech-dispatcher speech-dispatcher-espeak-ng) # reads the focus aloud, where speech/enabled says so
+packages_test=(postgresql libgtest-dev binutils xdotool iproute2 chromium chromium-driver firefox-esr dbus-daemon playerctl)
 packages_pages=(npm) # tests of the pages fetch axe-core with it
 packages_loudness=(ffmpeg python3) # tools/loudness
 packages_artwork=(librsvg2-bin netpbm optipng)
+packages_deploy=(nginx-light postgresql pgbouncer sqlite3 curl bc) # deploy/try
+packages_deploy_store=(swift-proxy swift-account swift-container swift-object curl) # deploy/try-store
 packages_tidy=(clang-format clang-tidy clang libclang-14-dev llvm-14-dev)
 packages_fuzz=(clang libclang-rt-14-dev)
-packages_package=(debhelper dpkg-dev)
-packages_package_check=(lintian mmdebstrap)
-packages_image=(mmdebstrap systemd-boot-efi squashfs-tools dosfstools mtools e2fsprogs fdisk binutils)
-packages_image_check=(qemu-system-x86 ovmf cpio)
+packages_package=(debhelper dpkg-dev libgtest-dev) # the last one to configure the contract tests
+packages_package_check=(lintian mmdebstrap systemd iproute2)
+packages_image=(mmdebstrap systemd-boot-efi squashfs-tools dosfstools mtools e2fsprogs fdisk binutils cpio)
+packages_image_check=(qemu-system-x86 ovmf)
+packages_image_cuts=(python3 python3-fusepy iproute2 e2fsprogs fdisk)
 packages_arm=(g++-arm-linux-gnueabihf qemu-user)
 packages_arm64=(g++-aarch64-linux-gnu qemu-user)
 
