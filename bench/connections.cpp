@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <sys/resource.h>
 #include <thread>
@@ -31,7 +32,8 @@ std::string addressOf(size_t number)
     return "127.0." + std::to_string(1 + address / 200) + "." + std::to_string(1 + address % 200);
 }
 
-// Sends a byte every tenth of a second until the connection ends; how many seconds it took. -1: did not end in time.
+// Sends a byte every tenth of a second until the connection ends; how many seconds it took. Throws when it has not
+// ended after `most`.
 double secondsOfDrip(int port, const std::string &begin, double most)
 {
     HttpClient client(port, "127.0.9.1");
@@ -42,18 +44,37 @@ double secondsOfDrip(int port, const std::string &begin, double most)
             return since(start);
         std::this_thread::sleep_for(100ms);
     }
-    return -1;
+    throw std::runtime_error("a request sent byte by byte was not ended");
 }
 
-// Reads a byte a second of a stream.
+// Whether the server still has a connection with this address, as /proc/net/tcp writes it. The caller cannot tell: what
+// the kernels hold of the stream can be read long after the server has ended it. A socket that its process has closed
+// has no inode.
+bool isHeld(const std::string &addressInHex)
+{
+    std::ifstream sockets("/proc/net/tcp");
+    for (std::string line; std::getline(sockets, line);) {
+        std::istringstream fields(line);
+        std::string slot, local, remote, state, queues, timer, retransmits, user, timeout;
+        uint64_t inode = 0;
+        if (fields >> slot >> local >> remote >> state >> queues >> timer >> retransmits >> user >> timeout >> inode &&
+            remote.starts_with(addressInHex + ":") && inode != 0)
+            return true;
+    }
+    return false;
+}
+
+// A stream of which a byte is read each second: after how long the server ends it. Throws when it has not after `most`.
 double secondsOfSlowReading(int port, const std::string &request, double most)
 {
     HttpClient client(port, "127.0.9.2");
     client.send(request);
     const auto start = SteadyClock::now();
-    while (since(start) < most && client.read(1) == 1)
+    while (since(start) < most && client.read(1) == 1 && isHeld("0209007F"))
         std::this_thread::sleep_for(1s);
-    return since(start) < most ? since(start) : -1;
+    if (since(start) >= most)
+        throw std::runtime_error("a stream read byte by byte was not ended");
+    return since(start);
 }
 
 std::vector<std::unique_ptr<HttpClient>> connected(int port, size_t first, size_t count)

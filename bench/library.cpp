@@ -230,8 +230,9 @@ void fillStore(StationService &service, int count)
     }
     const Store::Lock db = service.store.lock();
     Transaction change(*db);
-    db->run("INSERT INTO roots (path, is_present, scanned_at) VALUES (CAST('/nowhere' AS BLOB), 1, 1)");
-    const int64_t root = db->lastRowId();
+    const int64_t root =
+        db->number("INSERT INTO roots (path, is_present, scanned_at) VALUES (CAST('/nowhere' AS BLOB), "
+                   "1, 1) RETURNING id");
     db->run("UPDATE tracks SET source = 'folder', seconds = duration + (id % 1000) / 1000.0");
     db->run("INSERT INTO files (root_id, path, size, mtime_ns, inode, track_id, sound_print, worker_version, "
             "analysis_version) SELECT ?1, CAST(public_id || '.mp3' AS BLOB), 5000000, id, id, id, randomblob(17), ?2, "

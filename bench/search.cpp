@@ -2,6 +2,7 @@
 #include "server/api/stationservice.h"
 
 #include "bench/figures.h"
+#include "tests/server/postgresserver.h"
 
 #include <chrono>
 #include <cstdio>
@@ -39,19 +40,19 @@ private:
     std::mt19937 m_random{20};
 };
 
-} // namespace
-
-int main()
+// Accounts in a file, or in the PostgreSQL of an address. False when nothing was found.
+bool measure(const std::string &database, const std::string &where)
 {
     char directory[] = "/tmp/velmora-bench-XXXXXX";
     if (!mkdtemp(directory))
-        return 1;
+        return false;
     std::vector<double> ms;
     std::map<std::string, std::vector<double>> msOfKind;
     size_t found = 0;
     {
         ServiceSettings settings;
         settings.dataDirectory = directory;
+        settings.database = database;
         StationService service(settings);
         Words words;
         std::vector<std::string> artists, songs;
@@ -97,12 +98,26 @@ int main()
     }
     std::filesystem::remove_all(directory);
     if (found == 0)
-        return 1;
-    figures::note("searches", static_cast<double>(ms.size()), "");
-    figures::note("search, median", figures::median(ms), " ms");
+        return false;
+    figures::note("searches" + where, static_cast<double>(ms.size()), "");
+    figures::note("search, median" + where, figures::median(ms), " ms");
     for (const auto &[kind, values] : msOfKind)
-        figures::note("  of " + kind + ", 99th percentile", figures::percentile(values, 0.99), " ms");
-    figures::note("search, slowest", figures::percentile(ms, 1), " ms");
-    figures::print("search in 100,000 tracks, 99th percentile", figures::percentile(ms, 0.99), " ms", 20);
-    return 0;
+        figures::note("  of " + kind + ", 99th percentile" + where, figures::percentile(values, 0.99), " ms");
+    figures::note("search, slowest" + where, figures::percentile(ms, 1), " ms");
+    figures::print("search in 100,000 tracks, 99th percentile" + where, figures::percentile(ms, 0.99), " ms", 20);
+    return true;
+}
+
+} // namespace
+
+int main()
+{
+    if (!measure({}, {}))
+        return 1;
+    if (!velmora::PostgresServer::programs()) {
+        figures::note("PostgreSQL", "not installed, not measured");
+        return 0;
+    }
+    velmora::PostgresServer postgres;
+    return measure(postgres.makeDatabase(), ", PostgreSQL") ? 0 : 1;
 }

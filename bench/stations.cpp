@@ -1,22 +1,22 @@
 // How good the stations are: pieces of the demo synthesiser with seeds that nothing was tuned on, tags spoilt in
 // several ways, simulated listeners, the test of the reasons, and the speed with 100,000 tracks. usage: bench-stations
-// [FILE]      FILE keeps the pieces' descriptors from one run to the next
+// [FILE [large]]      FILE keeps the pieces' descriptors from one run to the next; large: only the 100,000 tracks
 #include "bench/figures.h"
-#include "bench/stationpieces.h"
+#include "bench/stationmusic.h"
 #include "server/engine/reasons.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <fstream>
 #include <functional>
-#include <malloc.h>
 #include <map>
 #include <numeric>
+#include <set>
 
 using namespace velmora;
-using bench::StationPiece;
+using bench::atLeast, bench::Estimate, bench::estimate, bench::indexOf, bench::musicOf, bench::text;
+using bench::StationPiece, bench::styleNames, bench::Tags;
 using engine::EngineIndex;
 using engine::Position;
 
@@ -25,106 +25,6 @@ namespace {
 // A set of pieces that was looked at while something was tuned is used up: take another number then.
 constexpr uint64_t unseenSeed = 3163;
 constexpr int picksAStation = 30;
-
-double cpuMilliseconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
-}
-
-void atLeast(const std::string &name, double value, double bound, const std::string &remark = {})
-{
-    std::printf("%s: %.3g (bound at least %.3g): %s%s\n", name.c_str(), value, bound, value >= bound ? "met" : "missed",
-                remark.empty() ? "" : (" [" + remark + "]").c_str());
-}
-
-// Mean and half of its 95 % interval.
-struct Estimate {
-    double mean = 0, half = 0;
-};
-
-Estimate estimate(const std::vector<double> &values)
-{
-    const auto count = static_cast<double>(values.size());
-    const double mean = std::accumulate(values.begin(), values.end(), 0.0) / count;
-    double squares = 0;
-    for (const double value : values)
-        squares += (value - mean) * (value - mean);
-    return {mean, count > 1 ? 1.96 * std::sqrt(squares / (count - 1) / count) : 0};
-}
-
-std::string text(const Estimate &value)
-{
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.2f +-%.2f", value.mean, value.half);
-    return buffer;
-}
-
-// --- The music as an engine sees it ---
-
-enum class Tags { Perfect, Bad, None };
-
-// The last three are coarse.
-const std::vector<std::string> styleNames = {"piano", "folk",  "dance",  "drones", "swing",
-                                             "rock",  "quiet", "lively", "band"};
-
-// A quarter of the tags missing, 15 % wrong, 30 % coarse.
-std::vector<engine::StyleWeight> badTags(int style, std::mt19937 &random)
-{
-    const auto draw = [&] { return std::uniform_real_distribution<double>(0, 1)(random); };
-    if (draw() < 0.25)
-        return {};
-    if (draw() < 0.15)
-        return {{static_cast<int>(random() % bench::styleCount), 1}};
-    constexpr std::array coarse = {6, 8, 7, 6, 7, 8};
-    return {{draw() < 0.3 ? coarse[static_cast<size_t>(style)] : style, 1}};
-}
-
-// `noise`: how many standard deviations of each number are added by chance.
-engine::EngineMusic musicOf(const std::vector<StationPiece> &pieces, Tags tags, double noise, bool isHeard,
-                            unsigned seed)
-{
-    media::Descriptor deviation{};
-    for (size_t i = 0; i < media::descriptorSize; ++i) {
-        double sum = 0, squares = 0;
-        for (const StationPiece &piece : pieces) {
-            sum += static_cast<double>(piece.descriptor[i]);
-            squares += std::pow(static_cast<double>(piece.descriptor[i]), 2);
-        }
-        const auto count = static_cast<double>(pieces.size());
-        deviation[i] = static_cast<float>(std::sqrt(std::max(0.0, squares / count - std::pow(sum / count, 2))));
-    }
-    std::mt19937 random(seed);
-    std::normal_distribution<double> normal;
-    engine::EngineMusic music;
-    for (const std::string &name : styleNames)
-        music.styles.push_back({name, name});
-    for (size_t i = 0; i < pieces.size(); ++i) {
-        engine::EngineTrack track;
-        track.id = static_cast<int64_t>(i) + 1;
-        track.artist = pieces[i].artist + 1;
-        track.album = pieces[i].album + 1;
-        if (tags == Tags::Perfect)
-            track.tags = {{pieces[i].style, 1}};
-        else if (tags == Tags::Bad)
-            track.tags = badTags(pieces[i].style, random);
-        if (isHeard) {
-            track.descriptor = pieces[i].descriptor;
-            for (size_t n = 0; n < media::descriptorSize; ++n)
-                (*track.descriptor)[n] += deviation[n] * static_cast<float>(noise * normal(random));
-        }
-        music.tracks.push_back(std::move(track));
-    }
-    return music;
-}
-
-std::shared_ptr<const EngineIndex> indexOf(const std::vector<StationPiece> &pieces, Tags tags, double noise,
-                                           bool isHeard, unsigned seed)
-{
-    return std::make_shared<EngineIndex>(musicOf(pieces, tags, noise, isHeard, seed),
-                                         engine::StyleShares::Votes::Taken);
-}
 
 // --- Likeness ---
 
@@ -470,79 +370,6 @@ void measureReasons(const std::vector<StationPiece> &pieces)
     figures::print("picks that only chance decided", variety / 10.0, " %", 10);
 }
 
-// --- Size ---
-
-void measureSize(const std::vector<StationPiece> &pieces)
-{
-    constexpr size_t trackCount = 100'000;
-    const size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
-    double built = cpuMilliseconds();
-    std::shared_ptr<const EngineIndex> index;
-    {
-        // Pieces with a part of another one mixed in: no two alike, and as near to each other as music is.
-        std::mt19937 random(1);
-        std::normal_distribution<float> normal;
-        const engine::EngineMusic model = musicOf(pieces, Tags::Bad, 0, true, 7);
-        engine::EngineMusic music;
-        music.styles = model.styles;
-        for (int i = 0; i < 60; ++i)
-            music.styles.push_back({"style " + std::to_string(i), ""});
-        for (size_t i = 0; i < trackCount; ++i) {
-            engine::EngineTrack track = model.tracks[random() % model.tracks.size()];
-            const media::Descriptor &other = *model.tracks[random() % model.tracks.size()].descriptor;
-            for (size_t n = 0; n < media::descriptorSize; ++n)
-                (*track.descriptor)[n] += 0.3f * (other[n] - (*track.descriptor)[n]) * std::abs(normal(random));
-            track.id = static_cast<int64_t>(i) + 1;
-            track.artist = 1 + static_cast<int64_t>(random() % 8000);
-            track.album = 1 + static_cast<int64_t>(i / 10);
-            if (random() % 3 == 0)
-                track.tags.push_back({9 + static_cast<int>(random() % 60), 0.5f});
-            music.tracks.push_back(std::move(track));
-        }
-        built = cpuMilliseconds();
-        index = std::make_shared<EngineIndex>(std::move(music), engine::StyleShares::Votes::Taken);
-        built = cpuMilliseconds() - built;
-    }
-    std::vector<double> first, warm, thumb;
-    std::vector<std::unique_ptr<engine::StationScores>> stations;
-    std::mt19937 random(2);
-    for (int station = 0; station < 16; ++station) {
-        engine::StationTaste taste;
-        for (int seed = 0; seed < 4; ++seed)
-            taste.seeds.push_back({engine::Seed::Kind::Track, 1 + static_cast<int64_t>(random() % trackCount), {}});
-        for (int i = 0; i < 60; ++i)
-            taste.events.push_back({1 + static_cast<int64_t>(random() % trackCount), i % 3 != 0, 1});
-        double begin = cpuMilliseconds();
-        auto scores = std::make_unique<engine::StationScores>(index, taste);
-        first.push_back(cpuMilliseconds() - begin);
-        engine::Circumstances now;
-        engine::Noise noise(static_cast<uint64_t>(station));
-        for (int list = 0; list < 20; ++list) {
-            begin = cpuMilliseconds();
-            for (int i = 0; i < 4; ++i) {
-                const auto pick = engine::choose(*scores, now, noise);
-                engine::explain(*scores, *pick);
-                const int64_t id = index->facts(pick->candidate().track).id;
-                now.recent.insert(now.recent.begin(), id);
-                ++now.plays[id];
-            }
-            warm.push_back(cpuMilliseconds() - begin);
-        }
-        taste.liked.push_back(now.recent.front());
-        taste.events.push_back({now.recent.front(), true, 1});
-        begin = cpuMilliseconds();
-        stations.push_back(std::make_unique<engine::StationScores>(index, taste, scores.get()));
-        thumb.push_back(cpuMilliseconds() - begin);
-    }
-    const size_t after = mallinfo2().uordblks + mallinfo2().hblkhd;
-    figures::print("a list of four with reasons, 100,000 tracks, median CPU", figures::median(warm), " ms", 2);
-    figures::print("  99th percentile", figures::percentile(warm, 0.99), " ms", 5);
-    figures::print("the first list of a station of four seeds, median CPU", figures::median(first), " ms", 100);
-    figures::note("  after a thumb, median CPU", figures::median(thumb), " ms");
-    figures::note("building the index, CPU", built / 1000, " s", "on a thread of its own");
-    figures::print("memory of the index with 16 stations", static_cast<double>(after - before) / (1 << 20), " MB", 150);
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -563,10 +390,12 @@ int main(int argc, char **argv)
     std::vector<StationPiece> copies;
     std::copy_if(pieces.begin(), pieces.end(), std::back_inserter(copies), isCopy);
     std::erase_if(pieces, isCopy);
-    measureLikeness(pieces, copies);
-    measureStations(pieces);
-    measureListeners(pieces);
-    measureReasons(pieces);
-    measureSize(pieces);
+    if (argc < 3) {
+        measureLikeness(pieces, copies);
+        measureStations(pieces);
+        measureListeners(pieces);
+        measureReasons(pieces);
+    }
+    bench::measureSize(pieces);
     return 0;
 }

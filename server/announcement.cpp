@@ -1,12 +1,13 @@
 #include "server/announcement.h"
 
+#include "server/logging/log.h"
+
 #include <avahi-client/client.h>
 #include <avahi-client/publish.h>
 #include <avahi-common/alternative.h>
 #include <avahi-common/error.h>
 #include <avahi-common/malloc.h>
 #include <avahi-common/thread-watch.h>
-#include <cstdio>
 
 namespace velmora::server {
 
@@ -44,10 +45,7 @@ struct Announcement::Private {
             report(error);
     }
 
-    static void report(int error)
-    {
-        std::fprintf(stderr, "velmora-server: the service is not announced: %s\n", avahi_strerror(error));
-    }
+    static void report(int error) { logs::warn(std::string("the service is not announced: ") + avahi_strerror(error)); }
 
     static void clientChanged(AvahiClient *client, AvahiClientState state, void *object)
     {

@@ -3,14 +3,19 @@
 #include "server/announcement.h"
 #include "server/api/apiserver.h"
 #include "server/api/houseaddress.h"
+#include "server/cataloguewatch.h"
+#include "server/configcheck.h"
 #include "server/demoaccount.h"
 #include "server/demolibrary.h"
 #include "server/http/owncertificate.h"
 #include "server/library/library.h"
+#include "server/logging/log.h"
 #include "server/musicreport.h"
 #include "server/remote/remote.h"
 #include "server/serveroptions.h"
 #include "server/store/backup.h"
+#include "server/store/copy.h"
+#include "server/store/database.h"
 #include "server/store/datafolder.h"
 #include "server/store/migrations.h"
 #include "server/web/mailbox.h"
@@ -23,11 +28,14 @@
 #include <csignal>
 #include <cstdio>
 #include <deque>
+#include <fcntl.h>
+#include <functional>
 #include <mutex>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -43,8 +51,7 @@ std::deque<std::string> lines; // guarded by linesMutex
 
 void say(const std::string &line)
 {
-    std::printf("%s\n", line.c_str());
-    std::fflush(stdout);
+    logs::say(line);
     const std::lock_guard guard(linesMutex);
     lines.push_back(line);
     if (lines.size() > keptLines)
@@ -68,11 +75,46 @@ sigset_t endSignals()
     return signals;
 }
 
-void waitForEnd()
+// A load balancer notices meanwhile that the service is not ready. A second signal ends the wait.
+void drain(ApiServer &server, int seconds)
+{
+    if (seconds == 0)
+        return;
+    say("velmora-server ends in " + std::to_string(seconds) + " seconds");
+    server.drain();
+    const sigset_t signals = endSignals();
+    const timespec time{seconds, 0};
+    ::sigtimedwait(&signals, nullptr, &time);
+}
+
+// A terminal that is closed ends what runs in it. Without a terminal SIGHUP says: read again.
+bool hasTerminal()
+{
+    const int terminal = ::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (terminal >= 0)
+        ::close(terminal);
+    return terminal >= 0;
+}
+
+// Returns at a signal that ends the program; SIGHUP is none. Calls the function every second.
+void waitForEnd(ApiServer &server, const std::function<void()> &everySecond)
 {
     const sigset_t signals = endSignals();
-    int signal = 0;
-    while (sigwait(&signals, &signal) != 0) {
+    constexpr timespec second{1, 0};
+    while (true) {
+        const int signal = ::sigtimedwait(&signals, nullptr, &second);
+        if (signal < 0) {
+            everySecond();
+            continue;
+        }
+        if (signal != SIGHUP || hasTerminal())
+            return;
+        try {
+            say(server.readCertificateAgain() ? "SIGHUP: the certificate was read again"
+                                              : "SIGHUP: there is no certificate to read again");
+        } catch (const std::exception &error) {
+            say(std::string("SIGHUP: the old certificate stays: ") + error.what());
+        }
     }
 }
 
@@ -93,7 +135,6 @@ bool dieWithParent(pid_t parent)
     return ::prctl(PR_SET_PDEATHSIG, SIGTERM) == 0 && ::getppid() == parent;
 }
 
-// The program that makes the demo catalogue lies beside this one.
 constexpr const char *systemConfig = "/etc/velmora/server.conf";
 
 // What the options and the configuration file say about the music; what is wrong otherwise.
@@ -106,8 +147,6 @@ std::variant<LibrarySettings, std::string> librarySettings(const ServerOptions &
     settings.isAnalysed = options.isAnalysed;
     settings.configFile = options.config;
     std::error_code error;
-    if (options.config.empty() && std::filesystem::exists(systemConfig, error))
-        settings.configFile = systemConfig;
     if (!settings.configFile.empty()) {
         const auto read = readLibraryConfig(settings.configFile);
         if (const auto *problem = std::get_if<std::string>(&read))
@@ -167,7 +206,7 @@ struct OpenDoor {
 OpenDoor openToHouse(Reach reach, const std::filesystem::path &dataDirectory, ListenSettings *listen)
 {
     if (ApiServer::isLoopback(listen->host))
-        listen->host = "0.0.0.0";
+        listen->host = hasIpv6() ? "::" : "0.0.0.0"; // the first one takes IPv4, too
     if (reach == Reach::HouseUnencrypted) {
         return {{"NOT ENCRYPTED: everybody in this network can read passwords and listen along; --house without "
                  "--insecure-lan encrypts"},
@@ -190,7 +229,7 @@ OpenDoor openToHouse(Reach reach, const std::filesystem::path &dataDirectory, Li
 // Why a file that the options name must not be used; empty: all is well.
 std::string secretsProblem(const ServerOptions &options)
 {
-    for (const std::filesystem::path &file : {options.listen.tlsKey, options.smtpLogin}) {
+    for (const std::filesystem::path &file : {options.listen.tlsKey, options.smtpLogin, options.mediaStoreKey}) {
         if (!file.empty()) {
             if (const std::optional<std::string> problem = secretFileProblem(file))
                 return *problem;
@@ -198,6 +237,8 @@ std::string secretsProblem(const ServerOptions &options)
     }
     if (!options.smtpLogin.empty() && !readSmtpLogin(options.smtpLogin))
         return options.smtpLogin.string() + " does not hold a user name and a password, a line each";
+    if (!options.mediaStoreKey.empty() && !readStoreKey(options.mediaStoreKey))
+        return options.mediaStoreKey.string() + " does not hold the id of a key and its secret, a line each";
     return {};
 }
 
@@ -212,17 +253,30 @@ std::unique_ptr<DataFolder> openDataFolder(const ServerOptions &options)
         return folder;
     } catch (const FolderInUse &) {
         Database db(options.dataDirectory / DataFolder::databaseName);
-        const bool mayShare = options.task == Task::MakeOwner || (options.showsMusicReport && !options.forgetsMissing);
+        // Services with one database share a folder: the first looks after its music, the others only play it.
+        const bool isPlaying = options.task == Task::Serve && !options.database.empty();
+        const bool mayShare =
+            options.task == Task::MakeOwner || isPlaying || (options.showsMusicReport && !options.forgetsMissing);
         if (!mayShare || schemaVersion(db) != newestSchemaVersion())
             throw;
     }
     return nullptr;
 }
 
+// The data folder, once the process that had it has ended; null until then.
+std::unique_ptr<DataFolder> takeOver(const std::filesystem::path &directory)
+{
+    try {
+        return std::make_unique<DataFolder>(directory);
+    } catch (const std::exception &) {
+        return nullptr;
+    }
+}
+
 int lookAfterMusic(StationService &service, const ServerOptions &options)
 {
     if (options.forgetsMissing) {
-        LibraryStore library(service.store, service.catalogue, service.clock);
+        LibraryStore library(service.catalogueStore, service.catalogue, service.clock);
         say("forgotten: " + std::to_string(library.dropAllMissing()) + " files that are missing");
     }
     if (options.showsMusicReport)
@@ -250,11 +304,12 @@ int restore(const ServerOptions &options)
 int makeOwner(const ServerOptions &options)
 {
     std::error_code error;
-    if (!std::filesystem::exists(options.dataDirectory / DataFolder::databaseName, error))
+    if (options.database.empty() && !std::filesystem::exists(options.dataDirectory / DataFolder::databaseName, error))
         throw std::runtime_error("there is no service's data in " + options.dataDirectory.string());
     const std::unique_ptr<const DataFolder> folder = openDataFolder(options);
     ServiceSettings settings;
     settings.dataDirectory = options.dataDirectory;
+    settings.database = options.database;
     StationService service(settings);
     const std::optional<Account> account = service.accounts.find(options.owner);
     if (!account || !account->isActive)
@@ -264,18 +319,46 @@ int makeOwner(const ServerOptions &options)
     return 0;
 }
 
+int sayWhatIsWrong(const ServerOptions &options)
+{
+    const std::vector<std::string> problems = checkConfig(options);
+    for (const std::string &problem : problems)
+        std::printf("%s\n", problem.c_str());
+    if (problems.empty())
+        std::printf("%s\n", options.config.empty() ? "there is no configuration file, and the options are good"
+                                                   : (options.config.string() + " is good").c_str());
+    return problems.empty() ? 0 : exitFailure;
+}
+
+int copy(const ServerOptions &options)
+{
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(options.copyFrom, error))
+        throw std::runtime_error("there is no file " + options.copyFrom.string());
+    const DataFolder folder(std::filesystem::absolute(options.copyFrom).parent_path()); // no service writes
+    Store from(options.copyFrom);
+    Store to(options.database, {});
+    const Store::Lock file = from.lock();
+    const Store::Lock postgres = to.lock();
+    for (const CopiedTable &table : copyAccounts(*file, *postgres))
+        say(table.name + ": " + std::to_string(table.rows) + " rows");
+    say("copied, and the same row by row");
+    return 0;
+}
+
 int run(const ServerOptions &options)
 {
     auto parsedLibrary = librarySettings(options);
     if (const auto *problem = std::get_if<std::string>(&parsedLibrary)) {
-        std::fprintf(stderr, "velmora-server: %s\n", problem->c_str());
+        logs::warn(*problem);
         return exitUsage;
     }
     if (const std::string problem = secretsProblem(options); !problem.empty()) {
-        std::fprintf(stderr, "velmora-server: %s\n", problem.c_str());
+        logs::warn(problem);
         return exitUsage;
     }
-    const std::unique_ptr<const DataFolder> folder = openDataFolder(options);
+    // Null: another process has it, and looks after the music until it ends.
+    std::unique_ptr<const DataFolder> folder = openDataFolder(options);
     auto &music = std::get<LibrarySettings>(parsedLibrary);
     // Maintenance adds no music and no account: what is there plays.
     const bool mayChange = !options.isUnderMaintenance;
@@ -283,6 +366,7 @@ int run(const ServerOptions &options)
     const bool hasDemoAccount = mayChange && (hasDemo || options.hasDemoAccount);
     ServiceSettings settings;
     settings.dataDirectory = options.dataDirectory;
+    settings.database = options.database;
     settings.lifetimes = options.lifetimes;
     StationService service(settings);
     if (options.showsMusicReport || options.forgetsMissing)
@@ -295,25 +379,30 @@ int run(const ServerOptions &options)
                       .folder = service.dataDirectory() / "demo",
                       .tracksOfStyle = options.demoTracksOfStyle},
                      say);
-    if (hasDemo) {
-        demo.start();
-        music.demoFolders = {DemoLibrary::musicIn(service.dataDirectory() / "demo")};
-    } else if (mayChange) {
-        service.catalogue.replaceAds({});
-    }
-    if (hasDemoAccount) {
+    bool isDemoBegun = false;
+    const auto beginToChange = [&] {
+        if (!hasDemo)
+            service.catalogue.replaceAds({});
+        else if (!std::exchange(isDemoBegun, true))
+            demo.start();
+        if (!hasDemoAccount)
+            return;
         ensureDemoAccount(service);
         if (isDemoAccountIncomplete(service))
             say("demo account: its stations follow the first scan");
-    }
+    };
+    if (mayChange && folder)
+        beginToChange();
+    if (hasDemo)
+        music.demoFolders = {DemoLibrary::musicIn(service.dataDirectory() / "demo")};
     music.dataDirectory = service.dataDirectory();
-    music.isAtRest = !mayChange;
+    music.isAtRest = !mayChange || !folder;
     if (hasDemoAccount)
         music.looked = [&service] {
             if (completeDemoAccount(service))
                 say("demo account: its stations are there");
         };
-    Library library(service.store, service.catalogue, settings.clock, music);
+    Library library(service.catalogueStore, service.catalogue, settings.clock, music);
     service.library = &library;
     service.playlists.setTranscodes(&library.transcodes());
 
@@ -328,10 +417,12 @@ int run(const ServerOptions &options)
     // The service's own address, never a host name from a request.
     mail.address = [&service] { return service.addresses.base(); };
     const std::filesystem::path outbox = mail.outbox;
-    Mailbox mailbox(std::move(mail));
+    Mailbox mailbox(service.store, std::move(mail));
     service.mailer = &mailbox;
 
     ListenSettings listen = options.listen;
+    if (!options.mediaStoreKey.empty())
+        listen.roads.storeKey = readStoreKey(options.mediaStoreKey).value_or(StoreKey());
     OpenDoor door;
     if (const Reach reach = reachOf(options, music); reach != Reach::Machine)
         door = openToHouse(reach, service.dataDirectory(), &listen);
@@ -343,7 +434,7 @@ int run(const ServerOptions &options)
         pages.addTo(router);
         remote.addTo(router);
     };
-    listen.pageNotFound = [&pages] { return pages.notFound(); };
+    listen.pageNotFound = [&pages](const http::Request &request) { return pages.notFound(request); };
 
     ApiServer server(service, listen);
     for (const ServerOptions::Failure &failure : options.failures)
@@ -351,7 +442,7 @@ int run(const ServerOptions &options)
     try {
         server.start();
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "velmora-server: %s\n", error.what());
+        logs::warn(error.what());
         return exitFailure;
     }
     say("velmora-server listening on " + server.url());
@@ -365,7 +456,27 @@ int run(const ServerOptions &options)
         say("mails are written to " + outbox.string());
     if (hasDemoAccount)
         say("demo account: " + demoAccountFile(service).string());
-    waitForEnd();
+    std::optional<CatalogueWatch> watch;
+    if (!folder)
+        watch.emplace(service.catalogue);
+    waitForEnd(server, [&] {
+        if (folder || !mayChange)
+            return;
+        folder = takeOver(options.dataDirectory);
+        if (!folder)
+            return;
+        say("the process that looked after the music has ended; this one does from now on");
+        try {
+            beginToChange();
+            library.endRest();
+            watch.reset();
+            service.catalogue.noteChange(); // what that process did last
+        } catch (const std::exception &error) {
+            logs::warn(std::string("the music waits: ") + error.what());
+            folder.reset(); // the next second, this process or another one tries again
+        }
+    });
+    drain(server, options.drainSeconds);
     endAtTheLatest();
     server.stop();
     library.stop();
@@ -377,7 +488,10 @@ int run(const ServerOptions &options)
 int main(int argc, char *argv[])
 {
     const pid_t parent = ::getppid();
-    const auto parsed = parseOptions({argv + 1, argv + argc});
+    std::vector<std::string> environment;
+    for (char **variable = environ; *variable; ++variable)
+        environment.emplace_back(*variable);
+    const auto parsed = parseOptions({argv + 1, argv + argc}, systemConfig, environment);
     if (const auto *problem = std::get_if<std::string>(&parsed)) {
         std::fprintf(stderr, "velmora-server: %s\n%s", problem->c_str(), usage().c_str());
         return exitUsage;
@@ -387,6 +501,13 @@ int main(int argc, char *argv[])
         std::fputs(usage().c_str(), stdout);
         return 0;
     }
+    if (options.task == Task::CheckConfig)
+        return sayWhatIsWrong(options);
+    for (const ConfigProblem &problem : options.configProblems)
+        std::fprintf(stderr, "velmora-server: %s\n", describe(options.config, problem).c_str());
+    if (!options.configProblems.empty())
+        return exitUsage;
+    logs::setFormat(options.logFormat);
     ::umask(077);
     std::signal(SIGPIPE, SIG_IGN);
     const sigset_t signals = endSignals();
@@ -401,12 +522,15 @@ int main(int argc, char *argv[])
             return restore(options);
         case Task::MakeOwner:
             return makeOwner(options);
+        case Task::Copy:
+            return copy(options);
+        case Task::CheckConfig: // done above
         case Task::Serve:
             break;
         }
         return run(options);
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "velmora-server: %s\n", error.what());
+        logs::warn(error.what());
         return exitFailure;
     }
 }

@@ -85,11 +85,12 @@ std::string agreement(Store &store)
 
 std::string musicReport(StationService &service)
 {
-    LibraryStore library(service.store, service.catalogue, service.clock);
+    LibraryStore library(service.catalogueStore, service.catalogue, service.clock);
     const LibraryCounts counts = library.counts();
     return folders(library) + "Files: " + std::to_string(counts.files) + ", of which " +
            std::to_string(counts.playing) + " play and " + std::to_string(counts.missing) + " are missing\n" +
-           leftOut(library, counts) + recordings(service.store) + styles(service.store) + agreement(service.store);
+           leftOut(library, counts) + recordings(service.catalogueStore) + styles(service.catalogueStore) +
+           agreement(service.catalogueStore);
 }
 
 } // namespace velmora::server

@@ -19,6 +19,8 @@ Accounts::Accounts(Store &store, PasswordHasher &hasher, Clock clock)
     , m_hasher(hasher)
     , m_clock(std::move(clock))
 {
+    m_passwordThrottle.share(store, "password");
+    m_pinThrottle.share(store, "pin");
 }
 
 std::string Accounts::foldedName(std::string name)
@@ -51,18 +53,14 @@ CreateResult Accounts::create(const std::string &userName, const std::string &pa
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    try {
-        db->run(
-            "INSERT INTO accounts (user_name, folded_name, password_hash, created_at, birth_year, gender, zip_code, "
-            "country_code, email_opt_in) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)",
-            userName, foldedName(userName), passwordHash, m_clock(), profile.birthYear, profile.gender, profile.zipCode,
-            profile.countryCode, profile.emailOptIn);
-    } catch (const StoreError &error) {
-        if (error.isConstraint())
-            return CreateResult::Taken;
-        throw;
-    }
-    *id = db->lastRowId();
+    *id = db->number(
+        "INSERT INTO accounts (user_name, folded_name, password_hash, created_at, birth_year, gender, zip_code, "
+        "country_code, email_opt_in) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9) ON CONFLICT (folded_name) DO NOTHING "
+        "RETURNING id",
+        userName, foldedName(userName), passwordHash, m_clock(), profile.birthYear, profile.gender, profile.zipCode,
+        profile.countryCode, profile.emailOptIn);
+    if (*id == 0)
+        return CreateResult::Taken;
     if (furnish)
         furnish(*id);
     change.commit();
@@ -88,8 +86,8 @@ Login Accounts::login(const std::string &userName, const std::string &password, 
     return {LoginResult::Done, *found, 0};
 }
 
-std::optional<Account> Accounts::findWhere(const std::string &condition, const std::string &value,
-                                           std::string *passwordHash)
+template <typename Value>
+std::optional<Account> Accounts::findWhere(const std::string &condition, const Value &value, std::string *passwordHash)
 {
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare("SELECT id, user_name, is_active, explicit_filter, explicit_pin_hash IS NOT NULL, "
@@ -112,7 +110,7 @@ bool Accounts::hasSamePassword(const Account &account)
 
 std::optional<Account> Accounts::find(AccountId id)
 {
-    return findWhere("id = CAST(?1 AS INTEGER)", std::to_string(id), nullptr);
+    return findWhere("id = ?1", id, nullptr);
 }
 
 std::optional<Account> Accounts::find(const std::string &userName)
@@ -131,7 +129,7 @@ CreateResult Accounts::changePassword(AccountId id, const std::string &newPasswo
         return CreateResult::BadPassword;
     const std::string hash = m_hasher.hash(newPassword);
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
+    Transaction change(*db, AccountLock{id});
     db->run("UPDATE accounts SET password_hash = ?2 WHERE id = ?1", id, hash);
     if (radios == Radios::End) {
         db->run("DELETE FROM devices WHERE account_id = ?1", id);
@@ -154,7 +152,9 @@ std::string Accounts::issueReset(AccountId id, const std::string &purpose, int64
     std::string token = randomToken();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    db->run("DELETE FROM resets WHERE expires_at <= ?1 OR (account_id = ?2 AND purpose = ?3)", m_clock(), id, purpose);
+    if (!db->isShared())
+        db->run("DELETE FROM resets WHERE expires_at <= ?1", m_clock());
+    db->run("DELETE FROM resets WHERE account_id = ?1 AND purpose = ?2", id, purpose);
     db->run("INSERT INTO resets (token_hash, purpose, account_id, expires_at, value) VALUES (?1, ?2, ?3, ?4, ?5)",
             tokenHash(token), purpose, id, m_clock() + seconds, value);
     change.commit();
@@ -172,11 +172,10 @@ std::optional<AccountId> Accounts::peekReset(const std::string &token, const std
 
 std::optional<AccountId> Accounts::redeemReset(const std::string &token, const std::string &purpose)
 {
-    const Store::Lock db = m_store.lock();
-    const std::optional<AccountId> id = peekReset(token, purpose);
-    if (id)
-        db->run("DELETE FROM resets WHERE token_hash = ?1", tokenHash(token));
-    return id;
+    const int64_t id = m_store.lock()->number(
+        "DELETE FROM resets WHERE token_hash = ?1 AND purpose = ?2 AND expires_at > ?3 RETURNING account_id",
+        tokenHash(token), purpose, m_clock());
+    return id != 0 ? std::optional<AccountId>(id) : std::nullopt;
 }
 
 std::string Accounts::resetValue(const std::string &token, const std::string &purpose)
@@ -196,7 +195,14 @@ CreateResult Accounts::changeUserName(AccountId id, const std::string &userName)
     const std::optional<Account> other = find(userName);
     if (other && other->id != id)
         return CreateResult::Taken;
-    db->run("UPDATE accounts SET user_name = ?2, folded_name = ?3 WHERE id = ?1", id, userName, foldedName(userName));
+    try {
+        db->run("UPDATE accounts SET user_name = ?2, folded_name = ?3 WHERE id = ?1", id, userName,
+                foldedName(userName));
+    } catch (const StoreError &error) { // another process gives the name to another account at this moment
+        if (error.isConstraint())
+            return CreateResult::Taken;
+        throw;
+    }
     // Links of mails went to the old address.
     db->run("DELETE FROM resets WHERE account_id = ?1", id);
     change.commit();

@@ -9,7 +9,7 @@
 
 namespace velmora::server {
 
-class Database;
+class Connection;
 class Store;
 
 using AccountId = int64_t;
@@ -97,7 +97,8 @@ public:
     static std::string foldedName(std::string name);
 
 private:
-    std::optional<Account> findWhere(const std::string &condition, const std::string &value, std::string *passwordHash);
+    template <typename Value>
+    std::optional<Account> findWhere(const std::string &condition, const Value &value, std::string *passwordHash);
     Store &m_store;
     PasswordHasher &m_hasher;
     Clock m_clock;

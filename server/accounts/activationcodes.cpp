@@ -17,8 +17,8 @@ std::string ActivationCodes::issueForDevice(const std::string &digits, const std
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
     std::string code = issue({digits, keyHash, model, address, 0, 0});
-    db->run("DELETE FROM activation_codes WHERE id IN (SELECT id FROM activation_codes WHERE digits = ?1 AND "
-            "key_hash = ?2 ORDER BY id DESC LIMIT -1 OFFSET ?3)",
+    db->run("DELETE FROM activation_codes WHERE digits = ?1 AND key_hash = ?2 AND id NOT IN (SELECT id FROM "
+            "activation_codes WHERE digits = ?1 AND key_hash = ?2 ORDER BY created_at DESC, id DESC LIMIT ?3)",
             digits, keyHash, mostOfOneDevice);
     change.commit();
     return code;
@@ -44,7 +44,8 @@ std::string ActivationCodes::issue(const Subject &subject)
         code += letters[randomBelow(static_cast<uint32_t>(letters.size()))];
     const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
-    db->run("DELETE FROM activation_codes WHERE expires_at <= ?1", now);
+    if (!db->isShared())
+        db->run("DELETE FROM activation_codes WHERE expires_at <= ?1", now);
     if (subject.accountId != 0)
         db->run("INSERT INTO activation_codes (code_hash, account_id, created_at, expires_at) VALUES (?1, ?2, ?3, ?4)",
                 hashOf(code), subject.accountId, now, now + codeSeconds);
@@ -70,14 +71,22 @@ bool ActivationCodes::grant(const std::string &code, AccountId account)
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    const std::optional<Subject> subject = find(code);
-    if (!subject || subject->digits.empty())
-        return false;
+    Subject device;
+    {
+        // Whoever deletes it has used it: a code works once, in whatever process.
+        Statement row = db->prepare("DELETE FROM activation_codes WHERE code_hash = ?1 AND expires_at > ?2 AND digits "
+                                    "IS NOT NULL RETURNING digits, key_hash");
+        row.with(hashOf(normalised(code)), m_clock());
+        if (!row.step())
+            return false;
+        device.digits = row.text(0);
+        device.keyHash = row.text(1);
+    }
     // The device is activated: its other codes, which somebody may have written down, end too.
-    endCodesOf(*db, *subject);
-    db->run("DELETE FROM grants WHERE digits = ?1 AND key_hash = ?2", subject->digits, subject->keyHash);
-    db->run("INSERT INTO grants (digits, key_hash, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)", subject->digits,
-            subject->keyHash, account, m_clock() + grantSeconds);
+    endCodesOf(*db, device);
+    db->run("DELETE FROM grants WHERE digits = ?1 AND key_hash = ?2", device.digits, device.keyHash);
+    db->run("INSERT INTO grants (digits, key_hash, account_id, expires_at) VALUES (?1, ?2, ?3, ?4)", device.digits,
+            device.keyHash, account, m_clock() + grantSeconds);
     change.commit();
     return true;
 }
@@ -90,21 +99,17 @@ void ActivationCodes::deny(const std::string &code)
         endCodesOf(*db, *subject);
 }
 
-void ActivationCodes::endCodesOf(Database &db, const Subject &device)
+void ActivationCodes::endCodesOf(Connection &db, const Subject &device)
 {
     db.run("DELETE FROM activation_codes WHERE digits = ?1 AND key_hash = ?2", device.digits, device.keyHash);
 }
 
 std::optional<AccountId> ActivationCodes::redeemForAccount(const std::string &code)
 {
-    const Store::Lock db = m_store.lock();
-    Transaction change(*db);
-    const std::optional<Subject> subject = find(code);
-    if (!subject || subject->accountId == 0)
-        return std::nullopt;
-    db->run("DELETE FROM activation_codes WHERE code_hash = ?1", hashOf(normalised(code)));
-    change.commit();
-    return subject->accountId;
+    const int64_t account = m_store.lock()->number("DELETE FROM activation_codes WHERE code_hash = ?1 AND expires_at > "
+                                                   "?2 AND account_id IS NOT NULL RETURNING account_id",
+                                                   hashOf(normalised(code)), m_clock());
+    return account != 0 ? std::optional<AccountId>(account) : std::nullopt;
 }
 
 std::string ActivationCodes::normalised(const std::string &typed)

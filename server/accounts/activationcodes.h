@@ -46,7 +46,7 @@ public:
 private:
     std::string issue(const Subject &subject);
     // Without a transaction of its own.
-    void endCodesOf(Database &db, const Subject &device);
+    void endCodesOf(Connection &db, const Subject &device);
     std::string hashOf(const std::string &code) const;
 
     Store &m_store;

@@ -9,6 +9,12 @@ namespace velmora::server {
 
 namespace {
 
+// Who links, unlinks and logs in with one device does so one after another.
+NameLock lockOf(const std::string &deviceId, const std::string &keyHash)
+{
+    return {"device " + deviceId + ' ' + keyHash};
+}
+
 constexpr size_t digitCount = 12;
 constexpr size_t longestName = 40;
 constexpr size_t markLength = 16; // of the hash of a key: tells radios of one account apart
@@ -37,7 +43,7 @@ bool Devices::isDeviceId(const std::string &text)
 void Devices::associate(const std::string &deviceId, const std::string &keyHash, AccountId account)
 {
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
+    Transaction change(*db, lockOf(deviceId, keyHash));
     if (const std::optional<Device> device = find(deviceId, keyHash); device && device->accountId == account)
         return;
     end(*db, deviceId, keyHash);
@@ -59,7 +65,7 @@ std::optional<Device> Devices::find(const std::string &deviceId, const std::stri
 bool Devices::disassociate(const std::string &deviceId, const std::string &keyHash)
 {
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
+    Transaction change(*db, lockOf(deviceId, keyHash));
     const std::optional<Device> device = find(deviceId, keyHash);
     if (!device)
         return false;
@@ -121,7 +127,7 @@ bool Devices::rename(AccountId account, const std::string &deviceId, const std::
 bool Devices::revoke(AccountId account, const std::string &deviceId)
 {
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
+    Transaction change(*db, AccountLock{account});
     const std::string keys = "(SELECT key_hash FROM devices WHERE account_id = ?1 AND device_id = ?2)";
     // The session is kept and marked: a radio without its session would log in again and again, a refusal with a
     // reason ends that.
@@ -140,19 +146,24 @@ std::optional<Device> Devices::takeGrant(const std::string &deviceId, const std:
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    db->run("DELETE FROM grants WHERE expires_at <= ?1", m_clock());
+    if (!db->isShared())
+        db->run("DELETE FROM grants WHERE expires_at <= ?1", m_clock());
+    int64_t grant = 0;
     AccountId account = 0;
     {
-        if (find(deviceId, keyHash))
-            return std::nullopt;
-        Statement row =
-            db->prepare("SELECT id, account_id FROM grants WHERE digits = ?1 AND key_hash = ?2 ORDER BY id DESC");
-        row.with(deviceId.substr(0, digitCount), keyHash);
+        Statement row = db->prepare("SELECT id, account_id FROM grants WHERE digits = ?1 AND key_hash = ?2 AND "
+                                    "expires_at > ?3 ORDER BY expires_at DESC, id DESC LIMIT 1");
+        row.with(deviceId.substr(0, digitCount), keyHash, m_clock());
         if (!row.step())
             return std::nullopt;
+        grant = row.integer(0);
         account = row.integer(1);
-        db->run("DELETE FROM grants WHERE id = ?1", row.integer(0));
     }
+    // A new password ends grants and devices: not between the grant's end and the device's beginning.
+    const Transaction ofAccount(*db, AccountLock{account});
+    const Transaction ofDevice(*db, lockOf(deviceId, keyHash));
+    if (find(deviceId, keyHash) || db->number("DELETE FROM grants WHERE id = ?1 RETURNING account_id", grant) == 0)
+        return std::nullopt;
     associate(deviceId, keyHash, account);
     change.commit();
     return Device{deviceId, account, m_clock(), {}};
@@ -162,11 +173,12 @@ bool Devices::mayListen(AccountId account, const std::string &radio)
 {
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare(
-        "SELECT 1 FROM accounts WHERE id = ?1 AND is_active AND (?2 = '' OR EXISTS (SELECT 1 FROM devices WHERE "
-        "account_id = ?1 AND substr(key_hash, 1, ?3) = ?2) OR EXISTS (SELECT 1 FROM sessions WHERE account_id = ?1 AND "
-        "substr(key_hash, 1, ?3) = ?2 AND is_revoked = 0 AND expires_at > ?4))");
+        "SELECT CASE WHEN ?2 = '' THEN 1 WHEN EXISTS (SELECT 1 FROM devices WHERE account_id = ?1 AND "
+        "substr(key_hash, 1, CAST(?3 AS INTEGER)) = ?2) THEN 1 WHEN EXISTS (SELECT 1 FROM sessions WHERE account_id = "
+        "?1 AND substr(key_hash, 1, CAST(?3 AS INTEGER)) = ?2 AND is_revoked = 0 AND expires_at > ?4) THEN 1 ELSE 0 "
+        "END FROM accounts WHERE id = ?1 AND is_active = 1");
     row.with(account, radio, static_cast<int64_t>(markLength), m_clock());
-    return row.step();
+    return row.step() && row.integer(0) != 0;
 }
 
 std::string Devices::radioMark(const std::string &keyHash)
@@ -174,7 +186,7 @@ std::string Devices::radioMark(const std::string &keyHash)
     return keyHash.substr(0, markLength);
 }
 
-void Devices::end(Database &db, const std::string &deviceId, const std::string &keyHash)
+void Devices::end(Connection &db, const std::string &deviceId, const std::string &keyHash)
 {
     db.run("DELETE FROM sessions WHERE device_id = ?1 AND key_hash = ?2", deviceId, keyHash);
     db.run("DELETE FROM devices WHERE device_id = ?1 AND key_hash = ?2", deviceId, keyHash);

@@ -59,7 +59,7 @@ public:
     static bool isDigits(const std::string &text);
 
 private:
-    void end(Database &db, const std::string &deviceId, const std::string &keyHash);
+    void end(Connection &db, const std::string &deviceId, const std::string &keyHash);
 
     Store &m_store;
     Clock m_clock;

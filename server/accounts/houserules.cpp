@@ -32,8 +32,8 @@ HouseRules::HouseRules(Store &store, Clock clock)
 AccountId HouseRules::owner()
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT COALESCE((SELECT id FROM accounts WHERE id = ?1 AND is_active), (SELECT "
-                                "MIN(id) FROM accounts WHERE is_active), 0)");
+    Statement row = db->prepare("SELECT COALESCE((SELECT id FROM accounts WHERE id = ?1 AND is_active = 1), "
+                                "(SELECT MIN(id) FROM accounts WHERE is_active = 1), 0)");
     row.with(numberIn(m_store.setting(ownerSetting)));
     return row.step() ? row.integer(0) : 0;
 }
@@ -74,7 +74,7 @@ std::optional<std::string> HouseRules::invite(const std::string &guest)
         return std::nullopt;
     std::string token = randomToken();
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
+    Transaction change(*db, NameLock{"invitations"});
     db->run("DELETE FROM invitations WHERE expires_at <= ?1", m_clock());
     db->run("INSERT INTO invitations (token_hash, guest, expires_at) SELECT ?1, ?2, ?3 WHERE (SELECT COUNT(*) FROM "
             "invitations) < ?4",
@@ -107,11 +107,11 @@ bool HouseRules::isInvited(const std::string &tokenHash)
 
 bool HouseRules::takeInvitation(const std::string &tokenHash)
 {
+    if (signUpRule() == SignUpRule::Nobody)
+        return false;
     const Store::Lock db = m_store.lock();
-    const bool isValid = isInvited(tokenHash);
-    if (isValid)
-        endInvitation(tokenHash);
-    return isValid;
+    db->run("DELETE FROM invitations WHERE token_hash = ?1 AND expires_at > ?2", tokenHash, m_clock());
+    return db->changes() > 0;
 }
 
 void HouseRules::endInvitation(const std::string &id)

@@ -1,5 +1,6 @@
 #include "server/accounts/personaldata.h"
 
+#include "server/accounts/accounts.h"
 #include "server/accounts/secrets.h"
 #include "server/store/store.h"
 
@@ -42,7 +43,7 @@ SELECT id, json_object('name', name, 'made', datetime(created_at, 'unixepoch'), 
     WHEN 'artist' THEN (SELECT name FROM artists WHERE id = target)
     WHEN 'track' THEN (SELECT song FROM tracks WHERE id = target)
     ELSE target END))
-  FROM seeds WHERE station_id = stations.id))
+  FROM seeds WHERE account_id = ?1 AND station_id = stations.id))
 FROM stations WHERE account_id = ?1 AND id > ?2 ORDER BY id LIMIT ?3)sql"},
     {"thumbs", R"sql(
 SELECT row, json FROM (
@@ -66,25 +67,21 @@ SELECT row, json FROM (
   FROM bookmarks WHERE account_id = ?1)
 WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
     {"plays", R"sql(
-SELECT p.issue_id, json_object('song', t.song, 'artist', a.name, 'station', s.name,
-  'begun', datetime(p.started_at, 'unixepoch'), 'seconds', p.seconds, 'ended', p.outcome)
-FROM plays p JOIN tracks t ON t.id = p.track_id JOIN artists a ON a.id = t.artist_id
-  JOIN stations s ON s.id = p.station_id
-WHERE p.account_id = ?1 AND p.issue_id > ?2 ORDER BY p.issue_id LIMIT ?3)sql"},
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY p.started_at, p.station_id, p.number) AS row,
+    json_object('song', t.song, 'artist', a.name, 'station', s.name,
+      'begun', datetime(p.started_at, 'unixepoch'), 'seconds', p.seconds, 'ended', p.outcome) AS json
+  FROM plays p JOIN tracks t ON t.id = p.track_id JOIN artists a ON a.id = t.artist_id
+    JOIN stations s ON s.id = p.station_id
+  WHERE p.account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
     {"handedOut", R"sql(
-SELECT i.id, json_object('song', t.song, 'artist', a.name, 'station', s.name, 'at', datetime(i.issued_at, 'unixepoch'))
-FROM issued_tracks i JOIN tracks t ON t.id = i.track_id JOIN artists a ON a.id = t.artist_id
-  JOIN stations s ON s.id = i.station_id
-WHERE i.account_id = ?1 AND i.id > ?2 ORDER BY i.id LIMIT ?3)sql"},
-    {"advertisements", R"sql(
-SELECT i.id, json_object('title', d.title, 'at', datetime(i.issued_at, 'unixepoch'))
-FROM issued_ads i JOIN ads d ON d.id = i.ad_id
-WHERE i.account_id = ?1 AND i.id > ?2 ORDER BY i.id LIMIT ?3)sql"},
-    {"events", R"sql(
-SELECT e.id, json_object('type', e.type, 'song', t.song, 'seconds', e.seconds,
-  'at', datetime(e.happened_at, 'unixepoch'))
-FROM track_events e JOIN tracks t ON t.id = e.track_id
-WHERE e.account_id = ?1 AND e.id > ?2 ORDER BY e.id LIMIT ?3)sql"},
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY s.id, r.key) AS row,
+    json_object('song', t.song, 'artist', a.name, 'station', s.name) AS json
+  FROM stations s JOIN json_each(s.recent) r JOIN tracks t ON t.id = r.value JOIN artists a ON a.id = t.artist_id
+  WHERE s.account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
 };
 
 constexpr const char *accountQuery = R"sql(
@@ -104,6 +101,12 @@ bool PersonalData::write(AccountId account, const std::filesystem::path &file)
                                                                &std::fclose);
     if (!out)
         return false;
+    if (m_store.isShared()) {
+        if (m_store.lock()->number("SELECT id FROM accounts WHERE id = ?1", account) == 0)
+            return false;
+        writeShared(account, out.get());
+        return std::fflush(out.get()) == 0 && std::ferror(out.get()) == 0;
+    }
     {
         const Store::Lock db = m_store.lock();
         Statement row = db->prepare(accountQuery);
@@ -145,20 +148,8 @@ bool PersonalData::remove(AccountId account)
             return false;
         userName = row.text(0);
     }
-    // What grows with the years first, piece by piece: others are served between the pieces.
-    for (const char *table : {"plays", "issued_tracks", "issued_ads", "track_events"}) {
-        const std::string rows = std::string("DELETE FROM ") + table + " WHERE rowid IN (SELECT rowid FROM " + table +
-                                 " WHERE account_id = ?1 LIMIT 500)";
-        for (bool isMore = true; isMore;) {
-            const Store::Lock db = m_store.lock();
-            db->execute("PRAGMA secure_delete = ON");
-            db->run(rows, account);
-            isMore = db->changes() > 0;
-            db->execute("PRAGMA secure_delete = OFF");
-        }
-    }
     const Store::Lock db = m_store.lock();
-    db->execute("PRAGMA secure_delete = ON");
+    db->beginErasing();
     {
         Transaction change(*db);
         // The answers to its radios' requests are known by the radio's key and the account.
@@ -173,12 +164,11 @@ bool PersonalData::remove(AccountId account)
         for (const std::string &key : keys)
             db->run("DELETE FROM request_answers WHERE owner = ?1", tokenHash(key + ' ' + std::to_string(account)));
         db->run("DELETE FROM sign_ups WHERE user_name = ?1", userName);
-        db->run("DELETE FROM play_counts WHERE station_id IN (SELECT id FROM stations WHERE account_id = ?1)", account);
-        db->run("DELETE FROM play_days WHERE account_id = ?1", account);
+        db->run("DELETE FROM mails WHERE recipient_hash = ?1", tokenHash(Accounts::foldedName(userName)));
         db->run("DELETE FROM accounts WHERE id = ?1", account); // and all that hangs on it
         change.commit();
     }
-    db->execute("PRAGMA secure_delete = OFF; PRAGMA wal_checkpoint(TRUNCATE)");
+    db->endErasing();
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "server/accounts/accounts.h"
 
+#include <cstdio>
 #include <filesystem>
 
 namespace velmora::server {
@@ -10,8 +11,10 @@ namespace velmora::server {
 // lock in pieces.
 class PersonalData {
 public:
-    explicit PersonalData(Store &store)
+    // `music`: the store of the tracks that accounts refer to.
+    PersonalData(Store &store, Store &music)
         : m_store(store)
+        , m_music(music)
     {
     }
 
@@ -23,7 +26,10 @@ public:
     bool remove(AccountId account);
 
 private:
+    void writeShared(AccountId account, std::FILE *out);
+
     Store &m_store;
+    Store &m_music;
 };
 
 } // namespace velmora::server

@@ -42,6 +42,20 @@ std::array<unsigned char, crypto_secretbox_KEYBYTES> boxKey(std::string_view key
     return result;
 }
 
+// Base64url; empty when the text is something else.
+Bytes unbase64(std::string_view text)
+{
+    Bytes bytes(text.size());
+    size_t length = 0;
+    const bool isValid = sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &length,
+                                           nullptr, base64Variant) == 0;
+    bytes.resize(isValid ? length : 0);
+    return bytes;
+}
+
+constexpr size_t tokenNonceAt = 1; // after the front
+constexpr size_t tokenTextAt = tokenNonceAt + crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
+
 } // namespace
 
 Clock systemClock()
@@ -95,6 +109,8 @@ std::string sealed(std::string_view key, std::string_view text)
 
 std::optional<std::string> unsealed(std::string_view key, std::string_view sealedText)
 {
+    if (sealedText.empty())
+        return std::nullopt;
     Bytes box(sealedText.size());
     size_t length = 0;
     if (sodium_base642bin(box.data(), box.size(), sealedText.data(), sealedText.size(), nullptr, &length, nullptr,
@@ -106,6 +122,42 @@ std::optional<std::string> unsealed(std::string_view key, std::string_view seale
                              reinterpret_cast<unsigned char *>(text.data()), box.data() + crypto_secretbox_NONCEBYTES,
                              length - crypto_secretbox_NONCEBYTES, box.data(), boxKey(key).data()) == 0;
     return isWhole ? std::optional(text) : std::nullopt;
+}
+
+std::string sealedToken(std::string_view key, unsigned char front, std::string_view text)
+{
+    const auto cipherKey = boxKey(key);
+    static_assert(sizeof cipherKey == crypto_aead_xchacha20poly1305_ietf_KEYBYTES);
+    const auto nonceKey = boxKey(std::string(key) + "\nnonce");
+    Bytes token(tokenTextAt + text.size() + crypto_aead_xchacha20poly1305_ietf_ABYTES);
+    token[0] = front;
+    // A nonce that follows from the text is never used for another one.
+    std::string message(1, static_cast<char>(front));
+    message.append(text);
+    crypto_generichash(token.data() + tokenNonceAt, tokenTextAt - tokenNonceAt, bytesOf(message), message.size(),
+                       nonceKey.data(), nonceKey.size());
+    crypto_aead_xchacha20poly1305_ietf_encrypt(token.data() + tokenTextAt, nullptr, bytesOf(text), text.size(),
+                                               token.data(), 1, nullptr, token.data() + tokenNonceAt, cipherKey.data());
+    return base64(token);
+}
+
+std::optional<std::string> unsealedToken(std::string_view key, std::string_view token)
+{
+    const Bytes bytes = unbase64(token);
+    if (bytes.size() < tokenTextAt + crypto_aead_xchacha20poly1305_ietf_ABYTES)
+        return std::nullopt;
+    std::string text(bytes.size() - tokenTextAt - crypto_aead_xchacha20poly1305_ietf_ABYTES, '\0');
+    const bool isWhole =
+        crypto_aead_xchacha20poly1305_ietf_decrypt(reinterpret_cast<unsigned char *>(text.data()), nullptr, nullptr,
+                                                   bytes.data() + tokenTextAt, bytes.size() - tokenTextAt, bytes.data(),
+                                                   1, bytes.data() + tokenNonceAt, boxKey(key).data()) == 0;
+    return isWhole ? std::optional(text) : std::nullopt;
+}
+
+std::optional<unsigned char> tokenFront(std::string_view token)
+{
+    const Bytes bytes = unbase64(token);
+    return bytes.size() > tokenTextAt ? std::optional(bytes[0]) : std::nullopt;
 }
 
 bool equalSecrets(std::string_view a, std::string_view b)

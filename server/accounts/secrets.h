@@ -27,6 +27,12 @@ std::string keyedHash(std::string_view key, std::string_view message);
 std::string sealed(std::string_view key, std::string_view text);
 // The text; nothing when the key is another one or the sealed text was changed.
 std::optional<std::string> unsealed(std::string_view key, std::string_view sealedText);
+// The same for a short text that stands in an interface. `front` can be read without the key and cannot be changed. The
+// same text and front give the same bytes, so whoever sees two of them knows whether they are equal, and nothing else.
+std::string sealedToken(std::string_view key, unsigned char front, std::string_view text);
+std::optional<std::string> unsealedToken(std::string_view key, std::string_view token);
+// The front; nothing when the token is no sealed one.
+std::optional<unsigned char> tokenFront(std::string_view token);
 // Compares in constant time.
 bool equalSecrets(std::string_view a, std::string_view b);
 // Whether the text is base64url of exactly so many bytes.

@@ -40,7 +40,8 @@ void Sessions::add(const std::string &tokenHash, const char *kind, std::optional
     const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
     Transaction change(*db, Durability::Later);
-    db->run("DELETE FROM sessions WHERE expires_at <= ?1", now);
+    if (!db->isShared())
+        db->run("DELETE FROM sessions WHERE expires_at <= ?1", now);
     db->run("INSERT INTO sessions (token_hash, kind, account_id, key_hash, device_id, expires_at, device_model) "
             "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)",
             tokenHash, kind, account, keyHash, deviceId, now + seconds, deviceModel);

@@ -4,6 +4,13 @@
 
 namespace velmora::server {
 
+namespace {
+
+constexpr const char *columns = "user_name, password_hash, birth_year, gender, zip_code, country_code, email_opt_in, "
+                                "session_hash, key_hash, device_id, invitation_hash";
+
+} // namespace
+
 SignUps::SignUps(Store &store, Clock clock)
     : m_store(store)
     , m_clock(std::move(clock))
@@ -15,7 +22,8 @@ std::string SignUps::add(const SignUp &signUp)
     std::string token = randomToken();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    db->run("DELETE FROM sign_ups WHERE expires_at <= ?1", m_clock());
+    if (!db->isShared())
+        db->run("DELETE FROM sign_ups WHERE expires_at <= ?1", m_clock());
     db->run("INSERT INTO sign_ups (token_hash, user_name, password_hash, birth_year, gender, zip_code, country_code, "
             "email_opt_in, session_hash, key_hash, device_id, expires_at, invitation_hash) "
             "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)",
@@ -28,10 +36,13 @@ std::string SignUps::add(const SignUp &signUp)
 
 std::optional<SignUp> SignUps::find(const std::string &token)
 {
+    return read(token, std::string("SELECT ") + columns + " FROM sign_ups WHERE token_hash = ?1 AND expires_at > ?2");
+}
+
+std::optional<SignUp> SignUps::read(const std::string &token, const std::string &query)
+{
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT user_name, password_hash, birth_year, gender, zip_code, country_code, "
-                                "email_opt_in, session_hash, key_hash, device_id, invitation_hash FROM sign_ups "
-                                "WHERE token_hash = ?1 AND expires_at > ?2");
+    Statement row = db->prepare(query);
     row.with(tokenHash(token), m_clock());
     if (!row.step())
         return std::nullopt;
@@ -54,9 +65,10 @@ std::optional<SignUp> SignUps::find(const std::string &token)
 std::optional<SignUp> SignUps::take(const std::string &token)
 {
     const Store::Lock db = m_store.lock();
-    std::optional<SignUp> signUp = find(token);
-    if (signUp)
-        db->run("DELETE FROM sign_ups WHERE token_hash = ?1", tokenHash(token));
+    Transaction change(*db); // a statement with rows left is no transaction of its own
+    std::optional<SignUp> signUp =
+        read(token, std::string("DELETE FROM sign_ups WHERE token_hash = ?1 AND expires_at > ?2 RETURNING ") + columns);
+    change.commit();
     return signUp;
 }
 

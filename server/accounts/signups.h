@@ -32,6 +32,8 @@ public:
     std::optional<SignUp> take(const std::string &token);
 
 private:
+    std::optional<SignUp> read(const std::string &token, const std::string &query);
+
     Store &m_store;
     Clock m_clock;
 };

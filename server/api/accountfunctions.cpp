@@ -46,9 +46,11 @@ Account checkedLogin(Call &call, const std::string &userName, const std::string 
 json openUserSession(Call &call, const Account &account, const std::string &deviceId)
 {
     const Store::Lock db = call.service.store.lock();
+    Transaction change(*db, AccountLock{account.id}, Durability::Later);
     if (!call.service.accounts.hasSamePassword(account))
         throw ApiError(Code::BadLogin, "the password was changed a moment ago");
     const std::string token = call.service.sessions.openUser(account.id, call.session.keyHash, deviceId);
+    change.commit();
     return {{"userToken", token},
             {"userName", account.userName},
             {"userId", std::to_string(account.id)},
@@ -65,16 +67,23 @@ void refuseUnderMaintenance(const Call &call)
 json deviceLogin(Call &call)
 {
     const std::string id = deviceIdOf(call);
-    const Store::Lock db = call.service.store.lock(); // nobody unlinks the radio before its session is there
+    const Store::Lock db = call.service.store.lock();
     std::optional<Device> device = call.service.devices.find(id, call.session.keyHash);
     if (!device && !call.service.isUnderMaintenance) // a grant stays for later
         device = call.service.devices.takeGrant(id, call.session.keyHash);
     if (!device)
         noSuchDevice();
+    // Nobody unlinks the radio before its session is there.
+    Transaction change(*db, AccountLock{device->accountId}, Durability::Later);
+    device = call.service.devices.find(id, call.session.keyHash);
+    if (!device)
+        noSuchDevice();
     const std::optional<Account> account = call.service.accounts.find(device->accountId);
     if (!account || !account->isActive)
         throw ApiError(Code::Inactive, "the account is no longer active");
-    return openUserSession(call, *account, id);
+    json answer = openUserSession(call, *account, id);
+    change.commit();
+    return answer;
 }
 
 json codeAnswer(const Call &call, const std::string &code)
@@ -133,6 +142,7 @@ json associateDevice(Call &call)
 {
     const std::string id = deviceIdOf(call);
     const Store::Lock db = call.service.store.lock();
+    Transaction change(*db, AccountLock{call.account()});
     if (!call.service.sessions.isOpen(call.session)) // it ended while this request waited: it links nothing any more
         throw ApiError(Code::BadToken, "the session has ended");
     const std::optional<Device> device = call.service.devices.find(id, call.session.keyHash);
@@ -140,6 +150,7 @@ json associateDevice(Call &call)
         refuseUnderMaintenance(call);
     call.service.devices.associate(id, call.session.keyHash, call.account());
     call.service.sessions.bindToDevice(call.session, id);
+    change.commit();
     return json::object();
 }
 

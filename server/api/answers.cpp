@@ -13,12 +13,12 @@ std::string pictureAddress(const Call &call, const std::string &name)
 }
 
 json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable,
-                  std::optional<int64_t> issueId)
+                  const std::string &issue)
 {
     if (!isPlayable)
         return nullptr;
     return call.service.addresses.address(MediaKind::Audio, publicId + audioExtension(mediaType), call.account(),
-                                          Devices::radioMark(call.session.keyHash), issueId);
+                                          Devices::radioMark(call.session.keyHash), issue);
 }
 
 json stationAnswer(Call &call, const Station &station)
@@ -36,7 +36,7 @@ json stationAnswer(Call &call, const Station &station)
             {"dateCreated", isoTime(station.createdAt)}};
 }
 
-json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued)
+json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued, bool isThumbedUp)
 {
     const Track &track = issued.track;
     MusicTokens &tokens = call.service.musicTokens;
@@ -49,16 +49,16 @@ json trackAnswer(Call &call, const Station &station, const IssuedTrack &issued)
             {"style", track.style},
             {"mood", track.mood},
             {"tempo", track.tempo},
-            {"artistToken", tokens.tokenFor(call.account(), MusicKind::Artist, track.artistId)},
-            {"albumToken", tokens.tokenFor(call.account(), MusicKind::Album, track.albumId)},
-            {"songToken", tokens.tokenFor(call.account(), MusicKind::Track, track.id)},
+            {"artistToken", tokens.tokenFor(call.account(), MusicKind::Artist, track.artistId, track.artist)},
+            {"albumToken", tokens.tokenFor(call.account(), MusicKind::Album, track.albumId, track.album)},
+            {"songToken", tokens.tokenFor(call.account(), MusicKind::Track, track.id, track.song)},
             {"stationToken", station.token},
             {"albumArtUrl", track.pictureFile.empty() ? std::string() : pictureAddress(call, pictureName(track))},
-            {"audioUrl", audioAddress(call, track.publicId, track.audioType, track.isPlayable, issued.issueId)},
+            {"audioUrl", audioAddress(call, track.publicId, track.audioType, track.isPlayable, issued.issue().text())},
             {"audioType", track.audioType},
             {"bitrate", track.bitrate},
             {"allowFeedback", station.allowFeedback},
-            {"songRating", call.service.feedback.isThumbedUp(station.id, track.id) ? 1 : 0},
+            {"songRating", isThumbedUp ? 1 : 0},
             {"expiresIn", MediaAddresses::lifeSeconds}};
 }
 
@@ -80,12 +80,13 @@ IssuedTrack requiredTrack(Call &call)
     return *std::move(track);
 }
 
-IssuedAd requiredAd(Call &call)
+std::pair<IssuedAd, Ad> requiredAd(Call &call)
 {
-    std::optional<IssuedAd> ad = call.service.playlists.findAd(call.account(), call.parameters.text("adToken"));
+    std::optional<IssuedAd> issued = call.service.playlists.findAd(call.account(), call.parameters.text("adToken"));
+    std::optional<Ad> ad = issued ? call.service.catalogue.ad(issued->adId) : std::nullopt;
     if (!ad)
         throw ApiError(Code::NoSuchMusic, "no such ad");
-    return *std::move(ad);
+    return {*std::move(issued), *std::move(ad)};
 }
 
 Music requiredMusic(Call &call, const std::string &token)

@@ -3,7 +3,7 @@
 #include "server/api/health.h"
 #include "server/api/houseaddress.h"
 #include "server/api/mediafiles.h"
-#include "server/http/conditions.h"
+#include "server/logging/log.h"
 
 #include <charconv>
 
@@ -14,11 +14,14 @@ namespace {
 using SteadyClock = std::chrono::steady_clock;
 
 constexpr int retryAfterSeconds = 2;
+constexpr const char *mediaPath = "/media/*/*";
+constexpr const char *functionPath = "/*/*";
 
 http::Response json(const Answer &answer)
 {
     http::Response response;
     response.status = answer.httpStatus;
+    response.record = {static_cast<int>(answer.code), answer.account};
     response.setContent(answer.body.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace),
                         "application/json; charset=utf-8");
     return response;
@@ -47,6 +50,8 @@ ApiServer::ApiServer(StationService &service, ListenSettings settings)
     : m_service(service)
     , m_settings(std::move(settings))
     , m_dispatcher(service)
+    , m_logKey(service.keptKey("log key"))
+    , m_storeProbe(service.store)
 {
 }
 
@@ -71,11 +76,18 @@ void ApiServer::start()
     settings.sendsHsts = (!m_settings.tlsCertificate.empty() && !m_settings.isCertificateOwn) ||
                          m_settings.publicUrl.starts_with("https://");
     settings.limits = m_settings.limits;
+    settings.answered = [this](const http::Request &request, http::Response &response) { answered(request, response); };
     settings.refusal = [this](int status, const http::Request &request) { return refusal(status, request); };
     m_server = std::make_unique<http::Server>(std::move(settings), router());
     m_port = m_server->bind();
     m_service.addresses.setBase(m_settings.publicUrl.empty() ? url() : m_settings.publicUrl);
     m_server->start();
+}
+
+void ApiServer::drain()
+{
+    m_isDraining = true;
+    m_server->drain();
 }
 
 void ApiServer::stop()
@@ -97,13 +109,13 @@ http::Router ApiServer::router()
 {
     http::Router router;
     router.get(
-        "/media/*/*", [this](const http::Request &request) { return answerMedia(request); }, http::Lane::Files);
+        mediaPath, [this](const http::Request &request) { return answerMedia(request); }, http::Lane::Files);
     router.get("/health", [this](const http::Request &) { return health(); });
     router.get("/ready", [this](const http::Request &) { return ready(); });
     router.get("/metrics", [this](const http::Request &request) { return metrics(request); });
     if (m_settings.addPages)
         m_settings.addPages(router);
-    router.post("/*/*", Parameters::mostBytes,
+    router.post(functionPath, Parameters::mostBytes,
                 [this](const http::Request &request) { return answerFunction(request); });
     return router;
 }
@@ -114,11 +126,13 @@ http::Response ApiServer::answerFunction(const http::Request &request)
         return refusal(404, request);
     if (request.lane != http::Lane::Passwords && Dispatcher::isSlow(request.pieces[1], request.body))
         return http::Response::handledIn(http::Lane::Passwords);
-    const Answer answer = m_dispatcher.answer({request.pieces[0], request.pieces[1], request.body,
-                                               std::string(request.header("Authorization")),
-                                               std::string(request.header("Velmora-Request-Key")), request.address});
-    log(answer.function, static_cast<int>(answer.code), request.arrivedAt);
-    return json(answer);
+    const Answer answer = m_dispatcher.answer(
+        {request.pieces[0], request.pieces[1], request.body, std::string(request.header("Authorization")),
+         std::string(request.header("Velmora-Request-Key")), request.address, request.id});
+    http::Response response = json(answer);
+    if (answer.httpStatus == 503)
+        response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
+    return response;
 }
 
 http::Response ApiServer::health() const
@@ -128,15 +142,14 @@ http::Response ApiServer::health() const
     return json(answer);
 }
 
-http::Response ApiServer::ready() const
+http::Response ApiServer::ready()
 {
+    if (m_isDraining)
+        return refused(503, Code::TooMany, "the service ends");
     if (m_service.isUnderMaintenance)
         return refused(503, Code::Maintenance, "maintenance");
-    try {
-        m_service.store.setting("ready"); // a database that cannot be read throws
-    } catch (const StoreError &) {
+    if (!m_storeProbe.isAnswering())
         return refused(503, Code::Internal, "the store does not answer");
-    }
     return json({});
 }
 
@@ -155,7 +168,7 @@ http::Response ApiServer::refusal(int status, const http::Request &request) cons
     Answer answer = Dispatcher::refusal(status, Code::Malformed, "refused");
     const bool isOfRadio = request.path.starts_with("/v") || request.path.starts_with("/media/");
     if (status == 404 && request.method != "POST" && !isOfRadio && m_settings.pageNotFound)
-        return m_settings.pageNotFound();
+        return m_settings.pageNotFound(request);
     if (status == 404)
         answer.code = Code::NoSuchFunction;
     else if (status == 413)
@@ -173,20 +186,12 @@ http::Response ApiServer::refusal(int status, const http::Request &request) cons
     if (status == 503 && !isOfRadio)
         response.setContent("Too many requests wait. Please try again in a few seconds.\n",
                             "text/plain; charset=utf-8");
-    if (request.method == "POST" && status != 404 && request.path.starts_with("/v"))
-        log("unknown", static_cast<int>(answer.code), request.arrivedAt);
+    if (!request.path.starts_with("/v"))
+        response.record.code.reset();
     return response;
 }
 
 http::Response ApiServer::answerMedia(const http::Request &request)
-{
-    http::Response response = mediaResponse(request);
-    http::applyConditions(request, response); // the log has 206, 304 or 416
-    log("media", response.status, request.arrivedAt);
-    return response;
-}
-
-http::Response ApiServer::mediaResponse(const http::Request &request)
 {
     const std::optional<MediaKind> kind = mediaKindOf(request.pieces[0]);
     const std::string &file = request.pieces[1];
@@ -219,7 +224,10 @@ http::Response ApiServer::mediaResponse(const http::Request &request)
         return refuse(404, "no such file");
     if (*kind == MediaKind::Picture) {
         const std::filesystem::path &picture = track ? track->pictureFile : ad->pictureFile;
-        return fileResponse(picture, picture.extension() == ".jpg" ? "image/jpeg" : "image/png");
+        http::Response response =
+            fileResponse(request, picture, picture.extension() == ".jpg" ? "image/jpeg" : "image/png");
+        response.record.account = account;
+        return response;
     }
     // Its folder may be a network share that does not answer: nobody shall wait for that.
     if (track && !track->isPlayable)
@@ -227,8 +235,10 @@ http::Response ApiServer::mediaResponse(const http::Request &request)
     const std::optional<std::filesystem::path> audio = track ? audioFileFor(m_service, *track) : ad->audioFile;
     if (!audio)
         return refuse(503, "it is being transcoded");
-    noteStart(request);
-    http::Response response = fileResponse(*audio, track ? track->audioType : ad->audioType);
+    if (track)
+        noteStart(request, account, track->id);
+    http::Response response = fileResponse(request, *audio, track ? track->audioType : ad->audioType);
+    response.record.account = account;
     if (track && track->gainDb)
         response.setHeader("Velmora-Gain", decimal(*track->gainDb));
     if (track && track->peak)
@@ -236,22 +246,25 @@ http::Response ApiServer::mediaResponse(const http::Request &request)
     return response;
 }
 
-void ApiServer::noteStart(const http::Request &request)
+void ApiServer::noteStart(const http::Request &request, AccountId account, int64_t track)
 {
-    const std::string text = request.parameter("i");
-    int64_t issue = 0;
-    std::from_chars(text.data(), text.data() + text.size(), issue);
-    if (issue == 0 || request.method != "GET")
+    Issue issue;
+    if (!issue.read(request.parameter("i")) || request.method != "GET")
         return;
+    issue.account = account;
+    issue.track = track;
     try {
-        m_service.plays.started(issue);
+        m_service.plays.started(issue, request.parameter("r"));
     } catch (const StoreError &error) { // music that plays unnoticed is better than none
-        std::fprintf(stderr, "velmora-server: a play was not noted: %s\n", error.what());
+        logs::warn(std::string("a play was not noted: ") + error.what(), request.id);
     }
 }
 
-http::Response ApiServer::fileResponse(const std::filesystem::path &path, const std::string &mediaType) const
+http::Response ApiServer::fileResponse(const http::Request &request, const std::filesystem::path &path,
+                                       const std::string &mediaType) const
 {
+    if (std::optional<http::Response> elsewhere = m_settings.roads.answer(request, path, mediaType, m_service.clock()))
+        return *std::move(elsewhere);
     const auto file = http::File::open(path);
     if (!file || file->size() == 0)
         return refused(404, Code::NoSuchMusic, "no such file");
@@ -262,14 +275,42 @@ http::Response ApiServer::fileResponse(const std::filesystem::path &path, const 
     return response;
 }
 
-void ApiServer::log(const std::string &function, int code, SteadyClock::time_point since) const
+void ApiServer::answered(const http::Request &request, http::Response &response)
 {
-    const auto whole = SteadyClock::now() - since;
-    m_metrics.note(function, code, whole);
-    if (!m_settings.logsRequests)
-        return;
-    const auto taken = std::chrono::duration_cast<std::chrono::milliseconds>(whole);
-    std::fprintf(stderr, "%s %d %lld ms\n", function.c_str(), code, static_cast<long long>(taken.count()));
+    // Names of a fixed set only: what a caller made up is neither counted nor logged.
+    std::string function = request.route.empty() ? "unknown" : request.route;
+    if (function == functionPath) {
+        const Route *route = findRoute(request.pieces[1]);
+        function = route ? route->name : "unknown";
+    } else if (function == mediaPath) {
+        function = "media";
+        response.record.code.reset();
+    } else if (function.starts_with("/v1/")) {
+        function.erase(0, 4);
+    }
+    // A monitoring system asks every few seconds.
+    const bool isProbe = function == "/health" || function == "/ready" || function == "/metrics";
+    if (isProbe)
+        response.record.code.reset();
+    const bool isFault = response.status >= 500 || response.record.code == static_cast<int>(Code::Internal);
+    const bool isThrottled =
+        response.status == 429 || (response.status == 200 && response.record.code == static_cast<int>(Code::TooMany));
+    const int code = response.record.code.value_or(response.status);
+    const bool isArrived = request.arrivedAt != SteadyClock::time_point();
+    const auto taken = isArrived ? SteadyClock::now() - request.arrivedAt : SteadyClock::duration(0);
+    m_metrics.note(function, code, taken);
+    if (isThrottled)
+        m_metrics.noteThrottled(function);
+    const std::string id = request.id.empty() ? http::requestIdOf({}) : request.id;
+    response.setHeader("X-Request-Id", id);
+    if (m_settings.logsRequests && !(isProbe && response.status == 200))
+        logs::request({id, function, code, isFault, taken, accountMark(response.record.account)});
+}
+
+std::string ApiServer::accountMark(AccountId account) const
+{
+    constexpr size_t length = 16;
+    return account == 0 ? std::string() : keyedHash(m_logKey, std::to_string(account)).substr(0, length);
 }
 
 } // namespace velmora::server

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "server/api/dispatcher.h"
+#include "server/api/mediaroads.h"
 #include "server/api/metrics.h"
 #include "server/http/server.h"
+#include "server/store/storeprobe.h"
+
+#include <atomic>
 
 namespace velmora::server {
 
@@ -16,12 +20,13 @@ struct ListenSettings {
     std::string publicUrl; // what the radio and browsers reach, when that is not where the server listens
     // For trying out how a radio behaves: every media stream gets no more than this. 0: no limit.
     int64_t throttleBytesPerSecond = 0;
-    bool logsRequests = true; // one line a request on standard error: function, code, milliseconds
+    bool logsRequests = true; // one line a request on standard error
     // Adds further pages (paths other than /v1, /media, /health, /ready and /metrics) before the server listens.
     std::function<void(http::Router &)> addPages;
-    std::function<http::Response()> pageNotFound; // what browsers see; optional
+    std::function<http::Response(const http::Request &)> pageNotFound; // what browsers see; optional
     // Reverse proxies whose X-Forwarded-For is believed; addresses.
     std::vector<std::string> trustedProxies;
+    MediaRoads roads; // of the files that somebody else sends
     http::Limits limits;
 };
 
@@ -33,8 +38,13 @@ public:
 
     // Is listening when it returns. Throws std::runtime_error, with a text for the person who started the program.
     void start();
+    // From now on not ready; every answer ends its connection. New connections are still answered. Any thread.
+    void drain();
     // Ends streams and idle connections at once; answers in preparation are finished, for at most five seconds.
     void stop();
+
+    // http::Server::readCertificateAgain().
+    bool readCertificateAgain() { return m_server->readCertificateAgain(); }
 
     int port() const { return m_port; }
     // Where it listens, as an address a person can type.
@@ -47,21 +57,25 @@ private:
     http::Router router();
     http::Response answerFunction(const http::Request &request);
     http::Response answerMedia(const http::Request &request);
-    http::Response mediaResponse(const http::Request &request);
     http::Response health() const;
-    http::Response ready() const;
+    http::Response ready();
     http::Response metrics(const http::Request &request);
     // To what is no request of ours, or is beyond the limits.
     http::Response refusal(int status, const http::Request &request) const;
-    void noteStart(const http::Request &request);
-    http::Response fileResponse(const std::filesystem::path &file, const std::string &mediaType) const;
+    void noteStart(const http::Request &request, AccountId account, int64_t track);
+    http::Response fileResponse(const http::Request &request, const std::filesystem::path &file,
+                                const std::string &mediaType) const;
     // Counts and logs an answer.
-    void log(const std::string &function, int code, std::chrono::steady_clock::time_point since) const;
+    void answered(const http::Request &request, http::Response &response);
+    std::string accountMark(AccountId account) const;
 
     StationService &m_service;
     ListenSettings m_settings;
     Dispatcher m_dispatcher;
-    mutable Metrics m_metrics;
+    Metrics m_metrics;
+    const std::string m_logKey; // of the marks that stand for accounts in the log
+    std::atomic<bool> m_isDraining = false;
+    StoreProbe m_storeProbe;
     std::unique_ptr<http::Server> m_server; // while it listens
     int m_port = 0;
 };

@@ -1,8 +1,8 @@
 #include "server/api/dispatcher.h"
 
 #include "server/http/peers.h"
-
-#include <cstdio>
+#include "server/logging/log.h"
+#include "server/store/store.h"
 
 namespace velmora::server {
 
@@ -27,6 +27,19 @@ bool accepts(Access access, TokenKind kind)
     return false;
 }
 
+// Does what may be done twice once more when it lost its connection to the database.
+template <typename Work>
+auto repeatedWhenLost(Store &store, const Work &work)
+{
+    try {
+        return repeated(store, work);
+    } catch (const StoreError &error) {
+        if (!error.isUnavailable())
+            throw;
+    }
+    return repeated(store, work);
+}
+
 json failure(Code code, const std::string &message, const json &data)
 {
     json body = {{"code", static_cast<int>(code)}, {"message", message}};
@@ -39,6 +52,7 @@ json failure(Code code, const std::string &message, const json &data)
 
 Dispatcher::Dispatcher(StationService &service)
     : m_service(service)
+    , m_limits(service.store)
     , m_requestKeys(service.store, service.clock)
 {
 }
@@ -51,7 +65,7 @@ void Dispatcher::failOnPurpose(const std::string &function, int code, int times)
 
 Answer Dispatcher::refusal(int httpStatus, Code code, const std::string &message)
 {
-    return {httpStatus, code, failure(code, message, nullptr), "unknown"};
+    return {httpStatus, code, failure(code, message, nullptr)};
 }
 
 bool Dispatcher::isSlow(const std::string &function, const std::string &body)
@@ -77,33 +91,45 @@ Answer Dispatcher::answer(const Request &request)
     if (!route)
         return refusal(404, Code::NoSuchFunction, "no such function");
     Answer answer;
-    answer.function = route->name;
     try {
         answer.httpStatus = 400; // until the body is known to be a JSON object
         const Parameters parameters = Parameters::parse(request.body);
         answer.httpStatus = 200;
-        answer.body = call(*route, request, parameters);
+        const auto work = [&] { return call(*route, request, parameters, &answer.account); };
+        // Done twice, it does no more than once.
+        const bool isRepeatable = route->repetition == Repetition::Again ||
+                                  (route->repetition == Repetition::RememberedAtomically && !request.key.empty());
+        answer.body = isRepeatable ? repeatedWhenLost(m_service.store, work) : work();
         answer.code = static_cast<Code>(answer.body.at("code").get<int>());
     } catch (const ApiError &error) {
         answer.code = error.code();
         answer.body = failure(error.code(), error.what(), error.data());
+    } catch (const StoreError &error) {
+        logs::warn(std::string(route->name) + ": " + error.what(), request.id);
+        answer.code = Code::Internal;
+        answer.body = failure(Code::Internal, "internal error", nullptr);
+        if (error.isUnavailable()) // another process may have a connection, and this one has one again soon
+            answer.httpStatus = 503;
     } catch (const std::exception &error) {
         // The text comes from the database or the system, never from the request.
-        std::fprintf(stderr, "velmora-server: %s: %s\n", route->name, error.what());
+        logs::warn(std::string(route->name) + ": " + error.what(), request.id);
         answer.code = Code::Internal;
         answer.body = failure(Code::Internal, "internal error", nullptr);
     }
     return answer;
 }
 
-json Dispatcher::call(const Route &route, const Request &request, const Parameters &parameters)
+json Dispatcher::call(const Route &route, const Request &request, const Parameters &parameters, AccountId *account)
 {
     throwFailureOnPurpose(route.name);
-    const Session session = checkedSession(route, request.authorization);
+    std::optional<Listening> listening;
+    const Session session = checkedSession(route, request.authorization, parameters, &listening);
+    *account = session.accountId;
     if (route.writes && m_service.isUnderMaintenance)
         throw ApiError(Code::Maintenance, "maintenance");
-    const auto work = [&] {
-        Call call{m_service, m_limits, parameters, session, request.address, http::networkOf(request.address)};
+    const auto work = [&] { // once
+        Call call{m_service,           m_limits, parameters, session, request.address, http::networkOf(request.address),
+                  std::move(listening)};
         return json{{"code", 0}, {"data", route.handler(call)}};
     };
     if (request.key.empty() || route.repetition == Repetition::Again)
@@ -121,19 +147,28 @@ json Dispatcher::call(const Route &route, const Request &request, const Paramete
     });
 }
 
-Session Dispatcher::checkedSession(const Route &route, const std::string &authorization)
+Session Dispatcher::checkedSession(const Route &route, const std::string &authorization, const Parameters &parameters,
+                                   std::optional<Listening> *listening)
 {
     if (route.access == Access::Nobody)
         return {};
     constexpr std::string_view scheme = "Bearer ";
     std::optional<Session> session;
-    if (authorization.starts_with(scheme))
-        session = m_service.sessions.find(authorization.substr(scheme.size()));
+    const std::string token = authorization.starts_with(scheme) ? authorization.substr(scheme.size()) : std::string();
+    if (route.readsListening) {
+        *listening = Listening::ofSession(m_service.store, token, parameters.optionalText("stationToken").value_or(""),
+                                          m_service.clock());
+        session = (*listening)->session();
+    } else if (!token.empty()) {
+        session = m_service.sessions.find(token);
+    }
     if (!session || !accepts(route.access, session->kind))
         throw ApiError(Code::BadToken, "the token is unknown or has expired");
     if (session->isRevoked)
         throw ApiError(Code::Inactive, "the device was unlinked from the account");
-    if (session->kind == TokenKind::User) {
+    if (*listening && !(*listening)->isAccountActive())
+        throw ApiError(Code::Inactive, "the account is no longer active");
+    if (session->kind == TokenKind::User && !*listening) {
         const std::optional<Account> account = m_service.accounts.find(session->accountId);
         if (!account || !account->isActive)
             throw ApiError(Code::Inactive, "the account is no longer active");

@@ -13,7 +13,7 @@ struct Answer {
     int httpStatus = 200;
     Code code = Code::Done;
     nlohmann::json body;
-    std::string function; // as it may stand in a log: a function's name or "unknown"
+    AccountId account = 0; // whose session it was; 0: nobody's
 };
 
 // From the text of a request to the text of its answer, without a network. Any thread.
@@ -32,6 +32,7 @@ public:
         std::string authorization; // the header; empty when there is none
         std::string key;           // the header Velmora-Request-Key; empty when there is none
         std::string address;       // where the caller is; limits count the network it belongs to
+        std::string id = {};       // http::requestIdOf()
     };
     Answer answer(const Request &request);
     // Whether answer() takes the time of a hash, for a request of this function with this body.
@@ -41,8 +42,10 @@ public:
 
 private:
     // The body of the answer.
-    nlohmann::json call(const Route &route, const Request &request, const Parameters &parameters);
-    Session checkedSession(const Route &route, const std::string &authorization);
+    nlohmann::json call(const Route &route, const Request &request, const Parameters &parameters, AccountId *account);
+    // What was read with it goes into `listening`.
+    Session checkedSession(const Route &route, const std::string &authorization, const Parameters &parameters,
+                           std::optional<Listening> *listening);
     void throwFailureOnPurpose(const std::string &function);
 
     StationService &m_service;

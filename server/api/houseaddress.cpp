@@ -4,10 +4,13 @@
 #include <arpa/inet.h>
 #include <array>
 #include <cstring>
+#include <fstream>
 #include <ifaddrs.h>
 #include <memory>
 #include <net/if.h>
 #include <string_view>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <vector>
 
 namespace velmora::server {
@@ -64,6 +67,30 @@ bool isVirtual(std::string_view name)
     return std::any_of(beginnings.begin(), beginnings.end(), [&](const char *with) { return name.starts_with(with); });
 }
 
+// From the kernel's table, because getifaddrs() does not tell a temporary address from one that stays.
+std::vector<std::string> stableIpv6Addresses()
+{
+    constexpr unsigned globalScope = 0;
+    constexpr unsigned unusable = 0x01 | 0x08 | 0x20 | 0x40; // temporary, a duplicate, deprecated, tentative
+    std::vector<std::string> found;
+    std::ifstream table("/proc/net/if_inet6");
+    std::string digits, interface;
+    unsigned index = 0, prefix = 0, scope = 0, flags = 0;
+    while (table >> digits >> std::hex >> index >> prefix >> scope >> flags >> interface) {
+        if (scope != globalScope || (flags & unusable) != 0 || isVirtual(interface))
+            continue;
+        std::string grouped;
+        for (size_t at = 0; at < digits.size(); at += 4)
+            grouped += (at == 0 ? "" : ":") + digits.substr(at, 4);
+        in6_addr address{};
+        std::array<char, INET6_ADDRSTRLEN> text{};
+        if (::inet_pton(AF_INET6, grouped.c_str(), &address) == 1 &&
+            ::inet_ntop(AF_INET6, &address, text.data(), text.size()))
+            found.emplace_back(text.data());
+    }
+    return found;
+}
+
 } // namespace
 
 std::vector<std::string> houseAddresses()
@@ -81,6 +108,8 @@ std::vector<std::string> houseAddresses()
         if (::inet_ntop(AF_INET, &address->sin_addr, text.data(), text.size()))
             found.emplace_back(text.data());
     }
+    const std::vector<std::string> ipv6 = stableIpv6Addresses();
+    found.insert(found.end(), ipv6.begin(), ipv6.end());
     return found;
 }
 
@@ -88,6 +117,14 @@ std::string houseAddress()
 {
     const std::vector<std::string> addresses = houseAddresses();
     return addresses.empty() ? "127.0.0.1" : addresses.front();
+}
+
+bool hasIpv6()
+{
+    const int socket = ::socket(AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (socket >= 0)
+        ::close(socket);
+    return socket >= 0;
 }
 
 bool isInHouse(const std::string &address)

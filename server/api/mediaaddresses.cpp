@@ -25,7 +25,7 @@ MediaAddresses::MediaAddresses(std::string signingKey, Clock clock)
 }
 
 std::string MediaAddresses::address(MediaKind kind, const std::string &file, AccountId account,
-                                    const std::string &radio, std::optional<int64_t> issueId) const
+                                    const std::string &radio, const std::string &issue) const
 {
     MediaQuery query;
     query.kind = kind;
@@ -33,8 +33,7 @@ std::string MediaAddresses::address(MediaKind kind, const std::string &file, Acc
     query.account = std::to_string(account);
     query.expiry = std::to_string(m_clock() + lifeSeconds);
     query.radio = radio;
-    if (issueId)
-        query.issue = std::to_string(*issueId);
+    query.issue = issue;
     return m_base + "/media/" + mediaKindName(kind) + "/" + file + "?a=" + query.account + "&e=" + query.expiry +
            (query.issue.empty() ? "" : "&i=" + query.issue) + (radio.empty() ? "" : "&r=" + radio) +
            "&s=" + sign(query);

@@ -16,7 +16,7 @@ struct MediaQuery {
     std::string file;    // a public id with an extension
     std::string account; // its number
     std::string expiry;  // Unix seconds
-    std::string issue;   // which handed-out track it is for; empty: none
+    std::string issue;   // Issue::text() of the handed-out track that it is for; empty: none
     std::string radio;   // Devices::radioMark() of the radio that asked; empty: none
     std::string signature;
 };
@@ -36,7 +36,7 @@ public:
 
     // `file`, `radio` and the issue as in MediaQuery.
     std::string address(MediaKind kind, const std::string &file, AccountId account, const std::string &radio = {},
-                        std::optional<int64_t> issueId = std::nullopt) const;
+                        const std::string &issue = {}) const;
     MediaCheck check(const MediaQuery &query) const;
 
 private:

@@ -36,12 +36,16 @@ void add(std::vector<MetricFamily> &all, MetricType type, const char *name, cons
 Metrics::Metrics()
     : m_answers(prometheus::BuildCounter()
                     .Name("velmora_answers_total")
-                    .Help("Answers by function and code (media: by HTTP status).")
+                    .Help("Answers by function and code (pages and media: by HTTP status).")
                     .Register(m_registry))
     , m_seconds(prometheus::BuildHistogram()
                     .Name("velmora_answer_seconds")
                     .Help("From a request's arrival to its answer.")
                     .Register(m_registry))
+    , m_throttled(prometheus::BuildCounter()
+                      .Name("velmora_throttle_refusals_total")
+                      .Help("Callers that were told to come again later, because they asked too often.")
+                      .Register(m_registry))
 {
 }
 
@@ -49,6 +53,11 @@ void Metrics::note(const std::string &function, int code, std::chrono::steady_cl
 {
     m_answers.Add(Labels{{"function", function}, {"code", std::to_string(code)}}).Increment();
     m_seconds.Add(Labels{{"function", function}}, bounds).Observe(std::chrono::duration<double>(taken).count());
+}
+
+void Metrics::noteThrottled(const std::string &function)
+{
+    m_throttled.Add(Labels{{"function", function}}).Increment();
 }
 
 std::string Metrics::text(StationService &service, const http::Load &load)
@@ -61,10 +70,31 @@ std::string Metrics::text(StationService &service, const http::Load &load)
     add(all, gauge, "velmora_requests_waiting", "Requests that wait for a thread.",
         {{"functions", number(load.functions)}, {"files", number(load.files)}, {"passwords", number(load.passwords)}},
         "lane");
+    add(all, gauge, "velmora_requests_awaiting", "Requests that wait for news, without a thread.",
+        {{"", number(load.awaiting)}});
+    add(all, gauge, "velmora_workers_busy", "Threads that answer a request.",
+        {{"functions", number(load.busyFunctions)},
+         {"files", number(load.busyFiles)},
+         {"passwords", number(load.busyPasswords)}},
+        "lane");
+    if (service.mailer)
+        add(all, gauge, "velmora_mails_waiting", "Mails that wait to be sent.",
+            {{"", number(service.mailer->waiting())}});
     const Store::Waits waits = service.store.waits();
     add(all, counter, "velmora_store_locks_total", "Times that the store was locked.", {{"", number(waits.locks)}});
     add(all, counter, "velmora_store_wait_seconds_total", "Waiting for the store, of all threads.",
         {{"", waits.seconds}});
+    add(all, counter, "velmora_store_failures_total", "Times that no connection to the store came.",
+        {{"", number(waits.failures)}});
+    add(all, gauge, "velmora_store_connections", "Connections to the store, and threads that wait for one.",
+        {{"open", number(waits.connections)},
+         {"used", number(waits.used)},
+         {"most", number(waits.most)},
+         {"waiting", number(waits.waiting)}},
+        "kind");
+    add(all, gauge, "velmora_catalogue_revision",
+        "Changes of the playable music that this process knows, since its start.",
+        {{"", number(service.catalogue.revision())}});
     const Counts counts = service.catalogue.counts();
     add(all, gauge, "velmora_tracks", "Tracks.", {{"playable", number(counts.playable)}, {"all", number(counts.total)}},
         "kind");

@@ -11,8 +11,10 @@ constexpr int64_t mostSeconds = 24 * 3600;
 IssuedTrack trackThatTakesFeedback(Call &call)
 {
     IssuedTrack issued = requiredTrack(call);
-    const std::optional<Station> station = call.service.stations.find(issued.stationId);
-    if (!station || !station->allowFeedback)
+    const std::optional<Station> station = call.service.stations.find(call.account(), issued.stationId);
+    if (!station)
+        throw ApiError(Code::NoSuchMusic, "no such track");
+    if (!station->allowFeedback)
         throw ApiError(Code::NotAuthorised, "this station takes no feedback");
     return issued;
 }
@@ -23,34 +25,41 @@ json getPlaylist(Call &call)
 {
     call.count(call.limits.playlistsOfNetwork, call.network);
     call.count(call.limits.playlistsOfSession, call.session.tokenHash);
-    const Station station = requiredStation(call);
+    const std::string token = call.parameters.text("stationToken");
+    if (!call.listening || !call.listening->station())
+        throw ApiError(Code::NoSuchStation, "no such station");
     StationService &service = call.service;
     if (service.catalogue.isGrowing()) {
-        service.catalogue.want(service.playlists.styles(station));
+        service.catalogue.want(service.playlists.styles(*call.listening));
         service.catalogue.waitUntil(
-            [&] { return service.playlists.hasOwnMusic(station) || !service.catalogue.isGrowing(); }, service.patience);
+            [&] { return service.playlists.hasOwnMusic(*call.listening) || !service.catalogue.isGrowing(); },
+            service.patience);
+        call.listening = Listening::ofAccount(service.store, call.account(), token, service.clock());
+        if (!call.listening->station())
+            throw ApiError(Code::NoSuchStation, "no such station");
     }
-    const std::vector<PlaylistEntry> list = service.playlists.next(station, call.session.keyHash);
+    const Listening &listening = *call.listening;
+    const std::vector<PlaylistEntry> list = service.playlists.next(listening);
     if (list.empty() && (service.catalogue.isGrowing() || service.playlists.isPreparing()))
         throw ApiError(Code::Internal, "no track is ready to be played yet");
     if (list.empty())
         throw ApiError(Code::NoSuchMusic, "nothing is left to play on this station");
     json entries = json::array();
-    const Store::Lock db = call.service.store.lock();
-    Transaction change(*db, Durability::Later);
     for (const PlaylistEntry &entry : list) {
-        if (entry.track)
-            entries.push_back({{"type", "track"}, {"track", trackAnswer(call, station, *entry.track)}});
-        else
+        if (entry.ad) {
             entries.push_back({{"type", "ad"}, {"ad", {{"adToken", entry.ad->token}}}});
+            continue;
+        }
+        const bool isThumbedUp = listening.isThumbedUp(entry.track->track.id);
+        entries.push_back(
+            {{"type", "track"}, {"track", trackAnswer(call, *listening.station(), *entry.track, isThumbedUp)}});
     }
-    change.commit();
     return {{"entries", std::move(entries)}};
 }
 
 json getAdMetadata(Call &call)
 {
-    const Ad ad = requiredAd(call).ad;
+    const Ad ad = requiredAd(call).second;
     return {{"title", ad.title},
             {"adLine2", ad.line2},
             {"audioUrl", audioAddress(call, ad.publicId, ad.audioType, ad.isPlayable)},
@@ -62,10 +71,8 @@ json getAdMetadata(Call &call)
 json registerAd(Call &call)
 {
     const Station station = requiredStation(call);
-    const IssuedAd issued = requiredAd(call);
-    if (issued.stationId != station.id)
+    if (requiredAd(call).first.stationId != station.id)
         throw ApiError(Code::NoSuchMusic, "no such ad");
-    call.service.playlists.registerAd(call.account(), issued.token);
     return json::object();
 }
 
@@ -112,8 +119,8 @@ json trackEvent(Call &call)
     if (seconds < 0 || seconds > mostSeconds)
         throw ApiError(Code::Malformed, "not a position in a track");
     const IssuedTrack issued = requiredTrack(call);
-    call.service.feedback.event(issued, type, seconds);
-    call.service.plays.reported(issued, type, seconds);
+    call.service.plays.reported(issued.issue(), Devices::radioMark(call.session.keyHash), type, seconds,
+                                issued.track.durationSeconds);
     return json::object();
 }
 

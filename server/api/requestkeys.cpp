@@ -52,28 +52,22 @@ json RequestKeys::once(const Request &request, const std::function<json()> &work
 
 json RequestKeys::answered(const Request &request, const std::string &id, const std::function<json()> &work)
 {
-    {
-        const Store::Lock db = m_store.lock();
-        Statement row = db->prepare("SELECT content_hash, answer FROM request_answers WHERE id = ?1 AND "
-                                    "answered_at > ?2");
-        row.with(id, m_clock() - keptSeconds);
-        if (row.step()) {
-            if (!equalSecrets(row.text(0), keyedHash(request.key, request.content)))
-                throw ApiError(Code::Malformed, "the request key was used for another request");
-            if (const std::optional<std::string> text = unsealed(request.key, row.text(1)))
-                return json::parse(*text);
-            throw ApiError(Code::Internal, "a remembered answer is damaged");
-        }
-    }
+    if (std::optional<json> first = kept(request, id))
+        return *std::move(first);
     if (!request.isQuick) {
         json answer = work();
         keep(request, id, answer);
-        return answer;
+        // Another process may have done the same meanwhile, and been first.
+        return kept(request, id).value_or(std::move(answer));
     }
     const Store::Lock db = m_store.lock();
     json answer;
     {
-        Transaction change(*db);
+        Transaction change(*db, NameLock{"request " + id});
+        if (db->isShared()) {
+            if (std::optional<json> first = kept(request, id))
+                return *std::move(first);
+        }
         answer = work();
         if (isDone(answer)) {
             keep(request, id, answer);
@@ -85,6 +79,20 @@ json RequestKeys::answered(const Request &request, const std::string &id, const 
     return answer;
 }
 
+std::optional<json> RequestKeys::kept(const Request &request, const std::string &id)
+{
+    const Store::Lock db = m_store.lock();
+    Statement row = db->prepare("SELECT content_hash, answer FROM request_answers WHERE id = ?1 AND answered_at > ?2");
+    row.with(id, m_clock() - keptSeconds);
+    if (!row.step())
+        return std::nullopt;
+    if (!equalSecrets(row.text(0), keyedHash(request.key, request.content)))
+        throw ApiError(Code::Malformed, "the request key was used for another request");
+    if (const std::optional<std::string> text = unsealed(request.key, row.text(1)))
+        return json::parse(*text);
+    throw ApiError(Code::Internal, "a remembered answer is damaged");
+}
+
 void RequestKeys::keep(const Request &request, const std::string &id, const json &answer)
 {
     const std::string text = answer.dump(-1, ' ', false, json::error_handler_t::replace);
@@ -92,14 +100,19 @@ void RequestKeys::keep(const Request &request, const std::string &id, const json
     const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    db->run("DELETE FROM request_answers WHERE answered_at <= ?1", now - keptSeconds);
-    db->run("INSERT INTO request_answers (id, owner, content_hash, answer, answered_at) VALUES (?1, ?2, ?3, ?4, ?5)",
-            id, owner, keyedHash(request.key, request.content), sealed(request.key, text), now);
-    db->run("DELETE FROM request_answers WHERE number IN (SELECT number FROM request_answers WHERE owner = ?1 "
-            "ORDER BY number DESC LIMIT -1 OFFSET ?2)",
+    if (!db->isShared())
+        db->run("DELETE FROM request_answers WHERE answered_at <= ?1", now - keptSeconds);
+    // One that is too old makes place; one that another process has kept meanwhile stays.
+    db->run("INSERT INTO request_answers (id, owner, content_hash, answer, answered_at) VALUES (?1, ?2, ?3, ?4, ?5) "
+            "ON CONFLICT (id) DO UPDATE SET owner = ?2, content_hash = ?3, answer = ?4, answered_at = ?5 WHERE "
+            "request_answers.answered_at <= ?6",
+            id, owner, keyedHash(request.key, request.content), sealed(request.key, text), now, now - keptSeconds);
+    db->run("DELETE FROM request_answers WHERE owner = ?1 AND number NOT IN (SELECT number FROM request_answers WHERE "
+            "owner = ?1 ORDER BY number DESC LIMIT ?2)",
             owner, mostOfOwner);
-    db->run("DELETE FROM request_answers WHERE number <= (SELECT MAX(number) FROM request_answers) - ?1",
-            mostAltogether);
+    if (!db->isShared())
+        db->run("DELETE FROM request_answers WHERE number <= (SELECT MAX(number) FROM request_answers) - ?1",
+                mostAltogether);
     change.commit();
 }
 

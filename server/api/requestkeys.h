@@ -41,6 +41,7 @@ public:
 
 private:
     nlohmann::json answered(const Request &request, const std::string &id, const std::function<nlohmann::json()> &work);
+    std::optional<nlohmann::json> kept(const Request &request, const std::string &id);
     void keep(const Request &request, const std::string &id, const nlohmann::json &answer);
 
     Store &m_store;

@@ -45,7 +45,7 @@ constexpr std::array table = {
     Route{"getStationListChecksum", Access::User, reads, again, getStationListChecksum},
     Route{"getStation", Access::User, reads, again, getStation},
     Route{"getGenreStations", Access::User, reads, again, getGenreStations},
-    Route{"getPlaylist", Access::User, reads, again, getPlaylist},
+    Route{"getPlaylist", Access::User, reads, again, getPlaylist, nullptr, true},
     Route{"getAdMetadata", Access::User, reads, again, getAdMetadata},
     Route{"registerAd", Access::User, reads, atomically, registerAd},
     Route{"addFeedback", Access::User, writes, atomically, addFeedback},

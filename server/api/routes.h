@@ -20,6 +20,16 @@ struct CallLimits {
     RateLimit accountsOfNetwork{20, std::chrono::hours(1)};
     RateLimit mailsToAccount{3, std::chrono::hours(1)};
     RateLimit mailsOfNetwork{10, std::chrono::hours(1)};
+
+    // Logins of devices and playlists are many and fail seldom: each process counts its own.
+    explicit CallLimits(Store &store)
+    {
+        codesOfDevice.share(store, "codes of device");
+        codesOfNetwork.share(store, "codes of network");
+        accountsOfNetwork.share(store, "accounts of network");
+        mailsToAccount.share(store, "mails to account");
+        mailsOfNetwork.share(store, "mails of network");
+    }
 };
 
 // One call of one function, its token already checked.
@@ -27,9 +37,10 @@ struct Call {
     StationService &service;
     CallLimits &limits;
     const Parameters &parameters;
-    Session session;     // kind none for partnerLogin
-    std::string address; // where the caller is
-    std::string network; // what counts as one caller in limits
+    Session session;                         // kind none for partnerLogin
+    std::string address;                     // where the caller is
+    std::string network;                     // what counts as one caller in limits
+    std::optional<Listening> listening = {}; // of routes that read it with the session
 
     AccountId account() const { return session.accountId; } // calls with a user token
     // Counts the call. Throws ApiError (5004) beyond the limit.
@@ -53,6 +64,8 @@ struct Route {
     nlohmann::json (*handler)(Call &call);
     // Whether such a call hashes a password or a PIN; null: never.
     bool (*hashes)(const Parameters &parameters) = nullptr;
+    // The session is read together with all that a playlist of the parameter `stationToken` needs.
+    bool readsListening = false;
 };
 
 std::span<const Route> routes();

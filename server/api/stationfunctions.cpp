@@ -50,17 +50,16 @@ json getGenreStations(Call &call)
         std::string name = style;
         if (name[0] >= 'a' && name[0] <= 'z')
             name[0] = static_cast<char>(name[0] - 32);
-        stations.push_back(
-            {{"stationToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Style, style)},
-             {"stationId", "style-" + style},
-             {"stationName", name},
-             {"isTapestry", false},
-             {"isShared", false},
-             {"allowRename", false},
-             {"allowDelete", false},
-             {"allowAddMusic", false},
-             {"artUrl", picture ? pictureAddress(call, *picture) : std::string()},
-             {"dateCreated", isoTime(0)}});
+        stations.push_back({{"stationToken", call.service.musicTokens.tokenForStyle(call.account(), style)},
+                            {"stationId", "style-" + style},
+                            {"stationName", name},
+                            {"isTapestry", false},
+                            {"isShared", false},
+                            {"allowRename", false},
+                            {"allowDelete", false},
+                            {"allowAddMusic", false},
+                            {"artUrl", picture ? pictureAddress(call, *picture) : std::string()},
+                            {"dateCreated", isoTime(0)}});
     }
     return {{"stations", std::move(stations)}};
 }
@@ -70,17 +69,15 @@ json search(Call &call)
     const SearchResult found = call.service.search.find(call.parameters.text("text"));
     json tracks = json::array();
     json artists = json::array();
-    const Store::Lock db = call.service.store.lock();
-    Transaction change(*db, Durability::Later);
     for (const FoundTrack &track : found.tracks)
-        tracks.push_back({{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Track, track.id)},
-                          {"songName", track.song},
-                          {"artistName", track.artist}});
+        tracks.push_back(
+            {{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Track, track.id, track.song)},
+             {"songName", track.song},
+             {"artistName", track.artist}});
     for (const FoundArtist &artist : found.artists)
-        artists.push_back(
-            {{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Artist, artist.id)},
-             {"artistName", artist.name}});
-    change.commit();
+        artists.push_back({{"musicToken", call.service.musicTokens.tokenFor(call.account(), MusicKind::Artist,
+                                                                            artist.id, artist.name)},
+                           {"artistName", artist.name}});
     return {{"tracks", std::move(tracks)}, {"artists", std::move(artists)}};
 }
 

@@ -1,6 +1,8 @@
 #include "server/api/stationservice.h"
 
-#include <cstdio>
+#include "server/logging/log.h"
+#include "server/store/datafolder.h"
+
 #include <sys/stat.h>
 
 namespace velmora::server {
@@ -17,7 +19,9 @@ StationService::Ground::Ground(const ServiceSettings &settings)
 
 StationService::StationService(const ServiceSettings &settings)
     : m_ground(settings)
-    , store(m_ground.directory / "velmora.db")
+    , store(settings.database, databaseFile())
+    , m_catalogueFile(settings.database.empty() ? std::nullopt : std::optional<Store>(std::in_place, databaseFile()))
+    , catalogueStore(m_catalogueFile ? *m_catalogueFile : store)
     , hasher(settings.passwordCost)
     , accounts(store, hasher, settings.clock)
     , sessions(store, settings.lifetimes, settings.clock)
@@ -25,28 +29,30 @@ StationService::StationService(const ServiceSettings &settings)
     , house(store, settings.clock)
     , devices(store, settings.clock)
     , activationCodes(store, keptKey("codes key"), settings.clock)
-    , catalogue(store)
-    , search(store)
-    , musicTokens(store)
+    , catalogue(catalogueStore)
+    , search(catalogueStore)
+    , tokens(store, settings.clock)
+    , musicTokens(tokens, catalogue)
     , stations(store, catalogue, settings.clock)
-    , playlists(store, catalogue, stations, settings.clock, settings.random)
+    , playlists(store, catalogue, tokens, settings.clock, settings.random)
     , feedback(store, settings.clock)
-    , plays(store, settings.clock)
+    , plays(store, catalogue, settings.clock)
     , addresses(keptKey("media key"), settings.clock)
     , clock(settings.clock)
     , patience(settings.patience)
 {
+    m_signUpsToAddress.share(store, "sign-ups to address");
+    m_remindersToAccount.share(store, "reminders to account");
+}
+
+std::filesystem::path StationService::databaseFile() const
+{
+    return m_ground.directory / DataFolder::databaseName;
 }
 
 std::string StationService::keptKey(const std::string &name)
 {
-    const Store::Lock db = store.lock();
-    std::string key = store.setting(name);
-    if (key.empty()) {
-        key = randomToken();
-        store.setSetting(name, key);
-    }
-    return key;
+    return store.settingOnce(name, [] { return randomToken(); });
 }
 
 CreateResult StationService::createAccount(const std::string &userName, const std::string &password,
@@ -91,7 +97,7 @@ void StationService::mailSignUp(const SignUp &signUp)
         else
             mailer->sendSignUp(signUp.userName, signUps.add(signUp));
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "velmora-server: a sign-up was not mailed: %s\n", error.what());
+        logs::warn(std::string("a sign-up was not mailed: ") + error.what());
     }
 }
 
@@ -123,7 +129,7 @@ void StationService::mailReminder(const std::string &userName)
             mailer->sendPasswordReset(account->userName,
                                       accounts.issueReset(account->id, passwordPurpose, resetSeconds));
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "velmora-server: a reminder was not mailed: %s\n", error.what());
+        logs::warn(std::string("a reminder was not mailed: ") + error.what());
     }
 }
 
@@ -143,7 +149,7 @@ void StationService::mailNewAddress(AccountId account, const std::string &addres
         else
             mailer->sendNewAddress(address, accounts.issueReset(account, addressPurpose, resetSeconds, address));
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "velmora-server: a new address was not mailed: %s\n", error.what());
+        logs::warn(std::string("a new address was not mailed: ") + error.what());
     }
 }
 

@@ -42,6 +42,8 @@ public:
     virtual void sendPasswordReset(const std::string &address, const std::string &token) = 0;
     virtual void sendPinRescue(const std::string &address, const std::string &token) = 0;
 
+    // How many mails wait to be sent. Any thread.
+    virtual size_t waiting() { return 0; }
     // False: every mail is kept for the owner of the service to pass on.
     virtual bool hasServer() const { return true; }
     // The kept ones, the newest first, a hundred at most. From any thread.
@@ -56,6 +58,7 @@ class Library;
 
 struct ServiceSettings {
     std::filesystem::path dataDirectory; // created with access for its owner only, if it does not exist
+    std::string database;                // of accounts: a PostgreSQL's address; empty: a file in the folder
     TokenLifetimes lifetimes;
     PasswordCost passwordCost;
     Clock clock = systemClock();
@@ -79,7 +82,14 @@ public:
 
     const std::filesystem::path &dataDirectory() const { return m_ground.directory; }
 
-    Store store;
+    Store store; // of accounts and what belongs to them
+
+private:
+    std::filesystem::path databaseFile() const;
+    std::optional<Store> m_catalogueFile; // where accounts are elsewhere
+
+public:
+    Store &catalogueStore; // of the music; the same store where accounts are in its file
     PasswordHasher hasher;
     Accounts accounts;
     Sessions sessions;
@@ -89,6 +99,7 @@ public:
     ActivationCodes activationCodes;
     Catalogue catalogue;
     Search search;
+    SealedTokens tokens;
     MusicTokens musicTokens;
     Stations stations;
     Playlists playlists;

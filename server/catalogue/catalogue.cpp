@@ -58,7 +58,7 @@ Track readTrack(const Statement &row)
 }
 
 // How many rows of playing tracks of the style there are; counting ends at `most`.
-int64_t countUpTo(Database &db, const char *columns, const std::string &style, int64_t most)
+int64_t countUpTo(Connection &db, const char *columns, const std::string &style, int64_t most)
 {
     Statement row = db.prepare(std::string("SELECT COUNT(*) FROM (SELECT ") + columns +
                                " FROM tracks WHERE is_playable = 1 AND style = ?1 LIMIT ?2)");
@@ -140,14 +140,37 @@ void Catalogue::replaceAds(const std::vector<Ad> &ads)
     for (const int64_t id : gone)
         db->run("DELETE FROM ads WHERE id = ?1", id);
     change.commit();
+    const std::lock_guard guard(m_mutex);
+    m_playableAds.reset();
 }
 
 void Catalogue::setAdPlayable(const std::string &publicId, bool isPlayable)
 {
-    m_store.lock()->run("UPDATE ads SET is_playable = ?2 WHERE public_id = ?1", publicId, isPlayable);
+    const Store::Lock db = m_store.lock();
+    db->run("UPDATE ads SET is_playable = ?2 WHERE public_id = ?1", publicId, isPlayable);
+    const std::lock_guard guard(m_mutex);
+    m_playableAds.reset();
 }
 
-std::optional<Track> Catalogue::trackWhere(const char *condition, const std::string &value)
+std::vector<int64_t> Catalogue::playableAds()
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        if (m_playableAds)
+            return *m_playableAds;
+    }
+    const Store::Lock db = m_store.lock(); // nobody changes the ads meanwhile
+    std::vector<int64_t> ads;
+    Statement row = db->prepare("SELECT id FROM ads WHERE is_playable = 1 ORDER BY id");
+    while (row.step())
+        ads.push_back(row.integer(0));
+    const std::lock_guard guard(m_mutex);
+    m_playableAds = ads;
+    return ads;
+}
+
+template <typename Value>
+std::optional<Track> Catalogue::trackWhere(const char *condition, const Value &value)
 {
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare(std::string(trackColumns) + condition);
@@ -164,7 +187,7 @@ std::optional<Track> Catalogue::trackWhere(const char *condition, const std::str
 
 std::optional<Track> Catalogue::track(int64_t id)
 {
-    return trackWhere("t.id = CAST(?1 AS INTEGER)", std::to_string(id));
+    return trackWhere("t.id = ?1", id);
 }
 
 std::optional<Track> Catalogue::track(const std::string &publicId)
@@ -172,7 +195,8 @@ std::optional<Track> Catalogue::track(const std::string &publicId)
     return trackWhere("t.public_id = ?1", publicId);
 }
 
-std::optional<Ad> Catalogue::adWhere(const char *condition, const std::string &value)
+template <typename Value>
+std::optional<Ad> Catalogue::adWhere(const char *condition, const Value &value)
 {
     const Store::Lock db = m_store.lock();
     Statement row = db->prepare(std::string("SELECT id, public_id, title, line2, duration, audio_path, audio_type, "
@@ -187,7 +211,7 @@ std::optional<Ad> Catalogue::adWhere(const char *condition, const std::string &v
 
 std::optional<Ad> Catalogue::ad(int64_t id)
 {
-    return adWhere("id = CAST(?1 AS INTEGER)", std::to_string(id));
+    return adWhere("id = ?1", id);
 }
 
 std::optional<Ad> Catalogue::ad(const std::string &publicId)

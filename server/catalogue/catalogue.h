@@ -77,6 +77,8 @@ public:
 
     explicit Catalogue(Store &store);
 
+    Store &store() { return m_store; } // of the music
+
     // Adds tracks or brings known ones (by public id) up to date, in one transaction; the ids inside are ignored. For a
     // large catalogue hand over thousands at a time. Throws StoreError; then none of them is there.
     void put(const std::vector<Track> &tracks);
@@ -86,6 +88,7 @@ public:
 
     std::optional<Track> track(int64_t id);
     std::optional<Track> track(const std::string &publicId);
+    std::vector<int64_t> playableAds(); // by id
     std::optional<Ad> ad(int64_t id);
     std::optional<Ad> ad(const std::string &publicId);
     std::string artistName(int64_t id); // empty when unknown
@@ -124,14 +127,17 @@ public:
     bool waitUntil(const std::function<bool()> &isEnough, std::chrono::milliseconds longest);
 
 private:
-    std::optional<Track> trackWhere(const char *condition, const std::string &value);
-    std::optional<Ad> adWhere(const char *condition, const std::string &value);
+    template <typename Value>
+    std::optional<Track> trackWhere(const char *condition, const Value &value);
+    template <typename Value>
+    std::optional<Ad> adWhere(const char *condition, const Value &value);
 
     Store &m_store;
-    std::mutex m_mutex; // guards the next three
+    std::mutex m_mutex; // guards the next four; never held while the store's lock is asked for
     std::function<void(const std::set<std::string> &)> m_tellWanted;
-    std::set<std::string> m_growing;  // sources
-    std::set<std::string> m_expected; // styles
+    std::set<std::string> m_growing;                   // sources
+    std::set<std::string> m_expected;                  // styles
+    std::optional<std::vector<int64_t>> m_playableAds; // nothing: not read since the last change
     std::optional<double> m_loudness = storedLoudness;
     std::atomic<uint64_t> m_revision{0};
     std::atomic<uint64_t> m_presenceChanges{0};

@@ -2,7 +2,7 @@
 
 #include "server/accounts/secrets.h"
 #include "server/catalogue/searchtext.h"
-#include "server/store/database.h"
+#include "server/store/connection.h"
 
 namespace velmora::server {
 
@@ -19,8 +19,8 @@ int64_t Owners::artist(const std::string &name)
     if (row.step()) {
         id = row.integer(0);
     } else {
-        m_db.run("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3)", randomToken(9), name, folded);
-        id = m_db.lastRowId();
+        id = m_db.number("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3) RETURNING id",
+                         randomToken(9), name, folded);
         m_db.run("INSERT INTO artist_search (rowid, name) VALUES (?1, ?2)", id, indexedText(name));
     }
     return m_artists[name] = id;
@@ -37,8 +37,9 @@ int64_t Owners::unknownArtist(const std::string &name, const std::string &place)
     row.with(key);
     if (row.step())
         return m_artists[key] = row.integer(0);
-    m_db.run("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3)", randomToken(9), name, key);
-    return m_artists[key] = m_db.lastRowId();
+    return m_artists[key] =
+               m_db.number("INSERT INTO artists (public_id, name, folded) VALUES (?1, ?2, ?3) RETURNING id",
+                           randomToken(9), name, key);
 }
 
 int64_t Owners::album(const AlbumKey &key)
@@ -54,9 +55,9 @@ int64_t Owners::album(const AlbumKey &key)
     if (row.step()) {
         id = row.integer(0);
     } else {
-        m_db.run("INSERT INTO albums (public_id, artist_id, title, year, folder) VALUES (?1, ?2, ?3, ?4, ?5)",
-                 randomToken(9), key.artistId, key.title, key.year, Blob{key.folder});
-        id = m_db.lastRowId();
+        id = m_db.number("INSERT INTO albums (public_id, artist_id, title, year, folder) VALUES (?1, ?2, ?3, ?4, ?5) "
+                         "RETURNING id",
+                         randomToken(9), key.artistId, key.title, key.year, Blob{key.folder});
     }
     return m_albums[remembered] = id;
 }

@@ -8,7 +8,7 @@
 
 namespace velmora::server {
 
-class Database;
+class Connection;
 
 // What tells one album from another. `folder` is empty but for compilations: two of them may share artist and title.
 struct AlbumKey {
@@ -22,7 +22,7 @@ struct AlbumKey {
 // transaction, on the thread that holds the store's lock.
 class Owners {
 public:
-    explicit Owners(Database &db)
+    explicit Owners(Connection &db)
         : m_db(db)
     {
     }
@@ -38,7 +38,7 @@ public:
     void setStyles(int64_t trackId, const std::vector<std::string> &styles);
 
 private:
-    Database &m_db;
+    Connection &m_db;
     std::map<std::string, int64_t> m_artists;
     std::map<std::tuple<int64_t, std::string, std::string>, int64_t> m_albums;
 };

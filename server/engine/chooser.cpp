@@ -9,6 +9,7 @@ namespace velmora::engine {
 namespace {
 
 constexpr size_t shortlistSize = 300;
+constexpr size_t enoughOfCandidates = 60; // with fewer on the shortlist, other tracks of a large library are looked at
 constexpr float noiseScale = 0.35f;
 constexpr float freshWeight = 0.5f;
 constexpr size_t mostRecent = 60;       // recordings
@@ -34,9 +35,12 @@ public:
                 break;
         }
         size_t fitting = scores.fitCount();
+        // Where so many fit, the excluded ones change no rule.
+        const bool isPlenty =
+            fitting > circumstances.excludedTracks.size() + circumstances.plays.size() + 2 * mostRecent;
         for (const int64_t id : circumstances.excludedTracks) {
             const std::optional<Position> track = m_index.find(id);
-            if (track && m_excluded.insert(m_index.facts(*track).recording).second && fitting > 0 &&
+            if (track && m_excluded.insert(m_index.facts(*track).recording).second && fitting > 0 && !isPlenty &&
                 scores.base(*track) >= scores.fitThreshold())
                 --fitting;
         }
@@ -155,22 +159,23 @@ private:
     std::unordered_set<int64_t> m_albums, m_artists, m_composers, m_recordings, m_works; // kept apart now
 };
 
-// Calls `take` with every track by falling base until it answers false.
+// Calls `take` with every track and its base until it answers false: first the candidates, by falling base; then the
+// rest of a large library, by falling suitability of its clusters. The base of the rest is computed when `take` asks
+// for it.
 template <typename Take>
 void walk(const StationScores &scores, const Take &take)
 {
-    for (const Position track : scores.best()) {
-        if (!take(track))
+    for (const StationScores::Ranked &ranked : scores.best()) {
+        if (!take(
+                ranked.track, [&] { return ranked.base; }, false))
             return;
     }
-    if (scores.best().size() == scores.index().size())
-        return;
-    // The best of a large library were not enough; the rest is not in order, but all of it is looked at.
-    const float last = scores.base(scores.best().back());
-    const std::unordered_set<Position> seen(scores.best().begin(), scores.best().end());
-    for (Position track = 0; track < scores.index().size(); ++track) {
-        if (scores.base(track) <= last && !seen.contains(track) && !take(track))
-            return;
+    for (const uint16_t cluster : scores.clusters()) {
+        for (const Position track : scores.index().clusters().members(cluster)) {
+            if (!scores.isCandidate(track) && !take(
+                                                  track, [&] { return scores.base(track); }, true))
+                return;
+        }
     }
 }
 
@@ -181,8 +186,11 @@ bool leavesEnough(const StationScores &scores, const Rules &rules)
     const size_t wanted = std::clamp<size_t>(rules.fitting() / 4, 1, enoughTracks);
     size_t tracks = 0, fitting = 0;
     std::unordered_set<int64_t> artists, allArtists;
-    walk(scores, [&](Position track) {
-        if (scores.base(track) < scores.fitThreshold())
+    walk(scores, [&](Position track, const auto &base, bool isBeyond) {
+        // Computing what nobody may hear would take long.
+        if (isBeyond && !rules.allow(track))
+            return true;
+        if (base() < scores.fitThreshold())
             return false;
         ++fitting;
         const int64_t artist = scores.index().facts(track).artist;
@@ -198,21 +206,22 @@ bool leavesEnough(const StationScores &scores, const Rules &rules)
     return tracks >= wanted && artists.size() >= wantedArtists;
 }
 
-// The best allowed tracks: those that none outside has a higher score than.
+// The best allowed tracks: those that no other candidate has a higher score than.
 std::vector<Candidate> shortlist(const StationScores &scores, const Rules &rules)
 {
     // Having been played only ever lowers a score: once 300 are found that stand above the next base, the rest cannot
     // reach them.
     std::vector<std::pair<float, Position>> found;
     const auto isHigher = std::greater<std::pair<float, Position>>();
-    walk(scores, [&](Position track) {
+    walk(scores, [&](Position track, const auto &baseOf, bool isBeyond) {
+        if (isBeyond && found.size() >= enoughOfCandidates)
+            return false;
         if (!rules.allow(track))
             return true;
-        if (found.size() >= shortlistSize) {
-            if (scores.base(track) <= found.front().first)
-                return false;
-        }
-        const std::pair<float, Position> entry = {scores.base(track) + rules.fresh(track), track};
+        const float base = baseOf();
+        if (found.size() >= shortlistSize && base <= found.front().first)
+            return false;
+        const std::pair<float, Position> entry = {base + rules.fresh(track), track};
         if (found.size() >= shortlistSize) {
             if (entry <= found.front())
                 return true;

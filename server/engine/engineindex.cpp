@@ -79,7 +79,8 @@ std::vector<float> ranks(const std::vector<std::optional<float>> &values)
 
 } // namespace
 
-EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping)
+EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping,
+                         size_t largestWithoutClusters)
     : m_styles(boundStyles(music))
     , m_likeness(descriptorsOf(order(music)))
     , m_shares(music, m_likeness, votes, isStopping)
@@ -112,6 +113,8 @@ EngineIndex::EngineIndex(EngineMusic music, StyleShares::Votes votes, const std:
     addReplaced(music.replaced);
     findCommonStyles();
     rankAttributes(music);
+    if (size() > largestWithoutClusters)
+        m_clusters = TrackClusters(m_likeness, m_shares, m_attributes);
 }
 
 void EngineIndex::addReplaced(const std::vector<ReplacedTrack> &replaced)
@@ -176,6 +179,9 @@ void EngineIndex::findCommonStyles()
     std::stable_sort(m_commonStyles.begin(), m_commonStyles.end(),
                      [&](int a, int b) { return sums[static_cast<size_t>(a)] > sums[static_cast<size_t>(b)]; });
     m_commonStyles.resize(std::min(m_commonStyles.size(), mostCommonStyles));
+    m_commonPlaces.assign(m_styles.size(), -1);
+    for (size_t place = 0; place < m_commonStyles.size(); ++place)
+        m_commonPlaces[static_cast<size_t>(m_commonStyles[place])] = static_cast<int8_t>(place);
 }
 
 void EngineIndex::rankAttributes(const EngineMusic &music)

@@ -1,19 +1,11 @@
 #pragma once
 
-#include "server/engine/styleshares.h"
+#include "server/engine/trackclusters.h"
 
 #include <memory>
 #include <unordered_map>
 
 namespace velmora::engine {
-
-// What a track is like in words, each a rank in the library from -1 to 1; 0 where it is not known.
-enum class Attribute { Energy, Brightness, Tempo, Minor, Busyness };
-constexpr size_t attributeCount = 5;
-using Attributes = std::array<float, attributeCount>;
-
-// A track's place in an index.
-using Position = uint32_t;
 
 struct TrackFacts {
     int64_t id = 0;
@@ -33,8 +25,9 @@ struct TrackFacts {
 class EngineIndex {
 public:
     // Ids of tracks must differ. Of more than 4096 styles those with the most tracks are kept. Votes take seconds for a
-    // large library; see StyleShares.
-    EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping = nullptr);
+    // large library; see StyleShares. A library of more than `largestWithoutClusters` tracks is put in clusters.
+    EngineIndex(EngineMusic music, StyleShares::Votes votes, const std::atomic<bool> *isStopping = nullptr,
+                size_t largestWithoutClusters = TrackClusters::largestWithout);
 
     size_t size() const { return m_facts.size(); }
     const TrackFacts &facts(Position track) const { return m_facts[track]; }
@@ -46,10 +39,14 @@ public:
 
     const Likeness &likeness() const { return m_likeness; }
     const StyleShares &shares() const { return m_shares; }
+    // None in a small library.
+    const TrackClusters &clusters() const { return m_clusters; }
     const std::vector<EngineStyle> &styles() const { return m_styles; }
     std::optional<int> findStyle(const std::string &name) const;
     // The styles with the most tracks, at most 40: what learning looks at.
     const std::vector<int> &commonStyles() const { return m_commonStyles; }
+    // A style's place among them; -1 when it is not one.
+    int commonPlace(int style) const { return m_commonPlaces[static_cast<size_t>(style)]; }
     Attributes attributes(Position track) const;
 
 private:
@@ -64,7 +61,9 @@ private:
     Likeness m_likeness;
     StyleShares m_shares;
     std::vector<int> m_commonStyles;
-    std::vector<std::array<int8_t, attributeCount>> m_attributes; // 127 is 1
+    std::vector<int8_t> m_commonPlaces; // by style
+    std::vector<AttributeBytes> m_attributes;
+    TrackClusters m_clusters;
 };
 
 } // namespace velmora::engine

@@ -139,15 +139,22 @@ ReasonText wordsFor(const StationScores &scores, const Candidate &candidate, siz
     return {"learned", learnedWords(scores, track, term - static_cast<size_t>(Term::FirstLearned))};
 }
 
-} // namespace
+// The scores of a shortlist. Each is a sum of some fifty terms, and many questions are asked of them.
+std::vector<float> scoresOf(const Pick &pick)
+{
+    std::vector<float> scores;
+    for (const Candidate &candidate : pick.shortlist)
+        scores.push_back(candidate.score());
+    return scores;
+}
 
-size_t winnerWithout(const Pick &pick, const std::vector<size_t> &terms)
+size_t winnerWithout(const Pick &pick, const std::vector<float> &scores, const std::vector<size_t> &terms)
 {
     // A term that is the same for all decides nothing: leaving it out is the same as setting it to its mean.
     size_t best = 0;
     float highest = 0;
     for (size_t i = 0; i < pick.shortlist.size(); ++i) {
-        float score = pick.shortlist[i].score();
+        float score = scores[i];
         for (const size_t term : terms)
             score -= pick.shortlist[i].terms[term];
         if (i == 0 || score > highest) {
@@ -158,8 +165,16 @@ size_t winnerWithout(const Pick &pick, const std::vector<size_t> &terms)
     return best;
 }
 
+} // namespace
+
+size_t winnerWithout(const Pick &pick, const std::vector<size_t> &terms)
+{
+    return winnerWithout(pick, scoresOf(pick), terms);
+}
+
 std::vector<size_t> decisiveTerms(const Pick &pick)
 {
+    const std::vector<float> scores = scoresOf(pick);
     const std::array<float, termCount> mean = means(pick);
     const Terms &terms = pick.candidate().terms;
     std::vector<size_t> order;
@@ -171,7 +186,7 @@ std::vector<size_t> decisiveTerms(const Pick &pick)
                      [&](size_t a, size_t b) { return terms[a] - mean[a] > terms[b] - mean[b]; });
     std::vector<size_t> single;
     for (const size_t term : order) {
-        if (single.size() < mostSingle && winnerWithout(pick, {term}) != pick.winner)
+        if (single.size() < mostSingle && winnerWithout(pick, scores, {term}) != pick.winner)
             single.push_back(term);
     }
     if (!single.empty())
@@ -181,7 +196,7 @@ std::vector<size_t> decisiveTerms(const Pick &pick)
         if (together.size() == mostTogether)
             break;
         together.push_back(term);
-        if (winnerWithout(pick, together) != pick.winner)
+        if (winnerWithout(pick, scores, together) != pick.winner)
             return together;
     }
     return {};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <random>
 
 namespace velmora::engine {
 
@@ -15,7 +16,14 @@ constexpr float unlikeWeight = 2.5f;
 constexpr float unlikeFrom = 0.75f; // likeness to a track with a thumb down, from which it counts
 constexpr float likedWeight = 0.5f; // of a track with a thumb up, beside a seed's 1
 constexpr size_t artistExamples = 5;
-constexpr size_t mostBest = 4096;
+constexpr size_t mostModels = 6; // examples or disliked tracks that a candidate of a cluster is compared with
+constexpr size_t candidateCount = 600;
+constexpr size_t mostOfCluster = 100;
+constexpr size_t mostOfArtist = 40;
+constexpr size_t mostOfRareStyle = 200, mostOfRareStyles = 400;
+constexpr float rareWish = 0.3f;
+constexpr float clusterNoise = 0.2f;  // so much moves equally good clusters
+constexpr float unlikeCluster = 0.4f; // likeness of clusters from which tracks in them may be too much alike
 // Where the tracks that fit begin: half way from the middle of the library to the best ones, for which the track of
 // this rank stands, or that of an eighth of a small library.
 constexpr size_t fitRank = 60;
@@ -67,15 +75,32 @@ float sumOf(const Terms &terms)
 }
 
 StationScores::StationScores(std::shared_ptr<const EngineIndex> index, const StationTaste &taste,
-                             const StationScores *previous)
+                             const StationScores *previous, uint64_t rotation)
     : m_index(std::move(index))
     , m_isAboutNothing(taste.seeds.empty() && taste.liked.empty())
     , m_taste(*m_index, taste.events)
 {
     findExamples(taste);
     wishStyles();
-    compare(previous);
+    if (isWhole()) {
+        compareAll(previous);
+    } else {
+        rankClusters(rotation);
+        gatherCandidates(rotation);
+        compareCandidates();
+    }
     rank();
+    findThreshold();
+}
+
+std::optional<size_t> StationScores::placeOf(Position track) const
+{
+    if (isWhole())
+        return track;
+    const auto found = std::lower_bound(m_candidates.begin(), m_candidates.end(), track);
+    if (found == m_candidates.end() || *found != track)
+        return std::nullopt;
+    return static_cast<size_t>(found - m_candidates.begin());
 }
 
 void StationScores::findExamples(const StationTaste &taste)
@@ -122,9 +147,15 @@ void StationScores::wishStyles()
     const float largest = m_styleWishes.empty() ? 0 : *std::max_element(m_styleWishes.begin(), m_styleWishes.end());
     if (largest > 0)
         std::for_each(m_styleWishes.begin(), m_styleWishes.end(), [&](float &wish) { wish /= largest; });
+    m_slopes.resize(m_styleWishes.size());
+    std::transform(m_styleWishes.begin(), m_styleWishes.end(), m_slopes.begin(),
+                   [](float wish) { return styleWeight * wish; });
+    const std::vector<int> &common = m_index->commonStyles();
+    for (size_t i = 0; i < common.size(); ++i)
+        m_slopes[static_cast<size_t>(common[i])] += m_taste.weight(attributeCount + i);
 }
 
-void StationScores::compare(const StationScores *previous)
+void StationScores::compareAll(const StationScores *previous)
 {
     const size_t size = m_index->size();
     const auto knows = [](const std::vector<Example> &examples, const Example &wanted) {
@@ -132,69 +163,215 @@ void StationScores::compare(const StationScores *previous)
             return example.track == wanted.track && example.weight == wanted.weight;
         });
     };
+    const auto dislikes = [](const std::vector<Position> &disliked, Position wanted) {
+        return std::find(disliked.begin(), disliked.end(), wanted) != disliked.end();
+    };
     const bool isOfUse = previous && previous->m_index == m_index &&
                          std::all_of(previous->m_examples.begin(), previous->m_examples.end(),
                                      [&](const Example &example) { return knows(m_examples, example); }) &&
-                         std::all_of(previous->m_disliked.begin(), previous->m_disliked.end(), [&](Position track) {
-                             return std::find(m_disliked.begin(), m_disliked.end(), track) != m_disliked.end();
-                         });
-    if (isOfUse) {
-        m_likeness = previous->m_likeness;
-        m_unlikeness = previous->m_unlikeness;
-    } else {
-        m_likeness.assign(size, {});
-        m_unlikeness.assign(size, 0);
-    }
+                         std::all_of(previous->m_disliked.begin(), previous->m_disliked.end(),
+                                     [&](Position track) { return dislikes(m_disliked, track); });
+    if (isOfUse)
+        m_comparisons = previous->m_comparisons;
+    else
+        m_comparisons.resize(size);
     for (const Example &example : m_examples) {
-        if (!isOfUse || !knows(previous->m_examples, example))
-            compareWith(example);
+        for (Position track = 0; track < size && !(isOfUse && knows(previous->m_examples, example)); ++track)
+            compare(track, example, m_comparisons[track]);
     }
-    const Likeness &likeness = m_index->likeness();
     for (const Position disliked : m_disliked) {
-        const bool isKnown = isOfUse && std::find(previous->m_disliked.begin(), previous->m_disliked.end(), disliked) !=
-                                            previous->m_disliked.end();
-        if (isKnown || !likeness.isDescribed(disliked))
-            continue;
-        for (Position track = 0; track < size; ++track) {
-            if (likeness.isDescribed(track)) {
-                const auto value = rounded<uint8_t>(likeness.all(track, disliked) * byteSteps);
-                m_unlikeness[track] = std::max(m_unlikeness[track], value);
-            }
-        }
+        for (Position track = 0; track < size && !(isOfUse && dislikes(previous->m_disliked, disliked)); ++track)
+            compare(track, disliked, m_comparisons[track]);
     }
     std::array<double, likenessTerms> sums{};
     double count = 0;
     for (Position track = 0; track < size; ++track) {
-        if (!likeness.isDescribed(track))
+        if (!m_index->likeness().isDescribed(track))
             continue;
         for (size_t g = 0; g < likenessTerms; ++g)
-            sums[g] += m_likeness[track][g];
+            sums[g] += m_comparisons[track].alike[g];
         ++count;
     }
     for (size_t g = 0; g < likenessTerms && count > 0; ++g)
         m_meanLikeness[g] = static_cast<float>(sums[g] / count) / byteSteps;
 }
 
-void StationScores::compareWith(const Example &example)
+void StationScores::compare(Position track, const Example &example, Comparison &comparison) const
 {
     const Likeness &likeness = m_index->likeness();
-    if (!likeness.isDescribed(example.track))
+    if (!likeness.isDescribed(track) || !likeness.isDescribed(example.track))
         return;
-    for (Position track = 0; track < m_index->size(); ++track) {
-        if (!likeness.isDescribed(track))
-            continue;
-        const ByGroup alike = likeness.likeness(track, example.track);
-        for (size_t g = 0; g < likenessTerms; ++g) {
-            const auto value = rounded<uint8_t>(alike[g] * example.weight * byteSteps);
-            m_likeness[track][g] = std::max(m_likeness[track][g], value);
-        }
+    const ByGroup alike = likeness.likeness(track, example.track);
+    for (size_t g = 0; g < likenessTerms; ++g) {
+        const auto value = rounded<uint8_t>(alike[g] * example.weight * byteSteps);
+        comparison.alike[g] = std::max(comparison.alike[g], value);
     }
 }
 
-float StationScores::likenessTerm(Position track, size_t group) const
+void StationScores::compare(Position track, Position disliked, Comparison &comparison) const
+{
+    const Likeness &likeness = m_index->likeness();
+    if (likeness.isDescribed(track) && likeness.isDescribed(disliked))
+        comparison.unlike = std::max(comparison.unlike, rounded<uint8_t>(likeness.all(track, disliked) * byteSteps));
+}
+
+StationScores::Comparison StationScores::compare(Position track, const Models &models) const
+{
+    Comparison comparison;
+    for (const Example &example : models.examples)
+        compare(track, example, comparison);
+    for (const Position disliked : models.disliked)
+        compare(track, disliked, comparison);
+    return comparison;
+}
+
+// By the likeness of the clusters to those of the examples, which was computed with the index.
+void StationScores::rankClusters(uint64_t rotation)
+{
+    const TrackClusters &clusters = m_index->clusters();
+    const Likeness &likeness = m_index->likeness();
+    std::array<std::vector<uint8_t>, likenessTerms> alike;
+    for (size_t g = 0; g < likenessTerms; ++g) {
+        alike[g].resize(clusters.size());
+        for (const Example &example : m_examples) {
+            if (!likeness.isDescribed(example.track))
+                continue;
+            const std::span<const uint8_t> row = clusters.likeness(clusters.of(example.track), g);
+            const auto weight = static_cast<unsigned>(example.weight * 256);
+            for (size_t c = 0; c < row.size(); ++c)
+                alike[g][c] = std::max(alike[g][c], static_cast<uint8_t>(row[c] * weight / 256));
+        }
+    }
+    std::vector<uint8_t> unlike(clusters.size());
+    for (const Position disliked : m_disliked) {
+        if (!likeness.isDescribed(disliked))
+            continue;
+        const std::span<const uint8_t> row = clusters.likenessOfAll(clusters.of(disliked));
+        for (size_t c = 0; c < row.size(); ++c)
+            unlike[c] = std::max(unlike[c], row[c]);
+    }
+    std::array<double, likenessTerms> sums{};
+    double described = 0;
+    for (size_t c = 0; c < clusters.size(); ++c) {
+        if (!clusters.isDescribed(c))
+            continue;
+        const auto count = static_cast<double>(clusters.members(c).size());
+        described += count;
+        for (size_t g = 0; g < likenessTerms; ++g)
+            sums[g] += count * alike[g][c];
+    }
+    for (size_t g = 0; g < likenessTerms && described > 0; ++g)
+        m_meanLikeness[g] = static_cast<float>(sums[g] / described) / byteSteps;
+
+    std::mt19937 random(static_cast<uint32_t>(rotation));
+    std::vector<std::pair<float, uint16_t>> order;
+    order.reserve(clusters.size());
+    m_clusterBases.resize(clusters.size());
+    for (size_t c = 0; c < clusters.size(); ++c) {
+        const Comparison comparison = {{alike[0][c], alike[1][c], alike[2][c]}, unlike[c]};
+        float sum = unlikeTerm(comparison);
+        for (size_t g = 0; g < likenessTerms; ++g)
+            sum += likenessWeights[g] * m_index->shares().soundTrust() *
+                   (clusters.isDescribed(c) ? static_cast<float>(comparison.alike[g]) / byteSteps : m_meanLikeness[g]);
+        for (const StyleShare &share : clusters.shares(c))
+            sum += share.value() * m_slopes[share.style];
+        for (size_t k = 0; k < attributeCount; ++k)
+            sum += m_taste.weight(k) * clusters.attributes(c)[k];
+        m_clusterBases[c] = sum;
+        const float noise = clusterNoise * static_cast<float>(random()) / static_cast<float>(std::mt19937::max());
+        order.emplace_back(sum + noise, static_cast<uint16_t>(c));
+    }
+    std::sort(order.begin(), order.end(), std::greater<>());
+    m_clusters.reserve(order.size());
+    for (const auto &[sum, cluster] : order)
+        m_clusters.push_back(cluster);
+}
+
+void StationScores::gatherCandidates(uint64_t rotation)
+{
+    // Of too many every so manieth, from another one on each time.
+    const auto add = [&](std::span<const Position> tracks, size_t most) {
+        const size_t count = std::min(tracks.size(), most);
+        for (size_t i = 0; i < count; ++i)
+            m_candidates.push_back(tracks[(i * tracks.size() / count + rotation) % tracks.size()]);
+    };
+    for (const uint16_t cluster : m_clusters) {
+        if (m_candidates.size() >= candidateCount)
+            break;
+        add(m_index->clusters().members(cluster), mostOfCluster);
+    }
+    for (const int64_t artist : m_seedArtists)
+        add(m_index->tracksOfArtist(artist), mostOfArtist);
+    const size_t most = m_candidates.size() + mostOfRareStyles;
+    for (size_t style = 0; style < m_styleWishes.size() && m_candidates.size() < most; ++style) {
+        if (m_styleWishes[style] >= rareWish)
+            add(m_index->clusters().tracksOfRareStyle(static_cast<int>(style)), mostOfRareStyle);
+    }
+    // What the listener named is there in any case.
+    for (const Example &example : m_examples)
+        m_candidates.push_back(example.track);
+    std::sort(m_candidates.begin(), m_candidates.end());
+    m_candidates.erase(std::unique(m_candidates.begin(), m_candidates.end()), m_candidates.end());
+}
+
+StationScores::Models StationScores::modelsOf(size_t cluster) const
+{
+    const TrackClusters &clusters = m_index->clusters();
+    Models models;
+    if (!clusters.isDescribed(cluster))
+        return models;
+    std::vector<std::pair<float, const Example *>> examples;
+    for (const Example &example : m_examples) {
+        const size_t other = clusters.of(example.track);
+        float sum = 0;
+        for (size_t g = 0; g < likenessTerms; ++g)
+            sum += likenessWeights[g] * static_cast<float>(clusters.likeness(other, g)[cluster]);
+        examples.emplace_back(sum * example.weight, &example);
+    }
+    const auto shorten = [](auto &all) {
+        if (all.size() > mostModels)
+            std::nth_element(all.begin(), all.begin() + mostModels, all.end(), std::greater<>());
+        all.resize(std::min(all.size(), mostModels));
+    };
+    shorten(examples);
+    for (const auto &[sum, example] : examples)
+        models.examples.push_back(*example);
+    std::vector<std::pair<uint8_t, Position>> disliked;
+    for (const Position track : m_disliked) {
+        const uint8_t value = clusters.likenessOfAll(clusters.of(track))[cluster];
+        if (static_cast<float>(value) >= unlikeCluster * byteSteps)
+            disliked.emplace_back(value, track);
+    }
+    shorten(disliked);
+    for (const auto &[value, track] : disliked)
+        models.disliked.push_back(track);
+    return models;
+}
+
+void StationScores::compareCandidates()
+{
+    std::unordered_map<size_t, Models> models; // by cluster
+    m_comparisons.reserve(m_candidates.size());
+    for (const Position track : m_candidates) {
+        const size_t cluster = m_index->clusters().of(track);
+        auto found = models.find(cluster);
+        if (found == models.end())
+            found = models.emplace(cluster, modelsOf(cluster)).first;
+        m_comparisons.push_back(compare(track, found->second));
+    }
+}
+
+StationScores::Comparison StationScores::comparisonOf(Position track) const
+{
+    if (const std::optional<size_t> place = placeOf(track))
+        return m_comparisons[*place];
+    return compare(track, modelsOf(m_index->clusters().of(track)));
+}
+
+float StationScores::likenessTerm(Position track, const Comparison &comparison, size_t group) const
 {
     const float likeness = m_index->likeness().isDescribed(track)
-                               ? static_cast<float>(m_likeness[track][group]) / byteSteps
+                               ? static_cast<float>(comparison.alike[group]) / byteSteps
                                : m_meanLikeness[group];
     return likenessWeights[group] * m_index->shares().soundTrust() * likeness;
 }
@@ -207,9 +384,9 @@ float StationScores::styleTerm(Position track) const
     return styleWeight * sum;
 }
 
-float StationScores::unlikeTerm(Position track) const
+float StationScores::unlikeTerm(const Comparison &comparison)
 {
-    const float unlikeness = (static_cast<float>(m_unlikeness[track]) / byteSteps - unlikeFrom) / (1 - unlikeFrom);
+    const float unlikeness = (static_cast<float>(comparison.unlike) / byteSteps - unlikeFrom) / (1 - unlikeFrom);
     return -unlikeWeight * std::clamp(unlikeness, 0.0f, 1.0f);
 }
 
@@ -218,23 +395,35 @@ float StationScores::artistTerm(Position track) const
     return m_seedArtists.contains(m_index->facts(track).artist) ? artistWeight : 0;
 }
 
-float StationScores::plainTerms(Position track) const
+float StationScores::baseOf(Position track, const Comparison &comparison) const
 {
-    float sum = artistTerm(track) + unlikeTerm(track);
+    float sum = artistTerm(track) + unlikeTerm(comparison);
     for (size_t g = 0; g < likenessTerms; ++g)
-        sum += likenessTerm(track, g);
+        sum += likenessTerm(track, comparison, g);
+    for (const StyleShare &share : m_index->shares().of(track))
+        sum += share.value() * m_slopes[share.style];
+    const Attributes attributes = m_index->attributes(track);
+    for (size_t k = 0; k < attributeCount; ++k)
+        sum += m_taste.weight(k) * attributes[k];
     return sum;
+}
+
+float StationScores::base(Position track) const
+{
+    const std::optional<size_t> place = placeOf(track);
+    return place ? m_base[*place] : baseOf(track, comparisonOf(track));
 }
 
 Terms StationScores::terms(Position track) const
 {
+    const Comparison comparison = comparisonOf(track);
     Terms terms{};
     at(terms, Term::Style) = styleTerm(track);
     at(terms, Term::Artist) = artistTerm(track);
-    at(terms, Term::Sound) = likenessTerm(track, 0);
-    at(terms, Term::Beat) = likenessTerm(track, 1);
-    at(terms, Term::Harmony) = likenessTerm(track, 2);
-    at(terms, Term::Unlike) = unlikeTerm(track);
+    at(terms, Term::Sound) = likenessTerm(track, comparison, 0);
+    at(terms, Term::Beat) = likenessTerm(track, comparison, 1);
+    at(terms, Term::Harmony) = likenessTerm(track, comparison, 2);
+    at(terms, Term::Unlike) = unlikeTerm(comparison);
     const Traits traits = traitsOf(*m_index, track);
     for (size_t k = 0; k < mostTraits; ++k)
         terms[static_cast<size_t>(Term::FirstLearned) + k] = m_taste.weight(k) * traits[k];
@@ -252,44 +441,51 @@ bool StationScores::isRelated(Position track) const
 
 void StationScores::rank()
 {
-    const size_t size = m_index->size();
-    // What a full share of each style is worth, by the station's wishes and by what was learned.
-    std::vector<float> slopes(m_styleWishes.size());
-    std::transform(m_styleWishes.begin(), m_styleWishes.end(), slopes.begin(),
-                   [](float wish) { return styleWeight * wish; });
-    const std::vector<int> &common = m_index->commonStyles();
-    for (size_t i = 0; i < common.size(); ++i)
-        slopes[static_cast<size_t>(common[i])] += m_taste.weight(attributeCount + i);
-    m_base.resize(size);
-    for (Position track = 0; track < size; ++track) {
-        float sum = plainTerms(track);
-        for (const StyleShare &share : m_index->shares().of(track))
-            sum += share.value() * slopes[share.style];
-        const Attributes attributes = m_index->attributes(track);
-        for (size_t k = 0; k < attributeCount; ++k)
-            sum += m_taste.weight(k) * attributes[k];
-        m_base[track] = sum;
+    const size_t count = m_comparisons.size();
+    m_base.reserve(count);
+    m_best.reserve(count);
+    for (size_t place = 0; place < count; ++place) {
+        const Position track = isWhole() ? static_cast<Position>(place) : m_candidates[place];
+        m_base.push_back(baseOf(track, m_comparisons[place]));
+        m_best.push_back({track, m_base.back()});
     }
-    m_best.resize(size);
-    std::iota(m_best.begin(), m_best.end(), 0);
-    const auto isBetter = [&](Position a, Position b) {
-        return m_base[a] != m_base[b] ? m_base[a] > m_base[b] : a < b;
-    };
+    std::sort(m_best.begin(), m_best.end(),
+              [](const Ranked &a, const Ranked &b) { return a.base != b.base ? a.base > b.base : a.track < b.track; });
+}
+
+void StationScores::findThreshold()
+{
+    const size_t size = m_index->size();
     if (size == 0)
         return;
-    const auto middle = m_best.begin() + static_cast<std::ptrdiff_t>(size / 2);
-    std::nth_element(m_best.begin(), middle, m_best.end(), isBetter);
-    const float median = m_base[*middle];
-    const auto end = m_best.begin() + static_cast<std::ptrdiff_t>(std::min(size, mostBest));
-    if (end != m_best.end())
-        std::nth_element(m_best.begin(), end, m_best.end(), isBetter);
-    std::sort(m_best.begin(), end, isBetter);
-    const float high = m_base[m_best[std::clamp<size_t>(size / smallLibrary, 1, fitRank) - 1]];
+    float median = 0;
+    if (isWhole()) {
+        median = m_best[size / 2].base;
+    } else {
+        // The clusters stand for their tracks.
+        std::vector<std::pair<float, size_t>> bases;
+        for (size_t c = 0; c < m_clusterBases.size(); ++c)
+            bases.emplace_back(m_clusterBases[c], m_index->clusters().members(c).size());
+        std::sort(bases.begin(), bases.end(), std::greater<>());
+        size_t above = 0;
+        const auto middle = std::find_if(bases.begin(), bases.end(), [&](const auto &cluster) {
+            above += cluster.second;
+            return above > size / 2;
+        });
+        median = middle->first;
+    }
+    const float high = m_best[std::clamp<size_t>(size / smallLibrary, 1, std::min(fitRank, m_best.size())) - 1].base;
     // Rounding must not tell equal tracks apart.
     m_fitThreshold = median + fitShare * (high - median) - 1e-4f;
     m_fitCount = static_cast<size_t>(
-        std::count_if(m_base.begin(), m_base.end(), [&](float base) { return base >= m_fitThreshold; }));
-    m_best.resize(std::min(size, mostBest));
+        std::count_if(m_best.begin(), m_best.end(), [&](const Ranked &track) { return track.base >= m_fitThreshold; }));
+    size_t known = 0;
+    for (const uint16_t cluster : m_clusters) {
+        // The first ones are among the candidates.
+        known += m_index->clusters().members(cluster).size();
+        if (known > candidateCount && m_clusterBases[cluster] >= m_fitThreshold)
+            m_fitCount += m_index->clusters().members(cluster).size();
+    }
 }
 
 } // namespace velmora::engine

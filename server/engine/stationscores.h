@@ -41,13 +41,20 @@ struct Example {
     bool isSeed = false;
 };
 
-// What every track of an index scores on one station, whatever was played there lately. Immutable once built; about
-// 12 bytes a track.
+// What the tracks of an index score on one station, whatever was played there lately. In a small library all tracks are
+// candidates; in one with clusters some 600 are, those of the clusters that suit the station best. The others have the
+// same scores, computed when they are asked for. Immutable once built; 16 bytes a candidate.
 class StationScores {
 public:
-    // `previous`, of the same station, spares comparing with examples that it already knows; may be null.
+    struct Ranked {
+        Position track = 0;
+        float base = 0;
+    };
+
+    // `previous`, of the same station, spares comparing with examples that it already knows; may be null. `rotation`:
+    // with another number, other ones of equally good clusters are candidates.
     StationScores(std::shared_ptr<const EngineIndex> index, const StationTaste &taste,
-                  const StationScores *previous = nullptr);
+                  const StationScores *previous = nullptr, uint64_t rotation = 0);
 
     const EngineIndex &index() const { return *m_index; }
     const std::shared_ptr<const EngineIndex> &sharedIndex() const { return m_index; }
@@ -55,12 +62,15 @@ public:
     // All terms but Fresh, which stays 0.
     Terms terms(Position track) const;
     // Their sum.
-    float base(Position track) const { return m_base[track]; }
-    // Positions by falling base: all of a small index, the first 4096 of a large one.
-    const std::vector<Position> &best() const { return m_best; }
+    float base(Position track) const;
+    // The candidates by falling base.
+    const std::vector<Ranked> &best() const { return m_best; }
+    bool isCandidate(Position track) const { return placeOf(track).has_value(); }
+    // The clusters by falling suitability; none in a small library.
+    const std::vector<uint16_t> &clusters() const { return m_clusters; }
     // Tracks from this base on fit the station; the others fill it up when there is nothing else.
     float fitThreshold() const { return m_fitThreshold; }
-    size_t fitCount() const { return m_fitCount; }
+    size_t fitCount() const { return m_fitCount; } // with clusters an estimate
     // Whether something speaks for the track that the listener asked for; always true on a station about nothing.
     bool isRelated(Position track) const;
 
@@ -70,17 +80,38 @@ public:
 
 private:
     static constexpr size_t likenessTerms = 3; // Sound, Beat, Harmony
+    // The highest likeness to an example, times its weight, in each group; to a disliked track, over everything. In
+    // steps of 1/255.
+    struct Comparison {
+        std::array<uint8_t, likenessTerms> alike{};
+        uint8_t unlike = 0;
+    };
+    // What a cluster's tracks are compared with: of many examples those that are like it.
+    struct Models {
+        std::vector<Example> examples;
+        std::vector<Position> disliked;
+    };
 
+    bool isWhole() const { return m_index->clusters().size() == 0; }
+    std::optional<size_t> placeOf(Position track) const;
     void findExamples(const StationTaste &taste);
     void wishStyles();
-    void compare(const StationScores *previous);
-    void compareWith(const Example &example);
+    void compareAll(const StationScores *previous);
+    void rankClusters(uint64_t rotation);
+    void gatherCandidates(uint64_t rotation);
+    void compareCandidates();
+    Models modelsOf(size_t cluster) const;
+    void compare(Position track, const Example &example, Comparison &comparison) const;
+    void compare(Position track, Position disliked, Comparison &comparison) const;
+    Comparison compare(Position track, const Models &models) const;
+    Comparison comparisonOf(Position track) const;
     void rank();
-    float likenessTerm(Position track, size_t group) const;
+    void findThreshold();
+    float likenessTerm(Position track, const Comparison &comparison, size_t group) const;
     float styleTerm(Position track) const;
     float artistTerm(Position track) const;
-    float unlikeTerm(Position track) const;
-    float plainTerms(Position track) const; // all but styles and what was learned
+    static float unlikeTerm(const Comparison &comparison);
+    float baseOf(Position track, const Comparison &comparison) const;
 
     std::shared_ptr<const EngineIndex> m_index;
     bool m_isAboutNothing;
@@ -90,13 +121,14 @@ private:
     std::vector<int> m_seedStyles;
     std::vector<float> m_styleWishes;
     Taste m_taste;
-    // By track: the highest likeness to an example, times its weight, in each group; to a disliked one, over
-    // everything. In steps of 1/255.
-    std::vector<std::array<uint8_t, likenessTerms>> m_likeness;
-    std::vector<uint8_t> m_unlikeness;
+    std::vector<float> m_slopes; // by style: what a full share is worth, by wishes and by what was learned
+    std::vector<uint16_t> m_clusters;
+    std::vector<float> m_clusterBases;                 // by cluster, an estimate of its tracks' base
+    std::vector<Position> m_candidates;                // ascending; empty when the library is whole
+    std::vector<Comparison> m_comparisons;             // of the candidates
+    std::vector<float> m_base;                         // of the candidates
     std::array<float, likenessTerms> m_meanLikeness{}; // stands for tracks without a descriptor
-    std::vector<float> m_base;
-    std::vector<Position> m_best;
+    std::vector<Ranked> m_best;
     float m_fitThreshold = 0;
     size_t m_fitCount = 0;
 };

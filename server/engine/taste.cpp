@@ -20,9 +20,10 @@ Traits traitsOf(const EngineIndex &index, Position track)
     Traits traits{};
     const Attributes attributes = index.attributes(track);
     std::copy(attributes.begin(), attributes.end(), traits.begin());
-    const std::vector<int> &common = index.commonStyles();
-    for (size_t i = 0; i < common.size(); ++i)
-        traits[attributeCount + i] = index.shares().share(track, common[i]);
+    for (const StyleShare &share : index.shares().of(track)) {
+        if (const int place = index.commonPlace(share.style); place >= 0)
+            traits[attributeCount + static_cast<size_t>(place)] = share.value();
+    }
     return traits;
 }
 

@@ -3,6 +3,7 @@
 #include "server/http/conditions.h"
 #include "server/http/peers.h"
 #include "server/http/server.h"
+#include "server/logging/log.h"
 
 #include <boost/asio/post.hpp>
 #include <boost/beast/http/status.hpp>
@@ -77,7 +78,7 @@ void Connection::advanceAfter(Change change)
         while (step()) {
         }
     } catch (const std::exception &error) { // out of memory, most likely; the others go on
-        std::fprintf(stderr, "velmora-server: a connection was ended: %s\n", error.what());
+        logs::warn(std::string("a connection was ended: ") + error.what());
         end();
     }
 }
@@ -115,6 +116,14 @@ void Connection::finish()
     m_isFinishing = true;
     if (m_phase != Phase::Working && m_phase != Phase::Answering)
         end();
+}
+
+void Connection::drain()
+{
+    if (m_phase != Phase::Awaiting)
+        return;
+    m_pause->request->isWaitOver = true;
+    advanceAfter([this] { askAgain(); });
 }
 
 bool Connection::step()
@@ -201,6 +210,8 @@ bool Connection::headersRead()
     request.arrivedAt = Clock::now();
     request.address = m_loop.proxies.callerBehind(m_address, listOf(request.headers, "X-Forwarded-For"));
     request.network = networkOf(request.address);
+    request.isFromProxy = m_loop.proxies.contains(m_address);
+    request.id = requestIdOf(headerOf(request.headers, "X-Request-Id"));
     m_isHead = request.method == "HEAD";
     m_isKeptAlive = m_parser->isKeptAlive();
     m_route = m_loop.router.find(request);
@@ -209,6 +220,7 @@ bool Connection::headersRead()
         refuse(404, request);
         return true;
     }
+    request.route = m_route->path;
     m_parser->setMostBody(m_route->mostBody);
     const size_t body = m_parser->expectedBody();
     if (body > m_route->mostBody || m_loop.bodyBytes + body > limits.bodies) {
@@ -249,10 +261,12 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
         bool isDone = true;
         try {
             *response = route->handler(*request);
-            if (!response->lane && !response->wait)
+            if (!response->lane && !response->wait) {
                 applyConditions(*request, *response);
+                self->answered(*request, *response);
+            }
         } catch (const std::exception &error) {
-            std::fprintf(stderr, "velmora-server: %s: %s\n", route->path.c_str(), error.what());
+            logs::warn(route->path + ": " + error.what(), request->id);
             isDone = false;
         }
         asio::io_context &io = self->m_loop.io;
@@ -291,6 +305,7 @@ void Connection::await(std::shared_ptr<Request> request, const Response &respons
     if (!m_awaitsUntil)
         m_awaitsUntil = Clock::now() + response.waitAtMost;
     m_pause = Pause{std::move(request), response.wait};
+    ++m_loop.awaiting;
     ++m_pauses;
     setWaiting(true);
     m_deadline = *m_awaitsUntil;
@@ -305,6 +320,8 @@ void Connection::await(std::shared_ptr<Request> request, const Response &respons
                 self->advanceAfter([&] { self->askAgain(); });
         });
     });
+    if (m_loop.isDraining)
+        drain();
 }
 
 // A caller that goes away while it waits is noticed.
@@ -340,6 +357,7 @@ void Connection::leaveAwaiting()
         return;
     m_pause->wait->forget();
     m_pause.reset();
+    --m_loop.awaiting;
     boost::system::error_code ignored;
     m_socket.cancel(ignored);
 }
@@ -359,7 +377,15 @@ void Connection::refuse(int status, const Request &request)
     m_isHead = request.method == "HEAD";
     if (m_parser && m_parser->failure() != 0)
         m_isKeptAlive = false;
-    respond(m_loop.settings.refusal(status, request));
+    Response response = m_loop.settings.refusal(status, request);
+    answered(request, response);
+    respond(std::move(response));
+}
+
+void Connection::answered(const Request &request, Response &response) const
+{
+    if (m_loop.settings.answered)
+        m_loop.settings.answered(request, response);
 }
 
 void Connection::respond(Response response)
@@ -369,7 +395,7 @@ void Connection::respond(Response response)
         return;
     m_parser.reset();
     m_awaitsUntil.reset();
-    m_isKeptAlive = m_isKeptAlive && !m_isFinishing;
+    m_isKeptAlive = m_isKeptAlive && !m_isFinishing && !m_loop.isDraining;
     m_output = headOf(response, m_isKeptAlive, m_loop.settings.sendsHsts);
     m_outputSent = 0;
     if (!m_isHead && response.status != 304) {

@@ -5,6 +5,7 @@
 #include "server/http/transport.h"
 #include "server/http/workerpool.h"
 
+#include <atomic>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <list>
@@ -29,6 +30,8 @@ struct Loop {
     std::vector<char> scratch;                // what is read passes through it
     std::list<Connection *> waiting;          // for something from the caller; the longest first
     size_t bodyBytes = 0;                     // reserved for bodies
+    std::atomic<size_t> awaiting = 0;         // requests in Phase::Awaiting; for other threads, too
+    bool isDraining = false;                  // no connection is kept after its answer
     std::function<void(Connection &)> forget; // called once, at a connection's end
 };
 
@@ -47,6 +50,8 @@ public:
     // Ends at once, except that an answer which is prepared or sent from memory is finished.
     void finish();
     void end();
+    // A request that waits for news is answered now.
+    void drain();
 
 private:
     enum class Phase {
@@ -82,6 +87,7 @@ private:
     void leaveAwaiting();
     void askAgain();
 
+    void answered(const Request &request, Response &response) const;
     void refuse(int status, const Request &request);
     void respond(Response response);
     void answerDone();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <random>
 #include <strings.h>
 
 namespace velmora::server::http {
@@ -20,6 +21,20 @@ std::string_view headerOf(const Headers &headers, std::string_view name)
     const auto found = std::find_if(headers.begin(), headers.end(),
                                     [&](const auto &header) { return isSameName(header.first, name); });
     return found == headers.end() ? std::string_view() : std::string_view(found->second);
+}
+
+std::string requestIdOf(std::string_view sent)
+{
+    constexpr size_t least = 8;
+    constexpr size_t most = 64;
+    if (sent.size() >= least && sent.size() <= most &&
+        sent.find_first_not_of("0123456789abcdefABCDEF-") == std::string_view::npos)
+        return std::string(sent);
+    thread_local std::mt19937_64 numbers{std::random_device{}()};
+    char text[33];
+    std::snprintf(text, sizeof text, "%016llx%016llx", static_cast<unsigned long long>(numbers()),
+                  static_cast<unsigned long long>(numbers()));
+    return text;
 }
 
 std::string decoded(std::string_view text, bool isPath)

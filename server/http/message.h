@@ -54,6 +54,9 @@ struct Request {
     std::vector<std::string> pieces; // what matched the asterisks of the route
     std::chrono::steady_clock::time_point arrivedAt; // the end of its headers
     bool isWaitOver = false;                         // the time of its wait is up: the handler must answer
+    std::string id;                                  // for logs: requestIdOf()
+    std::string route;                               // the path of its route; empty: no route matches
+    bool isFromProxy = false;                        // it came from a trusted proxy
 
     std::string_view header(std::string_view name) const { return headerOf(headers, name); }
     // A field of the posted form, or of the query of any other method; decoded. Empty when there is none.
@@ -64,6 +67,12 @@ struct Request {
 
 // What a handler answers: a text or a part of a file.
 struct Response {
+    // For logs and metrics, beside the request's route.
+    struct Record {
+        std::optional<int> code; // nothing: the status
+        int64_t account = 0;     // whose request it was; 0: nobody's
+    };
+    Record record;
     std::optional<Lane> lane;                // no answer: the handler is to be called again by a thread of this lane
     std::shared_ptr<Wait> wait;              // no answer yet: the handler is to be called again after the wait
     std::chrono::milliseconds waitAtMost{0}; // all waits of the request together; the first one sets it
@@ -85,6 +94,9 @@ struct Response {
     static Response answeredAfter(std::shared_ptr<Wait> wait, std::chrono::milliseconds atMost);
 };
 
+// What names a request in the logs of everybody on its way: what the caller sent in X-Request-Id, if that is 8 to 64
+// hexadecimal digits and hyphens, else a random one. A token or a name never has this form.
+std::string requestIdOf(std::string_view sent);
 // "%41+b" is "A b"; what is no valid escape stays as it is. In a path a plus sign is itself.
 std::string decoded(std::string_view text, bool isPath);
 

@@ -52,19 +52,9 @@ public:
         , m_files(m_settings.limits.fileWorkers, m_settings.limits.queued, m_settings.limits.queuedOfAddress)
         , m_passwords(m_settings.limits.passwordWorkers, m_settings.limits.queued, m_settings.limits.passwordsOfAddress)
         , m_readers(m_settings.limits.fileWorkers, m_settings.limits.queued, m_settings.limits.queued)
-        , m_loop{m_settings,
-                 m_router,
-                 m_proxies,
-                 m_io,
-                 m_functions,
-                 m_files,
-                 m_passwords,
-                 m_readers,
-                 m_tls.get(),
-                 std::vector<char>(64 * 1024),
-                 {},
-                 0,
-                 [this](Connection &ended) { forget(ended); }}
+        , m_loop{m_settings, m_router,    m_proxies, m_io,        m_functions,
+                 m_files,    m_passwords, m_readers, m_tls.get(), std::vector<char>(64 * 1024),
+                 {},         0,           0,         false,       [this](Connection &ended) { forget(ended); }}
     {
         // A stream holds its socket and its file.
         const size_t descriptors = raisedDescriptorLimit();
@@ -118,7 +108,32 @@ public:
         });
     }
 
-    Load load() { return {m_connectionCount, m_functions.queued(), m_files.queued(), m_passwords.queued()}; }
+    Load load()
+    {
+        return {m_connectionCount, m_functions.queued(), m_files.queued(), m_passwords.queued(),
+                m_loop.awaiting,   m_functions.busy(),   m_files.busy(),   m_passwords.busy()};
+    }
+
+    bool readCertificateAgain()
+    {
+        if (m_settings.tlsCertificate.empty())
+            return false;
+        asio::post(m_io, [this, tls = tlsContext(m_settings.tlsCertificate, m_settings.tlsKey)] {
+            m_tls = tls; // connections hold their context themselves
+            m_loop.tls = m_tls.get();
+        });
+        return true;
+    }
+
+    void drain()
+    {
+        asio::post(m_io, [this] {
+            m_loop.isDraining = true;
+            const std::vector<Connection *> all(m_connections.begin(), m_connections.end());
+            for (Connection *connection : all)
+                connection->drain();
+        });
+    }
 
     void stop()
     {
@@ -239,7 +254,7 @@ private:
     const ServerSettings m_settings;
     const Router m_router;
     const TrustedProxies m_proxies;
-    const std::shared_ptr<SSL_CTX> m_tls; // null: no TLS
+    std::shared_ptr<SSL_CTX> m_tls; // null: no TLS; once it runs, of the event loop's thread
     asio::io_context m_io{1};
     tcp::acceptor m_acceptor{m_io};
     tcp m_protocol = tcp::v4();       // of what it accepts
@@ -277,6 +292,16 @@ void Server::start()
 Load Server::load() const
 {
     return m_engine->load();
+}
+
+void Server::drain()
+{
+    m_engine->drain();
+}
+
+bool Server::readCertificateAgain()
+{
+    return m_engine->readCertificateAgain();
 }
 
 void Server::stop()

@@ -16,6 +16,8 @@ struct ServerSettings {
     // The answer to what no handler sees: unknown paths, broken requests, limits. The request holds as much as was
     // read. Event loop's thread; quick.
     std::function<Response(int status, const Request &request)> refusal;
+    // Every answer, refusals too, before it is sent; optional. A worker's or the event loop's thread; quick.
+    std::function<void(const Request &request, Response &response)> answered;
 };
 
 // What the server holds at a moment.
@@ -24,6 +26,10 @@ struct Load {
     size_t functions = 0; // requests that wait for a thread, by lane
     size_t files = 0;
     size_t passwords = 0;
+    size_t awaiting = 0;      // requests that wait for news, without a thread
+    size_t busyFunctions = 0; // threads that answer at this moment, by lane
+    size_t busyFiles = 0;
+    size_t busyPasswords = 0;
 };
 
 // An HTTP/1.1 server: one thread for all connections, two pools that answer.
@@ -38,6 +44,13 @@ public:
     void start();
     // Any thread.
     Load load() const;
+    // New connections get the certificate that the files hold now; the others keep theirs. Throws std::runtime_error,
+    // and nothing changes, when certificate and key cannot be used. False without
+    // TLS. Any thread, between start() and stop().
+    bool readCertificateAgain();
+    // Says to everybody that no request follows on this connection: answers end theirs, requests that wait for news are
+    // answered. New connections are still taken. Any thread, before stop().
+    void drain();
     // Takes no more connections, ends streams and idle connections at once, lets answers in preparation end within
     // `endTime`, and waits for the threads.
     void stop();

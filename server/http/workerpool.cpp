@@ -39,6 +39,12 @@ size_t WorkerPool::queued()
     return m_queued;
 }
 
+size_t WorkerPool::busy()
+{
+    const std::lock_guard guard(m_mutex);
+    return m_busy;
+}
+
 void WorkerPool::stop()
 {
     std::unordered_map<std::string, Queue> dropped; // destroyed without the lock
@@ -64,10 +70,12 @@ void WorkerPool::work()
         if (m_queued == 0)
             return;
         std::function<void()> job = takeNext();
+        ++m_busy;
         lock.unlock();
         job();
         job = nullptr; // what it holds is destroyed without the lock
         lock.lock();
+        --m_busy;
     }
 }
 

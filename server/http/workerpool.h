@@ -22,6 +22,8 @@ public:
     bool add(const std::string &caller, std::function<void()> job);
     // Jobs that wait for a thread. Any thread.
     size_t queued();
+    // Jobs that a thread works at. Any thread.
+    size_t busy();
     // Drops what has not begun, waits for the rest.
     void stop();
 
@@ -39,6 +41,7 @@ private:
     std::unordered_map<std::string, Queue> m_queues; // by caller; none is empty
     std::deque<std::string> m_turns;                 // the callers with a queue; the next in front
     size_t m_queued = 0;                             // jobs in all queues
+    size_t m_busy = 0;                               // threads that have a job
     bool m_isEnding = false;
     std::vector<std::thread> m_threads;
 };

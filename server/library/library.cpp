@@ -28,9 +28,10 @@ Library::Library(Store &store, Catalogue &catalogue, Clock clock, LibrarySetting
     , m_clock(std::move(clock))
     , m_transcodes(store, catalogue)
     , m_settings(std::move(settings))
+    , m_isAtRest(m_settings.isAtRest)
     , m_config(m_settings.config)
 {
-    m_status.isPaused = m_settings.isAtRest || store.setting("library paused") == "1";
+    m_status.isPaused = m_isAtRest || m_store.isPaused();
     // Until the first look, nobody knows that there is nothing to play.
     const bool mayHaveMusic =
         !m_config.folders.empty() || !m_settings.demoFolders.empty() || !m_settings.configFile.empty();
@@ -47,27 +48,48 @@ void Library::start()
     const std::filesystem::path covers = m_settings.dataDirectory / "covers";
     ::mkdir(covers.c_str(), 0700);
     m_hasFormats = ::access(m_settings.formatsProgram.c_str(), X_OK) == 0;
-    if (m_settings.isAtRest) {
+    if (m_isAtRest)
         refreshCounts();
-    } else {
-        m_store.forgetOldAnalyses();
-        m_store.setHasFormats(m_hasFormats);
-        applyConfig();
-    }
+    else
+        prepareToScan();
     TranscodeSettings transcoding;
     transcoding.directory = m_settings.dataDirectory / "transcodes";
     transcoding.program = m_settings.formatsProgram;
     transcoding.pause = m_settings.storePause;
-    transcoding.spare = m_settings.isAtRest ? 0 : m_settings.spareTranscodes;
+    transcoding.spare = m_isAtRest ? 0 : m_settings.spareTranscodes;
     transcoding.reserveBytes = m_settings.reserveBytes;
     transcoding.say = m_settings.say;
     transcoding.leaveOut = [this](const ToAnalyse &file, const char *reason, const std::string &problem) {
-        if (!m_settings.isAtRest)
+        if (!m_isAtRest)
             m_store.putAnalysisFailure(file, reason, problem);
     };
     m_transcodes.start(std::move(transcoding));
-    if (m_settings.isAtRest)
+    if (!m_isAtRest)
+        startThreads();
+}
+
+void Library::endRest()
+{
+    if (!m_isAtRest)
         return;
+    {
+        const std::lock_guard guard(m_mutex);
+        m_status.isPaused = m_store.isPaused();
+    }
+    prepareToScan();
+    m_isAtRest = false;
+    startThreads();
+}
+
+void Library::prepareToScan()
+{
+    m_store.forgetOldAnalyses();
+    m_store.setHasFormats(m_hasFormats);
+    applyConfig();
+}
+
+void Library::startThreads()
+{
     m_scanner = std::thread([this] { scanLoop(); });
     m_watcher = std::thread([this] { watchRoots(); });
 }

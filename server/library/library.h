@@ -69,6 +69,8 @@ public:
     ~Library(); // stops
 
     void start();
+    // Begins to scan, after start() with `isAtRest`; spare transcodes are not made. On the thread of start().
+    void endRest();
     // Returns once every thread has ended; a file that is being read is given up.
     void stop();
 
@@ -84,6 +86,9 @@ public:
     bool waitUntilDone(std::chrono::milliseconds longest, int64_t rounds = 1);
 
 private:
+    void prepareToScan();
+    void startThreads();
+
     // Scanner thread.
     void scanLoop();
     void applyConfig();
@@ -126,6 +131,7 @@ private:
     Clock m_clock;
     Transcodes m_transcodes;
     LibrarySettings m_settings;
+    std::atomic<bool> m_isAtRest;                  // until endRest(), if it is at first
     LibraryConfig m_config;                        // in force; scanner thread
     std::string m_configText;                      // stamp of the file that it came from; scanner thread
     bool m_isConfigured = false;                   // scanner thread, once it runs

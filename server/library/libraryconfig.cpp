@@ -1,17 +1,11 @@
 #include "server/library/libraryconfig.h"
 
-#include "server/catalogue/textfolding.h"
-
 #include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <sstream>
 
 namespace velmora::server {
 
 namespace {
-
-constexpr size_t mostBytes = 1024 * 1024;
 
 std::string trimmed(const std::string &text)
 {
@@ -104,68 +98,30 @@ std::string withCommas(int64_t number)
     return text;
 }
 
-std::string printable(std::string_view bytes)
-{
-    std::string text;
-    for (size_t i = 0; i < bytes.size();) {
-        size_t length = 1;
-        while (length <= 4 && i + length <= bytes.size() && !isUtf8(bytes.substr(i, length)))
-            ++length;
-        const bool isCharacter = length <= 4 && i + length <= bytes.size() &&
-                                 static_cast<unsigned char>(bytes[i]) >= ' ' && bytes[i] != 0x7f;
-        text.append(isCharacter ? bytes.substr(i, length) : "?");
-        i += isCharacter ? length : 1;
-    }
-    return text;
-}
-
-std::variant<LibraryConfig, std::string> parseLibraryConfig(const std::string &text)
+LibraryConfig takeLibraryConfig(const ConfigFile &file, std::vector<ConfigProblem> *problems)
 {
     LibraryConfig config;
-    std::istringstream lines(text);
-    std::string line;
-    std::string section;
-    for (int number = 1; std::getline(lines, line); ++number) {
-        const auto wrong = [&](const std::string &what) { return "line " + std::to_string(number) + ": " + what; };
-        const std::string content = trimmed(line);
-        if (content.empty() || content[0] == '#')
-            continue;
-        if (content[0] == '[') {
-            if (content != "[library]" && content != "[house]")
-                return wrong("there is no section " + printable(content));
-            section = content;
-            continue;
-        }
-        const size_t equals = content.find('=');
-        if (equals == std::string::npos)
-            return wrong("a line is key = value");
-        if (section.empty())
-            return wrong("this belongs under [library] or [house]");
-        const std::string value = trimmed(content.substr(equals + 1));
-        const std::string key = trimmed(content.substr(0, equals));
-        if (value.empty())
-            return wrong(printable(key) + " has no value");
-        const std::string what = section == "[house]" ? takeHouse(config, key, value) : take(config, key, value);
+    *problems = file.problems;
+    for (const ConfigEntry &entry : file.entries) {
+        std::string what;
+        if (entry.section == houseSection)
+            what = takeHouse(config, entry.key, entry.value);
+        else if (entry.section == librarySection)
+            what = take(config, entry.key, entry.value);
         if (!what.empty())
-            return wrong(what);
+            problems->push_back({entry.line, what});
     }
+    std::stable_sort(problems->begin(), problems->end(), [](const auto &a, const auto &b) { return a.line < b.line; });
     return config;
 }
 
 std::variant<LibraryConfig, std::string> readLibraryConfig(const std::filesystem::path &file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    std::string text(mostBytes + 1, '\0');
-    if (!stream)
-        return "cannot read " + printable(file.string());
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<size_t>(stream.gcount()));
-    if (text.size() > mostBytes)
-        return printable(file.string()) + " is larger than 1 MiB";
-    auto parsed = parseLibraryConfig(text);
-    if (const auto *problem = std::get_if<std::string>(&parsed))
-        return printable(file.string()) + ", " + *problem;
-    return parsed;
+    std::vector<ConfigProblem> problems;
+    const LibraryConfig config = takeLibraryConfig(readConfigFile(file), &problems);
+    if (!problems.empty())
+        return describe(file, problems.front());
+    return config;
 }
 
 } // namespace velmora::server

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "server/config/configfile.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -28,17 +30,15 @@ struct LibraryConfig {
     bool operator==(const LibraryConfig &) const = default;
 };
 
-// Lines of `key = value` under `[library]` and `[house]`; '#' begins a comment line; `music` and `exclude` may come
-// several times. What is wrong, with its line number, for the person who wrote it.
-std::variant<LibraryConfig, std::string> parseLibraryConfig(const std::string &text);
-// The same of a file; one that is not there is an error too.
+// What stands under [library] and [house]; `music` and `exclude` may come several times. Sets the problems of the file
+// and of these two sections, in the order of the lines; a line with a problem counts for nothing.
+LibraryConfig takeLibraryConfig(const ConfigFile &file, std::vector<ConfigProblem> *problems);
+// The same of a file that must be without problems; else the first one, for the person who wrote it.
 std::variant<LibraryConfig, std::string> readLibraryConfig(const std::filesystem::path &file);
 
 // One spelling of a folder's path: "/a//b/" as "/a/b".
 std::filesystem::path plainPath(const std::filesystem::path &path);
 
-// Bytes that are no UTF-8 as '?', for logs and pages.
-std::string printable(std::string_view bytes);
 // "1,234,567"
 std::string withCommas(int64_t number);
 

@@ -178,4 +178,9 @@ void LibraryStore::keepPaused(bool isPaused)
     m_store.setSetting("library paused", isPaused ? "1" : "0");
 }
 
+bool LibraryStore::isPaused() const
+{
+    return m_store.setting("library paused") == "1";
+}
+
 } // namespace velmora::server

@@ -128,7 +128,8 @@ public:
     // Both change nothing when the file is another by now.
     void putAnalysis(const ToAnalyse &file, const media::MediaAnalysis &analysis, const std::string &leftOut);
     void putAnalysisFailure(const ToAnalyse &file, const std::string &leftOut, const std::string &problem);
-    // Of an older version: everything is listened to again.
+    // Of an older version: everything is listened to again. So is what took too long, a day later: the disk or the
+    // machine may have been slow.
     void forgetOldAnalyses();
 
     struct AlbumToPicture {
@@ -148,13 +149,14 @@ public:
     // Of a reason, or of any when that is empty; the newest first.
     std::vector<LeftOutFile> leftOutFiles(const std::string &reason, int64_t first, int most);
     void keepPaused(bool isPaused); // over restarts
+    bool isPaused() const;
     // Forgets the tries of files that failed, so that the next scan reads them again.
     void retryFailures();
 
 private:
-    int64_t putTrack(Database &db, int64_t rootId, const ReadFile &file, int64_t trackId);
-    bool isStill(Database &db, const ToAnalyse &file);
-    void keepReplaced(Database &db, int64_t fileId);
+    int64_t putTrack(Connection &db, int64_t rootId, const ReadFile &file, int64_t trackId);
+    bool isStill(Connection &db, const ToAnalyse &file);
+    void keepReplaced(Connection &db, int64_t fileId);
     // A file of the store with the same sound as one that was read.
     struct SoundHolder {
         int64_t fileId = 0;
@@ -164,15 +166,15 @@ private:
     };
     std::vector<SoundHolder> holdersOfSounds(const std::vector<ReadFile> &files);
     // The track that the file's place or sound had so far; 0: none. `gone`: files whose place no longer holds them.
-    int64_t takeOver(Database &db, int64_t rootId, const ReadFile &file, const std::set<int64_t> &gone);
-    void settleRecording(Database &db, int64_t trackId);
-    void refresh(Database &db, int64_t trackId);
+    int64_t takeOver(Connection &db, int64_t rootId, const ReadFile &file, const std::set<int64_t> &gone);
+    void settleRecording(Connection &db, int64_t trackId);
+    void refresh(Connection &db, int64_t trackId);
     int64_t dropMissing(int64_t before, bool isKeptToo);
-    static void drop(Database &db, int64_t trackId); // with thumbs and all that hangs on it
+    static void drop(Connection &db, int64_t trackId); // with thumbs and all that hangs on it
     // What listeners said of the track counts for another one of its recording, if there is one.
-    static void inherit(Database &db, int64_t trackId);
-    static void dropUnused(Database &db); // albums and artists without tracks
-    void joinRecordings(Database &db, int64_t trackId, int64_t otherId);
+    static void inherit(Connection &db, int64_t trackId);
+    static void dropUnused(Connection &db); // albums and artists without tracks
+    void joinRecordings(Connection &db, int64_t trackId, int64_t otherId);
     // A track with this sound, 0: none. Takes the lock itself, again and again.
     int64_t sameRecordingAs(int64_t trackId, const media::MediaAnalysis &analysis);
 

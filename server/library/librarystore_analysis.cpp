@@ -36,7 +36,7 @@ std::vector<ToAnalyse> LibraryStore::nextToAnalyse(size_t most, uint32_t randomS
     take(
         select + joins +
             "f.track_id IN (SELECT track_id FROM feedback UNION SELECT CAST(target AS INTEGER) FROM seeds WHERE kind = "
-            "'track' UNION SELECT track_id FROM issued_tracks) AND ?1 = ?1 AND" +
+            "'track' UNION SELECT r.value FROM stations, json_each(stations.recent) r) AND ?1 = ?1 AND" +
             rest,
         0);
     if (!result.empty())
@@ -56,7 +56,7 @@ std::vector<ToAnalyse> LibraryStore::nextToAnalyse(size_t most, uint32_t randomS
     return result;
 }
 
-bool LibraryStore::isStill(Database &db, const ToAnalyse &file)
+bool LibraryStore::isStill(Connection &db, const ToAnalyse &file)
 {
     Statement row = db.prepare("SELECT 1 FROM files WHERE id = ?1 AND track_id = ?2 AND size = ?3 AND mtime_ns = ?4");
     row.with(file.fileId, file.trackId, file.stamp.size, file.stamp.mtimeNs);
@@ -124,6 +124,10 @@ void LibraryStore::forgetOldAnalyses()
 {
     m_store.lock()->run("UPDATE files SET analysis_version = 0 WHERE analysis_version NOT IN (0, ?1)",
                         media::descriptorVersion);
+    constexpr int64_t day = 24 * 3600;
+    m_store.lock()->run(
+        "UPDATE files SET worker_version = 0, analysis_version = 0 WHERE left_out = ?1 AND noted_at < ?2",
+        leftout::slow, m_clock() - day);
 }
 
 std::vector<LibraryStore::AlbumToPicture> LibraryStore::albumsWithoutCover(size_t most)

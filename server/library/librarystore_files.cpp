@@ -117,7 +117,7 @@ std::vector<LibraryStore::SoundHolder> LibraryStore::holdersOfSounds(const std::
     return holders;
 }
 
-int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &file, const std::set<int64_t> &gone)
+int64_t LibraryStore::takeOver(Connection &db, int64_t rootId, const ReadFile &file, const std::set<int64_t> &gone)
 {
     int64_t ownTrack = 0;
     std::string ownPrint;
@@ -161,9 +161,9 @@ int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &fil
             db.run("DELETE FROM files WHERE id = ?1", other.id);
         int64_t fileId = file.knownId;
         if (fileId == 0) {
-            db.run("INSERT INTO files (root_id, path, size, mtime_ns, inode) VALUES (?1, ?2, 0, 0, 0)", rootId,
-                   Blob{file.path});
-            fileId = db.lastRowId();
+            fileId = db.number("INSERT INTO files (root_id, path, size, mtime_ns, inode) VALUES (?1, ?2, 0, 0, 0) "
+                               "RETURNING id",
+                               rootId, Blob{file.path});
         }
         putRow(fileId, other.trackId, file.tags.soundPrint);
         // Nothing may be left of it but a file that is missing.
@@ -183,7 +183,7 @@ int64_t LibraryStore::takeOver(Database &db, int64_t rootId, const ReadFile &fil
     return isSameSong ? ownTrack : 0;
 }
 
-void LibraryStore::keepReplaced(Database &db, int64_t fileId)
+void LibraryStore::keepReplaced(Connection &db, int64_t fileId)
 {
     // A row of its own, missing, under a name that no file in a folder has: should the sound appear elsewhere, the
     // track goes there.
@@ -204,7 +204,7 @@ void LibraryStore::keepReplaced(Database &db, int64_t fileId)
     settleRecording(db, track);
 }
 
-int64_t LibraryStore::putTrack(Database &db, int64_t rootId, const ReadFile &file, int64_t trackId)
+int64_t LibraryStore::putTrack(Connection &db, int64_t rootId, const ReadFile &file, int64_t trackId)
 {
     const TrackFacts &facts = file.facts;
     std::string rootPath;

@@ -19,7 +19,7 @@ constexpr int64_t scaleTracks = 50;  // fewer say nothing about how much numbers
 
 } // namespace
 
-void LibraryStore::refresh(Database &db, int64_t trackId)
+void LibraryStore::refresh(Connection &db, int64_t trackId)
 {
     db.run("UPDATE tracks SET is_playable = EXISTS (SELECT 1 FROM files f JOIN roots r ON r.id = f.root_id WHERE "
            "f.track_id = ?1 AND f.missing_since IS NULL AND f.left_out = '' AND r.is_present AND r.is_configured) "
@@ -27,7 +27,7 @@ void LibraryStore::refresh(Database &db, int64_t trackId)
            trackId);
 }
 
-void LibraryStore::settleRecording(Database &db, int64_t trackId)
+void LibraryStore::settleRecording(Connection &db, int64_t trackId)
 {
     int64_t recording = 0;
     {
@@ -73,7 +73,7 @@ void LibraryStore::settleRecording(Database &db, int64_t trackId)
     refresh(db, trackId);
 }
 
-void LibraryStore::joinRecordings(Database &db, int64_t trackId, int64_t otherId)
+void LibraryStore::joinRecordings(Connection &db, int64_t trackId, int64_t otherId)
 {
     Statement row =
         db.prepare("SELECT COALESCE((SELECT recording_id FROM tracks WHERE id = ?2), (SELECT recording_id "

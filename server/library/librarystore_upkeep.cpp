@@ -140,7 +140,7 @@ void LibraryStore::noteCoverFile(int64_t rootId, const std::string &path, const 
     change.commit();
 }
 
-void LibraryStore::inherit(Database &db, int64_t trackId)
+void LibraryStore::inherit(Connection &db, int64_t trackId)
 {
     int64_t heir = 0;
     {
@@ -161,7 +161,7 @@ void LibraryStore::inherit(Database &db, int64_t trackId)
                trackId, heir);
 }
 
-void LibraryStore::drop(Database &db, int64_t trackId)
+void LibraryStore::drop(Connection &db, int64_t trackId)
 {
     inherit(db, trackId);
     // A recording goes by the id of one of its tracks.
@@ -171,16 +171,14 @@ void LibraryStore::drop(Database &db, int64_t trackId)
     db.run("DELETE FROM track_search WHERE rowid = ?1", trackId);
     db.run("UPDATE styles SET tracks = tracks - 1 WHERE id IN (SELECT style_id FROM track_styles WHERE track_id = ?1)",
            trackId);
-    // Ids of rows that are gone may be given again.
-    for (const char *table : {"seeds", "music_tokens", "bookmarks"})
+    // Nothing else takes away what names a track by a text.
+    for (const char *table : {"seeds", "bookmarks"})
         db.run(std::string("DELETE FROM ") + table + " WHERE kind = 'track' AND target = CAST(?1 AS TEXT)", trackId);
     db.run("DELETE FROM tracks WHERE id = ?1", trackId);
 }
 
-void LibraryStore::dropUnused(Database &db)
+void LibraryStore::dropUnused(Connection &db)
 {
-    db.run("DELETE FROM music_tokens WHERE kind = 'album' AND CAST(target AS INTEGER) NOT IN (SELECT album_id FROM "
-           "tracks)");
     db.run("DELETE FROM albums WHERE id NOT IN (SELECT album_id FROM tracks)");
     // An artist that a station was made from comes back with the next file.
     const std::string idle =
@@ -188,7 +186,6 @@ void LibraryStore::dropUnused(Database &db)
         "UNION "
         "SELECT CAST(target AS INTEGER) FROM seeds WHERE kind = 'artist' UNION SELECT CAST(target AS INTEGER) FROM "
         "bookmarks WHERE kind = 'artist'))";
-    db.run("DELETE FROM music_tokens WHERE kind = 'artist' AND CAST(target AS INTEGER) IN " + idle);
     db.run("DELETE FROM artist_search WHERE rowid IN " + idle);
     db.run("DELETE FROM artists WHERE id IN " + idle);
 }

@@ -2,7 +2,9 @@
 
 #include <cerrno>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
+#include <fstream>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/eventfd.h>
@@ -22,7 +24,65 @@ constexpr auto tagsTime = 5s;
 constexpr auto pictureTime = 5s;
 constexpr int socketInChild = 3;
 
+std::chrono::nanoseconds processorTime(pid_t process)
+{
+    clockid_t clock{};
+    timespec time{};
+    if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0)
+        return 0ns;
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+// Whether the process computes or waits for a processor, not for a file.
+bool isRunnable(pid_t process)
+{
+    std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    std::getline(stat, line);
+    const size_t name = line.rfind(") ");
+    return name != std::string::npos && line[name + 2] == 'R';
+}
+
 } // namespace
+
+// How long a worker may take for one request. On a busy machine a file is not to blame for the wait: a worker that is
+// runnable, or had a twentieth of the time on a processor, gets more, until it had all of it there.
+class MediaWorker::Patience {
+public:
+    Patience(pid_t process, std::chrono::milliseconds longest)
+        : m_process(process)
+        , m_longest(longest)
+        , m_until(SteadyClock::now() + longest)
+        , m_end(SteadyClock::now() + mostTimes * longest)
+        , m_atStart(processorTime(process))
+        , m_before(m_atStart)
+    {
+    }
+
+    // Until it is time to ask again; 0: the time is over.
+    std::chrono::milliseconds left()
+    {
+        const auto now = SteadyClock::now();
+        if (now >= m_until) {
+            const auto used = processorTime(m_process);
+            const bool isBusy = isRunnable(m_process) || used - m_before >= m_longest / 20;
+            if (!isBusy || used - m_atStart >= m_longest || now >= m_end)
+                return 0ms;
+            m_before = used;
+            m_until = now + m_longest;
+        }
+        return std::chrono::ceil<std::chrono::milliseconds>(m_until - now);
+    }
+
+private:
+    static constexpr int mostTimes = 20;
+    const pid_t m_process;
+    const std::chrono::nanoseconds m_longest;
+    SteadyClock::time_point m_until;
+    const SteadyClock::time_point m_end; // whatever the worker does
+    const std::chrono::nanoseconds m_atStart;
+    std::chrono::nanoseconds m_before; // at the last extension
+};
 
 MediaWorker::MediaWorker(std::filesystem::path program, const char *role)
     : m_program(std::move(program))
@@ -125,12 +185,12 @@ bool MediaWorker::send(const Request &request, int file, int to) const
     return sent == sizeof request;
 }
 
-int MediaWorker::receive(void *buffer, size_t count, SteadyClock::time_point until) const
+int MediaWorker::receive(void *buffer, size_t count, Patience &patience) const
 {
     auto *to = static_cast<char *>(buffer);
     while (count > 0) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - SteadyClock::now());
-        if (left <= 0ms)
+        const std::chrono::milliseconds left = patience.left();
+        if (left == 0ms)
             return 0;
         pollfd waits[2] = {{m_socket, POLLIN, 0}, {m_wake, POLLIN, 0}};
         const int ready = ::poll(waits, 2, static_cast<int>(left.count()));
@@ -160,18 +220,18 @@ Outcome MediaWorker::ask(Request request, int file, int to, std::chrono::millise
         *problem = m_program.filename().string() + " cannot be started";
         return Outcome::NoWorker;
     }
-    const auto until = SteadyClock::now() + longest;
+    Patience patience(m_process, longest);
     request.sequence = ++m_sequence;
     const bool isFirst = m_files++ == 0;
     AnswerHead head;
     std::string bytes;
-    int result = send(request, file, to) ? receive(&head, sizeof head, until) : -1;
+    int result = send(request, file, to) ? receive(&head, sizeof head, patience) : -1;
     if (result == 1) {
         if (head.sequence != request.sequence || head.length > mostAnswerBytes) {
             result = -2;
         } else {
             bytes.resize(head.length);
-            result = receive(bytes.data(), bytes.size(), until);
+            result = receive(bytes.data(), bytes.size(), patience);
         }
     }
     const std::optional<std::vector<Field>> read = result == 1 ? readFields(bytes) : std::nullopt;

@@ -18,8 +18,9 @@ enum class Outcome {
 };
 
 // One process of velmora-media or velmora-media-formats, started when it is needed and replaced when it has died, was
-// too slow, or has read many files. Used by one thread, which must outlive it: the process ends with the thread that
-// started it.
+// too slow, or has read many files. A limit counts the time in which the process does nothing, or its processor time;
+// on a busy machine it therefore waits longer, twenty times at most. Used by one thread, which must outlive it: the
+// process ends with the thread that started it.
 class MediaWorker {
 public:
     // `role` is the program's argument; null: none.
@@ -47,6 +48,7 @@ public:
     static std::filesystem::path besideThisProgram(const char *name = "velmora-media");
 
 private:
+    class Patience;
     // `to` is the file to write, -1 where there is none.
     Outcome ask(Request request, int file, int to, std::chrono::milliseconds longest, std::vector<Field> *fields,
                 std::string *problem);
@@ -59,7 +61,7 @@ private:
     void end(); // kills and forgets it
     bool send(const Request &request, int file, int to) const;
     // Fills the buffer until the time is over: 1 done, 0 too late, -1 the other end has gone, -2 interrupted.
-    int receive(void *buffer, size_t count, std::chrono::steady_clock::time_point until) const;
+    int receive(void *buffer, size_t count, Patience &patience) const;
 
     std::filesystem::path m_program;
     const char *m_role;

@@ -10,13 +10,12 @@ namespace {
 
 using nlohmann::json;
 
-// Shorter than the time after which proxies end a silent request.
-constexpr std::chrono::seconds ordersWait{50};
 constexpr int replacedSeconds = 30;
 
 http::Response answer(const json &body)
 {
     http::Response response;
+    response.record.code = body.at("code").get<int>();
     response.setHeader("Cache-Control", "no-store");
     response.setContent(body.dump(-1, ' ', false, json::error_handler_t::replace), "application/json; charset=utf-8");
     return response;
@@ -64,7 +63,7 @@ http::Response Remote::takeOrders(const http::Request &request)
         const auto wait = std::make_shared<http::Wait>();
         orders = m_hub.ordersFor(ask, wait);
         if (!orders)
-            return http::Response::answeredAfter(wait, ordersWait);
+            return http::Response::answeredAfter(wait, m_hub.ordersWait(ask.radio));
     }
     if (orders->isReplaced)
         return refused(Code::TooMany, "another program with this device key asks", {{"retryAfter", replacedSeconds}});
@@ -73,7 +72,7 @@ http::Response Remote::takeOrders(const http::Request &request)
         list.push_back(json::parse(order));
     return answer({{"code", 0},
                    {"data",
-                    {{"epoch", m_hub.epoch()},
+                    {{"epoch", orders->epoch},
                      {"last", orders->last},
                      {"isWatched", orders->isWatched},
                      {"wantsReport", orders->isReportWanted},

@@ -7,7 +7,7 @@ namespace velmora::server {
 Remote::Remote(StationService &service, WebPages &pages, RemoteHub::Now now)
     : m_service(service)
     , m_pages(pages)
-    , m_hub(std::move(now))
+    , m_hub(std::move(now), &service.store)
 {
     m_pages.whenAccessEnds([this] { m_hub.askEverybody(); });
 }

@@ -8,29 +8,141 @@ namespace velmora::server {
 
 namespace {
 
-void wakeAll(const std::vector<std::shared_ptr<http::Wait>> &waits)
-{
-    for (const auto &wait : waits)
-        wait->wake();
-}
+constexpr size_t mostWaiting = 200'000; // radios at one process
+
+// Of a radio that has no record on the board.
+constexpr const char *restingEpoch = "-";
+// For so long after a telephone's first look a radio that waits at another process counts as there.
+constexpr std::chrono::seconds answerTime{1};
+// For so long after the last look a radio's record stays on the board.
+constexpr std::chrono::seconds recordLife{60};
+
+// Shorter than the time after which proxies and networks of telephones end a silent request.
+constexpr std::chrono::seconds longOrdersWait{50};
+constexpr std::chrono::seconds longLookWait{25};
+// Who waits at another process cannot be seen; it asks again before the other side forgets it.
+constexpr std::chrono::seconds sharedOrdersWait{3};
+constexpr std::chrono::seconds sharedLookWait{5};
 
 } // namespace
 
-RemoteHub::RemoteHub(Now now)
+RemoteHub::RemoteHub(Now now, Store *store)
     : m_now(std::move(now))
-    , m_epoch(randomToken(8))
+    , m_waiting(mostWaiting)
 {
+    if (store && store->isShared()) {
+        m_board = std::make_unique<RemoteBoard>(*store, [this](const std::string &radio) {
+            wakeRadio(radio);
+            wakeWatchers(radio);
+        });
+    }
 }
 
-bool RemoteHub::isHere(const Radio &radio, Clock::time_point now) const
+std::chrono::seconds RemoteHub::ordersWait(const std::string &radio)
 {
-    return !radio.wait.expired() || (radio.askedAt && now - *radio.askedAt < grace);
+    return m_board && m_board->has(radio) ? sharedOrdersWait : longOrdersWait;
 }
 
-bool RemoteHub::isWatched(Radio &radio, Clock::time_point now) const
+std::chrono::seconds RemoteHub::lookWait() const
 {
-    std::erase_if(radio.watchers, [](const Watcher &watcher) { return watcher.wait.expired(); });
-    return !radio.watchers.empty() || (radio.lookedAt && now - *radio.lookedAt < grace);
+    return m_board ? sharedLookWait : longLookWait;
+}
+
+bool RemoteHub::use(const std::string &key, bool isMade, const RemoteBoard::Work &work)
+{
+    if (m_board) {
+        const bool isNew = isMade && !m_board->has(key);
+        const bool isUsed = m_board->use(key, isMade, work);
+        if (isNew)
+            wakeRadio(key); // it may wait here, and says so
+        return isUsed;
+    }
+    const auto now = m_now();
+    const std::lock_guard guard(m_mutex);
+    if (!isMade && !m_radios.find(key))
+        return false;
+    Radio &radio = m_radios.at(key);
+    if (radio.epoch.empty())
+        radio.epoch = randomToken(8);
+    work(radio, now);
+    return true;
+}
+
+std::shared_ptr<http::Wait> RemoteHub::exchangeWait(const std::string &key, const std::shared_ptr<http::Wait> &wait)
+{
+    const std::lock_guard guard(m_waitingMutex);
+    return std::exchange(m_waiting.at(key).radio, wait).lock();
+}
+
+void RemoteHub::wakeRadio(const std::string &key)
+{
+    std::shared_ptr<http::Wait> woken;
+    {
+        const std::lock_guard guard(m_waitingMutex);
+        if (Waiting *const waiting = m_waiting.find(key))
+            woken = waiting->radio.lock();
+    }
+    if (woken)
+        woken->wake();
+}
+
+void RemoteHub::wakeWatchers(const std::string &key)
+{
+    std::vector<Watcher> watchers;
+    {
+        const std::lock_guard guard(m_waitingMutex);
+        if (Waiting *const waiting = m_waiting.find(key))
+            watchers.swap(waiting->watchers);
+    }
+    for (const Watcher &watcher : watchers) {
+        if (const auto wait = watcher.wait.lock())
+            wait->wake();
+    }
+}
+
+bool RemoteHub::hasWatchers(const std::string &key)
+{
+    const std::lock_guard guard(m_waitingMutex);
+    Waiting *const waiting = m_waiting.find(key);
+    if (!waiting)
+        return false;
+    std::erase_if(waiting->watchers, [](const Watcher &watcher) { return watcher.wait.expired(); });
+    return !waiting->watchers.empty();
+}
+
+bool RemoteHub::addWatcher(const std::string &key, const std::string &session, const std::shared_ptr<http::Wait> &wait)
+{
+    const std::lock_guard guard(m_waitingMutex);
+    std::vector<Watcher> &watchers = m_waiting.at(key).watchers;
+    std::erase_if(watchers, [](const Watcher &watcher) { return watcher.wait.expired(); });
+    const auto ofSession = [&](const Watcher &watcher) { return watcher.session == session; };
+    if (static_cast<size_t>(std::count_if(watchers.begin(), watchers.end(), ofSession)) >= mostWatchersOfSession)
+        return false;
+    watchers.push_back({session, wait});
+    return true;
+}
+
+bool RemoteHub::isHere(const Radio &radio, const std::string &key, Clock::time_point now)
+{
+    if (radio.askedAt && now - *radio.askedAt < grace)
+        return true;
+    if (m_board)
+        return !radio.askedAt && now - radio.madeAt < answerTime;
+    const std::lock_guard guard(m_waitingMutex);
+    const Waiting *const waiting = m_waiting.find(key);
+    return waiting && !waiting->radio.expired();
+}
+
+bool RemoteHub::isWatched(const Radio &radio, const std::string &key, Clock::time_point now)
+{
+    const std::chrono::seconds life = m_board ? sharedLookWait + grace : grace;
+    return hasWatchers(key) || (radio.lookedAt && now - *radio.lookedAt < life);
+}
+
+bool RemoteHub::isOver(const Radio &radio, bool isWatched, Clock::time_point now) const
+{
+    return m_board && !isWatched && radio.orders.empty() &&
+           now - std::max(radio.madeAt, radio.lookedAt.value_or(radio.madeAt)) > recordLife;
 }
 
 void RemoteHub::forgetExpired(Radio &radio, Clock::time_point now)
@@ -39,136 +151,163 @@ void RemoteHub::forgetExpired(Radio &radio, Clock::time_point now)
         radio.orders.pop_front();
 }
 
-RemoteHub::Orders RemoteHub::take(Radio &radio, const Ask &ask, Clock::time_point now)
+RemoteHub::Orders RemoteHub::restingOrders()
 {
-    const uint64_t after = ask.epoch == m_epoch ? ask.after : 0;
+    Orders none;
+    none.epoch = restingEpoch;
+    return none;
+}
+
+RemoteHub::Orders RemoteHub::take(Radio &radio, const Ask &ask, bool isWatched, Clock::time_point now) const
+{
+    const uint64_t after = ask.epoch == radio.epoch ? ask.after : 0;
     forgetExpired(radio, now);
     // What has arrived is kept no longer: it may be a password.
-    std::erase_if(radio.orders, [&](const Order &order) { return order.number <= after; });
+    std::erase_if(radio.orders, [&](const Radio::Order &order) { return order.number <= after; });
     Orders taken;
+    taken.epoch = radio.epoch;
     taken.last = radio.lastOrder;
-    taken.isWatched = isWatched(radio, now);
+    taken.isWatched = isWatched;
     taken.isReportWanted = radio.isReportWanted;
-    for (const Order &order : radio.orders)
+    for (const Radio::Order &order : radio.orders)
         taken.orders.push_back(order.text);
     return taken;
 }
 
 std::optional<RemoteHub::Orders> RemoteHub::ordersFor(const Ask &ask, const std::shared_ptr<http::Wait> &wait)
 {
-    Waits woken;
     std::optional<Orders> answer;
-    {
-        const auto now = m_now();
-        const std::lock_guard guard(m_mutex);
-        Radio &radio = m_radios.at(ask.radio);
-        const bool wasHere = isHere(radio, now);
-        const auto before = radio.wait.lock();
-        if (ask.epoch.empty() && radio.channel != ask.channel) {
-            radio.channel = ask.channel; // a new run of the radio's program
-            if (before)
-                woken.push_back(before);
-        }
-        if (radio.channel.empty())
-            radio.channel = ask.channel;
-        if (radio.channel != ask.channel) {
-            answer = Orders();
-            answer->isReplaced = true;
-        } else {
-            radio.askedAt = now;
-            Orders taken = take(radio, ask, now);
-            const bool isNews = !taken.orders.empty() || taken.isWatched != ask.knowsWatched || taken.isReportWanted ||
-                                ask.epoch != m_epoch;
-            if (isNews) {
-                answer = std::move(taken);
-                radio.wait.reset();
-                radio.isReportWanted = false;
-            } else {
-                radio.wait = wait;
-            }
-        }
-        if (!wasHere)
-            wakeWatchers(radio, &woken);
-    }
-    wakeAll(woken);
+    bool isReplacing = false;
+    bool wasHere = true;
+    // The radio waits before its record is read: what changes after that wakes it.
+    const std::shared_ptr<http::Wait> before = exchangeWait(ask.radio, wait);
+    const bool isKnown = m_board ? m_board->has(ask.radio) : true;
+    const bool isUsed = isKnown && use(ask.radio, !m_board, [&](Radio &radio, Clock::time_point now) {
+                            answer.reset();
+                            isReplacing =
+                                ask.epoch.empty() && radio.channel != ask.channel; // a new run of the radio's program
+                            wasHere = (radio.askedAt && now - *radio.askedAt < grace) || (!m_board && before);
+                            if (isReplacing || radio.channel.empty())
+                                radio.channel = ask.channel;
+                            if (radio.channel != ask.channel) {
+                                answer = Orders();
+                                answer->isReplaced = true;
+                                return After::Quiet;
+                            }
+                            const bool isSeen = isWatched(radio, ask.radio, now);
+                            if (isOver(radio, isSeen, now)) {
+                                answer = restingOrders();
+                                return After::Gone;
+                            }
+                            radio.askedAt = now;
+                            Orders taken = take(radio, ask, isSeen, now);
+                            if (!taken.orders.empty() || isSeen != ask.knowsWatched || taken.isReportWanted ||
+                                ask.epoch != radio.epoch) {
+                                answer = std::move(taken);
+                                radio.isReportWanted = false;
+                            }
+                            if (wasHere)
+                                return After::Quiet;
+                            ++radio.revision;
+                            return After::News;
+                        });
+    if (!isUsed && (ask.epoch != restingEpoch || ask.knowsWatched))
+        answer = restingOrders();
+    if (answer)
+        exchangeWait(ask.radio, answer->isReplaced ? before : nullptr);
+    if (isReplacing && before)
+        before->wake();
+    if (!wasHere)
+        wakeWatchers(ask.radio);
     return answer;
 }
 
 RemoteHub::Orders RemoteHub::noOrders(const Ask &ask)
 {
-    const auto now = m_now();
-    const std::lock_guard guard(m_mutex);
-    Radio &radio = m_radios.at(ask.radio);
-    if (radio.channel != ask.channel) {
-        Orders replaced;
-        replaced.isReplaced = true;
-        return replaced;
-    }
-    radio.wait.reset();
-    radio.askedAt = now;
-    return take(radio, ask, now);
+    Orders answer = restingOrders();
+    const std::shared_ptr<http::Wait> before = exchangeWait(ask.radio, nullptr);
+    if (m_board && !m_board->has(ask.radio))
+        return answer;
+    use(ask.radio, !m_board, [&](Radio &radio, Clock::time_point now) {
+        answer = Orders();
+        answer.isReplaced = radio.channel != ask.channel;
+        if (answer.isReplaced)
+            return After::Quiet;
+        radio.askedAt = now;
+        answer = take(radio, ask, isWatched(radio, ask.radio, now), now);
+        return After::Quiet;
+    });
+    if (answer.isReplaced)
+        exchangeWait(ask.radio, before); // it is the other program that waits
+    return answer;
 }
 
 bool RemoteHub::report(const std::string &key, std::string state)
 {
-    Waits woken;
-    {
-        const auto now = m_now();
-        const std::lock_guard guard(m_mutex);
-        Radio *const radio = m_radios.find(key);
-        if (!radio || !isWatched(*radio, now))
-            return false;
-        radio->state = std::move(state);
-        radio->reportedAt = now;
-        wakeWatchers(*radio, &woken);
-    }
-    wakeAll(woken);
-    return true;
+    if (m_board && !m_board->has(key))
+        return false;
+    bool isSeen = false;
+    use(key, false, [&](Radio &radio, Clock::time_point now) {
+        isSeen = isWatched(radio, key, now);
+        if (!isSeen)
+            return After::Quiet;
+        radio.state = state;
+        radio.reportedAt = now;
+        ++radio.revision;
+        return After::News;
+    });
+    if (isSeen)
+        wakeWatchers(key);
+    return isSeen;
 }
 
 bool RemoteHub::isConnected(const std::string &key)
 {
-    const auto now = m_now();
-    const std::lock_guard guard(m_mutex);
-    const Radio *const radio = m_radios.find(key);
-    return radio && isHere(*radio, now);
+    bool isConnected = false;
+    // A radio without a record may wait at another process, which answers for it.
+    use(key, m_board != nullptr, [&](const Radio &radio, Clock::time_point now) {
+        isConnected = isHere(radio, key, now);
+        return After::Quiet;
+    });
+    return isConnected;
 }
 
 RemoteHub::Given RemoteHub::give(const std::string &key, std::string order, const std::string &page, uint64_t count)
 {
-    std::shared_ptr<http::Wait> woken;
-    {
-        const auto now = m_now();
-        const std::lock_guard guard(m_mutex);
-        Radio *const radio = m_radios.find(key);
-        if (!radio || !isHere(*radio, now))
-            return Given::Away;
-        forgetExpired(*radio, now);
-        if (radio->orders.size() >= mostOrders)
-            return Given::TooMany;
+    Given given = Given::Away;
+    use(key, m_board != nullptr, [&](Radio &radio, Clock::time_point now) {
+        given = Given::Away;
+        if (!isHere(radio, key, now))
+            return After::Quiet;
+        forgetExpired(radio, now);
+        given = Given::TooMany;
+        if (radio.orders.size() >= mostOrders)
+            return After::Quiet;
         if (!page.empty()) {
-            if (!radio->pages.contains(page) && radio->pages.size() >= mostPagesOfRadio)
-                radio->pages.clear(); // a browser repeats within seconds
-            uint64_t &highest = radio->pages[page];
+            if (!radio.pages.contains(page) && radio.pages.size() >= mostPagesOfRadio)
+                radio.pages.clear(); // a browser repeats within seconds
+            uint64_t &highest = radio.pages[page];
+            given = Given::Repeated;
             if (count <= highest)
-                return Given::Repeated;
+                return After::Quiet;
             highest = count;
         }
-        radio->orders.push_back({++radio->lastOrder, now, std::move(order)});
-        woken = radio->wait.lock();
-    }
-    if (woken)
-        woken->wake();
-    return Given::Done;
+        radio.orders.push_back({++radio.lastOrder, now, order});
+        given = Given::Done;
+        return After::News;
+    });
+    if (given == Given::Done)
+        wakeRadio(key);
+    return given;
 }
 
-RemoteHub::View RemoteHub::viewOf(Radio &radio, Clock::time_point now) const
+RemoteHub::View RemoteHub::viewOf(const Radio &radio, const std::string &key, Clock::time_point now)
 {
     View view;
-    view.isConnected = isHere(radio, now);
+    view.isConnected = isHere(radio, key, now);
     // What was shown an hour ago is no news of a radio that has not been looked at since.
     view.state = view.isConnected ? radio.state : std::string();
-    view.revision = m_epoch + "." + std::to_string(radio.revision) + (view.isConnected ? "" : ".away");
+    view.revision = radio.epoch + "." + std::to_string(radio.revision) + (view.isConnected ? "" : ".away");
     view.age = std::chrono::duration_cast<std::chrono::milliseconds>(now - radio.reportedAt);
     return view;
 }
@@ -176,68 +315,53 @@ RemoteHub::View RemoteHub::viewOf(Radio &radio, Clock::time_point now) const
 std::optional<RemoteHub::View> RemoteHub::look(const std::string &key, const std::string &session,
                                                const std::string &revision, const std::shared_ptr<http::Wait> &wait)
 {
-    Waits woken;
     std::optional<View> answer;
-    {
-        const auto now = m_now();
-        const std::lock_guard guard(m_mutex);
-        Radio &radio = m_radios.at(key);
-        const bool wasWatched = isWatched(radio, now);
+    bool wasWatched = hasWatchers(key);
+    // The telephone waits before the record is read: what changes after that wakes it.
+    const bool mayWait = addWatcher(key, session, wait);
+    use(key, true, [&, hadWatchers = wasWatched](Radio &radio, Clock::time_point now) {
+        answer.reset();
+        const std::chrono::seconds life = m_board ? sharedLookWait + grace : grace;
+        wasWatched = hadWatchers || (radio.lookedAt && now - *radio.lookedAt < life);
         if (!wasWatched) {
             radio.state.clear();
             radio.isReportWanted = true;
         }
         radio.lookedAt = now;
-        View view = viewOf(radio, now);
-        if (view.revision != revision) {
+        View view = viewOf(radio, key, now);
+        if (view.revision != revision || !mayWait)
             answer = std::move(view);
-        } else {
-            const auto ofSession = [&](const Watcher &watcher) { return watcher.session == session; };
-            const auto others = std::count_if(radio.watchers.begin(), radio.watchers.end(), ofSession);
-            if (static_cast<size_t>(others) >= mostWatchersOfSession)
-                answer = std::move(view);
-            else
-                radio.watchers.push_back({session, wait});
-        }
-        if (!wasWatched) {
-            if (auto radioWaits = radio.wait.lock())
-                woken.push_back(std::move(radioWaits));
-        }
-    }
-    wakeAll(woken);
+        return wasWatched ? After::Quiet : After::News;
+    });
+    if (!wasWatched)
+        wakeRadio(key);
     return answer;
 }
 
 RemoteHub::View RemoteHub::lookNow(const std::string &key)
 {
-    const auto now = m_now();
-    const std::lock_guard guard(m_mutex);
-    return viewOf(m_radios.at(key), now);
-}
-
-void RemoteHub::wakeWatchers(Radio &radio, Waits *waits)
-{
-    ++radio.revision;
-    for (const Watcher &watcher : radio.watchers) {
-        if (auto wait = watcher.wait.lock())
-            waits->push_back(std::move(wait));
-    }
-    radio.watchers.clear();
+    View view;
+    use(key, true, [&](const Radio &radio, Clock::time_point now) {
+        view = viewOf(radio, key, now);
+        return After::Quiet;
+    });
+    return view;
 }
 
 void RemoteHub::askEverybody()
 {
     Waits woken;
     {
-        const std::lock_guard guard(m_mutex);
-        m_radios.forEach([&](const std::string &, const Radio &radio) {
-            for (const Watcher &watcher : radio.watchers) {
+        const std::lock_guard guard(m_waitingMutex);
+        m_waiting.forEach([&](const std::string &, const Waiting &waiting) {
+            for (const Watcher &watcher : waiting.watchers) {
                 if (auto wait = watcher.wait.lock())
                     woken.push_back(std::move(wait));
             }
         });
     }
-    wakeAll(woken);
+    for (const auto &wait : woken)
+        wait->wake();
 }
 
 } // namespace velmora::server

@@ -2,10 +2,9 @@
 
 #include "server/accounts/lrutable.h"
 #include "server/http/message.h"
+#include "server/remote/remoteboard.h"
 
 #include <chrono>
-#include <deque>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -16,8 +15,10 @@ namespace velmora::server {
 
 // Where telephones and radios meet. A radio asks for its orders and waits until there are some; a telephone asks what
 // its radio shows and waits until that changes. Both ask again and again, so nothing here knows a connection. Radios
-// are known by the hash of their device key. Who may do what is decided by the callers, each time. Kept in memory:
-// after a restart both sides ask again. Any thread.
+// are known by the hash of their device key. Who may do what is decided by the callers, each time. Any thread.
+//
+// The records are kept in memory, where after a restart both sides ask again; or, where several processes share a
+// store, in a RemoteBoard, so that a telephone reaches a radio that waits at another process.
 class RemoteHub {
 public:
     using Clock = std::chrono::steady_clock;
@@ -32,7 +33,8 @@ public:
     // How long a side that has just been answered counts as there.
     static constexpr std::chrono::seconds grace{5};
 
-    explicit RemoteHub(Now now = Clock::now);
+    // `store`: where the records are, if it is shared; `now` is then the database's.
+    explicit RemoteHub(Now now = Clock::now, Store *store = nullptr);
 
     // --- the radio's side
     struct Ask {
@@ -43,6 +45,7 @@ public:
         bool knowsWatched = false;
     };
     struct Orders {
+        std::string epoch; // of the record that `last` counts in
         uint64_t last = 0;
         std::vector<std::string> orders; // as they were given, in their order
         bool isWatched = false;          // somebody looks: the radio is to report what changes
@@ -53,7 +56,8 @@ public:
     std::optional<Orders> ordersFor(const Ask &ask, const std::shared_ptr<http::Wait> &wait);
     // Ends a wait without news.
     Orders noOrders(const Ask &ask);
-    const std::string &epoch() const { return m_epoch; }
+    // How long a radio waits.
+    std::chrono::seconds ordersWait(const std::string &radio);
     // What the radio shows now. False when nobody looks: nothing is kept.
     bool report(const std::string &radio, std::string state);
 
@@ -74,47 +78,51 @@ public:
     std::optional<View> look(const std::string &radio, const std::string &session, const std::string &revision,
                              const std::shared_ptr<http::Wait> &wait);
     View lookNow(const std::string &radio);
+    // How long a telephone waits.
+    std::chrono::seconds lookWait() const;
 
-    // Somebody's right to look or press may have ended: everybody who waits is asked again.
+    // Somebody's right to look or press may have ended: everybody who waits at this process is asked again. At others
+    // they ask again within seconds.
     void askEverybody();
 
 private:
-    struct Order {
-        uint64_t number = 0;
-        Clock::time_point givenAt;
-        std::string text;
-    };
+    using Radio = RadioRecord;
+    using After = RemoteBoard::After;
     struct Watcher {
         std::string session;
         std::weak_ptr<http::Wait> wait;
     };
-    struct Radio {
-        std::string channel;
-        std::weak_ptr<http::Wait> wait; // expired: it does not wait now
-        std::optional<Clock::time_point> askedAt;
-        std::deque<Order> orders;
-        uint64_t lastOrder = 0;
-        std::map<std::string, uint64_t> pages; // the highest count of each
+    // Who waits at this process.
+    struct Waiting {
+        std::weak_ptr<http::Wait> radio;
         std::vector<Watcher> watchers;
-        std::optional<Clock::time_point> lookedAt;
-        bool isReportWanted = false; // a look has begun, and the radio was not told yet
-        std::string state;
-        Clock::time_point reportedAt;
-        uint64_t revision = 0;
     };
     using Waits = std::vector<std::shared_ptr<http::Wait>>;
 
-    Orders take(Radio &radio, const Ask &ask, Clock::time_point now);
-    bool isHere(const Radio &radio, Clock::time_point now) const;
-    bool isWatched(Radio &radio, Clock::time_point now) const;
-    View viewOf(Radio &radio, Clock::time_point now) const;
-    static void wakeWatchers(Radio &radio, Waits *waits);
+    bool use(const std::string &key, bool isMade, const RemoteBoard::Work &work);
+    // The radio waits with this one now; returns the one before.
+    std::shared_ptr<http::Wait> exchangeWait(const std::string &key, const std::shared_ptr<http::Wait> &wait);
+    void wakeRadio(const std::string &key);
+    void wakeWatchers(const std::string &key);
+    bool hasWatchers(const std::string &key);
+    // False when too many of the session wait already.
+    bool addWatcher(const std::string &key, const std::string &session, const std::shared_ptr<http::Wait> &wait);
+
+    Orders take(Radio &radio, const Ask &ask, bool isWatched, Clock::time_point now) const;
+    bool isHere(const Radio &radio, const std::string &key, Clock::time_point now);
+    bool isWatched(const Radio &radio, const std::string &key, Clock::time_point now);
+    // Whether the record may go, because telephones have left the radio alone.
+    bool isOver(const Radio &radio, bool isWatched, Clock::time_point now) const;
+    View viewOf(const Radio &radio, const std::string &key, Clock::time_point now);
+    static Orders restingOrders();
     static void forgetExpired(Radio &radio, Clock::time_point now);
 
     const Now m_now;
-    const std::string m_epoch; // of this run: numbers begin anew
-    std::mutex m_mutex;        // guards m_radios
+    std::mutex m_mutex; // guards m_radios
     LruTable<std::string, Radio> m_radios{mostRadios};
+    std::mutex m_waitingMutex; // guards m_waiting; taken last
+    LruTable<std::string, Waiting> m_waiting;
+    std::unique_ptr<RemoteBoard> m_board; // instead of m_radios; null: there is one process. Its thread ends first
 };
 
 } // namespace velmora::server

@@ -11,8 +11,6 @@ namespace velmora::server {
 
 namespace {
 
-// Networks of telephones end what is silent for longer.
-constexpr std::chrono::seconds stateWait{25};
 constexpr std::chrono::milliseconds pageWait{1000}; // for the first report, or for what a press has changed
 
 bool isFromScript(const http::Request &request)
@@ -65,7 +63,7 @@ std::vector<Remote::Radio> Remote::radiosOf(AccountId account)
     }
     // A radio that is being set up: it was allowed with the code that it shows.
     for (const auto &[digits, key] : m_service.devices.grantsOf(account))
-        radios.push_back({{digits, account, 0, "New radio"}, key, m_hub.isConnected(key)});
+        radios.push_back({{digits, account, 0, say("New radio")}, key, m_hub.isConnected(key)});
     return radios;
 }
 
@@ -92,19 +90,20 @@ bool Remote::isAllowed(Visitor &visitor, const std::optional<Radio> &radio)
     if (isFromScript(visitor.request))
         tell(visitor.response, status, problemJson(visitor.account == 0 ? "signed-out" : "no-radio"));
     else if (visitor.account == 0)
-        m_pages.put(visitor.response, "Remote control",
-                    html::heading("Remote control") +
-                        html::paragraph("Sign in with the account that the radio is linked with.") +
-                        html::link("/account", "Sign in"),
-                    visitor.request.method == "GET" ? 200 : status);
+        m_pages.put(visitor.response, say("Remote control"),
+                    html::heading(say("Remote control")) +
+                        html::paragraph(say("Sign in with the account that the radio is linked with.")) +
+                        html::nextStep("/account", say("Sign in")),
+                    visitor.request.method == "GET" ? 200 : status, &visitor.request);
     else
         m_pages.put(
-            visitor.response, "Remote control",
-            html::heading("Remote control") +
-                html::paragraph("This account has no such radio. A radio that is new shows a code: enter it, and "
-                                "this telephone is its remote control.") +
-                html::link("/activate", "Enter the code of a radio") + html::link("/account", "Your account"),
-            visitor.request.parameter("radio").empty() ? 200 : status);
+            visitor.response, say("Remote control"),
+            html::heading(say("Remote control")) +
+                html::paragraph(say("This account has no such radio. A radio that is new shows a code: enter it, and "
+                                    "this telephone is its remote control.")) +
+                html::nextStep("/activate", say("Enter the code of a radio")) +
+                html::link("/account", say("Your account")),
+            visitor.request.parameter("radio").empty() ? 200 : status, &visitor.request);
     return false;
 }
 
@@ -134,12 +133,12 @@ void Remote::showPage(Visitor &visitor)
     content.state = radioStateOf(view.state).value_or(RadioState());
     content.cover = coverAddress(visitor, content.state.cover);
     if (visitor.request.parameter("problem") == "away")
-        content.problem = "The radio did not get that: it is not connected at the moment.";
+        content.problem = say("The radio did not get that: it is not connected at the moment.");
     else if (!visitor.request.parameter("problem").empty())
-        content.problem = "The radio did not get that. Please try again.";
+        content.problem = say("The radio did not get that. Please try again.");
     for (const Radio &other : radiosOf(visitor.account))
         content.others.emplace_back(other.device.deviceId, other.name());
-    m_pages.put(visitor.response, "Remote control", remotepage::body(content));
+    m_pages.put(visitor.response, say("Remote control"), remotepage::body(content), 200, &visitor.request);
     visitor.response.setHeader("Content-Security-Policy",
                                "default-src 'none'; style-src 'self'; img-src 'self'; script-src 'self'; connect-src "
                                "'self'; form-action 'self'; base-uri 'none'; frame-ancestors 'none'");
@@ -161,7 +160,7 @@ void Remote::tellState(Visitor &visitor)
         const auto wait = std::make_shared<http::Wait>();
         view = m_hub.look(radio->key, visitor.session, visitor.request.parameter("after"), wait);
         if (!view) {
-            visitor.response = http::Response::answeredAfter(wait, stateWait);
+            visitor.response = http::Response::answeredAfter(wait, m_hub.lookWait());
             return;
         }
     }

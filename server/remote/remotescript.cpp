@@ -9,6 +9,7 @@ const char *script()
 (() => {
   const remote = document.getElementById('remote');
   remote.classList.add('scripted');
+  const texts = remote.dataset;
   const by = id => document.getElementById(id);
   const radio = remote.dataset.radio;
   const random = crypto.getRandomValues(new Uint32Array(4));
@@ -23,15 +24,16 @@ const char *script()
   let isOver = false; // signed out: nothing more is asked
 
   const say = text => { by('note').textContent = text; by('note').hidden = !text; };
+  const isSaid = text => by('note').textContent === text;
   const set = (id, text) => { if (by(id).textContent !== text) by(id).textContent = text; };
   const clock = s => Math.floor(s / 60) + ':' + String(Math.floor(s % 60)).padStart(2, '0');
 
   function over() {
     isOver = true;
-    say('You are signed out. ');
+    say(texts.over + ' ');
     const link = document.createElement('a');
     link.href = '/account';
-    link.textContent = 'Sign in';
+    link.textContent = texts.signin;
     by('note').append(link);
   }
 
@@ -54,13 +56,13 @@ const char *script()
       if (answer.status === 401 || answer.status === 403)
         over();
       else if (answer.status === 409)
-        say('The radio did not get that: it is not connected at the moment.');
+        say(texts.missed);
       else if (answer.status === 429)
-        say('That was too fast. Please wait a moment.');
+        say(texts.fast);
       else if (answer.ok)
         say('');
     } catch (error) {
-      say('The service cannot be reached.');
+      say(texts.unreachable);
     }
   }
 
@@ -116,7 +118,7 @@ const char *script()
       if (!state.secret && !typing && performance.now() - typedAt > 2000 && state.typed !== input.value)
         input.value = lastTyped = state.typed;
     }
-    set('label', state.label || 'Type on the radio');
+    set('label', state.label || texts.type);
   }
 
   function showStations(state) {
@@ -129,6 +131,7 @@ const char *script()
         button.type = 'submit';
         button.className = 'plain';
         button.name = 'station';
+        button.dir = 'auto';
         button.value = row + ':' + name;
         button.textContent = name;
         return button;
@@ -146,9 +149,8 @@ const char *script()
   function show(answer) {
     revision = answer.revision;
     if (!answer.connected)
-      say('The radio is not connected. It may be switched off.');
-    else if (by('note').textContent.startsWith('The radio is not connected') ||
-             by('note').textContent.startsWith('The service'))
+      say(texts.away);
+    else if (isSaid(texts.away) || isSaid(texts.unreachable))
       say('');
     const state = answer.state;
     if (!state)
@@ -166,7 +168,7 @@ const char *script()
         cover.removeAttribute('src');
     }
     cover.hidden = !state.cover;
-    set('volume', state.muted ? state.volume + ' muted' : String(state.volume));
+    set('volume', state.muted ? texts.muted.replace('{1}', state.volume) : String(state.volume));
     const sleep = by('sleep');
     if (document.activeElement !== sleep)
       sleep.value = ['off', 'track'].includes(state.sleep) ? state.sleep : nearest(Number(state.sleep));
@@ -207,14 +209,14 @@ const char *script()
           if (revision === before && performance.now() - since < 2000)
             await pause(2000);
         } else if (answer.status === 404) {
-          say('This radio is no longer linked with your account.');
+          say(texts.unlinked);
           return;
         } else {
           throw new Error();
         }
       } catch (error) {
         if (!document.hidden) {
-          say('The service cannot be reached.');
+          say(texts.unreachable);
           await pause(wait * (0.5 + Math.random()));
           wait = Math.min(wait * 2, 15000);
           isFirst = true;

@@ -1,12 +1,12 @@
 #include "server/stations/enginekeeper.h"
 
 #include "server/catalogue/catalogue.h"
+#include "server/logging/log.h"
 #include "server/stations/engineloader.h"
 #include "server/store/store.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 
 namespace velmora::server {
 
@@ -135,7 +135,14 @@ void EngineKeeper::build(engine::StyleShares::Votes votes)
     m_revision = revision;
     m_presence = presence;
     m_absent.reset();
+    ++m_views;
     m_changed.notify_all();
+}
+
+unsigned EngineKeeper::views()
+{
+    const std::lock_guard guard(m_mutex);
+    return m_views;
 }
 
 EngineKeeper::Absent EngineKeeper::absent()
@@ -177,7 +184,7 @@ EngineKeeper::Absent EngineKeeper::findAbsent()
 
 void EngineKeeper::report(const char *what) const
 {
-    std::fprintf(stderr, "velmora-server: cannot update the engine's index, the old one stays: %s\n", what);
+    logs::warn(std::string("cannot update the engine's index, the old one stays: ") + what);
 }
 
 } // namespace velmora::server

@@ -36,6 +36,9 @@ public:
     // Looks for them now: some 20 ms for a large view. To be called when a view turned out to be out of date.
     Absent findAbsent();
 
+    // Views that were published since the start. The first view of a large catalogue is soon followed by a second one.
+    unsigned views();
+
 private:
     bool isLarge();
     void keep();
@@ -49,6 +52,7 @@ private:
     std::mutex m_building; // held by the request thread that builds a small view; taken before the store's lock
     std::mutex m_mutex;    // guards the members below
     Index m_index;
+    unsigned m_views = 0;    // published
     uint64_t m_revision = 0; // of the catalogue when m_index was begun
     uint64_t m_presence = 0; // presenceChanges() of the catalogue then
     Absent m_absent;         // of m_index

@@ -19,19 +19,25 @@ void Feedback::rate(const IssuedTrack &track, bool isPositive)
         track.stationId, track.track.id, track.accountId, isPositive, m_clock());
 }
 
-bool Feedback::isThumbedUp(int64_t stationId, int64_t trackId)
+bool Feedback::isThumbedUp(AccountId account, int64_t stationId, int64_t trackId)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT is_positive FROM feedback WHERE station_id = ?1 AND track_id = ?2");
-    row.with(stationId, trackId);
+    Statement row = db->prepare("SELECT is_positive FROM feedback WHERE account_id = ?1 AND station_id = ?2 AND "
+                                "track_id = ?3");
+    row.with(account, stationId, trackId);
     return row.step() && row.integer(0) != 0;
 }
 
 void Feedback::sleep(const IssuedTrack &track)
 {
-    m_store.lock()->run("INSERT INTO sleeps (account_id, track_id, until) VALUES (?1, ?2, ?3) ON CONFLICT (account_id, "
-                        "track_id) DO UPDATE SET until = ?3",
-                        track.accountId, track.track.id, m_clock() + Playlists::sleepSeconds);
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db);
+    db->run("DELETE FROM sleeps WHERE account_id = ?1 AND until <= ?2", track.accountId, m_clock());
+    db->run(
+        "INSERT INTO sleeps (account_id, track_id, until) VALUES (?1, ?2, ?3) ON CONFLICT (account_id, track_id) DO "
+        "UPDATE SET until = ?3",
+        track.accountId, track.track.id, m_clock() + sleepSeconds);
+    change.commit();
 }
 
 void Feedback::bookmarkTrack(const IssuedTrack &track)
@@ -47,15 +53,8 @@ void Feedback::bookmarkArtist(const IssuedTrack &track)
 void Feedback::bookmark(AccountId account, const char *kind, int64_t target)
 {
     m_store.lock()->run(
-        "INSERT OR IGNORE INTO bookmarks (account_id, kind, target, created_at) VALUES (?1, ?2, ?3, ?4)", account, kind,
-        target, m_clock());
-}
-
-void Feedback::event(const IssuedTrack &track, const std::string &type, int64_t seconds)
-{
-    m_store.lock()->run("INSERT INTO track_events (account_id, station_id, track_id, type, seconds, happened_at) "
-                        "VALUES (?1, ?2, ?3, ?4, ?5, ?6)",
-                        track.accountId, track.stationId, track.track.id, type, seconds, m_clock());
+        "INSERT INTO bookmarks (account_id, kind, target, created_at) VALUES (?1, ?2, ?3, ?4) ON CONFLICT DO NOTHING",
+        account, kind, target, m_clock());
 }
 
 Feedback::Bookmarks Feedback::bookmarks(AccountId account)

@@ -9,15 +9,15 @@ class Feedback {
 public:
     Feedback(Store &store, Clock clock);
 
+    static constexpr int64_t sleepSeconds = 30 * 24 * 3600;
+
     // The latest thumb on a station counts.
     void rate(const IssuedTrack &track, bool isPositive);
-    bool isThumbedUp(int64_t stationId, int64_t trackId);
+    bool isThumbedUp(AccountId account, int64_t stationId, int64_t trackId);
     // Keeps the track away from all stations of the account for a month.
     void sleep(const IssuedTrack &track);
     void bookmarkTrack(const IssuedTrack &track);
     void bookmarkArtist(const IssuedTrack &track);
-    // Records what the radio did with the track: "start", "end", "skip".
-    void event(const IssuedTrack &track, const std::string &type, int64_t seconds);
 
     struct Bookmarks {
         std::vector<int64_t> tracks;

@@ -1,8 +1,25 @@
 #include "server/stations/musictokens.h"
 
-#include "server/store/store.h"
+#include "server/catalogue/catalogue.h"
+
+#include <nlohmann/json.hpp>
 
 namespace velmora::server {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char *kindOfTokens = "music";
+constexpr size_t markLength = 8;     // hexadecimal digits
+constexpr size_t longestStyle = 400; // bytes in a token
+
+std::string markOf(const std::string &name)
+{
+    return tokenHash(name).substr(0, markLength);
+}
+
+} // namespace
 
 const char *musicKindName(MusicKind kind)
 {
@@ -19,35 +36,55 @@ const char *musicKindName(MusicKind kind)
     return "style";
 }
 
-std::string MusicTokens::tokenFor(AccountId account, MusicKind kind, const std::string &target)
+MusicKind musicKindOf(const std::string &name)
 {
-    const Store::Lock db = m_store.lock();
-    const auto existing = [&]() -> std::string {
-        Statement row =
-            db->prepare("SELECT token FROM music_tokens WHERE account_id = ?1 AND kind = ?2 AND target = ?3");
-        row.with(account, musicKindName(kind), target);
-        return row.step() ? row.text(0) : std::string();
-    };
-    std::string token = existing();
-    if (token.empty()) {
-        token = randomToken(15);
-        db->run("INSERT INTO music_tokens (token, account_id, kind, target) VALUES (?1, ?2, ?3, ?4)", token, account,
-                musicKindName(kind), target);
+    for (const MusicKind kind : {MusicKind::Artist, MusicKind::Track, MusicKind::Album}) {
+        if (name == musicKindName(kind))
+            return kind;
     }
-    return token;
+    return MusicKind::Style;
+}
+
+std::string MusicTokens::tokenFor(AccountId account, MusicKind kind, int64_t id, const std::string &name)
+{
+    return m_tokens.seal(account, kindOfTokens, json::array({musicKindName(kind), id, markOf(name)}));
+}
+
+std::string MusicTokens::tokenForStyle(AccountId account, const std::string &style)
+{
+    // A name may be longer than a token may be.
+    const bool isLong = style.size() > longestStyle;
+    return m_tokens.seal(
+        account, kindOfTokens,
+        json::array({musicKindName(MusicKind::Style), isLong ? "" : style, isLong ? tokenHash(style) : ""}));
 }
 
 std::optional<Music> MusicTokens::find(AccountId account, const std::string &token)
 {
-    const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT kind, target FROM music_tokens WHERE token = ?1 AND account_id = ?2");
-    row.with(token, account);
-    if (!row.step())
+    const std::optional<json> content = m_tokens.open(account, kindOfTokens, token);
+    if (!content || content->size() != 3)
         return std::nullopt;
-    for (const MusicKind kind : {MusicKind::Artist, MusicKind::Track, MusicKind::Album, MusicKind::Style}) {
-        if (row.text(0) == musicKindName(kind))
-            return Music{kind, row.text(1)};
+    const json &kind = content->at(0), &target = content->at(1), &mark = content->at(2);
+    if (kind == musicKindName(MusicKind::Style) && target.is_string()) {
+        if (target != "")
+            return Music{MusicKind::Style, target.get<std::string>()};
+        for (const std::string &style : m_catalogue.styles()) {
+            if (mark == tokenHash(style))
+                return Music{MusicKind::Style, style};
+        }
+        return std::nullopt;
     }
+    if (!target.is_number_integer())
+        return std::nullopt;
+    const auto id = target.get<int64_t>();
+    const std::string text = std::to_string(id);
+    if (kind == musicKindName(MusicKind::Album))
+        return Music{MusicKind::Album, text};
+    if (kind == musicKindName(MusicKind::Artist) && mark == markOf(m_catalogue.artistName(id)))
+        return Music{MusicKind::Artist, text};
+    const std::optional<Track> track = m_catalogue.track(id);
+    if (kind == musicKindName(MusicKind::Track) && track && mark == markOf(track->song))
+        return Music{MusicKind::Track, text};
     return std::nullopt;
 }
 

@@ -1,11 +1,14 @@
 #pragma once
 
-#include "server/accounts/accounts.h"
+#include "server/stations/sealedtokens.h"
 
 namespace velmora::server {
 
+class Catalogue;
+
 enum class MusicKind { Artist, Track, Album, Style };
 const char *musicKindName(MusicKind kind);
+MusicKind musicKindOf(const std::string &name); // of a seed; a style unless it says otherwise
 
 // What a station can be made from: an artist, a track or an album by id, or a style by name.
 struct Music {
@@ -13,22 +16,24 @@ struct Music {
     std::string target;
 };
 
-// Tokens that name music for one account only. The same music keeps its token. Any thread.
+// Tokens that name music for one account only. The same music keeps its token as long as the key of tokens is the same.
+// Any thread.
 class MusicTokens {
 public:
-    explicit MusicTokens(Store &store)
-        : m_store(store)
+    MusicTokens(SealedTokens &tokens, Catalogue &catalogue)
+        : m_tokens(tokens)
+        , m_catalogue(catalogue)
     {
     }
-    std::string tokenFor(AccountId account, MusicKind kind, const std::string &target);
-    std::string tokenFor(AccountId account, MusicKind kind, int64_t id)
-    {
-        return tokenFor(account, kind, std::to_string(id));
-    }
+    // `name`: of the artist or the song. An id that was given to other music since is told by it.
+    std::string tokenFor(AccountId account, MusicKind kind, int64_t id, const std::string &name);
+    std::string tokenForStyle(AccountId account, const std::string &style);
+    // Nothing when the token is not one of this account, or its artist or track is gone.
     std::optional<Music> find(AccountId account, const std::string &token);
 
 private:
-    Store &m_store;
+    SealedTokens &m_tokens;
+    Catalogue &m_catalogue;
 };
 
 } // namespace velmora::server

@@ -3,10 +3,10 @@
 #include "server/accounts/houserules.h"
 #include "server/catalogue/textfolding.h"
 #include "server/library/transcodes.h"
-#include "server/stations/listening.h"
 #include "server/store/store.h"
 
 #include <algorithm>
+#include <charconv>
 #include <nlohmann/json.hpp>
 
 namespace velmora::server {
@@ -15,52 +15,40 @@ namespace {
 
 using nlohmann::json;
 
-// The terms of a pick and their means over the shortlist, by name. They are stored, to explain the pick later.
-std::string termsText(const engine::EngineIndex &index, const engine::Pick &pick)
+constexpr const char *trackTokens = "track", *adTokens = "ad";
+constexpr int issuesOfList = 4; // numbers: at least as many as entries
+constexpr size_t markLength = 8;
+
+// Tells a track from another one that was given its id later.
+std::string markOf(const Track &track)
 {
-    constexpr std::array names = {"style", "artist", "sound", "beat", "harmony", "unlike", "fresh"};
-    constexpr std::array attributes = {"energy", "brightness", "tempo", "minor", "busyness"};
-    const auto nameOf = [&](size_t term) -> std::string {
-        if (term < names.size())
-            return names[term];
-        const size_t trait = term - names.size();
-        if (trait < attributes.size())
-            return attributes[trait];
-        return "style:" + index.styles()[static_cast<size_t>(index.commonStyles()[trait - attributes.size()])].name;
-    };
-    json terms = json::object();
-    for (size_t term = 0; term < engine::termCount; ++term) {
-        float mean = 0;
-        for (const engine::Candidate &candidate : pick.shortlist)
-            mean += candidate.terms[term] / static_cast<float>(pick.shortlist.size());
-        const float value = pick.candidate().terms[term];
-        if (value != 0 || mean != 0)
-            terms[nameOf(term)] = {value, mean};
-    }
-    const json all = {{"noise", pick.candidate().noise}, {"terms", std::move(terms)}};
-    return all.dump(-1, ' ', true, json::error_handler_t::replace);
+    return track.publicId.substr(0, markLength);
 }
 
-std::string reasonsText(const std::vector<engine::ReasonText> &reasons)
+json reasonsJson(const std::vector<engine::ReasonText> &reasons)
 {
     json all = json::array();
     for (const engine::ReasonText &reason : reasons)
         all.push_back({reason.id, reason.text});
-    return all.dump();
+    return all;
 }
 
-// No reasons if the text has another form, as an older version may have stored it.
-std::vector<engine::ReasonText> reasonsOf(const std::string &text)
+// No reasons if they have another form, as another version may write them.
+std::vector<engine::ReasonText> reasonsOf(const json &all)
 {
     std::vector<engine::ReasonText> reasons;
-    const json all = json::parse(text, nullptr, false);
-    if (!all.is_array())
-        return reasons;
-    for (const json &reason : all) {
+    for (const json &reason : all.is_array() ? all : json::array()) {
         if (reason.is_array() && reason.size() == 2 && reason[0].is_string() && reason[1].is_string())
             reasons.push_back({reason[0], reason[1]});
     }
     return reasons;
+}
+
+int numberIn(const std::string &text)
+{
+    int number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
 }
 
 // The station's name in ASCII letters, for the explanation on the Tapestry station.
@@ -86,59 +74,55 @@ bool isSame(const engine::StationTaste &a, const engine::StationTaste &b)
 
 } // namespace
 
-Playlists::Playlists(Store &store, Catalogue &catalogue, Stations &stations, Clock clock, Random random)
+Playlists::Playlists(Store &store, Catalogue &catalogue, SealedTokens &tokens, Clock clock, Random random)
     : m_store(store)
     , m_catalogue(catalogue)
-    , m_stations(stations)
+    , m_tokens(tokens)
     , m_clock(std::move(clock))
     , m_random(std::move(random))
-    , m_keeper(store, catalogue)
+    , m_keeper(catalogue.store(), catalogue)
 {
 }
 
-std::shared_ptr<Playlists::Kept> Playlists::kept(int64_t stationId)
+std::shared_ptr<Playlists::Kept> Playlists::kept(const KeptKey &key)
 {
     const std::lock_guard guard(m_mutex);
     const auto found =
-        std::find_if(m_kept.begin(), m_kept.end(), [&](const auto &entry) { return entry.first == stationId; });
+        std::find_if(m_kept.begin(), m_kept.end(), [&](const auto &entry) { return entry.first == key; });
     if (found != m_kept.end()) {
         m_kept.splice(m_kept.begin(), m_kept, found);
     } else {
-        m_kept.emplace_front(stationId, std::make_shared<Kept>());
+        m_kept.emplace_front(key, std::make_shared<Kept>());
         if (m_kept.size() > mostKept)
             m_kept.pop_back();
     }
     return m_kept.front().second;
 }
 
-std::shared_ptr<const engine::StationScores> Playlists::scoresOf(const Station &station, Kept &kept)
+std::shared_ptr<const engine::StationScores> Playlists::scoresOf(const Listening &listening, const Station &station,
+                                                                 Kept &kept)
 {
     const EngineKeeper::Index index = m_keeper.current();
-    engine::StationTaste taste;
-    {
-        const Store::Lock db = m_store.lock();
-        taste = Listening(*db, m_stations, m_clock()).taste(station);
-    }
+    engine::StationTaste taste = listening.taste(station);
     if (!kept.scores || kept.scores->sharedIndex() != index || !isSame(kept.taste, taste)) {
-        kept.scores = std::make_shared<engine::StationScores>(index, taste, kept.scores.get());
+        kept.scores = std::make_shared<engine::StationScores>(index, taste, kept.scores.get(),
+                                                              static_cast<uint64_t>(station.listsIssued));
         kept.taste = std::move(taste);
     }
     return kept.scores;
 }
 
-std::set<std::string> Playlists::styles(const Station &station)
+std::set<std::string> Playlists::styles(const Listening &listening)
 {
-    const std::shared_ptr<Kept> own = kept(station.id);
-    const std::lock_guard guard(own->mutex);
-    const auto scores = scoresOf(station, *own);
+    const engine::StationTaste taste = listening.taste(*listening.station());
     std::set<std::string> result;
-    for (const engine::Seed &seed : own->taste.seeds) {
+    for (const engine::Seed &seed : taste.seeds) {
         if (seed.kind == engine::Seed::Kind::Style)
             result.insert(seed.style);
     }
     // Tracks that have no file yet are not in the index.
-    for (const engine::Seed &seed : own->taste.seeds) {
-        const Store::Lock db = m_store.lock();
+    for (const engine::Seed &seed : taste.seeds) {
+        const Store::Lock db = m_catalogue.store().lock();
         Statement row = db->prepare(seed.kind == engine::Seed::Kind::Artist
                                         ? "SELECT DISTINCT style FROM tracks WHERE artist_id = ?1"
                                         : "SELECT style FROM tracks WHERE id = ?1");
@@ -149,17 +133,14 @@ std::set<std::string> Playlists::styles(const Station &station)
     return result;
 }
 
-bool Playlists::hasOwnMusic(const Station &station)
+bool Playlists::hasOwnMusic(const Listening &listening)
 {
-    const std::shared_ptr<Kept> own = kept(station.id);
+    const Station &station = *listening.station();
+    const std::shared_ptr<Kept> own = kept({station.id, station.isTapestry});
     const std::lock_guard guard(own->mutex);
-    const auto scores = scoresOf(station, *own);
+    const auto scores = scoresOf(listening, station, *own);
     const engine::EngineIndex &index = scores->index();
-    engine::Circumstances now;
-    {
-        const Store::Lock db = m_store.lock();
-        now = Listening(*db, m_stations, m_clock()).circumstances(station);
-    }
+    engine::Circumstances now = listening.circumstances(index);
     now.absent = m_keeper.absent();
     std::unordered_set<int64_t> excluded; // recordings
     for (const int64_t id : now.excludedTracks) {
@@ -177,14 +158,12 @@ bool Playlists::hasOwnMusic(const Station &station)
     return false;
 }
 
-Station Playlists::chooser(const Station &station)
+const Station &Playlists::chooser(const Listening &listening)
 {
-    if (!station.isTapestry)
-        return station;
-    std::vector<Station> stations = m_stations.list(station.accountId); // the Tapestry station is one of them
-    const Store::Lock db = m_store.lock();
-    const std::unordered_map<int64_t, int> plays =
-        Listening(*db, m_stations, m_clock()).playsByStation(station.accountId);
+    if (!listening.station()->isTapestry)
+        return *listening.station();
+    const std::vector<Station> &stations = listening.stations(); // the Tapestry station is one of them
+    const std::unordered_map<int64_t, int> plays = listening.playsByStation();
     uint32_t sum = 0;
     std::vector<uint32_t> upTo;
     for (const Station &other : stations) {
@@ -196,19 +175,20 @@ Station Playlists::chooser(const Station &station)
     return stations[static_cast<size_t>(drawn - upTo.begin())];
 }
 
-std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept &own, Moment &moment, bool mustBeReady)
+std::optional<Playlists::Choice> Playlists::choose(Kept &own, Moment &moment, bool mustBeReady)
 {
     engine::Circumstances &now = moment.now;
+    const Station &station = *moment.listening.station();
     const bool isLimited = m_transcodes && (mustBeReady || m_transcodes->isHeldUp());
     now.transcoded = isLimited ? m_transcodes->ready() : nullptr;
-    const Station drawn = chooser(station);
+    const Station &drawn = chooser(moment.listening);
     std::shared_ptr<const engine::StationScores> &scores = moment.scores[drawn.id];
     if (!scores && drawn.id == station.id) {
-        scores = scoresOf(station, own);
+        scores = scoresOf(moment.listening, station, own);
     } else if (!scores) {
-        const std::shared_ptr<Kept> other = kept(drawn.id);
+        const std::shared_ptr<Kept> other = kept({drawn.id, true});
         const std::lock_guard guard(other->mutex);
-        scores = scoresOf(drawn, *other);
+        scores = scoresOf(moment.listening, drawn, *other);
     }
     engine::Noise noise((static_cast<uint64_t>(m_random(UINT32_MAX)) << 32) + m_random(UINT32_MAX));
     constexpr int manyGone = 4;
@@ -229,65 +209,77 @@ std::optional<Playlists::Choice> Playlists::choose(const Station &station, Kept 
             now.excludedTracks.insert(id);
             continue;
         }
-        Choice choice{*std::move(track), engine::explain(*scores, *pick), termsText(scores->index(), *pick)};
+        Choice choice{*std::move(track), engine::explain(*scores, *pick)};
         if (drawn.id != station.id)
             choice.reasons.insert(choice.reasons.begin(), stationReason(drawn));
         return choice;
     }
 }
 
-std::vector<PlaylistEntry> Playlists::next(const Station &station, const std::string &deviceKeyHash)
+std::vector<PlaylistEntry> Playlists::next(const Listening &listening)
 {
-    const std::shared_ptr<Kept> own = kept(station.id);
+    const Station &station = *listening.station();
+    const std::shared_ptr<Kept> own = kept({station.id, station.isTapestry});
     const std::lock_guard guard(own->mutex);
-    Moment moment;
-    {
-        const Store::Lock db = m_store.lock();
-        forgetOld(*db);
-        moment.now = Listening(*db, m_stations, m_clock()).circumstances(station);
-    }
+    Moment moment{listening, listening.circumstances(*m_keeper.current()), {}};
     moment.now.absent = m_keeper.absent();
     std::vector<PlaylistEntry> entries;
     std::vector<Choice> choices; // one for each track entry, in the same order
     const int adPlace = adPosition(m_random);
-    const int listsPerAd = HouseRules(m_store, m_clock).listsPerAd();
+    const int listsPerAd = std::clamp(numberIn(listening.listsPerAd()), 0, HouseRules::mostListsPerAd);
     const bool hasAdInOwnMusic = listsPerAd > 0 && station.listsIssued % listsPerAd == listsPerAd - 1;
     const bool isGrowing = m_catalogue.isGrowing();
     std::set<int64_t> inList;
     while (entries.size() < entriesInList) {
         // The owner decides whether advertisements follow their own music.
         if (static_cast<int>(entries.size()) == adPlace && (choices.back().track.isDemo || hasAdInOwnMusic)) {
-            const Store::Lock db = m_store.lock();
-            if (std::optional<IssuedAd> ad = issueAd(*db, station)) {
+            if (std::optional<IssuedAd> ad = nextAd(listening, choices.back().track.isDemo ? 1 : listsPerAd)) {
                 entries.push_back({std::nullopt, std::move(ad)});
                 continue;
             }
         }
-        std::optional<Choice> choice = choose(station, *own, moment, entries.empty());
+        std::optional<Choice> choice = choose(*own, moment, entries.empty());
         if (!choice || (!inList.insert(choice->track.id).second && isGrowing))
             break;
         moment.now.recent.insert(moment.now.recent.begin(), choice->track.id);
         choices.push_back(*std::move(choice));
         entries.emplace_back();
     }
-    {
-        const Store::Lock db = m_store.lock();
-        if (!m_stations.find(station.id)) // it was deleted in the meantime
-            return {};
-        Transaction change(*db, Durability::Later);
-        auto choice = choices.begin();
-        for (PlaylistEntry &entry : entries) {
-            if (!entry.ad)
-                entry.track = issueTrack(*db, station, *choice++, deviceKeyHash);
-        }
-        db->run("UPDATE stations SET lists_issued = lists_issued + 1 WHERE id = ?1", station.id);
-        change.commit();
+    const std::optional<int64_t> list = keep(station, moment.now.recent);
+    if (!list)
+        return {};
+    int64_t number = *list * issuesOfList;
+    auto choice = choices.begin();
+    for (PlaylistEntry &entry : entries) {
+        if (!entry.ad)
+            entry.track = sealTrack(station, *choice++, number++);
     }
-    prepare(station, *own, std::move(moment), entries);
+    prepare(*own, std::move(moment), entries);
     return entries;
 }
 
-void Playlists::prepare(const Station &station, Kept &own, Moment moment, const std::vector<PlaylistEntry> &entries)
+const char *Playlists::keepStatement()
+{
+    return "UPDATE stations SET recent = ?3, lists_issued = lists_issued + 1 WHERE account_id = ?1 AND id = ?2 "
+           "RETURNING lists_issued";
+}
+
+std::optional<int64_t> Playlists::keep(const Station &station, const std::vector<int64_t> &recent)
+{
+    const Store::Lock db = m_store.lock();
+    Transaction change(*db, Durability::Later);
+    std::optional<int64_t> list;
+    {
+        Statement row = db->prepare(keepStatement());
+        row.with(station.accountId, station.id, Listening::recentText(recent));
+        while (row.step())
+            list = row.integer(0);
+    }
+    change.commit();
+    return list;
+}
+
+void Playlists::prepare(Kept &own, Moment moment, const std::vector<PlaylistEntry> &entries)
 {
     constexpr int ahead = 2; // the next list begins with one of them, unless another track fits better then
     std::vector<int64_t> tracks;
@@ -298,7 +290,7 @@ void Playlists::prepare(const Station &station, Kept &own, Moment moment, const 
     if (!m_transcodes || (tracks.empty() && !entries.empty()))
         return;
     for (int i = 0; i < ahead; ++i) {
-        const std::optional<Choice> choice = choose(station, own, moment, false);
+        const std::optional<Choice> choice = choose(own, moment, false);
         if (!choice)
             break;
         if (choice->track.needsTranscoding)
@@ -313,83 +305,61 @@ bool Playlists::isPreparing()
     return m_transcodes && m_transcodes->isPreparing();
 }
 
-void Playlists::forgetOld(Database &db)
+IssuedTrack Playlists::sealTrack(const Station &station, const Choice &choice, int64_t number)
 {
-    db.run("DELETE FROM sleeps WHERE until <= ?1", m_clock());
-    // These scan whole tables. Rows that are a little too old do no harm.
-    const int64_t now = m_clock();
-    if (now >= m_forgottenAt && now < m_forgottenAt + forgetSeconds)
-        return;
-    m_forgottenAt = now;
-    const int64_t before = now - tokenSeconds;
-    db.run("DELETE FROM issued_tracks WHERE issued_at < ?1", before);
-    db.run("DELETE FROM issued_ads WHERE issued_at < ?1", before);
-    db.run("DELETE FROM track_events WHERE happened_at < ?1", now - sleepSeconds);
-    db.run("DELETE FROM plays WHERE started_at < ?1", now - playSeconds);
-}
-
-IssuedTrack Playlists::issueTrack(Database &db, const Station &station, const Choice &choice,
-                                  const std::string &deviceKeyHash)
-{
-    IssuedTrack issued{randomToken(15), station.accountId, station.id, choice.track, choice.reasons, 0};
-    db.run("INSERT INTO issued_tracks (token, account_id, station_id, track_id, reasons, issued_at, device_key_hash, "
-           "terms) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)",
-           issued.token, station.accountId, station.id, choice.track.id, reasonsText(choice.reasons), m_clock(),
-           deviceKeyHash, choice.terms);
-    issued.issueId = db.lastRowId();
-    return issued;
-}
-
-std::optional<IssuedAd> Playlists::issueAd(Database &db, const Station &station)
-{
-    int64_t id = 0;
-    {
-        // The advertisement that this listener heard least recently.
-        Statement row =
-            db.prepare("SELECT a.id FROM ads a WHERE a.is_playable = 1 ORDER BY COALESCE((SELECT MAX(i.id) FROM "
-                       "issued_ads i WHERE i.account_id = ?1 AND i.ad_id = a.id), 0), a.id LIMIT 1");
-        row.with(station.accountId);
-        if (!row.step())
-            return std::nullopt;
-        id = row.integer(0);
+    IssuedTrack issued{{}, station.accountId, station.id, choice.track, choice.reasons, number};
+    // A token has a longest length. The words are few and short, but the rule does not rest on them.
+    for (;;) {
+        issued.token = m_tokens.seal(station.accountId, trackTokens,
+                                     json::array({station.id, choice.track.id, markOf(choice.track), number, m_clock(),
+                                                  reasonsJson(issued.reasons)}));
+        if (issued.token.size() <= SealedTokens::longest || issued.reasons.empty())
+            return issued;
+        issued.reasons.pop_back();
     }
-    IssuedAd issued{randomToken(15), station.id, *m_catalogue.ad(id)};
-    db.run("INSERT INTO issued_ads (token, account_id, station_id, ad_id, issued_at) VALUES (?1, ?2, ?3, ?4, ?5)",
-           issued.token, station.accountId, station.id, id, m_clock());
-    return issued;
+}
+
+std::optional<IssuedAd> Playlists::nextAd(const Listening &listening, int listsPerAd)
+{
+    const std::vector<int64_t> ads = m_catalogue.playableAds();
+    if (ads.empty())
+        return std::nullopt;
+    const auto turn = static_cast<size_t>(listening.listsOfAccount() / listsPerAd);
+    const Station &station = *listening.station();
+    const int64_t ad = ads[turn % ads.size()];
+    return IssuedAd{
+        m_tokens.seal(station.accountId, adTokens, json::array({station.id, ad, station.listsIssued, m_clock()})),
+        station.id, ad};
 }
 
 std::optional<IssuedTrack> Playlists::findTrack(AccountId account, const std::string &token)
 {
-    const Store::Lock db = m_store.lock();
-    Statement row =
-        db->prepare("SELECT station_id, track_id, reasons, id FROM issued_tracks WHERE token = ?1 AND account_id = ?2");
-    row.with(token, account);
-    if (!row.step())
+    const std::optional<json> content = m_tokens.open(account, trackTokens, token);
+    if (!content)
         return std::nullopt;
-    const std::optional<Track> track = m_catalogue.track(row.integer(1));
-    if (!track)
+    try {
+        const json &all = *content;
+        std::optional<Track> track = m_catalogue.track(all.at(1).get<int64_t>());
+        if (!track || markOf(*track) != all.at(2) || all.at(4).get<int64_t>() + tokenSeconds < m_clock())
+            return std::nullopt;
+        return IssuedTrack{token, account, all.at(0), *std::move(track), reasonsOf(all.at(5)), all.at(3)};
+    } catch (const json::exception &) { // of another version
         return std::nullopt;
-    return IssuedTrack{token, account, row.integer(0), *track, reasonsOf(row.text(2)), row.integer(3)};
+    }
 }
 
 std::optional<IssuedAd> Playlists::findAd(AccountId account, const std::string &token)
 {
-    const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT station_id, ad_id FROM issued_ads WHERE token = ?1 AND account_id = ?2");
-    row.with(token, account);
-    if (!row.step())
+    const std::optional<json> content = m_tokens.open(account, adTokens, token);
+    if (!content)
         return std::nullopt;
-    const std::optional<Ad> ad = m_catalogue.ad(row.integer(1));
-    return ad ? std::optional(IssuedAd{token, row.integer(0), *ad}) : std::nullopt;
-}
-
-void Playlists::registerAd(AccountId account, const std::string &token)
-{
-    m_store.lock()->run(
-        "UPDATE issued_ads SET registered_at = ?3 WHERE token = ?1 AND account_id = ?2 AND registered_at IS "
-        "NULL",
-        token, account, m_clock());
+    try {
+        if (content->at(3).get<int64_t>() + tokenSeconds < m_clock())
+            return std::nullopt;
+        return IssuedAd{token, content->at(0), content->at(1)};
+    } catch (const json::exception &) {
+        return std::nullopt;
+    }
 }
 
 } // namespace velmora::server

@@ -84,11 +84,11 @@ std::optional<Station> Stations::find(AccountId account, const std::string &toke
     return row.step() ? std::optional<Station>(readStation(row)) : std::nullopt;
 }
 
-std::optional<Station> Stations::find(int64_t id)
+std::optional<Station> Stations::find(AccountId account, int64_t id)
 {
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare(std::string(columns) + "WHERE id = ?1");
-    row.with(id);
+    Statement row = db->prepare(std::string(columns) + "WHERE account_id = ?1 AND id = ?2");
+    row.with(account, id);
     return row.step() ? std::optional<Station>(readStation(row)) : std::nullopt;
 }
 
@@ -117,16 +117,15 @@ Station Stations::insert(AccountId account, const std::string &name, const std::
 {
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    db->run("INSERT INTO stations (account_id, token, name, is_tapestry, allow_rename, allow_delete, allow_add_music, "
-            "created_at) VALUES (?1, ?2, ?3, ?4, ?5, ?5, ?5, ?6)",
-            account, randomToken(15), std::string(firstCharacters(name, longestName)), isTapestry, !isTapestry,
-            m_clock());
-    const int64_t id = db->lastRowId();
+    const int64_t id = db->number(
+        "INSERT INTO stations (account_id, token, name, is_tapestry, allow_rename, allow_delete, allow_add_music, "
+        "created_at) VALUES (?1, ?2, ?3, ?4, ?5, ?5, ?5, ?6) RETURNING id",
+        account, randomToken(15), std::string(firstCharacters(name, longestName)), isTapestry, !isTapestry, m_clock());
     if (seed)
-        db->run("INSERT INTO seeds (station_id, kind, target) VALUES (?1, ?2, ?3)", id, musicKindName(seed->kind),
-                seed->target);
+        db->run("INSERT INTO seeds (account_id, station_id, kind, target) VALUES (?1, ?2, ?3, ?4)", account, id,
+                musicKindName(seed->kind), seed->target);
     change.commit();
-    return *find(id);
+    return *find(account, id);
 }
 
 Station Stations::createTapestry(AccountId account)
@@ -173,11 +172,11 @@ StationResult Stations::createShared(AccountId account, const Music &music, cons
     if (count(account) >= mostStations)
         return StationResult::TooMany;
     const Station made = insert(account, name, music, false);
-    db->run(
-        "UPDATE stations SET is_shared = 1, allow_rename = 0, allow_add_music = 0, allow_feedback = 0 WHERE id = ?1",
-        made.id);
+    db->run("UPDATE stations SET is_shared = 1, allow_rename = 0, allow_add_music = 0, allow_feedback = 0 WHERE "
+            "account_id = ?1 AND id = ?2",
+            account, made.id);
     change.commit();
-    *station = *find(made.id);
+    *station = *find(account, made.id);
     return StationResult::Done;
 }
 
@@ -189,8 +188,8 @@ StationResult Stations::rename(AccountId account, const std::string &token, cons
         return StationResult::NoSuchStation;
     if (!found->allowRename)
         return StationResult::NotAllowed;
-    db->run("UPDATE stations SET name = ?2 WHERE id = ?1", found->id, name);
-    *station = *find(found->id);
+    db->run("UPDATE stations SET name = ?3 WHERE account_id = ?1 AND id = ?2", account, found->id, name);
+    *station = *find(account, found->id);
     return StationResult::Done;
 }
 
@@ -202,7 +201,7 @@ StationResult Stations::remove(AccountId account, const std::string &token)
         return StationResult::NoSuchStation;
     if (!found->allowDelete)
         return StationResult::NotAllowed;
-    db->run("DELETE FROM stations WHERE id = ?1", found->id);
+    db->run("DELETE FROM stations WHERE account_id = ?1 AND id = ?2", account, found->id);
     return StationResult::Done;
 }
 
@@ -216,8 +215,8 @@ StationResult Stations::addMusic(AccountId account, const std::string &token, co
         return StationResult::NotAllowed;
     if (music.kind == MusicKind::Album || !nameOf(music))
         return StationResult::NoSuchMusic;
-    db->run("INSERT OR IGNORE INTO seeds (station_id, kind, target) VALUES (?1, ?2, ?3)", found->id,
-            musicKindName(music.kind), music.target);
+    db->run("INSERT INTO seeds (account_id, station_id, kind, target) VALUES (?1, ?2, ?3, ?4) ON CONFLICT DO NOTHING",
+            account, found->id, musicKindName(music.kind), music.target);
     return StationResult::Done;
 }
 
@@ -229,25 +228,22 @@ StationResult Stations::makeOwn(AccountId account, const std::string &token, Sta
         return StationResult::NoSuchStation;
     if (!found->isShared)
         return StationResult::NotAllowed;
-    db->run(
-        "UPDATE stations SET is_shared = 0, allow_rename = 1, allow_add_music = 1, allow_feedback = 1 WHERE id = ?1",
-        found->id);
-    *station = *find(found->id);
+    db->run("UPDATE stations SET is_shared = 0, allow_rename = 1, allow_add_music = 1, allow_feedback = 1 WHERE "
+            "account_id = ?1 AND id = ?2",
+            account, found->id);
+    *station = *find(account, found->id);
     return StationResult::Done;
 }
 
-std::vector<Music> Stations::seeds(int64_t stationId)
+std::vector<Music> Stations::seeds(const Station &station)
 {
     std::vector<Music> seeds;
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT kind, target FROM seeds WHERE station_id = ?1");
-    row.with(stationId);
+    Statement row =
+        db->prepare("SELECT kind, target FROM seeds WHERE account_id = ?1 AND station_id = ?2 ORDER BY kind, target");
+    row.with(station.accountId, station.id);
     while (row.step()) {
-        const std::string kind = row.text(0);
-        seeds.push_back({kind == "artist"  ? MusicKind::Artist
-                         : kind == "track" ? MusicKind::Track
-                                           : MusicKind::Style,
-                         row.text(1)});
+        seeds.push_back({musicKindOf(row.text(0)), row.text(1)});
     }
     return seeds;
 }
@@ -264,7 +260,7 @@ std::optional<std::string> Stations::pictureId(const Music &music)
 
 std::optional<std::string> Stations::pictureId(const Station &station)
 {
-    for (const Music &music : seeds(station.id)) {
+    for (const Music &music : seeds(station)) {
         if (std::optional<std::string> id = pictureId(music))
             return id;
     }
@@ -298,8 +294,9 @@ std::optional<Station> Stations::withOnlySeed(AccountId account, const Music &mu
     Statement row =
         db->prepare(std::string(columns) +
                     "WHERE account_id = ?1 AND is_shared = 0 AND "
-                    "EXISTS (SELECT 1 FROM seeds WHERE station_id = stations.id AND kind = ?2 AND target = ?3) "
-                    "AND (SELECT COUNT(*) FROM seeds WHERE station_id = stations.id) = 1");
+                    "EXISTS (SELECT 1 FROM seeds WHERE account_id = ?1 AND station_id = stations.id AND kind = ?2 AND "
+                    "target = ?3) "
+                    "AND (SELECT COUNT(*) FROM seeds WHERE account_id = ?1 AND station_id = stations.id) = 1");
     row.with(account, musicKindName(music.kind), music.target);
     return row.step() ? std::optional<Station>(readStation(row)) : std::nullopt;
 }

@@ -38,7 +38,7 @@ public:
     // The Tapestry station first, then the others in the requested order.
     std::vector<Station> list(AccountId account, Order order = Order::ByDate, bool isDescending = true);
     std::optional<Station> find(AccountId account, const std::string &token);
-    std::optional<Station> find(int64_t id);
+    std::optional<Station> find(AccountId account, int64_t id);
     int count(AccountId account);
     // Changes whenever the visible list changes.
     std::string checksum(AccountId account);
@@ -57,7 +57,7 @@ public:
     // Makes a shared station the listener's own.
     StationResult makeOwn(AccountId account, const std::string &token, Station *station);
 
-    std::vector<Music> seeds(int64_t stationId);
+    std::vector<Music> seeds(const Station &station);
     // Public id of the track whose picture represents the station; nothing when there is none.
     std::optional<std::string> pictureId(const Station &station);
     std::optional<std::string> pictureId(const Music &music);

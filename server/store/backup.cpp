@@ -76,11 +76,11 @@ void checkIntegrity(Database &db)
 }
 
 // A database that is whole; `name` is how the person calls it.
-Database openWhole(const fs::path &file, const fs::path &name)
+std::unique_ptr<Database> openWhole(const fs::path &file, const fs::path &name)
 {
     try {
-        Database db(file);
-        checkIntegrity(db);
+        auto db = std::make_unique<Database>(file);
+        checkIntegrity(*db);
         return db;
     } catch (const StoreError &error) {
         throw std::runtime_error(name.string() + " is damaged: " + error.what());
@@ -180,7 +180,8 @@ fs::path restoreBackup(const fs::path &file, const fs::path &dataFolder)
     fs::permissions(restored.file, fs::perms::owner_read | fs::perms::owner_write);
     std::vector<std::pair<std::string, std::string>> files;
     {
-        Database db = openWhole(restored.file, file);
+        const std::unique_ptr<Database> opened = openWhole(restored.file, file);
+        Database &db = *opened;
         {
             Statement row = db.prepare("SELECT 1 FROM sqlite_master WHERE name = 'backup_files'");
             if (!row.step())

@@ -418,9 +418,139 @@ ALTER TABLE sign_ups ADD COLUMN invitation_hash TEXT NOT NULL DEFAULT '';
 ALTER TABLE resets ADD COLUMN value TEXT NOT NULL DEFAULT '';
 )sql";
 
+// Tokens of tracks, ads and music carry what they stand for. A station remembers the last tracks that it handed out, as
+// a JSON array of ids, newest first; and what was heard of the last 512, each in the slot that its number among them
+// gives. Plays of before get the numbers that lead up to the next one.
+constexpr const char *sealedTokens = R"sql(
+ALTER TABLE stations ADD COLUMN recent TEXT NOT NULL DEFAULT '[]';
+UPDATE stations SET recent = (SELECT json_group_array(track_id) FROM (
+  SELECT track_id FROM issued_tracks WHERE station_id = stations.id ORDER BY id DESC LIMIT 60));
+UPDATE stations SET lists_issued = lists_issued + 128;
+CREATE TABLE slot_plays (
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  slot INTEGER NOT NULL,
+  number INTEGER NOT NULL,
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  radio TEXT NOT NULL,
+  started_at INTEGER NOT NULL,
+  seconds INTEGER NOT NULL,
+  outcome TEXT NOT NULL CHECK (outcome IN ('playing', 'ended', 'skipped', 'left')),
+  PRIMARY KEY (account_id, station_id, slot)
+) WITHOUT ROWID;
+INSERT INTO slot_plays
+  SELECT account_id, station_id, (next - back) % 512, next - back, track_id, '', started_at, CAST(seconds AS INTEGER),
+    iif(outcome = 'playing', 'left', outcome)
+  FROM (
+    SELECT p.*, 4 * (s.lists_issued + 1) AS next,
+      ROW_NUMBER() OVER (PARTITION BY p.station_id ORDER BY p.started_at DESC, p.issue_id DESC) AS back
+    FROM plays p JOIN stations s ON s.id = p.station_id AND s.account_id = p.account_id)
+  WHERE back <= 512;
+DROP TABLE plays;
+DROP TABLE play_counts;
+DROP TABLE play_days;
+ALTER TABLE slot_plays RENAME TO plays;
+CREATE INDEX plays_under_way ON plays(account_id, radio) WHERE outcome = 'playing';
+CREATE INDEX plays_by_track ON plays(track_id);
+CREATE INDEX sleeps_by_track ON sleeps(track_id);
+DROP TABLE music_tokens;
+DROP TABLE issued_tracks;
+DROP TABLE issued_ads;
+DROP TABLE track_events;
+)sql";
+
+// Mails that wait to be sent.
+constexpr const char *waitingMails = R"sql(
+CREATE TABLE mails (
+  id TEXT PRIMARY KEY,
+  recipient_hash TEXT NOT NULL,
+  content TEXT NOT NULL,
+  due_at INTEGER NOT NULL,
+  failures INTEGER NOT NULL,
+  taken_until INTEGER NOT NULL
+) WITHOUT ROWID;
+CREATE INDEX mails_by_time ON mails(due_at);
+)sql";
+
+// The ids of tracks and artists are never given again: accounts, which may stand in another database, refer to them.
+// A seed stands with its account, as everything of an account does.
+constexpr const char *permanentIds = R"sql(
+CREATE TABLE new_artists (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  public_id TEXT NOT NULL UNIQUE,
+  name TEXT NOT NULL,
+  folded TEXT NOT NULL
+);
+INSERT INTO new_artists (id, public_id, name, folded) SELECT id, public_id, name, folded FROM artists;
+DROP TABLE artists;
+ALTER TABLE new_artists RENAME TO artists;
+CREATE INDEX artists_by_folded ON artists(folded);
+CREATE TABLE new_tracks (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  public_id TEXT NOT NULL UNIQUE,
+  artist_id INTEGER NOT NULL REFERENCES artists(id),
+  album_id INTEGER NOT NULL REFERENCES albums(id),
+  song TEXT NOT NULL,
+  folded TEXT NOT NULL,
+  style TEXT NOT NULL,
+  mood TEXT NOT NULL,
+  tempo INTEGER NOT NULL,
+  year INTEGER NOT NULL,
+  duration INTEGER NOT NULL,
+  audio_path TEXT NOT NULL,
+  audio_type TEXT NOT NULL,
+  bitrate INTEGER NOT NULL,
+  picture_path TEXT NOT NULL,
+  is_explicit INTEGER NOT NULL DEFAULT 0,
+  is_playable INTEGER NOT NULL,
+  source TEXT NOT NULL DEFAULT 'demo',
+  recording_id INTEGER,
+  album_artist TEXT NOT NULL DEFAULT '',
+  composer TEXT NOT NULL DEFAULT '',
+  work TEXT NOT NULL DEFAULT '',
+  movement INTEGER NOT NULL DEFAULT 0,
+  disc INTEGER NOT NULL DEFAULT 0,
+  number INTEGER NOT NULL DEFAULT 0,
+  gain_db REAL,
+  peak REAL,
+  seconds REAL,
+  kind TEXT NOT NULL DEFAULT 'music'
+);
+INSERT INTO new_tracks SELECT id, public_id, artist_id, album_id, song, folded, style, mood, tempo, year, duration,
+  audio_path, audio_type, bitrate, picture_path, is_explicit, is_playable, source, recording_id, album_artist, composer,
+  work, movement, disc, number, gain_db, peak, seconds, kind FROM tracks;
+DROP TABLE tracks;
+ALTER TABLE new_tracks RENAME TO tracks;
+CREATE INDEX tracks_by_folded ON tracks(folded);
+CREATE INDEX tracks_by_style ON tracks(is_playable, style, id);
+CREATE INDEX tracks_by_artist ON tracks(artist_id);
+CREATE INDEX tracks_by_album ON tracks(album_id);
+CREATE INDEX tracks_by_recording ON tracks(recording_id) WHERE recording_id IS NOT NULL;
+CREATE INDEX tracks_by_seconds ON tracks(seconds) WHERE seconds IS NOT NULL;
+CREATE TABLE new_seeds (
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  kind TEXT NOT NULL CHECK (kind IN ('artist', 'track', 'style')),
+  target TEXT NOT NULL,
+  PRIMARY KEY (account_id, station_id, kind, target)
+) WITHOUT ROWID;
+INSERT INTO new_seeds SELECT s.account_id, e.station_id, e.kind, e.target
+  FROM seeds e JOIN stations s ON s.id = e.station_id;
+DROP TABLE seeds;
+ALTER TABLE new_seeds RENAME TO seeds;
+CREATE INDEX seeds_by_station ON seeds(station_id);
+)sql";
+
+struct Step {
+    const char *script;
+    bool replacesTables = false; // others refer to those, and must not mind that they are away for a moment
+};
+
 // Step n brings a file from version n to n + 1. A step that has been released is never changed.
-constexpr std::array steps = {accountsAndDevices, catalogue,          stations,     devicesByKey, ownMusic,
-                              requestAnswers,     goneFilesAndCovers, askingRadios, namedRadios,  invitations};
+constexpr std::array steps = {
+    Step{accountsAndDevices}, Step{catalogue},          Step{stations},          Step{devicesByKey}, Step{ownMusic},
+    Step{requestAnswers},     Step{goneFilesAndCovers}, Step{askingRadios},      Step{namedRadios},  Step{invitations},
+    Step{sealedTokens},       Step{waitingMails},       Step{permanentIds, true}};
 
 } // namespace
 
@@ -444,10 +574,14 @@ void migrate(Database &db)
                          ", this program knows versions up to " + std::to_string(newestSchemaVersion()) +
                          "; use the newer velmora-server that wrote it");
     for (; version < newestSchemaVersion(); ++version) {
-        Transaction step(db);
-        db.execute(steps[static_cast<size_t>(version)]);
+        const Step &step = steps[static_cast<size_t>(version)];
+        if (step.replacesTables) // which is ignored inside a transaction
+            db.execute("PRAGMA foreign_keys = OFF");
+        Transaction change(db);
+        db.execute(step.script);
         db.execute("PRAGMA user_version = " + std::to_string(version + 1));
-        step.commit();
+        change.commit();
+        db.execute("PRAGMA foreign_keys = ON");
     }
 }
 

@@ -1,13 +1,31 @@
 #include "server/store/store.h"
 
 #include "server/store/migrations.h"
+#include "server/store/postgres/postgresbackend.h"
+#include "server/store/sqlitebackend.h"
+
+#include <random>
+#include <thread>
 
 namespace velmora::server {
 
-Store::Store(const std::filesystem::path &file)
+SqliteBackend::SqliteBackend(const std::filesystem::path &file)
     : m_db(file)
 {
     migrate(m_db);
+}
+
+Store::Store(const std::filesystem::path &file)
+    : Store(std::make_unique<SqliteBackend>(file))
+{
+}
+
+Store::Store(const std::string &address, const std::filesystem::path &file)
+{
+    if (address.empty())
+        m_backend = std::make_unique<SqliteBackend>(file);
+    else
+        m_backend = std::make_unique<PostgresBackend>(PostgresAddress::of(address));
 }
 
 std::string Store::setting(const std::string &name)
@@ -23,6 +41,20 @@ void Store::setSetting(const std::string &name, const std::string &value)
     const Lock db = lock();
     db->run("INSERT INTO settings (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO UPDATE SET value = ?2", name,
             value);
+}
+
+std::string Store::settingOnce(const std::string &name, const std::function<std::string()> &make)
+{
+    const Lock db = lock();
+    if (std::string value = setting(name); !value.empty())
+        return value;
+    db->run("INSERT INTO settings (name, value) VALUES (?1, ?2) ON CONFLICT (name) DO NOTHING", name, make());
+    return setting(name); // of whoever was first
+}
+
+void pauseBeforeRepeating(int count)
+{
+    std::this_thread::sleep_for(count * std::chrono::milliseconds(10 + std::random_device{}() % 30));
 }
 
 } // namespace velmora::server

@@ -67,7 +67,11 @@ std::string choice(const std::string &name, const std::string &question, const s
 std::string hidden(const std::string &name, const std::string &value);
 std::string button(const std::string &label, const std::string &name = {}, const std::string &value = {});
 std::string plainButton(const std::string &label, const std::string &name, const std::string &value); // less prominent
+std::string dangerButton(const std::string &label); // for what cannot be undone
+// A row of its own; an address that is its own label is shown as text.
 std::string link(const std::string &address, const std::string &label);
+// The step that most readers take next, as prominent as a button.
+std::string nextStep(const std::string &address, const std::string &label);
 // Links as large rows, one below the other. `name` says what they lead to.
 std::string menu(const std::string &name, const std::vector<Option> &links);
 std::string code(const std::string &text);                // a command to be copied
@@ -81,7 +85,9 @@ std::string mail(const std::string &title, const std::string &text);
 
 // The style sheet, served as /style.css: dark or light as the reader's system is, one column, large enough for a thumb.
 const char *styleSheet();
-// The symbol, served as /symbol.svg: seven bars in the shape of a V.
+// The symbol on its tile, served as /symbol.svg: seven bars in the shape of a V.
 std::string symbol();
+// Symbol and word mark, served as /logo.svg, in the colours of the reader's scheme.
+std::string logo();
 
 } // namespace velmora::server::html

@@ -1,19 +1,19 @@
 #include "server/web/mailbox.h"
 
-#include "server/accounts/mailaddress.h"
-#include "server/web/html.h"
+#include "server/accounts/secrets.h"
+#include "server/logging/log.h"
+#include "server/web/language.h"
+#include "server/web/mailmessage.h"
 
 #include <curl/curl.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
 #include <memory>
-#include <sodium.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,9 +21,11 @@ namespace velmora::server {
 
 namespace {
 
-constexpr size_t mostWaiting = 100;
-constexpr size_t mostKept = 100;         // that are shown
-constexpr size_t mostOfMail = 16 * 1024; // bytes
+constexpr size_t mostJobs = 100;
+constexpr size_t mostWaiting = 10'000;       // mails
+constexpr std::chrono::seconds lookEvery{2}; // for mails whose time has come, or that another process has left
+constexpr size_t mostKept = 100;             // that are shown
+constexpr size_t mostOfMail = 16 * 1024;     // bytes
 constexpr long connectSeconds = 10;
 constexpr long wholeSeconds = 30;
 
@@ -41,86 +43,11 @@ size_t read(char *buffer, size_t size, size_t count, void *user)
     return part;
 }
 
-constexpr char wordBegin[] = "=?UTF-8?B?"; // an encoded word of a header (RFC 2047)
-constexpr char wordEnd[] = "?=";
-constexpr size_t mostOfWord = 45; // bytes that an encoded word has room for
-
-// A header's text, in encoded words where ASCII does not suffice; the words are on lines of their own.
-std::string encodedHeader(const std::string &text)
-{
-    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (std::all_of(text.begin(), text.end(), isAscii))
-        return text;
-    std::string words;
-    for (size_t at = 0; at < text.size();) {
-        size_t end = std::min(at + mostOfWord, text.size());
-        while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) // within a character
-            --end;
-        std::string word(sodium_base64_encoded_len(end - at, sodium_base64_VARIANT_ORIGINAL), '\0');
-        sodium_bin2base64(word.data(), word.size(), reinterpret_cast<const unsigned char *>(text.data() + at), end - at,
-                          sodium_base64_VARIANT_ORIGINAL);
-        word.pop_back(); // the NUL
-        words += (words.empty() ? "" : "\r\n ") + (wordBegin + word) + wordEnd;
-        at = end;
-    }
-    return words;
-}
-
-// The other way round, for a header of ours from which the line breaks are gone.
-std::string decodedHeader(const std::string &header)
-{
-    std::string text;
-    for (size_t at = header.find(wordBegin); at != std::string::npos; at = header.find(wordBegin, at)) {
-        at += sizeof wordBegin - 1;
-        const size_t end = std::min(header.find(wordEnd, at), header.size());
-        std::string bytes(end - at, '\0');
-        size_t length = 0;
-        if (sodium_base642bin(reinterpret_cast<unsigned char *>(bytes.data()), bytes.size(), header.data() + at,
-                              end - at, nullptr, &length, nullptr, sodium_base64_VARIANT_ORIGINAL) == 0)
-            text += bytes.substr(0, length);
-    }
-    return text.empty() ? header : text;
-}
-
-std::string mailDate(int64_t now)
-{
-    const std::time_t seconds = now;
-    std::tm parts{};
-    ::gmtime_r(&seconds, &parts);
-    char text[64];
-    std::strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S +0000", &parts);
-    return text;
-}
-
 // Ours, and in no other folder.
 bool isMailFile(std::string_view name)
 {
     return name.ends_with(".eml") && name.front() >= '0' && name.front() <= '9' &&
            name.find('/') == std::string_view::npos;
-}
-
-// A mail as message() writes it; an older one has no parts.
-KeptMail readable(const std::string &name, const std::string &message)
-{
-    const auto between = [](const std::string &text, const std::string &begin, const std::string &end) {
-        const size_t at = text.find(begin);
-        if (at == std::string::npos)
-            return std::string();
-        const size_t from = at + begin.size();
-        return text.substr(from, text.find(end, from) - from);
-    };
-    KeptMail mail;
-    mail.name = name;
-    std::from_chars(name.data(), name.data() + name.size(), mail.writtenAt);
-    const size_t split = std::min(message.find("\r\n\r\n"), message.size());
-    const std::string head = message.substr(0, split) + "\r\n";
-    mail.recipient = between(head, "\r\nTo: <", ">");
-    mail.subject = decodedHeader(between(head, "\r\nSubject: ", "\r\nMessage-ID"));
-    mail.text = message.substr(std::min(split + 4, message.size()));
-    if (const std::string boundary = between(head, "boundary=\"", "\""); !boundary.empty())
-        mail.text = between(mail.text, "\r\n\r\n", "\r\n--" + boundary);
-    std::erase(mail.text, '\r');
-    return mail;
 }
 
 } // namespace
@@ -134,10 +61,17 @@ std::optional<SmtpLogin> readSmtpLogin(const std::filesystem::path &file)
     return login.name.empty() || login.password.empty() ? std::nullopt : std::optional(login);
 }
 
-Mailbox::Mailbox(MailSettings settings)
-    : m_settings(std::move(settings))
-    , m_thread([this] { work(); })
+Mailbox::Mailbox(Store &store, MailSettings settings)
+    : m_store(store)
+    , m_key(store.settingOnce("mail key", [] { return randomToken(); }))
+    , m_settings(std::move(settings))
 {
+    // Taken by a process that has ended: where this one is alone, nobody else sends.
+    if (!store.isShared())
+        store.lock()->run("UPDATE mails SET taken_until = 0 WHERE taken_until > 0");
+    m_waiting = count();
+    m_jobThread = std::thread([this] { doJobs(); });
+    m_sendThread = std::thread([this] { sendMails(); });
 }
 
 Mailbox::~Mailbox()
@@ -152,29 +86,11 @@ void Mailbox::stop()
         m_isEnding = true;
     }
     m_wake.notify_all();
-    if (m_thread.joinable())
-        m_thread.join();
-}
-
-std::string Mailbox::message(const std::string &sender, const std::string &recipient, const std::string &subject,
-                             const std::string &text, int64_t now)
-{
-    // A line break would let a recipient add headers.
-    if (!isMailAddress(recipient))
-        return {};
-    const std::string boundary = "velmora-" + randomToken(16); // in no text that somebody else wrote
-    const auto part = [&](const char *type, const std::string &content) {
-        std::string lines = "--" + boundary + "\r\nContent-Type: " + type +
-                            "; charset=utf-8\r\nContent-Transfer-Encoding: 8bit\r\n\r\n";
-        for (const char c : content)
-            lines += c == '\n' ? std::string("\r\n") : std::string(1, c);
-        return lines + "\r\n";
-    };
-    return "Date: " + mailDate(now) + "\r\nFrom: Velmora <" + sender + ">\r\nTo: <" + recipient +
-           ">\r\nSubject: " + encodedHeader(subject) + "\r\nMessage-ID: <" + randomToken(16) + "@velmora>\r\n" +
-           "MIME-Version: 1.0\r\nContent-Type: multipart/alternative; boundary=\"" + boundary + "\"\r\n" +
-           "Auto-Submitted: auto-generated\r\n\r\n" + part("text/plain", text) +
-           part("text/html", html::mail(subject, text)) + "--" + boundary + "--\r\n";
+    // The jobs first: they may add mails.
+    for (std::thread *thread : {&m_jobThread, &m_sendThread}) {
+        if (thread->joinable())
+            thread->join();
+    }
 }
 
 std::vector<KeptMail> Mailbox::kept() const
@@ -194,7 +110,7 @@ std::vector<KeptMail> Mailbox::kept() const
         std::string message(mostOfMail, '\0');
         stream.read(message.data(), static_cast<std::streamsize>(message.size()));
         message.resize(static_cast<size_t>(stream.gcount()));
-        mails.push_back(readable(file.filename().native(), message));
+        mails.push_back(readMail(file.filename().native(), message));
     }
     return mails;
 }
@@ -208,7 +124,7 @@ bool Mailbox::later(std::function<void()> job)
 {
     {
         const std::lock_guard guard(m_mutex);
-        if (m_isEnding || m_jobs.size() >= mostWaiting)
+        if (m_isEnding || m_jobs.size() >= mostJobs)
             return false;
         // Its mails are in the language of the page that asked for them.
         m_jobs.emplace_back([job = std::move(job), language = &InLanguage::current()] {
@@ -273,83 +189,149 @@ void Mailbox::sendPinRescue(const std::string &address, const std::string &token
 
 void Mailbox::enqueue(const std::string &recipient, const std::string &subject, const std::string &text)
 {
-    Mail mail{recipient, message(m_settings.sender, recipient, subject, text, std::time(nullptr)),
-              std::chrono::steady_clock::now()};
-    if (mail.text.empty())
+    const std::string whole = mailMessage(m_settings.sender, recipient, subject, text, std::time(nullptr));
+    if (whole.empty())
         return;
     {
         const std::lock_guard guard(m_mutex);
-        if (m_waiting.size() >= mostWaiting) {
-            std::fputs("velmora-server: too many mails wait to be sent, one was dropped\n", stderr);
+        if (m_waiting >= mostWaiting) {
+            logs::warn("too many mails wait to be sent, one was dropped");
             return;
         }
-        m_waiting.push_back(std::move(mail));
+    }
+    // Its link must not stand in the log of a database. A backup has the key, too, and is kept as safe as the accounts.
+    m_store.lock()->run(
+        "INSERT INTO mails (id, recipient_hash, content, due_at, failures, taken_until) VALUES (?1, ?2, "
+        "?3, ?4, 0, 0)",
+        randomToken(), tokenHash(Accounts::foldedName(recipient)), sealed(m_key, recipient + '\n' + whole),
+        int64_t(std::time(nullptr)));
+    {
+        const std::lock_guard guard(m_mutex);
+        ++m_waiting;
+        m_isNew = true;
     }
     m_wake.notify_all();
 }
 
-bool Mailbox::isIdle()
+size_t Mailbox::count()
+{
+    return static_cast<size_t>(m_store.lock()->number("SELECT COUNT(*) FROM mails"));
+}
+
+size_t Mailbox::waiting()
 {
     const std::lock_guard guard(m_mutex);
-    return m_jobs.empty() && m_waiting.empty() && !m_isSending;
+    return m_waiting;
 }
 
-bool Mailbox::takeDue(std::unique_lock<std::mutex> &lock, std::function<void()> *job, Mail *mail)
+bool Mailbox::isIdle()
 {
-    while (true) {
-        if (!m_jobs.empty()) {
-            *job = std::move(m_jobs.front());
-            m_jobs.pop_front();
-            return true;
-        }
-        const auto next = std::min_element(m_waiting.begin(), m_waiting.end(),
-                                           [](const Mail &a, const Mail &b) { return a.due < b.due; });
-        if (next == m_waiting.end()) {
-            if (m_isEnding)
-                return false;
-            m_wake.wait(lock);
-        } else if (const auto due = next->due; m_isEnding || due <= std::chrono::steady_clock::now()) {
-            *mail = std::move(*next);
-            m_waiting.erase(next);
-            return true;
-        } else {
-            m_wake.wait_until(lock, due);
-        }
+    {
+        const std::lock_guard guard(m_mutex);
+        if (!m_jobs.empty() || m_isWorking || m_isSending)
+            return false;
     }
+    return count() == 0;
 }
 
-void Mailbox::work()
+void Mailbox::doJobs()
 {
     std::unique_lock lock(m_mutex);
-    std::function<void()> job;
-    Mail mail;
-    while (takeDue(lock, &job, &mail)) {
-        m_isSending = true;
-        if (job) {
-            lock.unlock();
-            std::exchange(job, nullptr)();
-            lock.lock();
-        } else {
-            send(lock, std::move(mail));
-        }
-        m_isSending = false;
+    while (true) {
+        m_wake.wait(lock, [this] { return m_isEnding || !m_jobs.empty(); });
+        if (m_jobs.empty())
+            return;
+        const std::function<void()> job = std::move(m_jobs.front());
+        m_jobs.pop_front();
+        m_isWorking = true;
+        lock.unlock();
+        job();
+        lock.lock();
+        m_isWorking = false;
+        m_wake.notify_all();
     }
 }
 
-void Mailbox::send(std::unique_lock<std::mutex> &lock, Mail mail)
+void Mailbox::sendMails()
 {
-    // The program's end does not wait for a slow mail server: the mail goes to the outbox.
-    const bool hasServer = !m_isEnding && !m_settings.smtp.empty();
-    lock.unlock();
-    const Delivery delivery = hasServer ? deliver(mail) : Delivery::Refused;
-    const bool isTriedAgain = delivery == Delivery::MayPass && mail.failures < m_settings.retries.size();
-    if (delivery != Delivery::Done && !isTriedAgain)
-        keep(mail);
-    lock.lock();
-    if (isTriedAgain) {
-        mail.due = std::chrono::steady_clock::now() + m_settings.retries[mail.failures++];
-        m_waiting.push_back(std::move(mail));
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        // Set before the look: a mail that is added after it is looked for again.
+        m_isNew = false;
+        const auto isLast = [this] { return m_isEnding && m_jobs.empty() && !m_isWorking; };
+        const bool isEnd = isLast();
+        if (m_isEnding && hasServer())
+            return;
+        m_isSending = true;
+        lock.unlock();
+        bool isMore = false;
+        std::optional<size_t> waiting;
+        try {
+            isMore = sendNext();
+            waiting = count();
+        } catch (const StoreError &) {
+            // Nothing is sent without the store; it is looked at again.
+        }
+        lock.lock();
+        m_isSending = false;
+        m_waiting = waiting.value_or(m_waiting);
+        if (isMore)
+            continue;
+        if (isEnd)
+            return;
+        m_wake.wait_for(lock, lookEvery, [&] { return m_isNew || isLast() || (m_isEnding && hasServer()); });
     }
+}
+
+std::optional<Mailbox::Mail> Mailbox::takeDue()
+{
+    const int64_t now = std::time(nullptr);
+    Mail mail;
+    std::string content;
+    {
+        const Store::Lock db = m_store.lock();
+        // Of two processes that find the same mail, the second one finds it taken.
+        Statement row =
+            db->prepare("UPDATE mails SET taken_until = ?2 WHERE taken_until <= ?1 AND id = (SELECT id FROM "
+                        "mails WHERE due_at <= ?1 AND taken_until <= ?1 ORDER BY due_at, id LIMIT 1) "
+                        "RETURNING id, content, failures");
+        row.with(now, now + m_settings.lease.count());
+        if (!row.step())
+            return std::nullopt;
+        mail.id = row.text(0);
+        content = row.text(1);
+        mail.failures = static_cast<size_t>(row.integer(2));
+        while (row.step()) {
+        }
+    }
+    const std::string text = unsealed(m_key, content).value_or("");
+    const size_t split = std::min(text.find('\n'), text.size());
+    mail.recipient = text.substr(0, split);
+    mail.text = text.substr(std::min(split + 1, text.size()));
+    return mail;
+}
+
+bool Mailbox::sendNext()
+{
+    const std::optional<Mail> mail = takeDue();
+    if (!mail)
+        return false;
+    const Delivery delivery = mail->text.empty() ? Delivery::Done // of another key: nobody can read it
+                              : hasServer()      ? deliver(*mail)
+                                                 : Delivery::Refused;
+    const auto putOff = [&](std::chrono::seconds pause) {
+        m_store.lock()->run("UPDATE mails SET due_at = ?2, failures = failures + 1, taken_until = 0 WHERE id = ?1",
+                            mail->id, int64_t(std::time(nullptr)) + pause.count());
+    };
+    if (delivery == Delivery::MayPass && mail->failures < m_settings.retries.size()) {
+        putOff(m_settings.retries[mail->failures]);
+    } else if (delivery != Delivery::Done && !keep(*mail)) {
+        putOff(std::chrono::minutes(1)); // a full disk
+        return false;
+    } else {
+        m_store.lock()->run("DELETE FROM mails WHERE id = ?1", mail->id);
+    }
+    return true;
 }
 
 Mailbox::Delivery Mailbox::deliver(const Mail &mail) const
@@ -374,8 +356,7 @@ Mailbox::Delivery Mailbox::deliver(const Mail &mail) const
     if (!m_settings.smtpLogin.empty()) {
         const std::optional<SmtpLogin> login = readSmtpLogin(m_settings.smtpLogin);
         if (!login) {
-            std::fprintf(stderr, "velmora-server: a mail was not sent, because %s cannot be read\n",
-                         m_settings.smtpLogin.c_str());
+            logs::warn("a mail was not sent, because " + m_settings.smtpLogin.string() + " cannot be read");
             return Delivery::MayPass;
         }
         curl_easy_setopt(curl.get(), CURLOPT_USERNAME, login->name.c_str());
@@ -389,15 +370,15 @@ Mailbox::Delivery Mailbox::deliver(const Mail &mail) const
     const CURLcode result = curl_easy_perform(curl.get());
     if (result == CURLE_OK)
         return Delivery::Done;
-    std::fprintf(stderr, "velmora-server: a mail was not delivered (%s)\n",
-                 result == CURLE_USE_SSL_FAILED ? "the mail server offers no TLS, which is required"
-                                                : curl_easy_strerror(result));
+    const char *why = result == CURLE_USE_SSL_FAILED ? "the mail server offers no TLS, which is required"
+                                                     : curl_easy_strerror(result);
+    logs::warn(std::string("a mail was not delivered (") + why + ")");
     long answer = 0;
     curl_easy_getinfo(curl.get(), CURLINFO_RESPONSE_CODE, &answer);
     return answer >= 500 ? Delivery::Refused : Delivery::MayPass;
 }
 
-void Mailbox::keep(const Mail &mail) const
+bool Mailbox::keep(const Mail &mail) const
 {
     // Made owner-only by the mode, not afterwards: a folder that is there already keeps its own.
     std::error_code ignored;
@@ -417,10 +398,12 @@ void Mailbox::keep(const Mail &mail) const
     }
     if (handle >= 0)
         ::close(handle);
-    if (written == mail.text.size())
-        std::fprintf(stderr, "velmora-server: a mail lies in %s\n", file.c_str());
+    const bool isKept = written == mail.text.size();
+    if (isKept)
+        logs::warn("a mail lies in " + file.string());
     else
-        std::fprintf(stderr, "velmora-server: a mail could not be kept in %s\n", m_settings.outbox.c_str());
+        logs::warn("a mail could not be kept in " + m_settings.outbox.string() + "; it is tried again");
+    return isKept;
 }
 
 } // namespace velmora::server

@@ -26,6 +26,8 @@ struct MailSettings {
     // The pauses before each retry after a temporary failure (no connection, "try later"); a link lives an hour.
     std::vector<std::chrono::seconds> retries{std::chrono::minutes(1), std::chrono::minutes(5),
                                               std::chrono::minutes(15)};
+    // A process that sends a mail has it alone for so long. Longer than any delivery takes.
+    std::chrono::seconds lease{120};
 };
 
 struct SmtpLogin {
@@ -35,15 +37,19 @@ struct SmtpLogin {
 // From the first two lines of a file; nothing when one of them is missing or empty.
 std::optional<SmtpLogin> readSmtpLogin(const std::filesystem::path &file);
 
-// Sends the mails, one after another, on a thread of its own. With an SMTP server through libcurl, encrypted where the
-// server offers TLS; where TLS is required, a server without it gets neither a password nor a mail. What cannot be
-// delivered in the end, and everything without a server, is written to the outbox, owner-only.
+// Sends the mails, one after another, on a thread of its own. They wait in the store, encrypted, so that each is sent
+// at least once, whichever process is killed; processes that share the store send each other's. With an SMTP server
+// through libcurl, encrypted where the server offers TLS; where TLS is required, a server without it gets neither a
+// password nor a mail. What cannot be delivered in the end, and everything without a server, is written to the outbox,
+// owner-only.
 class Mailbox : public Mailer {
 public:
-    explicit Mailbox(MailSettings settings);
+    // The store outlives the mailbox.
+    Mailbox(Store &store, MailSettings settings);
     ~Mailbox() override;
 
-    // Waits for the mail that is being sent and moves the waiting ones to the outbox. Nothing is sent afterwards.
+    // Ends with the jobs and with the mail that is being sent. Without an SMTP server the waiting ones are written to
+    // the outbox; otherwise they stay in the store.
     void stop();
 
     bool later(std::function<void()> job) override;
@@ -56,40 +62,43 @@ public:
     bool hasServer() const override { return !m_settings.smtp.empty(); }
     std::vector<KeptMail> kept() const override;
     bool forget(const std::string &name) override;
+    size_t waiting() override;
 
     // Nothing waits and nothing is being sent.
     bool isIdle();
 
-    // The whole message, headers and all, as plain text and as HTML; a recipient that is no mail address is refused
-    // (empty). A line of the text that is an address becomes a link.
-    static std::string message(const std::string &sender, const std::string &recipient, const std::string &subject,
-                               const std::string &text, int64_t now);
-
 private:
     struct Mail {
+        std::string id;
         std::string recipient;
         std::string text; // whole
-        std::chrono::steady_clock::time_point due;
         size_t failures = 0;
     };
     enum class Delivery { Done, MayPass, Refused };
     void enqueue(const std::string &recipient, const std::string &subject, const std::string &text);
-    void work();
-    // Waits until there is a job, which comes first, or a mail is due. After stop() it does not wait; false when
-    // nothing is left then.
-    bool takeDue(std::unique_lock<std::mutex> &lock, std::function<void()> *job, Mail *mail);
-    void send(std::unique_lock<std::mutex> &lock, Mail mail);
+    void doJobs();
+    void sendMails();
+    // False when none is due.
+    bool sendNext();
+    // No other process takes it until the lease ends.
+    std::optional<Mail> takeDue();
+    size_t count();
     Delivery deliver(const Mail &mail) const;
-    void keep(const Mail &mail) const;
+    bool keep(const Mail &mail) const; // false when the outbox cannot be written to
 
-    MailSettings m_settings;
-    std::mutex m_mutex;
+    Store &m_store;
+    const std::string m_key; // that encrypts the waiting mails
+    const MailSettings m_settings;
+    std::mutex m_mutex; // guards the members below
     std::condition_variable m_wake;
     std::deque<std::function<void()>> m_jobs;
-    std::vector<Mail> m_waiting;
+    size_t m_waiting = 0; // as last counted
+    bool m_isNew = false; // a mail was added
     bool m_isEnding = false;
+    bool m_isWorking = false; // at a job
     bool m_isSending = false;
-    std::thread m_thread;
+    std::thread m_jobThread;  // runs doJobs(): a slow mail server holds up no job
+    std::thread m_sendThread; // runs sendMails()
 };
 
 } // namespace velmora::server

@@ -140,12 +140,13 @@ void WebPages::devicesPage(Visit &visit, const std::string &problem, int status)
                                             .form = device.deviceId}) +
                                html::plainButton(say("Rename"), "action", "rename") +
                                html::plainButton(say("Remove"), "action", "remove"));
-    std::vector<html::Option> links = {{"/activate", say("Activate a radio")},
-                                       {"/account/access", say("E-mail address, password and browsers")},
-                                       {"/account/children", say("Children")},
-                                       {"/account/data", say("Your data")}};
+    std::vector<html::Option> links;
     if (!devices.empty())
         links.push_back({"/remote", say("Remote control")});
+    links.insert(links.end(), {{"/activate", say("Activate a radio")},
+                               {"/account/access", say("E-mail address, password and browsers")},
+                               {"/account/children", say("Children")},
+                               {"/account/data", say("Your data")}});
     if (account->id == m_service.house.owner()) {
         links.push_back({"/house", say("This service")});
         links.push_back({"/library", say("The music")});
@@ -245,7 +246,8 @@ void WebPages::takeRadio(Visit &visit)
          html::heading(say("Remove this radio?")) +
              html::fact(say("Radio"), found->name.empty() ? device : found->name) +
              html::paragraph(say("It no longer plays your stations. Your stations and thumbs stay.")) +
-             html::form("/account/revoke", visit.csrf, html::hidden("device", device) + html::button(say("Remove"))) +
+             html::form("/account/revoke", visit.csrf,
+                        html::hidden("device", device) + html::dangerButton(say("Remove"))) +
              html::link("/account", say("Keep it")));
 }
 
@@ -271,7 +273,7 @@ void WebPages::takeData(Visit &visit)
     if (!signedIn(visit))
         return;
     const std::filesystem::path path = m_service.dataDirectory() / ("personal-" + randomToken(12) + ".json");
-    const bool isWritten = PersonalData(m_service.store).write(visit.session.account, path);
+    const bool isWritten = PersonalData(m_service.store, m_service.catalogueStore).write(visit.session.account, path);
     const auto file = isWritten ? http::File::open(path) : nullptr;
     std::error_code ignored;
     std::filesystem::remove(path, ignored); // it lives as long as it is sent
@@ -294,7 +296,7 @@ void WebPages::leavePage(Visit &visit, const std::string &problem, int status)
              (isOwner(visit) ? html::warning(say("This account owns the service: the next oldest one will own it."))
                              : std::string()) +
              html::form("/account/delete", visit.csrf,
-                        html::passwordField(say("Password"), problem) + html::button(say("Delete everything"))) +
+                        html::passwordField(say("Password"), problem) + html::dangerButton(say("Delete everything"))) +
              html::link("/account", say("Keep it")),
          status);
 }
@@ -310,7 +312,7 @@ void WebPages::takeLeave(Visit &visit)
     const auto account = withPassword(visit, &WebPages::leavePage);
     if (!account)
         return;
-    PersonalData(m_service.store).remove(account->id);
+    PersonalData(m_service.store, m_service.catalogueStore).remove(account->id);
     for (const KeptMail &mail : m_service.mailer ? m_service.mailer->kept() : std::vector<KeptMail>()) {
         if (mail.recipient == account->userName)
             m_service.mailer->forget(mail.name);

@@ -79,6 +79,7 @@ void WebPages::takeCode(Visit &visit)
         codePage(visit, {}, codeGone(), 422);
         return;
     }
+    visit.session.isAllowed = false;
     if (subject->accountId != 0)
         visit.session.byCode = m_service.activationCodes.redeemForAccount(code).value_or(0);
     else
@@ -170,13 +171,17 @@ void WebPages::allow(Visit &visit)
                  html::link("/account", say("Your account")));
         return;
     }
-    if (account == 0 || !m_service.activationCodes.grant(code, account)) {
+    const bool isRepeated = code.empty() && visit.session.isAllowed;
+    if (!isRepeated && (account == 0 || !m_service.activationCodes.grant(code, account))) {
         codePage(visit, {}, codeGone(), 422);
         return;
     }
+    visit.session.isAllowed = true;
+    m_sessions.keep(visit.cookie, visit.session);
     show(visit, say("Done"),
          html::heading(say("Done")) + html::paragraph(say("Go back to the television and choose \"Continue\".")) +
-             html::link("/remote", say("Press it on this telephone")) + html::link("/account", say("Your account")));
+             html::nextStep("/remote", say("Press it on this telephone")) +
+             html::link("/account", say("Your account")));
 }
 
 } // namespace velmora::server

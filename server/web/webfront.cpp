@@ -16,7 +16,10 @@ void WebPages::addFront(http::Router &router)
 void WebPages::showFront(Visit &visit)
 {
     const auto account = visit.session.account != 0 ? m_service.accounts.find(visit.session.account) : std::nullopt;
-    std::vector<html::Option> links = {{"/activate", say("Activate a radio")}, {"/account", say("Your account")}};
+    std::vector<html::Option> links;
+    if (account)
+        links.push_back({"/remote", say("Remote control")});
+    links.push_back({"/account", say("Your account")});
     if (!account && maySignUp(visit))
         links.push_back({"/sign-up", say("Make an account")});
     if (isOwner(visit))
@@ -27,7 +30,7 @@ void WebPages::showFront(Visit &visit)
              html::paragraph(
                  say("Your stations play music that learns from your thumbs. Does your television show a code? "
                      "Then activate it here.")) +
-             html::menu(say("Where to go"), links) +
+             html::nextStep("/activate", say("Activate a radio")) + html::menu(say("Where to go"), links) +
              (account ? html::paragraph(say("You are signed in as {1}.", account->userName)) : std::string()));
 }
 

@@ -10,6 +10,12 @@ namespace velmora::server {
 
 namespace {
 
+// For a sentence. The marks keep a path in one piece where the sentence is written from right to left.
+std::string pathText(const std::string &path)
+{
+    return InLanguage::current().isRightToLeft ? "\u2068" + printable(path) + "\u2069" : printable(path);
+}
+
 constexpr int filesOnPage = 50;
 constexpr size_t changesOnPage = 30;
 
@@ -76,7 +82,7 @@ std::string progress(const LibraryStatus &status)
         text += html::paragraph(say("Paused."));
     else if (!status.scanning.empty())
         text += html::paragraph(say("Looking through {1}: {2} so far, {3} of them read.",
-                                    printable(status.scanning.native()), files(status.scannedFiles),
+                                    pathText(status.scanning.native()), files(status.scannedFiles),
                                     sayNumber(status.changed)));
     if (!status.isAnalysed)
         text += html::paragraph(say("Listening to tracks is switched off: stations go by tags alone."));
@@ -101,7 +107,7 @@ std::string changes(const std::vector<LibraryChange> &recent)
                            : change.kind == LibraryChange::Kind::Changed ? mark("{1}, changed: {2}")
                            : change.kind == LibraryChange::Kind::Back    ? mark("{1}, back: {2}")
                                                                          : mark("{1}, gone: {2}");
-        text += html::paragraph(say(what, sayTime(change.at), printable(change.file.native())));
+        text += html::paragraph(say(what, sayTime(change.at), pathText(change.file.native())));
     }
     return text;
 }
@@ -113,7 +119,7 @@ std::string folders(const LibraryStatus &status)
         text +=
             html::paragraph(say("None. Name one in the configuration file, under [library]: music = /path/to/music"));
     for (const Root &root : status.roots) {
-        const std::string name = printable(root.path.native());
+        const std::string name = pathText(root.path.native());
         if (root.isPresent)
             text +=
                 html::paragraph(root.scannedAt == 0 ? say("{1}: not looked through yet", name)
@@ -220,7 +226,7 @@ void WebPages::showLeftOut(Visit &visit)
         body += html::paragraph(say("None."));
     for (size_t i = 0; i < std::min<size_t>(files.size(), filesOnPage); ++i) {
         const LeftOutFile &file = files[i];
-        const std::string name = printable((file.root / file.path).native());
+        const std::string name = pathText((file.root / file.path).native());
         body += html::paragraph(file.problem.empty() ? name : name + ": " + file.problem);
     }
     const std::string address = "/library/left-out?reason=" + reason + "&from=";

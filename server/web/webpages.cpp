@@ -25,8 +25,11 @@ WebPages::WebPages(StationService &service, bool isEncrypted, Clock clock)
     : m_service(service)
     , m_isEncrypted(isEncrypted)
     , m_clock(clock)
-    , m_sessions(std::move(clock), service.keptKey("forms key"))
+    , m_sessions(std::move(clock), service.keptKey("forms key"), &service.store)
 {
+    m_codeTries.share(service.store, "tries of codes");
+    m_newAccounts.share(service.store, "new accounts");
+    m_reminders.share(service.store, "reminders of network");
 }
 
 void WebPages::addTo(http::Router &router)
@@ -39,13 +42,14 @@ void WebPages::addTo(http::Router &router)
         response.setContent(html::styleSheet(), "text/css; charset=utf-8");
         return response;
     });
-    router.get("/symbol.svg", [](const http::Request &) {
-        http::Response response;
-        response.setHeader("Cache-Control", "max-age=86400");
-        response.setHeader("X-Content-Type-Options", "nosniff");
-        response.setContent(html::symbol(), "image/svg+xml");
-        return response;
-    });
+    for (const auto &[path, picture] : {std::pair("/symbol.svg", html::symbol()), std::pair("/logo.svg", html::logo())})
+        router.get(path, [picture = picture](const http::Request &) {
+            http::Response response;
+            response.setHeader("Cache-Control", "max-age=86400");
+            response.setHeader("X-Content-Type-Options", "nosniff");
+            response.setContent(picture, "image/svg+xml");
+            return response;
+        });
     addFront(router);
     addActivation(router);
     addSignUp(router);
@@ -125,6 +129,7 @@ http::Response WebPages::visit(const http::Request &request, const std::function
         return response;
     }
     handler(visit);
+    response.record.account = visit.session.account;
     return response;
 }
 
@@ -158,13 +163,15 @@ void WebPages::put(http::Response &response, const std::string &title, const std
     response.setContent(html::render(page), "text/html; charset=utf-8");
 }
 
-http::Response WebPages::notFound() const
+http::Response WebPages::notFound(const http::Request &request) const
 {
+    const InLanguage texts(languageFor(request));
     http::Response response;
     put(response, say("No such page"),
         html::heading(say("There is no such page")) +
-            html::paragraph(say("The address may be mistyped, or the page has gone.")) + html::link("/", say("Home")),
-        404);
+            html::paragraph(say("The address may be mistyped, or the page has gone.")) +
+            html::nextStep("/", say("Home")),
+        404, &request);
     return response;
 }
 

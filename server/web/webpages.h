@@ -32,7 +32,7 @@ public:
 
     void addTo(http::Router &router);
     // For a browser that asks for an address that nobody answers.
-    http::Response notFound() const;
+    http::Response notFound(const http::Request &request) const;
 
     // --- for pages that another part of the service adds
     struct Visitor {

@@ -14,8 +14,8 @@ std::string linkGone()
 
 std::string gone()
 {
-    return html::heading(say("Too late")) + html::error(linkGone()) + html::link("/forgot", say("Ask for a new one")) +
-           html::link("/account", say("Your account"));
+    return html::heading(say("Too late")) + html::error(linkGone()) +
+           html::nextStep("/forgot", say("Ask for a new one")) + html::link("/account", say("Your account"));
 }
 
 std::string signUpGone()
@@ -173,7 +173,7 @@ void WebPages::takeConfirm(Visit &visit)
     show(visit, say("Done"),
          html::heading(say("The account is made")) +
              html::paragraph(say("Sign in on the radio, or type the code that it shows.")) +
-             html::link("/activate", say("Activate a radio")) + html::link("/account", say("Your account")));
+             html::nextStep("/activate", say("Activate a radio")) + html::link("/account", say("Your account")));
 }
 
 void WebPages::showAddress(Visit &visit)

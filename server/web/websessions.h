@@ -14,12 +14,13 @@ namespace velmora::server {
 
 // What the service knows of one browser.
 struct WebSession {
-    AccountId account = 0; // signed in as, 0 nobody
-    std::string code;      // the radio's activation code that was entered
-    AccountId byCode = 0;  // the account whose own code was entered: it may link a radio, and nothing else
-    int64_t lastUsed = 0;  // Unix seconds
-    int64_t since = 0;     // of the sign-in, Unix seconds
-    std::string browser;   // what it says of itself at the sign-in, and where it was
+    AccountId account = 0;  // signed in as, 0 nobody
+    std::string code;       // the radio's activation code that was entered
+    bool isAllowed = false; // its radio has been allowed: a second tap on "Allow" gets the same answer
+    AccountId byCode = 0;   // the account whose own code was entered: it may link a radio, and nothing else
+    int64_t lastUsed = 0;   // Unix seconds
+    int64_t since = 0;      // of the sign-in, Unix seconds
+    std::string browser;    // what it says of itself at the sign-in, and where it was
     std::string address;
 };
 
@@ -33,9 +34,9 @@ struct OpenSession {
 // "Firefox, Android" of a browser's User-Agent; empty when it names neither a known browser nor a known system.
 std::string browserName(std::string_view userAgent);
 
-// Browser sessions, kept in memory under the hash of their cookie: a restart signs browsers out, nothing else. A
-// browser of which nothing is known has a cookie and no session. Browsers that are signed in have a table of their own,
-// which others cannot fill. Any thread.
+// Browser sessions under the hash of their cookie: in memory, where a restart signs browsers out and nothing else; or
+// in a store that several processes share. A browser of which nothing is known has a cookie and no session. Browsers
+// that are signed in have a table of their own, which others cannot fill. Any thread.
 class WebSessions {
 public:
     static constexpr int64_t idleSeconds = 30 * 60;
@@ -44,7 +45,8 @@ public:
     static constexpr size_t mostOthers = 10'000;   // the same
 
     // `formKey`: with the same key forms of before a restart are still good.
-    explicit WebSessions(Clock clock, std::string formKey = randomToken());
+    // `store`: where they are kept, if it is shared.
+    explicit WebSessions(Clock clock, std::string formKey = randomToken(), Store *store = nullptr);
 
     // Called whenever sessions have ended, without a lock. Set before the first session; any thread.
     void whenEnded(std::function<void()> ended) { m_ended = std::move(ended); }
@@ -74,10 +76,15 @@ private:
     // Makes room for one more session of this account.
     void limitAccount(AccountId account);
 
+    WebSession sharedFind(const std::string &cookie);
+    void sharedPut(const std::string &cookie, const WebSession &session);
+    std::vector<OpenSession> sharedOfAccount(AccountId account, const std::string &own);
+
     const Clock m_clock;
     std::function<void()> m_ended = [] {};
     const std::string m_formKey;
-    std::mutex m_mutex; // guards the tables
+    Store *const m_store; // shared; null: in memory
+    std::mutex m_mutex;   // guards the tables
     Table m_signedIn{mostSignedIn};
     Table m_others{mostOthers};
 };

@@ -86,8 +86,15 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(phone.text("#note").startsWith("You are signed out"), 20000);
     }
 
+    void aFirstStartWithAnAccountTakesThreePressesOfTheRadiosRemote_data()
+    {
+        QTest::addColumn<bool>("isFirefox");
+        QTest::newRow("Chromium") << false;
+        QTest::newRow("Firefox") << true;
+    }
     void aFirstStartWithAnAccountTakesThreePressesOfTheRadiosRemote()
     {
+        QFETCH(bool, isFirefox);
         Journey journey({.isSetUp = false});
         QVERIFY2(journey.start(), qPrintable(journey.problem()));
         QVERIFY(journey.waitForScreen("WelcomeDlg"));
@@ -96,7 +103,7 @@ private slots:
         QVERIFY(journey.waitForScreen("InternetRadioDlg"));
         static const QRegularExpression code("is:    ([A-Z0-9]{8})$");
         const QString shown = code.match(journey.label("descriptionLabel3")).captured(1);
-        WebDriver phone;
+        WebDriver phone(isFirefox ? WebDriver::Browser::Firefox : WebDriver::Browser::Chromium);
         QVERIFY2(phone.start(true), qPrintable(phone.problem()));
         QVERIFY(phone.open(journey.serverUrl() + QStringLiteral("/activate")));
         QVERIFY(phone.type("input[name=code]", shown) && phone.click("button"));

@@ -20,7 +20,10 @@ const QString elementKey = QStringLiteral("element-6066-11e4-a52e-4f735466cecf")
 
 } // namespace
 
-WebDriver::WebDriver() = default;
+WebDriver::WebDriver(Browser browser)
+    : m_browser(browser)
+{
+}
 
 WebDriver::~WebDriver()
 {
@@ -36,6 +39,103 @@ bool WebDriver::start(bool hasScripts)
 {
     m_driver.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_driver.setProcessChannelMode(QProcess::MergedChannels);
+    if (!(m_browser == Browser::Firefox ? startFirefox(hasScripts) : startChromium(hasScripts)))
+        return false;
+    // A click returns before the next page is loaded, so this waits for the element.
+    ask("POST", m_session + QStringLiteral("/timeouts"), {{"implicit", implicitWaitMs}});
+    return true;
+}
+
+bool WebDriver::startFirefox(bool hasScripts)
+{
+    QFile preferences(m_profile.filePath("user.js"));
+    if (!preferences.open(QIODevice::WriteOnly))
+        return false;
+    preferences.write("user_pref('marionette.port', 0);\n"
+                      "user_pref('browser.shell.checkDefaultBrowser', false);\n"
+                      "user_pref('browser.startup.homepage_override.mstone', 'ignore');\n"
+                      "user_pref('datareporting.policy.dataSubmissionEnabled', false);\n"
+                      "user_pref('network.captive-portal-service.enabled', false);\n"
+                      "user_pref('network.connectivity-service.enabled', false);\n"
+                      "user_pref('app.update.enabled', false);\n"
+                      "user_pref('services.settings.server', 'http://127.0.0.1:1');\n");
+    preferences.write(hasScripts ? "" : "user_pref('javascript.enabled', false);\n");
+    preferences.close();
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("HOME", m_profile.path());
+    environment.insert("MOZ_REMOTE_SETTINGS_DEVTOOLS", "1");
+    m_driver.setProcessEnvironment(environment);
+    m_driver.start("firefox-esr", {"--headless", "--marionette", "--no-remote", "--profile", m_profile.path(),
+                                   "--width", "412", "--height", "915", "about:blank"});
+    // It writes the port that it has chosen into its profile.
+    QFile port(m_profile.filePath("MarionetteActivePort"));
+    const bool isUp =
+        QTest::qWaitFor([&] { return m_driver.state() == QProcess::NotRunning || port.size() > 0; }, answerMs) &&
+        port.open(QIODevice::ReadOnly);
+    if (isUp)
+        m_firefox.connectToHost(QStringLiteral("127.0.0.1"), port.readAll().trimmed().toUShort());
+    if (!isUp || !m_firefox.waitForConnected(answerMs)) {
+        m_problem = QStringLiteral("the browser did not start: ") + QString::fromUtf8(m_driver.readAll());
+        return false;
+    }
+    readMessage(); // it says what it is
+    if (command(QStringLiteral("WebDriver:NewSession"), {}).toObject().value("sessionId").toString().isEmpty()) {
+        m_problem = QStringLiteral("the browser gave no session");
+        return false;
+    }
+    m_session = QStringLiteral("/session/firefox");
+    return true;
+}
+
+// A message is its length, a colon and JSON.
+QJsonArray WebDriver::readMessage()
+{
+    QByteArray message;
+    qsizetype colon = -1;
+    while ((colon = message.indexOf(':')) < 0 || message.size() < colon + 1 + message.left(colon).toInt()) {
+        if (m_firefox.bytesAvailable() == 0 && !m_firefox.waitForReadyRead(answerMs))
+            return {};
+        message += m_firefox.readAll(); // one command is under way at a time
+    }
+    return QJsonDocument::fromJson(message.mid(colon + 1)).array();
+}
+
+QJsonValue WebDriver::command(const QString &name, const QJsonObject &parameters)
+{
+    const QByteArray message =
+        QJsonDocument(QJsonArray{0, ++m_lastCommand, name, parameters}).toJson(QJsonDocument::Compact);
+    m_firefox.write(QByteArray::number(message.size()) + ':' + message);
+    const QJsonArray answer = readMessage(); // [1, number, error, result]
+    return answer.size() < 4 ? QJsonValue(QStringLiteral("no answer")) : answer[2].isNull() ? answer[3] : answer[2];
+}
+
+// The path of a request as a command of the same meaning.
+QJsonValue WebDriver::askFirefox(const QByteArray &verb, const QString &path, QJsonObject body)
+{
+    const QStringList parts = path.mid(m_session.size() + 1).split('/');
+    if (parts.first() == "element" && parts.size() > 1) {
+        static const QHash<QString, QString> ofElement = {{"text", "WebDriver:GetElementText"},
+                                                          {"attribute", "WebDriver:GetElementAttribute"},
+                                                          {"value", "WebDriver:ElementSendKeys"},
+                                                          {"click", "WebDriver:ElementClick"}};
+        body.insert("id", parts[1]);
+        if (parts.size() > 3)
+            body.insert("name", parts[3]);
+        return command(ofElement.value(parts[2]), body).toObject().value("value");
+    }
+    static const QHash<QString, QString> ofPage = {{"url", "WebDriver:Navigate"},
+                                                   {"element", "WebDriver:FindElement"},
+                                                   {"title", "WebDriver:GetTitle"},
+                                                   {"actions", "WebDriver:PerformActions"},
+                                                   {"execute", "WebDriver:ExecuteAsyncScript"},
+                                                   {"timeouts", "WebDriver:SetTimeouts"},
+                                                   {"screenshot", "WebDriver:TakeScreenshot"}};
+    const QString name = verb == "DELETE" ? QStringLiteral("Marionette:Quit") : ofPage.value(parts.first());
+    return command(name, body).toObject().value("value");
+}
+
+bool WebDriver::startChromium(bool hasScripts)
+{
     m_driver.start("chromedriver", {"--port=0"});
     QByteArray said;
     static const QRegularExpression started("successfully on port (\\d+)");
@@ -76,13 +176,13 @@ bool WebDriver::start(bool hasScripts)
         return false;
     }
     m_session = QStringLiteral("/session/") + id;
-    // A click returns before the next page is loaded, so this waits for the element.
-    ask("POST", m_session + QStringLiteral("/timeouts"), {{"implicit", implicitWaitMs}});
     return true;
 }
 
 QJsonValue WebDriver::ask(const QByteArray &verb, const QString &path, const QJsonObject &body)
 {
+    if (m_browser == Browser::Firefox)
+        return askFirefox(verb, path, body);
     QNetworkRequest request(QUrl(m_base + path));
     request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json");
     const QByteArray data = verb == "POST" ? QJsonDocument(body).toJson() : QByteArray();

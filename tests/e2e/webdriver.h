@@ -4,12 +4,15 @@
 #include <QNetworkAccessManager>
 #include <QProcess>
 #include <QString>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 
-// A headless browser, driven through the WebDriver protocol. Waits for every answer.
+// A headless browser, driven through the WebDriver protocol: Chromium by its driver, Firefox by the protocol that it
+// speaks itself (Marionette), whose commands are the same under other names. Waits for every answer.
 class WebDriver {
 public:
-    WebDriver();
+    enum class Browser { Chromium, Firefox };
+    explicit WebDriver(Browser browser = Browser::Chromium);
     ~WebDriver();
     WebDriver(const WebDriver &) = delete;
     WebDriver &operator=(const WebDriver &) = delete;
@@ -28,17 +31,25 @@ public:
     bool press(const QString &keys);
     // The value of this function body.
     QJsonValue execute(const QString &script);
-    // The page as this screen shows it, in CSS pixels, and in the light or the dark scheme.
+    // The page as this screen shows it, in CSS pixels, and in the light or the dark scheme. Chromium only.
     void setScreen(int width, int height, bool isLight);
     void screenshot(const QString &file);
 
 private:
+    bool startChromium(bool hasScripts);
+    bool startFirefox(bool hasScripts);
+    QJsonValue askFirefox(const QByteArray &verb, const QString &path, QJsonObject body);
+    QJsonValue command(const QString &name, const QJsonObject &parameters);
+    QJsonArray readMessage();
     QJsonValue ask(const QByteArray &verb, const QString &path, const QJsonObject &body = {});
     QString element(const QString &css);
 
+    const Browser m_browser;
     QTemporaryDir m_profile;
     QProcess m_driver;
     QNetworkAccessManager m_network;
+    QTcpSocket m_firefox;
+    int m_lastCommand = 0;
     QString m_base;
     QString m_session;
     QString m_problem;

@@ -23,17 +23,17 @@ set(allows_player contracts service widgets app)
 set(allows_program contracts service widgets app account station player)
 set(allows_server)
 set(allows_demomusic)
-# tests/, bench/ and tools/ stand beside the house and may look at everything.
+# tests/, bench/, tools/ and deploy/ stand beside the house and may look at everything.
 
 set(contracts netcommon viewcomponent virtualkb)
-set(owners platform service widgets app account station player program server demomusic tests bench tools)
+set(owners platform service widgets app account station player program server demomusic tests bench tools deploy)
 set(folders platform/include platform/shared platform/ws platform/netcommon platform/viewcomponent platform/keyboard
   platform/menusystem platform/home platform/remote service widgets app account station player program server demomusic)
 
 # Every folder that holds code is either ruled above or named here.
 file(GLOB_RECURSE all RELATIVE ${root} ${root}/platform/*.cpp ${root}/platform/*.h ${root}/*/*.cpp)
 foreach(file IN LISTS all)
-  if(file MATCHES "^(build|tests|bench|tools)/")
+  if(file MATCHES "^(build|tests|bench|tools|deploy)/")
     continue()
   endif()
   set(is_ruled FALSE)

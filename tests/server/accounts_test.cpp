@@ -190,11 +190,7 @@ TEST_F(AccountsTest, TokensCodesAndPasswordsAreNotInTheDatabase)
         return json{{"code", 0}, {"data", secrets[2]}}; // a stored answer may contain a token
     });
     EXPECT_EQ(m_service->sessions.find(secrets[2])->keyHash, m_keyHash);
-    std::string stored;
-    for (const auto &entry : std::filesystem::directory_iterator(m_service->dataDirectory())) {
-        std::ifstream file(entry.path(), std::ios::binary);
-        stored.append(std::istreambuf_iterator<char>(file), {});
-    }
+    const std::string stored = m_database.content(m_service->dataDirectory());
     ASSERT_NE(stored.find(miraName), std::string::npos);
     for (const std::string &secret : secrets)
         EXPECT_EQ(stored.find(secret), std::string::npos) << secret;

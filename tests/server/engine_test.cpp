@@ -218,6 +218,70 @@ TEST(EngineTest, AStationPlaysWhatItWasMadeFrom)
     }
 }
 
+TEST(EngineTest, AFewClustersOfALargeLibraryStandForAllOfIt)
+{
+    const LibrarySettings large{4, 60, 25, true, true}; // 6,000 tracks
+    EngineMusic music = library(large);
+    music.styles.push_back({"rare", "rare"});
+    // Sixty tracks by four artists.
+    const auto isOfRareStyle = [](int64_t id) { return (id - 1) / 25 % 60 == 0 && (id - 1) % 25 < 15; };
+    for (size_t track = 0; track < music.tracks.size(); ++track) {
+        const bool isRare = isOfRareStyle(static_cast<int64_t>(track) + 1);
+        if (isRare || track % 7 == 0)
+            music.tracks[track].descriptor.reset();
+        if (isRare)
+            music.tracks[track].tags = {{4, 1}};
+    }
+    constexpr auto unheard = StyleShares::Votes::Ignored; // votes take long
+    const auto whole = std::make_shared<EngineIndex>(music, unheard, nullptr, music.tracks.size());
+    const auto index = indexOf(std::move(music), unheard);
+    const TrackClusters &clusters = index->clusters();
+    ASSERT_TRUE(clusters.size() > 40 && clusters.size() < 400 && whole->clusters().size() == 0);
+    std::vector<int> times(index->size(), 0);
+    for (size_t cluster = 0; cluster < clusters.size(); ++cluster) {
+        for (const Position track : clusters.members(cluster)) {
+            ++times[track];
+            EXPECT_EQ(clusters.of(track), cluster);
+            EXPECT_EQ(index->likeness().isDescribed(track), clusters.isDescribed(cluster));
+        }
+    }
+    EXPECT_EQ(std::count(times.begin(), times.end(), 1), static_cast<std::ptrdiff_t>(index->size()));
+
+    const StationTaste fromTrack{{trackSeed(2000)}, {2100}, {2200}, {{2100, true, 1}}};
+    const StationScores bounded(index, fromTrack), all(whole, fromTrack);
+    EXPECT_TRUE(bounded.best().size() >= 600 && bounded.best().size() <= 800) << bounded.best().size();
+    double score = 0, best = 0;
+    for (size_t rank = 0; rank < 300; ++rank) {
+        score += static_cast<double>(bounded.best()[rank].base);
+        best += static_cast<double>(all.best()[rank].base);
+    }
+    EXPECT_GT(score, 0.95 * best) << "the best tracks lie in the clusters that suit";
+    EXPECT_NEAR(bounded.fitThreshold(), all.fitThreshold(), 0.15 * static_cast<double>(all.fitThreshold()));
+    for (Position track = 15; track < index->size(); track += 70)
+        EXPECT_NEAR(bounded.base(track), all.base(track), 0.05) << "what is no candidate has its score, too";
+
+    // What was said stays true of few candidates: the rules, what is forbidden, a style of few tracks.
+    Circumstances now;
+    for (int64_t id = 1501; id <= 3000; ++id) {
+        if (id % 30 != 0)
+            now.excludedTracks.insert(id); // nearly all of the seed's style
+    }
+    const std::vector<int64_t> ids = play(index, fromTrack, 60, now);
+    ASSERT_EQ(ids.size(), 60u);
+    EXPECT_EQ(share(ids, [&](int64_t id) { return now.excludedTracks.contains(id); }), 0);
+    EXPECT_GT(share(ids, [&](int64_t id) { return styleOf(id, large) == 1; }), 0.3);
+    const std::vector<int64_t> rare = play(index, {{styleSeed("rare")}, {}, {}, {}}, 10);
+    EXPECT_GE(share(rare, isOfRareStyle), 0.8);
+    // Equally good tracks take turns.
+    std::set<Position> seen;
+    for (uint64_t list = 0; list < 8; ++list) {
+        const StationScores ranked(index, {{styleSeed("folk")}, {}, {}, {}}, nullptr, list);
+        for (const StationScores::Ranked &track : ranked.best())
+            seen.insert(track.track);
+    }
+    EXPECT_GT(seen.size(), 1100u) << "of 1,500";
+}
+
 TEST(EngineTest, RulesHoldHoweverSmallTheLibrary)
 {
     struct Case {

@@ -75,6 +75,14 @@ std::string HttpClient::cipher() const
     return SSL_get_cipher_name(m_ssl.get());
 }
 
+std::string HttpClient::peerName() const
+{
+    const std::unique_ptr<X509, decltype(&X509_free)> certificate(SSL_get1_peer_certificate(m_ssl.get()), &X509_free);
+    std::array<char, 256> name{};
+    X509_NAME_get_text_by_NID(X509_get_subject_name(certificate.get()), NID_commonName, name.data(), name.size());
+    return name.data();
+}
+
 bool HttpClient::send(std::string_view bytes)
 {
     while (!bytes.empty()) {

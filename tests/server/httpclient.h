@@ -28,6 +28,7 @@ public:
     bool isEncrypted() const { return m_ssl != nullptr; } // the handshake succeeded
     std::string tlsVersion() const;
     std::string cipher() const;
+    std::string peerName() const; // the common name in the certificate of the other side
     // False when the other side has gone.
     bool send(std::string_view bytes);
     // The next answer; for a HEAD request its headers only.

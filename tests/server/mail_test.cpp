@@ -5,6 +5,7 @@
 #include <fstream>
 #include <netinet/in.h>
 #include <openssl/ssl.h>
+#include <set>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <thread>
@@ -23,7 +24,7 @@ TEST_F(MailTest, aReminderIsALinkOfTheConfiguredAddressInAnOwnerOnlyFile)
     m_service->mailer = nullptr;
     EXPECT_EQ(remind(miraName), 5000) << "no mail is set up";
     {
-        Mailbox mailbox(mailSettings());
+        Mailbox mailbox(m_service->store, mailSettings());
         m_service->mailer = &mailbox;
         EXPECT_EQ(remind(miraName), 0);
         EXPECT_EQ(remind("nobody@example.org"), 0) << "the answer does not tell who has an account";
@@ -165,7 +166,7 @@ TEST_F(MailTest, aTemporaryMailErrorIsRetriedAndAPermanentOneIsNot)
         settings.smtp = "smtp://127.0.0.1:" + std::to_string(server.port);
         settings.sender = "radio@radio.example";
         settings.retries = {std::chrono::seconds(0)};
-        Mailbox mailbox(settings);
+        Mailbox mailbox(m_service->store, settings);
         mailbox.sendPasswordReset("mira@example.org", "token-of-the-mail");
         // `heard` is valid only after all conversations have ended.
         for (int i = 0; i < 1000 && !mailbox.isIdle(); ++i)
@@ -177,6 +178,52 @@ TEST_F(MailTest, aTemporaryMailErrorIsRetriedAndAPermanentOneIsNot)
         EXPECT_EQ(server.heard.find(link) != std::string::npos, isDelivered) << server.heard;
         EXPECT_EQ(std::filesystem::exists(m_outbox), !isDelivered);
     }
+}
+
+TEST_F(MailTest, AMailThatAKilledProcessLeftIsSentAndNoneTwice)
+{
+    MailSettings settings = mailSettings();
+    settings.smtp = "smtp://127.0.0.1:1";
+    settings.retries = {std::chrono::hours(1)};
+    {
+        Mailbox killed(m_service->store, settings);
+        killed.sendPasswordReset("mira@example.org", "token-of-the-mail");
+        const auto isTried = [&] {
+            return m_service->store.lock()->number("SELECT COUNT(*) FROM mails WHERE failures = 1") == 1;
+        };
+        for (int i = 0; i < 1000 && !isTried(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_EQ(m_database.content(m_service->dataDirectory()).find("mira@"), std::string::npos);
+    }
+    EXPECT_FALSE(std::filesystem::exists(m_outbox)) << "it is not given up";
+    // As it is when the process dies in the middle of sending it.
+    m_service->store.lock()->run("UPDATE mails SET due_at = 0, taken_until = ?1", int64_t(std::time(nullptr)) + 1);
+    MailServer server({"250 fine\r\n"});
+    settings.smtp = "smtp://127.0.0.1:" + std::to_string(server.port);
+    {
+        Mailbox next(m_service->store, settings);
+        for (int i = 0; i < 1000 && !next.isIdle(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    server.finish();
+    EXPECT_NE(server.heard.find("token-of-the-mail"), std::string::npos) << server.heard;
+
+    settings.smtp.clear();
+    constexpr int mails = 40;
+    {
+        Mailbox one(m_service->store, settings);
+        Mailbox two(m_service->store, settings);
+        for (int i = 0; i < mails; ++i)
+            (i % 2 == 0 ? one : two).sendPasswordReset("mira@example.org", "number-" + std::to_string(i) + "-");
+    }
+    std::set<std::string> links;
+    for (const auto &entry : std::filesystem::directory_iterator(m_outbox)) {
+        std::ifstream file(entry.path());
+        const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        links.insert(text.substr(text.find("number-"), 10));
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_outbox), {}), mails) << "none twice";
+    EXPECT_EQ(links.size(), mails) << "none lost";
 }
 
 TEST_F(MailTest, WhereTlsIsRequiredAServerWithoutItGetsNeitherAPasswordNorAMail)
@@ -209,7 +256,7 @@ TEST_F(MailTest, WhereTlsIsRequiredAServerWithoutItGetsNeitherAPasswordNorAMail)
         settings.isTlsRequired = c.isRequired;
         settings.smtpCa = c.isTrusted ? std::filesystem::path(file + ".crt") : std::filesystem::path();
         settings.retries = {};
-        Mailbox mailbox(settings);
+        Mailbox mailbox(m_service->store, settings);
         mailbox.sendPasswordReset("mira@example.org", "token-of-the-mail");
         for (int i = 0; i < 1000 && !mailbox.isIdle(); ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -229,7 +276,7 @@ TEST_F(MailTest, AMailIsInTheLanguageOfThePageThatAskedForIt)
 {
     *m_now = std::time(nullptr);
     addAccount();
-    Mailbox mailbox(mailSettings());
+    Mailbox mailbox(m_service->store, mailSettings());
     m_service->mailer = &mailbox;
     Browser browser(m_port);
     browser.language = "ja";
@@ -257,7 +304,7 @@ TEST_F(MailTest, AForgottenPasswordAnswersEverybodyAlikeAndTheOwnerFindsMailsTha
     MailSettings settings = mailSettings();
     settings.smtp = "smtp://127.0.0.1:1";
     settings.retries = {};
-    Mailbox mailbox(settings);
+    Mailbox mailbox(m_service->store, settings);
     m_service->mailer = &mailbox;
     Browser owner(m_port);
     Browser other(m_port);

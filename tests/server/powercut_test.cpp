@@ -299,7 +299,7 @@ protected:
                 call("addFeedback", {{"isPositive", true}, {"trackToken", track.at("trackToken")}}, user, &data);
                 const std::string song = track.at("songName");
                 acknowledge("thumb for " + song, [station, id = song.substr(5)](StationService &service) {
-                    return service.feedback.isThumbedUp(service.stations.find(1, station)->id,
+                    return service.feedback.isThumbedUp(1, service.stations.find(1, station)->id,
                                                         service.catalogue.track(id)->id);
                 });
             }

@@ -194,6 +194,12 @@ TEST_F(RemoteTest, ThePageWorksWithoutScriptAndTellsNoSecret)
     Browser phone = signedIn();
     EXPECT_EQ(phone.get("/remote"), 200);
     EXPECT_TRUE(phone.shows("The radio is not connected"));
+    phone.language = "de";
+    EXPECT_EQ(phone.get("/remote?radio=" + m_device.slot(0)), 200);
+    EXPECT_TRUE(phone.shows("<h2>Sender</h2>") && phone.shows("data-unreachable=\"Der Dienst") &&
+                phone.shows(">15 Minuten<") && phone.shows("name=\"radio\" value=\"" + m_device.slot(0)));
+    EXPECT_FALSE(phone.shows("radio is not"));
+    phone.language.clear();
     EXPECT_EQ(phone.post("/remote/press", {{"key", "up"}}), 303);
     EXPECT_NE(phone.last.header("Location").find("problem=away"), std::string::npos);
     ask();
@@ -233,6 +239,49 @@ TEST_F(RemoteTest, ThePageWorksWithoutScriptAndTellsNoSecret)
     EXPECT_TRUE(phone.shows(">70</output>"));
 }
 
+TEST_F(RemoteTest, ATelephoneReachesARadioThatWaitsAtAnotherProcess)
+{
+    if (!m_service->store.isShared())
+        GTEST_SKIP() << "a file is of one process";
+    WebPages pages(*m_service, false, [now = m_now] { return now->load(); });
+    Remote remote(*m_service, pages);
+    ListenSettings settings;
+    settings.port = 0;
+    settings.logsRequests = false;
+    settings.addPages = [&](http::Router &router) { remote.addTo(router); };
+    ApiServer other(*m_service, settings);
+    other.start();
+    Browser phone = signedIn();
+    const int port = std::exchange(m_port, other.port()); // the radio's from now on
+    ask();
+    auto radio = asking();
+    // The radio's answer, and what it shows then, come to the process that the telephone asks.
+    auto page = waiting(phone, "/remote");
+    EXPECT_TRUE(radio.get().value("isWatched", false));
+    until(page, [&] { report({{"title", "Lamps"}}); });
+    EXPECT_EQ(phone.get(state()), 200);
+    EXPECT_EQ(json::parse(phone.body).value("/state/title"_json_pointer, ""), "Lamps") << phone.body;
+    auto change = waiting(phone, state(revisionOf(phone)));
+    until(change, [&] { report({{"title", "Kites"}}); });
+    EXPECT_EQ(phone.get(state()), 200);
+    EXPECT_EQ(json::parse(phone.body).value("/state/title"_json_pointer, ""), "Kites") << phone.body;
+    // A press reaches it, and its text is not readable in the store.
+    auto orders = std::async(std::launch::async, [this] {
+        json arrived = json::array();
+        while (arrived.empty())
+            arrived = ask(true).value("orders", json::array());
+        return arrived;
+    });
+    until(orders, [&] { phone.post("/remote/press", {{"text", "open sesame"}, {"field", "3"}}); });
+    EXPECT_EQ(m_database.content({}).find("open sesame"), std::string::npos);
+    EXPECT_EQ(orders.get().at(0), json::parse(R"({"field":3,"text":"open sesame"})"));
+    m_port = port; // the numbers of orders are the same at each process
+    const std::string epoch = m_epoch;
+    ask(false);
+    EXPECT_EQ(m_epoch, epoch);
+    other.stop();
+}
+
 TEST(RemoteHub, KeepsOrdersForSecondsAndForOneProgram)
 {
     auto now = RemoteHub::Clock::time_point(1h);
@@ -241,18 +290,24 @@ TEST(RemoteHub, KeepsOrdersForSecondsAndForOneProgram)
         return hub.ordersFor({"radio", channel, epoch, after, false}, std::make_shared<http::Wait>());
     };
     EXPECT_EQ(hub.give("radio", "a"), RemoteHub::Given::Away);
-    ASSERT_TRUE(ask("one", ""));
+    const auto first = ask("one", "");
+    ASSERT_TRUE(first);
     for (size_t i = 0; i < RemoteHub::mostOrders; ++i)
         EXPECT_EQ(hub.give("radio", "early"), RemoteHub::Given::Done);
     EXPECT_EQ(hub.give("radio", "more"), RemoteHub::Given::TooMany);
     now += RemoteHub::orderLife + 100ms;
     EXPECT_EQ(hub.give("radio", "late"), RemoteHub::Given::Done);
-    EXPECT_EQ(ask("one", hub.epoch())->orders, std::vector<std::string>{"late"});
-    EXPECT_TRUE(ask("two", hub.epoch())->isReplaced) << "an unknown program";
+    EXPECT_EQ(ask("one", first->epoch)->orders, std::vector<std::string>{"late"});
+    EXPECT_TRUE(ask("two", first->epoch)->isReplaced) << "an unknown program";
     EXPECT_FALSE(ask("two", "")->isReplaced) << "the newest one counts";
-    EXPECT_TRUE(ask("one", hub.epoch())->isReplaced);
+    auto wait = std::make_shared<http::Wait>();
+    EXPECT_FALSE(hub.ordersFor({"radio", "two", first->epoch, UINT64_MAX, false}, wait));
+    EXPECT_TRUE(ask("one", first->epoch)->isReplaced);
+    EXPECT_TRUE(hub.noOrders({"radio", "one", first->epoch, 0, false}).isReplaced);
     now += RemoteHub::grace;
-    EXPECT_EQ(hub.give("radio", "b"), RemoteHub::Given::Away);
+    EXPECT_EQ(hub.give("radio", "b"), RemoteHub::Given::Done) << "the newest one still waits";
+    wait.reset();
+    EXPECT_EQ(hub.give("radio", "c"), RemoteHub::Given::Away);
 }
 
 TEST(RemoteRecords, ReportsAreReadIntoBounds)

@@ -16,6 +16,7 @@ void ServerTest::start()
     m_service.reset();
     ServiceSettings settings;
     settings.dataDirectory = m_directory.path() / "data";
+    settings.database = m_database.address();
     settings.passwordCost = {1, 8192};
     settings.patience = std::chrono::milliseconds(600);
     settings.clock = [now = m_now] { return now->load(); };
@@ -83,13 +84,14 @@ void ServerTest::fillCatalogue()
 void ServerTest::clearCatalogue()
 {
     for (const char *rows : {"track_search", "tracks", "albums", "artist_search", "artists", "ads"})
-        m_service->store.lock()->run(std::string("DELETE FROM ") + rows);
+        m_service->catalogueStore.lock()->run(std::string("DELETE FROM ") + rows);
     m_service->catalogue.noteChange();
 }
 
 void ServerTest::setPlayable(const std::string &publicId, bool isPlayable)
 {
-    m_service->store.lock()->run("UPDATE tracks SET is_playable = ?2 WHERE public_id = ?1", publicId, isPlayable);
+    m_service->catalogueStore.lock()->run("UPDATE tracks SET is_playable = ?2 WHERE public_id = ?1", publicId,
+                                          isPlayable);
     m_service->catalogue.noteChange();
 }
 

@@ -3,6 +3,7 @@
 #include "httpclient.h"
 #include "server/api/apiserver.h"
 #include "temporarydirectory.h"
+#include "testdatabase.h"
 
 #include <gtest/gtest.h>
 
@@ -105,6 +106,7 @@ protected:
     ApiServer &listen(ListenSettings settings = {});
 
     TemporaryDirectory m_directory;
+    TestDatabase m_database;
     std::string m_requestKey; // sent with every call unless empty
     std::shared_ptr<std::atomic<int64_t>> m_now = std::make_shared<std::atomic<int64_t>>(1'800'000'000);
     TestMailer m_mailer;

@@ -31,6 +31,7 @@ public:
         m_pid = ::fork();
         if (m_pid == 0) {
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            ::setsid(); // without a terminal, wherever the test runs
             ::dup2(ends[1], STDOUT_FILENO);
             ::dup2(ends[1], STDERR_FILENO);
             for (const std::string &variable : environment)

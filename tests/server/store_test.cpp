@@ -1,7 +1,9 @@
 // The database file: private, migrated, refused when it is newer, unchanged after a failed migration.
 
+#include "server/store/database.h"
 #include "server/store/migrations.h"
 #include "server/store/store.h"
+#include "server/store/storeprobe.h"
 #include "serverfixture.h"
 
 #include <sys/stat.h>
@@ -47,16 +49,14 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
             "7); "
             "PRAGMA foreign_keys = OFF; ALTER TABLE sessions DROP COLUMN is_revoked; ALTER TABLE sessions DROP COLUMN "
             "device_model; ALTER TABLE activation_codes DROP COLUMN device_model; ALTER TABLE activation_codes DROP "
-            "COLUMN address; DROP TABLE play_counts; DROP TABLE play_days; DROP TABLE sign_ups; DROP TABLE "
+            "COLUMN address; DROP TABLE sign_ups; DROP TABLE "
             "request_answers; DROP "
             "TABLE plays; DROP TABLE "
             "descriptors; DROP TABLE track_styles; DROP TABLE styles; DROP TABLE files; DROP TABLE roots; DROP TABLE "
-            "issued_tracks; "
-            "DROP TABLE issued_ads; DROP TABLE feedback; DROP TABLE sleeps; DROP TABLE bookmarks; DROP TABLE "
-            "track_events; DROP TABLE seeds; DROP TABLE music_tokens; DROP "
-            "TABLE stations; DROP TABLE tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "
+            "feedback; DROP TABLE sleeps; DROP TABLE bookmarks; DROP TABLE seeds; DROP TABLE stations; DROP TABLE "
+            "tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "
             "track_search; DROP TABLE artist_search; DROP TABLE cover_files; DROP TABLE invitations; ALTER TABLE "
-            "resets DROP COLUMN value; PRAGMA user_version = 1;");
+            "resets DROP COLUMN value; DROP TABLE mails; PRAGMA user_version = 1;");
     }
     Store store(m_file);
     EXPECT_EQ(store.setting("kept"), odd);
@@ -65,6 +65,58 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
     Statement device = db->prepare("SELECT associated_at FROM devices WHERE key_hash = 'k'");
     ASSERT_TRUE(device.step());
     EXPECT_EQ(device.integer(0), 7);
+}
+
+TEST_F(StoreTest, AProbeTellsInTimeOfAStoreThatDoesNotAnswer)
+{
+    Store store(m_file);
+    StoreProbe probe(store);
+    EXPECT_TRUE(probe.isAnswering());
+    {
+        const Store::Lock held = store.lock();
+        EXPECT_FALSE(probe.isAnswering()) << "and returned";
+    }
+    EXPECT_TRUE(probe.isAnswering());
+}
+
+TEST_F(StoreTest, WhatAThumbIsForKeepsItsIdForEver)
+{
+    const char *const trackColumns =
+        " (public_id, artist_id, album_id, song, folded, style, mood, tempo, year, duration, audio_path, audio_type, "
+        "bitrate, picture_path, is_playable) VALUES ";
+    const auto track = [](const char *id) {
+        return "('" + std::string(id) + "', 7, 1, '', '', '', '', 0, 0, 0, '', '', 0, '', 1)";
+    };
+    {
+        const Store made(m_file);
+    }
+    {
+        // The version before ids became permanent, with data.
+        Database db(m_file);
+        db.execute(
+            "PRAGMA foreign_keys = OFF; DROP TABLE mails; DROP TABLE seeds; CREATE TABLE seeds (station_id INTEGER NOT "
+            "NULL "
+            "REFERENCES stations(id) ON DELETE CASCADE, kind TEXT NOT NULL, target TEXT NOT NULL, PRIMARY KEY "
+            "(station_id, kind, target)) WITHOUT ROWID; INSERT INTO accounts (id, user_name, folded_name, "
+            "password_hash, created_at) VALUES (5, 'a', 'a', '', 0); INSERT INTO stations (id, account_id, token, "
+            "name, created_at) VALUES (3, 5, 't', 'n', 0); INSERT INTO seeds VALUES (3, 'style', 'folk'); INSERT "
+            "INTO artists (id, public_id, name, folded) VALUES (7, 'a', 'A', 'a'); INSERT INTO albums (id, "
+            "public_id, artist_id, title, year) VALUES (1, 'l', 7, 'L', 0); INSERT INTO tracks" +
+            std::string(trackColumns) + track("one") + ", " + track("two") +
+            "; INSERT INTO feedback (station_id, track_id, account_id, is_positive, given_at) VALUES (3, 2, 5, 1, "
+            "9); PRAGMA user_version = 11");
+    }
+    Store store(m_file);
+    const Store::Lock db = store.lock();
+    EXPECT_EQ(db->number("SELECT given_at FROM feedback WHERE track_id = 2"), 9) << "a thumb is lost with its table";
+    EXPECT_EQ(db->number("SELECT account_id FROM seeds WHERE station_id = 3 AND target = 'folk'"), 5);
+    db->run("DELETE FROM tracks WHERE id = 2");
+    EXPECT_EQ(db->number("SELECT COUNT(*) FROM feedback"), 0) << "foreign keys hold again";
+    EXPECT_EQ(db->number("INSERT INTO tracks" + std::string(trackColumns) + track("three") + " RETURNING id"), 3);
+    db->run("DELETE FROM tracks");
+    db->run("DELETE FROM albums");
+    db->run("DELETE FROM artists");
+    EXPECT_EQ(db->number("INSERT INTO artists (public_id, name, folded) VALUES ('b', 'B', 'b') RETURNING id"), 8);
 }
 
 TEST_F(StoreTest, ANewerFileIsRefusedWithItsVersionAndLeftUnchanged)

@@ -6,6 +6,7 @@
 #include "server/store/store.h"
 #include "server/web/html.h"
 
+#include <future>
 #include <regex>
 
 namespace velmora::server {
@@ -27,8 +28,30 @@ TEST_F(WebTest, aNewAccountLetsTheRadioLogInOnce)
     const Reply login = deviceLogin();
     EXPECT_EQ(login.code, 0);
     EXPECT_EQ(login.data.value("userName", ""), "nora@example.org");
-    EXPECT_EQ(deviceLogin(1).code, 5105);                     // one code, one slot
-    EXPECT_EQ(browser.post("/activate/allow", allowed), 422); // single-use
+    EXPECT_EQ(deviceLogin(1).code, 5105); // one code, one slot
+    EXPECT_EQ(browser.post("/activate/allow", allowed), 200) << "a second tap";
+    EXPECT_TRUE(browser.shows("Continue"));
+    EXPECT_EQ(browser.post("/activate", {{"code", code}}), 422) << "single use";
+    EXPECT_EQ(browser.post("/activate/allow", allowed), 200);
+    EXPECT_EQ(deviceLogin(1).code, 5105) << "which allows nothing more";
+}
+
+TEST_F(WebTest, OneCodeLinksOneAccountAlsoWhenTwoPeopleAllowItAtOnce)
+{
+    addAccount();
+    addAccount("other@example.org");
+    Browser one(m_port);
+    Browser two(m_port);
+    const std::string code = newCode();
+    enter(one, code, "signin", miraName, password);
+    enter(two, code, "signin", "other@example.org", password);
+    auto late = std::async(std::launch::async, [&] { return two.post("/activate/allow", allowed); });
+    const bool isFirst = one.post("/activate/allow", allowed) == 200;
+    EXPECT_EQ(late.get() == 200, !isFirst);
+    Browser &loser = isFirst ? two : one;
+    EXPECT_TRUE(loser.shows("This code is not valid, or no longer.")) << loser.body;
+    EXPECT_EQ(loser.post("/activate/allow", allowed), 422);
+    EXPECT_EQ(deviceLogin().data.value("userName", ""), isFirst ? miraName : "other@example.org");
 }
 
 TEST_F(WebTest, anExistingAccountSignsInAndAMistakeKeepsWhatWasTyped)
@@ -284,6 +307,7 @@ TEST_F(WebTest, PagesAreInTheChosenLanguageElseInTheBrowsers)
     EXPECT_TRUE(has(answer, "name=\"code\" value=\"&quot;&gt;&lt;b&gt;\"") && has(answer, "name=\"x\" value=\"1\""));
     EXPECT_FALSE(has(answer, "<b>"));
 
+    EXPECT_TRUE(has(page("/mistyped", german), "<h1>Diese Seite gibt es nicht</h1>"));
     answer = page("/help?language=ar", german);
     EXPECT_TRUE(has(answer, "<html lang=\"ar\" dir=\"rtl\">"));
     const bool isKept = std::any_of(answer.headers.begin(), answer.headers.end(), [](const auto &header) {

@@ -77,7 +77,7 @@ protected:
     {
         ListenSettings settings;
         settings.addPages = [this](http::Router &router) { m_pages.addTo(router); };
-        settings.pageNotFound = [this] { return m_pages.notFound(); };
+        settings.pageNotFound = [this](const http::Request &request) { return m_pages.notFound(request); };
         m_port = listen(settings).port();
         m_device = addDevice();
     }
