@@ -386,7 +386,7 @@ station list.</source>
         <source>Are you sure you want to rename this station as: 
 </source>
         <translation>هل تريد حقًا إعادة تسمية هذه المحطة إلى: 
-</translation>
+⁨</translation>
     </message>
     <message>
         <source>Rename station failed,you could try again.</source>
@@ -539,7 +539,7 @@ station list.</source>
     </message>
     <message>
         <source>AD</source>
-        <translation>AD</translation>
+        <translation>إعلان</translation>
     </message>
     <message>
         <source>Thumbs Down</source>
@@ -673,11 +673,11 @@ station list.</source>
         <source>Are you sure you want to delete station: 
 </source>
         <translation>هل تريد حقًا حذف المحطة: 
-</translation>
+⁨</translation>
     </message>
     <message>
         <source> ?</source>
-        <translation>؟</translation>
+        <translation>⁩؟</translation>
     </message>
     <message>
         <source>This station can not be deleted!</source>
@@ -703,7 +703,7 @@ station list.</source>
         <source>Are you sure you want to rename station: 
 </source>
         <translation>هل تريد حقًا إعادة تسمية المحطة: 
-</translation>
+⁨</translation>
     </message>
     <message>
         <source>A share station cannot be renamed!</source>
@@ -1310,6 +1310,34 @@ Please select “Activate Velmora” below.</source>
     <message>
         <source>Address of the service</source>
         <translation>عنوان الخدمة</translation>
+    </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>لم يتم إعداد أي خدمة. اختر خدمة منزلك أو اكتب عنوانها.</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>البصمة</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>استخدام هذه الخدمة</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>عدم استخدامها</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>قارن البصمة بالبصمة الظاهرة في صفحة الخدمة ‎/house. إذا اختلفتا فهناك ما ينتحل صفة الخدمة.</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>الخدمة تجيب وشهادتها صالحة.</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>الخدمة تجيب لكنها غير مشفّرة: يمكن لأي شخص في هذه الشبكة أن يقرأ ما يُرسل.</translation>
     </message>
 </context>
 <context>

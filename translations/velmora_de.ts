@@ -287,7 +287,7 @@ ein. Dann kommt Ihr Passwort.</translation>
     </message>
     <message>
         <source>Do Not Play This Track For A Month</source>
-        <translation>Diesen Titel einen Monat nicht spielen</translation>
+        <translation>Titel einen Monat nicht spielen</translation>
     </message>
     <message>
         <source>Why Is This Track Playing</source>
@@ -385,7 +385,7 @@ in Ihrer Senderliste.</translation>
     <message>
         <source>Are you sure you want to rename this station as: 
 </source>
-        <translation>Möchten Sie diesen Sender wirklich umbenennen in: 
+        <translation>Diesen Sender wirklich umbenennen in: 
 </translation>
     </message>
     <message>
@@ -1307,6 +1307,34 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
         <source>Address of the service</source>
         <translation>Adresse des Dienstes</translation>
     </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>Kein Dienst ist eingerichtet. Wählen Sie den Ihres Hauses, oder geben Sie seine Adresse ein.</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>Fingerabdruck</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>Diesen Dienst verwenden</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>Nicht verwenden</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>Vergleichen Sie den Fingerabdruck mit dem auf der Seite /house des Dienstes. Ist er ein anderer, gibt sich etwas anderes als der Dienst aus.</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>Der Dienst antwortet, und sein Zertifikat ist gültig.</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>Der Dienst antwortet, ist aber nicht verschlüsselt: Jeder in diesem Netz könnte mitlesen.</translation>
+    </message>
 </context>
 <context>
     <name>home::SettingPane</name>
@@ -1327,11 +1355,11 @@ Wählen Sie dazu unten „Velmora aktivieren“.</translation>
     <name>home::SleepPane</name>
     <message>
         <source>Sleep timer</source>
-        <translation>Schlafuhr</translation>
+        <translation>Einschlaftimer</translation>
     </message>
     <message>
         <source>The sleep timer cannot be set. %1</source>
-        <translation>Die Schlafuhr lässt sich nicht stellen. %1</translation>
+        <translation>Der Einschlaftimer lässt sich nicht stellen. %1</translation>
     </message>
     <message>
         <source>The music fades out and the screen turns black.</source>

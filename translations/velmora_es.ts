@@ -1307,6 +1307,34 @@ Elija abajo «Activar Velmora».</translation>
         <source>Address of the service</source>
         <translation>Dirección del servicio</translation>
     </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>No hay ningún servicio configurado. Elija el de su casa, o escriba su dirección.</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>Huella</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>Usar este servicio</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>No usarlo</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>Compare la huella con la de la página /house del servicio. Si no coinciden, otra cosa se hace pasar por el servicio.</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>El servicio responde y su certificado es válido.</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>El servicio responde, pero no está cifrado: cualquiera en esta red podría leerlo todo.</translation>
+    </message>
 </context>
 <context>
     <name>home::SettingPane</name>

@@ -1307,6 +1307,34 @@ Choisissez « Activer Velmora » ci-dessous.</translation>
         <source>Address of the service</source>
         <translation>Adresse du service</translation>
     </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>Aucun service n’est configuré. Choisissez celui de votre maison, ou saisissez son adresse.</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>Empreinte</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>Utiliser ce service</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>Ne pas l’utiliser</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>Comparez l’empreinte avec celle de la page /house du service. Si elles diffèrent, autre chose se fait passer pour le service.</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>Le service répond, et son certificat est valide.</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>Le service répond, mais il n’est pas chiffré : chacun sur ce réseau pourrait lire.</translation>
+    </message>
 </context>
 <context>
     <name>home::SettingPane</name>

@@ -484,7 +484,7 @@ di stazioni.</translation>
     </message>
     <message>
         <source>Sign in to your Velmora account</source>
-        <translation>Accedi al tuo account Velmora</translation>
+        <translation>Acceda al Suo account Velmora</translation>
     </message>
     <message>
         <source>Email:</source>
@@ -1306,6 +1306,34 @@ Scelga «Attiva Velmora» qui sotto.</translation>
     <message>
         <source>Address of the service</source>
         <translation>Indirizzo del servizio</translation>
+    </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>Nessun servizio è configurato. Scelga quello di casa Sua, o ne scriva l’indirizzo.</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>Impronta</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>Usa questo servizio</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>Non usarlo</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>Confronti l’impronta con quella della pagina /house del servizio. Se sono diverse, qualcos’altro si finge il servizio.</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>Il servizio risponde e il suo certificato è valido.</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>Il servizio risponde, ma non è cifrato: chiunque in questa rete potrebbe leggere.</translation>
     </message>
 </context>
 <context>

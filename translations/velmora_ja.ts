@@ -1302,6 +1302,34 @@ Please select “Activate Velmora” below.</source>
         <source>Address of the service</source>
         <translation>サービスのアドレス</translation>
     </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>サービスが設定されていません。家のサービスを選ぶか、アドレスを入力してください。</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>フィンガープリント</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>このサービスを使う</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>使わない</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>サービスのページ /house にあるフィンガープリントと比べてください。違う場合は、別のものがサービスになりすましています。</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>サービスが応答し、証明書は有効です。</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>サービスは応答しますが、暗号化されていません。このネットワークの誰でも内容を読めます。</translation>
+    </message>
 </context>
 <context>
     <name>home::SettingPane</name>

@@ -1307,6 +1307,34 @@ Kies hieronder “Velmora activeren”.</translation>
         <source>Address of the service</source>
         <translation>Adres van de dienst</translation>
     </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>Er is geen dienst ingesteld. Kies die van uw huis, of typ het adres.</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>Vingerafdruk</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>Deze dienst gebruiken</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>Niet gebruiken</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>Vergelijk de vingerafdruk met die op de pagina /house van de dienst. Verschillen ze, dan doet iets anders zich voor als de dienst.</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>De dienst antwoordt en het certificaat is geldig.</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>De dienst antwoordt, maar is niet versleuteld: iedereen in dit netwerk kan meelezen.</translation>
+    </message>
 </context>
 <context>
     <name>home::SettingPane</name>

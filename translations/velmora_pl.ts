@@ -1308,6 +1308,34 @@ Wybierz poniżej „Aktywuj Velmorę”.</translation>
         <source>Address of the service</source>
         <translation>Adres usługi</translation>
     </message>
+    <message>
+        <source>No service is set up. Choose the one of your house, or type its address.</source>
+        <translation>Nie ustawiono żadnej usługi. Wybierz usługę swojego domu albo wpisz jej adres.</translation>
+    </message>
+    <message>
+        <source>Fingerprint</source>
+        <translation>Odcisk</translation>
+    </message>
+    <message>
+        <source>Use this service</source>
+        <translation>Użyj tej usługi</translation>
+    </message>
+    <message>
+        <source>Do not use it</source>
+        <translation>Nie używaj jej</translation>
+    </message>
+    <message>
+        <source>Compare the fingerprint with the one on the service&apos;s own page, /house. If they differ, something else pretends to be the service.</source>
+        <translation>Porównaj odcisk z tym na stronie /house usługi. Jeśli są różne, coś innego podaje się za usługę.</translation>
+    </message>
+    <message>
+        <source>The service answers, and its certificate is valid.</source>
+        <translation>Usługa odpowiada, a jej certyfikat jest ważny.</translation>
+    </message>
+    <message>
+        <source>The service answers, but it is not encrypted: everybody in this network could read along.</source>
+        <translation>Usługa odpowiada, ale nie jest szyfrowana: każdy w tej sieci mógłby czytać.</translation>
+    </message>
 </context>
 <context>
     <name>home::SettingPane</name>
