@@ -8,8 +8,8 @@ using nlohmann::json;
 
 std::string pictureAddress(const Call &call, const std::string &name)
 {
-    return call.service.addresses.address(MediaKind::Picture, name, call.account(),
-                                          Devices::radioMark(call.session.keyHash));
+    return call.mediaBase + call.service.addresses.path(MediaKind::Picture, name, call.account(),
+                                                        Devices::radioMark(call.session.keyHash));
 }
 
 json audioAddress(const Call &call, const std::string &publicId, const std::string &mediaType, bool isPlayable,
@@ -17,8 +17,9 @@ json audioAddress(const Call &call, const std::string &publicId, const std::stri
 {
     if (!isPlayable)
         return nullptr;
-    return call.service.addresses.address(MediaKind::Audio, publicId + audioExtension(mediaType), call.account(),
-                                          Devices::radioMark(call.session.keyHash), issue);
+    return call.mediaBase + call.service.addresses.path(MediaKind::Audio, publicId + audioExtension(mediaType),
+                                                        call.account(), Devices::radioMark(call.session.keyHash),
+                                                        issue);
 }
 
 json stationAnswer(Call &call, const Station &station)

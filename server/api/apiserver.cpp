@@ -75,6 +75,8 @@ void ApiServer::start()
     settings.trustedProxies = m_settings.trustedProxies;
     settings.sendsHsts = (!m_settings.tlsCertificate.empty() && !m_settings.isCertificateOwn) ||
                          m_settings.publicUrl.starts_with("https://");
+    if (m_settings.isCertificateOwn)
+        settings.unencrypted = {"127.0.0.1", "::1"}; // nobody has told the programs of this machine to trust it
     settings.limits = m_settings.limits;
     settings.answered = [this](const http::Request &request, http::Response &response) { answered(request, response); };
     settings.refusal = [this](int status, const http::Request &request) { return refusal(status, request); };
@@ -128,11 +130,21 @@ http::Response ApiServer::answerFunction(const http::Request &request)
         return http::Response::handledIn(http::Lane::Passwords);
     const Answer answer = m_dispatcher.answer(
         {request.pieces[0], request.pieces[1], request.body, std::string(request.header("Authorization")),
-         std::string(request.header("Velmora-Request-Key")), request.address, request.id});
+         std::string(request.header("Velmora-Request-Key")), request.address, request.id, mediaBaseFor(request)});
     http::Response response = json(answer);
     if (answer.httpStatus == 503)
         response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
     return response;
+}
+
+// A radio of this machine that does without the service's own certificate gets its media in the same way.
+std::string ApiServer::mediaBaseFor(const http::Request &request) const
+{
+    const bool isExcused = m_settings.isCertificateOwn && !request.isEncrypted && !request.isFromProxy;
+    if (!isExcused)
+        return m_service.addresses.base();
+    const bool isIpv6 = request.address.find(':') != std::string::npos;
+    return std::string("http://") + (isIpv6 ? "[::1]" : "127.0.0.1") + ":" + std::to_string(m_port);
 }
 
 http::Response ApiServer::health() const

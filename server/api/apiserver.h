@@ -15,7 +15,8 @@ struct ListenSettings {
     int port = 7480;                      // 0 picks one
     std::filesystem::path tlsCertificate; // PEM, the chain; with the key: HTTPS
     std::filesystem::path tlsKey;
-    // The service made its certificate itself: a browser warns, and its person decides each time.
+    // The service made its certificate itself: a browser warns, and its person decides each time. Programs of this
+    // machine may do without TLS.
     bool isCertificateOwn = false;
     std::string publicUrl; // what the radio and browsers reach, when that is not where the server listens
     // For trying out how a radio behaves: every media stream gets no more than this. 0: no limit.
@@ -56,6 +57,7 @@ public:
 private:
     http::Router router();
     http::Response answerFunction(const http::Request &request);
+    std::string mediaBaseFor(const http::Request &request) const;
     http::Response answerMedia(const http::Request &request);
     http::Response health() const;
     http::Response ready();

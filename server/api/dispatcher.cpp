@@ -128,7 +128,13 @@ json Dispatcher::call(const Route &route, const Request &request, const Paramete
     if (route.writes && m_service.isUnderMaintenance)
         throw ApiError(Code::Maintenance, "maintenance");
     const auto work = [&] { // once
-        Call call{m_service,           m_limits, parameters, session, request.address, http::networkOf(request.address),
+        Call call{m_service,
+                  m_limits,
+                  parameters,
+                  session,
+                  request.address,
+                  http::networkOf(request.address),
+                  request.mediaBase.empty() ? m_service.addresses.base() : request.mediaBase,
                   std::move(listening)};
         return json{{"code", 0}, {"data", route.handler(call)}};
     };

@@ -29,10 +29,11 @@ public:
         std::string version;
         std::string function;
         std::string body;
-        std::string authorization; // the header; empty when there is none
-        std::string key;           // the header Velmora-Request-Key; empty when there is none
-        std::string address;       // where the caller is; limits count the network it belongs to
-        std::string id = {};       // http::requestIdOf()
+        std::string authorization;  // the header; empty when there is none
+        std::string key;            // the header Velmora-Request-Key; empty when there is none
+        std::string address;        // where the caller is; limits count the network it belongs to
+        std::string id = {};        // http::requestIdOf()
+        std::string mediaBase = {}; // Call::mediaBase; empty: MediaAddresses::base()
     };
     Answer answer(const Request &request);
     // Whether answer() takes the time of a hash, for a request of this function with this body.

@@ -24,8 +24,8 @@ MediaAddresses::MediaAddresses(std::string signingKey, Clock clock)
 {
 }
 
-std::string MediaAddresses::address(MediaKind kind, const std::string &file, AccountId account,
-                                    const std::string &radio, const std::string &issue) const
+std::string MediaAddresses::path(MediaKind kind, const std::string &file, AccountId account, const std::string &radio,
+                                 const std::string &issue) const
 {
     MediaQuery query;
     query.kind = kind;
@@ -34,7 +34,7 @@ std::string MediaAddresses::address(MediaKind kind, const std::string &file, Acc
     query.expiry = std::to_string(m_clock() + lifeSeconds);
     query.radio = radio;
     query.issue = issue;
-    return m_base + "/media/" + mediaKindName(kind) + "/" + file + "?a=" + query.account + "&e=" + query.expiry +
+    return std::string("/media/") + mediaKindName(kind) + "/" + file + "?a=" + query.account + "&e=" + query.expiry +
            (query.issue.empty() ? "" : "&i=" + query.issue) + (radio.empty() ? "" : "&r=" + radio) +
            "&s=" + sign(query);
 }

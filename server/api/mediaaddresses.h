@@ -21,9 +21,9 @@ struct MediaQuery {
     std::string signature;
 };
 
-// Absolute addresses of audio and pictures, each signed for one file, one account, one radio and twelve hours. Whether
-// the account and the radio are still there is not asked here: see Devices::mayListen(). Any thread, once the base
-// address is set.
+// Addresses of audio and pictures, each signed for one file, one account, one radio and twelve hours. Whether the
+// account and the radio are still there is not asked here: see Devices::mayListen(). Any thread, once the base address
+// is set.
 class MediaAddresses {
 public:
     static constexpr int64_t lifeSeconds = 12 * 3600;
@@ -34,9 +34,9 @@ public:
     void setBase(const std::string &base) { m_base = base; }
     const std::string &base() const { return m_base; }
 
-    // `file`, `radio` and the issue as in MediaQuery.
-    std::string address(MediaKind kind, const std::string &file, AccountId account, const std::string &radio = {},
-                        const std::string &issue = {}) const;
+    // What follows the base in an address. `file`, `radio` and the issue as in MediaQuery.
+    std::string path(MediaKind kind, const std::string &file, AccountId account, const std::string &radio = {},
+                     const std::string &issue = {}) const;
     MediaCheck check(const MediaQuery &query) const;
 
 private:

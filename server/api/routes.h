@@ -40,6 +40,7 @@ struct Call {
     Session session;                         // kind none for partnerLogin
     std::string address;                     // where the caller is
     std::string network;                     // what counts as one caller in limits
+    std::string mediaBase;                   // of addresses of audio and pictures, as this caller reaches the service
     std::optional<Listening> listening = {}; // of routes that read it with the session
 
     AccountId account() const { return session.accountId; } // calls with a user token

@@ -5,8 +5,11 @@
 #include "server/http/server.h"
 #include "server/logging/log.h"
 
+#include <algorithm>
 #include <boost/asio/post.hpp>
 #include <boost/beast/http/status.hpp>
+#include <cerrno>
+#include <sys/socket.h>
 
 namespace velmora::server::http {
 
@@ -86,8 +89,6 @@ void Connection::advanceAfter(Change change)
 void Connection::start()
 {
     advanceAfter([this] {
-        const int socket = m_socket.native_handle();
-        m_transport = m_loop.tls ? Transport::tls(socket, m_loop.tls) : Transport::plain(socket);
         setWaiting(true);
         setDeadline(m_loop.settings.limits.headerTime);
     });
@@ -149,8 +150,29 @@ bool Connection::step()
     return false;
 }
 
+// False while a caller who may do without TLS has sent nothing.
+bool Connection::chooseTransport()
+{
+    constexpr char handshakeRecord = 0x16; // the first byte of TLS; no request begins with it
+    const int socket = m_socket.native_handle();
+    const auto &unencrypted = m_loop.settings.unencrypted;
+    m_isEncrypted = m_loop.tls != nullptr;
+    if (m_isEncrypted && std::find(unencrypted.begin(), unencrypted.end(), m_address) != unencrypted.end()) {
+        char first = handshakeRecord;
+        if (::recv(socket, &first, 1, MSG_PEEK) < 0 && (errno == EAGAIN || errno == EINTR)) {
+            waitFor(IoState::WantsRead);
+            return false;
+        }
+        m_isEncrypted = first == handshakeRecord;
+    }
+    m_transport = m_isEncrypted ? Transport::tls(socket, m_loop.tls) : Transport::plain(socket);
+    return true;
+}
+
 bool Connection::stepHandshake()
 {
+    if (!m_transport && !chooseTransport())
+        return false;
     const IoState state = m_transport->handshake();
     if (state != IoState::Done) {
         waitFor(state);
@@ -211,6 +233,7 @@ bool Connection::headersRead()
     request.address = m_loop.proxies.callerBehind(m_address, listOf(request.headers, "X-Forwarded-For"));
     request.network = networkOf(request.address);
     request.isFromProxy = m_loop.proxies.contains(m_address);
+    request.isEncrypted = m_isEncrypted;
     request.id = requestIdOf(headerOf(request.headers, "X-Request-Id"));
     m_isHead = request.method == "HEAD";
     m_isKeptAlive = m_parser->isKeptAlive();
@@ -396,7 +419,7 @@ void Connection::respond(Response response)
     m_parser.reset();
     m_awaitsUntil.reset();
     m_isKeptAlive = m_isKeptAlive && !m_isFinishing && !m_loop.isDraining;
-    m_output = headOf(response, m_isKeptAlive, m_loop.settings.sendsHsts);
+    m_output = headOf(response, m_isKeptAlive, m_loop.settings.sendsHsts && m_isEncrypted == (m_loop.tls != nullptr));
     m_outputSent = 0;
     if (!m_isHead && response.status != 304) {
         m_output += response.body;

@@ -55,7 +55,7 @@ public:
 
 private:
     enum class Phase {
-        Handshake, // TLS
+        Handshake, // TLS, or the first byte of a caller who may do without
         Receiving, // a request; before its first byte the connection is idle
         Working,   // a worker has it
         Awaiting,  // news; no thread has it
@@ -71,6 +71,7 @@ private:
     void advanceAfter(Change change);
     // Each step returns true when another may follow at once.
     bool step();
+    bool chooseTransport();
     bool stepHandshake();
     bool stepReceiving();
     bool stepAnswering();
@@ -116,6 +117,7 @@ private:
     size_t m_reservedBody = 0;               // of `bodyBytes`
     std::string m_output;                    // the head of the answer, and its text
     size_t m_outputSent = 0;
+    bool m_isEncrypted = false; // known once there is a transport
     bool m_isHead = false;      // the answer has no body
     bool m_isKeptAlive = false; // another request may follow
     bool m_isFinishing = false; // no request follows

@@ -57,6 +57,7 @@ struct Request {
     std::string id;                                  // for logs: requestIdOf()
     std::string route;                               // the path of its route; empty: no route matches
     bool isFromProxy = false;                        // it came from a trusted proxy
+    bool isEncrypted = false;                        // it came through this server's TLS
 
     std::string_view header(std::string_view name) const { return headerOf(headers, name); }
     // A field of the posted form, or of the query of any other method; decoded. Empty when there is none.

@@ -10,6 +10,7 @@ struct ServerSettings {
     int port = 0;                         // 0 picks one
     std::filesystem::path tlsCertificate; // PEM, the chain; with the key: HTTPS
     std::filesystem::path tlsKey;
+    std::vector<std::string> unencrypted;    // callers with these addresses, in usual spelling, may do without TLS
     std::vector<std::string> trustedProxies; // addresses
     bool sendsHsts = false;                  // tells browsers to stay with https
     Limits limits;

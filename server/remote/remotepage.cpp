@@ -226,9 +226,7 @@ std::string Remote::coverAddress(const Visitor &visitor, const std::string &file
 {
     if (file.empty() || !publicIdOf(file))
         return {};
-    const std::string address = m_service.addresses.address(MediaKind::Picture, file, visitor.account);
-    const std::string &base = m_service.addresses.base();
-    return address.starts_with(base) ? address.substr(base.size()) : std::string();
+    return m_service.addresses.path(MediaKind::Picture, file, visitor.account);
 }
 
 } // namespace velmora::server

@@ -158,12 +158,12 @@ protected:
     }
     HttpAnswer get(const std::string &address, const http::Headers &headers = {})
     {
-        return httpGet(m_server->port(), address.substr(m_service->addresses.base().size()), headers);
+        return httpGet(m_server->port(), address, headers);
     }
     std::string addressOf(const std::string &path)
     {
         const std::string id = m_service->catalogue.track(trackAt(path))->publicId;
-        return m_service->addresses.address(MediaKind::Audio, id + ".flac", m_listener);
+        return m_service->addresses.path(MediaKind::Audio, id + ".flac", m_listener);
     }
     std::vector<fs::path> cached() const
     {

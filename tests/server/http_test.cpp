@@ -523,6 +523,7 @@ TEST_F(HttpTest, OnlyTlsWithForwardSecrecyIsSpoken)
 {
     makeCertificate();
     m_settings.sendsHsts = true;
+    m_settings.unencrypted = {"127.0.0.2"};
     start();
     for (const auto &[tls, version] :
          {std::pair(HttpClient::Tls::Newest, "TLSv1.3"), std::pair(HttpClient::Tls::Version12, "TLSv1.2")}) {
@@ -536,9 +537,14 @@ TEST_F(HttpTest, OnlyTlsWithForwardSecrecyIsSpoken)
     }
     for (const HttpClient::Tls tls : {HttpClient::Tls::Version11, HttpClient::Tls::WithoutForwardSecrecy})
         EXPECT_FALSE(HttpClient(m_port, {}, tls).isEncrypted());
-    HttpClient plain(m_port);
-    plain.send(get);
-    EXPECT_EQ(plain.receive().status, 0);
+    for (const auto &[caller, status] : {std::pair("127.0.0.2", 200), std::pair("127.0.0.3", 0)}) {
+        HttpClient plain(m_port, caller);
+        plain.send(get);
+        const HttpAnswer answer = plain.receive();
+        EXPECT_EQ(answer.status, status) << caller;
+        EXPECT_EQ(answer.header("Strict-Transport-Security"), "");
+        EXPECT_TRUE(HttpClient(m_port, caller, HttpClient::Tls::Newest).isEncrypted()) << caller;
+    }
     m_settings.tlsKey = m_settings.tlsCertificate;
     EXPECT_THROW(start(), std::runtime_error);
 }

@@ -1,6 +1,7 @@
 // Audio and pictures over HTTP: signatures, expiry, throttling, refusals.
 
 #include "server/api/mediafiles.h"
+#include "server/http/owncertificate.h"
 #include "serverfixture.h"
 
 #include <fstream>
@@ -20,7 +21,7 @@ protected:
     // Path and query of the signed address of a file.
     std::string path(MediaKind kind, const std::string &file)
     {
-        return m_service->addresses.address(kind, file, m_listener).substr(m_service->addresses.base().size());
+        return m_service->addresses.path(kind, file, m_listener);
     }
     std::string content(const std::string &id)
     {
@@ -127,11 +128,22 @@ TEST_F(MediaTest, AddressesNeverUseTheHostOfTheRequest)
     ListenSettings settings;
     settings.publicUrl = "https://radio.example.org";
     listen(settings);
-    http::Headers headers = {{"Authorization", "Bearer " + user}, {"Host", "evil.example.org"}};
-    const HttpAnswer answer =
-        httpPost(m_server->port(), "/v1/getPlaylist", json{{"stationToken", tapestryToken(user)}}.dump(), headers);
-    EXPECT_NE(answer.body.find("https://radio.example.org/media/audio/"), std::string::npos);
-    EXPECT_EQ(answer.body.find("evil"), std::string::npos);
+    const auto playlist = [&] {
+        const http::Headers headers = {{"Authorization", "Bearer " + user}, {"Host", "evil.example.org"}};
+        const json parameters = {{"stationToken", tapestryToken(user)}};
+        return httpPost(m_server->port(), "/v1/getPlaylist", parameters.dump(), headers).body;
+    };
+    EXPECT_NE(playlist().find("https://radio.example.org/media/audio/"), std::string::npos);
+    EXPECT_EQ(playlist().find("evil"), std::string::npos);
+
+    // A radio of the service's own machine was never told of the certificate that the service made for the house.
+    const http::OwnCertificate own = http::ownCertificate(m_directory.path() / "tls", {"radio"}, {"127.0.0.1"});
+    settings.tlsCertificate = own.chain;
+    settings.tlsKey = own.key;
+    settings.isCertificateOwn = true;
+    listen(settings);
+    EXPECT_NE(playlist().find("\"http://127.0.0.1:" + std::to_string(m_server->port()) + "/media/audio/"),
+              std::string::npos);
 }
 
 TEST_F(MediaTest, HealthReadinessAndMetricsTellWhatTheServiceDoes)
