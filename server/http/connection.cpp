@@ -7,40 +7,16 @@
 
 #include <algorithm>
 #include <boost/asio/post.hpp>
-#include <boost/beast/http/status.hpp>
 #include <cerrno>
 #include <sys/socket.h>
 
 namespace velmora::server::http {
 
 namespace asio = boost::asio;
-using namespace std::chrono_literals;
 
 namespace {
 
-constexpr size_t pieceBytes = 128 * 1024;     // of a file, before another connection has its turn
-constexpr size_t readAheadBytes = 512 * 1024; // by a worker, where the disk would be waited for
-constexpr size_t mostLingering = 16 * 1024 * 1024;
-constexpr auto paceTick = 100ms;
-constexpr auto never = std::chrono::milliseconds::max();
 constexpr std::string_view continueLine = "HTTP/1.1 100 Continue\r\n\r\n";
-
-std::string headOf(const Response &response, bool isKeptAlive, bool sendsHsts)
-{
-    const auto status = static_cast<unsigned>(response.status);
-    const auto reason = boost::beast::http::obsolete_reason(static_cast<boost::beast::http::status>(status));
-    std::string head = "HTTP/1.1 " + std::to_string(status) + " " + std::string(reason) +
-                       "\r\nDate: " + httpTime(std::time(nullptr)) + "\r\n";
-    for (const auto &[name, value] : response.headers)
-        head.append(name).append(": ").append(value).append("\r\n");
-    if (status != 304 && status != 204) {
-        const uint64_t length = response.file ? response.count : response.body.size();
-        head += "Content-Length: " + std::to_string(length) + "\r\n";
-    }
-    if (sendsHsts)
-        head += "Strict-Transport-Security: max-age=15552000\r\n";
-    return head + (isKeptAlive ? "Connection: keep-alive\r\n\r\n" : "Connection: close\r\n\r\n");
-}
 
 // All headers of this name, as one list.
 std::string listOf(const Headers &headers, std::string_view name)
@@ -72,8 +48,7 @@ void Connection::advance()
     advanceAfter([] {});
 }
 
-template <typename Change>
-void Connection::advanceAfter(Change change)
+void Connection::advanceAfter(const std::function<void()> &change)
 {
     const auto self = shared_from_this();
     try {
@@ -117,14 +92,6 @@ void Connection::finish()
     m_isFinishing = true;
     if (m_phase != Phase::Working && m_phase != Phase::Answering)
         end();
-}
-
-void Connection::drain()
-{
-    if (m_phase != Phase::Awaiting)
-        return;
-    m_pause->request->isWaitOver = true;
-    advanceAfter([this] { askAgain(); });
 }
 
 bool Connection::step()
@@ -310,91 +277,6 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
         refuse(503, *request);
 }
 
-// Holds the request and its socket until there is news. Not in a thread: a thousand may wait.
-void Connection::await(std::shared_ptr<Request> request, const Response &response)
-{
-    releaseBody();
-    if (m_phase == Phase::Ended)
-        return;
-    if (m_isFinishing) {
-        end();
-        return;
-    }
-    if (request->isWaitOver) {
-        refuse(500, *request);
-        return;
-    }
-    m_phase = Phase::Awaiting;
-    if (!m_awaitsUntil)
-        m_awaitsUntil = Clock::now() + response.waitAtMost;
-    m_pause = Pause{std::move(request), response.wait};
-    ++m_loop.awaiting;
-    ++m_pauses;
-    setWaiting(true);
-    m_deadline = *m_awaitsUntil;
-    if (m_deadline < m_timerAt)
-        armTimer();
-    watchWhileAwaiting();
-    // Under the wait's lock, which end() takes before the loop goes: the loop is there.
-    response.wait->onWake([weak = weak_from_this(), &io = m_loop.io, pause = m_pauses] {
-        asio::post(io, [weak, pause] {
-            const auto self = weak.lock();
-            if (self && self->m_pause && self->m_pauses == pause)
-                self->advanceAfter([&] { self->askAgain(); });
-        });
-    });
-    if (m_loop.isDraining)
-        drain();
-}
-
-// A caller that goes away while it waits is noticed.
-void Connection::watchWhileAwaiting()
-{
-    m_socket.async_wait(asio::ip::tcp::socket::wait_read,
-                        [self = shared_from_this(), pause = m_pauses](const boost::system::error_code &error) {
-                            if (!self->m_pause || self->m_pauses != pause)
-                                return;
-                            if (error)
-                                self->end();
-                            else
-                                self->advanceAfter([&] { self->readWhileAwaiting(); });
-                        });
-}
-
-void Connection::readWhileAwaiting()
-{
-    const size_t limit = m_loop.settings.limits.headerBytes;
-    const IoResult result = m_transport->read(m_loop.scratch);
-    const bool isGone = result.state == IoState::Ended;
-    if (isGone || m_input.size() + result.count > limit) {
-        end();
-        return;
-    }
-    m_input.append(m_loop.scratch.data(), result.count); // a request that follows
-    watchWhileAwaiting();
-}
-
-void Connection::leaveAwaiting()
-{
-    if (!m_pause)
-        return;
-    m_pause->wait->forget();
-    m_pause.reset();
-    --m_loop.awaiting;
-    boost::system::error_code ignored;
-    m_socket.cancel(ignored);
-}
-
-void Connection::askAgain()
-{
-    const auto request = m_pause->request;
-    leaveAwaiting();
-    m_phase = Phase::Working;
-    setWaiting(false);
-    setDeadline(never);
-    handOver(request, request->lane);
-}
-
 void Connection::refuse(int status, const Request &request)
 {
     m_isHead = request.method == "HEAD";
@@ -409,156 +291,6 @@ void Connection::answered(const Request &request, Response &response) const
 {
     if (m_loop.settings.answered)
         m_loop.settings.answered(request, response);
-}
-
-void Connection::respond(Response response)
-{
-    releaseBody();
-    if (m_phase == Phase::Ended)
-        return;
-    m_parser.reset();
-    m_awaitsUntil.reset();
-    m_isKeptAlive = m_isKeptAlive && !m_isFinishing && !m_loop.isDraining;
-    m_output = headOf(response, m_isKeptAlive, m_loop.settings.sendsHsts && m_isEncrypted == (m_loop.tls != nullptr));
-    m_outputSent = 0;
-    if (!m_isHead && response.status != 304) {
-        m_output += response.body;
-        if (response.file && response.count > 0) {
-            m_transfer = std::make_unique<Transfer>();
-            m_transfer->file = std::move(response.file);
-            m_transfer->at = m_transfer->windowBegin = response.first;
-            m_transfer->end = response.first + response.count;
-            m_transfer->bytesPerSecond = response.bytesPerSecond;
-        }
-    }
-    m_phase = Phase::Answering;
-    setWaiting(false);
-    setDeadline(m_loop.settings.limits.answerTime);
-}
-
-bool Connection::stepAnswering()
-{
-    while (m_outputSent < m_output.size()) {
-        const IoResult result =
-            m_transport->write(std::string_view(m_output).substr(m_outputSent), m_transfer != nullptr);
-        if (result.state != IoState::Done) {
-            waitFor(result.state);
-            return false;
-        }
-        m_outputSent += result.count;
-    }
-    m_output = std::string();
-    if (!m_transfer) {
-        answerDone();
-    } else if (m_isFinishing) {
-        end();
-    } else {
-        m_phase = Phase::Streaming;
-        setDeadline(m_loop.settings.limits.streamTime);
-    }
-    return true;
-}
-
-bool Connection::stepStreaming()
-{
-    Transfer &transfer = *m_transfer;
-    if (transfer.isHeld)
-        return false;
-    uint64_t wanted = std::min<uint64_t>(transfer.end - transfer.at, pieceBytes);
-    if (transfer.bytesPerSecond > 0)
-        wanted = std::clamp<uint64_t>(static_cast<uint64_t>(transfer.bytesPerSecond) / 10, 1, wanted);
-    if (transfer.at + wanted > transfer.knownCached && !transfer.file->isCached(transfer.at, wanted)) {
-        readAhead(std::min<uint64_t>(transfer.end - transfer.at, readAheadBytes));
-        return false;
-    }
-    const IoResult result = m_transport->send(*transfer.file, transfer.at, wanted);
-    if (result.state != IoState::Done) {
-        waitFor(result.state);
-        return false;
-    }
-    if (result.count == 0) { // the file became shorter: a cut connection is not taken for the whole
-        end();
-        return false;
-    }
-    transfer.at += result.count;
-    if (transfer.at == transfer.end) {
-        m_transfer.reset();
-        answerDone();
-        return true;
-    }
-    if (transfer.bytesPerSecond > 0) {
-        hold(paceTick);
-        return false;
-    }
-    waitFor(IoState::WantsWrite); // also where more would fit: the others have their turn
-    return false;
-}
-
-void Connection::hold(std::chrono::milliseconds time)
-{
-    m_transfer->isHeld = true;
-    m_pace.expires_after(time);
-    m_pace.async_wait([self = shared_from_this()](const boost::system::error_code &error) {
-        if (error || !self->m_transfer)
-            return;
-        self->m_transfer->isHeld = false;
-        self->advance();
-    });
-}
-
-void Connection::readAhead(uint64_t count)
-{
-    m_transfer->isHeld = true;
-    const bool isTaken = m_loop.readers.add(
-        m_network, [self = shared_from_this(), file = m_transfer->file, at = m_transfer->at, count]() mutable {
-            file->readAhead(at, count);
-            asio::io_context &io = self->m_loop.io;
-            asio::post(io, [self = std::move(self), end = at + count] {
-                if (!self->m_transfer)
-                    return;
-                self->m_transfer->knownCached = end;
-                self->m_transfer->isHeld = false;
-                self->advance();
-            });
-        });
-    if (!isTaken)
-        hold(paceTick);
-}
-
-void Connection::answerDone()
-{
-    if (m_isKeptAlive && !m_isFinishing) {
-        m_phase = Phase::Receiving;
-        setWaiting(true);
-        setDeadline(m_loop.settings.limits.idleTime);
-        if (m_input.empty())
-            m_input = std::string(); // an idle connection holds no memory
-        return;
-    }
-    m_transport->finishSending();
-    if (m_isFinishing) {
-        end();
-        return;
-    }
-    // Closing a socket with unread bytes would destroy an answer that is still on its way.
-    m_input = std::string();
-    m_outputSent = 0;
-    m_phase = Phase::Lingering;
-    setWaiting(true);
-    setDeadline(m_loop.settings.limits.lingerTime);
-}
-
-bool Connection::stepLingering()
-{
-    const IoResult result = m_transport->read(m_loop.scratch);
-    if (result.state == IoState::WantsRead || result.state == IoState::WantsWrite) {
-        waitFor(result.state);
-        return false;
-    }
-    m_outputSent += result.count; // counts what is thrown away now
-    if (result.state == IoState::Ended || m_outputSent > mostLingering)
-        end();
-    return m_phase != Phase::Ended;
 }
 
 void Connection::waitFor(IoState state)

@@ -67,8 +67,7 @@ private:
 
     // Goes on as far as the socket allows. What throws ends this connection alone.
     void advance();
-    template <typename Change>
-    void advanceAfter(Change change);
+    void advanceAfter(const std::function<void()> &change);
     // Each step returns true when another may follow at once.
     bool step();
     bool chooseTransport();
@@ -97,6 +96,7 @@ private:
 
     void waitFor(IoState state);
     void setWaiting(bool isWaiting);
+    static constexpr auto never = std::chrono::milliseconds::max();
     void setDeadline(std::chrono::milliseconds fromNow);
     void armTimer();
     void timeIsUp();
