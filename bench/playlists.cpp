@@ -126,9 +126,10 @@ void fill(StationService &service, size_t trackCount, std::mt19937 &random)
 void reportUpdates(StationService &service, const std::string &where)
 {
     const Store::Lock db = service.store.lock();
-    Statement row = db->prepare("SELECT relname, n_tup_ins, n_tup_upd, n_tup_hot_upd, n_tup_del, n_dead_tup, "
-                                "pg_total_relation_size(relid) FROM "
-                                "pg_stat_user_tables WHERE relname IN ('stations', 'plays') ORDER BY relname");
+    Statement row = db->prepare(
+        "SELECT relname, n_tup_ins, n_tup_upd, n_tup_hot_upd, n_tup_del, n_dead_tup, "
+        "pg_total_relation_size(relid) FROM "
+        "pg_stat_user_tables WHERE relname IN ('stations', 'plays_under_way', 'remembered_plays') ORDER BY relname");
     while (row.step())
         figures::note("rows of " + row.text(0) + where,
                       std::to_string(row.integer(1)) + " made, " + std::to_string(row.integer(2)) + " changed, " +

@@ -71,9 +71,29 @@ SELECT row, json FROM (
   SELECT ROW_NUMBER() OVER (ORDER BY p.started_at, p.station_id, p.number) AS row,
     json_object('song', t.song, 'artist', a.name, 'station', s.name,
       'begun', datetime(p.started_at, 'unixepoch'), 'seconds', p.seconds, 'ended', p.outcome) AS json
-  FROM plays p JOIN tracks t ON t.id = p.track_id JOIN artists a ON a.id = t.artist_id
-    JOIN stations s ON s.id = p.station_id
+  FROM plays p LEFT JOIN tracks t ON t.id = p.track_id LEFT JOIN artists a ON a.id = t.artist_id
+    LEFT JOIN stations s ON s.id = p.station_id
   WHERE p.account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
+    {"underWay", R"sql(
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY p.started_at, p.radio) AS row,
+    json_object('song', t.song, 'artist', a.name, 'station', s.name,
+      'begun', datetime(p.started_at, 'unixepoch')) AS json
+  FROM plays_under_way p LEFT JOIN tracks t ON t.id = p.track_id LEFT JOIN artists a ON a.id = t.artist_id
+    LEFT JOIN stations s ON s.id = p.station_id
+  WHERE p.account_id = ?1)
+WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
+    {"remembered", R"sql(
+SELECT row, json FROM (
+  SELECT ROW_NUMBER() OVER (ORDER BY r.station_id, r.block, e.key) AS row,
+    json_object('song', t.song, 'artist', a.name, 'station', s.name,
+      'begun', datetime(json_extract(e.value, '$[1]'), 'unixepoch'),
+      'ended', CASE json_extract(e.value, '$[2]') WHEN 1 THEN 'ended' WHEN 2 THEN 'skipped' ELSE 'left' END) AS json
+  FROM remembered_plays r JOIN json_each('[' || rtrim(r.plays, ',') || ']') e
+    LEFT JOIN tracks t ON t.id = json_extract(e.value, '$[0]') LEFT JOIN artists a ON a.id = t.artist_id
+    JOIN stations s ON s.id = r.station_id
+  WHERE r.account_id = ?1)
 WHERE row > ?2 ORDER BY row LIMIT ?3)sql"},
     {"handedOut", R"sql(
 SELECT row, json FROM (
@@ -166,6 +186,8 @@ bool PersonalData::remove(AccountId account)
         db->run("DELETE FROM sign_ups WHERE user_name = ?1", userName);
         db->run("DELETE FROM mails WHERE recipient_hash = ?1", tokenHash(Accounts::foldedName(userName)));
         db->run("DELETE FROM accounts WHERE id = ?1", account); // and all that hangs on it
+        // Which plays do not. Whoever has just written one has been waited for, and nobody writes any more.
+        db->run("DELETE FROM plays WHERE account_id = ?1", account);
         change.commit();
     }
     db->endErasing();

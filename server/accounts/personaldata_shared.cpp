@@ -26,7 +26,8 @@ bool isTime(const std::string &column)
 bool isLeftOut(const std::string &column)
 {
     return column.ends_with("_hash") || column.ends_with("_id") || column == "id" || column == "token" ||
-           column == "code" || column == "by_code" || column == "slot" || column == "number" || column == "radio";
+           column == "code" || column == "by_code" || column == "slot" || column == "block" || column == "day" ||
+           column == "number" || column == "radio";
 }
 
 std::string timeText(int64_t seconds)
@@ -64,6 +65,20 @@ int64_t idIn(const json &value)
                              : std::strtoll(value.get_ref<const std::string &>().c_str(), nullptr, 10);
 }
 
+// The plays that a station remembers.
+json playsIn(const std::string &block, Store &music)
+{
+    json plays = json::array();
+    const json stored = json::parse('[' + block.substr(0, block.empty() ? 0 : block.size() - 1) + ']');
+    for (const json &play : stored) {
+        json shown = trackNamed(music, play.at(0));
+        shown["begun"] = timeText(play.at(1));
+        shown["ended"] = play.at(2) == 1 ? "ended" : play.at(2) == 2 ? "skipped" : "left";
+        plays.push_back(std::move(shown));
+    }
+    return plays;
+}
+
 json readable(const json &row, Store &music)
 {
     json shown = json::object();
@@ -76,6 +91,8 @@ json readable(const json &row, Store &music)
             shown.update(trackNamed(music, idIn(value)));
         else if (column == "target" && row.value("kind", "") == "artist")
             shown["artist"] = artistNamed(music, idIn(value));
+        else if (column == "plays")
+            shown[column] = playsIn(value.get<std::string>(), music);
         else if (column == "explicit_pin_hash")
             shown["hasPin"] = !value.is_null();
         else if (isTime(column) && value.is_number())
@@ -97,8 +114,9 @@ std::vector<List> listsOf(Connection &db)
     std::vector<List> lists;
     Statement row = db.prepare(
         "SELECT c.table_name, MAX(CASE c.column_name WHEN 'account_id' THEN 1 ELSE 0 END) FROM "
-        "information_schema.columns c WHERE c.table_schema = current_schema() AND c.column_name IN ('account_id', "
-        "'station_id') GROUP BY c.table_name ORDER BY c.table_name");
+        "information_schema.columns c JOIN pg_class t ON t.oid = to_regclass(CAST(c.table_name AS TEXT)) WHERE "
+        "c.table_schema = current_schema() AND NOT t.relispartition AND c.column_name IN ('account_id', 'station_id') "
+        "GROUP BY c.table_name ORDER BY c.table_name");
     while (row.step())
         lists.push_back({row.text(0), row.integer(1) != 0
                                           ? "x.account_id = ?1"

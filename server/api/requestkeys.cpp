@@ -60,6 +60,7 @@ json RequestKeys::answered(const Request &request, const std::string &id, const 
         // Another process may have done the same meanwhile, and been first.
         return kept(request, id).value_or(std::move(answer));
     }
+    m_store.reachDay(m_clock());
     const Store::Lock db = m_store.lock();
     json answer;
     {
@@ -81,9 +82,12 @@ json RequestKeys::answered(const Request &request, const std::string &id, const 
 
 std::optional<json> RequestKeys::kept(const Request &request, const std::string &id)
 {
+    const int64_t now = m_clock();
     const Store::Lock db = m_store.lock();
-    Statement row = db->prepare("SELECT content_hash, answer FROM request_answers WHERE id = ?1 AND answered_at > ?2");
-    row.with(id, m_clock() - keptSeconds);
+    // Two processes may have answered it on both sides of midnight: the first answer counts.
+    Statement row = db->prepare("SELECT content_hash, answer FROM request_answers WHERE day IN (?3, ?4) AND "
+                                "owner = ?1 AND id = ?2 AND answered_at > ?5 ORDER BY day LIMIT 1");
+    row.with(tokenHash(request.owner), id, dayOf(now) - 1, dayOf(now), now - keptSeconds);
     if (!row.step())
         return std::nullopt;
     if (!equalSecrets(row.text(0), keyedHash(request.key, request.content)))
@@ -98,21 +102,32 @@ void RequestKeys::keep(const Request &request, const std::string &id, const json
     const std::string text = answer.dump(-1, ' ', false, json::error_handler_t::replace);
     const std::string owner = tokenHash(request.owner);
     const int64_t now = m_clock();
+    const int64_t today = dayOf(now);
+    m_store.reachDay(now);
     const Store::Lock db = m_store.lock();
     Transaction change(*db);
-    if (!db->isShared())
-        db->run("DELETE FROM request_answers WHERE answered_at <= ?1", now - keptSeconds);
-    // One that is too old makes place; one that another process has kept meanwhile stays.
-    db->run("INSERT INTO request_answers (id, owner, content_hash, answer, answered_at) VALUES (?1, ?2, ?3, ?4, ?5) "
-            "ON CONFLICT (id) DO UPDATE SET owner = ?2, content_hash = ?3, answer = ?4, answered_at = ?5 WHERE "
-            "request_answers.answered_at <= ?6",
-            id, owner, keyedHash(request.key, request.content), sealed(request.key, text), now, now - keptSeconds);
-    db->run("DELETE FROM request_answers WHERE owner = ?1 AND number NOT IN (SELECT number FROM request_answers WHERE "
-            "owner = ?1 ORDER BY number DESC LIMIT ?2)",
-            owner, mostOfOwner);
-    if (!db->isShared())
-        db->run("DELETE FROM request_answers WHERE number <= (SELECT MAX(number) FROM request_answers) - ?1",
-                mostAltogether);
+    int64_t number = 1; // of the owner's answers of the day; two processes may give the same
+    bool isFull = false;
+    {
+        Statement row = db->prepare("SELECT COALESCE(MAX(number), 0) + 1, COUNT(*) FROM request_answers WHERE "
+                                    "day = ?1 AND owner = ?2");
+        row.with(today, owner);
+        if (row.step()) {
+            number = row.integer(0);
+            isFull = row.integer(1) >= mostOfOwner;
+        }
+    }
+    const std::string hash = keyedHash(request.key, request.content);
+    // One that another process has kept meanwhile stays.
+    if (isFull && !kept(request, id))
+        db->run("UPDATE request_answers SET id = ?3, number = ?4, content_hash = ?5, answer = ?6, answered_at = ?7 "
+                "WHERE day = ?1 AND owner = ?2 AND id = (SELECT id FROM request_answers WHERE day = ?1 AND owner = ?2 "
+                "ORDER BY number, id LIMIT 1)",
+                today, owner, id, number, hash, sealed(request.key, text), now);
+    else
+        db->run("INSERT INTO request_answers (day, owner, id, number, content_hash, answer, answered_at) VALUES (?1, "
+                "?2, ?3, ?4, ?5, ?6, ?7) ON CONFLICT (day, owner, id) DO NOTHING",
+                today, owner, id, number, hash, sealed(request.key, text), now);
     change.commit();
 }
 

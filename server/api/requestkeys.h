@@ -19,8 +19,7 @@ class Store;
 class RequestKeys {
 public:
     static constexpr int64_t keptSeconds = 24 * 3600;
-    static constexpr int mostOfOwner = 500; // beyond it the oldest answers are forgotten
-    static constexpr int mostAltogether = 50'000;
+    static constexpr int mostOfOwner = 500; // a day; the next ones take the places of the oldest
 
     RequestKeys(Store &store, Clock clock);
 

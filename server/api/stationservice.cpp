@@ -41,8 +41,19 @@ StationService::StationService(const ServiceSettings &settings)
     , clock(settings.clock)
     , patience(settings.patience)
 {
+    keepDays();
+    m_upkeep.emplace(std::chrono::minutes(1), [this] { keepDays(); });
     m_signUpsToAddress.share(store, "sign-ups to address");
     m_remindersToAccount.share(store, "reminders to account");
+}
+
+void StationService::keepDays()
+{
+    try {
+        store.keepDays(clock());
+    } catch (const StoreError &error) { // there are days ahead, and the next minute will do
+        logs::warn(std::string("days were not made or dropped: ") + error.what());
+    }
 }
 
 std::filesystem::path StationService::databaseFile() const

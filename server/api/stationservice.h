@@ -10,6 +10,7 @@
 #include "server/catalogue/search.h"
 #include "server/stations/feedback.h"
 #include "server/stations/plays.h"
+#include "server/store/repeatedtask.h"
 #include "server/store/store.h"
 
 namespace velmora::server {
@@ -135,12 +136,14 @@ public:
 
 private:
     CreateResult create(const SignUp &signUp, AccountId *id);
+    void keepDays();
     void mailSignUp(const SignUp &signUp);
     void mailReminder(const std::string &userName);
     void mailNewAddress(AccountId account, const std::string &address);
 
     RateLimit m_signUpsToAddress{3, std::chrono::hours(1)};
     RateLimit m_remindersToAccount{3, std::chrono::hours(1)};
+    std::optional<RepeatedTask> m_upkeep; // ends before everything else
 };
 
 } // namespace velmora::server

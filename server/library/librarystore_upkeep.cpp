@@ -153,8 +153,12 @@ void LibraryStore::inherit(Connection &db, int64_t trackId)
         heir = row.integer(0);
     }
     // What was said of both stays as it was said of the heir.
-    for (const char *table : {"feedback", "sleeps", "plays"})
+    for (const char *table : {"feedback", "sleeps", "plays", "plays_under_way"})
         db.run(std::string("UPDATE OR IGNORE ") + table + " SET track_id = ?2 WHERE track_id = ?1", trackId, heir);
+    // As Plays writes it.
+    db.run("UPDATE remembered_plays SET plays = replace(plays, '[' || ?1 || ',', '[' || ?2 || ',') WHERE "
+           "instr(plays, '[' || ?1 || ',') > 0",
+           trackId, heir);
     for (const char *table : {"seeds", "bookmarks"})
         db.run(std::string("UPDATE OR IGNORE ") + table +
                    " SET target = CAST(?2 AS TEXT) WHERE kind = 'track' AND target = CAST(?1 AS TEXT)",

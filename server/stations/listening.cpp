@@ -19,7 +19,7 @@ constexpr int64_t monthSeconds = 30 * 24 * 3600;
 constexpr size_t mostLiked = 200; // examples; the latest
 
 // Parts of the result: the first column of its rows.
-enum class Part { Session, Account, Setting, Station, Seed, Thumb, Sleep, Bookmark, Play };
+enum class Part { Session, Account, Setting, Station, Seed, Thumb, Sleep, Bookmark, PlayUnderWay, Plays };
 
 int64_t idOf(const std::string &text)
 {
@@ -49,11 +49,13 @@ UNION ALL SELECT 6, z.track_id, z.until, 0, 0, '', '', ''
   FROM own JOIN sleeps z ON z.account_id = own.account_id WHERE z.until > ?2
 UNION ALL SELECT 7, b.target, b.created_at, 0, 0, '', '', ''
   FROM own JOIN bookmarks b ON b.account_id = own.account_id AND b.kind = 'track'
-UNION ALL SELECT 8, p.station_id, p.track_id, p.started_at, 0, p.outcome, '', ''
-  FROM own JOIN plays p ON p.account_id = own.account_id AND p.station_id = own.id
-  WHERE own.is_tapestry = 0 AND p.started_at > ?4
-UNION ALL SELECT 8, p.station_id, p.track_id, p.started_at, 0, p.outcome, '', ''
-  FROM own JOIN plays p ON p.account_id = own.account_id WHERE own.is_tapestry = 1 AND p.started_at > ?4
+UNION ALL SELECT 8, u.station_id, u.track_id, u.started_at, 0, '', '', ''
+  FROM own JOIN plays_under_way u ON u.account_id = own.account_id WHERE u.is_over = 0 AND u.started_at > ?4
+UNION ALL SELECT 9, p.station_id, 0, 0, 0, p.plays, '', ''
+  FROM own JOIN remembered_plays p ON p.account_id = own.account_id AND p.station_id = own.id
+  WHERE own.is_tapestry = 0
+UNION ALL SELECT 9, p.station_id, 0, 0, 0, p.plays, '', ''
+  FROM own JOIN remembered_plays p ON p.account_id = own.account_id WHERE own.is_tapestry = 1
 UNION ALL SELECT 2, 0, 0, 0, 0, value, '', '' FROM settings WHERE name = 'lists per ad')sql";
 
 } // namespace
@@ -163,8 +165,14 @@ Listening Listening::read(Statement &row, int64_t now)
         case Part::Bookmark:
             all.m_bookmarks.push_back({row.integer(1), row.integer(2)});
             break;
-        case Part::Play:
-            all.m_plays.push_back({row.integer(1), row.integer(2), row.integer(3), row.text(5)});
+        case Part::PlayUnderWay:
+            all.m_plays.push_back({row.integer(1), {row.integer(2), row.integer(3), {}}});
+            break;
+        case Part::Plays:
+            for (Plays::Heard &play : Plays::heardIn(row.text(5))) {
+                if (play.startedAt > now - playSeconds)
+                    all.m_plays.push_back({row.integer(1), std::move(play)});
+            }
             break;
         }
     }
@@ -225,8 +233,8 @@ std::vector<engine::TasteEvent> Listening::events(const Station &station) const
         if (isOf(entry.station, station))
             events.push_back({entry.givenAt, entry.isPositive ? 0 : 1, {entry.track, entry.isPositive, thumb}});
     }
-    for (const Play &play : m_plays) {
-        if (!isOf(play.station, station))
+    for (const auto &[of, play] : m_plays) {
+        if (!isOf(of, station))
             continue;
         heard.insert(play.track);
         if (play.outcome == "ended")
@@ -262,8 +270,8 @@ engine::Circumstances Listening::circumstances(const engine::EngineIndex &index)
     if (!m_station)
         return now;
     now.recent = m_recent;
-    for (const Play &play : m_plays) {
-        if (play.station == m_station->id)
+    for (const auto &[station, play] : m_plays) {
+        if (station == m_station->id)
             ++now.plays[play.track];
     }
     for (const Opinion &sleep : m_sleeps)
@@ -293,9 +301,9 @@ engine::Circumstances Listening::circumstances(const engine::EngineIndex &index)
 std::unordered_map<int64_t, int> Listening::playsByStation() const
 {
     std::unordered_map<int64_t, int> plays;
-    for (const Play &play : m_plays) {
+    for (const auto &[station, play] : m_plays) {
         if (play.startedAt > m_now - monthSeconds)
-            ++plays[play.station];
+            ++plays[station];
     }
     return plays;
 }

@@ -2,6 +2,7 @@
 
 #include "server/accounts/sessions.h"
 #include "server/engine/chooser.h"
+#include "server/stations/plays.h"
 #include "server/stations/stations.h"
 
 #include <unordered_map>
@@ -56,10 +57,6 @@ private:
         int64_t station, track, givenAt;
         bool isPositive;
     };
-    struct Play {
-        int64_t station, track, startedAt;
-        std::string outcome;
-    };
     struct Opinion { // of the account: a sleep or a bookmark
         int64_t track, at;
     };
@@ -75,9 +72,9 @@ private:
     std::optional<Station> m_station;
     std::vector<Station> m_stations;
     std::vector<int64_t> m_recent;
-    std::vector<std::pair<int64_t, Music>> m_seeds; // with their stations
-    std::vector<Thumb> m_thumbs;                    // the latest first
-    std::vector<Play> m_plays;
+    std::vector<std::pair<int64_t, Music>> m_seeds;        // with their stations
+    std::vector<Thumb> m_thumbs;                           // the latest first
+    std::vector<std::pair<int64_t, Plays::Heard>> m_plays; // with their stations; one under way has no outcome
     std::vector<Opinion> m_sleeps, m_bookmarks;
     std::string m_listsPerAd;
 };

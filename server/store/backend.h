@@ -29,6 +29,11 @@ public:
     virtual Waits waits() const = 0;
     // Whether other processes may work in the same database.
     virtual bool isShared() const { return false; }
+    // Afterwards there is place for rows of all days that the tables that grow with time keep, of today, and of so many
+    // days ahead. Throws StoreError.
+    virtual void makeDays(int64_t today, int64_t ahead) = 0;
+    // The days that those tables no longer keep go as a whole, unless another process is at it. Throws StoreError.
+    virtual void dropDays(int64_t today) = 0;
 };
 
 } // namespace velmora::server

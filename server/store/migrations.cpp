@@ -419,39 +419,80 @@ ALTER TABLE resets ADD COLUMN value TEXT NOT NULL DEFAULT '';
 )sql";
 
 // Tokens of tracks, ads and music carry what they stand for. A station remembers the last tracks that it handed out, as
-// a JSON array of ids, newest first; and what was heard of the last 512, each in the slot that its number among them
-// gives. Plays of before get the numbers that lead up to the next one.
+// a JSON array of ids, newest first, and how the plays of the last 512 ended: sixteen in a row, as "[track,begin,how],"
+// (1 ended, 2 skipped, 0 neither), in the slot that the number of their block gives. The plays of before get the
+// numbers that lead up to the next one.
+//
+// What was played and what requests were answered grows with time: a day comes first in the keys, so that a day that is
+// over is one range at the front of the table (store/days.h).
 constexpr const char *sealedTokens = R"sql(
 ALTER TABLE stations ADD COLUMN recent TEXT NOT NULL DEFAULT '[]';
 UPDATE stations SET recent = (SELECT json_group_array(track_id) FROM (
   SELECT track_id FROM issued_tracks WHERE station_id = stations.id ORDER BY id DESC LIMIT 60));
 UPDATE stations SET lists_issued = lists_issued + 128;
-CREATE TABLE slot_plays (
-  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
-  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
-  slot INTEGER NOT NULL,
+CREATE TABLE day_plays (
+  day INTEGER NOT NULL,
+  account_id INTEGER NOT NULL,
+  station_id INTEGER NOT NULL,
   number INTEGER NOT NULL,
-  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
-  radio TEXT NOT NULL,
+  track_id INTEGER NOT NULL,
   started_at INTEGER NOT NULL,
   seconds INTEGER NOT NULL,
-  outcome TEXT NOT NULL CHECK (outcome IN ('playing', 'ended', 'skipped', 'left')),
-  PRIMARY KEY (account_id, station_id, slot)
+  outcome TEXT NOT NULL CHECK (outcome IN ('ended', 'skipped', 'left')),
+  PRIMARY KEY (day, account_id, station_id, number)
 ) WITHOUT ROWID;
-INSERT INTO slot_plays
-  SELECT account_id, station_id, (next - back) % 512, next - back, track_id, '', started_at, CAST(seconds AS INTEGER),
+INSERT INTO day_plays
+  SELECT started_at / 86400, account_id, station_id, next - back, track_id, started_at, CAST(seconds AS INTEGER),
     iif(outcome = 'playing', 'left', outcome)
   FROM (
     SELECT p.*, 4 * (s.lists_issued + 1) AS next,
       ROW_NUMBER() OVER (PARTITION BY p.station_id ORDER BY p.started_at DESC, p.issue_id DESC) AS back
     FROM plays p JOIN stations s ON s.id = p.station_id AND s.account_id = p.account_id)
   WHERE back <= 512;
+CREATE TABLE remembered_plays (
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  slot INTEGER NOT NULL,
+  block INTEGER NOT NULL,
+  plays TEXT NOT NULL,
+  PRIMARY KEY (account_id, station_id, slot)
+) WITHOUT ROWID;
+CREATE INDEX remembered_plays_by_station ON remembered_plays(station_id);
+INSERT INTO remembered_plays
+  SELECT account_id, station_id, number / 16 % 32, number / 16,
+    group_concat('[' || track_id || ',' || started_at || ',' ||
+      CASE outcome WHEN 'ended' THEN 1 WHEN 'skipped' THEN 2 ELSE 0 END || '],', '')
+  FROM (SELECT * FROM day_plays ORDER BY station_id, number) AS p
+  WHERE number / 16 > (SELECT MAX(number) / 16 - 32 FROM day_plays newest WHERE newest.station_id = p.station_id)
+  GROUP BY account_id, station_id, number / 16;
 DROP TABLE plays;
 DROP TABLE play_counts;
 DROP TABLE play_days;
-ALTER TABLE slot_plays RENAME TO plays;
-CREATE INDEX plays_under_way ON plays(account_id, radio) WHERE outcome = 'playing';
-CREATE INDEX plays_by_track ON plays(track_id);
+ALTER TABLE day_plays RENAME TO plays;
+CREATE TABLE plays_under_way (
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  radio TEXT NOT NULL,
+  station_id INTEGER NOT NULL,
+  number INTEGER NOT NULL,
+  track_id INTEGER NOT NULL,
+  started_at INTEGER NOT NULL,
+  is_over INTEGER NOT NULL,
+  PRIMARY KEY (account_id, radio)
+) WITHOUT ROWID;
+CREATE TABLE day_answers (
+  day INTEGER NOT NULL,
+  owner TEXT NOT NULL,
+  id TEXT NOT NULL,
+  number INTEGER NOT NULL,
+  content_hash TEXT NOT NULL,
+  answer TEXT NOT NULL,
+  answered_at INTEGER NOT NULL,
+  PRIMARY KEY (day, owner, id)
+) WITHOUT ROWID;
+INSERT INTO day_answers SELECT answered_at / 86400, owner, id, number, content_hash, answer, answered_at
+  FROM request_answers;
+DROP TABLE request_answers;
+ALTER TABLE day_answers RENAME TO request_answers;
 CREATE INDEX sleeps_by_track ON sleeps(track_id);
 DROP TABLE music_tokens;
 DROP TABLE issued_tracks;

@@ -66,6 +66,8 @@ public:
         return m_db;
     }
     void giveBack() noexcept override { m_mutex.unlock(); }
+    void makeDays(int64_t, int64_t) override {}
+    void dropDays(int64_t today) override;
     Waits waits() const override
     {
         Waits waits;

@@ -15,6 +15,13 @@ SqliteBackend::SqliteBackend(const std::filesystem::path &file)
     migrate(m_db);
 }
 
+void SqliteBackend::dropDays(int64_t today)
+{
+    const std::lock_guard guard(m_mutex);
+    for (const DailyTable &table : dailyTables)
+        m_db.run(std::string("DELETE FROM ") + table.name + " WHERE day < ?1", today - table.keptDays);
+}
+
 Store::Store(const std::filesystem::path &file)
     : Store(std::make_unique<SqliteBackend>(file))
 {
@@ -26,6 +33,13 @@ Store::Store(const std::string &address, const std::filesystem::path &file)
         m_backend = std::make_unique<SqliteBackend>(file);
     else
         m_backend = std::make_unique<PostgresBackend>(PostgresAddress::of(address));
+}
+
+void Store::keepDays(int64_t now)
+{
+    constexpr int64_t ahead = 3; // for the case that nobody can make any for a while
+    m_backend->makeDays(dayOf(now), ahead);
+    m_backend->dropDays(dayOf(now));
 }
 
 std::string Store::setting(const std::string &name)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "server/store/backend.h"
+#include "server/store/days.h"
 
 #include <filesystem>
 #include <functional>
@@ -44,6 +45,10 @@ public:
 
     Lock lock() { return Lock(*this); }
     bool isShared() const { return m_backend->isShared(); }
+    // Called before rows of today are written, outside a transaction: it takes time on a day's first call only.
+    void reachDay(int64_t now) { m_backend->makeDays(dayOf(now), 0); }
+    // Makes place for the next days and drops those that are no longer kept. Called every minute.
+    void keepDays(int64_t now);
     using Waits = Backend::Waits;
     Waits waits() const { return m_backend->waits(); }
 

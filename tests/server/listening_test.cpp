@@ -2,6 +2,7 @@
 
 #include "playlistfixture.h"
 
+#include "server/api/requestkeys.h"
 #include "server/library/halffloat.h"
 #include "server/stations/enginekeeper.h"
 #include "server/stations/engineloader.h"
@@ -27,12 +28,25 @@ protected:
     {
         const Issue issue = issueOf(track);
         const Store::Lock db = m_service->store.lock();
-        Statement row = db->prepare("SELECT outcome FROM plays WHERE station_id = ?1 AND number = ?2");
+        Statement row = db->prepare("SELECT outcome FROM plays WHERE station_id = ?1 AND number = ?2 UNION ALL SELECT "
+                                    "'playing' FROM plays_under_way WHERE station_id = ?1 AND number = ?2 AND "
+                                    "is_over = 0");
         return row.with(issue.station, issue.number).step() ? row.text(0) : "";
     }
     Listening listening(const std::string &station)
     {
         return Listening::ofAccount(m_service->store, idOf(), station, *m_now);
+    }
+    // How many plays the engine is told of.
+    int playsOf(const std::string &station)
+    {
+        const std::atomic<bool> isStopping{false};
+        const engine::EngineIndex index(loadEngineMusic(m_service->catalogueStore, isStopping),
+                                        engine::StyleShares::Votes::Ignored);
+        int plays = 0;
+        for (const auto &[track, times] : listening(station).circumstances(index).plays)
+            plays += times;
+        return plays;
     }
     engine::StationTaste taste(const std::string &station)
     {
@@ -53,7 +67,8 @@ TEST_F(ListeningTest, TheNextStartTellsHowTheLastPlayEnded)
     const Case cases[] = {
         {2, "", "left"},           {3, "", "skipped"},      {44, "", "skipped"},          {45, "", "left"},
         {80, "", "left"},          {81, "", "ended"},       {500, "", "ended"},           {20, "addFeedback", "left"},
-        {20, "sleepSong", "left"}, {20, "station", "left"}, {85, "addFeedback", "ended"}, {20, "again", "skipped"}};
+        {20, "sleepSong", "left"}, {20, "station", "left"}, {85, "addFeedback", "ended"}, {20, "again", "skipped"},
+        {85, "station", "left"}};
     for (const Case &row : cases) {
         const json track = firstTrack(user, folk);
         const json next = firstTrack(user, std::string_view(row.between) == "station" ? rock : folk);
@@ -81,37 +96,6 @@ TEST_F(ListeningTest, TheNextStartTellsHowTheLastPlayEnded)
     m_service->plays.started({idOf(), 123456, 1, 1}, "kitchen");
 }
 
-TEST_F(ListeningTest, AStationRemembersTheLatestPlaysAndNoMore)
-{
-    const std::string user = newListener();
-    const std::string folk = addStation(user, "folk");
-    Issue issue = issueOf(firstTrack(user, folk));
-    const Issue first = issue;
-    const auto count = [&] {
-        const Listening read = listening(folk);
-        const std::atomic<bool> isStopping{false};
-        const engine::EngineIndex index(loadEngineMusic(m_service->catalogueStore, isStopping),
-                                        engine::StyleShares::Votes::Ignored);
-        int plays = 0;
-        for (const auto &[track, times] : read.circumstances(index).plays)
-            plays += times;
-        return plays;
-    };
-    const Store::Lock db = m_service->store.lock();
-    Transaction change(*db); // hundreds of starts are one change
-    for (; issue.number < first.number + 600; ++issue.number) {
-        *m_now += 100;
-        m_service->plays.started(issue, "kitchen");
-    }
-    EXPECT_EQ(count(), Listening::playSlots);
-    m_service->plays.started(first, "kitchen");
-    EXPECT_EQ(db->prepare("SELECT 1 FROM plays WHERE number = ?1").with(first.number).step(), false)
-        << "an address of long ago is no play";
-    *m_now += Listening::playSeconds - 100 * 100;
-    EXPECT_EQ(count(), 100);
-    change.commit();
-}
-
 // The statements that SQLite carries out, but for those that only begin or end something.
 std::vector<std::string> *carriedOut = nullptr;
 
@@ -129,6 +113,93 @@ const int isTraced = sqlite3_auto_extension(reinterpret_cast<void (*)()>(+[](sql
         nullptr);
 }));
 
+TEST_F(ListeningTest, AStationRemembersTheLatestPlaysAndNoMore)
+{
+    const std::string user = newListener();
+    const std::string folk = addStation(user, "folk");
+    Issue issue = issueOf(firstTrack(user, folk));
+    const Issue first = issue;
+    const Store::Lock db = m_service->store.lock();
+    Transaction change(*db); // hundreds of starts are one change
+    for (; issue.number < first.number + 600; ++issue.number) {
+        *m_now += 100;
+        m_service->plays.started(issue, "kitchen");
+    }
+    const int most = playsOf(folk);
+    EXPECT_TRUE(most <= Listening::playSlots && most > Listening::playSlots - 16) << most;
+    m_service->plays.started(first, "kitchen");
+    EXPECT_EQ(playsOf(folk), most) << "it was played, even if it is forgotten";
+    *m_now += Listening::playSeconds - 100 * 100;
+    EXPECT_EQ(playsOf(folk), 100);
+    change.commit();
+}
+
+TEST_F(ListeningTest, WhatWasPlayedAndAskedGoesByTheDay)
+{
+    const std::string user = newListener();
+    const std::string folk = addStation(user, "folk");
+    Issue issue = issueOf(firstTrack(user, folk));
+    RequestKeys keys(m_service->store, [this] { return m_now->load(); });
+    const Store::Lock db = m_service->store.lock();
+    const auto number = [&](const std::string &query) { return db->number(query); };
+    const auto outcome = [&](const Issue &of) {
+        Statement row = db->prepare("SELECT outcome FROM plays WHERE number = ?1 AND day = ?2");
+        return row.with(of.number, dayOf(*m_now) - 1).step() ? row.text(0) : "";
+    };
+    const bool isShared = db->isShared();
+    const std::string ofBoth =
+        "FROM pg_stat_user_tables WHERE relname LIKE 'plays\\_2%' OR relname LIKE 'request_answers\\_2%'";
+    constexpr int days = 20;
+    std::vector<std::string> statements;
+    for (int day = 0; day < days; ++day) {
+        const RequestKeys::Request request{"owner", std::string(30, '0') + std::to_string(day + 10), "f\n{}", true};
+        const json answer = {{"code", 0}, {"data", day}};
+        carriedOut = &statements;
+        *m_now = (dayOf(*m_now) + 1) * 24 * 3600 - 40; // just before midnight
+        const Issue late = issue;
+        m_service->plays.started(late, "kitchen");
+        EXPECT_EQ(keys.once(request, [&] { return answer; }), answer);
+        *m_now += 60; // just after it
+        m_service->plays.started(late, "kitchen");
+        EXPECT_EQ(keys.once(request, [] { return json(); }), answer) << "yesterday's answer";
+        ++issue.number;
+        *m_now += 30;
+        m_service->plays.started(issue, "kitchen");
+        EXPECT_EQ(outcome(late), "ended") << "it crossed midnight";
+        m_service->plays.started(late, "kitchen");
+        m_service->plays.reported(late, "kitchen", "skip", 20, 90);
+        EXPECT_EQ(outcome(late), "skipped") << "yesterday's play is found, and its radio knows better";
+        EXPECT_EQ(number("SELECT number FROM plays_under_way"), issue.number) << "and is not begun anew";
+        ++issue.number;
+        carriedOut = nullptr;
+        if (day % 3 != 0) // else nobody has made the new day, and it is made when it is needed
+            m_service->store.keepDays(*m_now);
+        if (isShared) {
+            number("SELECT 1 FROM pg_stat_force_next_flush()");
+            EXPECT_EQ(number("SELECT SUM(n_tup_del) " + ofBoth), 0);
+            EXPECT_EQ(number("SELECT SUM(n_tup_upd - n_tup_hot_upd) " + ofBoth), 0);
+        }
+    }
+    for (const std::string &statement : statements)
+        EXPECT_FALSE(statement.starts_with("DELETE FROM")) << statement;
+    const int64_t today = dayOf(*m_now);
+    for (const DailyTable &table : dailyTables) {
+        EXPECT_EQ(number(std::string("SELECT MIN(day) FROM ") + table.name), today - table.keptDays);
+        if (isShared) { // with today and those ahead
+            EXPECT_EQ(number("SELECT COUNT(*) FROM pg_inherits WHERE inhparent = to_regclass('" +
+                             std::string(table.name) + "')"),
+                      table.keptDays + 4);
+        }
+    }
+    EXPECT_EQ(playsOf(folk), 2 * days) << "what the engine learned of is remembered";
+    EXPECT_EQ(taste(folk).events.size(), 2 * days - 1u) << "and how all ended but the one that is under way";
+    if (isShared) {
+        const std::string changed = "FROM pg_stat_user_tables WHERE relname IN ('plays_under_way', 'remembered_plays')";
+        EXPECT_EQ(number("SELECT SUM(n_tup_upd - n_tup_hot_upd) " + changed), 0) << "an index was written";
+        EXPECT_GT(number("SELECT SUM(n_tup_upd) " + changed), 3 * days);
+    }
+}
+
 // Of the catalogue: it belongs to no account.
 bool isOfMusic(const std::string &statement)
 {
@@ -139,7 +210,8 @@ bool isOfMusic(const std::string &statement)
 // Whether every table of accounts in the statement is entered by the account.
 bool isWithinAccount(const std::string &statement)
 {
-    static const std::regex table("(FROM|JOIN|INTO|UPDATE) (stations|seeds|feedback|sleeps|bookmarks|plays)\\b");
+    static const std::regex table(
+        "(FROM|JOIN|INTO|UPDATE) (stations|seeds|feedback|sleeps|bookmarks|plays|plays_under_way|remembered_plays)\\b");
     const std::sregex_iterator end;
     std::sregex_iterator found(statement.begin(), statement.end(), table);
     if (found == end)

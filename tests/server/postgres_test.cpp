@@ -222,7 +222,9 @@ TEST_F(PostgresTest, AHouseholdsAccountsMoveWholeAndAgainUntilTheyAreUsedThere)
             ASSERT_EQ(house.createAccount(id == &mira ? "Mira@example.org" : "gone@example.org", "seven small lamps",
                                           {1990, "f", "", "DE", true}, id),
                       CreateResult::Done);
+        house.plays.reported({mira, house.stations.list(mira)[0].id, 7, 1}, "kitchen", "end", 90, 90);
         const Store::Lock db = house.store.lock();
+        db->run("INSERT INTO plays SELECT 7, account_id, station_id, 8, 1, 604800, 5, 'left' FROM plays");
         db->run("DELETE FROM accounts WHERE id = ?1", gone);
         db->run("UPDATE stations SET name = ?1", "T\xc3\xa4glich \xe9\x9f\xb3 'x'");
         names = stationsOf(house, mira);
@@ -235,6 +237,11 @@ TEST_F(PostgresTest, AHouseholdsAccountsMoveWholeAndAgainUntilTheyAreUsedThere)
         const std::vector<CopiedTable> tables = copy();
         EXPECT_EQ(tables[0].name, "accounts");
         EXPECT_EQ(tables[0].rows, 1);
+        for (const auto &[name, rows] : {std::pair("plays", 2), {"remembered_plays", 1}}) {
+            const auto table = std::find_if(tables.begin(), tables.end(),
+                                            [&](const CopiedTable &copied) { return copied.name == name; });
+            EXPECT_TRUE(table != tables.end() && table->rows == rows) << name;
+        }
     }
     // What cannot be copied stops all of it, and says where it is.
     file->lock()->run("INSERT INTO invitations VALUES ('t', ?1, 7)", std::string("a\0b", 3));
@@ -503,6 +510,15 @@ TEST_F(TwoServicesTest, WhatIsStoredOfAPersonIsReadableAndGoesWithThem)
         "id, ?2, account_id, 1, ?3 FROM stations WHERE account_id = ?1",
         mira, m_service->catalogue.track("folk-00")->id, m_now->load());
     m_service->sessions.openUser(mira, "a key's hash", "001A2B3C4D5E-0");
+    Issue issue{mira, m_service->stations.list(mira)[0].id, 1, m_service->catalogue.track("folk-00")->id};
+    // Both are told of the same moment.
+    m_service->plays.started(issue, "kitchen");
+    *m_now += 90;
+    ++issue.number;
+    atOnce(6, [&](int i) {
+        service(i).plays.started(issue, "kitchen");
+        return true;
+    });
     PersonalData data(m_service->store, m_service->catalogueStore);
     const std::filesystem::path file = m_directory / "mira.json";
     ASSERT_TRUE(data.write(mira, file));
@@ -515,12 +531,19 @@ TEST_F(TwoServicesTest, WhatIsStoredOfAPersonIsReadableAndGoesWithThem)
                                                {"station", "Tapestry"},
                                                {"is_positive", 1},
                                                {"given_at", "2027-01-15 08:00:00"}}));
+    const json play = {
+        {"song", "Song folk-00"}, {"artist", "Artist folk 0"}, {"ended", "ended"}, {"begun", "2027-01-15 08:00:00"}};
+    EXPECT_EQ(read.at("remembered_plays").at(0).at("plays"), json::array({play}));
+    EXPECT_EQ(read.at("plays").size(), 1u);
+    EXPECT_EQ(read.at("plays").at(0).at("seconds"), 90);
+    EXPECT_EQ(read.at("plays_under_way").at(0).at("station"), "Tapestry");
     EXPECT_EQ(text.find("hash"), std::string::npos);
     m_service->store.lock()->run("INSERT INTO mails VALUES ('m', ?1, 'x', 0, 0, 0)",
                                  tokenHash(Accounts::foldedName(miraName)));
     EXPECT_TRUE(data.remove(mira));
     EXPECT_FALSE(data.remove(mira));
-    EXPECT_EQ(m_service->store.lock()->number("SELECT COUNT(*) FROM mails"), 0);
+    for (const char *table : {"mails", "plays", "plays_under_way", "remembered_plays"})
+        EXPECT_EQ(m_service->store.lock()->number(std::string("SELECT COUNT(*) FROM ") + table), 0) << table;
     EXPECT_EQ(m_database.content({}).find(miraName), std::string::npos);
 }
 

@@ -51,7 +51,7 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
             "device_model; ALTER TABLE activation_codes DROP COLUMN device_model; ALTER TABLE activation_codes DROP "
             "COLUMN address; DROP TABLE sign_ups; DROP TABLE "
             "request_answers; DROP "
-            "TABLE plays; DROP TABLE "
+            "TABLE plays; DROP TABLE plays_under_way; DROP TABLE remembered_plays; DROP TABLE "
             "descriptors; DROP TABLE track_styles; DROP TABLE styles; DROP TABLE files; DROP TABLE roots; DROP TABLE "
             "feedback; DROP TABLE sleeps; DROP TABLE bookmarks; DROP TABLE seeds; DROP TABLE stations; DROP TABLE "
             "tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "

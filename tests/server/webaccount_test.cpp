@@ -22,6 +22,8 @@ TEST_F(WebTest, APersonNamesARadioTakesTheirDataAlongAndLeavesNothingBehind)
     const json track = firstTrack(token, station);
     const std::string trackToken = track.at("trackToken");
     data("addFeedback", {{"isPositive", true}, {"trackToken", trackToken}}, token);
+    data("trackEvent", {{"eventType", "end"}, {"seconds", 90}, {"trackToken", trackToken}}, token);
+    data("trackEvent", {{"eventType", "start"}, {"trackToken", firstTrack(token, station)["trackToken"]}}, token);
     m_service->accounts.issueReset(idOf(), passwordPurpose, 3600);
 
     Browser browser(m_port);
@@ -45,9 +47,13 @@ TEST_F(WebTest, APersonNamesARadioTakesTheirDataAlongAndLeavesNothingBehind)
     EXPECT_EQ(mine["stations"].size(), 2U);
     EXPECT_EQ(mine["thumbs"].at(0)["song"], track.at("songName"));
     EXPECT_EQ(mine["thumbs"].at(0)["up"], true);
-    for (const char *list : {"sessions", "handedOut"})
+    for (const char *list : {"plays", "remembered"}) {
+        EXPECT_EQ(mine[list].at(0)["song"], track.at("songName")) << list;
+        EXPECT_EQ(mine[list].at(0)["ended"], "ended") << list;
+    }
+    for (const char *list : {"sessions", "handedOut", "underWay"})
         EXPECT_FALSE(mine[list].empty()) << list;
-    EXPECT_EQ(mine.size(), 9U);
+    EXPECT_EQ(mine.size(), 11U);
     EXPECT_EQ(browser.body.find("hash"), std::string::npos);
     for (const auto &entry : std::filesystem::directory_iterator(m_service->dataDirectory()))
         EXPECT_FALSE(entry.path().filename().native().starts_with("personal-"));
@@ -67,7 +73,7 @@ TEST_F(WebTest, APersonNamesARadioTakesTheirDataAlongAndLeavesNothingBehind)
                                       "m.type = 'table' AND c.name = 'account_id'");
         while (found.step())
             tables.push_back(found.text(0));
-        EXPECT_GT(tables.size(), 9U);
+        EXPECT_GT(tables.size(), 11U);
         tables.emplace_back("request_answers");
         tables.emplace_back("sign_ups");
         for (const std::string &table : tables) {

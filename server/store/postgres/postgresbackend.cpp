@@ -1,5 +1,7 @@
 #include "server/store/postgres/postgresbackend.h"
 
+#include "server/store/days.h"
+#include "server/store/postgres/postgresdays.h"
 #include "server/store/postgres/postgresschema.h"
 
 #include <array>
@@ -12,6 +14,10 @@ namespace {
 constexpr std::chrono::seconds longestWait{5};
 constexpr std::chrono::minutes tidyEvery{1};
 constexpr int rowsOfStep = 1000; // that others may have to wait for
+
+// Who adds or drops a day waits for the statements that use the table, and others wait behind: a fifth of a second at
+// most.
+constexpr const char *waitBriefly = "SET LOCAL lock_timeout = 200";
 
 struct Expiring {
     const char *table;
@@ -27,7 +33,6 @@ constexpr std::array expiring = {
     Expiring{"sign_ups", "expires_at", 0},
     Expiring{"invitations", "expires_at", 0},
     Expiring{"sleeps", "until", 0},
-    Expiring{"request_answers", "answered_at", 24 * 3600},
     Expiring{"login_failures", "last", 3600},
     Expiring{"rate_limits", "whole_at", 0, 1000},
     Expiring{"browser_sessions", "last_used", 3600},
@@ -57,17 +62,60 @@ void PostgresBackend::tidy()
         const std::string table = what.table;
         for (bool isMore = true; isMore;) {
             Connection &db = borrow();
-            const std::unique_ptr<PostgresBackend, void (*)(PostgresBackend *)> lent(
-                this, [](PostgresBackend *self) { self->giveBack(); });
+            const Returned lent(this);
             Transaction change(db, Durability::Later);
-            if (db.number("SELECT CASE WHEN pg_try_advisory_xact_lock(hashtextextended(?1, 0)) THEN 1 ELSE 0 END",
-                          "upkeep of velmora-server") == 0)
+            if (!isAlone(db))
                 return; // another process does it
             std::string rows = "DELETE FROM ";
             rows.append(table).append(" WHERE ctid = ANY (ARRAY (SELECT ctid FROM ").append(table);
             rows.append(" WHERE ").append(what.column).append(" <= ?1 LIMIT ?2))");
             db.run(rows, (now - what.seconds) * what.perSecond, rowsOfStep);
             isMore = db.changes() == rowsOfStep;
+            change.commit();
+        }
+    }
+}
+
+bool PostgresBackend::isAlone(Connection &db)
+{
+    return db.number("SELECT CASE WHEN pg_try_advisory_xact_lock(hashtextextended(?1, 0)) THEN 1 ELSE 0 END",
+                     "upkeep of velmora-server") != 0;
+}
+
+void PostgresBackend::makeDays(int64_t today, int64_t ahead)
+{
+    {
+        const std::lock_guard guard(m_mutex);
+        if (today >= m_daysSince && today + ahead <= m_lastDay)
+            return;
+    }
+    {
+        Connection &db = borrow();
+        const Returned lent(this);
+        Transaction change(db, NameLock{"days of velmora-server"});
+        db.execute(waitBriefly);
+        for (const DailyTable &table : dailyTables) {
+            for (int64_t day = today - table.keptDays; day <= today + ahead; ++day)
+                makePostgresDay(db, table.name, day);
+        }
+        change.commit();
+    }
+    const std::lock_guard guard(m_mutex);
+    m_daysSince = today;
+    m_lastDay = today + ahead;
+}
+
+void PostgresBackend::dropDays(int64_t today)
+{
+    for (const DailyTable &table : dailyTables) {
+        for (bool isMore = true; isMore;) {
+            Connection &db = borrow();
+            const Returned lent(this);
+            Transaction change(db);
+            if (!isAlone(db))
+                return; // another process does it
+            db.execute(waitBriefly);
+            isMore = dropPostgresDay(db, table.name, today - table.keptDays);
             change.commit();
         }
     }

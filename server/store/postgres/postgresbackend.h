@@ -24,10 +24,20 @@ public:
     void giveBack() noexcept override;
     Waits waits() const override;
     bool isShared() const override { return true; }
+    void makeDays(int64_t today, int64_t ahead) override;
+    void dropDays(int64_t today) override;
 
 private:
+    // Gives a connection back at the end of its life.
+    struct GiveBack {
+        void operator()(PostgresBackend *self) const noexcept { self->giveBack(); }
+    };
+    using Returned = std::unique_ptr<PostgresBackend, GiveBack>;
+
     // Deletes what has expired, every minute, in one process at a time.
     void tidy();
+    // Whether no other process does the upkeep until the transaction ends.
+    static bool isAlone(Connection &db);
 
     struct Lent {
         std::unique_ptr<PostgresConnection> connection;
@@ -44,6 +54,8 @@ private:
     uint64_t m_failures = 0;
     uint64_t m_locks = 0;
     std::chrono::steady_clock::duration m_waited{};
+    int64_t m_daysSince = 0; // there are partitions for what was kept on this day, and for the days up to m_lastDay
+    int64_t m_lastDay = -1;
     std::optional<RepeatedTask> m_tidier;
 };
 
