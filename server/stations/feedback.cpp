@@ -14,7 +14,7 @@ void Feedback::rate(const IssuedTrack &track, bool isPositive)
 {
     m_store.lock()->run(
         "INSERT INTO feedback (station_id, track_id, account_id, is_positive, given_at) "
-        "VALUES (?1, ?2, ?3, ?4, ?5) ON CONFLICT (station_id, track_id) DO UPDATE SET is_positive = ?4, "
+        "VALUES (?1, ?2, ?3, ?4, ?5) ON CONFLICT (account_id, station_id, track_id) DO UPDATE SET is_positive = ?4, "
         "given_at = ?5",
         track.stationId, track.track.id, track.accountId, isPositive, m_clock());
 }

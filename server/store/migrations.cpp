@@ -514,7 +514,7 @@ CREATE INDEX mails_by_time ON mails(due_at);
 )sql";
 
 // The ids of tracks and artists are never given again: accounts, which may stand in another database, refer to them.
-// A seed stands with its account, as everything of an account does.
+// A seed stands with its account, as everything of an account does; so does a thumb.
 constexpr const char *permanentIds = R"sql(
 CREATE TABLE new_artists (
   id INTEGER PRIMARY KEY AUTOINCREMENT,
@@ -580,6 +580,19 @@ INSERT INTO new_seeds SELECT s.account_id, e.station_id, e.kind, e.target
 DROP TABLE seeds;
 ALTER TABLE new_seeds RENAME TO seeds;
 CREATE INDEX seeds_by_station ON seeds(station_id);
+CREATE TABLE new_feedback (
+  account_id INTEGER NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
+  station_id INTEGER NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
+  track_id INTEGER NOT NULL REFERENCES tracks(id) ON DELETE CASCADE,
+  is_positive INTEGER NOT NULL,
+  given_at INTEGER NOT NULL,
+  PRIMARY KEY (account_id, station_id, track_id)
+) WITHOUT ROWID;
+INSERT INTO new_feedback SELECT account_id, station_id, track_id, is_positive, given_at FROM feedback;
+DROP TABLE feedback;
+ALTER TABLE new_feedback RENAME TO feedback;
+CREATE INDEX feedback_by_station ON feedback(station_id);
+CREATE INDEX feedback_by_track ON feedback(track_id);
 )sql";
 
 struct Step {

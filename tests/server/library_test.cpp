@@ -335,7 +335,9 @@ TEST_F(LibraryTest, TheBestPresentFileOfARecordingPlays)
     const std::string user = newListener();
     const int64_t replaced = trackAt("a.ogg"), plays = trackAt("b.flac");
     const auto thumb = [&](int64_t track) {
-        m_service->store.lock()->run("INSERT INTO feedback SELECT id, ?1, account_id, 0, 1 FROM stations", track);
+        m_service->store.lock()->run("INSERT INTO feedback (account_id, station_id, track_id, is_positive, given_at) "
+                                     "SELECT account_id, id, ?1, 0, 1 FROM stations",
+                                     track);
     };
     const auto isRated = [&](int64_t track) {
         const Store::Lock db = m_service->store.lock();

@@ -263,6 +263,15 @@ TEST_F(ListeningTest, AListIsOneReadAndOneWriteByIndexWithinTheAccount)
         EXPECT_TRUE(isWithinAccount(statement)) << statement;
     }
     EXPECT_FALSE(scansOf(*db, "SELECT 1 FROM accounts WHERE gender = 'x'").empty()) << "a scan is seen";
+    // Rows of different accounts may have the same key but for the account.
+    for (const char *table :
+         {"seeds", "feedback", "sleeps", "bookmarks", "plays", "plays_under_way", "remembered_plays"}) {
+        Statement key = db->prepare(
+            db->isShared() ? "SELECT COUNT(*) FROM information_schema.key_column_usage WHERE table_name = ?1 AND "
+                             "column_name = 'account_id' AND constraint_name LIKE '%pkey'"
+                           : "SELECT COUNT(*) FROM pragma_table_info(?1) WHERE name = 'account_id' AND pk > 0");
+        EXPECT_TRUE(key.with(table).step() && key.integer(0) == 1) << table;
+    }
     // What it reads is what the parts say.
     const std::string user = newListener(), other = newListener("tomas@example.org");
     const std::string folk = addStation(user, "folk"), rock = addStation(user, "rock");

@@ -136,14 +136,14 @@ CREATE TABLE seeds (
   PRIMARY KEY (station_id, kind, target)
 );
 CREATE TABLE feedback (
+  account_id BIGINT NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
   station_id BIGINT NOT NULL REFERENCES stations(id) ON DELETE CASCADE,
   track_id BIGINT NOT NULL,
-  account_id BIGINT NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
   is_positive BIGINT NOT NULL,
   given_at BIGINT NOT NULL,
-  PRIMARY KEY (station_id, track_id)
+  PRIMARY KEY (account_id, station_id, track_id)
 );
-CREATE INDEX feedback_by_account ON feedback(account_id, track_id);
+CREATE INDEX feedback_by_station ON feedback(station_id);
 CREATE TABLE sleeps (
   account_id BIGINT NOT NULL REFERENCES accounts(id) ON DELETE CASCADE,
   track_id BIGINT NOT NULL,
