@@ -513,7 +513,8 @@ CREATE TABLE mails (
 CREATE INDEX mails_by_time ON mails(due_at);
 )sql";
 
-// The ids of tracks and artists are never given again: accounts, which may stand in another database, refer to them.
+// The ids of tracks, artists, albums and ads are never given again: accounts, which may stand in another database, and
+// sealed tokens refer to them.
 // A seed stands with its account, as everything of an account does; so does a thumb.
 constexpr const char *permanentIds = R"sql(
 CREATE TABLE new_artists (
@@ -526,6 +527,35 @@ INSERT INTO new_artists (id, public_id, name, folded) SELECT id, public_id, name
 DROP TABLE artists;
 ALTER TABLE new_artists RENAME TO artists;
 CREATE INDEX artists_by_folded ON artists(folded);
+CREATE TABLE new_albums (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  public_id TEXT NOT NULL UNIQUE,
+  artist_id INTEGER NOT NULL REFERENCES artists(id),
+  title TEXT NOT NULL,
+  year INTEGER NOT NULL,
+  folder BLOB,
+  is_cover_looked_for INTEGER NOT NULL DEFAULT 1
+);
+INSERT INTO new_albums SELECT id, public_id, artist_id, title, year, folder, is_cover_looked_for FROM albums;
+DROP TABLE albums;
+ALTER TABLE new_albums RENAME TO albums;
+CREATE INDEX albums_by_artist ON albums(artist_id, title);
+CREATE INDEX albums_without_cover ON albums(id) WHERE is_cover_looked_for = 0;
+CREATE TABLE new_ads (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  public_id TEXT NOT NULL UNIQUE,
+  title TEXT NOT NULL,
+  line2 TEXT NOT NULL,
+  duration INTEGER NOT NULL,
+  audio_path TEXT NOT NULL,
+  audio_type TEXT NOT NULL,
+  picture_path TEXT NOT NULL,
+  is_playable INTEGER NOT NULL
+);
+INSERT INTO new_ads SELECT id, public_id, title, line2, duration, audio_path, audio_type, picture_path, is_playable
+  FROM ads;
+DROP TABLE ads;
+ALTER TABLE new_ads RENAME TO ads;
 CREATE TABLE new_tracks (
   id INTEGER PRIMARY KEY AUTOINCREMENT,
   public_id TEXT NOT NULL UNIQUE,

@@ -104,7 +104,7 @@ TEST_F(StoreTest, WhatAThumbIsForKeepsItsIdForEver)
             "public_id, artist_id, title, year) VALUES (1, 'l', 7, 'L', 0); INSERT INTO tracks" +
             std::string(trackColumns) + track("one") + ", " + track("two") +
             "; INSERT INTO feedback (station_id, track_id, account_id, is_positive, given_at) VALUES (3, 2, 5, 1, "
-            "9); PRAGMA user_version = 11");
+            "9); INSERT INTO ads VALUES (3, 'b', '', '', 0, '', '', '', 1); PRAGMA user_version = 11");
     }
     Store store(m_file);
     const Store::Lock db = store.lock();
@@ -117,6 +117,13 @@ TEST_F(StoreTest, WhatAThumbIsForKeepsItsIdForEver)
     db->run("DELETE FROM albums");
     db->run("DELETE FROM artists");
     EXPECT_EQ(db->number("INSERT INTO artists (public_id, name, folded) VALUES ('b', 'B', 'b') RETURNING id"), 8);
+    EXPECT_EQ(db->number("INSERT INTO albums (public_id, artist_id, title, year) VALUES ('m', 8, '', 0) RETURNING id"),
+              2);
+    const char *const ad = "INSERT INTO ads (public_id, title, line2, duration, audio_path, audio_type, picture_path, "
+                           "is_playable) VALUES ('c', '', '', 0, '', '', '', 1) RETURNING id";
+    EXPECT_EQ(db->number(ad), 4);
+    db->run("DELETE FROM ads");
+    EXPECT_EQ(db->number(ad), 5);
 }
 
 TEST_F(StoreTest, ANewerFileIsRefusedWithItsVersionAndLeftUnchanged)
