@@ -1,6 +1,7 @@
 // The pages: sessions, tokens of forms, headers, and what several pages share.
 #include "server/web/webpages.h"
 
+#include "server/logging/log.h"
 #include "server/web/html.h"
 
 namespace velmora::server {
@@ -17,6 +18,20 @@ const Language &languageFor(const http::Request &request)
     if (!chosen)
         chosen = findLanguage(request.cookie(languageName));
     return chosen ? *chosen : acceptedLanguage(request.header("Accept-Language"));
+}
+
+// The page of a service without its database. It needs none, and sets no cookie: the browser's may still be good.
+http::Response away(const WebPages &pages, const http::Request &request)
+{
+    http::Response response;
+    response.setHeader("Retry-After", "10");
+    std::string text = html::heading(say("Something is missing")) +
+                       html::paragraph(say("Velmora cannot reach its database. That is usually over within a minute: "
+                                           "please open the page once more then."));
+    if (request.method == "POST")
+        text += html::paragraph(say("What you have just sent may not be kept."));
+    pages.put(response, say("Later"), text, 503, &request);
+    return response;
 }
 
 } // namespace
@@ -89,48 +104,55 @@ http::Response WebPages::visit(const http::Request &request, Handler handler)
 
 http::Response WebPages::visit(const http::Request &request, const std::function<void(Visit &)> &handler)
 {
-    http::Response response;
     const InLanguage texts(languageFor(request));
-    Visit visit{request, response, request.cookie(cookieName), {}, {}, {}};
-    const bool isKnown = WebSessions::isCookie(visit.cookie);
-    if (isKnown) {
-        visit.session = m_sessions.find(visit.cookie);
-    } else {
-        visit.cookie = WebSessions::newCookie();
-        setCookie(response, visit.cookie);
-    }
-    if (const Language *chosen = findLanguage(request.parameter(languageName)); chosen && request.method == "GET")
-        response.headers.emplace_back("Set-Cookie", std::string(languageName) + "=" + chosen->code +
-                                                        "; Path=/; Max-Age=31536000; HttpOnly; SameSite=Lax" +
-                                                        (m_isEncrypted ? "; Secure" : ""));
-    visit.csrf = m_sessions.formToken(visit.cookie);
-    if (request.method == "POST" && (!isKnown || !equalSecrets(visit.value("csrf"), visit.csrf))) {
-        show(visit, say("Once more"),
-             html::heading(say("This form is too old")) +
-                 html::paragraph(
-                     say("Nothing was changed. You signed in or out in another window meanwhile, or this browser "
-                         "keeps no cookies. Please open the page once more.")) +
-                 html::link(request.path.starts_with("/account")  ? "/account"
-                            : request.path.starts_with("/remote") ? "/remote"
-                                                                  : "/activate",
-                            say("Begin again")),
-             403);
+    try {
+        http::Response response;
+        Visit visit{request, response, request.cookie(cookieName), {}, {}, {}};
+        const bool isKnown = WebSessions::isCookie(visit.cookie);
+        if (isKnown) {
+            visit.session = m_sessions.find(visit.cookie);
+        } else {
+            visit.cookie = WebSessions::newCookie();
+            setCookie(response, visit.cookie);
+        }
+        if (const Language *chosen = findLanguage(request.parameter(languageName)); chosen && request.method == "GET")
+            response.headers.emplace_back("Set-Cookie", std::string(languageName) + "=" + chosen->code +
+                                                            "; Path=/; Max-Age=31536000; HttpOnly; SameSite=Lax" +
+                                                            (m_isEncrypted ? "; Secure" : ""));
+        visit.csrf = m_sessions.formToken(visit.cookie);
+        if (request.method == "POST" && (!isKnown || !equalSecrets(visit.value("csrf"), visit.csrf))) {
+            show(visit, say("Once more"),
+                 html::heading(say("This form is too old")) +
+                     html::paragraph(
+                         say("Nothing was changed. You signed in or out in another window meanwhile, or this browser "
+                             "keeps no cookies. Please open the page once more.")) +
+                     html::link(request.path.starts_with("/account")  ? "/account"
+                                : request.path.starts_with("/remote") ? "/remote"
+                                                                      : "/activate",
+                                say("Begin again")),
+                 403);
+            return response;
+        }
+        const bool isChange = request.method == "POST" && request.path != "/account/signin" &&
+                              request.path != "/account/signout" && // a browser's session is not kept
+                              !request.path.starts_with("/remote"); // nor is a key that is pressed
+        if (isChange && m_service.isUnderMaintenance) {
+            response.setHeader("Retry-After", "600");
+            show(visit, say("Later"),
+                 html::heading(say("Velmora is under maintenance")) +
+                     html::paragraph(say("Music plays, but nothing can be changed. Please try again later.")),
+                 503);
+            return response;
+        }
+        handler(visit);
+        response.record.account = visit.session.account;
         return response;
+    } catch (const StoreError &error) {
+        if (!error.isUnavailable())
+            throw;
+        logs::warn("a page: " + std::string(error.what()), request.id);
+        return away(*this, request);
     }
-    const bool isChange = request.method == "POST" && request.path != "/account/signin" &&
-                          request.path != "/account/signout" && // a browser's session is not kept
-                          !request.path.starts_with("/remote"); // nor is a key that is pressed
-    if (isChange && m_service.isUnderMaintenance) {
-        response.setHeader("Retry-After", "600");
-        show(visit, say("Later"),
-             html::heading(say("Velmora is under maintenance")) +
-                 html::paragraph(say("Music plays, but nothing can be changed. Please try again later.")),
-             503);
-        return response;
-    }
-    handler(visit);
-    response.record.account = visit.session.account;
-    return response;
 }
 
 void WebPages::setCookie(http::Response &response, const std::string &cookie) const

@@ -5,6 +5,7 @@
 #include "server/store/copy.h"
 #include "server/store/postgres/postgresbackend.h"
 #include "server/store/postgres/postgresschema.h"
+#include "server/web/webpages.h"
 #include "server/web/websessions.h"
 #include "serverfixture.h"
 #include "serverprogram.h"
@@ -304,6 +305,7 @@ TEST(PostgresCrashTest, NothingAcknowledgedIsLostAndBothServersComeBackByThemsel
     const std::string address = postgres.makeDatabase() + "&pool=4";
     const TemporaryDirectory directory;
     std::vector<std::unique_ptr<StationService>> services;
+    std::vector<std::unique_ptr<WebPages>> pages;
     std::vector<std::unique_ptr<ApiServer>> servers;
     for (const char *name : {"one", "two"}) {
         ServiceSettings settings;
@@ -314,6 +316,8 @@ TEST(PostgresCrashTest, NothingAcknowledgedIsLostAndBothServersComeBackByThemsel
         ListenSettings listen;
         listen.port = 0;
         listen.logsRequests = false;
+        pages.push_back(std::make_unique<WebPages>(*services.back(), false));
+        listen.addPages = [&web = *pages.back()](http::Router &router) { web.addTo(router); };
         servers.push_back(std::make_unique<ApiServer>(*services.back(), listen));
         servers.back()->start();
     }
@@ -363,10 +367,17 @@ TEST(PostgresCrashTest, NothingAcknowledgedIsLostAndBothServersComeBackByThemsel
         }
     };
     waitForWrites(5);
+    const auto page = [&] { return httpGet(servers[0]->port(), "/account", {{"Accept-Language", "de"}}); };
+    EXPECT_EQ(page().status, 200);
     postgres.kill();
     waitUntilReady(503);
+    const HttpAnswer away = page();
+    EXPECT_EQ(away.status, 503);
+    EXPECT_EQ(away.header("Retry-After"), "10");
+    EXPECT_NE(away.body.find("Velmora erreicht seine Datenbank nicht."), std::string::npos) << away.body;
     postgres.start();
     waitUntilReady(200);
+    EXPECT_EQ(page().status, 200);
     waitForWrites(2);
     postgres.kill();
     isOver = true;
