@@ -9,6 +9,7 @@
 #include "server/web/websessions.h"
 #include "serverfixture.h"
 #include "serverprogram.h"
+#include "writers.h"
 
 #include <barrier>
 #include <fstream>
@@ -321,52 +322,17 @@ TEST(PostgresCrashTest, NothingAcknowledgedIsLostAndBothServersComeBackByThemsel
         servers.push_back(std::make_unique<ApiServer>(*services.back(), listen));
         servers.back()->start();
     }
-    AccountId account = 0;
-    ASSERT_EQ(services[0]->createAccount("mira@example.org", "seven small lamps", {}, &account), CreateResult::Done);
-    const std::string session = services[0]->sessions.openUser(account, "a key's hash");
-    constexpr size_t writers = 8;
-    struct Writer {
-        std::string station;
-        std::atomic<int> tried = 0, acknowledged = 0, withoutRetryAfter = 0;
-    };
-    std::array<Writer, writers> all;
-    for (Writer &writer : all) {
-        writer.station = services[0]->stations.createTapestry(account).token;
-        services[0]->store.lock()->run("UPDATE stations SET is_tapestry = 0, allow_rename = 1 WHERE token = ?1",
-                                       writer.station);
-    }
-    std::atomic<bool> isOver = false;
-    std::vector<std::jthread> threads;
-    for (size_t i = 0; i < writers; ++i) {
-        threads.emplace_back([&, i] {
-            Writer &writer = all[i];
-            while (!isOver) {
-                const int number = ++writer.tried;
-                const json body = {{"stationToken", writer.station}, {"newName", std::to_string(number)}};
-                const HttpAnswer answer = httpRequest(servers[i % servers.size()]->port(), "POST", "/v1/renameStation",
-                                                      {{"Authorization", "Bearer " + session},
-                                                       {"Velmora-Request-Key", tokenHash(randomToken()).substr(0, 32)}},
-                                                      body.dump());
-                if (answer.status == 200 && json::parse(answer.body).at("code") == 0)
-                    writer.acknowledged = number;
-                else if (answer.status != 503 || answer.header("Retry-After").empty())
-                    ++writer.withoutRetryAfter;
-            }
-        });
-    }
-    const auto waitForWrites = [&](int more) {
-        for (Writer &writer : all) {
-            for (const int before = writer.acknowledged; writer.acknowledged < before + more;)
-                std::this_thread::yield();
-        }
-    };
+    Writers writers(*services[0]);
+    for (size_t i = 0; i < servers.size(); ++i)
+        writers.ports[i] = servers[i]->port();
+    writers.begin();
     const auto waitUntilReady = [&](int status) {
         for (const auto &server : servers) {
             while (httpGet(server->port(), "/ready").status != status)
                 std::this_thread::yield();
         }
     };
-    waitForWrites(5);
+    writers.wait(5);
     const auto page = [&] { return httpGet(servers[0]->port(), "/account", {{"Accept-Language", "de"}}); };
     EXPECT_EQ(page().status, 200);
     postgres.kill();
@@ -378,17 +344,50 @@ TEST(PostgresCrashTest, NothingAcknowledgedIsLostAndBothServersComeBackByThemsel
     postgres.start();
     waitUntilReady(200);
     EXPECT_EQ(page().status, 200);
-    waitForWrites(2);
+    writers.wait(2);
     postgres.kill();
-    isOver = true;
-    threads.clear();
+    writers.end();
     postgres.start();
     waitUntilReady(200);
-    for (const Writer &writer : all) {
-        const int kept = std::stoi(services[1]->stations.find(account, writer.station)->name);
-        EXPECT_TRUE(kept >= writer.acknowledged && kept <= writer.tried) << kept << " of " << writer.acknowledged;
-        EXPECT_EQ(writer.withoutRetryAfter, 0);
+    writers.expectKept(*services[1]);
+    for (const Writers::Writer &writer : writers.all)
+        EXPECT_EQ(writer.cut, 0);
+}
+
+TEST(PostgresCrashTest, AServerThatIsKilledUnderManyWritesLosesNothingAndDisturbsNobody)
+{
+    if (!PostgresServer::programs())
+        GTEST_SKIP() << "PostgreSQL is not installed";
+    PostgresServer postgres(PostgresServer::Disk::Synced);
+    const TemporaryDirectory directory;
+    ServiceSettings settings;
+    settings.dataDirectory = directory / "own";
+    settings.database = postgres.makeDatabase() + "&pool=8";
+    settings.passwordCost = {1, 8192};
+    StationService service(settings);
+    Writers writers(service);
+    std::array<std::optional<ServerProgram>, 2> programs;
+    for (size_t i = 0; i < programs.size(); ++i) {
+        programs[i].emplace(std::vector<std::string>{"--listen", "127.0.0.1:0", "--data", directory / std::to_string(i),
+                                                     "--database", settings.database, "--no-demo"});
+        writers.ports[i] = programs[i]->port();
+        programs[i]->ignoreOutput();
     }
+    writers.begin();
+    writers.wait(5);
+    programs[0].reset();                        // kill -9
+    writers.ports[0] = writers.ports[1].load(); // whatever stands before them
+    writers.wait(5);
+    writers.end();
+    writers.expectKept(service);
+    int cut = 0;
+    for (size_t i = 0; i < Writers::count; ++i) {
+        const Writers::Writer &writer = writers.all[i];
+        cut += writer.cut;
+        EXPECT_TRUE(i % 2 == 0 || writer.cut == 0) << "its server had not been killed";
+        EXPECT_EQ(writer.told, 0);
+    }
+    EXPECT_GT(cut, 0) << "the kill hit nothing";
 }
 
 // Two processes on one database: two services with nothing in common but that.

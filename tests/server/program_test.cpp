@@ -5,6 +5,7 @@
 #include "server/store/database.h"
 #include "serverfixture.h"
 #include "serverprogram.h"
+#include "writers.h"
 
 #include <fstream>
 #include <sstream>
@@ -533,6 +534,34 @@ TEST_F(ProgramTest, TheFirstStartMakesTheDemoAccountAndItsMusicWhileItAnswers)
         log += line + "\n";
     for (const std::string &secretText : {secret, user.value("userToken", ""), partner.value("partnerToken", "")})
         EXPECT_EQ(log.find(secretText), std::string::npos);
+}
+
+TEST_F(ProgramTest, NothingAcknowledgedIsLostWhenItIsKilledUnderManyWrites)
+{
+    ServiceSettings settings;
+    settings.dataDirectory = data();
+    settings.passwordCost = {1, 8192};
+    auto service = std::make_unique<StationService>(settings);
+    Writers writers(*service);
+    service.reset(); // the program has the folder alone
+    std::optional<ServerProgram> program;
+    const auto start = [&] {
+        program.emplace(m_usual);
+        writers.ports[0] = writers.ports[1] = program->port();
+        program->ignoreOutput();
+    };
+    start();
+    writers.begin();
+    for (int kill = 0; kill < 2; ++kill) {
+        writers.wait(5);
+        program.reset(); // kill -9
+        if (kill == 1)
+            writers.end();
+        else
+            start();
+    }
+    service = std::make_unique<StationService>(settings);
+    writers.expectKept(*service);
 }
 
 TEST_F(ProgramTest, TheDemoAccountIsMadeOnceOnly)

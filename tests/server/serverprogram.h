@@ -8,6 +8,7 @@
 #include <string>
 #include <sys/prctl.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -48,6 +49,7 @@ public:
             ::kill(m_pid, SIGKILL);
             ::waitpid(m_pid, nullptr, 0);
         }
+        m_reader = {}; // at the end of the output
         std::fclose(m_output);
     }
     ServerProgram(const ServerProgram &) = delete;
@@ -71,6 +73,14 @@ public:
             text = line();
         return text.empty() ? 0 : std::stoi(text.substr(text.rfind(':') + 1));
     }
+    // Nobody reads the output any more: it does not fill the pipe.
+    void ignoreOutput()
+    {
+        m_reader = std::jthread([this] {
+            while (std::fgetc(m_output) != EOF) {
+            }
+        });
+    }
     pid_t processId() const { return m_pid; }
     void signal(int number) { ::kill(m_pid, number); }
     int exitCode()
@@ -83,6 +93,7 @@ public:
 private:
     pid_t m_pid = -1;
     FILE *m_output = nullptr;
+    std::jthread m_reader; // reads m_output to its end
 };
 
 } // namespace velmora::server
