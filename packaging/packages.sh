@@ -97,7 +97,7 @@ build_preset() {
     dir=build/$preset
     mkdir -p "$dir"
     log=$dir/build.log
-    if [ ! -f "$dir/build.ninja" ]; then
+    if [ ! -f "$dir/build.ninja" ] || [ CMakePresets.json -nt "$dir/build.ninja" ]; then
         say "configuring ($preset)"
         cmake --preset "$preset" >"$log" 2>&1 || { tail -n 40 "$log" >&2; return 1; }
     fi
