@@ -200,17 +200,31 @@ function(velmora_add_test name)
     ENVIRONMENT "${VELMORA_TEST_ENVIRONMENT};${T_ENVIRONMENT};QTEST_FUNCTION_TIMEOUT=${T_TIMEOUT}000")
 endfunction()
 
+# What every file that uses QtTest is compiled with.
+function(velmora_use_qttest target)
+  target_link_libraries(${target} PRIVATE Qt6::Test)
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+  if(CMAKE_CROSSCOMPILING)
+    target_include_directories(${target} BEFORE PRIVATE ${PROJECT_SOURCE_DIR}/tests/emulated)
+  endif()
+  target_compile_definitions(${target} PRIVATE VELMORA_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+endfunction()
+
+# velmora_cases(name SOURCES ... LIBS ...): the cases of a QtTest, compiled once for several programs.
+function(velmora_cases name)
+  cmake_parse_arguments(T "" "" "SOURCES;LIBS" ${ARGN})
+  velmora_library(${name} OBJECT ${T_SOURCES})
+  target_link_libraries(${name} PUBLIC ${T_LIBS})
+  velmora_use_qttest(${name})
+endfunction()
+
 # velmora_test(name SOURCES ... LIBS ... [LABELS ...] [TIMEOUT seconds] [ENVIRONMENT ...]): one QtTest program of that
 # name, which is one CTest.
 function(velmora_test name)
   cmake_parse_arguments(T "" "TIMEOUT" "SOURCES;LIBS;LABELS;ENVIRONMENT" ${ARGN})
   velmora_program(${name} ${T_SOURCES})
-  target_link_libraries(${name} PRIVATE ${T_LIBS} Qt6::Test)
-  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
-  if(CMAKE_CROSSCOMPILING)
-    target_include_directories(${name} BEFORE PRIVATE ${PROJECT_SOURCE_DIR}/tests/emulated)
-  endif()
-  target_compile_definitions(${name} PRIVATE VELMORA_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${T_LIBS})
+  velmora_use_qttest(${name})
   velmora_add_test(${name} COMMAND ${name} TIMEOUT ${T_TIMEOUT} LABELS ${T_LABELS}
     ENVIRONMENT QT_QPA_PLATFORM=offscreen "QT_LOGGING_RULES=qt.*=false" ${T_ENVIRONMENT})
   foreach(label unit screens platform)
