@@ -119,6 +119,11 @@ function(velmora_reuse_precompiled target)
   if(VELMORA_FUZZ) # clang takes a header of the same visibility only, and no fuzzer needs the hidden one
     set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET default VISIBILITY_INLINES_HIDDEN OFF)
   endif()
+  get_target_property(sources ${target} SOURCES)
+  if(has_moc AND NOT "${sources}" MATCHES "\\.h(;|$)") # moc's collection is empty then
+    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp
+      PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+  endif()
   get_target_property(is_excepted ${target} DISABLE_PRECOMPILE_HEADERS)
   if(NOT is_excepted)
     target_precompile_headers(${target} REUSE_FROM precompiled_${family}_${kind})
