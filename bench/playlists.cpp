@@ -1,15 +1,13 @@
 // What one playlist costs the service without its network: processor time, statements, bytes that the database writes.
 // Radios of many accounts ask in turn, one in five for the Tapestry station, and report what was heard in between.
 #include "bench/figures.h"
+#include "bench/town.h"
 #include "server/api/dispatcher.h"
-#include "server/library/halffloat.h"
-#include "server/media/descriptorlayout.h"
 #include "tests/server/postgresserver.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
-#include <fstream>
 #include <numeric>
 #include <random>
 #include <sqlite3.h>
@@ -19,8 +17,6 @@ using namespace velmora::server;
 using nlohmann::json;
 
 namespace {
-
-constexpr size_t styleCount = 60;
 
 // Every connection that is opened from now on counts its statements here. The ends of transactions do not count.
 struct Statements {
@@ -58,68 +54,6 @@ double cpuSeconds()
     timespec time{};
     ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return double(time.tv_sec) + double(time.tv_nsec) / 1e9;
-}
-
-// What a PostgreSQL has spent for its clients, and has written to its log.
-struct DatabaseCosts {
-    double seconds = 0, logBytes = 0;
-};
-
-DatabaseCosts databaseCosts(StationService &service)
-{
-    DatabaseCosts costs;
-    const Store::Lock db = service.store.lock();
-    if (!db->isShared())
-        return costs;
-    Statement row = db->prepare("SELECT pid, CAST(pg_wal_lsn_diff(pg_current_wal_insert_lsn(), '0/0') AS BIGINT) FROM "
-                                "pg_stat_activity WHERE backend_type = 'client backend'");
-    while (row.step()) {
-        double nanoseconds = 0;
-        std::ifstream("/proc/" + std::to_string(row.integer(0)) + "/schedstat") >> nanoseconds;
-        costs.seconds += nanoseconds / 1e9;
-        costs.logBytes = double(row.integer(1));
-    }
-    return costs;
-}
-
-void fill(StationService &service, size_t trackCount, std::mt19937 &random)
-{
-    std::vector<Track> tracks;
-    for (size_t i = 0; i < trackCount; ++i) {
-        const size_t artist = random() % std::max<size_t>(trackCount / 12, 8);
-        Track track;
-        track.publicId = "t" + std::to_string(i);
-        track.song = "Song " + std::to_string(i);
-        track.artist = "Artist " + std::to_string(artist);
-        track.album = "Album " + std::to_string(artist * 3 + random() % 3);
-        track.style = "style " + std::to_string((artist * artist) % styleCount);
-        track.durationSeconds = 210;
-        track.audioType = "audio/flac";
-        track.isPlayable = true;
-        track.isDemo = true;
-        tracks.push_back(track);
-        if (tracks.size() == 5000 || i + 1 == trackCount) {
-            service.catalogue.put(tracks);
-            tracks.clear();
-        }
-    }
-    Ad ad;
-    ad.publicId = "ad";
-    ad.title = "Lamps";
-    ad.audioType = "audio/flac";
-    ad.isPlayable = true;
-    service.catalogue.replaceAds({ad});
-    std::normal_distribution<float> number;
-    const Store::Lock db = service.catalogueStore.lock();
-    Transaction change(*db);
-    for (size_t i = 1; i <= trackCount; ++i) {
-        velmora::media::Descriptor descriptor;
-        std::generate(descriptor.begin(), descriptor.end(), [&] { return number(random); });
-        db->run("INSERT INTO descriptors (track_id, version, numbers) VALUES (?1, ?2, ?3)", static_cast<int64_t>(i),
-                velmora::media::descriptorVersion, Blob{halves(descriptor)});
-    }
-    change.commit();
-    service.catalogue.noteChange();
 }
 
 // How the tables that listening writes took it: updates that left the indices alone, and rows that wait for a vacuum.
@@ -181,14 +115,14 @@ Costs listen(StationService &service, std::vector<Radio> &radios, size_t lists, 
         const std::string &station = radio.stations[isMixed ? 0 : 1 + random() % (radio.stations.size() - 1)];
         const Statements before = statements;
         const double bytes = writtenBytes();
-        const DatabaseCosts database = databaseCosts(service);
+        const bench::DatabaseCosts database = bench::databaseCosts(service.store);
         const auto start = std::chrono::steady_clock::now();
         const double begin = cpuSeconds();
         const json entries = caller->data("getPlaylist", {{"stationToken", station}}, radio.token).at("entries");
         const double ms = 1000 * (cpuSeconds() - begin);
         costs.wall.push_back(
             std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-        const DatabaseCosts after = databaseCosts(service);
+        const bench::DatabaseCosts after = bench::databaseCosts(service.store);
         costs.database.push_back(1000 * (after.seconds - database.seconds));
         costs.logBytes += (after.logBytes - database.logBytes) / double(lists);
         costs.cpu.push_back(ms);
@@ -256,7 +190,7 @@ void measure(size_t trackCount, size_t accountCount, size_t lists, const std::st
     settings.clock = [&now] { return now.load(); };
     {
         StationService service(settings);
-        fill(service, trackCount, random);
+        bench::fillCatalogue(service, trackCount, random, bench::Ads::One);
     }
     accountDatabase = nullptr;
     StationService service(settings); // a new one: its engine has seen all of the music
@@ -271,7 +205,7 @@ void measure(size_t trackCount, size_t accountCount, size_t lists, const std::st
                     service.stations.createTapestry(made);
                     Station station;
                     for (int i = 0; i < 4; ++i) {
-                        const Music style{MusicKind::Style, "style " + std::to_string(random() % styleCount)};
+                        const Music style{MusicKind::Style, bench::styleName(random())};
                         const Music artist{MusicKind::Artist, std::to_string(1 + random() % (trackCount / 20))};
                         service.stations.create(made, i % 2 == 0 ? style : artist, &station);
                     }

@@ -6,9 +6,11 @@
 #include <fcntl.h>
 #include <fstream>
 #include <functional>
+#include <numeric>
 #include <sched.h>
 #include <stdexcept>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -74,9 +76,22 @@ Server::Server(const std::filesystem::path &data, const std::vector<std::string>
 
 Server::~Server()
 {
-    ::kill(m_pid, SIGTERM);
-    ::waitpid(m_pid, nullptr, 0);
+    end(SIGTERM);
     std::fclose(m_output);
+}
+
+void Server::kill()
+{
+    end(SIGKILL);
+}
+
+void Server::end(int signal)
+{
+    if (m_pid <= 0)
+        return;
+    ::kill(m_pid, signal);
+    ::waitpid(m_pid, nullptr, 0);
+    m_pid = -1;
 }
 
 std::string Server::lineWith(const std::string &text)
@@ -132,6 +147,47 @@ size_t Server::sockets() const
     for (const auto &entry : std::filesystem::directory_iterator("/proc/" + std::to_string(m_pid) + "/fd", error))
         count += std::filesystem::read_symlink(entry, error).native().starts_with("socket:");
     return count;
+}
+
+Servers::Servers(const std::filesystem::path &data, const std::string &database, size_t processes)
+    : m_data(data)
+    , m_database(database)
+    , m_ports(processes, 0)
+{
+    start();
+}
+
+void Servers::start()
+{
+    for (int &port : m_ports) {
+        std::vector<std::string> options{"--no-demo", "--trusted-proxy", "127.0.0.1", "--listen",
+                                         "127.0.0.1:" + std::to_string(port)};
+        if (!m_database.empty())
+            options.insert(options.end(), {"--database", m_database});
+        m_servers.push_back(std::make_unique<Server>(m_data, options));
+        port = m_servers.back()->port();
+    }
+}
+
+void Servers::kill()
+{
+    for (const auto &server : m_servers)
+        server->kill();
+    m_servers.clear();
+}
+
+double Servers::cpuSeconds() const
+{
+    return std::accumulate(m_servers.begin(), m_servers.end(), 0.0,
+                           [](double sum, const auto &server) { return sum + server->cpuSeconds(); });
+}
+
+void allowManyConnections()
+{
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 namespace {

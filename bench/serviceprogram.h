@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <sys/types.h>
@@ -38,6 +39,7 @@ public:
     Server(const Server &) = delete;
     Server &operator=(const Server &) = delete;
 
+    void kill(); // as a crash
     void untilMusicIsMade();
     double megabytes(const char *line = "VmRSS") const; // of /proc/PID/status
     double
@@ -49,11 +51,34 @@ public:
 private:
     // Waits for a line of its output.
     std::string lineWith(const std::string &text);
+    void end(int signal);
 
     pid_t m_pid = -1;
     FILE *m_output = nullptr;
     int m_port = 0;
 };
+
+// Some of them on one store, behind a balancer whose word about the callers they take; without a demo catalogue.
+class Servers {
+public:
+    // `database`: a PostgreSQL's address; empty: a file in the folder, which one process alone may use.
+    Servers(const std::filesystem::path &data, const std::string &database, size_t processes);
+
+    void start(); // again, after kill(), on the same ports
+    void kill();
+    void stop() { m_servers.clear(); }
+    const std::vector<int> &ports() const { return m_ports; }
+    double cpuSeconds() const;
+
+private:
+    const std::filesystem::path m_data;
+    const std::string m_database;
+    std::vector<int> m_ports;
+    std::vector<std::unique_ptr<Server>> m_servers;
+};
+
+// As many as the system lets this program have.
+void allowManyConnections();
 
 // Opens the link that the service has written to this address into the outbox of its data folder: makes the account.
 void openSignUpLink(velmora::server::HttpClient &client, const std::filesystem::path &data, const std::string &address);
