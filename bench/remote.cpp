@@ -1,9 +1,11 @@
 // From a press on a telephone to the radio's menu system: a POST to the page's address, the service, the radio's
 // channel, the menu system's socket. All on loopback, with the real service and the real velmora-remote, while ten
-// telephones wait for what the radio shows.
+// telephones wait for what the radio shows. Once with one process, and once with two on a PostgreSQL, where the radio
+// waits at one and the telephones ask the other.
 #include "bench/figures.h"
 #include "bench/serviceprogram.h"
 #include "platform/netcommon/device/menusocket.h"
+#include "tests/server/postgresserver.h"
 
 #include <QProcess>
 
@@ -133,12 +135,18 @@ private:
     std::vector<pollfd> m_peers;
 };
 
-int run()
+// `database`: where two processes meet; empty: there is one. False when a press was lost.
+bool measure(const std::string &database, const std::string &where)
 {
     const ScratchFolder folder;
     const auto data = folder.path / "service";
     const std::string key(43, 'k');
-    Server server(data);
+    std::vector<std::string> options;
+    if (!database.empty())
+        options = {"--database", database};
+    Server server(data, options); // the radio's
+    const auto other = database.empty() ? nullptr : std::make_unique<Server>(data, options);
+    const int phonesPort = other ? other->port() : server.port();
     makeAccount(server.port(), data, key);
     std::ofstream(folder.path / "device") << "velmora-ws-state 1\nmac=02005E000001\nkey=" << key << "\n";
     Menu menu(folder.path / "menu.sock");
@@ -152,7 +160,7 @@ int run()
 
     std::vector<std::unique_ptr<Telephone>> phones;
     for (int i = 0; i < telephones; ++i)
-        phones.push_back(std::make_unique<Telephone>(server.port()));
+        phones.push_back(std::make_unique<Telephone>(phonesPort));
     const auto start = SteadyClock::now();
     while (phones[0]->post("/remote/press", "volume=50").status != 200) {
         if (since(start) * 1000 > patienceMs)
@@ -175,12 +183,12 @@ int run()
         for (auto &each : phones)
             each->endLook();
     }
-    figures::note("from a telephone's press to the radio's menu system, median", figures::median(ms), " ms");
-    figures::print("  99th percentile", figures::percentile(ms, 0.99), " ms", 100,
+    figures::note("from a telephone's press to the radio's menu system, median" + where, figures::median(ms), " ms");
+    figures::print("  99th percentile" + where, figures::percentile(ms, 0.99), " ms", database.empty() ? 100 : 1000,
                    "of " + std::to_string(ms.size()) + ", ten telephones look; lost: " + std::to_string(lost));
     remote.kill();
     remote.waitForFinished();
-    return lost == 0 ? 0 : 1;
+    return lost == 0;
 }
 
 } // namespace
@@ -188,7 +196,14 @@ int run()
 int main()
 {
     try {
-        return run();
+        bool isWhole = measure({}, {});
+        if (velmora::PostgresServer::programs()) {
+            velmora::PostgresServer postgres;
+            isWhole = measure(postgres.makeDatabase(), ", two processes") && isWhole;
+        } else {
+            figures::note("PostgreSQL", "not installed, not measured");
+        }
+        return isWhole ? 0 : 1;
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
