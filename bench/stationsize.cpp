@@ -173,8 +173,9 @@ void measureSize(const std::vector<StationPiece> &pieces)
         engine::Noise noise(static_cast<uint64_t>(station));
         for (int list = 0; list < 20; ++list) {
             const double begin = cpuMilliseconds();
+            engine::KnownTerms known;
             for (int i = 0; i < 4; ++i) {
-                const auto pick = engine::choose(*scores, now, noise);
+                const auto pick = engine::choose(*scores, now, noise, &known);
                 engine::explain(*scores, *pick);
                 const int64_t id = index->facts(pick->candidate().track).id;
                 now.recent.insert(now.recent.begin(), id);

@@ -1,6 +1,7 @@
 #include "server/engine/chooser.h"
 
 #include <algorithm>
+#include <boost/unordered/unordered_flat_set.hpp>
 #include <climits>
 #include <cmath>
 
@@ -14,6 +15,9 @@ constexpr float noiseScale = 0.35f;
 constexpr float freshWeight = 0.5f;
 constexpr size_t mostRecent = 60;       // recordings
 constexpr size_t movementDistance = 20; // tracks between two movements of a work
+
+// Looked up for every track, without the division that a standard set takes each time.
+using IdSet = boost::unordered_flat_set<int64_t>;
 
 // How far the rules reach, in tracks back.
 struct Reach {
@@ -68,7 +72,7 @@ public:
     {
         const Reach &reach = m_levels[level];
         const auto collect = [&](size_t count, auto key) {
-            std::unordered_set<int64_t> keys;
+            IdSet keys;
             for (size_t i = 0; i < std::min(count, m_recent.size()); ++i)
                 keys.insert(key(*m_recent[i]));
             keys.erase(0);
@@ -151,12 +155,12 @@ private:
     const EngineIndex &m_index;
     const Circumstances &m_circumstances;
     std::vector<const TrackFacts *> m_recent; // newest first
-    std::unordered_set<int64_t> m_excluded;   // recordings
+    IdSet m_excluded;                         // recordings
     std::unordered_map<Position, int> m_plays;
     size_t m_fitting = 0;
     int m_playsOfAll = 0;
     std::array<Reach, levelCount> m_levels;
-    std::unordered_set<int64_t> m_albums, m_artists, m_composers, m_recordings, m_works; // kept apart now
+    IdSet m_albums, m_artists, m_composers, m_recordings, m_works; // kept apart now
 };
 
 // Calls `take` with every track and its base until it answers false: first the candidates, by falling base; then the
@@ -207,7 +211,7 @@ bool leavesEnough(const StationScores &scores, const Rules &rules)
 }
 
 // The best allowed tracks: those that no other candidate has a higher score than.
-std::vector<Candidate> shortlist(const StationScores &scores, const Rules &rules)
+std::vector<Candidate> shortlist(const StationScores &scores, const Rules &rules, KnownTerms &known)
 {
     // Having been played only ever lowers a score: once 300 are found that stand above the next base, the rest cannot
     // reach them.
@@ -234,10 +238,14 @@ std::vector<Candidate> shortlist(const StationScores &scores, const Rules &rules
     });
     std::sort(found.begin(), found.end(), isHigher);
     std::vector<Candidate> result;
+    result.reserve(found.size());
     for (const auto &[score, track] : found) {
         Candidate &candidate = result.emplace_back();
         candidate.track = track;
-        candidate.terms = scores.terms(track);
+        const auto [terms, isNew] = known.try_emplace(track);
+        if (isNew)
+            terms->second = scores.terms(track);
+        candidate.terms = terms->second;
         at(candidate.terms, Term::Fresh) = rules.fresh(track);
     }
     return result;
@@ -245,15 +253,17 @@ std::vector<Candidate> shortlist(const StationScores &scores, const Rules &rules
 
 } // namespace
 
-std::optional<Pick> choose(const StationScores &scores, const Circumstances &circumstances, Noise &noise)
+std::optional<Pick> choose(const StationScores &scores, const Circumstances &circumstances, Noise &noise,
+                           KnownTerms *known)
 {
     Rules rules(scores, circumstances);
+    KnownTerms own;
     Pick pick;
     for (size_t level = 0; level < Rules::levelCount; ++level) {
         rules.setLevel(level);
         if (level < strictLevels && !leavesEnough(scores, rules))
             continue;
-        pick.shortlist = shortlist(scores, rules);
+        pick.shortlist = shortlist(scores, rules, known ? *known : own);
         if (!pick.shortlist.empty())
             break;
     }

@@ -36,9 +36,14 @@ struct Pick {
 // Uniform 64-bit numbers; one thread at a time.
 using Noise = std::mt19937_64;
 
+// Terms of tracks that were on a shortlist, of one StationScores. Kept while a list is chosen, whose shortlists are
+// mostly the same.
+using KnownTerms = std::unordered_map<Position, Terms>;
+
 // The next track of a station, or nothing when nothing at all may be played. Rules keep albums, artists and recordings
 // apart; where they leave too little, the weaker ones give way: albums, then artists before the last one, then
-// recordings before the last one, at the very end the last artist.
-std::optional<Pick> choose(const StationScores &scores, const Circumstances &circumstances, Noise &noise);
+// recordings before the last one, at the very end the last artist. `known` spares computing, and may be null.
+std::optional<Pick> choose(const StationScores &scores, const Circumstances &circumstances, Noise &noise,
+                           KnownTerms *known = nullptr);
 
 } // namespace velmora::engine

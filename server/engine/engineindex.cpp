@@ -138,10 +138,18 @@ void EngineIndex::addReplaced(const std::vector<ReplacedTrack> &replaced)
 
 std::optional<Position> EngineIndex::find(int64_t trackId) const
 {
-    const auto found = std::lower_bound(m_facts.begin(), m_facts.end(), trackId,
-                                        [](const TrackFacts &facts, int64_t id) { return facts.id < id; });
-    if (found != m_facts.end() && found->id == trackId)
-        return static_cast<Position>(found - m_facts.begin());
+    if (!m_facts.empty() && trackId >= m_facts.front().id) {
+        // Ids ascend by at least one a track, and mostly by one: the track stands there or before.
+        const auto furthest =
+            static_cast<size_t>(std::min(trackId - m_facts.front().id, static_cast<int64_t>(m_facts.size()) - 1));
+        const auto end = m_facts.begin() + static_cast<std::ptrdiff_t>(furthest);
+        const auto found = end->id == trackId
+                               ? end
+                               : std::lower_bound(m_facts.begin(), end, trackId,
+                                                  [](const TrackFacts &facts, int64_t id) { return facts.id < id; });
+        if (found->id == trackId)
+            return static_cast<Position>(found - m_facts.begin());
+    }
     const auto replaced = m_replaced.find(trackId);
     return replaced == m_replaced.end() ? std::nullopt : std::optional(replaced->second);
 }

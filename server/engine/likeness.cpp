@@ -170,28 +170,38 @@ void Likeness::measureNeighbourhoods()
     }
 }
 
-ByGroup Likeness::distances(size_t a, size_t b) const
+template <typename Distances>
+void Likeness::measureDistances(size_t a, size_t b, Distances &result) const
 {
     const int8_t *left = m_numbers.data() + a * media::descriptorSize;
     const int8_t *right = m_numbers.data() + b * media::descriptorSize;
+    const auto measure = [&]<size_t group>() {
+        // A size that the compiler knows makes a fast loop.
+        constexpr media::DescriptorGroup numbers = groups[group];
+        const int sum = squareSum(left + numbers.first, right + numbers.first, numbers.size);
+        result[group] = std::sqrt(static_cast<float>(sum)) * distanceFactors[group];
+    };
+    [&]<size_t... group>(std::index_sequence<group...>)
+    {
+        (measure.template operator()<group>(), ...);
+    }
+    (std::make_index_sequence<std::tuple_size_v<Distances>>());
+}
+
+ByGroup Likeness::distances(size_t a, size_t b) const
+{
     ByGroup result;
-    // Sizes that the compiler knows make fast loops.
-    const std::array sums = {
-        squareSum(left + media::soundGroup.first, right + media::soundGroup.first, media::soundGroup.size),
-        squareSum(left + media::beatGroup.first, right + media::beatGroup.first, media::beatGroup.size),
-        squareSum(left + media::harmonyGroup.first, right + media::harmonyGroup.first, media::harmonyGroup.size),
-        squareSum(left + media::shapeGroup.first, right + media::shapeGroup.first, media::shapeGroup.size)};
-    for (size_t g = 0; g < groupCount; ++g)
-        result[g] = std::sqrt(static_cast<float>(sums[g])) * distanceFactors[g];
+    measureDistances(a, b, result);
     return result;
 }
 
-ByGroup Likeness::likeness(size_t a, size_t b) const
+ByComparedGroup Likeness::likeness(size_t a, size_t b) const
 {
-    ByGroup result = distances(a, b);
+    ByComparedGroup result;
+    measureDistances(a, b, result);
     const Neighbourhood &left = m_neighbourhoods[a];
     const Neighbourhood &right = m_neighbourhoods[b];
-    for (size_t g = 0; g < groupCount; ++g)
+    for (size_t g = 0; g < comparedGroups; ++g)
         result[g] = upperTail((result[g] - left.mean[g]) * left.inverseDeviation[g]) *
                     upperTail((result[g] - right.mean[g]) * right.inverseDeviation[g]);
     return result;

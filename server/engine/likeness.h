@@ -17,13 +17,15 @@ constexpr Integer rounded(float value)
     return static_cast<Integer>(value + 0.5f); // NOLINT(bugprone-incorrect-roundings)
 }
 
-constexpr size_t groupCount = 4; // sound, beat, harmony, shape
+constexpr size_t groupCount = 4;     // sound, beat, harmony, shape
+constexpr size_t comparedGroups = 3; // the shape counts in the distance over everything only
 constexpr std::array<media::DescriptorGroup, groupCount> groups = {media::soundGroup, media::beatGroup,
                                                                    media::harmonyGroup, media::shapeGroup};
 // What each group counts in the distance over everything.
 constexpr std::array<float, groupCount> groupWeights = {1.5f, 1.0f, 0.5f, 0.2f};
 
 using ByGroup = std::array<float, groupCount>;
+using ByComparedGroup = std::array<float, comparedGroups>;
 
 // How alike tracks sound. Each number is a z-score over the library in steps of 1/63, so that all weigh the same.
 // Likeness is mutual proximity: the probability that two tracks are closer to each other than either is to a track
@@ -40,10 +42,21 @@ public:
 
     // Distance in each group, in standard deviations of a number. Both tracks must be described.
     ByGroup distances(size_t a, size_t b) const;
-    ByGroup likeness(size_t a, size_t b) const;
+    ByComparedGroup likeness(size_t a, size_t b) const;
     float all(size_t a, size_t b) const;
 
+    // Fetches what is compared of a track from memory, ahead of its use.
+    void prefetch(size_t track) const
+    {
+        constexpr size_t line = 64;
+        for (size_t at = 0; at < media::descriptorSize; at += line)
+            __builtin_prefetch(m_numbers.data() + track * media::descriptorSize + at);
+        __builtin_prefetch(&m_neighbourhoods[track]);
+    }
+
 private:
+    template <typename Distances>
+    void measureDistances(size_t a, size_t b, Distances &result) const;
     struct Neighbourhood {
         ByGroup mean{}, inverseDeviation{};
         ByGroup scale{}; // 1 / root of the mean distance to the nearest ones

@@ -30,6 +30,21 @@ constexpr size_t fitRank = 60;
 constexpr size_t smallLibrary = 8;
 constexpr float fitShare = 0.5f;
 constexpr float byteSteps = 255;
+constexpr size_t prefetchAhead = 8; // tracks
+
+// The first of the values, by falling size, with which their weights sum to more than `half`. Changes their order.
+float middleOf(std::span<std::pair<float, size_t>> weighted, size_t half)
+{
+    while (weighted.size() > 1) {
+        const auto upper = weighted.first(weighted.size() / 2);
+        std::nth_element(weighted.begin(), upper.end(), weighted.end(), std::greater<>());
+        const size_t above = std::accumulate(upper.begin(), upper.end(), size_t{0},
+                                             [](size_t sum, const auto &value) { return sum + value.second; });
+        weighted = above > half ? upper : weighted.subspan(upper.size());
+        half -= above > half ? 0 : above;
+    }
+    return weighted.front().first;
+}
 
 // Tracks of an artist that lie far apart, the most ordinary one first, so that they stand for all of it.
 std::vector<Position> spread(const EngineIndex &index, const std::vector<Position> &tracks)
@@ -201,7 +216,7 @@ void StationScores::compare(Position track, const Example &example, Comparison &
     const Likeness &likeness = m_index->likeness();
     if (!likeness.isDescribed(track) || !likeness.isDescribed(example.track))
         return;
-    const ByGroup alike = likeness.likeness(track, example.track);
+    const ByComparedGroup alike = likeness.likeness(track, example.track);
     for (size_t g = 0; g < likenessTerms; ++g) {
         const auto value = rounded<uint8_t>(alike[g] * example.weight * byteSteps);
         comparison.alike[g] = std::max(comparison.alike[g], value);
@@ -352,7 +367,11 @@ void StationScores::compareCandidates()
 {
     std::unordered_map<size_t, Models> models; // by cluster
     m_comparisons.reserve(m_candidates.size());
-    for (const Position track : m_candidates) {
+    for (size_t place = 0; place < m_candidates.size(); ++place) {
+        // They are scattered over the library: waiting for memory would take longer than comparing.
+        if (place + prefetchAhead < m_candidates.size())
+            m_index->prefetch(m_candidates[place + prefetchAhead]);
+        const Position track = m_candidates[place];
         const size_t cluster = m_index->clusters().of(track);
         auto found = models.find(cluster);
         if (found == models.end())
@@ -464,15 +483,10 @@ void StationScores::findThreshold()
     } else {
         // The clusters stand for their tracks.
         std::vector<std::pair<float, size_t>> bases;
+        bases.reserve(m_clusterBases.size());
         for (size_t c = 0; c < m_clusterBases.size(); ++c)
             bases.emplace_back(m_clusterBases[c], m_index->clusters().members(c).size());
-        std::sort(bases.begin(), bases.end(), std::greater<>());
-        size_t above = 0;
-        const auto middle = std::find_if(bases.begin(), bases.end(), [&](const auto &cluster) {
-            above += cluster.second;
-            return above > size / 2;
-        });
-        median = middle->first;
+        median = middleOf(bases, size / 2);
     }
     const float high = m_best[std::clamp<size_t>(size / smallLibrary, 1, std::min(fitRank, m_best.size())) - 1].base;
     // Rounding must not tell equal tracks apart.

@@ -79,7 +79,7 @@ public:
     const Taste &taste() const { return m_taste; }
 
 private:
-    static constexpr size_t likenessTerms = 3; // Sound, Beat, Harmony
+    static constexpr size_t likenessTerms = comparedGroups; // Sound, Beat, Harmony
     // The highest likeness to an example, times its weight, in each group; to a disliked track, over everything. In
     // steps of 1/255.
     struct Comparison {

@@ -27,6 +27,8 @@ public:
     {
         return {m_shares.data() + m_offsets[track], m_offsets[track + 1] - m_offsets[track]};
     }
+    // Fetches where they stand from memory, ahead of their use.
+    void prefetch(size_t track) const { __builtin_prefetch(&m_offsets[track]); }
     float share(size_t track, int style) const;
     // Whether the track or its artist is tagged so; otherwise the share comes from what sounds like it.
     bool isTagged(size_t track, int style) const;

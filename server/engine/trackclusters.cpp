@@ -176,7 +176,7 @@ void TrackClusters::compare(const Likeness &likeness)
         for (size_t b = 0; b <= a && m_isDescribed[a]; ++b) {
             if (!m_isDescribed[b])
                 continue;
-            const ByGroup alike = likeness.likeness(medoids[a], medoids[b]);
+            const ByComparedGroup alike = likeness.likeness(medoids[a], medoids[b]);
             for (size_t g = 0; g < comparedGroups; ++g)
                 m_likeness[g][a * size() + b] = m_likeness[g][b * size() + a] = rounded<uint8_t>(alike[g] * byteSteps);
             m_likenessOfAll[a * size() + b] = m_likenessOfAll[b * size() + a] =

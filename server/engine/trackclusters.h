@@ -42,7 +42,6 @@ public:
     const std::vector<Position> &tracksOfRareStyle(int style) const;
 
 private:
-    static constexpr size_t comparedGroups = 3; // all but the shape
     using Table = std::vector<uint8_t>;
 
     std::span<const uint8_t> row(const Table &table, size_t cluster) const

@@ -182,7 +182,7 @@ std::optional<Playlists::Choice> Playlists::choose(Kept &own, Moment &moment, bo
     const bool isLimited = m_transcodes && (mustBeReady || m_transcodes->isHeldUp());
     now.transcoded = isLimited ? m_transcodes->ready() : nullptr;
     const Station &drawn = chooser(moment.listening);
-    std::shared_ptr<const engine::StationScores> &scores = moment.scores[drawn.id];
+    auto &[scores, known] = moment.drawn[drawn.id];
     if (!scores && drawn.id == station.id) {
         scores = scoresOf(moment.listening, station, own);
     } else if (!scores) {
@@ -196,7 +196,7 @@ std::optional<Playlists::Choice> Playlists::choose(Kept &own, Moment &moment, bo
         // One after the other would take long where a folder is away.
         if (gone % manyGone == manyGone - 1)
             now.absent = m_keeper.findAbsent();
-        std::optional<engine::Pick> pick = engine::choose(*scores, now, noise);
+        std::optional<engine::Pick> pick = engine::choose(*scores, now, noise, &known);
         if (!pick)
             return std::nullopt;
         const int64_t id = scores->index().facts(pick->candidate().track).id;

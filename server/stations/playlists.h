@@ -93,11 +93,16 @@ private:
     // The station that chooses the next track. For the Tapestry station it is drawn from the account's stations,
     // weighted by how much each was heard lately, or is the Tapestry station itself.
     const Station &chooser(const Listening &listening);
+    // A station that was drawn to choose.
+    struct Drawn {
+        std::shared_ptr<const engine::StationScores> scores;
+        engine::KnownTerms known;
+    };
     // What one list is chosen by.
     struct Moment {
         const Listening &listening;
         engine::Circumstances now;
-        std::map<int64_t, std::shared_ptr<const engine::StationScores>> scores; // by station, once it was drawn
+        std::map<int64_t, Drawn> drawn; // by station
     };
     // `mustBeReady`: chooses only tracks that can be played at once.
     std::optional<Choice> choose(Kept &own, Moment &moment, bool mustBeReady);
