@@ -37,7 +37,6 @@ PlayerRig::PlayerRig(const QByteArray &lastStation)
     if (qApp->styleSheet().isEmpty() && style.open(QIODevice::ReadOnly))
         qApp->setStyleSheet(QString::fromUtf8(style.readAll()));
     FakePlayback::reset();
-    FakePlayback::setBuffer(0, 5000); // between the water lines: the timer changes nothing by itself
     FakeDownload::reset();
     FakeIpc::reset();
     QFile::remove(device::settingsFile());
@@ -127,18 +126,29 @@ void PlayerRig::fill(const QList<FakeStation> &own)
     run();
 }
 
+namespace {
+
+// A start empties the buffer. Between the water lines the timer, which a slow machine sees, changes nothing by itself.
+void beginTrack(int seconds)
+{
+    FakePlayback::setBuffer(0, 5000);
+    FakePlayback::playOk(seconds);
+}
+
+} // namespace
+
 void PlayerRig::play(const QList<FakeEntry> &entries)
 {
     fill();
     answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_OK, FakeReply::playlist(entries));
-    FakePlayback::playOk(180);
+    beginTrack(180);
     run();
 }
 
 void PlayerRig::startTracks(int count)
 {
     answer(VLM_WS_MSGID_GET_PLAYLIST, VLM_WS_ERR_OK, tracks(count));
-    FakePlayback::playOk(10);
+    beginTrack(10);
 }
 
 void PlayerRig::finishTrack()
