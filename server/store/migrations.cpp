@@ -462,8 +462,8 @@ INSERT INTO remembered_plays
   SELECT account_id, station_id, number / 16 % 32, number / 16,
     group_concat('[' || track_id || ',' || started_at || ',' ||
       CASE outcome WHEN 'ended' THEN 1 WHEN 'skipped' THEN 2 ELSE 0 END || '],', '')
-  FROM (SELECT * FROM day_plays ORDER BY station_id, number) AS p
-  WHERE number / 16 > (SELECT MAX(number) / 16 - 32 FROM day_plays newest WHERE newest.station_id = p.station_id)
+  FROM (SELECT *, MAX(number) OVER (PARTITION BY station_id) AS newest FROM day_plays ORDER BY station_id, number)
+  WHERE number / 16 > newest / 16 - 32
   GROUP BY account_id, station_id, number / 16;
 DROP TABLE plays;
 DROP TABLE play_counts;
@@ -650,14 +650,14 @@ int64_t schemaVersion(Database &db)
     return statement.integer(0);
 }
 
-void migrate(Database &db)
+void migrate(Database &db, int upTo)
 {
     int64_t version = schemaVersion(db);
     if (version < 0 || version > newestSchemaVersion())
         throw StoreError("the database has version " + std::to_string(version) +
                          ", this program knows versions up to " + std::to_string(newestSchemaVersion()) +
                          "; use the newer velmora-server that wrote it");
-    for (; version < newestSchemaVersion(); ++version) {
+    for (; version < upTo; ++version) {
         const Step &step = steps[static_cast<size_t>(version)];
         if (step.replacesTables) // which is ignored inside a transaction
             db.execute("PRAGMA foreign_keys = OFF");

@@ -11,7 +11,8 @@ int newestSchemaVersion();
 int64_t schemaVersion(Database &db);
 
 // Brings the schema up to date, one transaction a step. Throws StoreError when the file was written by a newer program
-// (it is then left untouched) or when a step fails (the file keeps the version before that step).
-void migrate(Database &db);
+// (it is then left untouched) or when a step fails (the file keeps the version before that step). `upTo`: for tests,
+// which make files of an older version.
+void migrate(Database &db, int upTo = newestSchemaVersion());
 
 } // namespace velmora::server

@@ -1,11 +1,13 @@
 // The database file: private, migrated, refused when it is newer, unchanged after a failed migration.
 
+#include "server/stations/plays.h"
 #include "server/store/database.h"
 #include "server/store/migrations.h"
 #include "server/store/store.h"
 #include "server/store/storeprobe.h"
 #include "serverfixture.h"
 
+#include <map>
 #include <sys/stat.h>
 
 namespace velmora::server {
@@ -38,25 +40,13 @@ TEST_F(StoreTest, EveryOlderVersionIsBroughtUpToDateWithItsData)
 {
     const std::string odd("it's \"odd\" \0 -- ; DROP TABLE settings", 37);
     {
-        Store(m_file).setSetting("kept", odd);
-    }
-    {
-        // The state of the first version: without the changes of later steps.
         Database db(m_file);
+        migrate(db, 1);
+        db.run("INSERT INTO settings (name, value) VALUES ('kept', ?1)", odd);
         db.execute(
             "INSERT INTO accounts (id, user_name, folded_name, password_hash, created_at) VALUES (1, 'a', 'a', '', 0); "
             "INSERT INTO devices (device_id, account_id, key_hash, associated_at) VALUES ('001A2B3C4D5E-0', 1, 'k', "
-            "7); "
-            "PRAGMA foreign_keys = OFF; ALTER TABLE sessions DROP COLUMN is_revoked; ALTER TABLE sessions DROP COLUMN "
-            "device_model; ALTER TABLE activation_codes DROP COLUMN device_model; ALTER TABLE activation_codes DROP "
-            "COLUMN address; DROP TABLE sign_ups; DROP TABLE "
-            "request_answers; DROP "
-            "TABLE plays; DROP TABLE plays_under_way; DROP TABLE remembered_plays; DROP TABLE "
-            "descriptors; DROP TABLE track_styles; DROP TABLE styles; DROP TABLE files; DROP TABLE roots; DROP TABLE "
-            "feedback; DROP TABLE sleeps; DROP TABLE bookmarks; DROP TABLE seeds; DROP TABLE stations; DROP TABLE "
-            "tracks; DROP TABLE albums; DROP TABLE artists; DROP TABLE ads; DROP TABLE "
-            "track_search; DROP TABLE artist_search; DROP TABLE cover_files; DROP TABLE invitations; ALTER TABLE "
-            "resets DROP COLUMN value; DROP TABLE mails; PRAGMA user_version = 1;");
+            "7)");
     }
     Store store(m_file);
     EXPECT_EQ(store.setting("kept"), odd);
@@ -88,23 +78,18 @@ TEST_F(StoreTest, WhatAThumbIsForKeepsItsIdForEver)
         return "('" + std::string(id) + "', 7, 1, '', '', '', '', 0, 0, 0, '', '', 0, '', 1)";
     };
     {
-        const Store made(m_file);
-    }
-    {
         // The version before ids became permanent, with data.
         Database db(m_file);
+        migrate(db, 12);
         db.execute(
-            "PRAGMA foreign_keys = OFF; DROP TABLE mails; DROP TABLE seeds; CREATE TABLE seeds (station_id INTEGER NOT "
-            "NULL "
-            "REFERENCES stations(id) ON DELETE CASCADE, kind TEXT NOT NULL, target TEXT NOT NULL, PRIMARY KEY "
-            "(station_id, kind, target)) WITHOUT ROWID; INSERT INTO accounts (id, user_name, folded_name, "
-            "password_hash, created_at) VALUES (5, 'a', 'a', '', 0); INSERT INTO stations (id, account_id, token, "
-            "name, created_at) VALUES (3, 5, 't', 'n', 0); INSERT INTO seeds VALUES (3, 'style', 'folk'); INSERT "
-            "INTO artists (id, public_id, name, folded) VALUES (7, 'a', 'A', 'a'); INSERT INTO albums (id, "
-            "public_id, artist_id, title, year) VALUES (1, 'l', 7, 'L', 0); INSERT INTO tracks" +
+            "INSERT INTO accounts (id, user_name, folded_name, password_hash, created_at) VALUES (5, 'a', 'a', '', 0); "
+            "INSERT INTO stations (id, account_id, token, name, created_at) VALUES (3, 5, 't', 'n', 0); INSERT INTO "
+            "seeds VALUES (3, 'style', 'folk'); INSERT INTO artists (id, public_id, name, folded) VALUES (7, 'a', 'A', "
+            "'a'); INSERT INTO albums (id, public_id, artist_id, title, year) VALUES (1, 'l', 7, 'L', 0); INSERT INTO "
+            "tracks" +
             std::string(trackColumns) + track("one") + ", " + track("two") +
             "; INSERT INTO feedback (station_id, track_id, account_id, is_positive, given_at) VALUES (3, 2, 5, 1, "
-            "9); INSERT INTO ads VALUES (3, 'b', '', '', 0, '', '', '', 1); PRAGMA user_version = 11");
+            "9); INSERT INTO ads VALUES (3, 'b', '', '', 0, '', '', '', 1)");
     }
     Store store(m_file);
     const Store::Lock db = store.lock();
@@ -124,6 +109,49 @@ TEST_F(StoreTest, WhatAThumbIsForKeepsItsIdForEver)
     EXPECT_EQ(db->number(ad), 4);
     db->run("DELETE FROM ads");
     EXPECT_EQ(db->number(ad), 5);
+}
+
+TEST_F(StoreTest, WhatWasHeardBeforeItWentByTheDayIsRemembered)
+{
+    {
+        Database db(m_file);
+        migrate(db, 10);
+        db.execute(
+            "INSERT INTO accounts (id, user_name, folded_name, password_hash, created_at) VALUES (5, 'a', 'a', '', 0); "
+            "INSERT INTO stations (id, account_id, token, name, created_at, lists_issued) VALUES (3, 5, 't', 'n', 0, "
+            "500), "
+            "(4, 5, 'u', 'm', 0, 1); INSERT INTO artists (id, public_id, name, folded) VALUES (7, 'a', 'A', 'a'); "
+            "INSERT INTO albums "
+            "(id, public_id, artist_id, title, year) VALUES (1, 'l', 7, 'L', 0); INSERT INTO tracks (id, public_id, "
+            "artist_id, album_id, song, folded, style, mood, tempo, year, duration, audio_path, audio_type, bitrate, "
+            "picture_path, is_playable) VALUES (2, 'one', 7, 1, '', '', '', '', 0, 0, 0, '', '', 0, '', 1); "
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 600) INSERT INTO plays SELECT i, "
+            "5, 3, 2, i * 3600, 60, CASE i % 3 WHEN 0 THEN 'ended' WHEN 1 THEN 'skipped' ELSE 'left' END FROM n; "
+            "INSERT INTO plays VALUES (1000, 5, 4, 2, 86400, 9.5, 'playing'); INSERT INTO request_answers (id, owner, "
+            "content_hash, answer, answered_at) VALUES ('i', 'o', 'c', 'x', 86399)");
+    }
+    Store store(m_file);
+    const Store::Lock db = store.lock();
+    EXPECT_EQ(db->number("SELECT COUNT(*) FROM plays WHERE station_id = 3 AND day = started_at / 86400"), 512);
+    const auto remembered = [&](int64_t station) {
+        std::map<int64_t, std::string> plays; // outcomes by begin
+        Statement row = db->prepare("SELECT plays FROM remembered_plays WHERE station_id = ?1");
+        row.with(station);
+        while (row.step()) {
+            for (const Plays::Heard &play : Plays::heardIn(row.text(0)))
+                plays[play.startedAt] = play.outcome;
+        }
+        return plays;
+    };
+    const std::map<int64_t, std::string> many = remembered(3);
+    EXPECT_GE(many.size(), 496u);
+    EXPECT_LE(many.size(), 512u);
+    EXPECT_EQ(many.at(600 * 3600), "ended");
+    EXPECT_EQ(many.at(598 * 3600), "skipped");
+    EXPECT_EQ(many.at(599 * 3600), "left");
+    EXPECT_EQ(remembered(4), (std::map<int64_t, std::string>{{86400, "left"}}))
+        << "one station's newest is not another's";
+    EXPECT_EQ(db->number("SELECT day FROM request_answers WHERE owner = 'o' AND id = 'i'"), 0);
 }
 
 TEST_F(StoreTest, ANewerFileIsRefusedWithItsVersionAndLeftUnchanged)
