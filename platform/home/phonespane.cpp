@@ -14,13 +14,18 @@ PhonesPane::PhonesPane(const platform::DeviceSettingsWatch *settings, QObject *p
     , m_settings(settings)
 {
     m_probe.setProxy(QNetworkProxy::NoProxy);
+    // This device may reach the service unencrypted where others must not.
     connect(&m_probe, &QTcpSocket::connected, this, [this] {
-        m_probe.abort();
-        QUrl url(m_service);
-        url.setHost(m_trying);
-        show(url.toString());
+        m_probe.write("GET /health HTTP/1.1\r\nHost: " + QUrl(m_service).host().toLatin1() +
+                      "\r\nConnection: close\r\n\r\n");
     });
-    connect(&m_probe, &QTcpSocket::errorOccurred, this, &PhonesPane::tryNext);
+    connect(&m_probe, &QTcpSocket::readyRead, this, [this] { found(m_probe.peek(5) == "HTTP/"); });
+    connect(&m_probe, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
+        if (error == QAbstractSocket::RemoteHostClosedError) // without an answer: it expects TLS
+            found(false);
+        else
+            tryNext();
+    });
 }
 
 void PhonesPane::open()
@@ -54,6 +59,15 @@ void PhonesPane::tryNext()
     const QUrl url(m_service);
     m_probe.abort();
     m_probe.connectToHost(m_trying, quint16(url.port(url.scheme() == QLatin1String("https") ? 443 : 80)));
+}
+
+void PhonesPane::found(bool isPlain)
+{
+    m_probe.abort();
+    QUrl url(m_service);
+    url.setScheme(isPlain ? QStringLiteral("http") : QStringLiteral("https"));
+    url.setHost(m_trying);
+    show(url.toString());
 }
 
 void PhonesPane::show(const QString &address)

@@ -19,6 +19,8 @@ public:
 private:
     void show(const QString &address);
     void tryNext();
+    // The service answers at the address that is tried. `isPlain`: without TLS.
+    void found(bool isPlain);
 
     const platform::DeviceSettingsWatch *const m_settings;
     // A service on this device is there for telephones only if it listens at an address of the home network, too.
