@@ -39,15 +39,6 @@ QWidget *topScreen()
     return screen;
 }
 
-// Under dialogs, too; null: none shows.
-QWidget *playingScreen()
-{
-    for (QWidget *window : platform::WindowStack::instance().bottomToTop())
-        if (isPlayingScreen(window))
-            return window;
-    return nullptr;
-}
-
 // Empty without a menu system.
 QString sleepFile()
 {

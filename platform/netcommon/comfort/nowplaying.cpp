@@ -1,6 +1,7 @@
 #include "nowplaying.h"
 
 #include "platform/netcommon/playback/playbackstatistics.h"
+#include "platform/shared/windowstack.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -26,14 +27,21 @@ bool isPlayingScreen(const QWidget *window)
            window->findChild<QListWidget *>(QLatin1String(historyList));
 }
 
-NowPlaying nowPlaying(const QWidget *playingScreen)
+QWidget *playingScreen()
 {
-    NowPlaying now{textOf(playingScreen, titleLabel), textOf(playingScreen, "artistLabel"),
-                   textOf(playingScreen, "albumLabel"), textOf(playingScreen, "stationNameLabel"),
-                   statistics::coverFile()};
+    for (QWidget *window : platform::WindowStack::instance().bottomToTop())
+        if (isPlayingScreen(window))
+            return window;
+    return nullptr;
+}
+
+NowPlaying nowPlaying(const QWidget *screen)
+{
+    NowPlaying now{textOf(screen, titleLabel), textOf(screen, "artistLabel"), textOf(screen, "albumLabel"),
+                   textOf(screen, "stationNameLabel"), statistics::coverFile()};
     if (now.title.isEmpty())
         return now;
-    const auto *const history = playingScreen->findChild<QListWidget *>(QLatin1String(historyList));
+    const auto *const history = screen->findChild<QListWidget *>(QLatin1String(historyList));
     if (history && history->count() > 0)
         now.title = history->item(0)->text();
     return now;

@@ -19,7 +19,9 @@ struct NowPlaying {
 
 // A window with the playing screen's labels. GUI thread.
 bool isPlayingScreen(const QWidget *window);
+// Also where a dialog covers it; null: none is open. GUI thread.
+QWidget *playingScreen();
 // GUI thread.
-NowPlaying nowPlaying(const QWidget *playingScreen);
+NowPlaying nowPlaying(const QWidget *screen);
 
 } // namespace netcommon

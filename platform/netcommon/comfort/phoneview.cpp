@@ -83,14 +83,6 @@ QString playbackWord()
     }
 }
 
-QWidget *playingScreen()
-{
-    for (QWidget *window : platform::WindowStack::instance().bottomToTop())
-        if (isPlayingScreen(window))
-            return window;
-    return nullptr;
-}
-
 QString boxText(const QWidget *window)
 {
     const auto *const message =
