@@ -21,7 +21,7 @@ namespace {
 using Interfaces = QMap<QString, QVariantMap>;
 using Objects = QMap<QDBusObjectPath, Interfaces>;
 
-const QString service = QStringLiteral("org.freedesktop.UDisks2");
+const QString udisks = QStringLiteral("org.freedesktop.UDisks2");
 const QString blockInterface = QStringLiteral("org.freedesktop.UDisks2.Block");
 const QString driveInterface = QStringLiteral("org.freedesktop.UDisks2.Drive");
 const QString filesystemInterface = QStringLiteral("org.freedesktop.UDisks2.Filesystem");
@@ -70,7 +70,7 @@ void UsbStick::find()
     m_folder.clear();
     m_isMounted = false;
     callSystem(m_bus,
-               QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/UDisks2"),
+               QDBusMessage::createMethodCall(udisks, QStringLiteral("/org/freedesktop/UDisks2"),
                                               QStringLiteral("org.freedesktop.DBus.ObjectManager"),
                                               QStringLiteral("GetManagedObjects")),
                this, [this](const QDBusMessage &reply) { choose(reply); });
@@ -110,7 +110,7 @@ void UsbStick::choose(const QDBusMessage &reply)
 
 void UsbStick::mount()
 {
-    auto message = QDBusMessage::createMethodCall(service, m_device, filesystemInterface, QStringLiteral("Mount"));
+    auto message = QDBusMessage::createMethodCall(udisks, m_device, filesystemInterface, QStringLiteral("Mount"));
     message << silently;
     callSystem(m_bus, message, this, [this](const QDBusMessage &reply) {
         m_folder = reply.type() == QDBusMessage::ErrorMessage ? QString() : reply.arguments().value(0).toString();
@@ -133,7 +133,7 @@ void UsbStick::release()
         emit released(false);
         return;
     }
-    auto message = QDBusMessage::createMethodCall(service, m_device, filesystemInterface, QStringLiteral("Unmount"));
+    auto message = QDBusMessage::createMethodCall(udisks, m_device, filesystemInterface, QStringLiteral("Unmount"));
     message << silently;
     callSystem(m_bus, message, this, [this](const QDBusMessage &reply) {
         m_isMounted = false;

@@ -18,7 +18,7 @@ namespace home {
 
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.NetworkManager");
+const QString networkManager = QStringLiteral("org.freedesktop.NetworkManager");
 const QString root = QStringLiteral("/org/freedesktop/NetworkManager");
 constexpr char manager[] = "org.freedesktop.NetworkManager";
 constexpr char device[] = "org.freedesktop.NetworkManager.Device";
@@ -62,7 +62,8 @@ Wifi::Wifi(const QDBusConnection &bus, QObject *parent)
 void Wifi::call(const QString &path, const char *interface, const char *method, const QVariantList &arguments,
                 const Then &then)
 {
-    auto message = QDBusMessage::createMethodCall(service, path, QLatin1String(interface), QLatin1String(method));
+    auto message =
+        QDBusMessage::createMethodCall(networkManager, path, QLatin1String(interface), QLatin1String(method));
     message.setArguments(arguments);
     callSystem(m_bus, message, this, then);
 }

@@ -16,7 +16,7 @@ NameLock lockOf(const std::string &deviceId, const std::string &keyHash)
 }
 
 constexpr size_t digitCount = 12;
-constexpr size_t longestName = 40;
+constexpr size_t longestDeviceName = 40;
 constexpr size_t markLength = 16; // of the hash of a key: tells radios of one account apart
 
 } // namespace
@@ -117,7 +117,7 @@ bool Devices::rename(AccountId account, const std::string &deviceId, const std::
 {
     const bool hasControls =
         std::any_of(name.begin(), name.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; });
-    if (!isUtf8(name) || characterCount(name) > longestName || hasControls)
+    if (!isUtf8(name) || characterCount(name) > longestDeviceName || hasControls)
         return false;
     const Store::Lock db = m_store.lock();
     db->run("UPDATE devices SET name = ?3 WHERE account_id = ?1 AND device_id = ?2", account, deviceId, name);

@@ -8,7 +8,7 @@ namespace {
 
 // Lengths in bytes.
 constexpr size_t longestAddress = 254;
-constexpr size_t longestName = 64;
+constexpr size_t longestLocalPart = 64;
 constexpr size_t longestLabel = 63;
 
 bool isAlphanumeric(char c)
@@ -48,7 +48,7 @@ bool isHostLabel(std::string_view label)
 bool isMailAddress(std::string_view text)
 {
     const size_t at = text.find('@');
-    return text.size() <= longestAddress && at != std::string_view::npos && at <= longestName &&
+    return text.size() <= longestAddress && at != std::string_view::npos && at <= longestLocalPart &&
            isDotted(text.substr(0, at), isNamePart) && isDotted(text.substr(at + 1), isHostLabel);
 }
 

@@ -17,7 +17,7 @@ constexpr int retryAfterSeconds = 2;
 constexpr const char *mediaPath = "/media/*/*";
 constexpr const char *functionPath = "/*/*";
 
-http::Response json(const Answer &answer)
+http::Response jsonResponse(const Answer &answer)
 {
     http::Response response;
     response.status = answer.httpStatus;
@@ -29,7 +29,7 @@ http::Response json(const Answer &answer)
 
 http::Response refused(int status, Code code, const char *why)
 {
-    return json(Dispatcher::refusal(status, code, why));
+    return jsonResponse(Dispatcher::refusal(status, code, why));
 }
 
 std::string decimal(double value)
@@ -131,7 +131,7 @@ http::Response ApiServer::answerFunction(const http::Request &request)
     const Answer answer = m_dispatcher.answer(
         {request.pieces[0], request.pieces[1], request.body, std::string(request.header("Authorization")),
          std::string(request.header("Velmora-Request-Key")), request.address, request.id, mediaBaseFor(request)});
-    http::Response response = json(answer);
+    http::Response response = jsonResponse(answer);
     if (answer.httpStatus == 503)
         response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
     return response;
@@ -151,7 +151,7 @@ http::Response ApiServer::health() const
 {
     Answer answer;
     answer.body = healthOf(m_service);
-    return json(answer);
+    return jsonResponse(answer);
 }
 
 http::Response ApiServer::ready()
@@ -162,7 +162,7 @@ http::Response ApiServer::ready()
         return refused(503, Code::Maintenance, "maintenance");
     if (!m_storeProbe.isAnswering())
         return refused(503, Code::Internal, "the store does not answer");
-    return json({});
+    return jsonResponse({});
 }
 
 http::Response ApiServer::metrics(const http::Request &request)
@@ -192,7 +192,7 @@ http::Response ApiServer::refusal(int status, const http::Request &request) cons
     answer.body["code"] = static_cast<int>(answer.code);
     if (status == 503)
         answer.body["data"] = {{"retryAfter", retryAfterSeconds}};
-    http::Response response = json(answer);
+    http::Response response = jsonResponse(answer);
     if (status == 503)
         response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
     if (status == 503 && !isOfRadio)

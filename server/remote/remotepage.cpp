@@ -31,12 +31,12 @@ bool isFromElsewhere(const http::Request &request, const std::string &base)
     return host != "//" + std::string(request.header("Host")) && origin != base;
 }
 
-void tell(http::Response &response, int status, const std::string &json)
+void tell(http::Response &response, int status, const std::string &body)
 {
     response.status = status;
     response.setHeader("Cache-Control", "no-store");
     response.setHeader("X-Content-Type-Options", "nosniff");
-    response.setContent(json, "application/json; charset=utf-8");
+    response.setContent(body, "application/json; charset=utf-8");
 }
 
 std::string problemJson(const char *problem)

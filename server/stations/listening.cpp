@@ -5,7 +5,6 @@
 #include "server/store/store.h"
 
 #include <algorithm>
-#include <charconv>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 
@@ -20,13 +19,6 @@ constexpr size_t mostLiked = 200; // examples; the latest
 
 // Parts of the result: the first column of its rows.
 enum class Part { Session, Account, Setting, Station, Seed, Thumb, Sleep, Bookmark, PlayUnderWay, Plays };
-
-int64_t idOf(const std::string &text)
-{
-    int64_t id = 0;
-    std::from_chars(text.data(), text.data() + text.size(), id);
-    return id;
-}
 
 // One statement for all that is needed: each part is found by an index, from the account or the station on. `me` is one
 // row or none, and so is `own`. All rows have the same columns.

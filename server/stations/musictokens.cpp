@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <charconv>
+
 namespace velmora::server {
 
 namespace {
@@ -34,6 +36,13 @@ const char *musicKindName(MusicKind kind)
         break;
     }
     return "style";
+}
+
+int64_t idOf(const std::string &target)
+{
+    int64_t id = 0;
+    std::from_chars(target.data(), target.data() + target.size(), id);
+    return id;
 }
 
 MusicKind musicKindOf(const std::string &name)

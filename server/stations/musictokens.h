@@ -15,6 +15,7 @@ struct Music {
     MusicKind kind = MusicKind::Track;
     std::string target;
 };
+int64_t idOf(const std::string &target); // 0: not a number
 
 // Tokens that name music for one account only. The same music keeps its token as long as the key of tokens is the same.
 // Any thread.

@@ -17,12 +17,12 @@ using nlohmann::json;
 
 constexpr const char *trackTokens = "track", *adTokens = "ad";
 constexpr int issuesOfList = 4; // numbers: at least as many as entries
-constexpr size_t markLength = 8;
+constexpr size_t trackMarkLength = 8;
 
 // Tells a track from another one that was given its id later.
 std::string markOf(const Track &track)
 {
-    return track.publicId.substr(0, markLength);
+    return track.publicId.substr(0, trackMarkLength);
 }
 
 json reasonsJson(const std::vector<engine::ReasonText> &reasons)

@@ -5,7 +5,6 @@
 #include "server/store/store.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace velmora::server {
 
@@ -31,13 +30,6 @@ Station readStation(const Statement &row)
     station.createdAt = row.integer(10);
     station.listsIssued = static_cast<int>(row.integer(11));
     return station;
-}
-
-int64_t idOf(const std::string &text)
-{
-    int64_t id = 0;
-    std::from_chars(text.data(), text.data() + text.size(), id);
-    return id;
 }
 
 std::string capitalised(std::string text)

@@ -73,9 +73,9 @@ int code(const QString &name)
     return keys::keyByName(name)->key;
 }
 
-class Run {
+class StormRun {
 public:
-    explicit Run(const Storm &storm)
+    explicit StormRun(const Storm &storm)
         : m_storm(storm)
         , m_chance(storm.seed)
         , m_journey({.radioUrl = QStringLiteral("http://127.0.0.1:%1").arg(m_proxy.port()), .library = shortLibrary()})
@@ -282,7 +282,7 @@ private:
 
 Survival survive(const Storm &storm)
 {
-    return Run(storm).survival();
+    return StormRun(storm).survival();
 }
 
 } // namespace faults

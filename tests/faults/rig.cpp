@@ -65,9 +65,9 @@ private:
 };
 
 // One run, from the start of the programs to the verdict.
-class Run {
+class ScenarioRun {
 public:
-    explicit Run(const Scenario &scenario)
+    explicit ScenarioRun(const Scenario &scenario)
         : m_scenario(scenario)
         , m_journey({.serverOptions = listOf(scenario.serverOptions),
                      .radioUrl = QStringLiteral("http://127.0.0.1:%1").arg(m_proxy.port()),
@@ -207,7 +207,7 @@ bool makeMusic()
 
 Verdict run(const Scenario &scenario)
 {
-    return Run(scenario).verdict();
+    return ScenarioRun(scenario).verdict();
 }
 
 } // namespace faults

@@ -11,7 +11,7 @@ namespace netcommon {
 
 namespace {
 
-QPointer<Language> language; // programs with one application object after the other make one each
+QPointer<Language> languageInstance; // programs with one application object after the other make one each
 
 // Qt asks for this text to know in which direction a language is written: "LTR" or "RTL".
 [[maybe_unused]] const char *const direction = QT_TRANSLATE_NOOP("QGuiApplication", "QT_LAYOUT_DIRECTION");
@@ -36,12 +36,12 @@ QString languageFor(const QLocale &locale)
 
 void Language::install(QCoreApplication *application)
 {
-    language = new Language(application);
+    languageInstance = new Language(application);
 }
 
 Language *Language::instance()
 {
-    return language;
+    return languageInstance;
 }
 
 Language::Language(QCoreApplication *application)

@@ -18,7 +18,6 @@ using Mode = SleepDecider::Mode;
 namespace {
 
 constexpr int tickMs = 200;
-constexpr qint64 minuteMs = 60'000;
 
 // Goes on while the machine sleeps, and means the same to all processes.
 qint64 nowMs()
@@ -49,8 +48,8 @@ SleepTimer::SleepTimer(PlaybackSound &sound, const QString &file, QObject *paren
 void SleepTimer::start(int minutes)
 {
     const qint64 now = nowMs();
-    m_decider.start(now, minutes * minuteMs);
-    keep(now + minutes * minuteMs);
+    m_decider.start(now, minutes * menu::minuteMs);
+    keep(now + minutes * menu::minuteMs);
     run();
 }
 
@@ -72,7 +71,7 @@ QString SleepTimer::text() const
 {
     switch (m_decider.mode()) {
     case Mode::Time:
-        return QString::number((m_decider.leftMs(nowMs()) + minuteMs - 1) / minuteMs);
+        return QString::number((m_decider.leftMs(nowMs()) + menu::minuteMs - 1) / menu::minuteMs);
     case Mode::Track:
         return QStringLiteral("track");
     case Mode::Off:
@@ -155,7 +154,7 @@ void SleepTimer::restore()
     const qint64 now = nowMs();
     const QByteArrayList kept = file.read(100).split(' ');
     const qint64 left = kept.last().toLongLong() - now;
-    if (kept.first() != startOfMachine() || left <= 0 || left > menu::mostSleepMinutes * minuteMs) {
+    if (kept.first() != startOfMachine() || left <= 0 || left > menu::mostSleepMinutes * menu::minuteMs) {
         QFile::remove(m_file);
         return;
     }

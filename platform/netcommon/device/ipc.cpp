@@ -15,15 +15,15 @@ struct Ipc::Private {
 
 namespace {
 
-Ipc *instance = nullptr; // made by getInstance(), deleted by the end of main
+Ipc *ipcInstance = nullptr; // made by getInstance(), deleted by the end of main
 
 } // namespace
 
 Ipc *Ipc::getInstance()
 {
-    if (!instance)
-        instance = new Ipc;
-    return instance;
+    if (!ipcInstance)
+        ipcInstance = new Ipc;
+    return ipcInstance;
 }
 
 Ipc::Ipc()
@@ -33,7 +33,7 @@ Ipc::Ipc()
 
 Ipc::~Ipc()
 {
-    instance = nullptr;
+    ipcInstance = nullptr;
     delete d;
     MenuLink::forget();
 }

@@ -48,15 +48,15 @@ struct IpcThread::Private {
 
 namespace {
 
-IpcThread *instance = nullptr; // made by getInstance(), deleted by main after its wait()
+IpcThread *ipcThreadInstance = nullptr; // made by getInstance(), deleted by main after its wait()
 
 } // namespace
 
 IpcThread *IpcThread::getInstance()
 {
-    if (!instance)
-        instance = new IpcThread;
-    return instance;
+    if (!ipcThreadInstance)
+        ipcThreadInstance = new IpcThread;
+    return ipcThreadInstance;
 }
 
 IpcThread::IpcThread()
@@ -76,7 +76,7 @@ IpcThread::~IpcThread()
 {
     d->end();
     wait();
-    instance = nullptr;
+    ipcThreadInstance = nullptr;
     delete d;
 }
 

@@ -62,6 +62,7 @@ enum class VolumeOrder : std::uint32_t { Set = 0, Up = 1, Down = 2, ToggleMute =
 enum class SleepOrder : std::uint32_t { Minutes = 0, Track = 1, Off = 2, Tell = 3 };
 inline constexpr std::uint32_t leastSleepMinutes = 15;
 inline constexpr std::uint32_t mostSleepMinutes = 120;
+inline constexpr std::int64_t minuteMs = 60'000;
 
 // Flags of a key.
 inline constexpr std::uint32_t typedKey = 1; // of a PC's keyboard, translated

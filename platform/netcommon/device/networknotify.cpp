@@ -21,7 +21,7 @@ namespace netcommon {
 
 namespace {
 
-NetworkNotify *instance = nullptr; // made by getInstance(), deleted by the end of main
+NetworkNotify *networkNotifyInstance = nullptr; // made by getInstance(), deleted by the end of main
 
 int listenToKernel()
 {
@@ -139,9 +139,9 @@ struct NetworkNotify::Private {
 
 NetworkNotify *NetworkNotify::getInstance()
 {
-    if (!instance)
-        instance = new NetworkNotify;
-    return instance;
+    if (!networkNotifyInstance)
+        networkNotifyInstance = new NetworkNotify;
+    return networkNotifyInstance;
 }
 
 NetworkNotify::NetworkNotify()
@@ -152,7 +152,7 @@ NetworkNotify::NetworkNotify()
 
 NetworkNotify::~NetworkNotify()
 {
-    instance = nullptr;
+    networkNotifyInstance = nullptr;
     watch = nullptr;
     delete d;
 }

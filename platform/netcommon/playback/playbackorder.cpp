@@ -7,14 +7,14 @@
 
 namespace netcommon {
 
-using Kind = PlaybackReport::Kind;
+using ReportKind = PlaybackReport::Kind;
 
 void PlaybackOrder::taken()
 {
     if (m_phase != Phase::Idle)
         return;
     m_phase = Phase::Starting;
-    report(Kind::UrlOk);
+    report(ReportKind::UrlOk);
 }
 
 void PlaybackOrder::ready()
@@ -22,10 +22,10 @@ void PlaybackOrder::ready()
     if (m_phase != Phase::Starting)
         return;
     m_phase = Phase::Playing;
-    report(Kind::Result, 0);
-    report(m_wantsPlay ? Kind::PlayOk : Kind::PauseOk);
+    report(ReportKind::Result, 0);
+    report(m_wantsPlay ? ReportKind::PlayOk : ReportKind::PauseOk);
     if (m_total >= 0)
-        report(Kind::TotalTime, m_total);
+        report(ReportKind::TotalTime, m_total);
     if (m_isReceived)
         reportEof();
 }
@@ -35,7 +35,7 @@ void PlaybackOrder::failed(int code)
     if (m_phase != Phase::Starting && m_phase != Phase::Playing)
         return;
     m_phase = Phase::Over;
-    report(Kind::Result, code);
+    report(ReportKind::Result, code);
 }
 
 void PlaybackOrder::wantPlay(bool wantsPlay)
@@ -44,7 +44,7 @@ void PlaybackOrder::wantPlay(bool wantsPlay)
         return;
     m_wantsPlay = wantsPlay;
     if (m_phase == Phase::Playing)
-        report(wantsPlay ? Kind::PlayOk : Kind::PauseOk);
+        report(wantsPlay ? ReportKind::PlayOk : ReportKind::PauseOk);
 }
 
 void PlaybackOrder::totalKnown(int seconds)
@@ -53,7 +53,7 @@ void PlaybackOrder::totalKnown(int seconds)
         return;
     m_total = seconds;
     if (m_phase == Phase::Playing)
-        report(Kind::TotalTime, seconds);
+        report(ReportKind::TotalTime, seconds);
 }
 
 void PlaybackOrder::position(int seconds)
@@ -61,10 +61,10 @@ void PlaybackOrder::position(int seconds)
     if (m_phase != Phase::Playing || seconds == m_second)
         return;
     m_second = seconds;
-    report(Kind::CurrentTime, seconds);
+    report(ReportKind::CurrentTime, seconds);
     const int percent = m_total > 0 ? static_cast<int>(std::clamp(100LL * seconds / m_total, 0LL, 100LL)) : -1;
     if (percent >= 0 && percent != m_percent)
-        report(Kind::Progress, percent);
+        report(ReportKind::Progress, percent);
     m_percent = percent;
 }
 
@@ -78,7 +78,7 @@ void PlaybackOrder::buffered(int ms)
     if (isLow == m_isLow || !m_hasBeenHigh) // every track begins low; only falling is news
         return;
     m_isLow = isLow;
-    report(Kind::BufferLow, isLow ? 1 : 0);
+    report(ReportKind::BufferLow, isLow ? 1 : 0);
 }
 
 void PlaybackOrder::received()
@@ -107,13 +107,13 @@ void PlaybackOrder::askForNext()
 {
     reportEof();
     if (!std::exchange(m_hasAskedForNext, true))
-        report(Kind::NextSong);
+        report(ReportKind::NextSong);
 }
 
 void PlaybackOrder::reportEof()
 {
     if (!std::exchange(m_isEofReported, true))
-        report(Kind::FileEof);
+        report(ReportKind::FileEof);
 }
 
 std::vector<PlaybackReport> PlaybackOrder::take()
