@@ -45,6 +45,7 @@ folder=$(readlink -f "$folder")
 system=$folder/system
 exec 8>"$folder/lock"
 flock 8
+[ "$(cat "$system/made-by" 2>/dev/null)" != "$made_by" ] || exit 0 # another run has made it meanwhile
 
 mirror=${MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' "Codename: $suite" 'Component: main' | head -n 1)}
 [ -n "$mirror" ] || { say "this machine names no Debian mirror; set MIRROR" >&2; exit 1; }
