@@ -101,18 +101,22 @@ bool RemoteBoard::has(const std::string &radio)
     return m_known.find(radio) != nullptr;
 }
 
-void RemoteBoard::learn(const std::string &radio, int64_t version)
+bool RemoteBoard::learn(const std::string &radio, int64_t found, int64_t left)
 {
     const std::lock_guard guard(m_mutex);
-    if (version == 0)
+    const int64_t *const known = m_known.find(radio);
+    const bool isNews = found != 0 && (!known || *known != found);
+    if (left == 0)
         m_known.erase(radio);
     else
-        m_known.at(radio) = version;
+        m_known.at(radio) = left;
+    return isNews;
 }
 
 bool RemoteBoard::use(const std::string &radio, bool isMade, const Work &work)
 {
     int64_t version = 0;
+    int64_t found = 0;
     const bool isUsed = repeated(m_store, [&] {
         const Store::Lock db = m_store.lock();
         Transaction change(*db, NameLock{"remote " + radio}, Durability::Later);
@@ -123,7 +127,7 @@ bool RemoteBoard::use(const std::string &radio, bool isMade, const Work &work)
                                         " FROM (SELECT 1) AS one LEFT JOIN remote_radios ON radio = ?1");
             row.with(radio);
             row.step();
-            version = row.integer(0);
+            version = found = row.integer(0);
             content = row.text(1);
             now = row.integer(2);
         }
@@ -154,7 +158,8 @@ bool RemoteBoard::use(const std::string &radio, bool isMade, const Work &work)
         change.commit();
         return true;
     });
-    learn(radio, version);
+    if (learn(radio, found, version))
+        m_changed(radio); // poll() will not see it any more
     return isUsed;
 }
 

@@ -17,8 +17,8 @@ namespace velmora::server {
 // Times are the database's. Any thread.
 class RemoteBoard {
 public:
-    // `changed` is called on a thread of the board's when another process has changed the record. The store is shared
-    // and outlives the board.
+    // `changed` is called when another process has changed the record: on a thread of the board's, or in use(). The
+    // store is shared and outlives the board.
     using Changed = std::function<void(const std::string &radio)>;
     RemoteBoard(Store &store, Changed changed);
 
@@ -35,7 +35,8 @@ public:
 
 private:
     void poll();
-    void learn(const std::string &radio, int64_t version);
+    // The version that was found in the database, and the one that was left there; 0: none. Whether the first is news.
+    bool learn(const std::string &radio, int64_t found, int64_t left);
 
     Store &m_store;
     const std::string m_key; // that seals the records: an order may be a password

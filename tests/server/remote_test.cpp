@@ -3,6 +3,7 @@
 #include "server/remote/remote.h"
 #include "webfixture.h"
 
+#include <atomic>
 #include <future>
 
 namespace velmora::server {
@@ -280,6 +281,23 @@ TEST_F(RemoteTest, ATelephoneReachesARadioThatWaitsAtAnotherProcess)
     ask(false);
     EXPECT_EQ(m_epoch, epoch);
     other.stop();
+}
+
+TEST_F(RemoteTest, AReportDoesNotHideWhatAnotherProcessHasWritten)
+{
+    if (!m_service->store.isShared())
+        GTEST_SKIP() << "a file is of one process";
+    std::atomic<int> news = 0;
+    RemoteBoard here(m_service->store, [&](const std::string &) { ++news; });
+    RemoteBoard there(m_service->store, [](const std::string &) {});
+    const RemoteBoard::Work change = [](RadioRecord &record, RadioRecord::Time) {
+        ++record.revision;
+        return RemoteBoard::After::News;
+    };
+    here.use("radio", true, change);
+    there.use("radio", false, change);
+    here.use("radio", false, change); // most often before the board has looked by itself
+    EXPECT_GE(news, 1);
 }
 
 TEST(RemoteHub, KeepsOrdersForSecondsAndForOneProgram)
