@@ -241,8 +241,10 @@ int main(int count, char **texts)
             options.radios = std::stoul(texts[1]);
         if (count > 2)
             options.speed = std::stod(texts[2]);
-        if (count > 3)
-            options.isPostgres = std::string(texts[3]) == "postgresql";
+        const std::string store = count > 3 ? texts[3] : "sqlite";
+        options.isPostgres = store == "postgresql";
+        if (!options.isPostgres && store != "sqlite")
+            throw std::runtime_error("the store is sqlite or postgresql, not " + store);
         options.isHeld = count > 4 && std::string(texts[4]) == "held";
         if (options.isPostgres && !velmora::PostgresServer::programs())
             throw std::runtime_error("PostgreSQL is not installed");
