@@ -27,6 +27,16 @@ const passwd *unprivilegedUser()
     return user ? user : ::getpwnam("nobody");
 }
 
+// What it said at last, before the folder is removed.
+std::string lastLine(const std::filesystem::path &log)
+{
+    std::ifstream file(log);
+    std::string last;
+    for (std::string line; std::getline(file, line);)
+        last = line;
+    return last;
+}
+
 } // namespace
 
 std::optional<std::filesystem::path> PostgresServer::programs()
@@ -91,7 +101,7 @@ void PostgresServer::start()
                                  "fsync=" + synced, "-c", "full_page_writes=" + synced, "-c", "max_connections=60"});
     while (PQping(address("postgres").c_str()) != PQPING_OK) {
         if (::waitpid(m_process, nullptr, WNOHANG) != 0)
-            throw std::runtime_error("PostgreSQL does not start");
+            throw std::runtime_error("PostgreSQL does not start: " + lastLine(m_folder / "postgres.log"));
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
 }
