@@ -25,7 +25,7 @@ using SteadyClock = std::chrono::steady_clock;
 namespace {
 
 constexpr int telephones = 10;
-constexpr int presses = 500; // as many as an account may make at once
+constexpr int presses = 500;       // as many as an account may make at once
 constexpr int pressesAcross = 100; // each may take a second
 constexpr int patienceMs = 15'000;
 const std::string name = "bench@house.example";
