@@ -3,6 +3,7 @@
 #include <libpq-fe.h>
 
 #include <csignal>
+#include <deque>
 #include <fcntl.h>
 #include <fstream>
 #include <grp.h>
@@ -27,14 +28,21 @@ const passwd *unprivilegedUser()
     return user ? user : ::getpwnam("nobody");
 }
 
-// What it said at last, before the folder is removed.
-std::string lastLine(const std::filesystem::path &log)
+// What it said at last, before the folder is removed. The reason comes some lines before the end.
+std::string lastLines(const std::filesystem::path &log)
 {
+    constexpr size_t most = 20;
     std::ifstream file(log);
-    std::string last;
-    for (std::string line; std::getline(file, line);)
-        last = line;
-    return last;
+    std::deque<std::string> last;
+    for (std::string line; std::getline(file, line);) {
+        last.push_back(line);
+        if (last.size() > most)
+            last.pop_front();
+    }
+    std::string text;
+    for (const std::string &line : last)
+        text += "\n  " + line;
+    return text;
 }
 
 } // namespace
@@ -89,6 +97,8 @@ pid_t PostgresServer::run(const std::string &program, const std::vector<std::str
     const int output = ::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
     ::dup2(output, STDOUT_FILENO);
     ::dup2(output, STDERR_FILENO);
+    // It counts open files against its own limit, and a benchmark has thousands.
+    ::close_range(STDERR_FILENO + 1, ~0U, 0);
     if (::chdir(m_folder.path().c_str()) == 0)
         ::execv(file.c_str(), argv.data());
     ::_exit(127);
@@ -101,7 +111,7 @@ void PostgresServer::start()
                                  "fsync=" + synced, "-c", "full_page_writes=" + synced, "-c", "max_connections=60"});
     while (PQping(address("postgres").c_str()) != PQPING_OK) {
         if (::waitpid(m_process, nullptr, WNOHANG) != 0)
-            throw std::runtime_error("PostgreSQL does not start: " + lastLine(m_folder / "postgres.log"));
+            throw std::runtime_error("PostgreSQL does not start:" + lastLines(m_folder / "postgres.log"));
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
 }
@@ -117,7 +127,8 @@ void PostgresServer::stop(int signal)
 
 void PostgresServer::kill()
 {
-    // Its processes are leaders of groups of their own.
+    // Its processes are leaders of groups of their own. It begins none after they have been counted.
+    ::kill(m_process, SIGSTOP);
     const std::string number = std::to_string(m_process);
     std::ifstream children("/proc/" + number + "/task/" + number + "/children");
     std::vector<pid_t> all;
