@@ -98,7 +98,7 @@ Answer Dispatcher::answer(const Request &request)
         const auto work = [&] { return call(*route, request, parameters, &answer.account); };
         // Done twice, it does no more than once.
         const bool isRepeatable = route->repetition == Repetition::Again ||
-                                  (route->repetition == Repetition::RememberedAtomically && !request.key.empty());
+                                  (route->repetition != Repetition::Remembered && !request.key.empty());
         answer.body = isRepeatable ? repeatedWhenLost(m_service.store, work) : work();
         answer.code = static_cast<Code>(answer.body.at("code").get<int>());
     } catch (const ApiError &error) {
@@ -143,8 +143,10 @@ json Dispatcher::call(const Route &route, const Request &request, const Paramete
     if (!RequestKeys::isKey(request.key))
         throw ApiError(Code::Malformed, "a request key is 32 hexadecimal digits");
     const std::string owner = session.keyHash + ' ' + std::to_string(session.accountId);
-    const bool isQuick = route.repetition == Repetition::RememberedAtomically;
-    return m_requestKeys.once({owner, request.key, request.function + '\n' + request.body, isQuick}, [&] {
+    const bool isQuick = route.repetition != Repetition::Remembered;
+    const Durability durability =
+        route.repetition == Repetition::RememberedLater ? Durability::Later : Durability::AtOnce;
+    return m_requestKeys.once({owner, request.key, request.function + '\n' + request.body, isQuick, durability}, [&] {
         try {
             return work();
         } catch (const ApiError &error) {

@@ -64,7 +64,7 @@ json RequestKeys::answered(const Request &request, const std::string &id, const 
     const Store::Lock db = m_store.lock();
     json answer;
     {
-        Transaction change(*db, NameLock{"request " + id});
+        Transaction change(*db, NameLock{"request " + id}, request.durability);
         if (db->isShared()) {
             if (std::optional<json> first = kept(request, id))
                 return *std::move(first);

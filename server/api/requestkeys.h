@@ -1,6 +1,7 @@
 #pragma once
 
 #include "server/accounts/secrets.h"
+#include "server/store/connection.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -32,6 +33,7 @@ public:
         // The work does nothing slow, so the change and the answer are stored in one transaction: a program that is
         // killed between the two does not carry out the repetition a second time.
         bool isQuick = false;
+        Durability durability = Durability::AtOnce; // of a quick one
     };
     // The remembered answer, or that of `work`, which is then remembered. A repetition that arrives while the first
     // request is being worked on waits for it. Throws ApiError (malformed) when the key came with another request, and

@@ -15,6 +15,7 @@ constexpr bool writes = true;
 constexpr Repetition again = Repetition::Again;
 constexpr Repetition slowly = Repetition::Remembered;
 constexpr Repetition atomically = Repetition::RememberedAtomically;
+constexpr Repetition later = Repetition::RememberedLater;
 
 bool hashesAlways(const Parameters &)
 {
@@ -53,7 +54,7 @@ constexpr std::array table = {
     Route{"addSongBookmark", Access::User, writes, atomically, addSongBookmark},
     Route{"addArtistBookmark", Access::User, writes, atomically, addArtistBookmark},
     Route{"explainTrack", Access::User, reads, again, explainTrack},
-    Route{"trackEvent", Access::User, reads, atomically, trackEvent},
+    Route{"trackEvent", Access::User, reads, later, trackEvent},
     Route{"search", Access::User, reads, again, functions::search},
     Route{"createStation", Access::User, writes, atomically, createStation},
     Route{"deleteStation", Access::User, writes, atomically, deleteStation},

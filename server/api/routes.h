@@ -52,8 +52,9 @@ enum class Access { Nobody, Partner, User, PartnerOrUser };
 
 // What a repetition of a request with a key leads to. `Again`: it is carried out again, which changes nothing.
 // `Remembered`: it gets the first answer. `RememberedAtomically`: the same, and the change and the answer are stored
-// together; the handler does nothing slow.
-enum class Repetition { Again, Remembered, RememberedAtomically };
+// together; the handler does nothing slow. `RememberedLater`: like the last one, and both are on the disk some time
+// later: for what may be forgotten after a power cut.
+enum class Repetition { Again, Remembered, RememberedAtomically, RememberedLater };
 
 // A function of the interface: which token it takes, whether maintenance stops it, how it is repeated, and what it
 // does. The handler gives the data of the answer or throws ApiError.

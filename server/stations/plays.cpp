@@ -182,7 +182,7 @@ void Plays::reported(const Issue &issue, const std::string &radio, const std::st
     const std::string outcome = isStart ? "left" : type == "end" ? "ended" : outcomeOf(seconds, duration);
     m_store.reachDay(now.startedAt);
     const Store::Lock db = m_store.lock();
-    Transaction change(*db);
+    Transaction change(*db, Durability::Later);
     const std::vector<Play> all = latest(*db, issue.account);
     const auto same = std::find_if(all.begin(), all.end(), [&](const Play &play) { return play.issue.isSame(issue); });
     const auto own = std::find_if(all.begin(), all.end(), [&](const Play &play) { return play.radio == radio; });

@@ -5,8 +5,8 @@
 namespace velmora::server {
 
 // Whether a change is on the disk when commit() returns, or some time later: a power cut then loses the latest changes,
-// and never a part of one. Later is for what comes back by itself (sessions, playlists, what a scan finds): it costs no
-// waiting for the disk.
+// and never a part of one. Later is for what comes back by itself (sessions, playlists, what a scan finds) or is one of
+// many (plays): it costs no waiting for the disk.
 enum class Durability { AtOnce, Later };
 
 // One connection to one database, whatever its engine. What has been written is on the disk when the call returns,
