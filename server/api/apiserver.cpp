@@ -13,7 +13,6 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr int retryAfterSeconds = 2;
 constexpr const char *mediaPath = "/media/*/*";
 constexpr const char *functionPath = "/*/*";
 
@@ -112,9 +111,13 @@ http::Router ApiServer::router()
     http::Router router;
     router.get(
         mediaPath, [this](const http::Request &request) { return answerMedia(request); }, http::Lane::Files);
-    router.get("/health", [this](const http::Request &) { return health(); });
-    router.get("/ready", [this](const http::Request &) { return ready(); });
-    router.get("/metrics", [this](const http::Request &request) { return metrics(request); });
+    // Many requests that wait are no reason to be called dead, and must be seen.
+    router.get(
+        "/health", [this](const http::Request &) { return health(); }, http::Lane::Files);
+    router.get(
+        "/ready", [this](const http::Request &) { return ready(); }, http::Lane::Files);
+    router.get(
+        "/metrics", [this](const http::Request &request) { return metrics(request); }, http::Lane::Files);
     if (m_settings.addPages)
         m_settings.addPages(router);
     router.post(functionPath, Parameters::mostBytes,
@@ -133,7 +136,7 @@ http::Response ApiServer::answerFunction(const http::Request &request)
          std::string(request.header("Velmora-Request-Key")), request.address, request.id, mediaBaseFor(request)});
     http::Response response = jsonResponse(answer);
     if (answer.httpStatus == 503)
-        response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
+        response.setHeader("Retry-After", std::to_string(ReturnTimes::shortest.count()));
     return response;
 }
 
@@ -175,7 +178,7 @@ http::Response ApiServer::metrics(const http::Request &request)
     return response;
 }
 
-http::Response ApiServer::refusal(int status, const http::Request &request) const
+http::Response ApiServer::refusal(int status, const http::Request &request)
 {
     Answer answer = Dispatcher::refusal(status, Code::Malformed, "refused");
     const bool isOfRadio = request.path.starts_with("/v") || request.path.starts_with("/media/");
@@ -190,17 +193,27 @@ http::Response ApiServer::refusal(int status, const http::Request &request) cons
     else if (status == 503)
         answer = Dispatcher::refusal(status, Code::TooMany, "too many requests wait");
     answer.body["code"] = static_cast<int>(answer.code);
+    const int64_t pause = status == 503 ? pauseFor(request).count() : 0;
     if (status == 503)
-        answer.body["data"] = {{"retryAfter", retryAfterSeconds}};
+        answer.body["data"] = {{"retryAfter", pause}};
     http::Response response = jsonResponse(answer);
     if (status == 503)
-        response.setHeader("Retry-After", std::to_string(retryAfterSeconds));
+        response.setHeader("Retry-After", std::to_string(pause));
     if (status == 503 && !isOfRadio)
         response.setContent("Too many requests wait. Please try again in a few seconds.\n",
                             "text/plain; charset=utf-8");
     if (!request.path.starts_with("/v"))
         response.record.code.reset();
     return response;
+}
+
+// A caller that has too many requests of its own waits for these, and keeps nobody else away.
+std::chrono::seconds ApiServer::pauseFor(const http::Request &refused)
+{
+    if (!refused.isLaneFull || refused.lane != http::Lane::Functions)
+        return ReturnTimes::shortest;
+    constexpr uint32_t steps = 1000;
+    return m_returnTimes.afterRefusal(SteadyClock::now(), double(randomBelow(steps)) / steps);
 }
 
 http::Response ApiServer::answerMedia(const http::Request &request)
@@ -311,6 +324,8 @@ void ApiServer::answered(const http::Request &request, http::Response &response)
     const bool isArrived = request.arrivedAt != SteadyClock::time_point();
     const auto taken = isArrived ? SteadyClock::now() - request.arrivedAt : SteadyClock::duration(0);
     m_metrics.note(function, code, taken);
+    if (request.lane == http::Lane::Functions && isArrived && !isProbe && response.status != 503)
+        m_returnTimes.answered(SteadyClock::now());
     if (isThrottled)
         m_metrics.noteThrottled(function);
     const std::string id = request.id.empty() ? http::requestIdOf({}) : request.id;

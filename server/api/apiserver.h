@@ -3,6 +3,7 @@
 #include "server/api/dispatcher.h"
 #include "server/api/mediaroads.h"
 #include "server/api/metrics.h"
+#include "server/api/returntimes.h"
 #include "server/http/server.h"
 #include "server/store/storeprobe.h"
 
@@ -63,7 +64,9 @@ private:
     http::Response ready();
     http::Response metrics(const http::Request &request);
     // To what is no request of ours, or is beyond the limits.
-    http::Response refusal(int status, const http::Request &request) const;
+    http::Response refusal(int status, const http::Request &request);
+    // What a refused caller is asked to wait.
+    std::chrono::seconds pauseFor(const http::Request &refused);
     void noteStart(const http::Request &request, AccountId account, int64_t track);
     http::Response fileResponse(const http::Request &request, const std::filesystem::path &file,
                                 const std::string &mediaType) const;
@@ -75,6 +78,7 @@ private:
     ListenSettings m_settings;
     Dispatcher m_dispatcher;
     Metrics m_metrics;
+    ReturnTimes m_returnTimes;  // of functions and pages
     const std::string m_logKey; // of the marks that stand for accounts in the log
     std::atomic<bool> m_isDraining = false;
     StoreProbe m_storeProbe;

@@ -246,7 +246,7 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
                        : lane == Lane::Passwords ? m_loop.passwords
                                                  : m_loop.functions;
     request->lane = lane;
-    const bool isTaken = pool.add(request->network, [self = shared_from_this(), request, route = m_route]() mutable {
+    const auto added = pool.add(request->network, [self = shared_from_this(), request, route = m_route]() mutable {
         auto response = std::make_shared<Response>();
         bool isDone = true;
         try {
@@ -273,8 +273,10 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
             });
         });
     });
-    if (!isTaken)
-        refuse(503, *request);
+    if (added == WorkerPool::Added::Yes)
+        return;
+    request->isLaneFull = added == WorkerPool::Added::TooMany;
+    refuse(503, *request);
 }
 
 void Connection::refuse(int status, const Request &request)

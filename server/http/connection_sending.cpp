@@ -137,7 +137,7 @@ void Connection::hold(std::chrono::milliseconds time)
 void Connection::readAhead(uint64_t count)
 {
     m_transfer->isHeld = true;
-    const bool isTaken = m_loop.readers.add(
+    const auto added = m_loop.readers.add(
         m_network, [self = shared_from_this(), file = m_transfer->file, at = m_transfer->at, count]() mutable {
             file->readAhead(at, count);
             asio::io_context &io = self->m_loop.io;
@@ -149,7 +149,7 @@ void Connection::readAhead(uint64_t count)
                 self->advance();
             });
         });
-    if (!isTaken)
+    if (added != WorkerPool::Added::Yes)
         hold(paceTick);
 }
 

@@ -58,6 +58,7 @@ struct Request {
     std::string route;                               // the path of its route; empty: no route matches
     bool isFromProxy = false;                        // it came from a trusted proxy
     bool isEncrypted = false;                        // it came through this server's TLS
+    bool isLaneFull = false; // it is refused because too many requests of everybody wait, not of its caller alone
 
     std::string_view header(std::string_view name) const { return headerOf(headers, name); }
     // A field of the posted form, or of the query of any other method; decoded. Empty when there is none.

@@ -15,22 +15,22 @@ WorkerPool::~WorkerPool()
     stop();
 }
 
-bool WorkerPool::add(const std::string &caller, std::function<void()> job)
+WorkerPool::Added WorkerPool::add(const std::string &caller, std::function<void()> job)
 {
     {
         const std::lock_guard guard(m_mutex);
         if (m_isEnding || m_queued >= m_mostQueued)
-            return false;
+            return Added::TooMany;
         const auto [queue, isNew] = m_queues.try_emplace(caller);
         if (queue->second.size() >= m_mostOfCaller)
-            return false;
+            return Added::OfCallerTooMany;
         queue->second.push_back(std::move(job));
         if (isNew)
             m_turns.push_back(caller);
         ++m_queued;
     }
     m_wake.notify_one();
-    return true;
+    return Added::Yes;
 }
 
 size_t WorkerPool::queued()

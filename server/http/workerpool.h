@@ -18,8 +18,9 @@ public:
     WorkerPool(size_t threads, size_t mostQueued, size_t mostOfCaller);
     ~WorkerPool(); // stops
 
-    // False when the caller's queue, or all together, is full. The job throws nothing. Any thread.
-    bool add(const std::string &caller, std::function<void()> job);
+    // Refuses when the caller's queue, or all together, is full. The job throws nothing. Any thread.
+    enum class Added { Yes, OfCallerTooMany, TooMany };
+    Added add(const std::string &caller, std::function<void()> job);
     // Jobs that wait for a thread. Any thread.
     size_t queued();
     // Jobs that a thread works at. Any thread.

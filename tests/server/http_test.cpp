@@ -399,10 +399,13 @@ TEST(WorkerPoolTest, CallersTakeTurnsAndOnesQueueIsBounded)
     {
         WorkerPool pool(1, 6, 3);
         std::promise<void> hasBegun;
-        ASSERT_TRUE(pool.add("x", [&] {
-            hasBegun.set_value();
-            mayGoOn.get_future().wait();
-        }));
+        using enum WorkerPool::Added;
+        ASSERT_EQ(pool.add("x",
+                           [&] {
+                               hasBegun.set_value();
+                               mayGoOn.get_future().wait();
+                           }),
+                  Yes);
         hasBegun.get_future().wait();
         const auto add = [&](const char *caller) {
             return pool.add(caller, [&, caller] {
@@ -411,12 +414,12 @@ TEST(WorkerPoolTest, CallersTakeTurnsAndOnesQueueIsBounded)
             });
         };
         for (int i = 0; i < 3; ++i)
-            EXPECT_TRUE(add("a"));
-        EXPECT_FALSE(add("a")) << "its own queue is full";
-        EXPECT_TRUE(add("b"));
-        EXPECT_TRUE(add("b"));
-        EXPECT_TRUE(add("c"));
-        EXPECT_FALSE(add("d")) << "all together are full";
+            EXPECT_EQ(add("a"), Yes);
+        EXPECT_EQ(add("a"), OfCallerTooMany);
+        EXPECT_EQ(add("b"), Yes);
+        EXPECT_EQ(add("b"), Yes);
+        EXPECT_EQ(add("c"), Yes);
+        EXPECT_EQ(add("d"), TooMany);
         mayGoOn.set_value();
         while (!isDone)
             std::this_thread::yield();

@@ -5,6 +5,8 @@
 #include "serverfixture.h"
 
 #include <fstream>
+#include <future>
+#include <map>
 
 namespace velmora::server {
 namespace {
@@ -180,6 +182,55 @@ TEST_F(MediaTest, HealthReadinessAndMetricsTellWhatTheServiceDoes)
     kept.send("GET /health HTTP/1.1\r\nHost: radio\r\n\r\n");
     EXPECT_EQ(kept.receive().header("Connection"), "close") << "nobody sends the next request here";
     EXPECT_EQ(get("/metrics", {{"X-Forwarded-For", "203.0.113.7"}}).status, 404);
+}
+
+TEST_F(MediaTest, AFullServiceIsAliveAndItsCallersComeAgainOneAfterTheOther)
+{
+    std::promise<void> mayGoOn;
+    std::promise<void> hasBegun;
+    ListenSettings settings;
+    settings.limits.workers = settings.limits.queued = 1;
+    settings.addPages = [&](http::Router &router) {
+        router.get("/slow", [&](const http::Request &) {
+            hasBegun.set_value();
+            mayGoOn.get_future().wait();
+            return http::Response();
+        });
+        router.get("/next", [](const http::Request &) { return http::Response(); });
+    };
+    listen(settings);
+    HttpClient slow(m_server->port()), next(m_server->port());
+    slow.send("GET /slow HTTP/1.1\r\nHost: radio\r\n\r\n");
+    hasBegun.get_future().wait();
+    next.send("GET /next HTTP/1.1\r\nHost: radio\r\n\r\n");
+    while (get("/metrics").body.find("velmora_requests_waiting{lane=\"functions\"} 1\n") == std::string::npos) {
+    }
+    const HttpAnswer refused = httpPost(m_server->port(), "/v1/partnerLogin", "{}", {});
+    EXPECT_EQ(refused.status, 503);
+    EXPECT_EQ(refused.header("Retry-After"), "2");
+    EXPECT_EQ(json::parse(refused.body),
+              (json{{"code", 5004}, {"data", {{"retryAfter", 2}}}, {"message", "too many requests wait"}}));
+    EXPECT_EQ(get("/health").status, 200);
+    EXPECT_EQ(get("/ready").status, 200);
+    mayGoOn.set_value();
+    EXPECT_EQ(slow.receive().status, 200);
+    EXPECT_EQ(next.receive().status, 200);
+
+    using namespace std::chrono_literals;
+    ReturnTimes times;
+    const ReturnTimes::Time begin{1000s};
+    EXPECT_EQ(times.afterRefusal(begin, 0.5), 2s);
+    for (int i = 0; i < 100; ++i)
+        times.answered(begin + 500ms);
+    times.answered(begin + 1s); // 150 a second: the mean of what it was and what it was taken for
+    std::map<std::chrono::seconds, int> callers;
+    for (int i = 0; i < 5000; ++i)
+        ++callers[times.afterRefusal(begin + 1s, i % 10 / 10.0)];
+    EXPECT_NEAR(callers[2s], 150, 2);
+    EXPECT_NEAR(callers[12s], 150 + (5000 - 18 * 150) / 10, 2) << "of the many that are left, one in ten besides";
+    EXPECT_EQ(callers.begin()->first, 2s);
+    EXPECT_LE(callers.rbegin()->first, 20s);
+    EXPECT_EQ(times.afterRefusal(begin + 60s, 0.5), 2s) << "nobody waits any more";
 }
 
 TEST_F(MediaTest, UnknownRequestsAreRefusedInTheFormOfTheInterface)
