@@ -24,7 +24,7 @@ private:
     void reachSecond(Time now);
 
     std::mutex m_mutex;    // guards all
-    double m_rate = 200;   // answers a second while the queue was full
+    double m_rate = 1000;  // answers a second while the queue was full; at first that of a fast machine
     Time m_second;         // the begin of the one that is counted
     int m_answers = 0;     // in it
     bool m_isFull = false; // somebody was refused in it

@@ -222,12 +222,12 @@ TEST_F(MediaTest, AFullServiceIsAliveAndItsCallersComeAgainOneAfterTheOther)
     EXPECT_EQ(times.afterRefusal(begin, 0.5), 2s);
     for (int i = 0; i < 100; ++i)
         times.answered(begin + 500ms);
-    times.answered(begin + 1s); // 150 a second: the mean of what it was and what it was taken for
+    times.answered(begin + 1s); // 550 a second: the mean of what it was and what it was taken for
     std::map<std::chrono::seconds, int> callers;
-    for (int i = 0; i < 5000; ++i)
+    for (int i = 0; i < 20'000; ++i)
         ++callers[times.afterRefusal(begin + 1s, i % 10 / 10.0)];
-    EXPECT_NEAR(callers[2s], 150, 2);
-    EXPECT_NEAR(callers[12s], 150 + (5000 - 18 * 150) / 10, 2) << "of the many that are left, one in ten besides";
+    EXPECT_NEAR(callers[2s], 550, 2);
+    EXPECT_NEAR(callers[12s], 550 + (20'000 - 18 * 550) / 10, 2) << "of the many that are left, one in ten besides";
     EXPECT_EQ(callers.begin()->first, 2s);
     EXPECT_LE(callers.rbegin()->first, 20s);
     EXPECT_EQ(times.afterRefusal(begin + 60s, 0.5), 2s) << "nobody waits any more";
