@@ -24,11 +24,18 @@ static const Elf32_Half ownMachine = EM_ARM;
 static const Elf32_Half ownMachine = EM_AARCH64;
 #endif
 
-/* True for a program of the emulated processor: the field lies at the same place in both classes of ELF. */
+/* True for a program of the emulated processor: the field lies at the same place in both classes of ELF. Looks at the
+ * file that execve() will start. The emulator's own open() prefers one of the same name in the emulated system. */
 static int isOwn(const char *path)
 {
+    static const char host[] = "/proc/self/root";
+    char real[4096];
     Elf32_Ehdr header;
-    const int file = open(path, O_RDONLY | O_CLOEXEC);
+    if (strlen(path) + sizeof host > sizeof real)
+        return 0;
+    strcpy(real, path[0] == '/' ? host : "");
+    strcat(real, path);
+    const int file = open(real, O_RDONLY | O_CLOEXEC);
     const ssize_t got = file < 0 ? -1 : read(file, &header, sizeof header);
     if (file >= 0)
         close(file);
