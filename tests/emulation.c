@@ -1,6 +1,7 @@
 /* Preloaded into the tests of another processor, which run under qemu's user-mode emulation. It makes two things work
  * there that work on a device: starting programs of that processor, which become arguments of the emulator, and Qt's
- * QProcess (qemu 7.2 refuses to make a process with a descriptor, but says that it could). */
+ * QProcess (qemu 7.2 refuses to make a process with a descriptor, but says that it could). For 64 bits also access(),
+ * with which Qt looks for its plugins: there qemu 7.2 does not look into the emulated system. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <elf.h>
@@ -99,3 +100,29 @@ long syscall(long number, ...)
         real = (long (*)(long, ...))dlsym(RTLD_NEXT, "syscall");
     return real(number, values[0], values[1], values[2], values[3], values[4], values[5]);
 }
+
+#if defined(__aarch64__)
+typedef int (*Access)(const char *, int);
+
+/* The folder of the emulated system is the word after "-L" in VELMORA_EMULATOR. */
+int access(const char *path, int mode)
+{
+    static Access real;
+    char inside[4096];
+    const char *emulator = getenv("VELMORA_EMULATOR");
+    const char *folder = emulator ? strstr(emulator, "|-L|") : NULL;
+    if (!real)
+        real = (Access)dlsym(RTLD_NEXT, "access");
+    if (folder && path[0] == '/') {
+        folder += 4;
+        const size_t length = strcspn(folder, "|");
+        if (length + strlen(path) < sizeof inside) {
+            memcpy(inside, folder, length);
+            strcpy(inside + length, path);
+            if (real(inside, mode) == 0)
+                return 0;
+        }
+    }
+    return real(path, mode);
+}
+#endif
