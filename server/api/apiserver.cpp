@@ -111,13 +111,13 @@ http::Router ApiServer::router()
     http::Router router;
     router.get(
         mediaPath, [this](const http::Request &request) { return answerMedia(request); }, http::Lane::Files);
-    // Many requests that wait are no reason to be called dead, and must be seen.
+    // Many requests that wait, or a folder that does not react, are no reason to be called dead, and must be seen.
     router.get(
-        "/health", [this](const http::Request &) { return health(); }, http::Lane::Files);
+        "/health", [this](const http::Request &) { return health(); }, http::Lane::Probes);
     router.get(
-        "/ready", [this](const http::Request &) { return ready(); }, http::Lane::Files);
+        "/ready", [this](const http::Request &) { return ready(); }, http::Lane::Probes);
     router.get(
-        "/metrics", [this](const http::Request &request) { return metrics(request); }, http::Lane::Files);
+        "/metrics", [this](const http::Request &request) { return metrics(request); }, http::Lane::Probes);
     if (m_settings.addPages)
         m_settings.addPages(router);
     router.post(functionPath, Parameters::mostBytes,

@@ -244,6 +244,7 @@ void Connection::handOver(std::shared_ptr<Request> request, Lane lane)
 {
     WorkerPool &pool = lane == Lane::Files       ? m_loop.files
                        : lane == Lane::Passwords ? m_loop.passwords
+                       : lane == Lane::Probes    ? m_loop.probes
                                                  : m_loop.functions;
     request->lane = lane;
     const auto added = pool.add(request->network, [self = shared_from_this(), request, route = m_route]() mutable {

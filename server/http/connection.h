@@ -25,6 +25,7 @@ struct Loop {
     WorkerPool &functions;
     WorkerPool &files;
     WorkerPool &passwords;
+    WorkerPool &probes;
     WorkerPool &readers;                      // bring parts of files into memory
     SSL_CTX *tls = nullptr;                   // null: no TLS
     std::vector<char> scratch;                // what is read passes through it

@@ -18,6 +18,7 @@ struct Limits {
     size_t fileWorkers = 8;           // threads that open files, and as many that read ahead in them
     size_t queued = 512;              // requests that wait for a thread, in each lane; beyond it 503
     size_t queuedOfAddress = 128;     // of them, of one IPv4 address or IPv6 /64
+    size_t probeWorkers = 4;          // threads that say how the service is
     size_t passwordWorkers = 2;       // threads that hash passwords; each hash takes 64 MB
     size_t passwordsOfAddress = 24;   // requests that wait for one of these, of one address
 

@@ -19,8 +19,8 @@ using Headers = std::vector<std::pair<std::string, std::string>>;
 std::string_view headerOf(const Headers &headers, std::string_view name);
 
 // Which threads answer. A folder that does not react must not keep the functions waiting, and neither must passwords,
-// whose hashes are slow on purpose.
-enum class Lane { Functions, Files, Passwords };
+// whose hashes are slow on purpose. Probes, which ask how the service is, are answered whatever the others wait for.
+enum class Lane { Functions, Files, Passwords, Probes };
 
 // Lets the answer to a request wait without a thread. The handler hands it to whoever will have news and returns it in
 // its response; the handler is called again after wake(), or when the time is up. Any thread.

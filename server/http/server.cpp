@@ -51,10 +51,24 @@ public:
         , m_functions(m_settings.limits.workers, m_settings.limits.queued, m_settings.limits.queuedOfAddress)
         , m_files(m_settings.limits.fileWorkers, m_settings.limits.queued, m_settings.limits.queuedOfAddress)
         , m_passwords(m_settings.limits.passwordWorkers, m_settings.limits.queued, m_settings.limits.passwordsOfAddress)
+        , m_probes(m_settings.limits.probeWorkers, m_settings.limits.queued, m_settings.limits.queuedOfAddress)
         , m_readers(m_settings.limits.fileWorkers, m_settings.limits.queued, m_settings.limits.queued)
-        , m_loop{m_settings, m_router,    m_proxies, m_io,        m_functions,
-                 m_files,    m_passwords, m_readers, m_tls.get(), std::vector<char>(64 * 1024),
-                 {},         0,           0,         false,       [this](Connection &ended) { forget(ended); }}
+        , m_loop{m_settings,
+                 m_router,
+                 m_proxies,
+                 m_io,
+                 m_functions,
+                 m_files,
+                 m_passwords,
+                 m_probes,
+                 m_readers,
+                 m_tls.get(),
+                 std::vector<char>(64 * 1024),
+                 {},
+                 0,
+                 0,
+                 false,
+                 [this](Connection &ended) { forget(ended); }}
     {
         // A stream holds its socket and its file.
         const size_t descriptors = raisedDescriptorLimit();
@@ -144,6 +158,7 @@ public:
         m_functions.stop();
         m_files.stop();
         m_passwords.stop();
+        m_probes.stop();
         m_readers.stop();
     }
 
@@ -267,6 +282,7 @@ private:
     WorkerPool m_functions;
     WorkerPool m_files;
     WorkerPool m_passwords;
+    WorkerPool m_probes;
     WorkerPool m_readers;
     Loop m_loop;
     std::thread m_thread; // the event loop

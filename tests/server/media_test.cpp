@@ -187,21 +187,31 @@ TEST_F(MediaTest, HealthReadinessAndMetricsTellWhatTheServiceDoes)
 TEST_F(MediaTest, AFullServiceIsAliveAndItsCallersComeAgainOneAfterTheOther)
 {
     std::promise<void> mayGoOn;
-    std::promise<void> hasBegun;
+    const std::shared_future<void> end = mayGoOn.get_future().share();
+    std::promise<void> slowHasBegun, awayHasBegun;
     ListenSettings settings;
-    settings.limits.workers = settings.limits.queued = 1;
+    settings.limits.workers = settings.limits.fileWorkers = settings.limits.queued = 1;
     settings.addPages = [&](http::Router &router) {
-        router.get("/slow", [&](const http::Request &) {
-            hasBegun.set_value();
-            mayGoOn.get_future().wait();
-            return http::Response();
-        });
+        const auto add = [&](const char *path, std::promise<void> &hasBegun, http::Lane lane) {
+            router.get(
+                path,
+                [end, &hasBegun](const http::Request &) {
+                    hasBegun.set_value();
+                    end.wait();
+                    return http::Response();
+                },
+                lane);
+        };
+        add("/slow", slowHasBegun, http::Lane::Functions);
+        add("/away", awayHasBegun, http::Lane::Files); // as a folder that does not react
         router.get("/next", [](const http::Request &) { return http::Response(); });
     };
     listen(settings);
-    HttpClient slow(m_server->port()), next(m_server->port());
+    HttpClient slow(m_server->port()), away(m_server->port()), next(m_server->port());
     slow.send("GET /slow HTTP/1.1\r\nHost: radio\r\n\r\n");
-    hasBegun.get_future().wait();
+    away.send("GET /away HTTP/1.1\r\nHost: radio\r\n\r\n");
+    slowHasBegun.get_future().wait();
+    awayHasBegun.get_future().wait();
     next.send("GET /next HTTP/1.1\r\nHost: radio\r\n\r\n");
     while (get("/metrics").body.find("velmora_requests_waiting{lane=\"functions\"} 1\n") == std::string::npos) {
     }
@@ -214,6 +224,7 @@ TEST_F(MediaTest, AFullServiceIsAliveAndItsCallersComeAgainOneAfterTheOther)
     EXPECT_EQ(get("/ready").status, 200);
     mayGoOn.set_value();
     EXPECT_EQ(slow.receive().status, 200);
+    EXPECT_EQ(away.receive().status, 200);
     EXPECT_EQ(next.receive().status, 200);
 
     using namespace std::chrono_literals;
